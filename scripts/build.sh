@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Builds qtdriver for one Qt major: scripts/build.sh 4|5|6 [--asan]
+# Qt 4 is found by the environment variable QMAKE4, the path of its qmake. The result is in build/qtN (build/qtN-asan).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+usage() { echo "usage: scripts/build.sh 4|5|6 [--asan]" >&2; exit 2; }
+major=${1:-}
+case "$major" in 4|5|6) ;; *) usage ;; esac
+preset=qt$major
+case "${2:-}" in "") ;; --asan) preset=$preset-asan ;; *) usage ;; esac
+if [ "$major" = 4 ] && [ ! -x "${QMAKE4:-}" ]; then
+    echo "build: set QMAKE4 to the qmake of a Qt 4.8 to build for Qt 4" >&2
+    exit 2
+fi
+
+log=build/$preset/configure.log
+mkdir -p "build/$preset"
+cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
+cmake --build --preset "$preset" -- --quiet

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs what qtdriver builds and tests with, from Debian's packages. Does nothing where all is there.
+set -euo pipefail
+
+packages=(
+    # build
+    g++ cmake ninja-build ccache qtbase5-dev qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
+    # desktop for tests, demo and benchmarks
+    xvfb openbox x11-utils xdotool imagemagick fonts-dejavu-core util-linux iproute2
+    # runner and its tests
+    python3 python3-pyelftools python3-pytest python3-pil
+    # checks
+    clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
+    # an application that nobody here wrote
+    speedcrunch
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+echo "setup: installing ${missing[*]}"
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq update
+"${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq -y --no-install-recommends install "${missing[@]}" >/dev/null

@@ -1,0 +1,87 @@
+#include "agent/actioncommands.h"
+
+#include "agent/request.h"
+#include "agent/widgetaccess.h"
+#include "agent/wiretext.h"
+#include "agent/wirevalue.h"
+#include "identify/widgetlookup.h"
+#include "identify/widgetpath.h"
+#include "proxy/stapplicationproxy.h"
+
+#include <QApplication>
+#include <QStringList>
+#include <QVariant>
+#include <QWidget>
+
+namespace {
+
+enum class FocusWidgetElement { Special, Ordinary };
+
+// The widget at the request's path in a window.
+Access widgetIn(const Access& window, const Request& request, FocusWidgetElement focusElement)
+{
+    if (!window.widget)
+        return window;
+    const QStringList path = splitPath(request.section(2));
+    WidgetLookup lookup;
+    if (path.last() == activePopupWidget)
+        lookup = currentWidget(QApplication::activePopupWidget());
+    else if (path.last() == focusWidget && focusElement == FocusWidgetElement::Special)
+        lookup = currentWidget(QApplication::focusWidget());
+    else
+        lookup = findWidget(window.widget, path);
+    return oneWidget(lookup, request.section(2));
+}
+
+// Resolves the widget, has `act` run on it and replies with the class that serves it. The class is read first: the
+// widget may not live through the action.
+template <class Act>
+QString actOnWidget(const Access& window, const Request& request, STApplicationProxy& registry, Act act)
+{
+    const Access access = widgetIn(window, request, FocusWidgetElement::Special);
+    if (!access.widget)
+        return access.refusal;
+    const QString requestedClass = request.section(3);
+    const QVariant servedClass
+        = registry.property(access.widget, requestedClass, QLatin1String("silkClassName"), QVariant());
+    act(access.widget, requestedClass, valueFromText(decodehex(request.section(4))));
+    return QLatin1String("0,") + servedClass.toString();
+}
+
+} // namespace
+
+QString activateWidget(const Request& request, STApplicationProxy& registry)
+{
+    return actOnWidget(reachableWindow(request.section(1), QApplication::activeWindow()), request, registry,
+        [&](QWidget* widget, const QString& className, const QVariant& value) {
+            registry.activate(widget, className, value, valueFromText(decodehex(request.section(5))));
+        });
+}
+
+QString enterWidget(const Request& request, STApplicationProxy& registry)
+{
+    return actOnWidget(reachableWindow(request.section(1), QApplication::activeWindow()), request, registry,
+        [&](QWidget* widget, const QString& className, const QVariant& value) {
+            registry.enter(widget, className, value);
+        });
+}
+
+QString mouseWidget(const Request& request, STApplicationProxy& registry)
+{
+    // A mouse reaches any window while a popup is open: it closes the popup. A modal widget still blocks.
+    const Access window = QApplication::activePopupWidget() ? anyWindow(request.section(1))
+                                                            : reachableWindow(request.section(1), nullptr);
+    return actOnWidget(
+        window, request, registry, [&](QWidget* widget, const QString& className, const QVariant& value) {
+            registry.mouseAction(widget, className, value);
+        });
+}
+
+QString readProperty(const Request& request, STApplicationProxy& registry)
+{
+    const Access access = widgetIn(anyWindow(request.section(1)), request, FocusWidgetElement::Ordinary);
+    if (!access.widget)
+        return access.refusal;
+    return replyForValue(registry.property(
+        access.widget, request.section(3), request.section(4), stringFromText(request.section(5))));
+}

@@ -1,0 +1,54 @@
+#include "agent/commands.h"
+
+#include "agent/actioncommands.h"
+#include "agent/querycommands.h"
+#include "agent/request.h"
+#include "agent/windowcommands.h"
+#include "proxy/sterror.h"
+
+namespace {
+
+struct CommandRow
+{
+    const char* number;
+    bool wholeLine; // the number is the whole line: the command takes no sections
+    QString (*execute)(const Request& request, STApplicationProxy& registry);
+};
+
+const CommandRow commandRows[] = {
+    {"1", true, listWindows},
+    {"2", false, windowTree},
+    {"3", true, identifyWidgetAtCursor},
+    {"4", false, locateWidget},
+    {"5", false, activateWidget},
+    {"6", false, enterWidget},
+    {"7", false, readProperty},
+    {"8", false, checkWindow},
+    {"9", false, mouseWidget},
+    {"10", false, moveWindow},
+    {"11", false, resizeWindow},
+    {"12", false, locateTrayIcon},
+};
+
+QString executeRequest(const Request& request, STApplicationProxy& registry)
+{
+    const QString number = request.section(0);
+    for (const CommandRow& row : commandRows) {
+        if (number == QLatin1String(row.number) && (!row.wholeLine || request.line() == number))
+            return row.execute(request, registry);
+    }
+    return QLatin1String("8,Command not found");
+}
+
+} // namespace
+
+QByteArray executeCommand(const QByteArray& line, STApplicationProxy& registry)
+{
+    try {
+        return executeRequest(Request(line), registry).toLatin1();
+    } catch (const STError& error) {
+        return (QLatin1String("8,Exception : ") + error.message).toLatin1();
+    } catch (...) {
+        return "8,Exception : Unknown exception";
+    }
+}

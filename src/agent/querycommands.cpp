@@ -1,0 +1,179 @@
+#include "agent/querycommands.h"
+
+#include "agent/request.h"
+#include "agent/widgetaccess.h"
+#include "agent/wiretext.h"
+#include "agent/wirevalue.h"
+#include "compat/variant.h"
+#include "identify/objectname.h"
+#include "identify/widgetlookup.h"
+#include "identify/widgetpath.h"
+#include "identify/widgettree.h"
+#include "proxy/stapplicationproxy.h"
+#include "proxy/sterror.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QIODevice>
+#include <QStringList>
+#include <QSystemTrayIcon>
+#include <QTextStream>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace {
+
+// Inner parts of composite widgets: a test is told the composite.
+struct CompositePart
+{
+    const char* partClass; // exactly
+    const char* compositeClass; // or derived from it
+};
+
+const CompositePart compositeParts[] = {
+    {"QLineEdit", "QAbstractSpinBox"},
+    {"QWidget", "QTextEdit"},
+    {"QWidget", "QTreeWidget"},
+    {"QWidget", "QListWidget"},
+    {"QWidget", "QTableWidget"},
+    {"QWidget", "QTreeView"},
+    {"QWidget", "QListView"},
+    {"QWidget", "QTableView"},
+    {"QToolBoxButton", "QToolBox"},
+    {"QAbstractScrollAreaWidget", "Q3ListView"},
+    {"QAbstractScrollAreaWidget", "Q3ListBox"},
+    {"QAbstractScrollAreaWidget", "Q3Table"},
+    {"VCNumeric", "VCFrequency"},
+};
+
+QWidget* compositeOf(QWidget* widget)
+{
+    QWidget* parent = widget->parentWidget();
+    if (!parent)
+        return widget;
+    for (const CompositePart& part : compositeParts) {
+        if (isA(widget, part.partClass) && parent->inherits(part.compositeClass))
+            return parent;
+    }
+    return widget;
+}
+
+// The names from the window down to the widget.
+QString pathFromWindow(const QWidget* widget)
+{
+    const QWidget* window = widget->window();
+    QString path = getName(widget);
+    while (widget != window) {
+        widget = widget->parentWidget();
+        path.prepend(getName(widget) + QLatin1Char('/'));
+    }
+    return path;
+}
+
+int visibleCount(const QList<QWidget*>& widgets)
+{
+    return static_cast<int>(
+        std::count_if(widgets.begin(), widgets.end(), [](const QWidget* widget) { return widget->isVisible(); }));
+}
+
+} // namespace
+
+QString listWindows(const Request&, STApplicationProxy&)
+{
+    QString reply = QLatin1String("0,l:");
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (const QWidget* widget : widgets) {
+        if (!widget->isWindow() || !widget->isVisible())
+            continue;
+        const bool modal = widget->windowModality() != Qt::NonModal;
+        reply += QLatin1Char('\f') + QLatin1String(widget->metaObject()->className())
+            + QLatin1String(modal ? " (M) : \"" : " : \"") + widget->windowTitle() + QLatin1Char('"');
+    }
+    return reply;
+}
+
+QString windowTree(const Request& request, STApplicationProxy&)
+{
+    const Access window = anyWindow(request.section(1));
+    if (!window.widget)
+        return window.refusal;
+    QString reply = QLatin1String("0,l:");
+    QTextStream stream(&reply, QIODevice::Append);
+    widgetTree(window.widget, 0, stream);
+    stream.flush();
+    return reply;
+}
+
+QString identifyWidgetAtCursor(const Request&, STApplicationProxy& registry)
+{
+    QWidget* under = QApplication::widgetAt(QCursor::pos());
+    if (!under)
+        return QLatin1String("?,,,,");
+    QWidget* widget = compositeOf(under);
+    QWidget* window = widget->window();
+
+    QString windowName = window->objectName();
+    if (windowName.isEmpty() && window->windowModality() != Qt::NonModal)
+        windowName = QLatin1String("ActiveModalWidget");
+
+    const QString servedClass
+        = registry.property(widget, QString(), QLatin1String("silkClassName"), QVariant()).toString();
+    // A menu is a popup: tests address it as such, not by a path.
+    if (servedClass == QLatin1String("QMenu"))
+        return QLatin1String("?,QMenu,1,1,ActivePopupWidget,") + windowName + QLatin1Char(',')
+            + encodehex(QLatin1String("Widget:ActivePopupWidget"));
+
+    QList<QWidget*> namesakes;
+    widgetList(namesakes, window, searchName(QStringList(getName(widget))));
+    return (QStringList() << QLatin1String("?") << servedClass << QString::number(namesakes.size())
+                          << QString::number(visibleCount(namesakes)) << pathFromWindow(widget) << windowName
+                          << encodehex(window->windowTitle()))
+        .join(QLatin1String(","));
+}
+
+QString locateWidget(const Request& request, STApplicationProxy&)
+{
+    const Access window = anyWindow(request.section(1));
+    if (!window.widget)
+        return window.refusal;
+    const QStringList path = splitPath(request.section(2));
+    const QString name = searchName(path);
+    QList<QWidget*> candidates = window.widget->findChildren<QWidget*>(name);
+    if (window.widget->objectName() == name)
+        candidates.append(window.widget);
+
+    const Access found = oneWidget(chooseWidget(candidates, window.widget, path), request.section(2));
+    if (!found.widget)
+        return found.refusal;
+    found.widget->activateWindow();
+    found.widget->window()->raise();
+    QCursor::setPos(found.widget->mapToGlobal(QPoint(0, 0)));
+    return QLatin1String("0,") + QLatin1String(found.widget->metaObject()->className());
+}
+
+QString locateTrayIcon(const Request& request, STApplicationProxy&)
+{
+    const QString name = request.section(2).isEmpty() ? QString(QLatin1String("")) : request.section(2);
+    const QList<QSystemTrayIcon*> icons = qApp->findChildren<QSystemTrayIcon*>(name);
+    const QSystemTrayIcon* visible = nullptr;
+    int count = 0;
+    for (const QSystemTrayIcon* icon : icons) {
+        if (icon->isVisible()) {
+            visible = icon;
+            ++count;
+        }
+    }
+    if (count == 1) {
+        const QRect rect = visible->geometry();
+        if (rect.left() > rect.right() || rect.top() > rect.bottom())
+            raiseError("Rectangle not defined");
+        return replyForRect(rect);
+    }
+    const QString subject = QLatin1String(",Object (") + name;
+    if (icons.isEmpty())
+        return QLatin1Char('2') + subject + QLatin1String(") not found");
+    if (count > 1)
+        return QLatin1Char('7') + subject + QLatin1String(") visible,") + QString::number(count);
+    return QLatin1Char('6') + subject + QLatin1String(") not visible");
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QWidget;
+struct WidgetLookup;
+
+// A window or widget that a request names, or the reply that says why there is none. Names and paths stand in the
+// replies as the request had them.
+struct Access
+{
+    QWidget* widget = nullptr; // null: `refusal` is the reply
+    QString refusal;
+};
+
+// The one window of that name, whatever else is open. Refuses with code 2 or 3.
+Access anyWindow(const QString& name);
+
+// The one window of that name, unless a popup other than it and `excused`, or another modal widget, is open: code 4.
+Access reachableWindow(const QString& name, const QWidget* excused);
+
+// The widget that the lookup of the path found. Refuses with code 5, 6 or 7.
+Access oneWidget(const WidgetLookup& lookup, const QString& path);

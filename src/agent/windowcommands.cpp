@@ -1,0 +1,61 @@
+#include "agent/windowcommands.h"
+
+#include "agent/request.h"
+#include "agent/widgetaccess.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace {
+
+const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
+
+QString titleReply(const QWidget* window)
+{
+    return QLatin1String("0,") + window->windowTitle();
+}
+
+// Brings the window to the front and has `change` applied to the numbers in sections 2 and 3.
+template <class Change>
+QString changeWindow(const Request& request, Change change)
+{
+    const Access access = reachableWindow(request.section(1), nullptr);
+    if (!access.widget)
+        return access.refusal;
+    bool firstOk = false;
+    bool secondOk = false;
+    const int first = request.section(2).toInt(&firstOk, 10);
+    const int second = request.section(3).toInt(&secondOk, 10);
+    if (!firstOk || !secondOk)
+        return QLatin1String(typeErrorReply);
+    // Showing, moving and resizing run the window's event handlers, and one of them may be its end.
+    const QPointer<QWidget> window(access.widget);
+    const QString reply = titleReply(window);
+    if (window->isMinimized())
+        window->showNormal();
+    if (window)
+        window->activateWindow();
+    if (window)
+        window->raise();
+    if (window)
+        change(window, first, second);
+    return window ? titleReply(window) : reply;
+}
+
+} // namespace
+
+QString checkWindow(const Request& request, STApplicationProxy&)
+{
+    const Access access = reachableWindow(request.section(1), nullptr);
+    return access.widget ? titleReply(access.widget) : access.refusal;
+}
+
+QString moveWindow(const Request& request, STApplicationProxy&)
+{
+    return changeWindow(request, [](QWidget* window, int x, int y) { window->move(x, y); });
+}
+
+QString resizeWindow(const Request& request, STApplicationProxy&)
+{
+    return changeWindow(request, [](QWidget* window, int width, int height) { window->resize(width, height); });
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+// What the agent needs of the operating system. No Qt here: the two forms of this file's functions
+// (platform_posix.cpp, platform_windows.cpp) are compiled by themselves for the platform they serve.
+namespace compat {
+
+// Keeps processes that the application starts from inheriting a socket. The descriptor is the one that
+// QAbstractSocket::socketDescriptor() gives; a failure is ignored.
+void setSocketNotInheritable(long long descriptor);
+
+// Blocks the calling thread; no events are processed meanwhile.
+void sleepMilliseconds(int milliseconds);
+
+} // namespace compat

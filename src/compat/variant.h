@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QVariant>
+
+class QObject;
+
+// QVariant and property reads as Qt 4.8 has them, on every Qt. Tests are written once and run against
+// applications of all three majors, so the same value must read the same everywhere.
+namespace compat {
+
+// The QMetaType id of the value; QMetaType::UnknownType's number (0 in Qt 4 and 5 and 6) when it is invalid.
+int typeOf(const QVariant& value);
+
+// The value of a property, invalid when there is none. Enumerations and flags are ints, whether or not their
+// type is registered with the meta-type system.
+QVariant readProperty(const QObject* object, const char* name);
+
+// The value's text in the form of Qt 4.8's QVariant::toString(): doubles with 15 significant digits, times
+// without milliseconds, colours without alpha, fonts with ten fields and weights from 0 to 99.
+QString textOf(const QVariant& value);
+
+} // namespace compat

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtCore/QEvent>
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+
+class QMouseEvent;
+class QWidget;
+
+// What Qt's majors spell differently about widgets, events and sockets.
+namespace compat {
+
+// A mouse event for the target at a point in global coordinates. The caller owns it.
+QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
+    Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
+// The part of the widget's screen that panels leave free, in global coordinates.
+QRect availableGeometry(const QWidget* widget);
+
+// The SIGNAL() text of QAbstractSocket's error signal.
+const char* socketErrorSignal();
+
+} // namespace compat

@@ -1,0 +1,67 @@
+#include "identify/windowlookup.h"
+
+#include <QApplication>
+#include <QWidget>
+
+namespace {
+
+const QLatin1String objectNamePrefix("Widget:");
+const QLatin1String activePopupName("Widget:ActivePopupWidget");
+const QLatin1String activeModalName("Widget:ActiveModalWidget");
+
+// The empty prefix fits every title. Qt 4 does not think so when the title was never set.
+bool titleStartsWith(const QWidget* window, const QString& prefix)
+{
+    return prefix.isEmpty() || window->windowTitle().startsWith(prefix);
+}
+
+int findActiveModal(QWidget*& window, const QString& titlePrefix)
+{
+    window = QApplication::activeModalWidget();
+    return window && window->isVisible() && titleStartsWith(window, titlePrefix) ? 1 : 0;
+}
+
+} // namespace
+
+QString lookupErrorName(int error)
+{
+    static const char* const names[] = {"NoError", "WindowNotFoundError", "WindowAmbiguousError",
+        "WindowNotActivePopupError", "WindowNotActiveModalError", "WidgetNotFoundError", "WidgetNotVisibleError",
+        "WidgetAmbiguousError"};
+    return error >= NoError && error <= WidgetAmbiguousError ? QString::fromLatin1(names[error]) : QString();
+}
+
+int findWindow(QWidget*& window, const QString& name)
+{
+    const QLatin1Char separator(':');
+    const bool byObjectName = name.startsWith(objectNamePrefix);
+    if (byObjectName) {
+        const QString form = name.section(separator, 0, 1);
+        if (form == activePopupName) {
+            window = QApplication::activePopupWidget();
+            return window && window->isVisible() ? 1 : 0;
+        }
+        if (form == activeModalName)
+            return findActiveModal(window, name.section(separator, 2));
+    }
+
+    int count = 0;
+    const QWidgetList topLevels = QApplication::topLevelWidgets();
+    for (QWidget* widget : topLevels) {
+        if (!widget->isVisible())
+            continue;
+        if (byObjectName ? objectNamePrefix + widget->objectName() == name : titleStartsWith(widget, name)) {
+            window = widget;
+            ++count;
+        }
+    }
+    return count;
+}
+
+LookupError activityError(const QWidget* window, const QWidget* excused)
+{
+    if (const QWidget* popup = QApplication::activePopupWidget())
+        return window == popup || window == excused ? NoError : WindowNotActivePopupError;
+    const QWidget* modal = QApplication::activeModalWidget();
+    return !modal || window == modal ? NoError : WindowNotActiveModalError;
+}

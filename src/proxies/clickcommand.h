@@ -1,0 +1,14 @@
+#pragma once
+
+#include "proxy/mousecommand.h"
+
+// A mouse command of the widgets that react at one point only, so that it has no position and no modifier.
+struct ClickCommand
+{
+    MouseCommandType type;
+    Qt::MouseButton button;
+};
+
+// The command of a text "type:button" with type "MousePress", "MouseRelease", "MouseClick" or "MouseDoubleClick" and
+// button "LeftButton" or "RightButton", followed by exactly `ending`. Raises "Invalid string value" for any other.
+ClickCommand clickCommand(const QString& text, const char* ending);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtCore/QEvent>
+#include <QtCore/QObject>
+
+// An event filter that stops every event of one type.
+class EventKiller : public QObject
+{
+public:
+    explicit EventKiller(QEvent::Type type)
+        : eventType(type)
+    {
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QEvent::Type eventType;
+};

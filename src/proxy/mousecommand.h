@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+#include <QtCore/QString>
+
+// The words of the mouse command "type:button:x:y:modifier". Every function raises an STError for a text that it
+// does not know; words are exact and case-sensitive.
+
+enum class MouseCommandType { Press, Release, Click, DoubleClick, Move };
+
+// "MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "MouseMove" or empty for a move.
+MouseCommandType mouseCommandType(const QString& word);
+
+// "LeftButton", "RightButton", "MidButton", "NoButton" or empty for none.
+Qt::MouseButton mouseButton(const QString& word);
+
+// "ShiftModifier", "ControlModifier", "AltModifier", "NoModifier" or empty for none.
+Qt::KeyboardModifiers keyboardModifier(const QString& word);
+
+// The point of a rectangle at the shares x and y, texts of numbers from 0.0 to 1.0, of its width and height. One
+// missing share is 0.5; when both are, the point is the rectangle's centre.
+QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QtCore/QHash>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+class QWidget;
+class STWidgetProxy;
+
+// The registry: owns one proxy per supported Qt class name, finds the proxy of a widget and runs an operation on it.
+// `className` is the class under which to serve the widget: empty for the nearest registered class of the widget, or a
+// registered class that it is of. Every failure is an STError.
+class STApplicationProxy
+{
+public:
+    STApplicationProxy();
+    virtual ~STApplicationProxy();
+    STApplicationProxy(const STApplicationProxy&) = delete;
+    STApplicationProxy& operator=(const STApplicationProxy&) = delete;
+
+    // The registered class name under which the widget is served. Raises "Widget is not derived from class ...".
+    const char* resolveClassName(QWidget* widget, const QString& requested);
+    // The proxy, bound to the widget. It is shared: the next call for its class binds the same object.
+    STWidgetProxy* proxyFor(QWidget* widget, const QString& requested);
+
+    // The acting operations refuse a disabled widget, then prepare it, then have the proxy act.
+    void activate(QWidget* widget, const QString& className, const QVariant& value, const QVariant& option);
+    void enter(QWidget* widget, const QString& className, const QVariant& value);
+    void mouseAction(QWidget* widget, const QString& className, const QVariant& command);
+    // Reading prepares nothing, and reads disabled widgets too.
+    QVariant property(
+        QWidget* widget, const QString& className, const QString& name, const QVariant& argument);
+
+private:
+    STWidgetProxy* preparedProxy(QWidget* widget, const QString& className);
+
+    QHash<QString, STWidgetProxy*> proxies;
+};

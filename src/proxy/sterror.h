@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <initializer_list>
+
+// The one exception of the proxy layer. Its message goes to the test as it stands.
+struct STError
+{
+    explicit STError(const QString& text)
+        : message(text)
+    {
+    }
+    virtual ~STError() = default;
+    STError(const STError&) = default;
+    STError& operator=(const STError&) = default;
+
+    QString message;
+};
+
+// Raised wherever the widget that a command is about turns out to be gone.
+extern const char deadWidgetMessage[];
+
+// One value for "%s" or "%d".
+struct FormatArgument
+{
+    FormatArgument(int number)
+        : text(QString::number(number))
+    {
+    }
+    FormatArgument(const char* latin1)
+        : text(QString::fromLatin1(latin1))
+    {
+    }
+    FormatArgument(const QString& string)
+        : text(string)
+    {
+    }
+
+    QString text;
+};
+
+// Formats by printf's rules as far as messages need them: "%s" and "%d" take the next argument, "%%" is one percent
+// sign. A conversion that has no argument, or is of another kind, stays as written: formats can hold text that a
+// test sent, so they must never reach memory. The result is cut to 2047 characters.
+QString formatMessage(const QString& format, std::initializer_list<FormatArgument> arguments);
+
+// Throws an STError whose message is the formatted text.
+template <class... Arguments>
+[[noreturn]] void raiseError(const char* format, const Arguments&... arguments)
+{
+    throw STError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
+}
+
+// The same for a format that was put together from several texts and has no arguments.
+[[noreturn]] inline void raiseError(const QString& format)
+{
+    throw STError(formatMessage(format, {}));
+}

@@ -1,0 +1,201 @@
+#include "proxy/stinputcontrol.h"
+
+#include "compat/widgets.h"
+#include "proxy/eventkiller.h"
+#include "proxy/sterror.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QCursor>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+
+namespace {
+
+const char hiddenMessage[] = "Error: widget is hidden by another window";
+
+// Shared by all proxies: a press in one command and a release in a later one form a drag.
+Qt::MouseButtons heldButtons = Qt::NoButton;
+
+QWidget* keyTarget()
+{
+    QWidget* popup = QApplication::activePopupWidget();
+    if (!popup)
+        return QApplication::focusWidget();
+    return popup->focusWidget() ? popup->focusWidget() : popup;
+}
+
+// While a popup is open it gets all mouse input outside its own children, as with a user's mouse.
+QWidget* mouseTarget(const QPoint& position)
+{
+    QWidget* under = QApplication::widgetAt(position);
+    QWidget* popup = QApplication::activePopupWidget();
+    return !popup || (under && under->window() == popup) ? under : popup;
+}
+
+QWidget* requiredMouseTarget(const QPoint& position)
+{
+    QWidget* target = mouseTarget(position);
+    if (!target)
+        raiseError(hiddenMessage);
+    return target;
+}
+
+bool acceptsClickFocus(const QWidget* target)
+{
+    const QWidget* proxy = target->focusProxy();
+    return (target->focusPolicy() & Qt::ClickFocus) == Qt::ClickFocus
+        || (proxy && (proxy->focusPolicy() & Qt::ClickFocus) == Qt::ClickFocus);
+}
+
+int keyOf(QChar character)
+{
+    const int code = character.toUpper().unicode();
+    return code >= 32 && code <= 126 ? code : 0;
+}
+
+} // namespace
+
+void STInputControl::syncEvents()
+{
+    if (!processEventsEnabled || !QCoreApplication::instance())
+        return;
+    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+}
+
+void STInputControl::postInputEvent(QWidget* target, QEvent* event)
+{
+    std::unique_ptr<QEvent> owned(event);
+    const QPointer<QWidget> guarded(target);
+    syncEvents();
+    if (!guarded)
+        raiseError(deadWidgetMessage);
+    QCoreApplication::postEvent(target, owned.release());
+    syncEvents();
+}
+
+void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
+{
+    syncEvents();
+    if (QWidget* target = keyTarget())
+        postInputEvent(target, new QKeyEvent(type, key, modifiers, text, false, 1));
+}
+
+void STInputControl::keyPress(QChar character)
+{
+    postKeyEvent(QEvent::KeyPress, keyOf(character), Qt::NoModifier, character);
+}
+
+void STInputControl::keyRelease(QChar character)
+{
+    postKeyEvent(QEvent::KeyRelease, keyOf(character), Qt::NoModifier, character);
+}
+
+void STInputControl::keyClick(QChar character)
+{
+    keyPress(character);
+    keyRelease(character);
+}
+
+void STInputControl::keyPress(int key, Qt::KeyboardModifiers modifiers)
+{
+    postKeyEvent(QEvent::KeyPress, key, modifiers, QString());
+}
+
+void STInputControl::keyRelease(int key, Qt::KeyboardModifiers modifiers)
+{
+    postKeyEvent(QEvent::KeyRelease, key, modifiers, QString());
+}
+
+void STInputControl::keyClick(int key, Qt::KeyboardModifiers modifiers)
+{
+    keyPress(key, modifiers);
+    keyRelease(key, modifiers);
+}
+
+void STInputControl::typeText(const QString& text)
+{
+    for (const QChar character : text)
+        keyClick(character);
+}
+
+void STInputControl::mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers)
+{
+    syncEvents();
+    if (QCursor::pos() == position)
+        return;
+    QCursor::setPos(position);
+    const QPointer<QWidget> target(requiredMouseTarget(position));
+    if (heldButtons != Qt::NoButton)
+        postDragMove(target, position, modifiers);
+    syncEvents();
+}
+
+void STInputControl::postDragMove(
+    const QPointer<QWidget>& target, const QPoint& position, Qt::KeyboardModifiers modifiers)
+{
+    // The move events that the windowing system makes of the cursor's jump carry no buttons and would end the drag.
+    EventKiller killer(QEvent::MouseMove);
+    target->installEventFilter(&killer);
+    syncEvents();
+    if (!target)
+        raiseError(deadWidgetMessage);
+    target->removeEventFilter(&killer);
+    postInputEvent(target,
+        compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldButtons, modifiers));
+}
+
+void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    const QPoint position = QCursor::pos();
+    heldButtons |= button; // even when there is nothing to press
+    const QPointer<QWidget> target(requiredMouseTarget(position));
+    postInputEvent(target,
+        compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
+    if (!target)
+        return; // the press was its end
+    target->activateWindow();
+    if (acceptsClickFocus(target))
+        target->setFocus(Qt::OtherFocusReason);
+}
+
+void STInputControl::mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    const QPoint position = QCursor::pos();
+    heldButtons &= ~Qt::MouseButtons(button);
+    const QPointer<QWidget> target(requiredMouseTarget(position));
+    postInputEvent(target,
+        compat::newMouseEvent(QEvent::MouseButtonRelease, target, position, button, heldButtons, modifiers));
+    if (target && button == Qt::RightButton)
+        postInputEvent(target,
+            new QContextMenuEvent(QContextMenuEvent::Mouse, target->mapFromGlobal(position), position, modifiers));
+}
+
+void STInputControl::mouseClick(
+    const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    mouseMove(position, Qt::NoModifier);
+    mousePress(button, modifiers);
+    mouseRelease(button, modifiers);
+}
+
+void STInputControl::mouseDoubleClick(
+    const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    mouseClick(position, button, modifiers);
+    syncEvents();
+    const QPointer<QWidget> target(mouseTarget(position));
+    if (!target)
+        return;
+    postInputEvent(
+        target, compat::newMouseEvent(QEvent::MouseButtonDblClick, target, position, button, button, modifiers));
+    if (target && acceptsClickFocus(target)) {
+        target->activateWindow();
+        target->setFocus(Qt::OtherFocusReason);
+        syncEvents();
+    }
+}

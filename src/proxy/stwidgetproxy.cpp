@@ -1,0 +1,210 @@
+#include "proxy/stwidgetproxy.h"
+
+#include "compat/variant.h"
+#include "compat/widgets.h"
+
+#include <QMetaProperty>
+#include <QWidget>
+
+namespace {
+
+const char notImplementedMessage[] = "\"%s\" is not implemented for widget of class \"%s\"";
+const char wrongClassMessage[]
+    = "Internal error, proxy for class \"%s\", connected to widget of class \"%s\".";
+const char unknownPropertyMessage[] = "Unknown property \"%s\".";
+const char setPropertyMessage[] = "Can't set property \"%s\"";
+const char rangeMessage[] = "Type error: object \"%s\" of class \"%s\" accepts only values in the following range: %s.";
+
+QStringList propertyNames(const QMetaObject* metaObject)
+{
+    QStringList names;
+    for (int i = 0; i < metaObject->propertyCount(); ++i)
+        names.append(QString::fromLatin1(metaObject->property(i).name()));
+    return names;
+}
+
+// The properties that every proxy has. They win over pseudo-properties and Qt properties of the same name.
+struct BuiltInProperty
+{
+    const char* name;
+    QVariant (*read)(STWidgetProxy& proxy, const QString& servedClassName);
+};
+
+QStringList builtInNames();
+
+const BuiltInProperty builtInProperties[] = {
+    {"propertyNames",
+        [](STWidgetProxy& proxy, const QString&) -> QVariant {
+            return propertyNames(proxy.checkedWidget(nullptr)->metaObject());
+        }},
+    {"pseudoPropertyNames",
+        [](STWidgetProxy& proxy, const QString&) -> QVariant {
+            return builtInNames() + proxy.pseudoPropertyNames();
+        }},
+    {"className",
+        [](STWidgetProxy& proxy, const QString&) -> QVariant {
+            return QString::fromLatin1(proxy.checkedWidget(nullptr)->metaObject()->className());
+        }},
+    {"silkClassName",
+        [](STWidgetProxy&, const QString& servedClassName) -> QVariant { return servedClassName; }},
+    {"globalRect",
+        [](STWidgetProxy& proxy, const QString&) -> QVariant {
+            proxy.prepareWidget();
+            const QWidget* widget = proxy.checkedWidget(nullptr);
+            return QRect(widget->mapToGlobal(widget->rect().topLeft()), widget->rect().size());
+        }},
+};
+
+QStringList builtInNames()
+{
+    QStringList names;
+    for (const BuiltInProperty& builtIn : builtInProperties)
+        names.append(QString::fromLatin1(builtIn.name));
+    return names;
+}
+
+} // namespace
+
+void STWidgetProxy::activate(const QVariant&, const QVariant&)
+{
+    raiseError(notImplementedMessage, "activate", widget ? widget->metaObject()->className() : "unknown");
+}
+
+void STWidgetProxy::enter(const QVariant&)
+{
+    raiseError(notImplementedMessage, "enter", widget ? widget->metaObject()->className() : "unknown");
+}
+
+void STWidgetProxy::mouseAction(const QVariant& command)
+{
+    if (compat::typeOf(command) != QMetaType::QString)
+        typeError("string");
+    const QStringList sections = command.toString().split(QLatin1Char(':'));
+    const QWidget* target = checkedWidget(nullptr);
+    const QPoint point = target->mapToGlobal(pointAtShares(target->rect(), sections.value(2), sections.value(3)));
+    prepareWidget();
+    const Qt::MouseButton button = mouseButton(sections.value(1));
+    const Qt::KeyboardModifiers modifiers = keyboardModifier(sections.value(4));
+    playMouse(mouseCommandType(sections.value(0)), point, button, modifiers);
+}
+
+void STWidgetProxy::playMouse(
+    MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    switch (type) {
+    case MouseCommandType::Press:
+        mouseMove(point, modifiers);
+        return mousePress(button, modifiers);
+    case MouseCommandType::Release:
+        mouseMove(point, modifiers);
+        return mouseRelease(button, modifiers);
+    case MouseCommandType::Click:
+        processEventsEnabled = false;
+        return mouseClick(point, button, modifiers);
+    case MouseCommandType::DoubleClick:
+        processEventsEnabled = false;
+        return mouseDoubleClick(point, button, modifiers);
+    case MouseCommandType::Move:
+        return mouseMove(point, modifiers);
+    }
+}
+
+QStringList STWidgetProxy::pseudoPropertyNames() { return QStringList(); }
+
+QVariant STWidgetProxy::pseudoProperty(const char*, const QVariant&) { return QVariant(); }
+
+void STWidgetProxy::bind(QWidget* target, const char* className)
+{
+    widget = target;
+    servedClassName = QString::fromLatin1(className);
+}
+
+QWidget* STWidgetProxy::checkedWidget(const char* className)
+{
+    if (!widget)
+        raiseError(deadWidgetMessage);
+    if (className && !widget->inherits(className))
+        raiseError(wrongClassMessage, className, widget->metaObject()->className());
+    return widget;
+}
+
+void STWidgetProxy::prepareWidget()
+{
+    const QPointer<QWidget> window(checkedWidget(nullptr)->window());
+    if (window->isMinimized()) {
+        window->showNormal();
+        syncEvents();
+    }
+    if (window) {
+        window->activateWindow();
+        window->raise();
+        moveOntoScreen(window);
+    }
+    syncEvents();
+}
+
+void STWidgetProxy::moveOntoScreen(QWidget* window)
+{
+    const QWidget* target = checkedWidget(nullptr);
+    QRect rect(target->mapToGlobal(QPoint(0, 0)), target->size());
+    const QRect windowRect(window->mapToGlobal(QPoint(0, 0)), window->size());
+    if (!rect.intersects(windowRect))
+        return;
+    const QRect available = compat::availableGeometry(target);
+    if (available.contains(rect))
+        return;
+    window->move(available.topLeft());
+    rect.translate(available.topLeft() - windowRect.topLeft());
+    // A difference used as a position: for a widget far inside a window larger than the screen it is what brings the
+    // widget, not the window, to the screen's corner. Scripts rely on where the window ends up.
+    if (!available.contains(rect))
+        window->move(available.topLeft() - rect.topLeft());
+}
+
+QVariant STWidgetProxy::property(const char* name, const QVariant& argument)
+{
+    for (const BuiltInProperty& builtIn : builtInProperties) {
+        if (qstrcmp(name, builtIn.name) == 0)
+            return builtIn.read(*this, servedClassName);
+    }
+    const QVariant value = pseudoPropertyNames().contains(QString::fromLatin1(name))
+        ? pseudoProperty(name, argument)
+        : compat::readProperty(checkedWidget(nullptr), name);
+    if (!value.isValid())
+        raiseError(unknownPropertyMessage, name);
+    return value;
+}
+
+void STWidgetProxy::setProperty(const char* name, const QVariant& value)
+{
+    if (!checkedWidget(nullptr)->setProperty(name, value))
+        raiseError(setPropertyMessage, name);
+}
+
+void STWidgetProxy::typeError(const char* expected)
+{
+    const QWidget* target = checkedWidget(nullptr);
+    const QString className = QString::fromLatin1(target->metaObject()->className());
+    throw STError(QString::fromLatin1("Type error: object \"%1\" of class \"%2\" accepts ")
+                      .arg(target->objectName(), className)
+        + QLatin1String(expected ? expected : "no parameter") + QLatin1Char('.'));
+}
+
+void STWidgetProxy::raiseRangeError(const QString& range)
+{
+    const QWidget* target = checkedWidget(nullptr);
+    raiseError(rangeMessage, target->objectName(), target->metaObject()->className(), range);
+}
+
+QString STWidgetProxy::stripMnemonic(const QString& text)
+{
+    const int mnemonic = text.indexOf(QLatin1Char('&'));
+    return mnemonic < 0 ? text : QString(text).remove(mnemonic, 1);
+}
+
+QPoint STWidgetProxy::globalCenter(const QRect& rect)
+{
+    // Not QRect::center(), which rounds negative sums down.
+    return checkedWidget(nullptr)->mapToGlobal(
+        QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "proxy/mousecommand.h"
+#include "proxy/sterror.h"
+#include "proxy/stinputcontrol.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
+
+class QWidget;
+
+// The base of all proxies, and the proxy of plain widgets. A proxy stands for the user before one kind of widget. There
+// is one object per registered class name; the registry binds it to the widget of each command anew. Every failure
+// is an STError.
+class STWidgetProxy : protected STInputControl
+{
+public:
+    ~STWidgetProxy() override = default;
+
+    // The widget's natural action. The base refuses: "\"activate\" is not implemented for widget of class ...".
+    virtual void activate(const QVariant& value, const QVariant& option);
+    // Entering a value. The base refuses likewise.
+    virtual void enter(const QVariant& value);
+    // Plays a mouse command, the text "type:button:x:y:modifier". x and y are shares of the widget's width and height
+    // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on purpose. Without both the point is the centre, without
+    // one of them that one is 0.5. A click leaves processEventsEnabled false until the registry's next operation.
+    virtual void mouseAction(const QVariant& command);
+    // The properties that the proxy computes, and one of them. `argument` is what the test passed with the query,
+    // invalid if nothing; the result is invalid for an unknown name.
+    virtual QStringList pseudoPropertyNames();
+    virtual QVariant pseudoProperty(const char* name, const QVariant& argument);
+
+    // For the registry: the widget to serve, and the class name under which it is served.
+    void bind(QWidget* widget, const char* className);
+    // The bound widget. Raises an error when it is gone, or is not of the class (null for any).
+    QWidget* checkedWidget(const char* className);
+    // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen.
+    void prepareWidget();
+    // A built-in property ("pseudoPropertyNames", "propertyNames", "className", "silkClassName", "globalRect"), else
+    // a pseudo-property, else a Qt property. Raises an error when none has a valid value.
+    QVariant property(const char* name, const QVariant& argument);
+    // Writes a Qt property. No command of the protocol does: to a test, properties are read-only.
+    void setProperty(const char* name, const QVariant& value);
+
+protected:
+    // Raises the error for a value of the wrong type. `expected` lists the accepted types, null for none.
+    [[noreturn]] void typeError(const char* expected);
+    // Raises the error for a value out of range; the arguments fill the format that describes the range.
+    template <class... Arguments>
+    [[noreturn]] void rangeError(const char* format, const Arguments&... arguments)
+    {
+        raiseRangeError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
+    }
+    // Plays one mouse command at a point in global coordinates; a click turns processEventsEnabled off.
+    void playMouse(
+        MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    // The text without its first "&", which marks the keyboard mnemonic.
+    static QString stripMnemonic(const QString& text);
+    // The centre of a rectangle of the bound widget, in global coordinates.
+    QPoint globalCenter(const QRect& rect);
+
+private:
+    friend class STApplicationProxy; // sets processEventsEnabled before every operation
+
+    [[noreturn]] void raiseRangeError(const QString& range);
+    void moveOntoScreen(QWidget* window);
+
+    QPointer<QWidget> widget;
+    QString servedClassName;
+};
