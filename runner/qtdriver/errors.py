@@ -1,0 +1,94 @@
+"""The errors of the wire client: everything that can go wrong between the test and the agent."""
+
+from __future__ import annotations
+
+from typing import Dict, Type
+
+
+class QtDriverError(Exception):
+    """Base of every error that this package raises on purpose. Its text is for the person at the test."""
+
+
+class ProtocolError(QtDriverError):
+    """The other side sent a line that the protocol does not have."""
+
+
+class PortInUseError(QtDriverError):
+    """Another process listens on the port on which the agent looks for its test server."""
+
+    def __init__(self, host: str, port: int) -> None:
+        super().__init__(
+            f"{host}:{port} is taken: another test run or test server listens there, and the agent knows no "
+            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for it, or run with "
+            "--headless, which has a network of its own"
+        )
+
+
+class NoClientError(QtDriverError):
+    """No agent connected to the server in the time that was given."""
+
+
+class ConnectionClosed(QtDriverError):
+    """The application ended, or its agent closed the connection: no further request can be answered."""
+
+
+class RequestTimeout(QtDriverError):
+    """The agent has not answered a request in the time that was given. The connection stays usable: the next
+    request first waits for the late reply and drops it."""
+
+
+class ReplyError(QtDriverError):
+    """The agent refused a request. Subclasses name the reasons.
+
+    Attributes:
+        code: the reply code, "2" to "8".
+        message: the agent's own words, for example "Widget (dialog/ok) not found".
+    """
+
+    def __init__(self, code: str, message: str) -> None:
+        super().__init__(message)
+        self.code = code
+        self.message = message
+
+    def __reduce__(self) -> "tuple[Type[ReplyError], tuple[str, str]]":
+        """Both arguments travel when the error is copied to another process, as parallel test runs do."""
+        return type(self), (self.code, self.message)
+
+
+class NotFoundError(ReplyError):
+    """Code 2: no window, or no tray icon, has this name."""
+
+
+class AmbiguousWindowError(ReplyError):
+    """Code 3: several visible windows match the window name."""
+
+
+class WindowBlockedError(ReplyError):
+    """Code 4: a popup or a modal window is open in front of the window."""
+
+
+class WidgetNotFoundError(ReplyError):
+    """Code 5: no widget of the window matches the path."""
+
+
+class NotVisibleError(ReplyError):
+    """Code 6: widgets or tray icons match, but none of them is visible."""
+
+
+class AmbiguousError(ReplyError):
+    """Code 7: several visible widgets or tray icons match."""
+
+
+class CommandError(ReplyError):
+    """Code 8: the command is unknown, or the widget could not do what was asked."""
+
+
+REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
+    "2": NotFoundError,
+    "3": AmbiguousWindowError,
+    "4": WindowBlockedError,
+    "5": WidgetNotFoundError,
+    "6": NotVisibleError,
+    "7": AmbiguousError,
+    "8": CommandError,
+}

@@ -1,0 +1,51 @@
+"""Keeping the end of what an application prints."""
+
+from __future__ import annotations
+
+import os
+import threading
+from collections import deque
+from typing import IO, Deque, Tuple
+
+TAIL_LINES = 20
+_LINE_BYTES = 4096
+_CHUNK_BYTES = 65536
+
+
+class OutputTail:
+    """Reads a pipe to its end, in a thread of its own, and keeps the last lines.
+
+    So the application never blocks on a full pipe, and memory stays bounded however much it prints.
+    """
+
+    def __init__(self, pipe: IO[bytes], keep: int = TAIL_LINES) -> None:
+        """Starts to read `pipe`, which it owns from now on; `keep` is how many lines to keep."""
+        self._pipe = pipe
+        self._lines: Deque[bytes] = deque(maxlen=keep)
+        self._unfinished = b""
+        self._lock = threading.Lock()
+        self._thread = threading.Thread(target=self._read, daemon=True, name="qtdriver-output")
+        self._thread.start()
+
+    def _read(self) -> None:
+        with self._pipe:
+            while True:
+                chunk = os.read(self._pipe.fileno(), _CHUNK_BYTES)
+                if not chunk:
+                    return
+                with self._lock:
+                    *finished, rest = (self._unfinished + chunk).split(b"\n")
+                    self._lines.extend(line[:_LINE_BYTES] for line in finished)
+                    self._unfinished = rest[:_LINE_BYTES]
+
+    def lines(self) -> Tuple[str, ...]:
+        """The last lines so far, each cut to 4096 bytes; what is not UTF-8 has replacement characters."""
+        with self._lock:
+            kept = [*self._lines, self._unfinished] if self._unfinished else list(self._lines)
+        return tuple(line.decode("utf-8", "replace") for line in kept[-(self._lines.maxlen or 0) :])
+
+    def wait_for_end(self, timeout: float) -> bool:
+        """Waits at most `timeout` seconds until all output is read. False when it is not: another process
+        that the application has started may keep its output open."""
+        self._thread.join(timeout)
+        return not self._thread.is_alive()

@@ -1,0 +1,135 @@
+"""Starting and ending applications, with the fake agent as the application."""
+
+import os
+import sys
+import threading
+
+import pytest
+
+from qtdriver import (
+    EarlyExitError,
+    NoGreetingError,
+    ProtocolError,
+    describe_exit,
+    launch,
+    preload_environment,
+)
+from qtdriver.output import OutputTail
+from qtdriver.processes import Descendant
+
+
+@pytest.fixture
+def start(server, build):
+    """Starts a command as an application of Qt 5."""
+
+    def call(command, **options):
+        options.setdefault("timeout", 10)
+        return launch(command, server=server, qt=5, build=build, **options)
+
+    return call
+
+
+def test_the_application_is_driven_and_ended(start, fake_agent):
+    with start(fake_agent) as application:
+        assert application.pid == application.launched_pid
+        assert [window.title for window in application.connection.list_windows()] == ["Editor", "Save"]
+    assert application.process.status() == -15
+
+
+def test_the_agent_comes_first_in_the_preload_list(start, fake_agent, build):
+    environment = {**os.environ, "LD_PRELOAD": "libm.so.6"}
+    with start(fake_agent, environment=environment) as application:
+        preload = application.connection.check_window("env:LD_PRELOAD")
+    assert preload == f"{build}/qt5/lib/libqtdriver-preload.so:libm.so.6"
+
+
+def test_a_preload_list_that_is_empty_stays_without_empty_entries():
+    assert preload_environment("/a.so", {"LD_PRELOAD": ""}) == {"LD_PRELOAD": "/a.so"}
+
+
+def test_an_application_that_ignores_the_request_to_end_is_killed(start, fake_agent):
+    application = start([*fake_agent, "--stay"])
+    assert application.terminate(grace=0.1) == -9
+
+
+def test_the_application_behind_a_wrapper_is_ended_with_it(start, fake_agent):
+    with start(["/bin/sh", "-c", '"$@"; exit 3', "sh", *fake_agent]) as application:
+        assert application.pid != application.launched_pid
+        behind = Descendant(application.pid)
+        assert behind.is_alive()
+    assert not behind.is_alive()
+
+
+def test_a_process_that_is_no_descendant_is_left_alone(start, fake_agent):
+    with start(fake_agent) as application:
+        application.process.terminate(os.getpid())
+    assert application.process.status() == -15
+
+
+def test_an_early_exit_tells_the_status_and_the_last_lines(start):
+    code = "import sys; [print(f'line {n}', file=sys.stderr) for n in range(30)]; sys.exit(3)"
+    with pytest.raises(EarlyExitError) as caught:
+        start([sys.executable, "-c", code])
+    assert caught.value.status == 3
+    assert "exit status 3" in str(caught.value)
+    assert str(caught.value).splitlines()[1:] == [f"line {number}" for number in range(10, 30)]
+
+
+def test_an_early_exit_by_a_signal_names_the_signal(start):
+    with pytest.raises(EarlyExitError, match="signal SIGSEGV.*without any output"):
+        start(["/bin/sh", "-c", "kill -SEGV $$"])
+
+
+def test_an_early_exit_without_an_error_hints_at_another_instance(start):
+    with pytest.raises(EarlyExitError, match="exit status 0.*instance"):
+        start(["/bin/true"])
+
+
+def test_an_exit_between_connection_and_greeting_is_an_early_exit(start):
+    code = "import socket, sys; socket.create_connection(('127.0.0.1', 4242)).close(); sys.exit(4)"
+    with pytest.raises(EarlyExitError, match="exit status 4"):
+        start([sys.executable, "-c", code])
+
+
+def test_an_application_that_never_greets_is_ended(start, tmp_path):
+    pid_file = tmp_path / "pid"
+    command = ["/bin/sh", "-c", f"echo $$ >{pid_file}; echo waiting >&2; exec sleep 100"]
+    with pytest.raises(NoGreetingError, match="within 1 seconds"):
+        start(command, timeout=1)
+    with pytest.raises(ProcessLookupError):
+        Descendant(int(pid_file.read_text()))
+
+
+def test_an_application_that_connects_without_greeting_is_reported(start, fake_agent):
+    with pytest.raises(NoGreetingError):
+        start([*fake_agent, "--no-greeting"], timeout=1)
+
+
+def test_something_else_that_connects_is_refused(start):
+    code = (
+        "import socket; s = socket.create_connection(('127.0.0.1', 4242)); s.sendall(b'hello\\n'); s.recv(1)"
+    )
+    with pytest.raises(ProtocolError, match="hello"):
+        start([sys.executable, "-c", code])
+
+
+def test_the_application_reads_nothing_and_is_not_stopped_by_much_output(start):
+    code = "import sys; sys.stdin.read(); print('x' * 5_000_000); sys.stderr.write('end'); sys.exit(5)"
+    with pytest.raises(EarlyExitError, match="exit status 5.*\nend"):
+        start([sys.executable, "-c", code])
+
+
+def test_the_kept_output_is_bounded_in_lines_and_in_length():
+    read_end, write_end = os.pipe()
+    tail = OutputTail(os.fdopen(read_end, "rb", 0), keep=2)
+    with os.fdopen(write_end, "wb") as pipe:
+        writer = threading.Thread(target=pipe.write, args=(b"one\ntwo\n" + b"y" * 1_000_000 + b"\n\xffend",))
+        writer.start()
+        writer.join()
+    assert tail.wait_for_end(10)
+    assert tail.lines() == ("y" * 4096, "\ufffdend")
+
+
+@pytest.mark.parametrize("status, text", [(0, "exit status 0"), (-6, "signal SIGABRT"), (-99, "signal 99")])
+def test_exit_statuses_are_told_in_words(status, text):
+    assert describe_exit(status) == text
