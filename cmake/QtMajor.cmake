@@ -54,3 +54,30 @@ if(QTDRIVER_ASAN)
   add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=address,undefined)
 endif()
+
+# Tests run on a private desktop, so that each owns the mouse, the keyboard focus and port 4242.
+set(with_desktop ${PROJECT_SOURCE_DIR}/scripts/with-desktop.sh)
+
+# qtdriver_add_unit_test(SOURCE [OFFSCREEN]): a QtTest program; with OFFSCREEN it runs on the offscreen platform, too.
+function(qtdriver_add_unit_test source)
+  get_filename_component(name ${source} NAME_WE)
+  add_executable(${name} ${source})
+  target_link_libraries(${name} PRIVATE qtdriver_objects qtdriver::qttest)
+  add_test(NAME unit/${name} COMMAND ${with_desktop} $<TARGET_FILE:${name}>)
+  set_tests_properties(unit/${name} PROPERTIES TIMEOUT 120)
+  if("OFFSCREEN" IN_LIST ARGN AND QTDRIVER_QT GREATER 4)
+    add_test(NAME unit/${name}/offscreen COMMAND ${name})
+    set_tests_properties(unit/${name}/offscreen PROPERTIES TIMEOUT 120 ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+  endif()
+endfunction()
+
+# qtdriver_add_pytests(PREFIX SOURCES...): each file of pytest tests is a test of its own.
+function(qtdriver_add_pytests prefix)
+  foreach(source IN LISTS ARGN)
+    get_filename_component(name ${source} NAME_WE)
+    add_test(NAME ${prefix}/${name}
+      COMMAND ${with_desktop} /usr/bin/python3 -m pytest -q -p no:cacheprovider --tb=short ${source})
+    set_tests_properties(${prefix}/${name} PROPERTIES TIMEOUT 300
+      ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};PYTHONDONTWRITEBYTECODE=1")
+  endforeach()
+endfunction()

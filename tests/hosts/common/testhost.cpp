@@ -1,0 +1,217 @@
+#include "testhost.h"
+
+#include "agent/testclient.h"
+#include "compat/variant.h"
+#include "signalhandler.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTimer>
+#include <QWidget>
+#include <QtCore/QLibrary>
+#include <QtCore/QSocketNotifier>
+#include <QtCore/QStringList>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+QString valueText(const QVariant& value)
+{
+    if (compat::typeOf(value) == QMetaType::QStringList)
+        return value.toStringList().join(QLatin1String("|"));
+    if (compat::typeOf(value) == QMetaType::QRect) {
+        const QRect rect = value.toRect();
+        return QString::fromLatin1("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+    }
+    return value.isValid() ? compat::textOf(value) : QString::fromLatin1("<invalid>");
+}
+
+QString mouseText(const char* word, const QObject* object, const QMouseEvent* event)
+{
+    return QString::fromLatin1("%1 %2 %3,%4 button %5 buttons %6 modifiers %7")
+        .arg(QLatin1String(word), object->objectName())
+        .arg(event->pos().x()).arg(event->pos().y())
+        .arg(int(event->button())).arg(int(event->buttons())).arg(int(event->modifiers()));
+}
+
+QString keyText(const char* word, const QObject* object, const QKeyEvent* event)
+{
+    return QString::fromLatin1("%1 %2 %3 '%4' modifiers %5")
+        .arg(QLatin1String(word), object->objectName())
+        .arg(event->key()).arg(event->text()).arg(int(event->modifiers()));
+}
+
+} // namespace
+
+int TestHost::run(int argc, char** argv, const std::function<void(TestHost&)>& build)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    TestHost host(arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1));
+    build(host);
+    if (!arguments.contains(QLatin1String("--late")))
+        QTimer::singleShot(0, &host, SLOT(loadAgentWhenActive()));
+    const int result = QApplication::exec();
+    host.journal(QLatin1String("exec returned"));
+    delete host.client;
+    return result;
+}
+
+TestHost::TestHost(const QString& library)
+    : agentLibrary(library)
+{
+    auto* notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
+    connect(notifier, SIGNAL(activated(int)), SLOT(readRequest()));
+    onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
+    onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
+    onRequest(QLatin1String("deleteAgent"), [this] {
+        delete client;
+        client = nullptr;
+    });
+}
+
+void TestHost::loadAgentWhenActive()
+{
+    // Until the window manager has shown and activated the first window, no input could reach it.
+    const int retryMilliseconds = 5;
+    if (QApplication::activeWindow())
+        loadAgent();
+    else
+        QTimer::singleShot(retryMilliseconds, this, SLOT(loadAgentWhenActive()));
+}
+
+void TestHost::loadAgent()
+{
+    QLibrary library(agentLibrary);
+    const auto create = reinterpret_cast<TestClient* (*)()>(library.resolve("createTestClient"));
+    if (!create) {
+        journal(QLatin1String("no agent: ") + library.errorString());
+        return;
+    }
+    client = create();
+    journal(QLatin1String("agent loaded"));
+}
+
+void TestHost::journal(const QString& line)
+{
+    QString escaped = line;
+    escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    std::puts(escaped.toUtf8().constData());
+    std::fflush(stdout);
+}
+
+void TestHost::onRequest(const QString& name, const std::function<void()>& action)
+{
+    actions.insert(name, action);
+}
+
+void TestHost::onSignal(QObject* sender, const char* signal, const std::function<void()>& action)
+{
+    auto* handler = new SignalHandler(sender, [action](const QString&) { action(); });
+    connect(sender, signal, handler, SLOT(handle()));
+}
+
+void TestHost::journalSignal(QObject* sender, const char* signal, const QString& word)
+{
+    onSignal(sender, signal, [=] { journal(word + QLatin1Char(' ') + sender->objectName()); });
+}
+
+void TestHost::journalValue(QObject* sender, const char* signal, const QString& word)
+{
+    auto* handler = new SignalHandler(sender, [=](const QString& argument) {
+        journal(word + QLatin1Char(' ') + sender->objectName() + QLatin1Char(' ') + argument);
+    });
+    const QByteArray signature(signal);
+    const char* slot = signature.contains("(bool)") ? SLOT(handleBool(bool))
+        : signature.contains("(int)")              ? SLOT(handleInt(int))
+                                                   : SLOT(handleText(QString));
+    connect(sender, signal, handler, slot);
+}
+
+void TestHost::journalInput(QObject* object)
+{
+    object->installEventFilter(this);
+}
+
+bool TestHost::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        journal(mouseText("press", watched, static_cast<QMouseEvent*>(event)));
+        break;
+    case QEvent::MouseButtonRelease:
+        journal(mouseText("release", watched, static_cast<QMouseEvent*>(event)));
+        break;
+    case QEvent::MouseButtonDblClick:
+        journal(mouseText("doubleclick", watched, static_cast<QMouseEvent*>(event)));
+        break;
+    case QEvent::MouseMove:
+        journal(mouseText("move", watched, static_cast<QMouseEvent*>(event)));
+        break;
+    case QEvent::ContextMenu:
+        journal(QString::fromLatin1("contextmenu %1 %2,%3 reason %4")
+                    .arg(watched->objectName())
+                    .arg(static_cast<QContextMenuEvent*>(event)->x())
+                    .arg(static_cast<QContextMenuEvent*>(event)->y())
+                    .arg(int(static_cast<QContextMenuEvent*>(event)->reason())));
+        break;
+    case QEvent::KeyPress:
+        journal(keyText("keypress", watched, static_cast<QKeyEvent*>(event)));
+        break;
+    case QEvent::KeyRelease:
+        journal(keyText("keyrelease", watched, static_cast<QKeyEvent*>(event)));
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void TestHost::readRequest()
+{
+    char buffer[4096];
+    const ssize_t size = ::read(STDIN_FILENO, buffer, sizeof(buffer));
+    if (size <= 0) {
+        QCoreApplication::quit(); // the test is gone
+        return;
+    }
+    pending.append(buffer, static_cast<int>(size));
+    for (int end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
+        const QString request = QString::fromUtf8(pending.left(end).constData());
+        pending.remove(0, end + 1);
+        execute(request);
+    }
+}
+
+void TestHost::execute(const QString& request)
+{
+    const QString word = request.section(QLatin1Char(' '), 0, 0);
+    const QString name = request.section(QLatin1Char(' '), 1, 1);
+    if (word == QLatin1String("do") && actions.contains(name)) {
+        actions.value(name)();
+        journal(QLatin1String("done ") + name);
+    } else if (word == QLatin1String("get")) {
+        const QObject* object = find(name);
+        const QByteArray property = request.section(QLatin1Char(' '), 2).toLatin1();
+        journal(object ? QLatin1String("value ") + valueText(compat::readProperty(object, property.constData()))
+                       : QLatin1String("value <no object ") + name + QLatin1Char('>'));
+    } else {
+        journal(QLatin1String("not understood: ") + request);
+    }
+}
+
+QObject* TestHost::find(const QString& objectName) const
+{
+    const QWidgetList topLevels = QApplication::topLevelWidgets();
+    for (QWidget* topLevel : topLevels) {
+        if (topLevel->objectName() == objectName)
+            return topLevel;
+        if (QObject* found = topLevel->findChild<QObject*>(objectName))
+            return found;
+    }
+    return qApp->findChild<QObject*>(objectName);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QtCore/QMap>
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+#include <functional>
+
+class QSocketNotifier;
+
+// An application to be tested, with two windows of its own onto its state, independent of the agent:
+//   standard output   one line for each thing that happened, as the host's slots report it by journal()
+//   standard input    one line for each thing that the test wants: "do NAME" runs a registered action, "get OBJECT
+//                     PROPERTY" prints a property of the object with that name as "value TEXT"
+// Options: --agent PATH, the agent's library, loaded once a window is active; --late, load it at "do loadAgent" only;
+// the rest is Qt's.
+class TestHost : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Builds the application by `build` and runs it. Returns what main() returns.
+    static int run(int argc, char** argv, const std::function<void(TestHost&)>& build);
+
+    // Reports a line; line feeds and backslashes in it are escaped.
+    void journal(const QString& line);
+    // Makes "do NAME" run the function. It journals "done NAME" afterwards.
+    void onRequest(const QString& name, const std::function<void()>& action);
+    // Journals "SIGNAL OBJECT" at each emission, for example journalSignal(button, SIGNAL(clicked()), "clicked").
+    void journalSignal(QObject* sender, const char* signal, const QString& word);
+    // Journals "WORD OBJECT VALUE" at each emission of a signal with one bool or int argument.
+    void journalValue(QObject* sender, const char* signal, const QString& word);
+    // Runs the function at each emission.
+    void onSignal(QObject* sender, const char* signal, const std::function<void()>& action);
+    // Journals each event of the type at the object as "WORD OBJECT DETAILS", for example
+    // "press edit 10,12 button 1 buttons 1 modifiers 0" or "keypress edit 65 'a' modifiers 0".
+    void journalInput(QObject* object);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private Q_SLOTS:
+    void readRequest();
+    void loadAgentWhenActive();
+    void loadAgent();
+
+private:
+    explicit TestHost(const QString& agentLibrary);
+    void execute(const QString& request);
+    QObject* find(const QString& objectName) const;
+
+    QString agentLibrary;
+    QByteArray pending;
+    QMap<QString, std::function<void()>> actions;
+    QObject* client = nullptr;
+};

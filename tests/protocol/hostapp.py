@@ -1,0 +1,194 @@
+"""An application under test with the agent inside, spoken to in raw lines."""
+
+import os
+import queue
+import re
+import socket
+import subprocess
+import threading
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
+QT = int(os.environ.get("QTDRIVER_QT", "5"))
+DEADLINE = 10.0
+"""Seconds after which a test stops waiting for what must happen."""
+
+
+def hexed(text):
+    """A typed value as the sections of the acting commands carry it."""
+    return text.encode("latin-1").hex()
+
+
+class HostApp:
+    """A running host program. `request` talks to the agent; `events`, `do` and `get` to the program itself."""
+
+    def __init__(self, program, *arguments, env=None, agent=True, serve=True):
+        self.server = listen() if serve else None
+        command = [str(BUILD / "bin" / program), "--agent", str(BUILD / "lib" / "libqtdriver.so"), *arguments]
+        self.process = subprocess.Popen(
+            command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, env={**os.environ, **(env or {})}
+        )
+        self._lines = queue.Queue()
+        self.journal = []
+        threading.Thread(target=self._read_output, daemon=True).start()
+        self.greeting = None
+        self.socket = None
+        if serve and agent:
+            self.accept()
+
+    def accept(self):
+        """Waits for the agent's connection and greeting."""
+        self.server.settimeout(DEADLINE)
+        self.socket, _ = self.server.accept()
+        self.socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+        self.socket.settimeout(DEADLINE)
+        self._reader = self.socket.makefile("rb")
+        self.greeting = self.read_line()
+
+    def _read_output(self):
+        for line in self.process.stdout:
+            self._lines.put(line.decode("utf-8").rstrip("\n"))
+        self._lines.put(None)
+
+    # The agent
+
+    def send(self, data):
+        """Sends bytes as they are."""
+        self.socket.sendall(data)
+
+    def read_line(self):
+        """The next line of the agent without its line end; None when it closed the connection."""
+        line = self._reader.readline()
+        return line[:-1].decode("latin-1") if line.endswith(b"\n") else None
+
+    def request(self, line):
+        """Sends one request line and returns its reply line."""
+        self.send(line.encode("latin-1") + b"\n")
+        return self.read_line()
+
+    def activate(self, window, path, value="", option="", class_name=""):
+        """Command 5 with a typed value and option in plain text."""
+        return self.request(f"5,{window},{path},{class_name},{hexed(value)},{hexed(option)}")
+
+    def enter(self, window, path, value, class_name=""):
+        """Command 6 with a typed value in plain text."""
+        return self.request(f"6,{window},{path},{class_name},{hexed(value)},")
+
+    def mouse(self, window, path, command, class_name=""):
+        """Command 9 with a mouse command in plain text."""
+        return self.request(f"9,{window},{path},{class_name},{hexed('s:' + command)},")
+
+    def read(self, window, path, name, argument="", class_name=""):
+        """Command 7. Texts come decoded, as "u:text"; everything else is the reply as it stands."""
+        reply = self.request(f"7,{window},{path},{class_name},{name},{argument}")
+        return "u:" + bytes.fromhex(reply[4:]).decode("utf-8") if reply.startswith("0,u:") else reply
+
+    # The application itself
+
+    def _take(self, timeout):
+        line = self._lines.get(timeout=timeout)
+        if line is not None:
+            self.journal.append(line)
+        return line
+
+    def wait_for(self, expected):
+        """Waits until the application has journalled a line: this text, or one that a compiled pattern fits."""
+        fits = expected.fullmatch if isinstance(expected, re.Pattern) else lambda line: line == expected
+        for line in self.journal:
+            if fits(line):
+                return line
+        deadline = time.monotonic() + DEADLINE
+        while True:
+            try:
+                line = self._take(max(0, deadline - time.monotonic()))
+            except queue.Empty:
+                raise AssertionError(f"{expected!r} did not happen; this did: {self.journal}") from None
+            assert line is not None, f"the application ended before {expected!r}; {self.journal}"
+            if fits(line):
+                return line
+
+    def forget(self):
+        """Empties the journal of what has happened so far."""
+        self.settle()
+        self.journal.clear()
+
+    def settle(self):
+        """Waits until the application has handled all it was sent before, so that the journal is complete."""
+        self._tell("get settle marker")
+        self._wait_for_next("value <no object settle>")
+
+    def events(self, *words):
+        """The journal so far, complete, or its lines that begin with one of the words."""
+        self.settle()
+        return [line for line in self.journal if not words or line.split(" ")[0] in words]
+
+    def do(self, name):
+        """Has the application run one of its own actions, and waits until it is done."""
+        self._tell(f"do {name}")
+        self._wait_for_next(f"done {name}")
+
+    def start(self, name):
+        """Has the application run an action that does not return soon, such as a dialog's exec()."""
+        self._tell(f"do {name}")
+
+    def get(self, name, prop):
+        """A property of the application's object, read without the agent."""
+        self._tell(f"get {name} {prop}")
+        return self._wait_for_next(re.compile("value .*|value ", re.DOTALL))[len("value ") :]
+
+    def _tell(self, line):
+        self.process.stdin.write(line.encode() + b"\n")
+        self.process.stdin.flush()
+
+    def _wait_for_next(self, expected):
+        """Waits for a line that answers the test; such lines stay out of the journal."""
+        fits = expected.fullmatch if isinstance(expected, re.Pattern) else lambda line: line == expected
+        deadline = time.monotonic() + DEADLINE
+        while True:
+            try:
+                line = self._take(max(0, deadline - time.monotonic()))
+            except queue.Empty:
+                raise AssertionError(f"no answer {expected!r}; this happened: {self.journal}") from None
+            assert line is not None, f"the application ended before {expected!r}; {self.journal}"
+            if fits(line):
+                return self.journal.pop()
+
+    def wait_until(self, name, prop, value):
+        """Waits until a property of the application's object has a value."""
+        eventually(lambda: self.get(name, prop), value)
+
+    def close(self):
+        """Ends the application, if it has not ended yet, and returns its exit status."""
+        for closing in (self.socket, self.server):
+            if closing:
+                closing.close()
+        if self.process.poll() is None:
+            self.process.stdin.close()
+        try:
+            return self.process.wait(DEADLINE)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            raise AssertionError("the application did not end") from None
+
+
+def eventually(read, expected):
+    """Waits until `read()` returns the expected value."""
+    deadline = time.monotonic() + DEADLINE
+    value = read()
+    pause = 0.002
+    while value != expected:
+        assert time.monotonic() < deadline, f"{value!r} never became {expected!r}"
+        time.sleep(pause)
+        pause = min(pause * 2, 0.05)
+        value = read()
+
+
+def listen():
+    """A server socket where agents look for their server."""
+    server = socket.socket()
+    server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+    server.bind(("127.0.0.1", 4242))
+    server.listen(4)
+    return server
