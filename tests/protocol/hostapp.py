@@ -129,6 +129,11 @@ class HostApp:
         self._tell(f"do {name}")
         self._wait_for_next(f"done {name}")
 
+    def show(self, name, window):
+        """Has the application show a window, by this action, and waits until a user could reach it."""
+        self._tell(f"do {name}")
+        self.wait_until(window, "isActiveWindow", "true")
+
     def start(self, name):
         """Has the application run an action that does not return soon, such as a dialog's exec()."""
         self._tell(f"do {name}")

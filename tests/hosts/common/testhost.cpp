@@ -68,6 +68,10 @@ TestHost::TestHost(const QString& library)
     connect(notifier, SIGNAL(activated(int)), SLOT(readRequest()));
     onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
     onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
+    onRequest(QLatin1String("agentState"), [this] {
+        const auto* socket = static_cast<TestClient*>(client);
+        journal(QString::fromLatin1("agent open %1 state %2").arg(socket->isOpen()).arg(socket->state()));
+    });
     onRequest(QLatin1String("deleteAgent"), [this] {
         delete client;
         client = nullptr;
@@ -180,11 +184,20 @@ void TestHost::readRequest()
         return;
     }
     pending.append(buffer, static_cast<int>(size));
-    for (int end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
-        const QString request = QString::fromUtf8(pending.left(end).constData());
-        pending.remove(0, end + 1);
-        execute(request);
-    }
+    // Not from here: a request that opens a modal dialog must not keep the notifier from the ones that follow.
+    QMetaObject::invokeMethod(this, "executeRequests", Qt::QueuedConnection);
+}
+
+void TestHost::executeRequests()
+{
+    const int end = pending.indexOf('\n');
+    if (end < 0)
+        return;
+    const QString request = QString::fromUtf8(pending.left(end).constData());
+    pending.remove(0, end + 1);
+    // Before this one, which may not return soon.
+    QMetaObject::invokeMethod(this, "executeRequests", Qt::QueuedConnection);
+    execute(request);
 }
 
 void TestHost::execute(const QString& request)

@@ -41,6 +41,7 @@ protected:
 
 private Q_SLOTS:
     void readRequest();
+    void executeRequests();
     void loadAgentWhenActive();
     void loadAgent();
 
