@@ -67,6 +67,37 @@ QPushButton* addButton(TestHost& host, QWidget* parent, const char* name)
     return button;
 }
 
+// Deletes a window after an event of an object in it, as soon as the event loop runs again.
+class Killer : public QObject
+{
+public:
+    Killer(TestHost& testHost, QObject* watched, QEvent::Type type, QWidget* victim)
+        : QObject(victim)
+        , host(testHost)
+        , eventType(type)
+        , window(victim)
+    {
+        watched->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == eventType) {
+            auto* timer = new QTimer(window);
+            timer->setSingleShot(true);
+            QWidget* victim = window;
+            host.onSignal(timer, SIGNAL(timeout()), [victim] { delete victim; });
+            timer->start(0);
+        }
+        return false;
+    }
+
+private:
+    TestHost& host;
+    QEvent::Type eventType;
+    QWidget* window;
+};
+
 // The window that is there from the start: paths, a canvas for mouse commands, buttons that open things.
 void buildMain(TestHost& host)
 {
@@ -131,6 +162,17 @@ void buildNames(TestHost& host)
         addWindow("hidden", "Report 13", QPoint(900, 400));
         addWindow("untitled", "", QPoint(500, 600))->show();
         addWindow("literal", "Widget:main", QPoint(700, 600))->show();
+    });
+}
+
+void buildFrameless(TestHost& host)
+{
+    host.onRequest(text("showFrameless"), [] {
+        auto* window = addWindow("frameless", "Frameless", QPoint(500, 30));
+        window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        window->resize(200, 100);
+        window->show();
+        window->activateWindow();
     });
 }
 
@@ -212,7 +254,14 @@ void buildDeadly(TestHost& host)
         host.onSignal(addButton(host, window, "quit"), SIGNAL(clicked()), [] { QCoreApplication::quit(); });
         host.onSignal(addButton(host, window, "exit"), SIGNAL(clicked()), [] { ::exit(7); });
         host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
-        host.onSignal(addButton(host, window, "throw"), SIGNAL(pressed()), [] { throw 1; });
+        auto* mover = add(window, named(new QWidget, "mover"));
+        mover->setMinimumSize(100, 50);
+        host.onRequest(text("dieOnMove"), [&host, window, mover] {
+            new Killer(host, mover, QEvent::MouseMove, window);
+        });
+        host.onRequest(text("dieOnActivate"), [&host, window] {
+            new Killer(host, window, QEvent::WindowActivate, window);
+        });
         window->show();
     });
 }
@@ -229,6 +278,17 @@ void buildMisc(TestHost& host)
                 icon->show();
         }
     });
+    host.onRequest(text("cursorToEmptyDesktop"), [] { QCursor::setPos(QPoint(1270, 1010)); });
+    host.onRequest(text("cursorToUnnamed"), [&host] {
+        QCursor::setPos(host.findWidget(text("several"))->findChild<QLabel*>()->mapToGlobal(QPoint(2, 2)));
+    });
+    host.onRequest(text("reportCursor"), [&host] {
+        host.journal(text("cursor %1,%2").arg(QCursor::pos().x()).arg(QCursor::pos().y()));
+    });
+    host.onRequest(text("clearFocus"), [] {
+        if (QApplication::focusWidget())
+            QApplication::focusWidget()->clearFocus();
+    });
     host.onRequest(text("startTicking"), [&host] {
         auto* timer = new QTimer(&host);
         host.onSignal(timer, SIGNAL(timeout()), [&host] { host.journal(text("tick")); });
@@ -243,18 +303,18 @@ void buildMisc(TestHost& host)
             child->waitForFinished();
         });
     });
-    host.onRequest(text("minimizeMain"), [] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->objectName() == text("main"))
-                widget->showMinimized();
-        }
+    host.onRequest(text("shadowClassName"), [&host] {
+        host.find(text("canvas"))->setProperty("className", text("shadow"));
     });
+    host.onRequest(text("moveMainOffScreen"), [&host] { host.findWidget(text("main"))->move(-150, 900); });
+    host.onRequest(text("minimizeMain"), [&host] { host.findWidget(text("main"))->showMinimized(); });
 }
 
 void build(TestHost& host)
 {
     buildMain(host);
     buildNames(host);
+    buildFrameless(host);
     buildViews(host);
     buildDialogs(host);
     buildDeadly(host);

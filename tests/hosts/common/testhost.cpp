@@ -228,3 +228,8 @@ QObject* TestHost::find(const QString& objectName) const
     }
     return qApp->findChild<QObject*>(objectName);
 }
+
+QWidget* TestHost::findWidget(const QString& objectName) const
+{
+    return qobject_cast<QWidget*>(find(objectName));
+}
