@@ -278,6 +278,10 @@ void buildMisc(TestHost& host)
                 icon->show();
         }
     });
+    host.onRequest(text("reportTrayIcon"), [&host] {
+        const QRect rect = qApp->findChild<QSystemTrayIcon*>(text("shown"))->geometry();
+        host.journal(text("tray %1,%2,%3,%4").arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom()));
+    });
     host.onRequest(text("cursorToEmptyDesktop"), [] { QCursor::setPos(QPoint(1270, 1010)); });
     host.onRequest(text("cursorToUnnamed"), [&host] {
         QCursor::setPos(host.findWidget(text("several"))->findChild<QLabel*>()->mapToGlobal(QPoint(2, 2)));

@@ -12,7 +12,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
 QT = int(os.environ.get("QTDRIVER_QT", "5"))
-DEADLINE = 10.0
+DEADLINE = 20.0
 """Seconds after which a test stops waiting for what must happen."""
 
 
