@@ -13,8 +13,7 @@ AddressDialog::AddressDialog(Journal& journal, QWidget* parent)
     , m_street(named(new QLineEdit(this), "streetEdit"))
 {
     setWindowTitle(tr("Delivery address"));
-    auto* buttons
-        = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
     named(buttons->button(QDialogButtonBox::Ok), "acceptAddressButton")->setText(tr("Deliver here"));
     named(buttons->button(QDialogButtonBox::Cancel), "cancelAddressButton")->setText(tr("Cancel"));
     auto* form = new QFormLayout(this);

@@ -18,14 +18,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    enum Column
-    {
-        Name,
-        Origin,
-        Kilograms,
-        OnSale,
-        ColumnCount
-    };
+    enum Column { Name, Origin, Kilograms, OnSale, ColumnCount };
 
     struct Bean
     {

@@ -36,10 +36,9 @@ ContainersPage::ContainersPage(Journal& journal, QWidget* parent)
     const char* const startNames[] = {"firstRoaster", "secondRoaster"};
     for (const char* name : startNames) {
         const QWidget* roaster = findChild<QWidget*>(QLatin1String(name));
-        connect(roaster->findChild<QPushButton*>(QLatin1String("startButton")), SIGNAL(clicked()),
-            SLOT(startRoaster()));
-        connect(roaster->findChild<QPushButton*>(QLatin1String("discardButton")), SIGNAL(clicked()),
-            SLOT(discard()));
+        connect(
+            roaster->findChild<QPushButton*>(QLatin1String("startButton")), SIGNAL(clicked()), SLOT(startRoaster()));
+        connect(roaster->findChild<QPushButton*>(QLatin1String("discardButton")), SIGNAL(clicked()), SLOT(discard()));
     }
     connect(findChild<QTabBar*>(QLatin1String("weekBar")), SIGNAL(currentChanged(int)), SLOT(showDay(int)));
 }
@@ -47,8 +46,8 @@ ContainersPage::ContainersPage(Journal& journal, QWidget* parent)
 QWidget* ContainersPage::makeMenuCard()
 {
     const QString drinks[] = {tr("Espresso"), tr("Filter"), tr("Cold brew")};
-    const QString advice[] = {tr("Short and strong.\n18 g in, 36 g out."),
-        tr("Slow and clear.\n60 g to the litre."), tr("Wait a night.")};
+    const QString advice[]
+        = {tr("Short and strong.\n18 g in, 36 g out."), tr("Slow and clear.\n60 g to the litre."), tr("Wait a night.")};
     const char* const names[] = {"espressoButton", "filterButton", "coldBrewButton"};
     auto* tabs = named(new QTabWidget(this), "menuCard");
     for (int index = 0; index < 3; ++index) {
@@ -65,9 +64,8 @@ QWidget* ContainersPage::makeMenuCard()
 QWidget* ContainersPage::makeRecipes()
 {
     auto* box = named(new QToolBox(this), "recipeBox");
-    const QString recipes[][2]
-        = {{tr("French press"), tr("Water just off the boil.\nStir once, wait a minute.")},
-            {tr("Pour over"), tr("Rinse the paper.\nPour in slow circles.")}};
+    const QString recipes[][2] = {{tr("French press"), tr("Water just off the boil.\nStir once, wait a minute.")},
+        {tr("Pour over"), tr("Rinse the paper.\nPour in slow circles.")}};
     for (const auto& recipe : recipes) {
         auto* text = new QLabel(recipe[1], box);
         text->setAlignment(Qt::AlignTop | Qt::AlignLeading);

@@ -27,9 +27,7 @@ QString nameOf(const QObject* object)
 
 QString stateWord(int checkState)
 {
-    return QLatin1String(checkState == Qt::Unchecked ? "off"
-            : checkState == Qt::PartiallyChecked     ? "partly"
-                                                     : "on");
+    return QLatin1String(checkState == Qt::Unchecked ? "off" : checkState == Qt::PartiallyChecked ? "partly" : "on");
 }
 
 QString describe(const QObject* view, const QModelIndex& index)

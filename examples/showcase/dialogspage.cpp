@@ -25,14 +25,14 @@ DialogsPage::DialogsPage(Journal& journal, QWidget* parent)
     grid->setContentsMargins(24, 20, 24, 20);
     grid->setHorizontalSpacing(18);
     grid->setVerticalSpacing(14);
-    addRow(grid, "newOrderButton", tr("New order..."),
-        tr("A modal dialog, with a further one for the address"), m_order);
+    addRow(
+        grid, "newOrderButton", tr("New order..."), tr("A modal dialog, with a further one for the address"), m_order);
     addRow(grid, "nameBlendButton", tr("Name a blend..."), tr("An input dialog"), m_blend);
     addRow(grid, "emptyRoasterButton", tr("Empty the roaster..."), tr("A message box"), m_answer);
     addRow(grid, "priceListButton", tr("Price list..."), tr("A file dialog"), m_file);
     addRow(grid, "ordersButton", tr("Orders"), tr("A second window"), nullptr);
-    addRow(grid, "order12Button", tr("Order 12"),
-        tr("A third window, whose title begins as those of the others"), nullptr);
+    addRow(grid, "order12Button", tr("Order 12"), tr("A third window, whose title begins as those of the others"),
+        nullptr);
     addRow(grid, "aboutButton", tr("About"), tr("A message of one button"), nullptr);
     grid->setRowStretch(grid->rowCount(), 1);
     grid->setColumnStretch(2, 1);
@@ -101,8 +101,8 @@ void DialogsPage::nameBlend()
 
 void DialogsPage::emptyRoaster()
 {
-    QMessageBox box(QMessageBox::Question, tr("Empty the roaster"),
-        tr("Throw the batch in the roaster away?"), QMessageBox::Yes | QMessageBox::No, window());
+    QMessageBox box(QMessageBox::Question, tr("Empty the roaster"), tr("Throw the batch in the roaster away?"),
+        QMessageBox::Yes | QMessageBox::No, window());
     named(&box, "emptyBox");
     run(box);
     const bool yes = box.standardButton(box.clickedButton()) == QMessageBox::Yes;

@@ -28,8 +28,7 @@ public Q_SLOTS:
     void showAbout();
 
 private:
-    void addRow(QGridLayout* grid, const char* buttonName, const QString& text, const QString& advice,
-        QLabel* result);
+    void addRow(QGridLayout* grid, const char* buttonName, const QString& text, const QString& advice, QLabel* result);
     bool run(QDialog& dialog);
 
     Journal& m_journal;

@@ -7,7 +7,8 @@ Journal::Journal(QObject* parent)
     : QObject(parent)
     , m_started(false)
     , m_recorder(new Recorder(*this, this))
-{ }
+{
+}
 
 bool Journal::openFile(const QString& name)
 {

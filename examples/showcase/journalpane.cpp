@@ -16,8 +16,7 @@ JournalPane::JournalPane(Journal& journal, QWidget* parent)
     , m_lines(named(new QPlainTextEdit(this), "journal"))
 {
     m_lastEvent->setTextFormat(Qt::PlainText);
-    m_lastEvent->setSizePolicy(
-        QSizePolicy::Ignored, QSizePolicy::Preferred); // long lines must not widen the window
+    m_lastEvent->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // long lines must not widen the window
     QFont bold = font();
     bold.setBold(true);
     m_lastEvent->setFont(bold);

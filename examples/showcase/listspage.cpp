@@ -62,8 +62,8 @@ QWidget* ListsPage::titled(const QString& title, QWidget* view)
 
 QWidget* ListsPage::makeExtras()
 {
-    const char* const names[] = {"Oat milk", "Honey", "Cinnamon", "Vanilla", "Cocoa", "Cardamom",
-        "Whipped cream", "Caramel", "Nutmeg", "Maple syrup"};
+    const char* const names[] = {"Oat milk", "Honey", "Cinnamon", "Vanilla", "Cocoa", "Cardamom", "Whipped cream",
+        "Caramel", "Nutmeg", "Maple syrup"};
     for (const char* name : names) {
         auto* item = new QListWidgetItem(QLatin1String(name), m_extras); // the list's
         item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
@@ -76,10 +76,9 @@ QWidget* ListsPage::makeExtras()
 QWidget* ListsPage::makeOrigins()
 {
     auto* view = named(new QListView(this), "originView");
-    const QStringList names
-        = tr("Brazil,Burundi,Colombia,Costa Rica,Ethiopia,Guatemala,Honduras,India,Jamaica,Kenya,"
-             "Mexico,Nicaragua,Panama,Peru,Rwanda,Sumatra,Tanzania,Vietnam,Yemen")
-              .split(QLatin1Char(','));
+    const QStringList names = tr("Brazil,Burundi,Colombia,Costa Rica,Ethiopia,Guatemala,Honduras,India,Jamaica,Kenya,"
+                                 "Mexico,Nicaragua,Panama,Peru,Rwanda,Sumatra,Tanzania,Vietnam,Yemen")
+                                  .split(QLatin1Char(','));
     view->setModel(new QStringListModel(names, view));
     return titled(tr("&Origins (double-click to rename)"), view);
 }

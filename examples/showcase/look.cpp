@@ -11,7 +11,8 @@ namespace {
 
 const int iconSize = 32; // pixels, scaled down where a smaller icon is needed
 
-template <typename Draw> QIcon drawn(Draw draw)
+template <typename Draw>
+QIcon drawn(Draw draw)
 {
     QPixmap pixmap(iconSize, iconSize);
     pixmap.fill(Qt::transparent);

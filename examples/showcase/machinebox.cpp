@@ -25,8 +25,8 @@ MachineBox::MachineBox(Journal& journal, QWidget* parent)
     warmButton->setCheckable(true);
     auto* rinseButton = new QToolButton(this); // named after its only action
     rinseButton->setDefaultAction(named(new QAction(tr("Rinse"), rinseButton), "rinseAction"));
-    auto* roastLink = named(
-        new QCommandLinkButton(tr("Roast a new batch"), tr("Takes about two seconds"), this), "roastLink");
+    auto* roastLink
+        = named(new QCommandLinkButton(tr("Roast a new batch"), tr("Takes about two seconds"), this), "roastLink");
     roastLink->setIcon(Look::bean());
     m_roastProgress->setValue(0);
 

@@ -33,8 +33,7 @@ MainWindow::MainWindow(Journal& journal)
     addPages();
     setCentralWidget(m_pages);
     addDocks();
-    named(statusBar(), "statusBar")
-        ->addPermanentWidget(named(new QLabel(tr("Open until 18:00"), this), "openLabel"));
+    named(statusBar(), "statusBar")->addPermanentWidget(named(new QLabel(tr("Open until 18:00"), this), "openLabel"));
     resize(1100, 760);
 
     m_journal.watch(this);
@@ -79,8 +78,7 @@ void MainWindow::addDocks()
     makeDock("journalDock", tr("Journal"), Qt::BottomDockWidgetArea, new JournalPane(m_journal, this));
 }
 
-QDockWidget* MainWindow::makeDock(
-    const char* name, const QString& title, Qt::DockWidgetArea area, QWidget* content)
+QDockWidget* MainWindow::makeDock(const char* name, const QString& title, Qt::DockWidgetArea area, QWidget* content)
 {
     auto* dock = named(new QDockWidget(title, this), name);
     dock->setWidget(content);
@@ -94,8 +92,7 @@ QDockWidget* MainWindow::makeDock(
 QWidget* MainWindow::makeRecipe()
 {
     auto* pane = new QWidget(this);
-    auto* text = new QLabel(
-        tr("Flat white\n\nTwo shots of espresso,\na little steamed milk,\nhardly any foam."), pane);
+    auto* text = new QLabel(tr("Flat white\n\nTwo shots of espresso,\na little steamed milk,\nhardly any foam."), pane);
     auto* column = new QVBoxLayout(pane);
     column->addWidget(text);
     column->addWidget(named(new QCheckBox(tr("A favourite"), pane), "favouriteCheck"));

@@ -29,8 +29,7 @@ const OptionRow rows[] = {
         [](Options& options, const QString& value) { return !(options.style = value).isEmpty(); }},
     {"--rtl", nullptr, "Lays the windows out from right to left.",
         [](Options& options, const QString&) { return options.rightToLeft = true; }},
-    {"--geometry", "WxH+X+Y", "The size of the main window, and its position where +X+Y is given.",
-        &takeGeometry},
+    {"--geometry", "WxH+X+Y", "The size of the main window, and its position where +X+Y is given.", &takeGeometry},
     {"--page", "TITLE", "Starts with this page: Buttons, Entry fields, Lists, Tables, Containers or Dialogs.",
         [](Options& options, const QString& value) { return !(options.page = value).isEmpty(); }},
     {"--journal", "FILE", "Appends every line of the journal to this file as well.",
@@ -76,9 +75,8 @@ Options Options::fromArguments(int argumentCount, char** arguments)
 
 QString Options::helpText()
 {
-    QString text = QLatin1String(
-        "Usage: showcase [OPTION]...\n\n"
-        "A coffee roastery that shows the widgets of Qt, for tests to try themselves on.\n\n");
+    QString text = QLatin1String("Usage: showcase [OPTION]...\n\n"
+                                 "A coffee roastery that shows the widgets of Qt, for tests to try themselves on.\n\n");
     for (const OptionRow& row : rows) {
         QString option = QLatin1String(row.name);
         if (row.value)

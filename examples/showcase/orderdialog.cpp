@@ -22,8 +22,7 @@ OrderDialog::OrderDialog(Journal& journal, QWidget* parent)
     m_street->setReadOnly(true);
     auto* addressButton = named(new QPushButton(tr("Address..."), this), "addressButton");
     addressButton->setAutoDefault(false); // the return key orders
-    auto* buttons
-        = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
     named(buttons->button(QDialogButtonBox::Ok), "acceptOrderButton")->setText(tr("Order"));
     named(buttons->button(QDialogButtonBox::Cancel), "cancelOrderButton")->setText(tr("Cancel"));
 
@@ -53,8 +52,7 @@ void OrderDialog::askAddress()
 {
     auto* dialog = named(new AddressDialog(m_journal, this), "addressDialog"); // deleted below
     const bool accepted = dialog->exec() == QDialog::Accepted;
-    m_journal.record(
-        accepted ? "accepted" : "rejected", dialog->objectName(), accepted ? dialog->street() : QString());
+    m_journal.record(accepted ? "accepted" : "rejected", dialog->objectName(), accepted ? dialog->street() : QString());
     if (accepted)
         m_street->setText(dialog->street());
     dialog->deleteLater();

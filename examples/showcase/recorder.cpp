@@ -15,7 +15,8 @@
 Recorder::Recorder(Journal& journal, QObject* parent)
     : QObject(parent)
     , m_journal(journal)
-{ }
+{
+}
 
 void Recorder::clicked()
 {

@@ -111,6 +111,5 @@ void TastingPad::keyPressEvent(QKeyEvent* event)
 {
     if (isModifierKey(event->key()))
         return QWidget::keyPressEvent(event);
-    m_journal.record(
-        "key", objectName(), modifierWords(event->modifiers()) + QKeySequence(event->key()).toString());
+    m_journal.record("key", objectName(), modifierWords(event->modifiers()) + QKeySequence(event->key()).toString());
 }

@@ -35,7 +35,8 @@ int visitLibrary(dl_phdr_info* library, std::size_t, void* data)
 
 LoadedLibrary::LoadedLibrary(const char* path)
     : handle(path ? dlopen(path, RTLD_LAZY | RTLD_NOLOAD) : nullptr)
-{ }
+{
+}
 
 LoadedLibrary::~LoadedLibrary()
 {

@@ -17,13 +17,15 @@ public:
     static const char* pathOf(const char* fileName);
 
     // A function of the library or of those that it links; null if there is none.
-    template <typename Function> Function function(const char* symbol) const
+    template <typename Function>
+    Function function(const char* symbol) const
     {
         return reinterpret_cast<Function>(find(symbol));
     }
 
     // The same for a variable. A program that is not position-independent has a library's variables itself.
-    template <typename Type> Type* variable(const char* symbol) const
+    template <typename Type>
+    Type* variable(const char* symbol) const
     {
         return static_cast<Type*>(findVariable(symbol));
     }

@@ -135,9 +135,8 @@ void buildNames(TestHost& host)
         const char* const labels[] = {"&Cancel", "Apply  to all", "Don't save", ""};
         for (const char* label : labels) {
             auto* button = add(window, new QPushButton(text(label)));
-            host.onSignal(button, SIGNAL(clicked()), [&host, button] {
-                host.journal(text("clicked label ") + button->text());
-            });
+            host.onSignal(
+                button, SIGNAL(clicked()), [&host, button] { host.journal(text("clicked label ") + button->text()); });
         }
         auto* action = named(new QAction(text("Open"), window), "fileOpen");
         host.journalSignal(action, SIGNAL(triggered()), text("triggered"));
@@ -224,9 +223,8 @@ void buildDialogs(TestHost& host)
         new QVBoxLayout(frame);
         add(frame, new QLineEdit);
         frame->move(0, 200);
-        host.onSignal(dialog, SIGNAL(accepted()), [&host, dialog] {
-            host.journal(text("input ") + dialog->textValue());
-        });
+        host.onSignal(
+            dialog, SIGNAL(accepted()), [&host, dialog] { host.journal(text("input ") + dialog->textValue()); });
         host.onRequest(text("renameOk"), [dialog] { dialog->setOkButtonText(text("Go on")); });
         dialog->open();
     });
@@ -256,12 +254,10 @@ void buildDeadly(TestHost& host)
         host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
         auto* mover = add(window, named(new QWidget, "mover"));
         mover->setMinimumSize(100, 50);
-        host.onRequest(text("dieOnMove"), [&host, window, mover] {
-            new Killer(host, mover, QEvent::MouseMove, window);
-        });
-        host.onRequest(text("dieOnActivate"), [&host, window] {
-            new Killer(host, window, QEvent::WindowActivate, window);
-        });
+        host.onRequest(
+            text("dieOnMove"), [&host, window, mover] { new Killer(host, mover, QEvent::MouseMove, window); });
+        host.onRequest(
+            text("dieOnActivate"), [&host, window] { new Killer(host, window, QEvent::WindowActivate, window); });
         window->show();
     });
 }
@@ -286,9 +282,8 @@ void buildMisc(TestHost& host)
     host.onRequest(text("cursorToUnnamed"), [&host] {
         QCursor::setPos(host.findWidget(text("several"))->findChild<QLabel*>()->mapToGlobal(QPoint(2, 2)));
     });
-    host.onRequest(text("reportCursor"), [&host] {
-        host.journal(text("cursor %1,%2").arg(QCursor::pos().x()).arg(QCursor::pos().y()));
-    });
+    host.onRequest(text("reportCursor"),
+        [&host] { host.journal(text("cursor %1,%2").arg(QCursor::pos().x()).arg(QCursor::pos().y())); });
     host.onRequest(text("clearFocus"), [] {
         if (QApplication::focusWidget())
             QApplication::focusWidget()->clearFocus();
@@ -307,9 +302,8 @@ void buildMisc(TestHost& host)
             child->waitForFinished();
         });
     });
-    host.onRequest(text("shadowClassName"), [&host] {
-        host.find(text("canvas"))->setProperty("className", text("shadow"));
-    });
+    host.onRequest(
+        text("shadowClassName"), [&host] { host.find(text("canvas"))->setProperty("className", text("shadow")); });
     host.onRequest(text("moveMainOffScreen"), [&host] { host.findWidget(text("main"))->move(-150, 900); });
     host.onRequest(text("minimizeMain"), [&host] { host.findWidget(text("main"))->showMinimized(); });
 }

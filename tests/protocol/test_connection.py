@@ -139,4 +139,3 @@ def test_the_application_may_quit_with_the_connection_open(launch):
     app.start("quit")
     assert app.read_line() is None
     assert app.process.wait(10) == 0
-

@@ -113,7 +113,11 @@ def test_press_move_and_release_in_three_commands_are_a_drag(app):
     play(app, "MouseMove::0.5:0.5:")
     play(app, "MouseRelease:LeftButton:0.5:0.5:")
     app.wait_for(re.compile("release .*"))
-    seen = [line for line in app.events("press", "move", "release") if "buttons 0" not in line or "release" in line]
+    seen = [
+        line
+        for line in app.events("press", "move", "release")
+        if "buttons 0" not in line or "release" in line
+    ]
     assert seen == [
         "press canvas 20,10 button 1 buttons 1 modifiers 0",
         "move canvas 100,50 button 0 buttons 1 modifiers 0",
@@ -171,4 +175,3 @@ def test_a_command_that_is_no_text_is_a_type_error(app, value):
 
 def test_the_option_is_ignored(app):
     assert app.request(f"9,Editor,canvas,,{'s:::::'.encode().hex()},{'s:x'.encode().hex()}") == "0,QWidget"
-

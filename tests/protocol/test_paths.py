@@ -21,7 +21,16 @@ def test_the_parents_name_tells_widgets_apart(app, parent):
 
 @pytest.mark.parametrize(
     "path",
-    ["deep", "inner/deep", "outer//deep", "middle//deep", "outer/middle//deep", "outer//inner/deep", "/deep", "//deep"]
+    [
+        "deep",
+        "inner/deep",
+        "outer//deep",
+        "middle//deep",
+        "outer/middle//deep",
+        "outer//inner/deep",
+        "/deep",
+        "//deep",
+    ]
     + ["outer///deep", "main//deep", "main/central/outer/middle/inner/deep", "central//middle//deep"],
 )
 def test_a_path_that_fits_finds_the_widget(app, path):
@@ -30,7 +39,16 @@ def test_a_path_that_fits_finds_the_widget(app, path):
 
 @pytest.mark.parametrize(
     "path",
-    ["outer/deep", "x/deep", "x//deep", "deep/", "desktop/main//deep", "middle/outer/deep", "outer/inner/deep", "Deep"],
+    [
+        "outer/deep",
+        "x/deep",
+        "x//deep",
+        "deep/",
+        "desktop/main//deep",
+        "middle/outer/deep",
+        "outer/inner/deep",
+        "Deep",
+    ],
 )
 def test_a_path_that_does_not_fit_finds_nothing(app, path):
     assert app.read("Editor", path, "text") == f"5,Widget ({path}) not found"

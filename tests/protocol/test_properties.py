@@ -10,7 +10,9 @@ def app(launch):
 
 def test_a_plain_widget_has_exactly_the_built_in_pseudo_properties(app):
     names = ["propertyNames", "pseudoPropertyNames", "className", "silkClassName", "globalRect"]
-    assert app.read("Editor", "canvas", "pseudoPropertyNames") == "0,l:" + "".join("\f" + name for name in names)
+    assert app.read("Editor", "canvas", "pseudoPropertyNames") == "0,l:" + "".join(
+        "\f" + name for name in names
+    )
 
 
 def test_a_button_adds_its_text(app):

@@ -26,7 +26,9 @@ def test_a_base_class_can_be_asked_for(app):
     assert app.activate("Editor", "twin", class_name="QAbstractButton") == "0,QAbstractButton"
 
 
-@pytest.mark.parametrize("class_name", ["QComboBox", "QCheckBox", "QObject", "ValueWidget", "qpushbutton", "QPushButton "])
+@pytest.mark.parametrize(
+    "class_name", ["QComboBox", "QCheckBox", "QObject", "ValueWidget", "qpushbutton", "QPushButton "]
+)
 def test_another_class_is_refused(app, class_name):
     reply = f"8,Exception : Widget is not derived from class {class_name}"
     assert served(app, "twin", class_name) == reply
@@ -77,6 +79,4 @@ def test_a_message_is_cut_at_2047_bytes(app):
 @pytest.mark.parametrize("path", ["100%s%n", "central/100%s%n"])
 def test_an_object_name_with_conversions_is_only_a_name(app, path):
     reply = app.activate("Editor", path, "i:1")
-    assert reply == (
-        '8,Exception : Type error: object "100%s%n" of class "QPushButton" accepts bool, none.'
-    )
+    assert reply == ('8,Exception : Type error: object "100%s%n" of class "QPushButton" accepts bool, none.')

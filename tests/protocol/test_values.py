@@ -3,7 +3,6 @@
 import pytest
 
 
-
 @pytest.fixture(scope="module")
 def canvas(request):
     from hostapp import HostApp
@@ -85,5 +84,3 @@ def test_an_icon_is_answered_as_its_pixmap_of_64_by_64(canvas):
 def test_a_property_that_does_not_exist_is_an_error(canvas):
     assert canvas("nothing") == '8,Exception : Unknown property "nothing".'
     assert canvas("") == '8,Exception : Unknown property "".'
-
-

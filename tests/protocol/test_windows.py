@@ -88,7 +88,9 @@ def test_the_active_modal_widget_is_a_window_name_with_a_title_prefix(app):
     assert app.request("8,Widget:ActiveModalWidget") == "0,Save changes? 1"
     assert app.request("8,Widget:ActiveModalWidget:") == "0,Save changes? 1"
     assert app.request("8,Widget:ActiveModalWidget:Save") == "0,Save changes? 1"
-    assert app.request("8,Widget:ActiveModalWidget:Open") == "2,Window (Widget:ActiveModalWidget:Open) not found"
+    assert (
+        app.request("8,Widget:ActiveModalWidget:Open") == "2,Window (Widget:ActiveModalWidget:Open) not found"
+    )
     assert app.request("8,Widget:ActiveModalWidget:Save:x").startswith("2,")
     app.activate("Save", "accept")
     app.wait_for("dialog result 1")

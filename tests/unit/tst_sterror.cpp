@@ -18,7 +18,10 @@ private Q_SLOTS:
 
 namespace {
 
-QString latin1(const char* text) { return QString::fromLatin1(text); }
+QString latin1(const char* text)
+{
+    return QString::fromLatin1(text);
+}
 
 template <class Raise>
 QString messageOf(Raise raise)

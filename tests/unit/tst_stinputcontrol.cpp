@@ -45,7 +45,9 @@ public:
             const auto* key = static_cast<QKeyEvent*>(event);
             events << QString::fromLatin1("%1 %2 '%3' %4")
                           .arg(QLatin1String(event->type() == QEvent::KeyPress ? "press" : "release"))
-                          .arg(key->key()).arg(key->text()).arg(int(key->modifiers()));
+                          .arg(key->key())
+                          .arg(key->text())
+                          .arg(int(key->modifiers()));
             return true;
         }
         case QEvent::MouseButtonPress:
@@ -64,7 +66,10 @@ public:
     QStringList events;
 };
 
-QString latin1(const char* text) { return QString::fromLatin1(text); }
+QString latin1(const char* text)
+{
+    return QString::fromLatin1(text);
+}
 
 template <class Operation>
 QString errorOf(Operation operation)

@@ -24,7 +24,10 @@ public:
     }
 };
 
-QString latin1(const char* text) { return QString::fromLatin1(text); }
+QString latin1(const char* text)
+{
+    return QString::fromLatin1(text);
+}
 
 template <class Operation>
 QString errorOf(Operation operation)
@@ -106,8 +109,8 @@ void tst_STWidgetProxy::builtInNamesWinOverPseudoProperties()
     QCOMPARE(proxy.property("silkClassName", QVariant()).toString(), latin1("Served"));
     QCOMPARE(proxy.property("pseudoPropertyNames", QVariant()).toStringList(),
         QStringList() << latin1("propertyNames") << latin1("pseudoPropertyNames") << latin1("className")
-                      << latin1("silkClassName") << latin1("globalRect") << latin1("computed")
-                      << latin1("className") << latin1("none"));
+                      << latin1("silkClassName") << latin1("globalRect") << latin1("computed") << latin1("className")
+                      << latin1("none"));
 }
 
 void tst_STWidgetProxy::pseudoPropertiesTakeTheArgument()

@@ -30,7 +30,10 @@ private Q_SLOTS:
 
 namespace {
 
-QString latin1(const char* text) { return QString::fromLatin1(text); }
+QString latin1(const char* text)
+{
+    return QString::fromLatin1(text);
+}
 
 template <class Widget>
 Widget* named(Widget* widget, const char* name)

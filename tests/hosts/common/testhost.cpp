@@ -34,15 +34,20 @@ QString mouseText(const char* word, const QObject* object, const QMouseEvent* ev
 {
     return QString::fromLatin1("%1 %2 %3,%4 button %5 buttons %6 modifiers %7")
         .arg(QLatin1String(word), object->objectName())
-        .arg(event->pos().x()).arg(event->pos().y())
-        .arg(int(event->button())).arg(int(event->buttons())).arg(int(event->modifiers()));
+        .arg(event->pos().x())
+        .arg(event->pos().y())
+        .arg(int(event->button()))
+        .arg(int(event->buttons()))
+        .arg(int(event->modifiers()));
 }
 
 QString keyText(const char* word, const QObject* object, const QKeyEvent* event)
 {
     return QString::fromLatin1("%1 %2 %3 '%4' modifiers %5")
         .arg(QLatin1String(word), object->objectName())
-        .arg(event->key()).arg(event->text()).arg(int(event->modifiers()));
+        .arg(event->key())
+        .arg(event->text())
+        .arg(int(event->modifiers()));
 }
 
 } // namespace
@@ -131,8 +136,8 @@ void TestHost::journalValue(QObject* sender, const char* signal, const QString& 
     });
     const QByteArray signature(signal);
     const char* slot = signature.contains("(bool)") ? SLOT(handleBool(bool))
-        : signature.contains("(int)")              ? SLOT(handleInt(int))
-                                                   : SLOT(handleText(QString));
+        : signature.contains("(int)")               ? SLOT(handleInt(int))
+                                                    : SLOT(handleText(QString));
     connect(sender, signal, handler, slot);
 }
 
