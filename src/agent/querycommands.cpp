@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QIODevice>
+#include <QPointer>
 #include <QStringList>
 #include <QSystemTrayIcon>
 #include <QTextStream>
@@ -146,10 +147,14 @@ QString locateWidget(const Request& request, STApplicationProxy&)
     const Access found = oneWidget(chooseWidget(candidates, window.widget, path), request.section(2));
     if (!found.widget)
         return found.refusal;
-    found.widget->activateWindow();
-    found.widget->window()->raise();
-    QCursor::setPos(found.widget->mapToGlobal(QPoint(0, 0)));
-    return QLatin1String("0,") + QLatin1String(found.widget->metaObject()->className());
+    const QPointer<QWidget> widget(found.widget);
+    const QString reply = QLatin1String("0,") + QLatin1String(widget->metaObject()->className());
+    widget->activateWindow();
+    if (widget)
+        widget->window()->raise();
+    if (widget)
+        QCursor::setPos(widget->mapToGlobal(QPoint(0, 0)));
+    return reply;
 }
 
 QString locateTrayIcon(const Request& request, STApplicationProxy&)

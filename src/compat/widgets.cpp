@@ -1,9 +1,12 @@
 #include "compat/widgets.h"
 
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtGui/QMouseEvent>
 
 #if QT_VERSION >= 0x060000
 #include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #elif QT_VERSION >= 0x050000
 #include <QtWidgets/QApplication>
@@ -14,6 +17,28 @@
 #endif
 
 namespace compat {
+
+namespace {
+
+// Whether the user could make the window the active one.
+bool canBecomeActive(const QWidget* window)
+{
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool takesFocus = window->windowType() != Qt::ToolTip && window->windowType() != Qt::SplashScreen
+        && !(window->windowFlags() & Qt::X11BypassWindowManagerHint);
+    return window->isVisible() && takesFocus && (!modal || modal == window) && !QApplication::activePopupWidget();
+}
+
+bool isReachable(const QWidget* widget)
+{
+    const QWidget* window = widget->window();
+    if (!window->isActiveWindow())
+        return false;
+    const QPoint center = widget->mapTo(window, widget->rect().center());
+    return !window->rect().contains(center) || QApplication::topLevelAt(window->mapToGlobal(center)) == window;
+}
+
+} // namespace
 
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
@@ -28,6 +53,19 @@ QRect availableGeometry(const QWidget* widget)
 #else
     return QApplication::desktop()->availableGeometry(widget);
 #endif
+}
+
+void waitUntilReachable(QWidget* widget)
+{
+    if (!canBecomeActive(widget->window()) || isReachable(widget))
+        return;
+    const QPointer<QWidget> guarded(widget);
+    const int limitMilliseconds = 500;
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.start(limitMilliseconds);
+    while (guarded && !isReachable(guarded) && limit.isActive())
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::WaitForMoreEvents);
 }
 
 const char* socketErrorSignal()

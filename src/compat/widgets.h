@@ -17,6 +17,12 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
 // The part of the widget's screen that panels leave free, in global coordinates.
 QRect availableGeometry(const QWidget* widget);
 
+// Lets the window of a widget, asked to show itself and become active, do so. On Windows that has happened at once; on
+// X11 the window manager does it some time later, and until then mouse clicks miss the window and keys go to another one.
+// Processes events, but those of sockets, until the window is active and on top where the widget's centre is: for half a
+// second at most, and not at all if the window cannot become active.
+void waitUntilReachable(QWidget* widget);
+
 // The SIGNAL() text of QAbstractSocket's error signal.
 const char* socketErrorSignal();
 

@@ -10,6 +10,15 @@ namespace {
 
 const char notCheckableMessage[] = "activate, QGroupBox is not checkable";
 
+// Reaches the protected function that fills in title, alignment and flatness, on which the check box's place depends.
+struct StyleOptionAccess : QGroupBox
+{
+    static void init(const QGroupBox* box, QStyleOptionGroupBox* option)
+    {
+        (box->*(&StyleOptionAccess::initStyleOption))(option);
+    }
+};
+
 } // namespace
 
 void STQGroupBox::activate(const QVariant& value, const QVariant&)
@@ -22,7 +31,7 @@ void STQGroupBox::activate(const QVariant& value, const QVariant&)
     if (box->isChecked() == value.toBool())
         return;
     QStyleOptionGroupBox option;
-    option.initFrom(box);
+    StyleOptionAccess::init(box, &option);
     const QPoint point
         = globalCenter(box->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box));
     processEventsEnabled = false;

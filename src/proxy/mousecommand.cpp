@@ -49,16 +49,20 @@ Value valueOf(const Word<Value> (&words)[size], const QString& text, const char*
         QLatin1Char('"') + text + QLatin1String("\"-") + QLatin1String(kind) + QLatin1String(" is not implemented"));
 }
 
-float share(const QString& text, int parameter)
+float parsedShare(const QString& text, int parameter)
 {
     bool ok = false;
-    const float value = text.toFloat(&ok);
-    if (!ok)
+    const float value = text.isEmpty() ? 0.5F : text.toFloat(&ok);
+    if (!ok && !text.isEmpty())
         raiseError(
             QString::fromLatin1("The %1. parameter \"").arg(parameter) + text + QLatin1String("\" is not a float"));
-    if (!(value >= 0.0f && value <= 1.0f)) // not a number is out of range too
-        raiseError("Only a Position between 0.0 and 1.0 is allowed");
     return value;
+}
+
+void checkRange(float share)
+{
+    if (!(share >= 0.0F && share <= 1.0F)) // not a number is out of range too
+        raiseError("Only a Position between 0.0 and 1.0 is allowed");
 }
 
 } // namespace
@@ -82,9 +86,10 @@ QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y)
 {
     if (x.isEmpty() && y.isEmpty())
         return rect.center();
-    const QString middle = QLatin1String("0.5");
-    const float xShare = share(x.isEmpty() ? middle : x, 3);
-    const float yShare = share(y.isEmpty() ? middle : y, 4);
+    const float xShare = parsedShare(x, 3);
+    const float yShare = parsedShare(y, 4);
+    checkRange(xShare);
+    checkRange(yShare);
     // Single precision, truncated; 1.0 is one pixel beyond the edge.
     return QPoint(rect.left() + static_cast<int>(xShare * static_cast<float>(rect.width())),
         rect.top() + static_cast<int>(yShare * static_cast<float>(rect.height())));

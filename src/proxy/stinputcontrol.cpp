@@ -159,7 +159,7 @@ void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers mo
     if (!target)
         return; // the press was its end
     target->activateWindow();
-    if (acceptsClickFocus(target))
+    if (target && acceptsClickFocus(target))
         target->setFocus(Qt::OtherFocusReason);
 }
 
@@ -193,7 +193,8 @@ void STInputControl::mouseDoubleClick(const QPoint& position, Qt::MouseButton bu
         target, compat::newMouseEvent(QEvent::MouseButtonDblClick, target, position, button, button, modifiers));
     if (target && acceptsClickFocus(target)) {
         target->activateWindow();
-        target->setFocus(Qt::OtherFocusReason);
+        if (target)
+            target->setFocus(Qt::OtherFocusReason);
         syncEvents();
     }
 }

@@ -137,12 +137,15 @@ void STWidgetProxy::prepareWidget()
         window->showNormal();
         syncEvents();
     }
-    if (window) {
+    if (window)
         window->activateWindow();
+    if (window)
         window->raise();
+    if (window)
         moveOntoScreen(window);
-    }
     syncEvents();
+    if (widget)
+        compat::waitUntilReachable(widget);
 }
 
 void STWidgetProxy::moveOntoScreen(QWidget* window)

@@ -35,7 +35,8 @@ public:
     void bind(QWidget* widget, const char* className);
     // The bound widget. Raises an error when it is gone, or is not of the class (null for any).
     QWidget* checkedWidget(const char* className);
-    // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen.
+    // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen. Where
+    // a window manager does that in its own time, waits for it.
     void prepareWidget();
     // A built-in property ("pseudoPropertyNames", "propertyNames", "className", "silkClassName", "globalRect"), else
     // a pseudo-property, else a Qt property. Raises an error when none has a valid value.

@@ -26,6 +26,17 @@ Button* add(TestHost& host, QWidget* window, const char* name, const char* text)
     return button;
 }
 
+QGroupBox* addBox(TestHost& host, QWidget* window, const char* name)
+{
+    auto* box = new QGroupBox(QLatin1String("Group"));
+    box->setObjectName(QLatin1String(name));
+    box->setMinimumHeight(40);
+    window->layout()->addWidget(box);
+    host.journalValue(box, SIGNAL(toggled(bool)), QLatin1String("toggled"));
+    host.journalInput(box);
+    return box;
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -52,15 +63,20 @@ void build(TestHost& host)
     host.journalSignal(menu, SIGNAL(aboutToShow()), QLatin1String("shown"));
     split->setMenu(menu);
 
-    const char* const boxes[] = {"checkableBox", "plainBox"};
-    for (const char* name : boxes) {
-        auto* box = new QGroupBox(QLatin1String("Group"));
-        box->setObjectName(QLatin1String(name));
-        box->setCheckable(name == boxes[0]);
-        box->setMinimumHeight(60);
-        window->layout()->addWidget(box);
-        host.journalValue(box, SIGNAL(toggled(bool)), QLatin1String("toggled"));
-        host.journalInput(box);
+    addBox(host, window, "checkableBox")->setCheckable(true);
+    addBox(host, window, "plainBox");
+    const struct
+    {
+        const char* name;
+        Qt::Alignment alignment;
+        bool flat;
+    } titles[] = {{"centeredBox", Qt::AlignHCenter, false}, {"rightBox", Qt::AlignRight, false},
+        {"flatBox", Qt::AlignLeft, true}, {"flatRightBox", Qt::AlignRight, true}};
+    for (const auto& title : titles) {
+        auto* box = addBox(host, window, title.name);
+        box->setCheckable(true);
+        box->setAlignment(title.alignment);
+        box->setFlat(title.flat);
     }
     window->move(60, 60);
     window->show();

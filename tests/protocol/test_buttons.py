@@ -1,5 +1,7 @@
 """Buttons, as a test drives them: what they accept, where they are clicked, what the application sees."""
 
+import re
+
 import pytest
 
 from hostapp import QT
@@ -67,3 +69,150 @@ def test_a_checkable_group_box_is_toggled_at_its_check_box(app):
     app.activate(WINDOW, "checkableBox", "b:true")
     app.wait_for("toggled checkableBox true")
     assert len(app.events("toggled")) == 2
+
+
+@pytest.mark.parametrize("name", ["centeredBox", "rightBox", "flatBox", "flatRightBox"])
+def test_a_group_box_is_toggled_wherever_its_title_stands(app, name):
+    assert app.activate(WINDOW, name, "b:false") == "0,QGroupBox"
+    app.wait_for(f"toggled {name} false")
+
+
+def refused(name, class_name, expected):
+    return f'8,Exception : Type error: object "{name}" of class "{class_name}" accepts {expected}.'
+
+
+@pytest.mark.parametrize("value", ["s:true", "i:1"])
+def test_a_button_accepts_bool_or_nothing(plain, value):
+    assert plain.activate(WINDOW, "push", value) == refused("push", "QPushButton", "bool, none")
+    assert plain.events("clicked") == []
+
+
+@pytest.mark.parametrize("value", ["s:true", "i:1", ""])
+@pytest.mark.parametrize("name, class_name", [("check", "QCheckBox"), ("checkableBox", "QGroupBox")])
+def test_check_boxes_and_group_boxes_accept_only_bool(plain, name, class_name, value):
+    assert plain.activate(WINDOW, name, value) == refused(name, class_name, "bool")
+    assert plain.events("press", "toggled") == []
+
+
+def test_a_check_box_addressed_as_a_plain_button_is_clicked_without_a_value(plain):
+    assert plain.activate(WINDOW, "check", class_name="QAbstractButton") == "0,QAbstractButton"
+    plain.wait_for("toggled check true")
+
+
+def test_a_button_that_is_not_checkable_refuses_a_bool_before_any_click(plain):
+    assert plain.activate(WINDOW, "push", "b:true") == "8,Exception : Button is not a togglebutton"
+    assert plain.events("press") == []
+
+
+def test_a_group_box_without_check_box_refuses(plain):
+    reply = "8,Exception : activate, QGroupBox is not checkable"
+    assert plain.activate(WINDOW, "plainBox", "b:true") == reply
+
+
+def test_a_disabled_button_is_refused(plain):
+    reply = '8,Exception : Error: widget "disabled" of class "QPushButton" is disabled.'
+    assert plain.activate(WINDOW, "disabled") == reply
+    assert plain.events("press") == []
+
+
+@pytest.mark.parametrize("name, class_name", [("push", "QPushButton"), ("check", "QCheckBox")])
+def test_buttons_cannot_be_entered(plain, name, class_name):
+    reply = f'8,Exception : "enter" is not implemented for widget of class "{class_name}"'
+    assert plain.enter(WINDOW, name, "s:x") == reply
+
+
+def test_a_group_box_cannot_be_entered(plain):
+    reply = '8,Exception : "enter" is not implemented for widget of class "QGroupBox"'
+    assert plain.enter(WINDOW, "checkableBox", "s:x") == reply
+
+
+@pytest.mark.parametrize(
+    "command, events",
+    [
+        ("MouseClick:LeftButton:::", ["press", "release"]),
+        ("MouseClick:RightButton:::", ["press", "release", "contextmenu"]),
+        ("MouseDoubleClick:LeftButton:::", ["press", "release", "doubleclick"]),
+        ("MouseDoubleClick:RightButton:::", ["press", "release", "contextmenu", "doubleclick"]),
+        ("MousePress:LeftButton:::", ["press"]),
+        ("MousePress:RightButton:::", ["press"]),
+    ],
+)
+def test_the_mouse_commands_of_a_button(plain, command, events):
+    assert plain.mouse(WINDOW, "push", command) == "0,QPushButton"
+    seen = plain.events("press", "release", "doubleclick", "contextmenu")
+    assert [line.split(" ")[0] for line in seen] == events
+    assert {line.split(" ")[2] for line in seen} == {center(plain, "push")}
+    if command.startswith("MousePress"):
+        plain.mouse(WINDOW, "push", command.replace("Press", "Release"))
+        plain.wait_for(re.compile("release .*"))
+
+
+@pytest.mark.parametrize(
+    "command",
+    [
+        "MouseClick:LeftButton:0.1:0.1:",
+        "MouseClick:LeftButton::::",
+        "MouseClick:LeftButton::",
+        "MouseClick:LeftButton",
+        "MouseClick:MidButton:::",
+        "MouseMove::::",
+        "mouseclick:LeftButton:::",
+        "MouseClick:LeftButton:::ShiftModifier",
+        "",
+    ],
+)
+def test_other_mouse_commands_of_a_button_are_invalid(plain, command):
+    assert plain.mouse(WINDOW, "push", command) == "8,Exception : Invalid string value"
+    assert plain.events("press") == []
+
+
+def test_a_mouse_command_that_is_no_text_is_a_type_error(plain):
+    reply = plain.request(f"9,{WINDOW},push,,{b'i:1'.hex()},")
+    assert reply == refused("push", "QPushButton", "string")
+
+
+def test_a_left_click_of_the_mouse_opens_a_split_buttons_menu(app):
+    assert app.mouse(WINDOW, "split", "MouseClick:LeftButton:::") == "0,QToolButton"
+    app.wait_for("shown splitMenu")
+    assert app.events("clicked") == []
+
+
+def test_a_right_click_of_the_mouse_goes_to_a_split_buttons_centre(plain):
+    plain.mouse(WINDOW, "split", "MouseClick:RightButton:::")
+    assert plain.events("press") == ["press split 59,19 button 2 buttons 2 modifiers 0"]
+
+
+def test_activating_a_split_button_clicks_its_body(app):
+    app.activate(WINDOW, "split")
+    app.wait_for("clicked split")
+    assert app.events("shown") == []
+
+
+def test_a_tool_button_without_a_menu_is_clicked_at_its_centre(plain):
+    plain.mouse(WINDOW, "tool", "MouseClick:LeftButton:::")
+    assert [line.split(" ")[2] for line in plain.events("press")] == [center(plain, "tool")]
+
+
+@pytest.mark.parametrize("name, text", [("push", "Save"), ("ampersands", "Drag & &drop"), ("check", "Check")])
+def test_the_text_of_a_button_loses_its_first_ampersand(plain, name, text):
+    assert plain.read(WINDOW, name, "text") == f"u:{text}"
+
+
+def test_a_group_box_plays_the_generic_mouse_command(plain):
+    assert plain.mouse(WINDOW, "plainBox", "MouseClick:LeftButton:0.5:0.5:ControlModifier") == "0,QGroupBox"
+    plain.wait_for(re.compile("press plainBox .* modifiers 67108864"))
+
+
+@pytest.mark.parametrize(
+    "name, served",
+    [
+        ("push", "QPushButton"),
+        ("link", "QPushButton"),
+        ("tool", "QToolButton"),
+        ("first", "QRadioButton"),
+        ("check", "QCheckBox"),
+        ("plainBox", "QGroupBox"),
+    ],
+)
+def test_each_kind_of_button_is_served_by_its_class(plain, name, served):
+    assert plain.read(WINDOW, name, "silkClassName") == f"u:{served}"

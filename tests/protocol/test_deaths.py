@@ -53,7 +53,7 @@ def test_a_window_that_is_deleted_when_the_mouse_moves_within_a_drag(app):
 def test_a_window_that_is_deleted_when_it_is_activated(app):
     app.do("dieOnActivate")
     app.show("showNames", "names")
-    reply = app.activate("Deadly", "quit")
+    reply = app.activate("Deadly", "deleteOnClick")
     assert reply in ("8,Exception : Internal error, proxy without widget", "0,QPushButton")
     eventually(lambda: app.request("8,Deadly"), "2,Window (Deadly) not found")
 

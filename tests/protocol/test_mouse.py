@@ -144,6 +144,7 @@ def test_a_press_stays_held_until_its_release(app):
         ("MouseClick:LeftButton::abc:", 'The 4. parameter "abc" is not a float'),
         ("MouseClick:LeftButton:1.5:0.5:", "Only a Position between 0.0 and 1.0 is allowed"),
         ("MouseClick:LeftButton:0.5:-0.1:", "Only a Position between 0.0 and 1.0 is allowed"),
+        ("MouseClick:LeftButton:1.5:abc:", 'The 4. parameter "abc" is not a float'),
         ("MouseClick:LeftButton:nan:0.5:", "Only a Position between 0.0 and 1.0 is allowed"),
         ("MouseClick:MiddleButton:::", '"MiddleButton"-Button is not implemented'),
         ("MouseClick:leftbutton:::", '"leftbutton"-Button is not implemented'),

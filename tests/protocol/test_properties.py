@@ -2,6 +2,8 @@
 
 import pytest
 
+from hostapp import eventually
+
 
 @pytest.fixture
 def app(launch):
@@ -65,15 +67,21 @@ def test_an_argument_that_a_property_does_not_use_is_ignored(app, argument):
 def test_a_minimised_window_is_shown_for_real_input(app):
     app.do("minimizeMain")
     app.wait_until("main", "minimized", "true")
-    app.mouse("Editor", "canvas", "")
-    app.wait_until("main", "minimized", "false")
+    assert app.activate("Editor", "twin") == "0,QPushButton"
+    app.wait_for("clicked twin")
+    assert app.get("main", "minimized") == "false"
+
+
+def test_a_window_is_active_when_it_is_acted_on(app):
+    app.show("showNames", "names")
+    assert app.mouse("Editor", "canvas", "") == "0,QWidget"
+    assert app.get("main", "isActiveWindow") == "true"
 
 
 def test_a_window_partly_off_the_screen_is_moved_onto_it(app):
     app.do("moveMainOffScreen")
-    app.wait_until("main", "x", app.get("main", "x"))
+    eventually(lambda: int(app.get("main", "x")) < 0, True)
     app.mouse("Editor", "canvas", "")
-    app.wait_until("main", "pos", app.get("main", "pos"))
     left, top = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(",")[:2])
     assert left >= 0 and top >= 0
 
