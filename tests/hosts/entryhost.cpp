@@ -9,9 +9,11 @@
 #include <QCompleter>
 #include <QDateTimeEdit>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTextCursor>
 #include <QTextEdit>
 #include <QTimer>
 #include <QValidator>
@@ -27,6 +29,19 @@ public:
     State validate(QString& text, int&) const override
     {
         return text.startsWith(QLatin1Char('x')) ? Acceptable : Invalid;
+    }
+};
+
+// Takes typed line feeds as what they stand for, which Qt's own text edit does not.
+class ParagraphEdit : public QTextEdit
+{
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->text() == QLatin1String("\n"))
+            textCursor().insertBlock();
+        else
+            QTextEdit::keyPressEvent(event);
     }
 };
 
@@ -101,7 +116,9 @@ private:
         addLine("readOnlyLine", "fixed")->setReadOnly(true);
         addLine("disabledLine", "off")->setEnabled(false);
         addLine("hiddenLine", "unseen")->hide();
-        addLine("longLine", "")->setMaxLength(200000);
+        auto* longLine = addLine("longLine", "");
+        longLine->setMaxLength(200000);
+        longLine->setValidator(new PickyValidator(longLine));
         auto* towns = addLine("towns", "");
         const QStringList names = QStringList() << QLatin1String("Aachen") << QLatin1String("Aalen");
         towns->setCompleter(new QCompleter(names, towns));
@@ -120,6 +137,9 @@ private:
             edit->setReadOnly(name == names[2]);
         }
         dieLater(findChild<QTextEdit*>(QLatin1String("doomedNotes")), SIGNAL(textChanged()));
+        auto* paragraphs = new ParagraphEdit;
+        paragraphs->setObjectName(QLatin1String("paragraphs"));
+        grid->addWidget(paragraphs, rows[1]++, 1);
     }
 
     template <class Box> Box* addSpin(const char* name, Box* box)
