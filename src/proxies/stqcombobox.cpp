@@ -36,7 +36,7 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
     clickText();
     waitForPopup();
     if (editable)
-        pressKey(Qt::Key_Up, Qt::NoModifier);
+        keyClick(Qt::Key_Up, Qt::NoModifier);
     moveTo(index);
     if (!editable)
         confirm();
@@ -70,7 +70,8 @@ void STQComboBox::moveTo(int index)
     const int current = comboBox()->currentIndex();
     // Without a current item the list starts at the first one, hence no step more.
     const int steps = current == -1 ? index : index - current;
-    pressKey(steps < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier, qAbs(steps));
+    for (int i = 0; i < qAbs(steps); ++i)
+        keyClick(steps < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
 }
 
 void STQComboBox::enter(const QVariant& value)
@@ -83,7 +84,7 @@ void STQComboBox::enter(const QVariant& value)
     const QLineEdit* edit = comboBox()->lineEdit();
     if (edit && !edit->text().isEmpty())
         clearField();
-    typeIntoField(value.toString());
+    typeText(value.toString());
     processEventsEnabled = false;
 }
 

@@ -34,7 +34,7 @@ void STQDateTimeEdit::paste(const QVariant& value, const char* operation)
     clickInto(spinBoxEditField(dateTimeEdit()));
     QApplication::clipboard()->setText(value.toString(), QClipboard::Clipboard);
     selectLine();
-    pressKey(Qt::Key_V, Qt::ControlModifier);
+    keyClick(Qt::Key_V, Qt::ControlModifier);
     if (dateTimeEdit()->text() != value.toString())
         raiseError(validateMessage, operation);
 }

@@ -32,7 +32,7 @@ void STQLineEdit::enter(const QVariant& value)
     } else {
         if (!lineEdit()->text().isEmpty())
             clearField();
-        typeIntoField(text);
+        typeText(text);
     }
     if (terminated)
         confirm();

@@ -36,10 +36,10 @@ void STQSlider::drag(const QPoint& from, const QPoint& to)
     try {
         checkedWidget(nullptr);
         mouseMove(to, Qt::NoModifier);
-    } catch (const STError& error) {
+    } catch (const STError&) {
         // Nobody would let go of the button: all later moves would be drags.
         mouseRelease(Qt::LeftButton, Qt::NoModifier);
-        throw error;
+        throw;
     }
     mouseRelease(Qt::LeftButton, Qt::NoModifier);
 }

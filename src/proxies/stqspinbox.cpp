@@ -16,5 +16,5 @@ void STQSpinBox::enter(const QVariant& value)
         typeError("string, integer");
     clickInto(spinBoxEditField(checkedWidget("QAbstractSpinBox")));
     clearField();
-    typeIntoField(value.toString());
+    typeText(value.toString());
 }

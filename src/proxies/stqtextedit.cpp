@@ -18,11 +18,11 @@ void STQTextEdit::enter(const QVariant& value)
         raiseError(readOnlyMessage);
     clickInto(textEdit()->rect());
     if (!textEdit()->toPlainText().isEmpty()) {
-        pressKey(Qt::Key_Home, Qt::ControlModifier);
-        pressKey(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
-        pressKey(Qt::Key_Backspace, Qt::NoModifier);
+        keyClick(Qt::Key_Home, Qt::ControlModifier);
+        keyClick(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+        keyClick(Qt::Key_Backspace, Qt::NoModifier);
     }
-    typeIntoField(value.toString());
+    typeText(value.toString());
 }
 
 QTextEdit* STQTextEdit::textEdit()

@@ -160,6 +160,7 @@ private:
         money->setSuffix(QLatin1String(" net"));
         addSpin("price", new QDoubleSpinBox)->setValue(9.5);
         addSpin("readOnlySpin", new QSpinBox)->setReadOnly(true);
+        addSpin("disabledSpin", new QSpinBox)->setEnabled(false);
         dieLater(addSpin("doomedSpin", new QSpinBox), SIGNAL(valueChanged(int)));
     }
 
@@ -244,15 +245,18 @@ private:
             refilled->clear();
             refilled->addItem(QLatin1String("only"));
         });
-        dieLater(addChoice("doomedChoice", new QComboBox), SIGNAL(highlighted(int)));
+        auto* doomed = addChoice("doomedChoice", new QComboBox);
+        QTimer* death = deathOf(doomed);
+        host.onSignal(doomed, SIGNAL(highlighted(int)), [=] {
+            if (doomed->view()->currentIndex().row() == 3)
+                death->start();
+        });
         host.onRequest(
             QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
     }
 
     void addClipboard()
     {
-        host.onRequest(QLatin1String("copy"),
-            [] { QApplication::clipboard()->setText(QLatin1String("of this application")); });
         host.onRequest(QLatin1String("paste"),
             [this] { host.journal(QLatin1String("clipboard ") + QApplication::clipboard()->text()); });
     }
@@ -260,13 +264,18 @@ private:
     // Deletes the widget soon after the signal, but not within it: Qt itself could not bear that.
     void dieLater(QWidget* widget, const char* signal)
     {
+        connect(widget, signal, deathOf(widget), SLOT(start()));
+    }
+
+    QTimer* deathOf(QWidget* widget)
+    {
         auto* timer = new QTimer(this);
         timer->setSingleShot(true);
-        connect(widget, signal, timer, SLOT(start()));
         host.onSignal(timer, SIGNAL(timeout()), [=] {
             host.journal(QLatin1String("died ") + widget->objectName());
             delete widget;
         });
+        return timer;
     }
 
     TestHost& host;
