@@ -2,7 +2,13 @@
 
 #include "proxies/stqbutton.h"
 #include "proxies/stqcheckbox.h"
+#include "proxies/stqcombobox.h"
+#include "proxies/stqdatetimeedit.h"
 #include "proxies/stqgroupbox.h"
+#include "proxies/stqlineedit.h"
+#include "proxies/stqslider.h"
+#include "proxies/stqspinbox.h"
+#include "proxies/stqtextedit.h"
 
 namespace {
 
@@ -23,5 +29,14 @@ const ProxyTableRow proxyTable[] = {
     {"QRadioButton", make<STQButton>},
     {"QCheckBox", make<STQCheckBox>},
     {"QGroupBox", make<STQGroupBox>},
+    {"QComboBox", make<STQComboBox>},
+    {"QLineEdit", make<STQLineEdit>},
+    {"QTextEdit", make<STQTextEdit>},
+    {"QSlider", make<STQSlider>},
+    {"QSpinBox", make<STQSpinBox>},
+    {"QDoubleSpinBox", make<STQSpinBox>},
+    {"QDateTimeEdit", make<STQDateTimeEdit>},
+    {"QDateEdit", make<STQDateTimeEdit>},
+    {"QTimeEdit", make<STQDateTimeEdit>},
 };
 const std::size_t proxyTableSize = sizeof(proxyTable) / sizeof(proxyTable[0]);

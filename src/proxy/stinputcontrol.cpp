@@ -81,8 +81,19 @@ void STInputControl::postInputEvent(QWidget* target, QEvent* event)
 void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
 {
     syncEvents();
+    if (keysAreDedicated && !keyOwner) {
+        if (type == QEvent::KeyRelease)
+            return; // what the press did may have been the owner's end
+        raiseError(deadWidgetMessage);
+    }
     if (QWidget* target = keyTarget())
         postInputEvent(target, new QKeyEvent(type, key, modifiers, text, false, 1));
+}
+
+void STInputControl::dedicateKeysTo(QWidget* owner)
+{
+    keyOwner = owner;
+    keysAreDedicated = true;
 }
 
 void STInputControl::keyPress(QChar character)

@@ -34,6 +34,9 @@ protected:
     void keyRelease(int key, Qt::KeyboardModifiers modifiers);
     void keyClick(int key, Qt::KeyboardModifiers modifiers);
     void typeText(const QString& text);
+    // From now on all keys are for this widget. Once the application has deleted it, a key press raises "Internal
+    // error, proxy without widget" and a release is dropped, instead of reaching whatever has the focus then.
+    void dedicateKeysTo(QWidget* owner);
 
     // While a button is held this is a drag: the application sees a move event with the held buttons.
     void mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
@@ -50,4 +53,7 @@ protected:
 private:
     void postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);
     void postDragMove(const QPointer<QWidget>& target, const QPoint& position, Qt::KeyboardModifiers modifiers);
+
+    QPointer<QWidget> keyOwner;
+    bool keysAreDedicated = false;
 };

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QtCore/QRect>
+
+class QWidget;
+
+// The part of a spin box, or of a date or time edit, that holds its text, in the widget's coordinates.
+QRect spinBoxEditField(const QWidget* spinBox);

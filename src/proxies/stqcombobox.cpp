@@ -1,0 +1,113 @@
+#include "proxies/stqcombobox.h"
+
+#include "compat/variant.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QtCore/QTimer>
+
+namespace {
+
+const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
+const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
+const char readOnlyMessage[] = "enter, QComboBox is read only";
+
+// Lets the application run until its list is open, for 200 ms at most: a list may roll out slowly. The
+// timer's event ends the last wait; there is no polling.
+void waitForPopup()
+{
+    const int maximumMilliseconds = 200;
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.start(maximumMilliseconds);
+    while (limit.isActive() && !QApplication::activePopupWidget())
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::WaitForMoreEvents);
+}
+
+} // namespace
+
+void STQComboBox::activate(const QVariant& value, const QVariant&)
+{
+    const int index = indexOf(value);
+    const bool editable = comboBox()->isEditable();
+    if (!editable && comboBox()->currentIndex() == index)
+        return;
+    clickText();
+    waitForPopup();
+    if (editable)
+        keyClick(Qt::Key_Up, Qt::NoModifier);
+    moveTo(index);
+    if (!editable)
+        confirm();
+}
+
+int STQComboBox::indexOf(const QVariant& value)
+{
+    const int type = compat::typeOf(value);
+    if (type != QMetaType::QString && type != QMetaType::Int)
+        typeError("string, integer");
+    if (type == QMetaType::QString) {
+        const int index = itemTexts().indexOf(value.toString());
+        if (index < 0)
+            raiseError(unknownItemMessage, value.toString());
+        return index;
+    }
+    const int index = value.toInt();
+    if (index < 0 || index >= comboBox()->count())
+        raiseError(invalidIndexMessage, index);
+    return index;
+}
+
+void STQComboBox::clickText()
+{
+    const QLineEdit* edit = comboBox()->lineEdit();
+    clickInto(edit ? edit->geometry() : comboBox()->rect());
+}
+
+void STQComboBox::moveTo(int index)
+{
+    const int current = comboBox()->currentIndex();
+    // Without a current item the list starts at the first one, hence no step more.
+    const int steps = current == -1 ? index : index - current;
+    for (int i = 0; i < qAbs(steps); ++i)
+        keyClick(steps < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
+}
+
+void STQComboBox::enter(const QVariant& value)
+{
+    if (compat::typeOf(value) != QMetaType::QString)
+        typeError("string");
+    if (!comboBox()->isEditable() || !comboBox()->lineEdit())
+        raiseError(readOnlyMessage);
+    clickText();
+    const QLineEdit* edit = comboBox()->lineEdit();
+    if (edit && !edit->text().isEmpty())
+        clearField();
+    typeText(value.toString());
+    processEventsEnabled = false;
+}
+
+QStringList STQComboBox::itemTexts()
+{
+    const QComboBox* box = comboBox();
+    QStringList texts;
+    for (int i = 0; i < box->count(); ++i)
+        texts.append(box->itemText(i));
+    return texts;
+}
+
+QStringList STQComboBox::pseudoPropertyNames()
+{
+    return QStringList(QLatin1String("itemList"));
+}
+
+QVariant STQComboBox::pseudoProperty(const char* name, const QVariant&)
+{
+    return qstrcmp(name, "itemList") == 0 ? QVariant(itemTexts()) : QVariant();
+}
+
+QComboBox* STQComboBox::comboBox()
+{
+    return static_cast<QComboBox*>(checkedWidget("QComboBox"));
+}

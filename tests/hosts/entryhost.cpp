@@ -1,0 +1,296 @@
+// Every kind of entry field, each journalling what reaches it; see tests/protocol/test_entry_*.py.
+
+#include "testhost.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QCompleter>
+#include <QDateTimeEdit>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTextCursor>
+#include <QTextEdit>
+#include <QTimer>
+#include <QValidator>
+
+namespace {
+
+// Lets nothing pass but what begins with "x".
+class PickyValidator : public QValidator
+{
+public:
+    using QValidator::QValidator;
+
+    State validate(QString& text, int&) const override
+    {
+        return text.startsWith(QLatin1Char('x')) ? Acceptable : Invalid;
+    }
+};
+
+// Takes typed line feeds as what they stand for, which Qt's own text edit does not.
+class ParagraphEdit : public QTextEdit
+{
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->text() == QLatin1String("\n"))
+            textCursor().insertBlock();
+        else
+            QTextEdit::keyPressEvent(event);
+    }
+};
+
+// A list that opens some time after the click.
+class SlowComboBox : public QComboBox
+{
+public:
+    void showPopup() override
+    {
+        if (!delay.isActive())
+            delay.start(120, this);
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        delay.stop();
+        QComboBox::showPopup();
+    }
+
+private:
+    QBasicTimer delay;
+};
+
+class EntryWindow : public QWidget
+{
+public:
+    explicit EntryWindow(TestHost& testHost)
+        : host(testHost)
+    {
+        setObjectName(QLatin1String("entries"));
+        setWindowTitle(QLatin1String("Entries"));
+        addLineEdits();
+        addTextEdits();
+        addSpinBoxes();
+        addDateTimeEdits();
+        addSliders();
+        addComboBoxes();
+        addClipboard();
+        move(40, 40);
+        show();
+    }
+
+private:
+    // Columns of one kind each.
+    template <class Widget> Widget* add(const char* name, int column, Widget* widget)
+    {
+        widget->setObjectName(QLatin1String(name));
+        grid->addWidget(widget, rows[column]++, column);
+        host.journalInput(widget);
+        return widget;
+    }
+
+    QLineEdit* addLine(const char* name, const char* text)
+    {
+        auto* edit = add(name, 0, new QLineEdit(QLatin1String(text)));
+        host.journalValue(edit, SIGNAL(textEdited(QString)), QLatin1String("edited"));
+        host.journalSignal(edit, SIGNAL(returnPressed()), QLatin1String("returned"));
+        return edit;
+    }
+
+    void addLineEdits()
+    {
+        addLine("line", "old text");
+        addLine("empty", "");
+        addLine("masked", "")->setInputMask(QLatin1String("000-000"));
+        auto* number = addLine("number", "7");
+        number->setValidator(new QIntValidator(0, 100, number));
+        auto* picky = addLine("picky", "xyz");
+        picky->setValidator(new PickyValidator(picky));
+        addLine("short", "")->setMaxLength(3);
+        addLine("readOnlyLine", "fixed")->setReadOnly(true);
+        addLine("disabledLine", "off")->setEnabled(false);
+        addLine("hiddenLine", "unseen")->hide();
+        auto* longLine = addLine("longLine", "");
+        longLine->setMaxLength(200000);
+        longLine->setValidator(new PickyValidator(longLine));
+        auto* towns = addLine("towns", "");
+        const QStringList names = QStringList() << QLatin1String("Aachen") << QLatin1String("Aalen");
+        towns->setCompleter(new QCompleter(names, towns));
+        dieLater(addLine("doomedLine", ""), SIGNAL(textEdited(QString)));
+        addLine("bystander", "untouched");
+    }
+
+    void addTextEdits()
+    {
+        const char* const names[] = {"notes", "emptyNotes", "readOnlyNotes", "doomedNotes"};
+        for (const char* name : names) {
+            auto* edit = add(name, 1, new QTextEdit);
+            edit->setFixedHeight(60);
+            if (name != names[1] && name != names[3])
+                edit->setPlainText(QLatin1String("old\ntext"));
+            edit->setReadOnly(name == names[2]);
+        }
+        dieLater(findChild<QTextEdit*>(QLatin1String("doomedNotes")), SIGNAL(textChanged()));
+        auto* paragraphs = new ParagraphEdit;
+        paragraphs->setObjectName(QLatin1String("paragraphs"));
+        grid->addWidget(paragraphs, rows[1]++, 1);
+    }
+
+    template <class Box> Box* addSpin(const char* name, Box* box)
+    {
+        add(name, 2, box);
+        host.journalSignal(box, SIGNAL(editingFinished()), QLatin1String("finished"));
+        return box;
+    }
+
+    void addSpinBoxes()
+    {
+        addSpin("amount", new QSpinBox)->setValue(1);
+        auto* untracked = addSpin("untracked", new QSpinBox);
+        untracked->setKeyboardTracking(false);
+        host.journalValue(untracked, SIGNAL(valueChanged(int)), QLatin1String("changed"));
+        auto* money = addSpin("money", new QSpinBox);
+        money->setPrefix(QLatin1String("$ "));
+        money->setSuffix(QLatin1String(" net"));
+        addSpin("price", new QDoubleSpinBox)->setValue(9.5);
+        addSpin("readOnlySpin", new QSpinBox)->setReadOnly(true);
+        addSpin("disabledSpin", new QSpinBox)->setEnabled(false);
+        dieLater(addSpin("doomedSpin", new QSpinBox), SIGNAL(valueChanged(int)));
+    }
+
+    template <class Edit> Edit* addMoment(const char* name, Edit* edit, const char* format)
+    {
+        addSpin(name, edit);
+        edit->setDisplayFormat(QLatin1String(format));
+        edit->setDateTime(QDateTime(QDate(2001, 2, 3), QTime(4, 5, 6)));
+        return edit;
+    }
+
+    void addDateTimeEdits()
+    {
+        addMoment("date", new QDateEdit, "yyyy-MM-dd");
+        addMoment("time", new QTimeEdit, "HH:mm:ss");
+        addMoment("moment", new QDateTimeEdit, "dd.MM.yyyy HH:mm");
+        addMoment("calendar", new QDateEdit, "yyyy-MM-dd")->setCalendarPopup(true);
+        addMoment("readOnlyDate", new QDateEdit, "yyyy-MM-dd")->setReadOnly(true);
+        dieLater(addMoment("doomedDate", new QDateEdit, "yyyy-MM-dd"), SIGNAL(dateChanged(QDate)));
+    }
+
+    QSlider* addSlider(const char* name, Qt::Orientation orientation, int maximum, int length)
+    {
+        auto* slider = add(name, 3, new QSlider(orientation));
+        slider->setMaximum(maximum);
+        if (orientation == Qt::Horizontal)
+            slider->setFixedWidth(length);
+        else
+            slider->setFixedHeight(length);
+        host.journalSignal(slider, SIGNAL(sliderPressed()), QLatin1String("pressed"));
+        host.journalValue(slider, SIGNAL(sliderMoved(int)), QLatin1String("moved"));
+        host.journalSignal(slider, SIGNAL(sliderReleased()), QLatin1String("released"));
+        host.journalValue(slider, SIGNAL(valueChanged(int)), QLatin1String("changed"));
+        return slider;
+    }
+
+    void addSliders()
+    {
+        addSlider("wide", Qt::Horizontal, 100, 300)->setValue(20);
+        addSlider("narrow", Qt::Horizontal, 1000, 100);
+        auto* shifted = addSlider("shifted", Qt::Horizontal, 50, 300);
+        shifted->setMinimum(-50);
+        shifted->setTracking(false);
+        auto* inverted = addSlider("inverted", Qt::Horizontal, 10, 300);
+        inverted->setInvertedAppearance(true);
+        addSlider("upright", Qt::Vertical, 10, 80);
+        addSlider("uprightInverted", Qt::Vertical, 10, 80)->setInvertedAppearance(true);
+        addSlider("disabledSlider", Qt::Horizontal, 10, 100)->setEnabled(false);
+        dieLater(addSlider("doomedSlider", Qt::Horizontal, 10, 200), SIGNAL(sliderPressed()));
+    }
+
+    QComboBox* addChoice(const char* name, QComboBox* box)
+    {
+        add(name, 4, box);
+        box->addItems(QStringList() << QLatin1String("red") << QLatin1String("green") << QLatin1String("blue")
+                                    << QLatin1String("green") << QLatin1String("Red"));
+        box->setCurrentIndex(2);
+        box->view()->setObjectName(QLatin1String(name) + QLatin1String("List"));
+        host.journalInput(box->view());
+        host.journalValue(box, SIGNAL(activated(int)), QLatin1String("chosen"));
+        return box;
+    }
+
+    void addComboBoxes()
+    {
+        addChoice("choice", new QComboBox);
+        addChoice("unset", new QComboBox)->setCurrentIndex(-1);
+        auto* editable = addChoice("editable", new QComboBox);
+        editable->setEditable(true);
+        host.journalInput(editable->lineEdit());
+        auto* editableUnset = addChoice("editableUnset", new QComboBox);
+        editableUnset->setEditable(true);
+        editableUnset->setCurrentIndex(-1);
+        auto* many = addChoice("many", new QComboBox);
+        for (int i = many->count(); i < 300; ++i)
+            many->addItem(QString::fromLatin1("item %1").arg(i));
+        addChoice("slow", new SlowComboBox);
+        addChoice("disabledChoice", new QComboBox)->setEnabled(false);
+        add("nothing", 4, new QComboBox);
+        auto* refilled = addChoice("refilled", new QComboBox);
+        host.onSignal(refilled, SIGNAL(highlighted(int)), [=] {
+            refilled->clear();
+            refilled->addItem(QLatin1String("only"));
+        });
+        auto* doomed = addChoice("doomedChoice", new QComboBox);
+        QTimer* death = deathOf(doomed);
+        host.onSignal(doomed, SIGNAL(highlighted(int)), [=] {
+            if (doomed->view()->currentIndex().row() == 3)
+                death->start();
+        });
+        host.onRequest(
+            QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
+    }
+
+    void addClipboard()
+    {
+        host.onRequest(QLatin1String("paste"),
+            [this] { host.journal(QLatin1String("clipboard ") + QApplication::clipboard()->text()); });
+    }
+
+    // Deletes the widget soon after the signal, but not within it: Qt itself could not bear that.
+    void dieLater(QWidget* widget, const char* signal)
+    {
+        connect(widget, signal, deathOf(widget), SLOT(start()));
+    }
+
+    QTimer* deathOf(QWidget* widget)
+    {
+        auto* timer = new QTimer(this);
+        timer->setSingleShot(true);
+        host.onSignal(timer, SIGNAL(timeout()), [=] {
+            host.journal(QLatin1String("died ") + widget->objectName());
+            delete widget;
+        });
+        return timer;
+    }
+
+    TestHost& host;
+    QGridLayout* const grid = new QGridLayout(this);
+    int rows[5] = {};
+};
+
+void build(TestHost& host)
+{
+    new EntryWindow(host); // lives as long as the process
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}

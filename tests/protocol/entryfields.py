@@ -1,0 +1,64 @@
+"""What the tests of entry fields share."""
+
+import re
+
+from hostapp import QT
+
+STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
+WINDOW = "Entries"
+DIED = "8,Exception : Internal error, proxy without widget"
+
+_KEYS = {
+    0x01000003: "Backspace",
+    0x01000004: "Return",
+    0x01000010: "Home",
+    0x01000011: "End",
+    0x01000013: "Up",
+    0x01000015: "Down",
+    ord("V"): "V",
+}
+_MODIFIERS = {0: "", 0x02000000: "Shift+", 0x04000000: "Control+", 0x06000000: "Control+Shift+"}
+_EVENT = re.compile(r"(keypress|keyrelease) (\S*) (\d+) '(.*)' modifiers (\d+)", re.DOTALL)
+
+
+def keys(app, name, kind="keypress"):
+    """The keys that reached an object, in order: a character as its text, other keys by name, as "Shift+End"."""
+    found = []
+    for line in app.events(kind):
+        _, target, key, text, modifiers = _EVENT.fullmatch(line).groups()
+        if target == name:
+            found.append(_MODIFIERS[int(modifiers)] + (text or _KEYS[int(key)]))
+    return found
+
+
+def size(app, name):
+    width, height = app.get(name, "geometry").split(" ")[1].split("x")
+    return int(width), int(height)
+
+
+def center(app, name):
+    width, height = size(app, name)
+    return f"{(width - 1) // 2},{(height - 1) // 2}"
+
+
+def type_error(name, class_name, expected):
+    return f'8,Exception : Type error: object "{name}" of class "{class_name}" accepts {expected}.'
+
+
+def not_implemented(operation, class_name):
+    return f'8,Exception : "{operation}" is not implemented for widget of class "{class_name}"'
+
+
+def disabled(name, class_name):
+    return f'8,Exception : Error: widget "{name}" of class "{class_name}" is disabled.'
+
+
+def input_events(app):
+    """Everything that a mouse or a keyboard did to the fields."""
+    return app.events("press", "release", "doubleclick", "contextmenu", "keypress", "keyrelease")
+
+
+BUILT_IN_PROPERTIES = "0,l:" + "".join(
+    "\f" + name
+    for name in ("propertyNames", "pseudoPropertyNames", "className", "silkClassName", "globalRect")
+)

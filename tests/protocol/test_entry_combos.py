@@ -1,0 +1,199 @@
+"""Combo boxes, as a test drives them."""
+
+import time
+
+import pytest
+
+from entryfields import BUILT_IN_PROPERTIES, DIED, STYLES, WINDOW, disabled, input_events, keys, type_error
+
+CLEAR = ["Home", "Shift+End", "Backspace"]
+
+
+@pytest.fixture(params=STYLES)
+def app(launch, request):
+    app = launch("entryhost", "-style", request.param)
+    app.forget()
+    return app
+
+
+@pytest.fixture
+def plain(launch):
+    app = launch("entryhost")
+    app.forget()
+    return app
+
+
+# Combo boxes that are not editable: items 0 to 4 are red, green, blue, green, Red; the current one is 2.
+
+
+@pytest.mark.parametrize("index, arrows", [(0, ["Up"] * 2), (1, ["Up"]), (3, ["Down"]), (4, ["Down"] * 2)])
+def test_an_item_is_chosen_in_the_list_with_arrow_keys_and_return(app, index, arrows):
+    assert app.activate(WINDOW, "choice", f"i:{index}") == "0,QComboBox"
+    app.wait_for(f"chosen choice {index}")
+    assert keys(app, "choiceList") == [*arrows, "Return"]
+    assert app.events("chosen") == [f"chosen choice {index}"]
+    assert app.get("choice", "currentIndex") == str(index)
+    assert app.get("choiceList", "visible") == "false"
+
+
+def test_items_are_chosen_one_after_the_other(app):
+    for index in (0, 4, 1, 3, 2, 0, 3):
+        assert app.activate(WINDOW, "choice", f"i:{index}") == "0,QComboBox"
+        app.wait_for(f"chosen choice {index}")
+        app.forget()
+        assert app.get("choice", "currentIndex") == str(index)
+
+
+@pytest.mark.parametrize("value", ["i:2", "s:blue"])
+def test_the_current_item_is_left_alone(app, value):
+    assert app.activate(WINDOW, "choice", value) == "0,QComboBox"
+    assert input_events(app) == []
+    assert app.events("chosen") == []
+
+
+@pytest.mark.parametrize("text, index", [("green", 1), ("red", 0), ("Red", 4)])
+def test_a_text_chooses_the_first_item_that_equals_it(app, text, index):
+    assert app.activate(WINDOW, "choice", f"s:{text}") == "0,QComboBox"
+    app.wait_for(f"chosen choice {index}")
+
+
+@pytest.mark.parametrize("index", range(5))
+def test_without_a_current_item_the_list_starts_at_its_first(app, index):
+    assert app.activate(WINDOW, "unset", f"i:{index}") == "0,QComboBox"
+    app.wait_for(f"chosen unset {index}")
+    assert keys(app, "unsetList") == ["Down"] * index + ["Return"]
+
+
+def test_a_long_list_scrolls(app):
+    for index in (299, 7, 150):
+        assert app.activate(WINDOW, "many", f"i:{index}") == "0,QComboBox"
+        app.wait_for(f"chosen many {index}")
+        assert app.get("many", "currentIndex") == str(index)
+
+
+def test_a_list_that_opens_late_is_waited_for(app):
+    assert app.activate(WINDOW, "slow", "i:0") == "0,QComboBox"
+    app.wait_for("chosen slow 0")
+    assert keys(app, "slowList") == ["Up", "Up", "Return"]
+    assert keys(app, "slow") == []
+
+
+def test_a_list_that_rolls_out_slowly_is_waited_for(app):
+    app.do("animateComboBoxes")
+    assert app.activate(WINDOW, "choice", "i:0") == "0,QComboBox"
+    app.wait_for("chosen choice 0")
+    assert keys(app, "choiceList") == ["Up", "Up", "Return"]
+
+
+def test_an_open_list_is_not_waited_for(plain):
+    begin = time.monotonic()
+    for index in (0, 1, 0, 1, 0, 1, 0, 1, 0, 1):
+        plain.activate(WINDOW, "choice", f"i:{index}")
+        plain.wait_for(f"chosen choice {index}")
+        plain.forget()
+    assert time.monotonic() - begin < 10 * 0.2
+
+
+def test_an_application_may_refill_the_list_while_it_is_open(app):
+    assert app.activate(WINDOW, "refilled", "i:4") == "0,QComboBox"
+    assert app.get("refilled", "count") == "1"
+    assert app.read(WINDOW, "refilled", "itemList") == "0,l:\fonly"
+
+
+def test_the_arrow_keys_stop_when_the_combo_box_dies(plain):
+    assert plain.activate(WINDOW, "doomedChoice", "i:4") == DIED
+    assert plain.events("died") == ["died doomedChoice"]
+    assert keys(plain, "doomedChoiceList") == ["Down"]
+    assert plain.activate(WINDOW, "choice", "i:0") == "0,QComboBox"
+    plain.wait_for("chosen choice 0")
+
+
+# Editable combo boxes
+
+
+@pytest.mark.parametrize(
+    "index, arrows", [(0, ["Up", "Up"]), (2, ["Up", "Down"]), (4, ["Up", "Down", "Down", "Down"])]
+)
+def test_an_item_is_chosen_in_an_editable_combo_box_with_arrow_keys_only(app, index, arrows):
+    assert app.activate(WINDOW, "editable", f"i:{index}") == "0,QComboBox"
+    assert keys(app, "editable") == arrows
+    assert app.events("chosen")[-1] == f"chosen editable {index}"
+    assert app.get("editable", "currentIndex") == str(index)
+
+
+def test_in_an_editable_combo_box_a_text_chooses_the_first_item_that_equals_it(app):
+    assert app.activate(WINDOW, "editable", "s:green") == "0,QComboBox"
+    assert app.get("editable", "currentIndex") == "1"
+
+
+def test_an_editable_combo_box_without_a_current_item_gets_one_down_per_index(app):
+    # There the first Down is what reaches the first item.
+    assert app.activate(WINDOW, "editableUnset", "i:3") == "0,QComboBox"
+    assert keys(app, "editableUnset") == ["Up", "Down", "Down", "Down"]
+    assert app.get("editableUnset", "currentIndex") == "2"
+
+
+def test_a_text_is_typed_into_an_editable_combo_box(app):
+    assert app.enter(WINDOW, "editable", "s:mauve") == "0,QComboBox"
+    app.settle()
+    assert keys(app, "editable") == [*CLEAR, "m", "a", "u", "v", "e"]
+    assert app.get("editable", "currentText") == "mauve"
+    assert app.events("chosen") == []
+
+
+def test_an_empty_editable_combo_box_is_not_cleared(app):
+    assert app.enter(WINDOW, "editableUnset", "s:mauve") == "0,QComboBox"
+    app.settle()
+    assert keys(app, "editableUnset") == ["m", "a", "u", "v", "e"]
+    assert app.get("editableUnset", "currentText") == "mauve"
+
+
+# Refusals
+
+
+def test_nothing_can_be_entered_into_a_combo_box_that_is_not_editable(plain):
+    assert plain.enter(WINDOW, "choice", "s:red") == "8,Exception : enter, QComboBox is read only"
+    assert input_events(plain) == []
+
+
+@pytest.mark.parametrize("text", ["mauve", "", "GREEN", "gree"])
+def test_an_unknown_item_is_refused(plain, text):
+    reply = plain.activate(WINDOW, "choice", f"s:{text}")
+    assert reply == f"8,Exception : activate, QComboBox unknown item {text}"
+    assert input_events(plain) == []
+
+
+@pytest.mark.parametrize("name, index", [("choice", -1), ("choice", 5), ("nothing", 0), ("editable", 5)])
+def test_an_index_without_an_item_is_refused(plain, name, index):
+    reply = plain.activate(WINDOW, name, f"i:{index}")
+    assert reply == f"8,Exception : activate, QComboBox invalid index {index}"
+    assert input_events(plain) == []
+
+
+@pytest.mark.parametrize("value", ["b:true", ""])
+def test_a_combo_box_is_activated_with_a_string_or_an_integer_only(plain, value):
+    assert plain.activate(WINDOW, "choice", value) == type_error("choice", "QComboBox", "string, integer")
+
+
+@pytest.mark.parametrize("value", ["i:1", "b:true", ""])
+def test_a_string_only_can_be_entered_into_a_combo_box(plain, value):
+    assert plain.enter(WINDOW, "editable", value) == type_error("editable", "QComboBox", "string")
+
+
+def test_a_disabled_combo_box_is_refused(plain):
+    assert plain.activate(WINDOW, "disabledChoice", "i:0") == disabled("disabledChoice", "QComboBox")
+    assert plain.get("disabledChoice", "currentIndex") == "2"
+
+
+# Pseudo-properties
+
+
+def test_the_item_list_is_the_texts_of_all_items(plain):
+    assert plain.read(WINDOW, "choice", "itemList") == "0,l:\fred\fgreen\fblue\fgreen\fRed"
+    assert plain.read(WINDOW, "nothing", "itemList") == "0,l:"
+    assert plain.read(WINDOW, "disabledChoice", "itemList") == "0,l:\fred\fgreen\fblue\fgreen\fRed"
+
+
+def test_a_combo_box_lists_its_pseudo_property(plain):
+    assert plain.read(WINDOW, "choice", "pseudoPropertyNames") == BUILT_IN_PROPERTIES + "\fitemList"
+    assert plain.read(WINDOW, "choice", "items") == '8,Exception : Unknown property "items".'
