@@ -2,7 +2,12 @@
 
 #include "proxies/stqbutton.h"
 #include "proxies/stqcheckbox.h"
+#include "proxies/stqdockwidget.h"
+#include "proxies/stqfiledialog.h"
 #include "proxies/stqgroupbox.h"
+#include "proxies/stqstatusbar.h"
+#include "proxies/stqtabbar.h"
+#include "proxies/stqtoolbox.h"
 
 namespace {
 
@@ -23,5 +28,10 @@ const ProxyTableRow proxyTable[] = {
     {"QRadioButton", make<STQButton>},
     {"QCheckBox", make<STQCheckBox>},
     {"QGroupBox", make<STQGroupBox>},
+    {"QTabBar", make<STQTabBar>},
+    {"QToolBox", make<STQToolBox>},
+    {"QDockWidget", make<STQDockWidget>},
+    {"QFileDialog", make<STQFileDialog>},
+    {"QStatusBar", make<STQStatusBar>},
 };
 const std::size_t proxyTableSize = sizeof(proxyTable) / sizeof(proxyTable[0]);
