@@ -14,12 +14,13 @@ struct Tab
 };
 
 // The first tab with a title among the bars that the main window itself has for its dock widgets. Tab bars
-// deeper inside, such as those of tab widgets, are none of them.
+// deeper inside, such as those of tab widgets, are none of them. While all but one of the dock widgets of a
+// bar are hidden, Qt keeps the bar, with the one tab, outside the window: there is nothing to click then.
 Tab dockTab(const QMainWindow* window, const QString& title)
 {
     const QList<QTabBar*> bars = window->findChildren<QTabBar*>();
     for (const QTabBar* bar : bars) {
-        if (bar->parentWidget() != window)
+        if (bar->parentWidget() != window || bar->visibleRegion().isEmpty())
             continue;
         for (int i = 0; i < bar->count(); ++i) {
             const QRect rect = bar->tabRect(i);
