@@ -4,6 +4,7 @@
 #include "testhost.h"
 
 #include <QAbstractButton>
+#include <QGridLayout>
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QToolBox>
@@ -20,7 +21,9 @@ QToolBox* add(TestHost& host, QWidget* parent, const char* name, std::initialize
     for (const char* title : titles)
         box->addItem(new QWidget, QLatin1String(title));
     host.journalValue(box, SIGNAL(currentChanged(int)), QLatin1String("current"));
-    parent->layout()->addWidget(box);
+    auto* grid = static_cast<QGridLayout*>(parent->layout());
+    const int rows = 5;
+    grid->addWidget(box, grid->count() % rows, grid->count() / rows);
     return box;
 }
 
@@ -35,7 +38,7 @@ void build(TestHost& host)
     window->setObjectName(QLatin1String("toolBoxes"));
     window->setWindowTitle(QLatin1String("Tool boxes"));
     auto* central = new QWidget;
-    new QVBoxLayout(central);
+    new QGridLayout(central);
     window->setCentralWidget(central);
 
     auto* chapters = add(host, central, "chapters", {"&Start", "Middle", "End && more"});
@@ -45,6 +48,7 @@ void build(TestHost& host)
     headers(add(host, central, "twice", {"First", "Same", "Same"})).at(1)->hide();
     headers(add(host, central, "secret", {"Shown", "Secret"})).at(1)->hide();
     add(host, central, "partly", {"Open", "Locked"})->setItemEnabled(1, false);
+    add(host, central, "same", {"Other", "Page", "Page"});
     add(host, central, "disabled", {"Open", "Other"})->setEnabled(false);
     add(host, central, "hidden", {"Open", "Other"})->hide();
     add(host, central, "empty", {})->setMinimumHeight(20);
@@ -66,7 +70,7 @@ void build(TestHost& host)
         (new DeleteOnRestore(doomed))->setParent(window);
         window->showMinimized();
     });
-    window->setGeometry(60, 60, 300, 860);
+    window->setGeometry(60, 60, 600, 700);
     window->show();
 }
 

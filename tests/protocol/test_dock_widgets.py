@@ -151,7 +151,7 @@ def test_one_that_dies_as_its_window_is_restored_is_an_error(plain):
     plain.do("minimizeDoomed")
     plain.wait_until("main", "minimized", "true")
     assert plain.activate(WINDOW, "doomed") == "8,Exception : Internal error, proxy without widget"
-    assert plain.get("main", "minimized") == "false"
+    plain.wait_until("main", "minimized", "false")
     assert plain.events("press", "release") == []
 
 

@@ -183,7 +183,7 @@ def test_a_bar_that_dies_as_its_window_is_restored_is_an_error(plain):
     plain.do("minimizeDoomed")
     plain.wait_until("tabs", "minimized", "true")
     assert plain.activate(WINDOW, "doomed", "s:Two") == "8,Exception : Internal error, proxy without widget"
-    assert plain.get("tabs", "minimized") == "false"
+    plain.wait_until("tabs", "minimized", "false")
     assert nothing_was_clicked(plain)
 
 

@@ -43,6 +43,12 @@ def test_a_header_is_clicked_once_at_its_center(app):
     ]
 
 
+def test_the_first_of_several_headers_with_a_text_is_clicked(app):
+    assert app.activate(WINDOW, "same", "s:Page") == "0,QToolBox"
+    app.wait_for("current same 1")
+    assert app.get("same", "currentIndex") == "1"
+
+
 def test_a_hidden_header_is_passed_over_for_a_visible_one(app):
     assert app.activate(WINDOW, "twice", "s:Same") == "0,QToolBox"
     app.wait_for("current twice 2")
@@ -100,7 +106,7 @@ def test_a_box_that_dies_as_its_window_is_restored_is_an_error(plain):
     plain.do("minimizeDoomed")
     plain.wait_until("toolBoxes", "minimized", "true")
     assert plain.activate(WINDOW, "doomed", "s:Two") == "8,Exception : Internal error, proxy without widget"
-    assert plain.get("toolBoxes", "minimized") == "false"
+    plain.wait_until("toolBoxes", "minimized", "false")
     assert plain.events("press", "current") == []
 
 
