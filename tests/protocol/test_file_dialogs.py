@@ -69,6 +69,7 @@ def test_a_path_is_what_the_application_gets(app, folder, button, name):
     assert app.activate(MODAL, "dialog", f"s:{folder}/{name}") == "0,QFileDialog"
     app.wait_for(f"file {folder}/{name}")
     assert app.get("dialog", "visible") == "<no object dialog>"
+    app.wait_until("main", "isActiveWindow", "true")
     assert app.activate("Files", button) == "0,QPushButton"
 
 
