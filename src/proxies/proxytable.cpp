@@ -4,11 +4,16 @@
 #include "proxies/stqcheckbox.h"
 #include "proxies/stqcombobox.h"
 #include "proxies/stqdatetimeedit.h"
+#include "proxies/stqdockwidget.h"
+#include "proxies/stqfiledialog.h"
 #include "proxies/stqgroupbox.h"
 #include "proxies/stqlineedit.h"
 #include "proxies/stqslider.h"
 #include "proxies/stqspinbox.h"
+#include "proxies/stqstatusbar.h"
+#include "proxies/stqtabbar.h"
 #include "proxies/stqtextedit.h"
+#include "proxies/stqtoolbox.h"
 
 namespace {
 
@@ -38,5 +43,10 @@ const ProxyTableRow proxyTable[] = {
     {"QDateTimeEdit", make<STQDateTimeEdit>},
     {"QDateEdit", make<STQDateTimeEdit>},
     {"QTimeEdit", make<STQDateTimeEdit>},
+    {"QTabBar", make<STQTabBar>},
+    {"QToolBox", make<STQToolBox>},
+    {"QDockWidget", make<STQDockWidget>},
+    {"QFileDialog", make<STQFileDialog>},
+    {"QStatusBar", make<STQStatusBar>},
 };
 const std::size_t proxyTableSize = sizeof(proxyTable) / sizeof(proxyTable[0]);

@@ -209,7 +209,18 @@ QString STWidgetProxy::stripMnemonic(const QString& text)
 
 QPoint STWidgetProxy::globalCenter(const QRect& rect)
 {
+    return globalCenter(checkedWidget(nullptr), rect);
+}
+
+QPoint STWidgetProxy::globalCenter(const QWidget* owner, const QRect& rect)
+{
     // Not QRect::center(), which rounds negative sums down.
-    return checkedWidget(nullptr)->mapToGlobal(
-        QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+    return owner->mapToGlobal(QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+}
+
+void STWidgetProxy::clickCenter(const QWidget* owner, const QRect& rect)
+{
+    const QPoint point = globalCenter(owner, rect);
+    processEventsEnabled = false;
+    mouseClick(point, Qt::LeftButton, Qt::NoModifier);
 }

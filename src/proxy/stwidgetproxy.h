@@ -59,6 +59,10 @@ protected:
     static QString stripMnemonic(const QString& text);
     // The centre of a rectangle of the bound widget, in global coordinates.
     QPoint globalCenter(const QRect& rect);
+    // The same for a rectangle of any widget, such as a part of the bound one.
+    static QPoint globalCenter(const QWidget* owner, const QRect& rect);
+    // One left click there, posted only: the application handles it when the command is over.
+    void clickCenter(const QWidget* owner, const QRect& rect);
 
 private:
     friend class STApplicationProxy; // sets processEventsEnabled before every operation

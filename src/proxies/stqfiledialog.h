@@ -1,0 +1,17 @@
+#pragma once
+
+#include "proxy/stwidgetproxy.h"
+
+class QLineEdit;
+
+// Qt's own file dialogs, not those of the operating system.
+class STQFileDialog : public STWidgetProxy
+{
+public:
+    // A string, the path of a file: replaces what is in the file name field by it and presses Return.
+    // `option` is ignored.
+    void activate(const QVariant& value, const QVariant& option) override;
+
+private:
+    QLineEdit* fileNameEdit();
+};

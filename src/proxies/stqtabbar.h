@@ -1,0 +1,26 @@
+#pragma once
+
+#include "proxies/pseudoproperties.h"
+#include "proxy/stwidgetproxy.h"
+
+class QTabBar;
+
+// Tab bars, also those of tab widgets.
+class STQTabBar : public STWidgetProxy
+{
+public:
+    // A string clicks the first tab with that text, an integer the tab with that 0-based index. The click
+    // goes to the tab's place even where the bar has scrolled it out of view. `option` is ignored.
+    void activate(const QVariant& value, const QVariant& option) override;
+    // "itemList" and "toolTipList": the texts and tool tips of all tabs, "currentText" and "currentToolTip":
+    // those of the current one. All come without the mnemonic's "&" but the current tool tip, which comes as
+    // it is.
+    QStringList pseudoPropertyNames() override;
+    QVariant pseudoProperty(const char* name, const QVariant& argument) override;
+
+private:
+    static const PseudoProperty<QTabBar> pseudoProperties[4];
+
+    static QStringList strippedTexts(const QTabBar& bar, QString (QTabBar::*text)(int) const);
+    const QTabBar* tabBar();
+};
