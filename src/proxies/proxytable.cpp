@@ -3,6 +3,8 @@
 #include "proxies/stqbutton.h"
 #include "proxies/stqcheckbox.h"
 #include "proxies/stqgroupbox.h"
+#include "proxies/stqmenu.h"
+#include "proxies/stqmenubar.h"
 
 namespace {
 
@@ -23,5 +25,7 @@ const ProxyTableRow proxyTable[] = {
     {"QRadioButton", make<STQButton>},
     {"QCheckBox", make<STQCheckBox>},
     {"QGroupBox", make<STQGroupBox>},
+    {"QMenuBar", make<STQMenuBar>},
+    {"QMenu", make<STQMenu>},
 };
 const std::size_t proxyTableSize = sizeof(proxyTable) / sizeof(proxyTable[0]);

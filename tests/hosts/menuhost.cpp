@@ -1,0 +1,198 @@
+// A menu bar with every kind of item, and a pop-up menu that "do popup" opens; see
+// tests/protocol/test_menubar.py and test_menu.py.
+
+#include "menubuilder.h"
+#include "testhost.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QWidgetAction>
+
+#include <string>
+
+namespace {
+
+void addFile(const MenuBuilder& build, QMenuBar* bar)
+{
+    QMenu* file = build.submenu(bar, "fileMenu", "&File");
+    build.item(file, "new", "&New");
+    build.separator(file);
+    build.item(file, "save", "&Save")->setShortcut(QKeySequence(QLatin1String("Ctrl+S")));
+    build.item(file, "locked", "Locked")->setEnabled(false);
+    QMenu* recent = build.submenu(file, "recentMenu", "Recent");
+    build.item(recent, "x", "x");
+    recent->setEnabled(false);
+    QMenu* send = build.submenu(file, "sendMenu", "Se&nd");
+    build.item(send, "mail", "Mail");
+    build.item(send, "fax", "Fax")->setEnabled(false);
+    build.submenu(send, "emptyMenu", "Empty");
+}
+
+void addOptions(const MenuBuilder& build, QMenuBar* bar)
+{
+    QMenu* options = build.submenu(bar, "optionsMenu", "&Options");
+    build.checkable(options, "wrap", "Word &wrap", true);
+    build.checkable(options, "ruler", "Ruler", false);
+    build.item(options, "plain", "Plain");
+    QMenu* align = build.submenu(options, "alignMenu", "Align");
+    auto* group = new QActionGroup(align);
+    group->addAction(build.checkable(align, "left", "Left", true));
+    group->addAction(build.checkable(align, "right", "Right", false));
+    build.item(build.submenu(bar, "offMenu", "Off"), "inOff", "In")->setEnabled(true);
+    bar->actions().last()->setEnabled(false);
+}
+
+void addTexts(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
+{
+    QMenu* texts = build.submenu(bar, "textsMenu", "Texts");
+    build.separator(texts, "Title");
+    build.item(texts, "hidden", "Hidden")->setVisible(false);
+    build.item(texts, "first", "First");
+    build.item(texts, "nameless", "");
+    build.item(texts, "drag", "Drag && drop");
+    build.item(texts, "print", "Print\tCtrl+P");
+    build.item(texts, "blanks", "  Many   blanks ");
+    build.item(texts, "indexLike", "Item 1");
+    build.item(build.submenu(texts, "slashMenu", "A/&B"), "c", "C");
+    build.item(build.submenu(texts, "aMenu", "A"), "inA", "B2");
+    build.item(texts, "slash3", "x/y/z");
+    build.item(texts, "twin1", "Twin");
+    build.item(texts, "twin2", "Twin");
+    QMenu* bad = build.submenu(texts, "badMenu", "P/Q");
+    build.item(bad, "inBad", "R");
+    bad->setEnabled(false);
+
+    auto* edited = new QWidgetAction(texts);
+    edited->setObjectName(QLatin1String("edited"));
+    edited->setText(QLatin1String("Widget"));
+    auto* edit = new QLineEdit;
+    edit->setObjectName(QLatin1String("menuEdit"));
+    edited->setDefaultWidget(edit);
+    texts->addAction(edited);
+    host.journalSignal(edited, SIGNAL(triggered()), QLatin1String("triggered"));
+    build.item(texts, "last", "Last");
+}
+
+void addSizes(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
+{
+    QMenu* deep = build.submenu(bar, "deepMenu", "1");
+    const char* const levels[] = {"2", "3", "4", "5"};
+    for (const char* level : levels)
+        deep = build.submenu(deep, (std::string("deepMenu") + level).c_str(), level);
+    build.item(deep, "deepest", "6");
+    build.item(deep, "deepestOff", "6 off")->setEnabled(false);
+
+    QMenu* many = build.submenu(bar, "manyMenu", "Many");
+    for (int i = 0; i < 200; ++i)
+        build.item(many, QString::fromLatin1("entry%1").arg(i), QString::fromLatin1("Entry %1").arg(i));
+
+    QMenu* lazy = build.submenu(bar, "lazyMenu", "Lazy");
+    host.onSignal(lazy, SIGNAL(aboutToShow()), [=, &host] {
+        lazy->clear();
+        QMenu* more = MenuBuilder(host).submenu(lazy, "moreMenu", "More");
+        host.onSignal(more, SIGNAL(aboutToShow()), [=, &host] {
+            more->clear();
+            MenuBuilder(host).item(more, "late", "Late");
+        });
+    });
+
+    QMenu* tear = build.submenu(bar, "tearMenu", "Tear");
+    tear->setTearOffEnabled(true);
+    build.item(tear, "tear1", "One");
+    build.item(tear, "tear2", "Two");
+}
+
+void addActs(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
+{
+    QMenu* acts = build.submenu(bar, "actsMenu", "Acts");
+    host.onSignal(build.item(acts, "dialog", "Dialog"), SIGNAL(triggered()), [=, &host] {
+        QDialog dialog(bar);
+        dialog.setObjectName(QLatin1String("dialog"));
+        dialog.setWindowTitle(QLatin1String("Modal"));
+        dialog.exec();
+        host.journal(QLatin1String("dialog closed"));
+    });
+    host.onSignal(build.item(acts, "quitter", "Quit"), SIGNAL(triggered()), [] { QCoreApplication::quit(); });
+    host.onSignal(
+        build.item(acts, "remove", "Remove menu"), SIGNAL(triggered()), [=] { acts->deleteLater(); });
+    host.onSignal(
+        build.item(acts, "fragile", "Remove on hover"), SIGNAL(hovered()), [=] { acts->deleteLater(); });
+    build.item(acts, "afterFragile", "After");
+    QMenu* swap = build.submenu(bar, "swapMenu", "Swap");
+    build.item(swap, "before", "Before");
+    host.onSignal(build.item(swap, "swapper", "Swapper"), SIGNAL(hovered()), [=, &host] {
+        swap->clear();
+        MenuBuilder(host).item(swap, "after", "After");
+    });
+    build.item(swap, "swapped", "Swapped");
+}
+
+void addPopup(TestHost& host, const MenuBuilder& build, QMainWindow* window)
+{
+    QMenu* popup = build.menu(window, "popup");
+    QMenu* file = build.submenu(popup, "popupFile", "File");
+    build.item(file, "popupSave", "Save");
+    build.item(file, "popupLocked", "Locked")->setEnabled(false);
+    build.separator(popup);
+    QMenu* options = build.submenu(popup, "popupOptions", "Options");
+    build.checkable(options, "popupWrap", "Word wrap", true);
+    build.item(options, "popupNameless", "");
+    build.separator(options, "Title");
+    build.item(options, "popupPlain", "&Plain");
+    QMenu* off = build.submenu(popup, "popupOff", "Off");
+    build.item(off, "popupInOff", "In");
+    build.item(off, "popupInOff2", "In off")->setEnabled(false);
+    off->setEnabled(false);
+    build.item(build.submenu(popup, "popupSlash", "A/B"), "popupC", "C");
+    build.item(popup, "popupHidden", "Hidden")->setVisible(false);
+    build.item(popup, "popupLast", "Last");
+    host.onRequest(QLatin1String("popup"), [=] { popup->popup(window->mapToGlobal(QPoint(400, 200))); });
+    host.onRequest(QLatin1String("openFile"), [=] {
+        popup->popup(window->mapToGlobal(QPoint(400, 200)));
+        popup->setActiveAction(file->menuAction());
+        file->popup(window->mapToGlobal(QPoint(600, 200)));
+    });
+}
+
+void build(TestHost& host)
+{
+    auto* window = new QMainWindow;
+    window->setObjectName(QLatin1String("window"));
+    window->setWindowTitle(QLatin1String("Menus"));
+    auto* edit = new QLineEdit;
+    edit->setObjectName(QLatin1String("edit"));
+    window->setCentralWidget(edit);
+    edit->setFocus();
+    host.journalInput(edit);
+
+    const MenuBuilder menus(host);
+    QMenuBar* bar = window->menuBar();
+    bar->setObjectName(QLatin1String("bar"));
+    host.journalInput(bar);
+    addFile(menus, bar);
+    addOptions(menus, bar);
+    menus.item(bar, "title", "Title only");
+    menus.separator(bar, "Bar separator");
+    addTexts(host, menus, bar);
+    addSizes(host, menus, bar);
+    addActs(host, menus, bar);
+    menus.submenu(bar, "hiddenMenu", "Hidden")->menuAction()->setVisible(false);
+    addPopup(host, menus, window);
+    journalInputState(host);
+    host.onRequest(QLatin1String("narrow"), [=] { window->resize(150, 300); });
+
+    window->setGeometry(60, 60, 1000, 600);
+    window->show();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}
