@@ -30,13 +30,12 @@ QStringList STMenuProxy::checkedPath(const QVariant& argument)
 }
 
 void STMenuProxy::chooseItem(
-    QMenu* menu, const QStringList& path, const QVariant& checkState, int closingEscapes)
+    QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close)
 {
     try {
         walk(menu, path, checkState);
     } catch (const STError& error) {
-        for (int i = 0; i < closingEscapes; ++i)
-            pressEscape();
+        close();
         if (error.message != QLatin1String(alreadyCheckedMessage))
             throw;
     }

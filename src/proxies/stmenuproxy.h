@@ -2,6 +2,8 @@
 
 #include "proxy/stwidgetproxy.h"
 
+#include <functional>
+
 class QAction;
 class QMenu;
 
@@ -18,13 +20,14 @@ protected:
 
     // Walks the path from an open menu and triggers its last item; after that processEventsEnabled is false,
     // and the application reacts when the command is over. When the item cannot be reached, or has the wanted
-    // check state already, closes what the walk opened, and then presses Escape as many times as it says.
-    // Only the former is an error then.
-    void chooseItem(QMenu* menu, const QStringList& path, const QVariant& checkState, int closingEscapes);
+    // check state already, closes what the walk opened and calls `close`. Only the former is an error then.
+    void chooseItem(
+        QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close);
+
+    void pressEscape();
 
 private:
     void walk(const QPointer<QMenu>& menu, QStringList path, const QVariant& checkState);
     void highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
     void trigger(const QAction* item, const QVariant& checkState);
-    void pressEscape();
 };

@@ -19,8 +19,7 @@ void STQMenu::activate(const QVariant& value, const QVariant& option)
     if (QApplication::activePopupWidget() != checkedWidget("QMenu"))
         raiseError(noFocusMessage);
     keyClick(Qt::Key_Down, Qt::NoModifier);
-    const int closingEscapes = 1;
-    chooseItem(static_cast<QMenu*>(checkedWidget("QMenu")), path, option, closingEscapes);
+    chooseItem(static_cast<QMenu*>(checkedWidget("QMenu")), path, option, [this] { pressEscape(); });
 }
 
 QStringList STQMenu::pseudoPropertyNames()

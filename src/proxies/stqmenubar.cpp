@@ -37,10 +37,11 @@ void STQMenuBar::activate(const QVariant& value, const QVariant& option)
     const QPointer<QAction> title(findMenuItem(menuBar()->actions(), path));
     if (!title || !title->isEnabled() || !title->menu())
         raiseError(invalidPathMessage);
+    const QPointer<QWidget> bar(menuBar());
+    const QPointer<QWidget> focus(bar->window()->focusWidget());
     openMenu(title);
     path.removeFirst();
-    const int closingEscapes = 2; // the menu, then the bar, which has the keyboard when its menu closes
-    chooseItem(title ? title->menu() : nullptr, path, option, closingEscapes);
+    chooseItem(title ? title->menu() : nullptr, path, option, [&] { closeMenu(bar, focus); });
 }
 
 void STQMenuBar::openMenu(const QPointer<QAction>& title)
@@ -53,6 +54,17 @@ void STQMenuBar::openMenu(const QPointer<QAction>& title)
     bar->setActiveAction(title);
     syncEvents();
     keyClick(Qt::Key_Down, Qt::NoModifier);
+}
+
+void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus)
+{
+    // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it
+    // back.
+    pressEscape();
+    pressEscape();
+    // The bar does not know to whom when the windowing system's news of the menu's own focus came in between.
+    if (bar && focus && focus != bar && bar->window()->focusWidget() == bar)
+        focus->setFocus(Qt::OtherFocusReason);
 }
 
 QStringList STQMenuBar::pseudoPropertyNames()

@@ -20,6 +20,8 @@ public:
 private:
     QMenuBar* menuBar();
     void openMenu(const QPointer<QAction>& title);
+    // Closes the title's menu without choosing, and returns the keyboard to the widget that had it before.
+    void closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus);
     bool pathChecked(QStringList path);
     bool pathDisabled(QStringList path);
 };

@@ -11,6 +11,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QWidgetAction>
 
 #include <string>
@@ -58,8 +59,8 @@ void addTexts(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
     build.item(texts, "print", "Print\tCtrl+P");
     build.item(texts, "blanks", "  Many   blanks ");
     build.item(texts, "indexLike", "Item 1");
-    build.item(build.submenu(texts, "slashMenu", "A/&B"), "c", "C");
-    build.item(build.submenu(texts, "aMenu", "A"), "inA", "B2");
+    build.item(build.submenu(texts, "slashMenu", "In/&Out"), "c", "C");
+    build.item(build.submenu(texts, "shortMenu", "x"), "inShort", "w");
     build.item(texts, "slash3", "x/y/z");
     build.item(texts, "twin1", "Twin");
     build.item(texts, "twin2", "Twin");
@@ -117,6 +118,7 @@ void addActs(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
         dialog.exec();
         host.journal(QLatin1String("dialog closed"));
     });
+    host.onRequest(QLatin1String("closeDialog"), [] { QApplication::activeModalWidget()->close(); });
     host.onSignal(build.item(acts, "quitter", "Quit"), SIGNAL(triggered()), [] { QCoreApplication::quit(); });
     host.onSignal(
         build.item(acts, "remove", "Remove menu"), SIGNAL(triggered()), [=] { acts->deleteLater(); });
@@ -125,11 +127,12 @@ void addActs(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
     build.item(acts, "afterFragile", "After");
     QMenu* swap = build.submenu(bar, "swapMenu", "Swap");
     build.item(swap, "before", "Before");
-    host.onSignal(build.item(swap, "swapper", "Swapper"), SIGNAL(hovered()), [=, &host] {
-        swap->clear();
-        MenuBuilder(host).item(swap, "after", "After");
+    QAction* swapper = build.item(swap, "swapper", "Swapper");
+    const QPointer<QAction> swapped(build.item(swap, "swapped", "Swapped"));
+    host.onSignal(swapper, SIGNAL(hovered()), [=] {
+        if (swapped)
+            swapped->deleteLater();
     });
-    build.item(swap, "swapped", "Swapped");
 }
 
 void addPopup(TestHost& host, const MenuBuilder& build, QMainWindow* window)
@@ -138,6 +141,9 @@ void addPopup(TestHost& host, const MenuBuilder& build, QMainWindow* window)
     QMenu* file = build.submenu(popup, "popupFile", "File");
     build.item(file, "popupSave", "Save");
     build.item(file, "popupLocked", "Locked")->setEnabled(false);
+    QMenu* deeper = build.submenu(file, "popupDeeper", "Deeper");
+    build.item(deeper, "popupY", "y");
+    deeper->setEnabled(false);
     build.separator(popup);
     QMenu* options = build.submenu(popup, "popupOptions", "Options");
     build.checkable(options, "popupWrap", "Word wrap", true);
