@@ -111,7 +111,7 @@ void addSizes(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
 void addActs(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
 {
     QMenu* acts = build.submenu(bar, "actsMenu", "Acts");
-    host.onSignal(build.item(acts, "dialog", "Dialog"), SIGNAL(triggered()), [=, &host] {
+    host.onSignal(build.item(acts, "ask", "Dialog"), SIGNAL(triggered()), [=, &host] {
         QDialog dialog(bar);
         dialog.setObjectName(QLatin1String("dialog"));
         dialog.setWindowTitle(QLatin1String("Modal"));
@@ -190,7 +190,7 @@ void build(TestHost& host)
     menus.submenu(bar, "hiddenMenu", "Hidden")->menuAction()->setVisible(false);
     addPopup(host, menus, window);
     journalInputState(host);
-    host.onRequest(QLatin1String("narrow"), [=] { window->resize(150, 300); });
+    host.onRequest(QLatin1String("narrow"), [=] { window->resize(110, 300); });
 
     window->setGeometry(60, 60, 1000, 600);
     window->show();

@@ -105,7 +105,7 @@ void build(TestHost& host)
     // A menu that is torn off is a window, not a popup.
     QMenu* torn = build.menu(window, "torn");
     torn->setTearOffEnabled(true);
-    torn->setTitle(QLatin1String("Torn off"));
+    torn->setWindowTitle(QLatin1String("Torn off"));
     fill(build, torn);
     QPointer<QMenu> guarded(torn);
     host.onRequest(QLatin1String("openTorn"), [=] { guarded->popup(window->mapToGlobal(QPoint(20, 20))); });

@@ -295,7 +295,7 @@ def test_an_open_popup_is_closed_by_the_click_beside_the_titles(plain):
 
 def test_a_menu_whose_title_does_not_fit_into_the_bar_can_be_chosen_from(app):
     app.do("narrow")
-    app.wait_until("bar", "width", "150")
+    app.wait_until("bar", "width", "110")
     assert choose(app, "Swap/Before") == "0,QMenuBar"
     assert_chosen(app, "before")
 
