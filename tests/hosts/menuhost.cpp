@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QSpinBox>
 #include <QWidgetAction>
 
 #include <string>
@@ -48,6 +49,19 @@ void addOptions(const MenuBuilder& build, QMenuBar* bar)
     bar->actions().last()->setEnabled(false);
 }
 
+// An item "Widget" that is a widget, called like the item with "Inside" added.
+void addWidget(TestHost& host, QMenu* menu, const char* name, QWidget* widget)
+{
+    auto* action = new QWidgetAction(menu);
+    action->setObjectName(QLatin1String(name));
+    action->setText(QLatin1String("Widget"));
+    widget->setObjectName(QLatin1String(name) + QLatin1String("Inside"));
+    action->setDefaultWidget(widget);
+    menu->addAction(action);
+    host.journalSignal(action, SIGNAL(triggered()), QLatin1String("triggered"));
+    host.journalInput(widget);
+}
+
 void addTexts(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
 {
     QMenu* texts = build.submenu(bar, "textsMenu", "Texts");
@@ -68,15 +82,13 @@ void addTexts(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
     build.item(bad, "inBad", "R");
     bad->setEnabled(false);
 
-    auto* edited = new QWidgetAction(texts);
-    edited->setObjectName(QLatin1String("edited"));
-    edited->setText(QLatin1String("Widget"));
-    auto* edit = new QLineEdit;
-    edit->setObjectName(QLatin1String("menuEdit"));
-    edited->setDefaultWidget(edit);
-    texts->addAction(edited);
-    host.journalSignal(edited, SIGNAL(triggered()), QLatin1String("triggered"));
+    addWidget(host, texts, "edited", new QLineEdit);
     build.item(texts, "last", "Last");
+    // A spin box takes the keys Up and Down for itself.
+    QMenu* spin = build.submenu(bar, "spinMenu", "Spin");
+    build.item(spin, "aboveSpin", "Above");
+    addWidget(host, spin, "spin", new QSpinBox);
+    build.item(spin, "belowSpin", "Below");
 }
 
 void addSizes(TestHost& host, const MenuBuilder& build, QMenuBar* bar)

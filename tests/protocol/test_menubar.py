@@ -1,5 +1,7 @@
 """Menu bars: paths, what a walk presses and chooses, what it leaves behind when it fails."""
 
+import re
+
 import pytest
 
 from hostapp import QT
@@ -183,6 +185,13 @@ def test_failing_again_and_again_always_returns_the_keyboard(app):
         app.forget()
         assert choose(app, "File/Send/Fax") == error("Item is disabled")
         assert_nothing_happened(app)
+
+
+def test_an_item_that_never_gets_the_highlight_is_tried_all_the_same(plain):
+    assert choose(plain, "Spin/Below") == "0,QMenuBar"
+    plain.wait_for(re.compile("keypress .* 16777220 .*"))
+    assert keys(plain).count("spinInside Down") + keys(plain).count("spinMenu Down") == 1 + 10 * 3
+    assert "triggered belowSpin" not in plain.events("triggered")
 
 
 # Check states

@@ -46,7 +46,7 @@ def test_the_item_list_holds_all_paths(app):
         "Options/Align/Right",
         "Off/In",
     ]
-    assert items[12:30] == [
+    assert items[12:33] == [
         "Title only",
         "",
         "Texts/First",
@@ -63,10 +63,13 @@ def test_the_item_list_holds_all_paths(app):
         "Texts/P/Q/R",
         "Texts/Widget",
         "Texts/Last",
+        "Spin/Above",
+        "Spin/Widget",
+        "Spin/Below",
         "1/2/3/4/5/6",
         "1/2/3/4/5/6 off",
     ]
-    assert items[30:230] == [f"Many/Entry {i}" for i in range(200)]
+    assert items[33:233] == [f"Many/Entry {i}" for i in range(200)]
 
 
 CHECKED = [
