@@ -105,6 +105,7 @@ void build(TestHost& host)
     // A menu that is torn off is a window, not a popup.
     QMenu* torn = build.menu(window, "torn");
     torn->setTearOffEnabled(true);
+    torn->setTitle(QLatin1String("Torn off")); // of the torn-off window; with Qt 4 it is the next one
     torn->setWindowTitle(QLatin1String("Torn off"));
     fill(build, torn);
     QPointer<QMenu> guarded(torn);
