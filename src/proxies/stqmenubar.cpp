@@ -58,8 +58,7 @@ void STQMenuBar::openMenu(const QPointer<QAction>& title)
 
 void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus)
 {
-    // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it
-    // back.
+    // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it back.
     pressEscape();
     pressEscape();
     // The bar does not know to whom when the windowing system's news of the menu's own focus came in between.
@@ -69,8 +68,7 @@ void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>
 
 QStringList STQMenuBar::pseudoPropertyNames()
 {
-    return QStringList() << QLatin1String("itemList") << QLatin1String("pathChecked")
-                         << QLatin1String("pathDisabled");
+    return QStringList() << QLatin1String("itemList") << QLatin1String("pathChecked") << QLatin1String("pathDisabled");
 }
 
 QVariant STQMenuBar::pseudoProperty(const char* name, const QVariant& argument)

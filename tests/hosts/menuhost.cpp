@@ -132,10 +132,8 @@ void addActs(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
     });
     host.onRequest(QLatin1String("closeDialog"), [] { QApplication::activeModalWidget()->close(); });
     host.onSignal(build.item(acts, "quitter", "Quit"), SIGNAL(triggered()), [] { QCoreApplication::quit(); });
-    host.onSignal(
-        build.item(acts, "remove", "Remove menu"), SIGNAL(triggered()), [=] { acts->deleteLater(); });
-    host.onSignal(
-        build.item(acts, "fragile", "Remove on hover"), SIGNAL(hovered()), [=] { acts->deleteLater(); });
+    host.onSignal(build.item(acts, "remove", "Remove menu"), SIGNAL(triggered()), [=] { acts->deleteLater(); });
+    host.onSignal(build.item(acts, "fragile", "Remove on hover"), SIGNAL(hovered()), [=] { acts->deleteLater(); });
     build.item(acts, "afterFragile", "After");
     QMenu* swap = build.submenu(bar, "swapMenu", "Swap");
     build.item(swap, "before", "Before");

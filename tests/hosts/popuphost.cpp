@@ -33,7 +33,8 @@ public:
     ExecutingArea(TestHost& testHost, QWidget* parent)
         : QWidget(parent)
         , host(testHost)
-    { }
+    {
+    }
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override

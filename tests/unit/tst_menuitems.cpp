@@ -51,8 +51,8 @@ void tst_MenuItems::itemText_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
     const char* const rows[][2] = {{"&Save", "Save"}, {"Sa&ve", "Save"}, {"Drag && drop", "Drag & drop"},
-        {"&Drag && drop", "Drag && drop"}, {"Print\tCtrl+P", "Print Ctrl+P"}, {"  a \n b ", "a b"}, {"", ""},
-        {"&", ""}, {" & ", ""}, {"Item 1", "Item 1"}};
+        {"&Drag && drop", "Drag && drop"}, {"Print\tCtrl+P", "Print Ctrl+P"}, {"  a \n b ", "a b"}, {"", ""}, {"&", ""},
+        {" & ", ""}, {"Item 1", "Item 1"}};
     for (const auto& row : rows)
         QTest::newRow(row[0]) << QString::fromLatin1(row[0]) << QString::fromLatin1(row[1]);
 }
@@ -115,8 +115,8 @@ void tst_MenuItems::find_data()
         {"only slashes", "/", "/", 0, "/"},
     };
     for (const Row& row : rows)
-        QTest::newRow(row.name) << QString::fromLatin1(row.texts) << QString::fromLatin1(row.path)
-                                << row.position << QString::fromLatin1(row.first);
+        QTest::newRow(row.name) << QString::fromLatin1(row.texts) << QString::fromLatin1(row.path) << row.position
+                                << QString::fromLatin1(row.first);
 }
 
 void tst_MenuItems::find()

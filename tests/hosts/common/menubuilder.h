@@ -14,7 +14,8 @@ class MenuBuilder
 public:
     explicit MenuBuilder(TestHost& testHost)
         : host(testHost)
-    { }
+    {
+    }
 
     // A menu of its own. The widget owns it.
     QMenu* menu(QWidget* owner, const char* name, const char* title = "") const;
