@@ -8,6 +8,8 @@
 #include "proxies/stqfiledialog.h"
 #include "proxies/stqgroupbox.h"
 #include "proxies/stqlineedit.h"
+#include "proxies/stqmenu.h"
+#include "proxies/stqmenubar.h"
 #include "proxies/stqslider.h"
 #include "proxies/stqspinbox.h"
 #include "proxies/stqstatusbar.h"
@@ -36,6 +38,8 @@ const ProxyTableRow proxyTable[] = {
     {"QGroupBox", make<STQGroupBox>},
     {"QComboBox", make<STQComboBox>},
     {"QLineEdit", make<STQLineEdit>},
+    {"QMenuBar", make<STQMenuBar>},
+    {"QMenu", make<STQMenu>},
     {"QTextEdit", make<STQTextEdit>},
     {"QSlider", make<STQSlider>},
     {"QSpinBox", make<STQSpinBox>},

@@ -44,6 +44,9 @@ public:
     // Writes a Qt property. No command of the protocol does: to a test, properties are read-only.
     void setProperty(const char* name, const QVariant& value);
 
+    // The text without its first "&", which marks the keyboard mnemonic.
+    static QString stripMnemonic(const QString& text);
+
 protected:
     // Raises the error for a value of the wrong type. `expected` lists the accepted types, null for none.
     [[noreturn]] void typeError(const char* expected);
@@ -55,8 +58,6 @@ protected:
     }
     // Plays one mouse command at a point in global coordinates; a click turns processEventsEnabled off.
     void playMouse(MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
-    // The text without its first "&", which marks the keyboard mnemonic.
-    static QString stripMnemonic(const QString& text);
     // The centre of a rectangle of the bound widget, in global coordinates.
     QPoint globalCenter(const QRect& rect);
     // The same for a rectangle of any widget, such as a part of the bound one.

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "proxy/stwidgetproxy.h"
+
+#include <functional>
+
+class QAction;
+class QMenu;
+
+// What menus and menu bars share: choosing an item by its path with the keyboard, as a user does.
+class STMenuProxy : public STWidgetProxy
+{
+protected:
+    // The path of a call activate(value, option), as its elements. Raises the type error unless the value is
+    // a string and the option, the check state that the item shall get, a bool or nothing.
+    QStringList checkedPath(const QVariant& value, const QVariant& option);
+
+    // The path of a property query with the argument. Raises the type error unless that is a string.
+    QStringList checkedPath(const QVariant& argument);
+
+    // Walks the path from an open menu and triggers its last item; after that processEventsEnabled is false,
+    // and the application reacts when the command is over. When the item cannot be reached, or has the wanted
+    // check state already, closes what the walk opened and calls `close`. Only the former is an error then.
+    void chooseItem(
+        QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close);
+
+    void pressEscape();
+
+private:
+    void walk(const QPointer<QMenu>& menu, QStringList path, const QVariant& checkState);
+    void highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
+    void trigger(const QAction* item, const QVariant& checkState);
+};
