@@ -14,14 +14,10 @@ CInternalSquishProxyCleanup& CInternalSquishProxyCleanup::instance()
     return *cleanup;
 }
 
-CInternalSquishProxyCleanup::CInternalSquishProxyCleanup()
-{
-    if (qApp)
-        connect(qApp, SIGNAL(aboutToQuit()), SLOT(doCleanup()));
-}
-
 void CInternalSquishProxyCleanup::add(CSquishProxy* proxy)
 {
+    // Each time: a process may have one application object after the other.
+    connect(qApp, SIGNAL(aboutToQuit()), this, SLOT(doCleanup()), Qt::UniqueConnection);
     if (!cleaningUp)
         proxies.append(proxy);
 }

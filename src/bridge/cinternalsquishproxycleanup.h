@@ -25,7 +25,7 @@ public Q_SLOTS:
     void doCleanup();
 
 private:
-    CInternalSquishProxyCleanup();
+    CInternalSquishProxyCleanup() = default;
 
     QList<QPointer<CSquishProxy>> proxies; // the clean-up itself may make the application delete some of them
     bool cleaningUp = false;

@@ -20,8 +20,7 @@ using LmSquishProxy::setNameProvider;
 
 namespace {
 
-template <class Widget>
-Widget* add(QWidget* parent, const char* name)
+template <class Widget> Widget* add(QWidget* parent, const char* name)
 {
     auto* widget = new Widget(parent);
     widget->setObjectName(QLatin1String(name));
@@ -98,7 +97,8 @@ private:
     QWidget* find(const char* name, const QString& title = QString(), QWidget* window = nullptr,
         bool onlyVisible = true, bool pattern = false)
     {
-        return proxy->findWidgetByHierarchicalName(hierarchicalName(name), title, window, onlyVisible, pattern);
+        return proxy->findWidgetByHierarchicalName(
+            hierarchicalName(name), title, window, onlyVisible, pattern);
     }
     QString error() { return proxy->getLastError(); }
 
@@ -250,7 +250,8 @@ void tst_HierarchicalSearch::givenWindowIsTheOnlyOneSearched()
     QCOMPARE(find("cancel", QString(), main.get()), right->findChild<QWidget*>(text("cancel")));
     QVERIFY(!find("cancel", QString(), other.get()));
     QVERIFY(!find("cancel", text("Editor 2"), main.get()));
-    QCOMPARE(find("main/right", QString(), right), right); // any widget will do; ancestors are not bounded by it
+    QCOMPARE(
+        find("main/right", QString(), right), right); // any widget will do; ancestors are not bounded by it
     QCOMPARE(find("right/ok", QString(), right), right->findChild<QWidget*>(text("ok")));
 }
 

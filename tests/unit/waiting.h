@@ -6,8 +6,7 @@
 #include <QtCore/QElapsedTimer>
 
 // Runs the event loop until the condition holds; false when it has not after some seconds.
-template <class Condition>
-bool waitUntil(Condition condition)
+template <class Condition> bool waitUntil(Condition condition)
 {
     const int deadlineMilliseconds = 5000;
     const int pauseMilliseconds = 2;
