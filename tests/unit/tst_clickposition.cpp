@@ -92,9 +92,9 @@ void tst_ClickPosition::otherClassesHaveNoPosition()
 
 void tst_ClickPosition::deletedWidgetHasNoPosition()
 {
-    std::unique_ptr<QCheckBox> check(new QCheckBox);
-    QWidget* const gone = check.get();
-    check.reset();
+    std::unique_ptr<QWidget> window(new QWidget);
+    auto* const gone = new QCheckBox(window.get());
+    window.reset();
     QCOMPARE(proxy.getCheckBoxCheckClickPos(gone), noPosition);
     QCOMPARE(proxy.getGroupBoxCheckClickPos(gone), noPosition);
     QCOMPARE(proxy.getRadioButtonClickPos(gone), noPosition);

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void floatingOneHasNoSiblings();
     void oneOutsideAMainWindowIsActiveOnlyWhenItFloats();
     void otherWidgetsAreNoDockWidgets();
+    void deletedOneIsNoDockWidget();
 
 private:
     QDockWidget* addDock(const char* name, Qt::DockWidgetArea area);
@@ -182,10 +183,13 @@ void tst_DockWidgets::otherWidgetsAreNoDockWidgets()
     QVERIFY(!proxy->isDockWidgetActive(nullptr));
     QVERIFY(!proxy->getActivatedSiblingDockWidget(main->centralWidget()));
     QVERIFY(!proxy->getActivatedSiblingDockWidget(nullptr));
-    QWidget* const gone = left;
-    delete left;
-    QVERIFY(!proxy->isDockWidgetActive(gone));
-    QVERIFY(!proxy->getActivatedSiblingDockWidget(gone));
+}
+
+void tst_DockWidgets::deletedOneIsNoDockWidget()
+{
+    main.reset();
+    QVERIFY(!proxy->isDockWidgetActive(left));
+    QVERIFY(!proxy->getActivatedSiblingDockWidget(left));
 }
 
 QTEST_MAIN(tst_DockWidgets)

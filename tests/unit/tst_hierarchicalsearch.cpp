@@ -257,7 +257,7 @@ void tst_HierarchicalSearch::givenWindowIsTheOnlyOneSearched()
 
 void tst_HierarchicalSearch::deletedWindowFindsNothing()
 {
-    QWidget* const gone = other.get();
+    auto* const gone = add<QWidget>(other.get(), "gone");
     other.reset();
     QVERIFY(!find("main", QString(), gone));
     QCOMPARE(error(), text("WidgetNotFoundError"));
