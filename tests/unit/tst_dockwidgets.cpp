@@ -1,7 +1,7 @@
 // Which dock widgets scripts see as active: docked, behind tabs, floating and hidden ones.
 
 #include "bridge/csquishproxy.h"
-#include "waiting.h"
+#include "activewindow.h"
 
 #include <QtTest/QtTest>
 
@@ -59,7 +59,7 @@ void tst_DockWidgets::tabify(QDockWidget* first, QDockWidget* second)
     main->tabifyDockWidget(first, second);
     first->raise();
     QVERIFY(
-        waitUntil([=] { return proxy->isDockWidgetActive(first) && !proxy->isDockWidgetActive(second); }));
+        becomesTrue([=] { return proxy->isDockWidgetActive(first) && !proxy->isDockWidgetActive(second); }));
 }
 
 void tst_DockWidgets::init()
@@ -112,7 +112,7 @@ void tst_DockWidgets::raisingATabMakesItTheActiveSibling()
     tabify(right, left);
     behind->raise();
     QVERIFY(
-        waitUntil([this] { return proxy->isDockWidgetActive(behind) && !proxy->isDockWidgetActive(right); }));
+        becomesTrue([this] { return proxy->isDockWidgetActive(behind) && !proxy->isDockWidgetActive(right); }));
     QCOMPARE(proxy->getActivatedSiblingDockWidget(left), static_cast<QWidget*>(behind));
     QCOMPARE(proxy->getActivatedSiblingDockWidget(right), static_cast<QWidget*>(behind));
 }
@@ -134,7 +134,7 @@ void tst_DockWidgets::hiddenOneCountsWhereItWas()
     QVERIFY(left->isActiveWindow()); // it belongs to the main window
     QVERIFY(proxy->isDockWidgetActive(left));
     main->hide();
-    QVERIFY(waitUntil([this] { return !main->isActiveWindow(); }));
+    QVERIFY(becomesTrue([this] { return !main->isActiveWindow(); }));
     QVERIFY(!proxy->isDockWidgetActive(left));
 }
 
@@ -148,7 +148,7 @@ void tst_DockWidgets::floatingOneThatIsActiveIsActiveAnywhere()
 
     QWidget other;
     QVERIFY(showActive(other));
-    QVERIFY(waitUntil([this] { return !left->isActiveWindow(); }));
+    QVERIFY(becomesTrue([this] { return !left->isActiveWindow(); }));
     QVERIFY(!proxy->isDockWidgetActive(left));
 }
 

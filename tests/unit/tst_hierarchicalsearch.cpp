@@ -3,7 +3,6 @@
 #include "bridge/csquishproxy.h"
 #include "bridge/nameprovider.h"
 #include "hierarchicalnames.h"
-#include "waiting.h"
 
 #include <QtTest/QtTest>
 
