@@ -82,6 +82,6 @@ QString readProperty(const Request& request, STApplicationProxy& registry)
     const Access access = widgetIn(anyWindow(request.section(1)), request, FocusWidgetElement::Ordinary);
     if (!access.widget)
         return access.refusal;
-    return replyForValue(registry.property(
-        access.widget, request.section(3), request.section(4), stringFromText(request.section(5))));
+    return replyForValue(
+        registry.property(access.widget, request.section(3), request.section(4), stringFromText(request.section(5))));
 }

@@ -10,6 +10,6 @@ QString composeBuildTag()
     suffixes[1700] = QLatin1String("_vs2012");
     suffixes[1800] = QLatin1String("_vs2013");
     suffixes[1900] = QLatin1String("_vs2015");
-    return QLatin1String("qt") + QString::fromLatin1("4.8.6").remove(QLatin1Char('.'))
-        + suffixes.value(compilerVersion) + QLatin1String("_x64");
+    return QLatin1String("qt") + QString::fromLatin1("4.8.6").remove(QLatin1Char('.')) + suffixes.value(compilerVersion)
+        + QLatin1String("_x64");
 }

@@ -134,6 +134,5 @@ QString replyForValue(const QVariant& value)
 
 QString replyForRect(const QRect& rect)
 {
-    return QString::fromLatin1("0,r:%1,%2,%3,%4")
-        .arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom());
+    return QString::fromLatin1("0,r:%1,%2,%3,%4").arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom());
 }

@@ -19,19 +19,23 @@ namespace {
 // Qt 6 counts font weights from 1 to 1000; these are its names' values on the scale of 0 to 99.
 int legacyWeight(const QFont& font)
 {
-    struct Row {
+    struct Row
+    {
         int weight;
         int legacy;
     };
-    static const Row rows[] = {
-        {QFont::Thin, 0}, {QFont::ExtraLight, 12}, {QFont::Light, 25}, {QFont::Normal, 50}, {QFont::Medium, 57},
-        {QFont::DemiBold, 63}, {QFont::Bold, 75}, {QFont::ExtraBold, 81}, {QFont::Black, 87}};
+    static const Row rows[] = {{QFont::Thin, 0}, {QFont::ExtraLight, 12}, {QFont::Light, 25}, {QFont::Normal, 50},
+        {QFont::Medium, 57}, {QFont::DemiBold, 63}, {QFont::Bold, 75}, {QFont::ExtraBold, 81}, {QFont::Black, 87}};
     const auto distance = [&font](const Row& row) { return qAbs(row.weight - int(font.weight())); };
-    return std::min_element(std::begin(rows), std::end(rows),
-        [&](const Row& a, const Row& b) { return distance(a) < distance(b); })->legacy;
+    return std::min_element(std::begin(rows), std::end(rows), [&](const Row& a, const Row& b) {
+        return distance(a) < distance(b);
+    })->legacy;
 }
 #else
-int legacyWeight(const QFont& font) { return font.weight(); }
+int legacyWeight(const QFont& font)
+{
+    return font.weight();
+}
 #endif
 
 QString fontText(const QFont& font)

@@ -18,8 +18,7 @@ namespace compat {
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
 {
-    return new QMouseEvent(
-        type, target->mapFromGlobal(globalPosition), globalPosition, button, buttons, modifiers);
+    return new QMouseEvent(type, target->mapFromGlobal(globalPosition), globalPosition, button, buttons, modifiers);
 }
 
 QRect availableGeometry(const QWidget* widget)

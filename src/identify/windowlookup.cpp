@@ -25,9 +25,9 @@ int findActiveModal(QWidget*& window, const QString& titlePrefix)
 
 QString lookupErrorName(int error)
 {
-    static const char* const names[] = {"NoError", "WindowNotFoundError", "WindowAmbiguousError",
-        "WindowNotActivePopupError", "WindowNotActiveModalError", "WidgetNotFoundError", "WidgetNotVisibleError",
-        "WidgetAmbiguousError"};
+    static const char* const names[]
+        = {"NoError", "WindowNotFoundError", "WindowAmbiguousError", "WindowNotActivePopupError",
+            "WindowNotActiveModalError", "WidgetNotFoundError", "WidgetNotVisibleError", "WidgetAmbiguousError"};
     return error >= NoError && error <= WidgetAmbiguousError ? QString::fromLatin1(names[error]) : QString();
 }
 

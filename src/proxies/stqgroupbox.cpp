@@ -23,8 +23,8 @@ void STQGroupBox::activate(const QVariant& value, const QVariant&)
         return;
     QStyleOptionGroupBox option;
     option.initFrom(box);
-    const QPoint point = globalCenter(
-        box->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box));
+    const QPoint point
+        = globalCenter(box->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box));
     processEventsEnabled = false;
     mouseClick(point, Qt::LeftButton, Qt::NoModifier);
 }

@@ -45,8 +45,8 @@ Value valueOf(const Word<Value> (&words)[size], const QString& text, const char*
         if (text == QLatin1String(word.text))
             return word.value;
     }
-    raiseError(QLatin1Char('"') + text + QLatin1String("\"-") + QLatin1String(kind)
-        + QLatin1String(" is not implemented"));
+    raiseError(
+        QLatin1Char('"') + text + QLatin1String("\"-") + QLatin1String(kind) + QLatin1String(" is not implemented"));
 }
 
 float share(const QString& text, int parameter)
@@ -54,8 +54,8 @@ float share(const QString& text, int parameter)
     bool ok = false;
     const float value = text.toFloat(&ok);
     if (!ok)
-        raiseError(QString::fromLatin1("The %1. parameter \"").arg(parameter) + text
-            + QLatin1String("\" is not a float"));
+        raiseError(
+            QString::fromLatin1("The %1. parameter \"").arg(parameter) + text + QLatin1String("\" is not a float"));
     if (!(value >= 0.0f && value <= 1.0f)) // not a number is out of range too
         raiseError("Only a Position between 0.0 and 1.0 is allowed");
     return value;
@@ -63,11 +63,20 @@ float share(const QString& text, int parameter)
 
 } // namespace
 
-MouseCommandType mouseCommandType(const QString& word) { return valueOf(types, word, "Type"); }
+MouseCommandType mouseCommandType(const QString& word)
+{
+    return valueOf(types, word, "Type");
+}
 
-Qt::MouseButton mouseButton(const QString& word) { return valueOf(buttons, word, "Button"); }
+Qt::MouseButton mouseButton(const QString& word)
+{
+    return valueOf(buttons, word, "Button");
+}
 
-Qt::KeyboardModifiers keyboardModifier(const QString& word) { return valueOf(modifiers, word, "Modifier"); }
+Qt::KeyboardModifiers keyboardModifier(const QString& word)
+{
+    return valueOf(modifiers, word, "Modifier");
+}
 
 QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y)
 {

@@ -28,8 +28,7 @@ public:
     void enter(QWidget* widget, const QString& className, const QVariant& value);
     void mouseAction(QWidget* widget, const QString& className, const QVariant& command);
     // Reading prepares nothing, and reads disabled widgets too.
-    QVariant property(
-        QWidget* widget, const QString& className, const QString& name, const QVariant& argument);
+    QVariant property(QWidget* widget, const QString& className, const QString& name, const QVariant& argument);
 
 private:
     STWidgetProxy* preparedProxy(QWidget* widget, const QString& className);

@@ -9,8 +9,7 @@ QString formatMessage(const QString& format, std::initializer_list<FormatArgumen
     QString message;
     message.reserve(format.size());
     for (int i = 0; i < format.size(); ++i) {
-        const QChar conversion
-            = format.at(i) == QLatin1Char('%') && i + 1 < format.size() ? format.at(i + 1) : QChar();
+        const QChar conversion = format.at(i) == QLatin1Char('%') && i + 1 < format.size() ? format.at(i + 1) : QChar();
         const bool takesArgument = conversion == QLatin1Char('s') || conversion == QLatin1Char('d');
         if (takesArgument && next != arguments.end()) {
             message += (next++)->text;

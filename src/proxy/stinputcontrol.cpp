@@ -145,8 +145,8 @@ void STInputControl::postDragMove(
     if (!target)
         raiseError(deadWidgetMessage);
     target->removeEventFilter(&killer);
-    postInputEvent(target,
-        compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldButtons, modifiers));
+    postInputEvent(
+        target, compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldButtons, modifiers));
 }
 
 void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
@@ -154,8 +154,8 @@ void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers mo
     const QPoint position = QCursor::pos();
     heldButtons |= button; // even when there is nothing to press
     const QPointer<QWidget> target(requiredMouseTarget(position));
-    postInputEvent(target,
-        compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
+    postInputEvent(
+        target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
     if (!target)
         return; // the press was its end
     target->activateWindow();
@@ -168,23 +168,21 @@ void STInputControl::mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers 
     const QPoint position = QCursor::pos();
     heldButtons &= ~Qt::MouseButtons(button);
     const QPointer<QWidget> target(requiredMouseTarget(position));
-    postInputEvent(target,
-        compat::newMouseEvent(QEvent::MouseButtonRelease, target, position, button, heldButtons, modifiers));
+    postInputEvent(
+        target, compat::newMouseEvent(QEvent::MouseButtonRelease, target, position, button, heldButtons, modifiers));
     if (target && button == Qt::RightButton)
         postInputEvent(target,
             new QContextMenuEvent(QContextMenuEvent::Mouse, target->mapFromGlobal(position), position, modifiers));
 }
 
-void STInputControl::mouseClick(
-    const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+void STInputControl::mouseClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     mouseMove(position, Qt::NoModifier);
     mousePress(button, modifiers);
     mouseRelease(button, modifiers);
 }
 
-void STInputControl::mouseDoubleClick(
-    const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+void STInputControl::mouseDoubleClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     mouseClick(position, button, modifiers);
     syncEvents();

@@ -9,8 +9,7 @@
 namespace {
 
 const char notImplementedMessage[] = "\"%s\" is not implemented for widget of class \"%s\"";
-const char wrongClassMessage[]
-    = "Internal error, proxy for class \"%s\", connected to widget of class \"%s\".";
+const char wrongClassMessage[] = "Internal error, proxy for class \"%s\", connected to widget of class \"%s\".";
 const char unknownPropertyMessage[] = "Unknown property \"%s\".";
 const char setPropertyMessage[] = "Can't set property \"%s\"";
 const char rangeMessage[] = "Type error: object \"%s\" of class \"%s\" accepts only values in the following range: %s.";
@@ -38,15 +37,12 @@ const BuiltInProperty builtInProperties[] = {
             return propertyNames(proxy.checkedWidget(nullptr)->metaObject());
         }},
     {"pseudoPropertyNames",
-        [](STWidgetProxy& proxy, const QString&) -> QVariant {
-            return builtInNames() + proxy.pseudoPropertyNames();
-        }},
+        [](STWidgetProxy& proxy, const QString&) -> QVariant { return builtInNames() + proxy.pseudoPropertyNames(); }},
     {"className",
         [](STWidgetProxy& proxy, const QString&) -> QVariant {
             return QString::fromLatin1(proxy.checkedWidget(nullptr)->metaObject()->className());
         }},
-    {"silkClassName",
-        [](STWidgetProxy&, const QString& servedClassName) -> QVariant { return servedClassName; }},
+    {"silkClassName", [](STWidgetProxy&, const QString& servedClassName) -> QVariant { return servedClassName; }},
     {"globalRect",
         [](STWidgetProxy& proxy, const QString&) -> QVariant {
             proxy.prepareWidget();
@@ -109,9 +105,15 @@ void STWidgetProxy::playMouse(
     }
 }
 
-QStringList STWidgetProxy::pseudoPropertyNames() { return QStringList(); }
+QStringList STWidgetProxy::pseudoPropertyNames()
+{
+    return QStringList();
+}
 
-QVariant STWidgetProxy::pseudoProperty(const char*, const QVariant&) { return QVariant(); }
+QVariant STWidgetProxy::pseudoProperty(const char*, const QVariant&)
+{
+    return QVariant();
+}
 
 void STWidgetProxy::bind(QWidget* target, const char* className)
 {
@@ -185,8 +187,8 @@ void STWidgetProxy::typeError(const char* expected)
 {
     const QWidget* target = checkedWidget(nullptr);
     const QString className = QString::fromLatin1(target->metaObject()->className());
-    throw STError(QString::fromLatin1("Type error: object \"%1\" of class \"%2\" accepts ")
-                      .arg(target->objectName(), className)
+    throw STError(
+        QString::fromLatin1("Type error: object \"%1\" of class \"%2\" accepts ").arg(target->objectName(), className)
         + QLatin1String(expected ? expected : "no parameter") + QLatin1Char('.'));
 }
 

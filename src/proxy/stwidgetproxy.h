@@ -53,8 +53,7 @@ protected:
         raiseRangeError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
     }
     // Plays one mouse command at a point in global coordinates; a click turns processEventsEnabled off.
-    void playMouse(
-        MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    void playMouse(MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // The text without its first "&", which marks the keyboard mnemonic.
     static QString stripMnemonic(const QString& text);
     // The centre of a rectangle of the bound widget, in global coordinates.

@@ -12,7 +12,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
 QT = int(os.environ.get("QTDRIVER_QT", "5"))
-DEADLINE = 10.0
+DEADLINE = 20.0
 """Seconds after which a test stops waiting for what must happen."""
 
 
@@ -128,6 +128,11 @@ class HostApp:
         """Has the application run one of its own actions, and waits until it is done."""
         self._tell(f"do {name}")
         self._wait_for_next(f"done {name}")
+
+    def show(self, name, window):
+        """Has the application show a window, by this action, and waits until a user could reach it."""
+        self._tell(f"do {name}")
+        self.wait_until(window, "isActiveWindow", "true")
 
     def start(self, name):
         """Has the application run an action that does not return soon, such as a dialog's exec()."""

@@ -34,15 +34,20 @@ QString mouseText(const char* word, const QObject* object, const QMouseEvent* ev
 {
     return QString::fromLatin1("%1 %2 %3,%4 button %5 buttons %6 modifiers %7")
         .arg(QLatin1String(word), object->objectName())
-        .arg(event->pos().x()).arg(event->pos().y())
-        .arg(int(event->button())).arg(int(event->buttons())).arg(int(event->modifiers()));
+        .arg(event->pos().x())
+        .arg(event->pos().y())
+        .arg(int(event->button()))
+        .arg(int(event->buttons()))
+        .arg(int(event->modifiers()));
 }
 
 QString keyText(const char* word, const QObject* object, const QKeyEvent* event)
 {
     return QString::fromLatin1("%1 %2 %3 '%4' modifiers %5")
         .arg(QLatin1String(word), object->objectName())
-        .arg(event->key()).arg(event->text()).arg(int(event->modifiers()));
+        .arg(event->key())
+        .arg(event->text())
+        .arg(int(event->modifiers()));
 }
 
 } // namespace
@@ -68,6 +73,10 @@ TestHost::TestHost(const QString& library)
     connect(notifier, SIGNAL(activated(int)), SLOT(readRequest()));
     onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
     onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
+    onRequest(QLatin1String("agentState"), [this] {
+        const auto* socket = static_cast<TestClient*>(client);
+        journal(QString::fromLatin1("agent open %1 state %2").arg(socket->isOpen()).arg(socket->state()));
+    });
     onRequest(QLatin1String("deleteAgent"), [this] {
         delete client;
         client = nullptr;
@@ -127,8 +136,8 @@ void TestHost::journalValue(QObject* sender, const char* signal, const QString& 
     });
     const QByteArray signature(signal);
     const char* slot = signature.contains("(bool)") ? SLOT(handleBool(bool))
-        : signature.contains("(int)")              ? SLOT(handleInt(int))
-                                                   : SLOT(handleText(QString));
+        : signature.contains("(int)")               ? SLOT(handleInt(int))
+                                                    : SLOT(handleText(QString));
     connect(sender, signal, handler, slot);
 }
 
@@ -180,11 +189,20 @@ void TestHost::readRequest()
         return;
     }
     pending.append(buffer, static_cast<int>(size));
-    for (int end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
-        const QString request = QString::fromUtf8(pending.left(end).constData());
-        pending.remove(0, end + 1);
-        execute(request);
-    }
+    // Not from here: a request that opens a modal dialog must not keep the notifier from the ones that follow.
+    QMetaObject::invokeMethod(this, "executeRequests", Qt::QueuedConnection);
+}
+
+void TestHost::executeRequests()
+{
+    const int end = pending.indexOf('\n');
+    if (end < 0)
+        return;
+    const QString request = QString::fromUtf8(pending.left(end).constData());
+    pending.remove(0, end + 1);
+    // Before this one, which may not return soon.
+    QMetaObject::invokeMethod(this, "executeRequests", Qt::QueuedConnection);
+    execute(request);
 }
 
 void TestHost::execute(const QString& request)
@@ -214,4 +232,9 @@ QObject* TestHost::find(const QString& objectName) const
             return found;
     }
     return qApp->findChild<QObject*>(objectName);
+}
+
+QWidget* TestHost::findWidget(const QString& objectName) const
+{
+    return qobject_cast<QWidget*>(find(objectName));
 }

@@ -6,7 +6,7 @@
 
 #include <functional>
 
-class QSocketNotifier;
+class QWidget;
 
 // An application to be tested, with two windows of its own onto its state, independent of the agent:
 //   standard output   one line for each thing that happened, as the host's slots report it by journal()
@@ -36,18 +36,22 @@ public:
     // "press edit 10,12 button 1 buttons 1 modifiers 0" or "keypress edit 65 'a' modifiers 0".
     void journalInput(QObject* object);
 
+    // The object with this name; null when there is none.
+    QObject* find(const QString& objectName) const;
+    QWidget* findWidget(const QString& objectName) const;
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
     void readRequest();
+    void executeRequests();
     void loadAgentWhenActive();
     void loadAgent();
 
 private:
     explicit TestHost(const QString& agentLibrary);
     void execute(const QString& request);
-    QObject* find(const QString& objectName) const;
 
     QString agentLibrary;
     QByteArray pending;

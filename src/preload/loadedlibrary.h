@@ -1,0 +1,40 @@
+#pragma once
+
+namespace preload {
+
+// A library that the process has loaded, held while this object lives. It is never loaded by this.
+class LoadedLibrary
+{
+public:
+    // Its path, as pathOf() tells it; null for no library.
+    explicit LoadedLibrary(const char* path);
+    ~LoadedLibrary();
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
+
+    // The path of the loaded library with this file name, null if there is none: "libname.so.5" finds
+    // "libname.so.5.15" too. The text belongs to the loader.
+    static const char* pathOf(const char* fileName);
+
+    // A function of the library or of those that it links; null if there is none.
+    template <typename Function>
+    Function function(const char* symbol) const
+    {
+        return reinterpret_cast<Function>(find(symbol));
+    }
+
+    // The same for a variable. A program that is not position-independent has a library's variables itself.
+    template <typename Type>
+    Type* variable(const char* symbol) const
+    {
+        return static_cast<Type*>(findVariable(symbol));
+    }
+
+private:
+    void* find(const char* symbol) const;
+    void* findVariable(const char* symbol) const;
+
+    void* const handle;
+};
+
+} // namespace preload

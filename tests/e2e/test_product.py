@@ -1,0 +1,32 @@
+"""What the products export and need."""
+
+import os
+import subprocess
+from pathlib import Path
+
+BUILD = Path(os.environ["QTDRIVER_BUILD"])
+
+
+def exported(library):
+    """The names of the symbols that the library defines for others, demangled."""
+    listing = subprocess.run(
+        ["nm", "-D", "--defined-only", "-C", str(BUILD / "lib" / library)],
+        check=True,
+        capture_output=True,
+        text=True,
+    )
+    return [line.split(" ", 2)[2] for line in listing.stdout.splitlines()]
+
+
+def test_the_agent_exports_its_factory_and_its_class_and_nothing_else():
+    names = exported("libqtdriver.so")
+    assert "createTestClient" in names
+    assert "TestClient::TestClient()" in names
+    others = [
+        name
+        for name in names
+        if name != "createTestClient"
+        and not name.startswith("TestClient::")
+        and name not in ("vtable for TestClient", "typeinfo for TestClient", "typeinfo name for TestClient")
+    ]
+    assert others == []

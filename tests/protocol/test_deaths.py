@@ -1,0 +1,81 @@
+"""Widgets, windows and applications that end during a command: one reply or a closed connection, never a crash."""
+
+import pytest
+
+from hostapp import eventually
+
+
+@pytest.fixture
+def app(launch):
+    app = launch("corehost")
+    app.show("showDeadly", "deadly")
+    return app
+
+
+def test_a_button_that_deletes_itself_when_pressed(app):
+    assert app.activate("Deadly", "deleteSelf") == "0,QPushButton"
+    eventually(lambda: app.get("deleteSelf", "text"), "<no object deleteSelf>")
+    assert app.activate("Deadly", "deleteSelf") == "5,Widget (deleteSelf) not found"
+
+
+def test_a_button_that_deletes_itself_within_a_press(app):
+    assert app.mouse("Deadly", "deleteSelf", "MousePress:LeftButton:::") == "0,QPushButton"
+    assert app.get("deleteSelf", "text") == "<no object deleteSelf>"
+    app.mouse("Deadly", "dialog", "MouseRelease:LeftButton:::")
+
+
+def test_a_button_that_deletes_itself_when_clicked(app):
+    assert app.activate("Deadly", "deleteOnClick") == "0,QPushButton"
+    app.wait_for("clicked deleteOnClick")
+    eventually(lambda: app.get("deleteOnClick", "text"), "<no object deleteOnClick>")
+
+
+@pytest.mark.parametrize("name", ["closeWindow", "closeOnPress"])
+def test_a_button_that_deletes_its_window(app, name):
+    assert app.activate("Deadly", name, class_name="QAbstractButton") == "0,QAbstractButton"
+    eventually(lambda: app.request("8,Deadly"), "2,Window (Deadly) not found")
+    assert app.request("8,Editor") == "0,Editor"
+
+
+def test_a_window_that_is_deleted_within_a_press(app):
+    assert app.mouse("Deadly", "closeOnPress", "MousePress:LeftButton:::") == "0,QPushButton"
+    assert app.request("8,Deadly") == "2,Window (Deadly) not found"
+
+
+def test_a_window_that_is_deleted_when_the_mouse_moves_within_a_drag(app):
+    app.do("dieOnMove")
+    app.mouse("Deadly", "mover", "MousePress:LeftButton:0.1:0.1:")
+    assert app.mouse("Deadly", "mover", "MouseMove::0.9:0.9:") == "0,QWidget"
+    assert app.request("8,Deadly") == "2,Window (Deadly) not found"
+    app.mouse("Editor", "canvas", "MouseRelease:LeftButton:::")
+
+
+def test_a_window_that_is_deleted_when_it_is_activated(app):
+    app.do("dieOnActivate")
+    app.show("showNames", "names")
+    reply = app.activate("Deadly", "quit")
+    assert reply in ("8,Exception : Internal error, proxy without widget", "0,QPushButton")
+    eventually(lambda: app.request("8,Deadly"), "2,Window (Deadly) not found")
+
+
+def test_an_application_that_quits(app):
+    assert app.activate("Deadly", "quit") == "0,QPushButton"
+    assert app.read_line() is None
+    assert app.process.wait(10) == 0
+
+
+def test_an_application_that_exits_at_once(app):
+    app.send(b"5,Deadly,exit,,,\n")
+    assert app.read_line() in ("0,QPushButton", None)
+    assert app.process.wait(10) == 7
+
+
+def test_the_server_goes_while_a_command_runs(app):
+    app.send(b"5,Deadly,dialog,,,\n")
+    app.socket.close()
+    app._reader.close()
+    app.wait_until("dialog1", "visible", "true")
+    app.do("agentState")
+    eventually(lambda: (app.do("agentState"), app.journal[-1])[1], "agent open 0 state 0")
+    app.start("quit")
+    assert app.process.wait(10) == 0

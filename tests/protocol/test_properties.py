@@ -1,0 +1,84 @@
+"""The properties that every widget has."""
+
+import pytest
+
+
+@pytest.fixture
+def app(launch):
+    return launch("corehost")
+
+
+def test_a_plain_widget_has_exactly_the_built_in_pseudo_properties(app):
+    names = ["propertyNames", "pseudoPropertyNames", "className", "silkClassName", "globalRect"]
+    assert app.read("Editor", "canvas", "pseudoPropertyNames") == "0,l:" + "".join(
+        "\f" + name for name in names
+    )
+
+
+def test_a_button_adds_its_text(app):
+    assert app.read("Editor", "twin", "pseudoPropertyNames").endswith("\fglobalRect\ftext")
+
+
+def test_all_qt_properties_are_named_inherited_ones_first(app):
+    names = app.read("Editor", "canvas", "propertyNames").split("\f")
+    assert names[:2] == ["0,l:", "objectName"]
+    assert names[-4:] == ["level", "options", "alignment", "orientation"]
+
+
+def test_every_named_property_answers_something(app):
+    for name in app.read("Editor", "twin", "propertyNames").split("\f")[1:]:
+        reply = app.read("Editor", "twin", name)
+        assert reply.startswith(("0,", "u:", "8,Property type", "8,Unknown property type")), (name, reply)
+
+
+def test_the_global_rectangle_is_in_screen_coordinates_and_prepares_the_window(app):
+    app.show("showNames", "names")
+    left, top, right, bottom = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(","))
+    assert (right - left + 1, bottom - top + 1) == (200, 100)
+    app.wait_until("main", "isActiveWindow", "true")
+    app.request("4,Editor,canvas")
+    app.do("reportCursor")
+    assert app.journal[-1] == f"cursor {left},{top}"
+
+
+def test_other_properties_prepare_nothing(app):
+    app.show("showNames", "names")
+    assert app.read("Editor", "canvas", "className") == "u:ValueWidget"
+    assert app.get("names", "isActiveWindow") == "true"
+
+
+def test_built_in_names_win_over_properties_of_the_same_name(app):
+    app.do("shadowClassName")
+    assert app.read("Editor", "canvas", "className") == "u:ValueWidget"
+
+
+@pytest.mark.parametrize("name", ["nothing", "classname", "pseudopropertynames"])
+def test_an_unknown_property_is_an_error(app, name):
+    assert app.read("Editor", "canvas", name) == f'8,Exception : Unknown property "{name}".'
+
+
+@pytest.mark.parametrize("argument", ["s:x", "x", "", "b:true"])
+def test_an_argument_that_a_property_does_not_use_is_ignored(app, argument):
+    assert app.read("Editor", "twin", "text", argument) == "u:twin"
+
+
+def test_a_minimised_window_is_shown_for_real_input(app):
+    app.do("minimizeMain")
+    app.wait_until("main", "minimized", "true")
+    app.mouse("Editor", "canvas", "")
+    app.wait_until("main", "minimized", "false")
+
+
+def test_a_window_partly_off_the_screen_is_moved_onto_it(app):
+    app.do("moveMainOffScreen")
+    app.wait_until("main", "x", app.get("main", "x"))
+    app.mouse("Editor", "canvas", "")
+    app.wait_until("main", "pos", app.get("main", "pos"))
+    left, top = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(",")[:2])
+    assert left >= 0 and top >= 0
+
+
+def test_a_widget_on_the_screen_leaves_its_window_where_it_is(app):
+    before = app.get("main", "geometry")
+    app.mouse("Editor", "canvas", "")
+    assert app.get("main", "geometry") == before

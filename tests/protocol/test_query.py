@@ -1,0 +1,150 @@
+"""What is under the cursor, where a widget is, where a tray icon is."""
+
+import re
+
+import pytest
+
+from hostapp import QT, eventually
+
+
+@pytest.fixture
+def app(launch):
+    return launch("corehost")
+
+
+def hexed_title(title):
+    return title.encode().hex()
+
+
+def point_at(app, window, path, position="0.5:0.5"):
+    """Moves the real cursor onto a widget."""
+    assert app.mouse(window, path, f"MouseMove::{position}:").startswith("0,")
+
+
+def test_no_widget_under_the_cursor(app):
+    app.do("cursorToEmptyDesktop")
+    assert app.request("3") == "?,,,,"
+
+
+def test_a_named_widget_is_told_with_its_path_and_window(app):
+    app.request("4,Editor,a/ok")
+    reply = f"?,QPushButton,2,2,main/central/a/ok,main,{hexed_title('Editor')}"
+    assert app.request("3") == reply
+
+
+def test_hidden_namesakes_are_counted_apart(app):
+    app.request("4,Editor,twin")
+    assert app.request("3") == f"?,QPushButton,2,1,main/central/twin,main,{hexed_title('Editor')}"
+
+
+def test_a_window_is_its_own_path(app):
+    app.show("showFrameless", "frameless")
+    point_at(app, "Frameless", "frameless")
+    assert app.request("3") == f"?,QWidget,1,1,frameless,frameless,{hexed_title('Frameless')}"
+
+
+@pytest.mark.parametrize("name, served", [("spin", "QSpinBox"), ("tree", "QTreeView"), ("list", "QListView")])
+def test_an_inner_part_is_told_as_its_composite(app, name, served):
+    app.show("showViews", "views")
+    point_at(app, "Views", name, "0.3:0.5")
+    fields = app.request("3").split(",")
+    assert fields[4] == f"views/{name}"
+    assert fields[2:4] == ["1", "1"]
+    assert app.read("Views", name, "silkClassName") == f"u:{fields[1]}"
+    assert fields[1] in (served, "QAbstractItemView", "QWidget")
+
+
+def test_the_area_of_a_text_edit_is_told_as_the_text_edit(app):
+    app.show("showViews", "views")
+    point_at(app, "Views", "text")
+    assert app.request("3").split(",")[4] == "views/text"
+
+
+def test_the_button_of_a_tool_box_is_told_as_the_tool_box(app):
+    app.show("showViews", "views")
+    point_at(app, "Views", "toolbox", "0.5:0.05")
+    assert app.request("3").split(",")[4] == "views/toolbox"
+
+
+def test_an_unnamed_widget_is_counted_among_all_unnamed_ones(app):
+    app.show("showUnnamed", "several")
+    app.do("cursorToUnnamed")
+    assert app.request("3") == f"?,QLabel,2,2,several/unnamed,several,{hexed_title('Several')}"
+
+
+def test_an_unnamed_modal_window_is_told_as_the_active_modal_widget(app):
+    app.do("openUntitledDialog")
+    app.wait_until("label", "visible", "true")
+    eventually(lambda: app.mouse("Widget:ActiveModalWidget", "label", "MouseMove::0.5:0.5:"), "0,QLabel")
+    assert app.request("3") == "?,QLabel,1,1,unnamed/label,ActiveModalWidget,"
+
+
+def test_arguments_make_it_another_command(app):
+    assert app.request("3,x") == "8,Command not found"
+
+
+def test_locating_a_widget_puts_the_cursor_on_its_top_left_corner(app):
+    app.show("showNames", "names")
+    assert app.request("4,Editor,edit") == "0,QLineEdit"
+    app.wait_until("main", "isActiveWindow", "true")
+    app.do("reportCursor")
+    corner = re.fullmatch(r"0,r:(-?\d+),(-?\d+),.*", app.read("Editor", "edit", "globalRect"))
+    assert app.journal[-1] == f"cursor {corner.group(1)},{corner.group(2)}"
+
+
+@pytest.mark.parametrize(
+    "path, reply",
+    [
+        ("a/ok", "0,QPushButton"),
+        ("main", "0,QMainWindow"),
+        ("outer//deep", "0,QPushButton"),
+        ("twin", "0,QPushButton"),
+        ("ok", "7,Widget (ok) visible,2"),
+        ("gone", "6,Widget (gone) not visible"),
+        ("x/ok", "5,Widget (x/ok) not found"),
+        ("nothing", "5,Widget (nothing) not found"),
+        ("ActivePopupWidget", "5,Widget (ActivePopupWidget) not found"),
+        ("FocusWidget", "5,Widget (FocusWidget) not found"),
+    ],
+)
+def test_a_path_is_located(app, path, reply):
+    assert app.request(f"4,Editor,{path}") == reply
+
+
+def test_locating_knows_object_names_only(app):
+    app.show("showNames", "names")
+    path = "Cancel_dialog_button"
+    assert app.request(f"4,Names,{path}") == f"5,Widget ({path}) not found"
+
+
+def test_locating_finds_unnamed_widgets(app):
+    app.show("showUnnamed", "several")
+    assert app.request("4,Single,unnamed") == "0,QLabel"
+    assert app.request("4,Several,unnamed") == "7,Widget (unnamed) visible,2"
+
+
+def test_locating_works_behind_a_modal_dialog(app):
+    app.show("openDialog", "dialog1")
+    assert app.request("4,Editor,edit") == "0,QLineEdit"
+    app.activate("Save", "accept")
+    app.wait_for("dialog result 1")
+
+
+def test_tray_icons_by_name(app):
+    assert app.request("12,,tray") == "2,Object (tray) not found"
+    app.do("addTrayIcons")
+    assert app.request("12,ignored,tray") == "6,Object (tray) not visible"
+    assert app.request("12,,double") == "7,Object (double) visible,2"
+    assert app.request("12,,nothing") == "2,Object (nothing) not found"
+    assert app.request("12") == "2,Object () not found"
+
+
+def test_a_tray_icon_without_a_known_place_has_no_rectangle(app):
+    # There is no system tray on this desktop. Qt 4 has a place for the icon all the same.
+    app.do("addTrayIcons")
+    app.do("reportTrayIcon")
+    left, top, right, bottom = map(int, app.journal[-1].split(" ")[1].split(","))
+    known = left <= right and top <= bottom
+    assert known == (QT == 4)
+    expected = f"0,r:{left},{top},{right},{bottom}" if known else "8,Exception : Rectangle not defined"
+    assert app.request("12,,shown") == expected

@@ -1,0 +1,89 @@
+#include "proxy/sterror.h"
+
+#include <QtTest>
+
+class tst_STError : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void argumentsFillTheirConversions();
+    void doubledPercentSignsBecomeOne();
+    void conversionsWithoutArgumentStayAsWritten_data();
+    void conversionsWithoutArgumentStayAsWritten();
+    void longMessagesAreCut();
+    void textsOfArgumentsAreNoFormats();
+    void errorsAreCopied();
+};
+
+namespace {
+
+QString latin1(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+template <class Raise>
+QString messageOf(Raise raise)
+{
+    try {
+        raise();
+    } catch (const STError& error) {
+        return error.message;
+    }
+    return latin1("nothing was raised");
+}
+
+} // namespace
+
+void tst_STError::argumentsFillTheirConversions()
+{
+    QCOMPARE(messageOf([] { raiseError("[%d, %d] in \"%s\"", -1, 2147483647, "name"); }),
+        latin1("[-1, 2147483647] in \"name\""));
+    QCOMPARE(messageOf([] { raiseError("%s", QString(QChar(0xe9))); }), QString(QChar(0xe9)));
+}
+
+void tst_STError::doubledPercentSignsBecomeOne()
+{
+    QCOMPARE(messageOf([] { raiseError("100%% of %s, %%d", "it"); }), latin1("100% of it, %d"));
+    QCOMPARE(messageOf([] { raiseError(latin1("a%%b%%%%")); }), latin1("a%b%%"));
+}
+
+void tst_STError::conversionsWithoutArgumentStayAsWritten_data()
+{
+    QTest::addColumn<QString>("format");
+    const char* const formats[] = {"%s", "%d", "%n", "%999999d", "%*d", "%", "a%", "%%%s", "%hhn", "%1$s"};
+    for (const char* format : formats)
+        QTest::newRow(format) << latin1(format);
+}
+
+void tst_STError::conversionsWithoutArgumentStayAsWritten()
+{
+    QFETCH(QString, format);
+    QString expected = format;
+    QCOMPARE(messageOf([&] { raiseError(format); }), expected.replace(latin1("%%"), latin1("%")));
+}
+
+void tst_STError::longMessagesAreCut()
+{
+    const QString longText(3000, QLatin1Char('x'));
+    QCOMPARE(messageOf([&] { raiseError(longText); }), longText.left(2047));
+    QCOMPARE(messageOf([&] { raiseError("ab%s", longText); }), latin1("ab") + longText.left(2045));
+    const QString exact(2047, QLatin1Char('y'));
+    QCOMPARE(messageOf([&] { raiseError(exact); }), exact);
+}
+
+void tst_STError::textsOfArgumentsAreNoFormats()
+{
+    QCOMPARE(messageOf([] { raiseError("<%s|%s>", "%s%%", "%d"); }), latin1("<%s%%|%d>"));
+}
+
+void tst_STError::errorsAreCopied()
+{
+    const STError error(latin1("text"));
+    const STError copy(error);
+    QCOMPARE(copy.message, error.message);
+}
+
+QTEST_APPLESS_MAIN(tst_STError)
+#include "tst_sterror.moc"

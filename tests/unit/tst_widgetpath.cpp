@@ -1,0 +1,190 @@
+#include "identify/widgetpath.h"
+
+#include "identify/widgetlookup.h"
+#include "identify/widgettree.h"
+
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTextStream>
+#include <QToolButton>
+#include <QtTest>
+
+class tst_WidgetPath : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void searchName_data();
+    void searchName();
+    void checkPath_data();
+    void checkPath();
+    void candidatesComeInChildOrderAndTheWindowLast();
+    void anEmptyNameThatWasSetTurnsDerivedNamesOff();
+    void theLastVisibleWidgetIsTheOneThatCounts();
+    void aWidgetWithoutChildrenIsOneRecord();
+    void theTreeListsHiddenAndUnnamedWidgets();
+    void namesAreWrittenAsTheyStand();
+};
+
+namespace {
+
+QString latin1(const char* text)
+{
+    return QString::fromLatin1(text);
+}
+
+template <class Widget>
+Widget* named(Widget* widget, const char* name)
+{
+    widget->setObjectName(latin1(name));
+    return widget;
+}
+
+QString treeOf(const QWidget& widget)
+{
+    QString text;
+    QTextStream stream(&text);
+    widgetTree(&widget, 0, stream);
+    stream.flush();
+    return text;
+}
+
+} // namespace
+
+void tst_WidgetPath::searchName_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("one element") << QString::fromLatin1("ok") << QString::fromLatin1("ok");
+    QTest::newRow("last of several") << QString::fromLatin1("a/b/ok") << QString::fromLatin1("ok");
+    QTest::newRow("unnamed") << QString::fromLatin1("a/unnamed") << QString::fromLatin1("");
+    QTest::newRow("empty") << QString::fromLatin1("") << QString::fromLatin1("");
+    QTest::newRow("slash at the end") << QString::fromLatin1("a/") << QString::fromLatin1("");
+}
+
+void tst_WidgetPath::searchName()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, name);
+    QCOMPARE(::searchName(splitPath(path)), name);
+    QVERIFY(!::searchName(splitPath(path)).isNull());
+    QVERIFY(!::searchName(splitPath(QString())).isNull());
+}
+
+void tst_WidgetPath::checkPath_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("fits");
+    // The chain is main > a > unnamed > b > ok, with the window "main" itself in a widget "outer".
+    QTest::newRow("name") << QString::fromLatin1("ok") << true;
+    QTest::newRow("parent") << QString::fromLatin1("b/ok") << true;
+    QTest::newRow("unnamed level") << QString::fromLatin1("unnamed/b/ok") << true;
+    QTest::newRow("full path") << QString::fromLatin1("main/a/unnamed/b/ok") << true;
+    QTest::newRow("gap") << QString::fromLatin1("a//ok") << true;
+    QTest::newRow("gap of no level") << QString::fromLatin1("b//ok") << true;
+    QTest::newRow("gap to the window") << QString::fromLatin1("main//ok") << true;
+    QTest::newRow("wide gap") << QString::fromLatin1("main////ok") << true;
+    QTest::newRow("two gaps") << QString::fromLatin1("main//a//ok") << true;
+    QTest::newRow("leading gap") << QString::fromLatin1("/ok") << true;
+    QTest::newRow("leading gap and parent") << QString::fromLatin1("//b/ok") << true;
+    QTest::newRow("only gaps") << QString::fromLatin1("//") << true;
+    QTest::newRow("empty") << QString::fromLatin1("") << true;
+    QTest::newRow("gap at the end") << QString::fromLatin1("b//") << true;
+    QTest::newRow("level left out") << QString::fromLatin1("a/ok") << false;
+    QTest::newRow("no such ancestor") << QString::fromLatin1("x//ok") << false;
+    QTest::newRow("above the window") << QString::fromLatin1("outer/main/a/unnamed/b/ok") << false;
+    QTest::newRow("gap above the window") << QString::fromLatin1("outer//ok") << false;
+    QTest::newRow("other name") << QString::fromLatin1("OK") << false;
+    QTest::newRow("wrong order") << QString::fromLatin1("b//a//ok") << false;
+}
+
+void tst_WidgetPath::checkPath()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, fits);
+    QWidget outer;
+    named(&outer, "outer");
+    auto* window = named(new QWidget(&outer), "main");
+    auto* a = named(new QWidget(window), "a");
+    auto* unnamedLevel = new QWidget(a);
+    auto* b = named(new QWidget(unnamedLevel), "b");
+    const auto* ok = named(new QWidget(b), "ok");
+    QCOMPARE(::checkPath(ok, window, splitPath(path)), fits);
+}
+
+void tst_WidgetPath::candidatesComeInChildOrderAndTheWindowLast()
+{
+    QWidget window;
+    const char* const name = "Go_dialog_button";
+    named(&window, name);
+    auto* first = new QWidget(&window);
+    auto* inFirst = named(new QWidget(first), name);
+    auto* derived = new QPushButton(latin1("&Go"), &window);
+    auto* second = named(new QLabel(&window), name);
+    QList<QWidget*> found;
+    widgetList(found, &window, latin1(name));
+    QCOMPARE(found, QList<QWidget*>() << inFirst << second << derived << &window);
+    widgetList(found, &window, latin1("nothing"));
+    QVERIFY(found.isEmpty());
+}
+
+void tst_WidgetPath::anEmptyNameThatWasSetTurnsDerivedNamesOff()
+{
+    QWidget window;
+    named(&window, "window");
+    auto* button = named(new QPushButton(latin1("Go"), &window), "");
+    if (button->objectName().isNull())
+        return; // Qt 6 does not tell an empty name from none
+    QList<QWidget*> found;
+    widgetList(found, &window, latin1("Go_dialog_button"));
+    QVERIFY(found.isEmpty());
+    QCOMPARE(::searchName(splitPath(latin1("unnamed"))), latin1(""));
+    widgetList(found, &window, latin1(""));
+    QCOMPARE(found, QList<QWidget*>() << button);
+}
+
+void tst_WidgetPath::theLastVisibleWidgetIsTheOneThatCounts()
+{
+    QWidget window;
+    auto* shown = named(new QLabel(&window), "twin");
+    named(new QLabel(&window), "twin")->hide();
+    window.show();
+    const WidgetLookup one = findWidget(&window, splitPath(latin1("twin")));
+    QCOMPARE(one.error, NoError);
+    QVERIFY(one.widget == shown);
+    named(new QLabel(&window), "twin")->show();
+    const WidgetLookup two = findWidget(&window, splitPath(latin1("twin")));
+    QCOMPARE(two.error, WidgetAmbiguousError);
+    QCOMPARE(two.visibleCount, 2);
+}
+
+void tst_WidgetPath::aWidgetWithoutChildrenIsOneRecord()
+{
+    QWidget window;
+    QCOMPARE(treeOf(window), latin1("\f0 N QWidget : \"\""));
+}
+
+void tst_WidgetPath::theTreeListsHiddenAndUnnamedWidgets()
+{
+    QWidget window;
+    named(&window, "main");
+    auto* button = named(new QPushButton(&window), "ok");
+    new QLineEdit(button);
+    new QObject(&window);
+    (new QLabel(&window))->hide();
+    window.show();
+    QCOMPARE(treeOf(window),
+        latin1("\f0 V QWidget : \"main\"\f1 V QPushButton : \"ok\"\f2 V QLineEdit : \"\"\f1 N QLabel : \"\""));
+}
+
+void tst_WidgetPath::namesAreWrittenAsTheyStand()
+{
+    QWidget window;
+    named(&window, "a\"b\nc");
+    QCOMPARE(treeOf(window), latin1("\f0 N QWidget : \"a\"b\nc\""));
+}
+
+QTEST_MAIN(tst_WidgetPath)
+#include "tst_widgetpath.moc"

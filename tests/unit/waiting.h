@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtTest>
+
+// Processes events until the condition holds; false when it does not within five seconds.
+template <class Condition>
+bool becomesTrue(Condition condition)
+{
+    const int deadlineMilliseconds = 5000;
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > deadlineMilliseconds)
+            return false;
+        QTest::qWait(5);
+    }
+    return true;
+}
