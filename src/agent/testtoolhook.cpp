@@ -43,8 +43,7 @@ qint32 initializeWrapper(const QString& prefix)
     QLibrary wrapper(libraryPath(prefix, "squishqtwrapper"));
     if (!wrapper.load())
         return 0;
-    const auto initialize
-        = reinterpret_cast<InitializeHook>(wrapper.resolve("qtwrapper_initialize_builtin_hook"));
+    const auto initialize = reinterpret_cast<InitializeHook>(wrapper.resolve("qtwrapper_initialize_builtin_hook"));
     for (int port = firstPort; initialize && port <= lastPort; ++port) {
         if (initialize(port))
             return port;

@@ -39,8 +39,8 @@ QPoint groupBoxClickPosition(const QWidget* groupBox)
         return noPosition;
     QStyleOptionGroupBox option;
     option.initFrom(groupBox);
-    return centerOf(groupBox->style()->subControlRect(
-        QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, groupBox));
+    return centerOf(
+        groupBox->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, groupBox));
 }
 
 QPoint radioButtonClickPosition(const QWidget* radioButton)
@@ -50,8 +50,7 @@ QPoint radioButtonClickPosition(const QWidget* radioButton)
     // A group box's option, on purpose: without a button's text the style answers with the indicator.
     QStyleOptionGroupBox option;
     option.initFrom(radioButton);
-    return centerOf(
-        radioButton->style()->subElementRect(QStyle::SE_RadioButtonClickRect, &option, radioButton));
+    return centerOf(radioButton->style()->subElementRect(QStyle::SE_RadioButtonClickRect, &option, radioButton));
 }
 
 } // namespace LmSquishProxy

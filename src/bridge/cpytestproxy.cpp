@@ -37,7 +37,8 @@ WidgetLookup lookUp(const QString& windowName, const QStringList& path, bool che
 
 CPyTestProxy::CPyTestProxy(const char* objectName)
     : CSquishProxy(objectName)
-{ }
+{
+}
 
 QWidget* CPyTestProxy::getWidget(const QString& p_cap, const QString& p_path, bool checkModality)
 {

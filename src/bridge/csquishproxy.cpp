@@ -43,8 +43,8 @@ bool CSquishProxy::event(QEvent* event)
     }
 }
 
-QWidget* CSquishProxy::findWidgetByHierarchicalName(const QStringList& hierarchicalName,
-    const QString& windowTitle, QWidget* pWindow, bool bOnlyVisible, bool bWildCardWindowTitle)
+QWidget* CSquishProxy::findWidgetByHierarchicalName(const QStringList& hierarchicalName, const QString& windowTitle,
+    QWidget* pWindow, bool bOnlyVisible, bool bWildCardWindowTitle)
 {
     lastError = SearchError::None;
     HierarchicalQuery query;

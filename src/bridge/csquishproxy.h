@@ -27,9 +27,8 @@ public Q_SLOTS:
     // The one widget with the hierarchical name, below the window or below any; null, and getLastError() says
     // why, when there is not exactly one. A null title is any title. Throws std::logic_error on an internal
     // fault only.
-    QWidget* findWidgetByHierarchicalName(const QStringList& hierarchicalName,
-        const QString& windowTitle = QString(), QWidget* pWindow = nullptr, bool bOnlyVisible = true,
-        bool bWildCardWindowTitle = false);
+    QWidget* findWidgetByHierarchicalName(const QStringList& hierarchicalName, const QString& windowTitle = QString(),
+        QWidget* pWindow = nullptr, bool bOnlyVisible = true, bool bWildCardWindowTitle = false);
     // How the last findWidgetByHierarchicalName() or findTrayIcon() ended, of whichever object: "NoError",
     // "WidgetAmbiguousError", "WidgetNotFoundError" or "InvalidWidgetPath".
     QString getLastError();

@@ -26,7 +26,8 @@ public:
         : title(query.windowTitle)
         , pattern(query.windowTitle, Qt::CaseSensitive, QRegExp::WildcardUnix)
         , isPattern(query.wildcardTitle)
-    { }
+    {
+    }
 
     bool fits(const QWidget* window) const
     {
@@ -143,8 +144,8 @@ HierarchicalMatch descend(QWidget* widget, int levels)
 
 QString searchErrorName(SearchError error)
 {
-    static const char* const names[] = {"NoError", "WidgetAmbiguousError", "WidgetNotFoundError",
-        "WidgetNotVisibleError", "InvalidWidgetPath"};
+    static const char* const names[]
+        = {"NoError", "WidgetAmbiguousError", "WidgetNotFoundError", "WidgetNotVisibleError", "InvalidWidgetPath"};
     return QString::fromLatin1(names[static_cast<int>(error)]);
 }
 

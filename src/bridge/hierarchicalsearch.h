@@ -8,8 +8,7 @@ class QWidget;
 namespace LmSquishProxy {
 
 // How a search of the bridge ended. The numbers are the positions of the names that scripts see.
-enum class SearchError
-{
+enum class SearchError {
     None = 0,
     WidgetAmbiguous = 1,
     WidgetNotFound = 2,

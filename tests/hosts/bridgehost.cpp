@@ -54,8 +54,7 @@ void journalChildEnvironment(TestHost& host)
     QProcess child;
     child.start(QLatin1String("printenv"), QStringList() << QLatin1String("SQUISH_PREFIX"));
     child.waitForFinished();
-    host.journal(
-        QLatin1String("child environment ") + QString::fromUtf8(child.readAllStandardOutput()).trimmed());
+    host.journal(QLatin1String("child environment ") + QString::fromUtf8(child.readAllStandardOutput()).trimmed());
 }
 
 void build(TestHost& host)

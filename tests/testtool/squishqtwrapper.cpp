@@ -26,8 +26,7 @@ void callScriptObject(const QString& path)
     QWidget* widget = nullptr;
     const bool called = QMetaObject::invokeMethod(scriptObject(), "getWidget", Q_RETURN_ARG(QWidget*, widget),
         Q_ARG(QString, QString::fromLatin1("Bridge")), Q_ARG(QString, path));
-    std::printf(
-        "wrapper called %d found %s\n", called, widget ? widget->metaObject()->className() : "nothing");
+    std::printf("wrapper called %d found %s\n", called, widget ? widget->metaObject()->className() : "nothing");
 }
 
 } // namespace

@@ -32,8 +32,7 @@ const Slot squishProxySlots[] = {
         "hierarchicalName,windowTitle,pWindow,bOnlyVisible,bWildCardWindowTitle"},
     {"findWidgetByHierarchicalName(QStringList,QString,QWidget*,bool)", "QWidget*",
         "hierarchicalName,windowTitle,pWindow,bOnlyVisible"},
-    {"findWidgetByHierarchicalName(QStringList,QString,QWidget*)", "QWidget*",
-        "hierarchicalName,windowTitle,pWindow"},
+    {"findWidgetByHierarchicalName(QStringList,QString,QWidget*)", "QWidget*", "hierarchicalName,windowTitle,pWindow"},
     {"findWidgetByHierarchicalName(QStringList,QString)", "QWidget*", "hierarchicalName,windowTitle"},
     {"findWidgetByHierarchicalName(QStringList)", "QWidget*", "hierarchicalName"},
     {"getLastError()", "QString", ""},
@@ -88,7 +87,8 @@ private Q_SLOTS:
     void faultOfAQueuedCallStaysOutOfTheEventLoop();
 
 private:
-    template <int count> void compareSlots(const QMetaObject& metaObject, const Slot (&expected)[count]);
+    template <int count>
+    void compareSlots(const QMetaObject& metaObject, const Slot (&expected)[count]);
 };
 
 template <int count>
@@ -147,11 +147,10 @@ void tst_BridgeSlots::callsWithFewerArgumentsUseTheDefaults()
     const auto find = [&proxy](const QString& title, bool withTitle) {
         QWidget* found = nullptr;
         const QStringList name = hierarchicalName("window");
-        const bool called = withTitle
-            ? QMetaObject::invokeMethod(&proxy, "findWidgetByHierarchicalName", Q_RETURN_ARG(QWidget*, found),
-                Q_ARG(QStringList, name), Q_ARG(QString, title))
-            : QMetaObject::invokeMethod(&proxy, "findWidgetByHierarchicalName", Q_RETURN_ARG(QWidget*, found),
-                Q_ARG(QStringList, name));
+        const bool called = withTitle ? QMetaObject::invokeMethod(&proxy, "findWidgetByHierarchicalName",
+                                Q_RETURN_ARG(QWidget*, found), Q_ARG(QStringList, name), Q_ARG(QString, title))
+                                      : QMetaObject::invokeMethod(&proxy, "findWidgetByHierarchicalName",
+                                          Q_RETURN_ARG(QWidget*, found), Q_ARG(QStringList, name));
         return called ? found : nullptr;
     };
     QVERIFY(!find(QString(), false)); // only visible widgets
@@ -198,8 +197,8 @@ void tst_BridgeSlots::faultReachesACallerThatCanCatchIt()
     QWidget* found = &proxy;
     try {
         QMetaObject::invokeMethod(&proxy, "findWidgetByHierarchicalName", Qt::DirectConnection,
-            Q_RETURN_ARG(QWidget*, found), Q_ARG(QStringList, hierarchicalName("any")),
-            Q_ARG(QString, QString()), Q_ARG(QWidget*, nullptr), Q_ARG(bool, false));
+            Q_RETURN_ARG(QWidget*, found), Q_ARG(QStringList, hierarchicalName("any")), Q_ARG(QString, QString()),
+            Q_ARG(QWidget*, nullptr), Q_ARG(bool, false));
     } catch (const std::logic_error& error) {
         text = error.what();
     }
@@ -216,8 +215,8 @@ void tst_BridgeSlots::faultOfAQueuedCallStaysOutOfTheEventLoop()
     window.show();
     FaultyProvider provider;
     LmSquishProxy::setNameProvider(&provider);
-    QMetaObject::invokeMethod(&proxy, "findWidgetByHierarchicalName", Qt::QueuedConnection,
-        Q_ARG(QStringList, hierarchicalName("any")));
+    QMetaObject::invokeMethod(
+        &proxy, "findWidgetByHierarchicalName", Qt::QueuedConnection, Q_ARG(QStringList, hierarchicalName("any")));
     QVERIFY(provider.calls == 0);
     bool thrown = false;
     try {

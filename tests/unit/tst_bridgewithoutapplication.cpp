@@ -29,7 +29,8 @@ class tst_BridgeWithoutApplication : public QObject
 public:
     explicit tst_BridgeWithoutApplication(const QString& toolPrefix)
         : prefix(toolPrefix)
-    { }
+    {
+    }
 
 private Q_SLOTS:
     void nothingIsFound();

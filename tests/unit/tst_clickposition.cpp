@@ -34,8 +34,8 @@ public:
         return answer;
     }
 
-    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl subControl,
-        const QWidget*) const override
+    QRect subControlRect(
+        ComplexControl control, const QStyleOptionComplex* option, SubControl subControl, const QWidget*) const override
     {
         askedFor = control == CC_GroupBox ? int(subControl) : -1;
         optionType = option->type;

@@ -1,7 +1,7 @@
 // Which dock widgets scripts see as active: docked, behind tabs, floating and hidden ones.
 
-#include "bridge/csquishproxy.h"
 #include "activewindow.h"
+#include "bridge/csquishproxy.h"
 
 #include <QtTest/QtTest>
 
@@ -58,8 +58,7 @@ void tst_DockWidgets::tabify(QDockWidget* first, QDockWidget* second)
 {
     main->tabifyDockWidget(first, second);
     first->raise();
-    QVERIFY(
-        becomesTrue([=] { return proxy->isDockWidgetActive(first) && !proxy->isDockWidgetActive(second); }));
+    QVERIFY(becomesTrue([=] { return proxy->isDockWidgetActive(first) && !proxy->isDockWidgetActive(second); }));
 }
 
 void tst_DockWidgets::init()
@@ -111,8 +110,7 @@ void tst_DockWidgets::raisingATabMakesItTheActiveSibling()
     main->tabifyDockWidget(right, behind);
     tabify(right, left);
     behind->raise();
-    QVERIFY(
-        becomesTrue([this] { return proxy->isDockWidgetActive(behind) && !proxy->isDockWidgetActive(right); }));
+    QVERIFY(becomesTrue([this] { return proxy->isDockWidgetActive(behind) && !proxy->isDockWidgetActive(right); }));
     QCOMPARE(proxy->getActivatedSiblingDockWidget(left), static_cast<QWidget*>(behind));
     QCOMPARE(proxy->getActivatedSiblingDockWidget(right), static_cast<QWidget*>(behind));
 }

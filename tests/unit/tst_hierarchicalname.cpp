@@ -104,8 +104,7 @@ void tst_HierarchicalName::ancestorsOfNestedWidgets()
 
 void tst_HierarchicalName::gapNeedsALevelToSkipAndOneToMatch()
 {
-    QVERIFY(
-        !ancestorsFit(frame, hierarchicalName("nothing/*/frame"), 1)); // main is skipped, then none is left
+    QVERIFY(!ancestorsFit(frame, hierarchicalName("nothing/*/frame"), 1)); // main is skipped, then none is left
     QVERIFY(!ancestorsFit(main, hierarchicalName("nothing/*/main"), 1)); // none to skip
     QVERIFY(!ancestorsFit(main, hierarchicalName("*/*/main"), 1));
     QVERIFY(ancestorsFit(main, hierarchicalName("*/main"), 0));

@@ -1,7 +1,7 @@
 // The search by window name and widget path that scripts call, and its own error.
 
-#include "bridge/cpytestproxy.h"
 #include "activewindow.h"
+#include "bridge/cpytestproxy.h"
 
 #include <QtTest/QtTest>
 
