@@ -2,6 +2,7 @@
 
 #include "agent/buildtag.h"
 #include "agent/commands.h"
+#include "agent/testtoolhook.h"
 #include "compat/platform.h"
 #include "compat/widgets.h"
 #include "proxy/stapplicationproxy.h"
@@ -25,6 +26,9 @@ TestClient::TestClient()
     connect(this, SIGNAL(readyRead()), SLOT(socketReadyRead()));
     connect(this, compat::socketErrorSignal(), SLOT(socketError(QAbstractSocket::SocketError)));
     buildTag = composeBuildTag();
+    const TestToolHook hook = prepareTestToolHook(buildTag);
+    hookPort = hook.port;
+    scriptProxy = hook.scriptProxy;
     setProxy(QNetworkProxy::NoProxy); // an application's proxy is no way to the local host
     connectToHost(QHostAddress(QHostAddress::LocalHost), serverPort);
     applicationProxy = new STApplicationProxy; // never deleted, see ~TestClient()

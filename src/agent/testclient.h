@@ -38,6 +38,7 @@ private:
     STApplicationProxy* applicationProxy = nullptr;
     // -1: no hook of an outside tool; 0: its library is loaded; else the port on which it listens.
     qint32 hookPort = -1;
+    // Not the agent's: it outlives the agent, and is deleted when the application quits.
     LmSquishProxy::CPyTestProxy* scriptProxy = nullptr;
     QString buildTag;
 };

@@ -11,4 +11,10 @@ void setSocketNotInheritable(long long descriptor);
 // Blocks the calling thread; no events are processed meanwhile.
 void sleepMilliseconds(int milliseconds);
 
+// Sets a variable in the environment of this process and of those that it starts, in the 8-bit encoding of the system.
+void setEnvironmentVariable(const char* name, const char* value);
+
+// What stands between the folders of a path, as the system itself writes it.
+extern const char directorySeparator;
+
 } // namespace compat

@@ -1,9 +1,12 @@
 #include "compat/platform.h"
 
+#include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
 
 namespace compat {
+
+const char directorySeparator = '/';
 
 void setSocketNotInheritable(long long descriptor)
 {
@@ -17,6 +20,11 @@ void sleepMilliseconds(int milliseconds)
 {
     timespec duration = {milliseconds / 1000, (milliseconds % 1000) * 1000000L};
     nanosleep(&duration, nullptr);
+}
+
+void setEnvironmentVariable(const char* name, const char* value)
+{
+    setenv(name, value, 1);
 }
 
 } // namespace compat

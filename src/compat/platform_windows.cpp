@@ -2,7 +2,12 @@
 
 #include <windows.h>
 
+#include <cstdlib>
+#include <string>
+
 namespace compat {
+
+const char directorySeparator = '\\';
 
 void setSocketNotInheritable(long long descriptor)
 {
@@ -12,6 +17,11 @@ void setSocketNotInheritable(long long descriptor)
 void sleepMilliseconds(int milliseconds)
 {
     Sleep(static_cast<DWORD>(milliseconds));
+}
+
+void setEnvironmentVariable(const char* name, const char* value)
+{
+    _putenv((std::string(name) + '=' + value).c_str());
 }
 
 } // namespace compat

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QString>
+
+namespace LmSquishProxy {
+class CPyTestProxy;
+}
+
+// What makes the application reachable for the test scripts of an outside tool.
+struct TestToolHook
+{
+    // -1: no hook library; 0: it is loaded, but its wrapper does not listen; else the port on which it does.
+    qint32 port = -1;
+    // What the scripts call; null with -1. Deleted when the application quits.
+    LmSquishProxy::CPyTestProxy* scriptProxy = nullptr;
+};
+
+// Loads the tool's libraries, for good, from "bin" below the folder that the environment variable
+// SQUISH_PREFIX names, or below its subfolder for this build if there is one; then SQUISH_PREFIX names that
+// one from now on. What is not there, does not load or refuses leaves the hook out without a word. To be
+// called once, in the GUI thread.
+TestToolHook prepareTestToolHook(const QString& buildTag);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+class QWidget;
+
+namespace LmSquishProxy {
+
+// How a search of the bridge ended. The numbers are the positions of the names that scripts see.
+enum class SearchError {
+    None = 0,
+    WidgetAmbiguous = 1,
+    WidgetNotFound = 2,
+    WidgetNotVisible = 3, // no search sets it; its number is taken
+    InvalidWidgetPath = 4
+};
+
+// "NoError", "WidgetAmbiguousError", ...
+QString searchErrorName(SearchError error);
+
+// What to look for, see hierarchicalname.h, and where.
+struct HierarchicalQuery
+{
+    QStringList name;
+    QString windowTitle; // null: any title
+    QWidget* window = nullptr; // null: every top-level widget. It must be alive
+    bool onlyVisible = true;
+    bool wildcardTitle = false; // the title is a pattern of "*", "?" and "[...]" for the whole title
+};
+
+struct HierarchicalMatch
+{
+    QWidget* widget = nullptr;
+    SearchError error = SearchError::None; // None with a null widget: no window has the title
+};
+
+// Finds the one widget with the hierarchical name. Trailing nulls are levels below the last named widget,
+// each of which must have the only way down, to a widget without children. The name of one null finds a
+// window by its title. A widget that lies below two of the searched windows, as in a dialog with a parent
+// window, is found twice, which is ambiguous: say in which window it is.
+HierarchicalMatch findHierarchically(const HierarchicalQuery& query);
+
+} // namespace LmSquishProxy

@@ -1,0 +1,82 @@
+// Names that a provider gives, in the search by hierarchical name.
+
+#include "bridge/nameprovider.h"
+#include "searchwindows.h"
+
+#include <QtTest/QtTest>
+
+namespace {
+
+// Names objects by a dynamic property.
+class PropertyProvider final : public LmSquishProxy::NameProvider
+{
+public:
+    PropertyProvider() { LmSquishProxy::setNameProvider(this); }
+    ~PropertyProvider() { LmSquishProxy::setNameProvider(nullptr); }
+    Q_DISABLE_COPY(PropertyProvider)
+
+    QString name(const QObject* object) override
+    {
+        asked << object;
+        return object->property("providedName").toString();
+    }
+
+    QList<const QObject*> asked;
+};
+
+} // namespace
+
+class tst_NameProvider : public QObject, private SearchWindows
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { showWindows(); }
+    void cleanup() { deleteWindows(); }
+    void providerNamesWidgetsThatHaveNone();
+    void providerIsNotAskedForObjectsWithAName();
+    void providedNamesFitAncestors();
+};
+
+void tst_NameProvider::providerNamesWidgetsThatHaveNone()
+{
+    auto* unnamed = new QWidget(left);
+    unnamed->setProperty("providedName", text("given"));
+    unnamed->show();
+    QVERIFY(!find("given"));
+    const PropertyProvider provider;
+    QCOMPARE(find("given"), unnamed);
+    QCOMPARE(find("cancel"), right->findChild<QWidget*>(text("cancel")));
+    left->hide();
+    QVERIFY(!find("given"));
+    QCOMPARE(find("given", QString(), nullptr, false), unnamed);
+}
+
+void tst_NameProvider::providerIsNotAskedForObjectsWithAName()
+{
+    auto* emptied = add<QWidget>(left, "once");
+    emptied->setObjectName(text("")); // set, though empty
+    emptied->setProperty("providedName", text("given"));
+    emptied->show();
+    const PropertyProvider provider;
+    QVERIFY(!find("given"));
+    QWidget* const widgets[] = {main.get(), left, emptied};
+    for (QWidget* named : widgets)
+        QVERIFY(!provider.asked.contains(named));
+    QCOMPARE(find("left/"), emptied);
+}
+
+void tst_NameProvider::providedNamesFitAncestors()
+{
+    auto* group = new QWidget(left);
+    group->setProperty("providedName", text("group"));
+    QWidget* const inside = add<QWidget>(group, "inside");
+    group->show();
+    QVERIFY(!find("group/inside"));
+    const PropertyProvider provider;
+    QCOMPARE(find("group/inside"), inside);
+    QVERIFY(!find("left/inside"));
+}
+
+QTEST_MAIN(tst_NameProvider)
+#include "tst_nameprovider.moc"
