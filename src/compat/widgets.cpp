@@ -30,6 +30,16 @@ QRect availableGeometry(const QWidget* widget)
 #endif
 }
 
+QString keyCodeText(int key)
+{
+#if QT_VERSION >= 0x050000
+    return key == Qt::Key_Space ? QString(QLatin1Char(' ')) : QString();
+#else
+    Q_UNUSED(key)
+    return QString();
+#endif
+}
+
 const char* socketErrorSignal()
 {
 #if QT_VERSION >= 0x060000

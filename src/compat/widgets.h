@@ -3,6 +3,7 @@
 #include <QtCore/QEvent>
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
+#include <QtCore/QString>
 
 class QMouseEvent;
 class QWidget;
@@ -16,6 +17,10 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
 
 // The part of the widget's screen that panels leave free, in global coordinates.
 QRect availableGeometry(const QWidget* widget);
+
+// The text of a key event that is made from a key code: none, but for the space key since Qt 5. An item view of these
+// takes a space without text for a search for any text, and moves its current item on to the next one.
+QString keyCodeText(int key);
 
 // The SIGNAL() text of QAbstractSocket's error signal.
 const char* socketErrorSignal();
