@@ -96,8 +96,7 @@ const HeaderProperty headerProperties[] = {
 void STQTable::activate(const QVariant& value, const QVariant&)
 {
     const Cell cell = resolveCell(value, HiddenSections::Named);
-    focusTable();
-    moveToCell(cell.row, cell.column);
+    goTo(ItemPlace(*tableView(), cell.row, cell.column));
 }
 
 void STQTable::enter(const QVariant& value)
@@ -105,15 +104,19 @@ void STQTable::enter(const QVariant& value)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     const QModelIndex current = tableView()->currentIndex();
-    const ItemPlace place(*tableView(), current.row(), current.column());
-    focusTable();
-    moveToCell(place.row(), place.column());
+    goTo(ItemPlace(*tableView(), current.row(), current.column()));
     replaceTextInEditor(value.toString());
 }
 
 void STQTable::mouseAction(const QVariant& command)
 {
     playMouseAtCurrentItem(command, Visibility::Ignored);
+}
+
+void STQTable::goTo(const ItemPlace& place)
+{
+    focusTable();
+    moveToCell(place.row(), place.column());
 }
 
 void STQTable::focusTable()

@@ -42,6 +42,7 @@ private:
     bool isHidden(Qt::Orientation header, int section);
     void requireShown(Qt::Orientation header, int section);
 
+    void goTo(const ItemPlace& place);
     void focusTable();
     void moveToCell(int row, int column);
     void moveToColumn(const ItemPlace& place);

@@ -292,7 +292,7 @@ void build(TestHost& host)
     auto* other = new QLineEdit; // has the focus at first, so that no item is current
     other->setObjectName(QLatin1String("other"));
     window->layout()->addWidget(other);
-    static Stage stage = {host, window};
+    static Stage stage = {host, window}; // requests come later
     for (const Scenario& scenario : scenarios) {
         if (wanted == QLatin1String(scenario.name))
             scenario.build(stage);
