@@ -128,6 +128,15 @@ void editorScenario(Stage& stage)
     view->setItemDelegate(new Delegate(view));
 }
 
+// 10,000 rows, or "--rows N", of 50 columns.
+void largeScenario(Stage& stage)
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    const int given = arguments.indexOf(QLatin1String("--rows"));
+    const int rows = given < 0 ? 10000 : arguments.at(given + 1).toInt();
+    stage.show(new QTableView, gridModel(rows, 50, stage.window));
+}
+
 void sortedScenario(Stage& stage)
 {
     auto* proxy = new QSortFilterProxyModel(stage.window);
@@ -157,11 +166,14 @@ void disablingScenario(Stage& stage)
 
 using Change = void (*)(QTableView* view);
 
-void whenCurrentChanges(Stage& stage, Change change)
+// Runs the change on the way, when a cell of the second column or row becomes current.
+void onTheWay(Stage& stage, Change change)
 {
     QTableView* view = stage.show(new QTableView, gridModel(6, 4, stage.window));
-    afterSignal(stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
-        [=] { change(view); });
+    afterSignal(stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] {
+        if (view->currentIndex().row() == 1 || view->currentIndex().column() == 1)
+            change(view);
+    });
 }
 
 void insertRows(QTableView* view)
@@ -178,19 +190,19 @@ void removeRows(QTableView* view)
 
 void insertingScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, insertRows);
+    onTheWay(stage, insertRows);
 }
 void removingScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, removeRows);
+    onTheWay(stage, removeRows);
 }
 void deletingViewScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, [](QTableView* view) { delete view; });
+    onTheWay(stage, [](QTableView* view) { delete view; });
 }
 void deletingModelScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, [](QTableView* view) { delete view->model(); });
+    onTheWay(stage, [](QTableView* view) { delete view->model(); });
 }
 
 void resettingScenario(Stage& stage)
@@ -198,7 +210,7 @@ void resettingScenario(Stage& stage)
     QStandardItemModel* model = gridModel(6, 4, stage.window);
     QTableView* view = stage.show(new QTableView, model);
     stage.host.onSignal(view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] {
-        if (model->rowCount() == 6)
+        if (view->currentIndex().column() == 1)
             model->clear();
     });
 }
@@ -216,6 +228,7 @@ const Scenario scenarios[] = {
     {"rooted", rootedScenario},
     {"editors", editorScenario},
     {"sorted", sortedScenario},
+    {"large", largeScenario},
     {"no-model", noModelScenario},
     {"thief", thiefScenario},
     {"disabling", disablingScenario},

@@ -188,6 +188,26 @@ void lazyScenario(Stage& stage)
     stage.show(new QTreeView, new LazyModel(stage.window));
 }
 
+// 100,000 items below 300, or another number of these: "--parents N".
+void largeScenario(Stage& stage)
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    const int given = arguments.indexOf(QLatin1String("--parents"));
+    const int parents = given < 0 ? 300 : arguments.at(given + 1).toInt();
+    auto* tree = new QTreeWidget;
+    tree->setColumnCount(2);
+    QList<QTreeWidgetItem*> items;
+    for (int i = 0; i < parents; ++i) {
+        auto* top = new QTreeWidgetItem(QStringList() << QString::fromLatin1("p%1").arg(i));
+        items.append(top);
+        for (int k = 0; k < 333; ++k)
+            top->addChild(new QTreeWidgetItem(
+                QStringList() << QString::fromLatin1("c%1").arg(k) << QLatin1String("x")));
+    }
+    tree->addTopLevelItems(items);
+    stage.show(tree, nullptr);
+}
+
 void noModelScenario(Stage& stage)
 {
     stage.show(new QTreeView, nullptr);
@@ -212,11 +232,14 @@ void wrappingScenario(Stage& stage)
 
 using Change = void (*)(QTreeView* view);
 
-void whenCurrentChanges(Stage& stage, Change change)
+// Runs the change on the way down, when the second row becomes current.
+void onTheWay(Stage& stage, Change change)
 {
     QTreeView* view = showFiles(stage);
-    afterSignal(stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
-        [=] { change(view); });
+    afterSignal(stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] {
+        if (view->currentIndex().row() == 1)
+            change(view);
+    });
 }
 
 void removeDocs(QTreeView* view)
@@ -233,27 +256,28 @@ void insertRows(QTreeView* view)
 
 void removingScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, removeDocs);
+    onTheWay(stage, removeDocs);
 }
 void insertingScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, insertRows);
+    onTheWay(stage, insertRows);
 }
 void deletingViewScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, [](QTreeView* view) { delete view; });
+    onTheWay(stage, [](QTreeView* view) { delete view; });
 }
 void deletingModelScenario(Stage& stage)
 {
-    whenCurrentChanges(stage, [](QTreeView* view) { delete view->model(); });
+    onTheWay(stage, [](QTreeView* view) { delete view->model(); });
 }
 
 void resettingScenario(Stage& stage)
 {
     QTreeView* view = showFiles(stage);
     auto* model = static_cast<QStandardItemModel*>(view->model());
+    // Not after the signal: in the middle of it.
     stage.host.onSignal(view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] {
-        if (model->rowCount() == 10)
+        if (view->currentIndex().row() == 1)
             model->clear();
     });
 }
@@ -271,6 +295,7 @@ const Scenario scenarios[] = {
     {"rooted", rootedScenario},
     {"sorted", sortedScenario},
     {"lazy", lazyScenario},
+    {"large", largeScenario},
     {"no-model", noModelScenario},
     {"thief", thiefScenario},
     {"wrapping", wrappingScenario},

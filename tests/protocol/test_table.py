@@ -222,9 +222,19 @@ def test_the_walk_follows_a_cell_while_rows_are_inserted(start):
     assert view.current() == "R5C2"
 
 
-@pytest.mark.parametrize("scenario", ["removing", "resetting", "deleting-model"])
-def test_a_cell_that_goes_away_during_the_walk_ends_it_silently(start, scenario):
-    assert start(scenario).activate("s:4:3") == "0,QTableView"
+@pytest.mark.parametrize("scenario, rows", [("removing", 2), ("resetting", 0), ("deleting-model", 0)])
+def test_a_cell_that_goes_away_during_the_walk_ends_it_silently(start, scenario, rows):
+    view = start(scenario)
+    assert view.activate("s:4:3") == "0,QTableView"
+    assert RIGHT in view.key_codes()
+    assert view.read("rowCount") == f"0,i:{rows}"
+
+
+def test_a_cell_of_a_table_of_10000_rows_is_found(start):
+    view = start("large")
+    assert view.read("itemText", "s:10000:50") == "u:R10000C50"
+    assert view.activate("s:20:3") == "0,QTableView"
+    assert view.current() == "R20C3"
 
 
 def test_a_table_that_dies_during_the_walk_is_an_error(start):
