@@ -55,7 +55,8 @@ QString treeRowText(const QTreeView& view, int row, const QModelIndex& parent)
 
 bool segmentMatches(const QString& segment, const QString& rowText)
 {
-    // Equal parts are equal texts up to a separator or the end. Not startsWith(), for which nothing starts with "".
+    // Equal parts are equal texts up to a separator or the end. Not startsWith(), for which nothing starts
+    // with "".
     return rowText.left(segment.size()) == segment
         && (rowText.size() == segment.size() || rowText.at(segment.size()) == columnSeparator);
 }

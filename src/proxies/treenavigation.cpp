@@ -47,7 +47,8 @@ void STQTreeView::navigateTo(const QModelIndex& index)
 
 void STQTreeView::requireReachable(const QModelIndex& target)
 {
-    if (!target.isValid())
+    // The application may have given the view another model meanwhile.
+    if (!target.isValid() || target.model() != treeView()->model())
         raiseError(noItemMessage);
     if (!(target.flags() & Qt::ItemIsEnabled))
         raiseError(notEnabledMessage, itemPathOf(*treeView(), target));

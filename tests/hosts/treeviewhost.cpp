@@ -58,6 +58,8 @@ struct Stage
             [=] { view->setRowHidden(view->currentIndex().row(), view->currentIndex().parent(), true); });
         host.onRequest(QLatin1String("swapColumns"), [=] { view->header()->moveSection(0, 1); });
         host.onRequest(QLatin1String("scrollToBottom"), [=] { view->scrollToBottom(); });
+        host.onRequest(QLatin1String("withoutModelOnFocus"),
+            [=] { new EventHandler(view, QEvent::FocusIn, [=] { view->setModel(nullptr); }); });
         host.onRequest(QLatin1String("fixedTree"), [=] { view->setItemsExpandable(false); });
         host.onRequest(QLatin1String("makeSmall"), [=] { view->setFixedHeight(100); });
         host.onRequest(QLatin1String("focusOther"),
@@ -271,6 +273,11 @@ void deletingModelScenario(Stage& stage)
     onTheWay(stage, [](QTreeView* view) { delete view->model(); });
 }
 
+void switchingScenario(Stage& stage)
+{
+    onTheWay(stage, [](QTreeView* view) { view->setModel(new QStandardItemModel(3, 1, view)); });
+}
+
 void resettingScenario(Stage& stage)
 {
     QTreeView* view = showFiles(stage);
@@ -301,6 +308,7 @@ const Scenario scenarios[] = {
     {"wrapping", wrappingScenario},
     {"removing", removingScenario},
     {"inserting", insertingScenario},
+    {"switching", switchingScenario},
     {"resetting", resettingScenario},
     {"deleting-model", deletingModelScenario},
     {"deleting-view", deletingViewScenario},

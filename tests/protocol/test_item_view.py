@@ -207,6 +207,7 @@ def test_only_trees_have_expanded_items(app, view):
     assert tree.read("itemIsExpanded", "s:1") == "0,b:false"
     app.do("expandFirst")
     assert tree.read("itemIsExpanded", "s:1") == "0,b:true"
+    assert tree.read("itemIsExpanded") == "0,b:false"
     assert view.read("itemIsExpanded", "s:1") == error("Not a QTreeView")
 
 

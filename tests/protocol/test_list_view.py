@@ -299,6 +299,18 @@ def test_without_a_current_item_the_mouse_goes_to_the_viewports_centre(letters):
     letters.app.wait_for(f"release listViewport {point} button 2 buttons 0 modifiers 67108864")
 
 
+def test_a_drag_moves_without_the_modifier_of_its_release(letters):
+    letters.app.do("currentCat")
+    letters.mouse("MousePress:LeftButton:::")
+    letters.app.do("currentGnu")
+    letters.app.do("rect")
+    left, top, right, bottom = map(int, letters.app.journal.pop()[len("rect ") :].split(","))
+    point = f"{(left + right) // 2},{(top + bottom) // 2}"
+    letters.mouse("MouseRelease:LeftButton:::ShiftModifier")
+    letters.app.wait_for(f"move listViewport {point} button 0 buttons 1 modifiers 0")
+    letters.app.wait_for(f"release listViewport {point} button 1 buttons 0 modifiers 33554432")
+
+
 def test_a_double_click_posts_one_after_the_click(letters):
     letters.app.do("currentCat")
     letters.mouse("MouseDoubleClick:LeftButton:::ShiftModifier")

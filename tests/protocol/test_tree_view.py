@@ -2,7 +2,7 @@
 
 import pytest
 
-from viewapp import DOWN, F2, PLUS, RETURN, RIGHT, SPACE, UP, View, error
+from viewapp import DOWN, F2, PLUS, RIGHT, SPACE, UP, View, error
 
 TYPE_ERROR = 'Type error: object "tree" of class "QTreeView" accepts '
 NO_FOCUS = "Oops, can?t set the focus to the list view"
@@ -275,7 +275,9 @@ def test_the_walk_follows_an_item_while_rows_are_inserted(start):
     assert view.current() == "subsub"
 
 
-@pytest.mark.parametrize("scenario, rows", [("removing", 9), ("resetting", 0), ("deleting-model", 0)])
+@pytest.mark.parametrize(
+    "scenario, rows", [("removing", 9), ("resetting", 0), ("deleting-model", 0), ("switching", 3)]
+)
 def test_an_item_that_goes_away_during_the_walk_is_an_error(start, scenario, rows):
     view = start(scenario)
     assert view.activate("s:docs/sub/subsub") == STUCK
@@ -373,6 +375,14 @@ def test_a_cell_that_is_not_editable_is_refused(files, column):
     files.activate("s:last")
     assert files.enter(f"s:{column}:x") == error(f"Item at column {column} is not editable")
     assert files.data() == []
+
+
+@pytest.mark.parametrize("item, value", [("checked", "b:false"), ("last", "s:0:x")])
+def test_a_current_item_that_goes_with_its_model_as_the_view_is_focused_is_an_error(files, item, value):
+    files.activate("s:" + item)
+    files.app.do("focusOther")
+    files.app.do("withoutModelOnFocus")
+    assert files.enter(value) == error("Internal error")
 
 
 # mouseAction
