@@ -32,8 +32,7 @@ int sectionCount(const QAbstractItemModel& model, Qt::Orientation header, const 
 }
 
 // The section of a number from 1 or a header text, -1 for an unknown text. A number may be out of range.
-int sectionOf(
-    const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count, bool* found)
+int sectionOf(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count, bool* found)
 {
     const int number = text.toInt(found, 10);
     if (*found)

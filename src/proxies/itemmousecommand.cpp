@@ -8,7 +8,8 @@
 
 namespace {
 
-template <class Value> struct Word
+template <class Value>
+struct Word
 {
     const char* text;
     Value value;

@@ -12,11 +12,7 @@ class QAbstractItemView;
 // A pseudo-property of an item view, or of one item that the query's argument names.
 struct ItemViewProperty
 {
-    enum class Subject
-    {
-        View,
-        Item
-    };
+    enum class Subject { View, Item };
 
     const char* name;
     Subject subject;
@@ -32,7 +28,8 @@ public:
     constexpr explicit ItemViewProperties(const ItemViewProperty (&table)[size])
         : first(table)
         , end(table + size)
-    { }
+    {
+    }
 
     QStringList names() const;
     // Null when there is none of that name.
@@ -40,8 +37,7 @@ public:
     // The value, invalid for an unknown name. `findItem` looks up the item that the argument names and raises
     // its errors; it is called before the name is looked at for every name that begins with "item", known or
     // not.
-    QVariant read(
-        const char* name, const QAbstractItemView& view, const std::function<QModelIndex()>& findItem) const;
+    QVariant read(const char* name, const QAbstractItemView& view, const std::function<QModelIndex()>& findItem) const;
 
 private:
     const ItemViewProperty* first;

@@ -26,7 +26,8 @@ ItemPlace::ItemPlace(const QAbstractItemView& view, int row, int column)
     : item(cellAt(view.model(), row, column, view.rootIndex()))
     , originalRow(row)
     , originalColumn(column)
-{ }
+{
+}
 
 QAbstractItemView* ItemViewProxy::itemView()
 {
@@ -62,8 +63,8 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
     const QRect rect = hasCurrent ? currentItemRect(*view) : view->viewport()->rect();
     if (hasCurrent && rect.isEmpty() && visibility == Visibility::Required)
         raiseError(notVisibleMessage);
-    const QPoint point = view->viewport()->mapToGlobal(
-        QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+    const QPoint point
+        = view->viewport()->mapToGlobal(QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
     processEventsEnabled = false;
     const ItemMouseCommand mouse = itemMouseCommand(command.toString());
     mouseMove(point, Qt::NoModifier); // without the modifier, which a press's or a release's own move has
@@ -84,8 +85,7 @@ void ItemViewProxy::pressUntil(Axis axis, const ItemPlace& place, int key, Qt::K
 {
     const qint64 pressesPerSection = 5;
     const bool rows = axis == Axis::Rows;
-    const auto count
-        = [&] { return rows ? rowCountUnderRoot(*itemView()) : columnCountUnderRoot(*itemView()); };
+    const auto count = [&] { return rows ? rowCountUnderRoot(*itemView()) : columnCountUnderRoot(*itemView()); };
     const auto arrived = [&] {
         const QModelIndex current = itemView()->currentIndex();
         return rows ? current.row() == place.row() : current.column() == place.column();

@@ -33,16 +33,8 @@ QRect currentItemRect(const QAbstractItemView& view);
 class ItemViewProxy : public STWidgetProxy
 {
 protected:
-    enum class Visibility
-    {
-        Required,
-        Ignored
-    };
-    enum class Axis
-    {
-        Rows,
-        Columns
-    };
+    enum class Visibility { Required, Ignored };
+    enum class Axis { Rows, Columns };
 
     // The bound view, checked anew at each call.
     QAbstractItemView* itemView();

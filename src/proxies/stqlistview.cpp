@@ -23,8 +23,7 @@ QModelIndex itemInRow(const QListView& view, int row)
 
 QVariant rowCount(const QAbstractItemView& view, const QModelIndex&)
 {
-    return view.inherits("QListWidget") ? static_cast<const QListWidget&>(view).count()
-                                        : rowCountUnderRoot(view);
+    return view.inherits("QListWidget") ? static_cast<const QListWidget&>(view).count() : rowCountUnderRoot(view);
 }
 
 QVariant itemList(const QAbstractItemView& view, const QModelIndex&)

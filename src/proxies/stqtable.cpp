@@ -37,8 +37,8 @@ const SectionMessages rowMessages = {
 };
 
 const SectionMessages columnMessages = {
-    "Same column name at column %d and %d", "Column %s not found",
-    "Invalid column %d is out of range [1, %d]", "column %d is hidden", "Missing column number",
+    "Same column name at column %d and %d", "Column %s not found", "Invalid column %d is out of range [1, %d]",
+    "column %d is hidden", "Missing column number",
     "Invalid col %d is out of range [1, %d]", // "col" in this one only, which is intended
 };
 
@@ -49,8 +49,7 @@ const SectionMessages& messages(Qt::Orientation header)
 
 QVariant rowCount(const QAbstractItemView& view, const QModelIndex&)
 {
-    return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).rowCount()
-                                         : rowCountUnderRoot(view);
+    return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).rowCount() : rowCountUnderRoot(view);
 }
 
 QVariant columnCount(const QAbstractItemView& view, const QModelIndex&)
@@ -68,13 +67,9 @@ const ItemViewProperty rows[] = {
     {"rowCount", Subject::View, rowCount},
     {"columnCount", Subject::View, columnCount},
     {"currentRow", Subject::View,
-        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant {
-            return view.currentIndex().row() + 1;
-        }},
+        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant { return view.currentIndex().row() + 1; }},
     {"currentColumn", Subject::View,
-        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant {
-            return view.currentIndex().column() + 1;
-        }},
+        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant { return view.currentIndex().column() + 1; }},
     {"itemText", Subject::Item,
         [](const QAbstractItemView&, const QModelIndex& cell) -> QVariant { return displayText(cell); }},
 };

@@ -21,11 +21,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    enum class HiddenSections
-    {
-        Named,
-        Skipped
-    };
+    enum class HiddenSections { Named, Skipped };
     struct Cell
     {
         int row;

@@ -13,8 +13,7 @@ const char missingPathMessage[] = "Missing item path";
 const char invalidPathMessage[] = "Invalid item path";
 const char hiddenMessage[] = "item \"%s\" is hidden";
 const char notSelectableViewMessage[] = "list view is not selectable";
-const char singleSelectionMessage[]
-    = "selection of more than one item is not possible in single selection mode";
+const char singleSelectionMessage[] = "selection of more than one item is not possible in single selection mode";
 const char syntaxMessage[] = "Syntax Error, format \"%%d:%%s\" expected";
 const char columnRangeMessage[] = "Invalid column %d is out of range [0, %d]";
 const char notEditableMessage[] = "Item at column %d is not editable";

@@ -11,8 +11,7 @@ namespace {
 const QLatin1Char columnSeparator(':');
 const QLatin1Char levelSeparator('/');
 
-QModelIndex findBelow(
-    const QTreeView& view, const QStringList& segments, int depth, const QModelIndex& parent)
+QModelIndex findBelow(const QTreeView& view, const QStringList& segments, int depth, const QModelIndex& parent)
 {
     const QAbstractItemModel& model = *view.model();
     for (int row = 0, rows = model.rowCount(parent); row < rows; ++row) {

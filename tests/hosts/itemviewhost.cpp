@@ -26,8 +26,7 @@ public:
 
     QRect visualRect(const QModelIndex& index) const override
     {
-        return index.isValid() && !index.parent().isValid() ? QRect(90, 45 + 10 * index.row(), 20, 10)
-                                                            : QRect();
+        return index.isValid() && !index.parent().isValid() ? QRect(90, 45 + 10 * index.row(), 20, 10) : QRect();
     }
     void scrollTo(const QModelIndex& index, ScrollHint hint) override
     {
@@ -92,8 +91,7 @@ QStandardItemModel* itemModel(QObject* parent)
     return model;
 }
 
-void show(
-    TestHost& host, QWidget* window, QAbstractItemView* view, const char* name, QAbstractItemModel* model)
+void show(TestHost& host, QWidget* window, QAbstractItemView* view, const char* name, QAbstractItemModel* model)
 {
     view->setObjectName(QLatin1String(name));
     if (model)
@@ -111,12 +109,10 @@ void build(TestHost& host)
 
     auto* own = new OwnView(host);
     show(host, window, own, "own", itemModel(window));
-    host.onRequest(
-        QLatin1String("selectRows"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectRows); });
+    host.onRequest(QLatin1String("selectRows"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectRows); });
     host.onRequest(
         QLatin1String("selectColumns"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectColumns); });
-    host.onRequest(
-        QLatin1String("selectItems"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectItems); });
+    host.onRequest(QLatin1String("selectItems"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectItems); });
 
     show(host, window, new OwnView(host), "modelless", nullptr);
     show(host, window, new OwnView(host), "promise", new EmptyPromiseModel(window));
@@ -138,8 +134,7 @@ void build(TestHost& host)
     show(host, window, table, "table", itemModel(window));
     table->setFixedHeight(150);
     host.onRequest(QLatin1String("cellCentre"), [=, &host] {
-        const QRect rect
-            = table->visualRect(table->model()->index(1, 1)).translated(table->viewport()->pos());
+        const QRect rect = table->visualRect(table->model()->index(1, 1)).translated(table->viewport()->pos());
         host.journal(QString::fromLatin1("centre %1;%2")
                          .arg((rect.left() + rect.right()) * 0.5 / table->width())
                          .arg((rect.top() + rect.bottom()) * 0.5 / table->height()));

@@ -31,8 +31,7 @@ class ShortTextDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QWidget* createEditor(
-        QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
         QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
         if (auto* edit = qobject_cast<QLineEdit*>(editor))
@@ -47,10 +46,7 @@ class LazyModel : public QAbstractListModel
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    int rowCount(const QModelIndex& parent = QModelIndex()) const override
-    {
-        return parent.isValid() ? 0 : loaded;
-    }
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override { return parent.isValid() ? 0 : loaded; }
     QVariant data(const QModelIndex& index, int role) const override
     {
         return role == Qt::DisplayRole ? QVariant(QString::number(index.row())) : QVariant();
@@ -112,7 +108,10 @@ QListView* showLetters(Stage& stage)
     host.onRequest(QLatin1String("rect"), [=, &host] {
         const QRect rect = view->visualRect(view->currentIndex()) & view->viewport()->rect();
         host.journal(QString::fromLatin1("rect %1,%2,%3,%4")
-                         .arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom()));
+                         .arg(rect.left())
+                         .arg(rect.top())
+                         .arg(rect.right())
+                         .arg(rect.bottom()));
     });
     host.journalSignal(view, SIGNAL(doubleClicked(QModelIndex)), QLatin1String("doubled"));
     return view;
@@ -138,9 +137,8 @@ void rootedScenario(Stage& stage)
     for (int row = 0; row < 2; ++row) {
         auto* parent = new QStandardItem(QLatin1String("top"));
         for (int child = 0; child < 4; ++child) {
-            parent->appendRow(QList<QStandardItem*>()
-                << new QStandardItem(QLatin1String("first"))
-                << new QStandardItem(QString::fromLatin1("%1%2").arg(row).arg(child)));
+            parent->appendRow(QList<QStandardItem*>() << new QStandardItem(QLatin1String(
+                                  "first")) << new QStandardItem(QString::fromLatin1("%1%2").arg(row).arg(child)));
         }
         model->appendRow(parent);
     }
@@ -228,15 +226,15 @@ void deletingModelScenario(Stage& stage)
 {
     auto* model = letterModel(stage.window);
     QListView* view = stage.show(new QListView, model);
-    afterSignal(stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
-        [=] { delete model; });
+    afterSignal(
+        stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] { delete model; });
 }
 
 void deletingViewScenario(Stage& stage)
 {
     QListView* view = stage.show(new QListView, letterModel(stage.window));
-    afterSignal(stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
-        [=] { delete view; });
+    afterSignal(
+        stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] { delete view; });
 }
 
 struct Scenario

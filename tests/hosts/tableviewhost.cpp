@@ -39,8 +39,8 @@ struct Stage
         host.onRequest(QLatin1String("swapColumns"), [=] { view->horizontalHeader()->swapSections(0, 1); });
         host.onRequest(QLatin1String("scrollToBottom"), [=] { view->scrollToBottom(); });
         host.onRequest(QLatin1String("makeSmall"), [=] { view->setFixedHeight(100); });
-        host.onRequest(QLatin1String("focusOther"),
-            [=] { window->findChild<QWidget*>(QLatin1String("other"))->setFocus(); });
+        host.onRequest(
+            QLatin1String("focusOther"), [=] { window->findChild<QWidget*>(QLatin1String("other"))->setFocus(); });
         host.onRequest(QLatin1String("editOnCurrentChanged"),
             [=] { view->setEditTriggers(view->editTriggers() | QAbstractItemView::CurrentChanged); });
         host.onRequest(QLatin1String("cellCentre"), [=] {
@@ -57,8 +57,7 @@ QStandardItemModel* gridModel(int rows, int columns, QObject* parent)
     auto* model = new QStandardItemModel(rows, columns, parent);
     for (int row = 0; row < rows; ++row) {
         for (int column = 0; column < columns; ++column)
-            model->setData(
-                model->index(row, column), QString::fromLatin1("R%1C%2").arg(row + 1).arg(column + 1));
+            model->setData(model->index(row, column), QString::fromLatin1("R%1C%2").arg(row + 1).arg(column + 1));
     }
     return model;
 }
@@ -82,8 +81,7 @@ void widgetScenario(Stage& stage)
     auto* table = new QTableWidget(5, 3);
     for (int row = 0; row < 5; ++row) {
         for (int column = 0; column < 3; ++column)
-            table->setItem(
-                row, column, new QTableWidgetItem(QString::fromLatin1("%1-%2").arg(row).arg(column)));
+            table->setItem(row, column, new QTableWidgetItem(QString::fromLatin1("%1-%2").arg(row).arg(column)));
     }
     table->setSpan(1, 0, 2, 2);
     stage.show(table, nullptr);
@@ -94,8 +92,8 @@ void rootedScenario(Stage& stage)
     QStandardItemModel* model = gridModel(2, 2, stage.window);
     QStandardItem* parent = model->item(1);
     for (int row = 0; row < 3; ++row) {
-        parent->appendRow(QList<QStandardItem*>() << new QStandardItem(QString::fromLatin1("left%1").arg(
-                              row)) << new QStandardItem(QString::fromLatin1("right%1").arg(row)));
+        parent->appendRow(QList<QStandardItem*>() << new QStandardItem(QString::fromLatin1("left%1").arg(row))
+                                                  << new QStandardItem(QString::fromLatin1("right%1").arg(row)));
     }
     stage.show(new QTableView, model)->setRootIndex(model->index(1, 0));
 }
@@ -106,8 +104,7 @@ class Delegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QWidget* createEditor(
-        QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
         QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
         auto* edit = qobject_cast<QLineEdit*>(editor);

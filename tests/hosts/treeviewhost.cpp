@@ -31,8 +31,7 @@ struct Stage
             view->setModel(model);
         window->layout()->addWidget(view);
         journalView(host, view);
-        host.onSignal(
-            view, SIGNAL(expanded(QModelIndex)), [this] { host.journal(QLatin1String("expanded")); });
+        host.onSignal(view, SIGNAL(expanded(QModelIndex)), [this] { host.journal(QLatin1String("expanded")); });
         addRequests(view);
     }
 
@@ -62,8 +61,8 @@ struct Stage
             [=] { new EventHandler(view, QEvent::FocusIn, [=] { view->setModel(nullptr); }); });
         host.onRequest(QLatin1String("fixedTree"), [=] { view->setItemsExpandable(false); });
         host.onRequest(QLatin1String("makeSmall"), [=] { view->setFixedHeight(100); });
-        host.onRequest(QLatin1String("focusOther"),
-            [=] { window->findChild<QWidget*>(QLatin1String("other"))->setFocus(); });
+        host.onRequest(
+            QLatin1String("focusOther"), [=] { window->findChild<QWidget*>(QLatin1String("other"))->setFocus(); });
         host.onRequest(QLatin1String("selectLast"), [=] { select(view, view->model()->rowCount() - 1); });
         host.onRequest(QLatin1String("selectTwoAndFour"), [=] {
             select(view, 1);
@@ -77,8 +76,7 @@ QStandardItem* add(QStandardItem* parent, const char* name, const char* size)
 {
     auto* item = new QStandardItem(QLatin1String(name));
     auto* sizeItem = new QStandardItem(QLatin1String(size));
-    parent->appendRow(
-        QList<QStandardItem*>() << item << sizeItem << new QStandardItem(QLatin1String("hidden")));
+    parent->appendRow(QList<QStandardItem*>() << item << sizeItem << new QStandardItem(QLatin1String("hidden")));
     return item;
 }
 
@@ -203,8 +201,8 @@ void largeScenario(Stage& stage)
         auto* top = new QTreeWidgetItem(QStringList() << QString::fromLatin1("p%1").arg(i));
         items.append(top);
         for (int k = 0; k < 333; ++k)
-            top->addChild(new QTreeWidgetItem(
-                QStringList() << QString::fromLatin1("c%1").arg(k) << QLatin1String("x")));
+            top->addChild(
+                new QTreeWidgetItem(QStringList() << QString::fromLatin1("c%1").arg(k) << QLatin1String("x")));
     }
     tree->addTopLevelItems(items);
     stage.show(tree, nullptr);

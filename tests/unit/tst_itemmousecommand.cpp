@@ -29,8 +29,7 @@ void TestItemMouseCommand::knownWordsMakeACommand_data()
     row("MouseRelease:RightButton:::", MouseCommandType::Release, Qt::RightButton, 0);
     row("MouseClick:LeftButton:0.5:0.5:ShiftModifier", MouseCommandType::Click, Qt::LeftButton, 0x02000000);
     row("MouseClick:LeftButton:x:y:ControlModifier", MouseCommandType::Click, Qt::LeftButton, 0x04000000);
-    row("MouseDoubleClick:RightButton:9::AltModifier", MouseCommandType::DoubleClick, Qt::RightButton,
-        0x08000000);
+    row("MouseDoubleClick:RightButton:9::AltModifier", MouseCommandType::DoubleClick, Qt::RightButton, 0x08000000);
 }
 
 void TestItemMouseCommand::knownWordsMakeACommand()

@@ -17,7 +17,8 @@
 
 namespace {
 
-template <class Function> QString errorOf(Function function)
+template <class Function>
+QString errorOf(Function function)
 {
     try {
         function();
@@ -71,7 +72,8 @@ class HeaderModel : public QAbstractTableModel
 public:
     explicit HeaderModel(int rowNumber)
         : rows(rowNumber)
-    { }
+    {
+    }
     int rowCount(const QModelIndex&) const override { return rows; }
     int columnCount(const QModelIndex&) const override { return 50; }
     QVariant data(const QModelIndex& index, int role) const override
@@ -136,8 +138,7 @@ void TestItemViewProxies::aListIsRefusedInSingleSelection()
 {
     Tree tree(QAbstractItemView::SingleSelection);
     STApplicationProxy registry;
-    const auto activate
-        = [&](const QVariant& value) { registry.activate(&tree, QString(), value, QVariant()); };
+    const auto activate = [&](const QVariant& value) { registry.activate(&tree, QString(), value, QVariant()); };
     QCOMPARE(errorOf([&] { activate(texts("one two")); }),
         QString::fromLatin1("selection of more than one item is not possible in single selection mode"));
     QCOMPARE(errorOf([&] { activate(text("two")); }), QString::fromLatin1("no error"));
@@ -160,8 +161,7 @@ void TestItemViewProxies::treeArgumentsAreTexts()
     proxy.bind(&tree, "QTreeView");
     QCOMPARE(errorOf([&] { proxy.pseudoProperty("itemPath", 1); }),
         QString::fromLatin1("Type error: object \"tree\" of class \"QTreeWidget\" accepts string."));
-    QCOMPARE(errorOf([&] { proxy.pseudoProperty("itemPath", QVariant()); }),
-        QString::fromLatin1("Missing item path"));
+    QCOMPARE(errorOf([&] { proxy.pseudoProperty("itemPath", QVariant()); }), QString::fromLatin1("Missing item path"));
     QCOMPARE(proxy.pseudoProperty("path", text("one")), QVariant());
 }
 
@@ -192,8 +192,8 @@ void TestItemViewProxies::unknownItemNamesStillLookTheItemUp()
     Tree tree(QAbstractItemView::SingleSelection);
     STQTreeView treeProxy;
     treeProxy.bind(&tree, "QTreeView");
-    QCOMPARE(errorOf([&] { treeProxy.pseudoProperty("itemFlavour", text("b")); }),
-        QString::fromLatin1("Invalid item path"));
+    QCOMPARE(
+        errorOf([&] { treeProxy.pseudoProperty("itemFlavour", text("b")); }), QString::fromLatin1("Invalid item path"));
     QCOMPARE(treeProxy.pseudoProperty("itemFlavour", text("one")), QVariant());
 }
 
@@ -233,10 +233,8 @@ void TestItemViewProxies::otherWidgetsAreNoItemViews()
     QLabel label;
     STQAbstractItemView proxy;
     proxy.bind(&label, "QAbstractItemView");
-    QCOMPARE(
-        errorOf([&] { proxy.activate(text("1"), text("Select")); }), QString::fromLatin1("Invalid Widget"));
-    QCOMPARE(errorOf([&] { proxy.pseudoProperty("rowCount", QVariant()); }),
-        QString::fromLatin1("Invalid Widget"));
+    QCOMPARE(errorOf([&] { proxy.activate(text("1"), text("Select")); }), QString::fromLatin1("Invalid Widget"));
+    QCOMPARE(errorOf([&] { proxy.pseudoProperty("rowCount", QVariant()); }), QString::fromLatin1("Invalid Widget"));
     STQTable table;
     table.bind(&label, "QTableView");
     QCOMPARE(errorOf([&] { table.pseudoProperty("rowCount", QVariant()); }),

@@ -16,7 +16,8 @@ public:
     CountingModel(int parentCount, int childCount)
         : parents(parentCount)
         , children(childCount)
-    { }
+    {
+    }
 
     QModelIndex index(int row, int column, const QModelIndex& parent) const override
     {
@@ -71,8 +72,7 @@ void TestTreeItemPath::segmentsFitRows_data()
     QTest::addColumn<QString>("rowText");
     QTest::addColumn<bool>("fits");
     const auto row = [](const char* segment, const char* rowText, bool fits) {
-        QTest::newRow(
-            qPrintable(QString::fromLatin1("'%1' '%2'").arg(QLatin1String(segment), QLatin1String(rowText))))
+        QTest::newRow(qPrintable(QString::fromLatin1("'%1' '%2'").arg(QLatin1String(segment), QLatin1String(rowText))))
             << QString::fromLatin1(segment) << QString::fromLatin1(rowText) << fits;
     };
     row("file", "file", true);

@@ -14,10 +14,7 @@ namespace {
 
 QString itemText(const QModelIndex& index)
 {
-    return QString::fromLatin1("%1,%2 '%3'")
-        .arg(index.row())
-        .arg(index.column())
-        .arg(index.data().toString());
+    return QString::fromLatin1("%1,%2 '%3'").arg(index.row()).arg(index.column()).arg(index.data().toString());
 }
 
 QString selectedTexts(const QAbstractItemView* view)
@@ -50,8 +47,7 @@ void journalView(TestHost& host, QAbstractItemView* view)
             [=, &host] { host.journal(selection + selectedTexts(view)); });
         host.onSignal(view->model(), SIGNAL(dataChanged(QModelIndex, QModelIndex)), [=, &host] {
             host.journal(data + itemText(view->currentIndex())
-                + QString::fromLatin1(" check %1")
-                      .arg(view->currentIndex().data(Qt::CheckStateRole).toInt()));
+                + QString::fromLatin1(" check %1").arg(view->currentIndex().data(Qt::CheckStateRole).toInt()));
         });
     }
     host.onRequest(name + QLatin1String("State"), [=, &host] {
