@@ -68,6 +68,16 @@ void waitUntilReachable(QWidget* widget)
         QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::WaitForMoreEvents);
 }
 
+QString keyCodeText(int key)
+{
+#if QT_VERSION >= 0x050000
+    return key == Qt::Key_Space ? QString(QLatin1Char(' ')) : QString();
+#else
+    Q_UNUSED(key)
+    return QString();
+#endif
+}
+
 const char* socketErrorSignal()
 {
 #if QT_VERSION >= 0x060000

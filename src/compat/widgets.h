@@ -3,6 +3,7 @@
 #include <QtCore/QEvent>
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
+#include <QtCore/QString>
 
 class QMouseEvent;
 class QWidget;
@@ -22,6 +23,10 @@ QRect availableGeometry(const QWidget* widget);
 // Processes events, but those of sockets, until the window is active and on top where the widget's centre is: for half a
 // second at most, and not at all if the window cannot become active.
 void waitUntilReachable(QWidget* widget);
+
+// The text of a key event that is made from a key code: none, but for the space key since Qt 5. An item view of these
+// takes a space without text for a search for any text, and moves its current item on to the next one.
+QString keyCodeText(int key);
 
 // The SIGNAL() text of QAbstractSocket's error signal.
 const char* socketErrorSignal();

@@ -1,5 +1,6 @@
 #include "proxy/proxytable.h"
 
+#include "proxies/stqabstractitemview.h"
 #include "proxies/stqbutton.h"
 #include "proxies/stqcheckbox.h"
 #include "proxies/stqcombobox.h"
@@ -8,14 +9,17 @@
 #include "proxies/stqfiledialog.h"
 #include "proxies/stqgroupbox.h"
 #include "proxies/stqlineedit.h"
+#include "proxies/stqlistview.h"
 #include "proxies/stqmenu.h"
 #include "proxies/stqmenubar.h"
 #include "proxies/stqslider.h"
 #include "proxies/stqspinbox.h"
 #include "proxies/stqstatusbar.h"
 #include "proxies/stqtabbar.h"
+#include "proxies/stqtable.h"
 #include "proxies/stqtextedit.h"
 #include "proxies/stqtoolbox.h"
+#include "proxies/stqtreeview.h"
 
 namespace {
 
@@ -38,6 +42,8 @@ const ProxyTableRow proxyTable[] = {
     {"QGroupBox", make<STQGroupBox>},
     {"QComboBox", make<STQComboBox>},
     {"QLineEdit", make<STQLineEdit>},
+    {"QListView", make<STQListView>},
+    {"QTreeView", make<STQTreeView>},
     {"QMenuBar", make<STQMenuBar>},
     {"QMenu", make<STQMenu>},
     {"QTextEdit", make<STQTextEdit>},
@@ -49,8 +55,11 @@ const ProxyTableRow proxyTable[] = {
     {"QTimeEdit", make<STQDateTimeEdit>},
     {"QTabBar", make<STQTabBar>},
     {"QToolBox", make<STQToolBox>},
+    {"QTableView", make<STQTable>},
+    {"QTableWidget", make<STQTable>},
     {"QDockWidget", make<STQDockWidget>},
     {"QFileDialog", make<STQFileDialog>},
+    {"QAbstractItemView", make<STQAbstractItemView>},
     {"QStatusBar", make<STQStatusBar>},
 };
 const std::size_t proxyTableSize = sizeof(proxyTable) / sizeof(proxyTable[0]);

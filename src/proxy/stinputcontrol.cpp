@@ -114,12 +114,12 @@ void STInputControl::keyClick(QChar character)
 
 void STInputControl::keyPress(int key, Qt::KeyboardModifiers modifiers)
 {
-    postKeyEvent(QEvent::KeyPress, key, modifiers, QString());
+    postKeyEvent(QEvent::KeyPress, key, modifiers, compat::keyCodeText(key));
 }
 
 void STInputControl::keyRelease(int key, Qt::KeyboardModifiers modifiers)
 {
-    postKeyEvent(QEvent::KeyRelease, key, modifiers, QString());
+    postKeyEvent(QEvent::KeyRelease, key, modifiers, compat::keyCodeText(key));
 }
 
 void STInputControl::keyClick(int key, Qt::KeyboardModifiers modifiers)

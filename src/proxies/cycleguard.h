@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtCore/QPersistentModelIndex>
+
+// Notices that a walk through items runs in a circle, because the application moves the current item on its
+// own. It remembers one item only, another one after each doubling of the steps: a circle of any length comes
+// back to it.
+class CycleGuard
+{
+public:
+    // Whether the walk has come back to an item.
+    bool comesBackTo(const QModelIndex& item)
+    {
+        if (remembered.isValid() && remembered == item)
+            return true;
+        if (++steps == limit) {
+            remembered = item;
+            steps = 0;
+            limit *= 2;
+        }
+        return false;
+    }
+
+private:
+    QPersistentModelIndex remembered;
+    qint64 steps = 0;
+    qint64 limit = 1;
+};

@@ -1,0 +1,57 @@
+#include "proxies/itemmousecommand.h"
+
+#include "proxy/sterror.h"
+
+#include <QtCore/QStringList>
+
+#include <cstddef>
+
+namespace {
+
+template <class Value>
+struct Word
+{
+    const char* text;
+    Value value;
+};
+
+const Word<MouseCommandType> types[] = {
+    {"MousePress", MouseCommandType::Press},
+    {"MouseRelease", MouseCommandType::Release},
+    {"MouseClick", MouseCommandType::Click},
+    {"MouseDoubleClick", MouseCommandType::DoubleClick},
+};
+
+const Word<Qt::MouseButton> buttons[] = {
+    {"LeftButton", Qt::LeftButton},
+    {"RightButton", Qt::RightButton},
+};
+
+const Word<Qt::KeyboardModifier> modifiers[] = {
+    {"ShiftModifier", Qt::ShiftModifier},
+    {"ControlModifier", Qt::ControlModifier},
+    {"AltModifier", Qt::AltModifier},
+    {"", Qt::NoModifier},
+};
+
+template <class Value, std::size_t size>
+Value valueOf(const Word<Value> (&words)[size], const QString& text, const char* errorMessage)
+{
+    for (const Word<Value>& word : words) {
+        if (text == QLatin1String(word.text))
+            return word.value;
+    }
+    raiseError(errorMessage);
+}
+
+} // namespace
+
+ItemMouseCommand itemMouseCommand(const QString& text)
+{
+    const QStringList parts = text.split(QLatin1Char(':'));
+    if (parts.size() != 5)
+        raiseError("Invalid string value");
+    const Qt::MouseButton button = valueOf(buttons, parts.at(1), "Mouse button not supported");
+    const Qt::KeyboardModifier modifier = valueOf(modifiers, parts.at(4), "Mouse modifier not supported");
+    return {valueOf(types, parts.at(0), "Invalid mouse command"), button, modifier};
+}

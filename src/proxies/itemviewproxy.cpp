@@ -1,0 +1,142 @@
+#include "proxies/itemviewproxy.h"
+
+#include "compat/variant.h"
+#include "proxies/itemmousecommand.h"
+#include "proxies/itemproperties.h"
+#include "proxies/itemtext.h"
+
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+
+namespace {
+
+const char noCurrentMessage[] = "No item is current";
+const char notCheckableMessage[] = "Current item is not checkable";
+const char notVisibleMessage[] = "Current item not visible";
+const char longTerminatorMessage[] = "terminating key is more than one character";
+const char lineEditMessage[] = "enter, QLineEdit validate error\n";
+const char spinBoxMessage[] = "enter, QAbstractSpinBox validate error\n";
+
+} // namespace
+
+ItemPlace::ItemPlace(const QAbstractItemView& view, int row, int column)
+    : item(cellAt(view.model(), row, column, view.rootIndex()))
+    , originalRow(row)
+    , originalColumn(column)
+{
+}
+
+QAbstractItemView* ItemViewProxy::itemView()
+{
+    return static_cast<QAbstractItemView*>(checkedWidget("QAbstractItemView"));
+}
+
+QRect currentItemRect(const QAbstractItemView& view)
+{
+    const QModelIndex current = view.currentIndex();
+    return current.isValid() ? view.visualRect(current).intersected(view.viewport()->rect()) : QRect();
+}
+
+QModelIndex ItemViewProxy::requiredCurrentIndex()
+{
+    const QModelIndex current = itemView()->currentIndex();
+    if (!current.isValid())
+        raiseError(noCurrentMessage);
+    return current;
+}
+
+void ItemViewProxy::requireCheckable(const QModelIndex& current)
+{
+    if (!(current.flags() & Qt::ItemIsUserCheckable))
+        raiseError(notCheckableMessage);
+}
+
+void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility visibility)
+{
+    if (compat::typeOf(command) != QMetaType::QString)
+        typeError("string");
+    const QAbstractItemView* view = itemView();
+    const bool hasCurrent = view->currentIndex().isValid();
+    const QRect rect = hasCurrent ? currentItemRect(*view) : view->viewport()->rect();
+    if (hasCurrent && rect.isEmpty() && visibility == Visibility::Required)
+        raiseError(notVisibleMessage);
+    const QPoint point
+        = view->viewport()->mapToGlobal(QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+    processEventsEnabled = false;
+    const ItemMouseCommand mouse = itemMouseCommand(command.toString());
+    mouseMove(point, Qt::NoModifier); // without the modifier, which a press's or a release's own move has
+    playMouse(mouse.type, point, mouse.button, mouse.modifiers);
+}
+
+void ItemViewProxy::takeFocusByKey(const QString& errorMessage)
+{
+    itemView()->activateWindow();
+    itemView()->setFocus(Qt::OtherFocusReason);
+    keyClick(Qt::Key_Up, Qt::NoModifier);
+    syncEvents();
+    if (!itemView()->hasFocus())
+        raiseError(errorMessage);
+}
+
+void ItemViewProxy::pressUntil(Axis axis, const ItemPlace& place, int key, Qt::KeyboardModifiers modifiers)
+{
+    const qint64 pressesPerSection = 5;
+    const bool rows = axis == Axis::Rows;
+    const auto count = [&] { return rows ? rowCountUnderRoot(*itemView()) : columnCountUnderRoot(*itemView()); };
+    const auto arrived = [&] {
+        const QModelIndex current = itemView()->currentIndex();
+        return rows ? current.row() == place.row() : current.column() == place.column();
+    };
+    for (qint64 presses = 0; presses < pressesPerSection * count(); ++presses) {
+        keyClick(key, modifiers);
+        if (arrived())
+            return;
+    }
+}
+
+QString ItemViewProxy::terminatingKey(const QVariant& option)
+{
+    if (option.isValid() && compat::typeOf(option) != QMetaType::QString)
+        typeError("string");
+    const QString key = option.toString();
+    if (key.size() > 1)
+        raiseError(longTerminatorMessage);
+    return key;
+}
+
+void ItemViewProxy::typeTerminatingKey(const QString& key)
+{
+    if (key.isEmpty())
+        return;
+    processEventsEnabled = false;
+    keyClick(key.at(0));
+}
+
+void ItemViewProxy::replaceTextInEditor(const QString& text)
+{
+    keyClick(Qt::Key_F2, Qt::NoModifier);
+    QApplication::clipboard()->setText(text, QClipboard::Clipboard);
+    keyClick(Qt::Key_End, Qt::NoModifier);
+    keyClick(Qt::Key_Home, Qt::ShiftModifier);
+    keyClick(Qt::Key_V, Qt::ControlModifier);
+    requireTextInEditor(text);
+    processEventsEnabled = false;
+    keyClick(Qt::Key_Return, Qt::NoModifier);
+}
+
+void ItemViewProxy::requireTextInEditor(const QString& text)
+{
+    const QWidget* editor = QApplication::focusWidget();
+    if (!editor || editor != itemView()->focusWidget())
+        return;
+    if (editor->inherits("QLineEdit")) {
+        if (static_cast<const QLineEdit*>(editor)->text() != text)
+            raiseError(lineEditMessage);
+    } else if (editor->inherits("QAbstractSpinBox")) {
+        if (static_cast<const QAbstractSpinBox*>(editor)->text() != text)
+            raiseError(spinBoxMessage);
+    }
+}

@@ -1,0 +1,102 @@
+#include "proxies/treeitempath.h"
+
+#include "proxies/itemtext.h"
+
+#include <QTreeView>
+
+#include <vector>
+
+namespace {
+
+const QLatin1Char columnSeparator(':');
+const QLatin1Char levelSeparator('/');
+
+QModelIndex findBelow(const QTreeView& view, const QStringList& segments, int depth, const QModelIndex& parent)
+{
+    const QAbstractItemModel& model = *view.model();
+    for (int row = 0, rows = model.rowCount(parent); row < rows; ++row) {
+        const QModelIndex item = model.index(row, 0, parent);
+        if (!item.isValid() || !segmentMatches(segments.at(depth), treeRowText(view, row, parent)))
+            continue;
+        if (depth + 1 == segments.size())
+            return item;
+        const QModelIndex found = findBelow(view, segments, depth + 1, item);
+        if (found.isValid())
+            return found;
+    }
+    return QModelIndex();
+}
+
+// How far the listing has come below one item.
+struct Level
+{
+    QModelIndex parent;
+    QString prefix;
+    int rows;
+    int nextRow;
+};
+
+} // namespace
+
+QString treeRowText(const QTreeView& view, int row, const QModelIndex& parent)
+{
+    const QAbstractItemModel& model = *view.model();
+    QString text;
+    for (int column = 0, columns = model.columnCount(parent); column < columns; ++column) {
+        if (view.isColumnHidden(column))
+            continue;
+        if (!text.isEmpty())
+            text += columnSeparator;
+        text += displayText(model.index(row, column, parent));
+    }
+    return text;
+}
+
+bool segmentMatches(const QString& segment, const QString& rowText)
+{
+    // Equal parts are equal texts up to a separator or the end. Not startsWith(), for which nothing starts
+    // with "".
+    return rowText.left(segment.size()) == segment
+        && (rowText.size() == segment.size() || rowText.at(segment.size()) == columnSeparator);
+}
+
+QString itemPathOf(const QTreeView& view, const QModelIndex& index)
+{
+    if (!index.isValid())
+        return QString();
+    QStringList texts;
+    for (QModelIndex item = index; item.isValid() && item != view.rootIndex(); item = item.parent())
+        texts.prepend(treeRowText(view, item.row(), item.parent()));
+    return texts.join(QString(levelSeparator));
+}
+
+QModelIndex findItem(const QTreeView& view, const QString& path)
+{
+    return view.model() ? findBelow(view, path.split(levelSeparator), 0, view.rootIndex()) : QModelIndex();
+}
+
+QStringList treeItemPaths(const QTreeView& view)
+{
+    QStringList paths;
+    if (!view.model())
+        return paths;
+    const QAbstractItemModel& model = *view.model();
+    // Not a recursion: the depth is the application's, the stack is not.
+    std::vector<Level> levels{{view.rootIndex(), QString(), model.rowCount(view.rootIndex()), 0}};
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.nextRow == level.rows) {
+            levels.pop_back();
+            continue;
+        }
+        const int row = level.nextRow++;
+        const QModelIndex item = model.index(row, 0, level.parent);
+        if (!item.isValid() || view.isRowHidden(row, level.parent))
+            continue;
+        const QString path = level.prefix + treeRowText(view, row, level.parent);
+        paths.append(path);
+        if (const int rows = model.rowCount(item))
+            levels.push_back({item, path + levelSeparator, rows, 0});
+    }
+    return paths;
+}
