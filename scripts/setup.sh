@@ -6,7 +6,7 @@ packages=(
     # build
     g++ cmake ninja-build ccache qtbase5-dev qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
     # desktop for tests, demo and benchmarks
-    xvfb openbox x11-utils xdotool imagemagick fonts-dejavu-core util-linux iproute2
+    xvfb openbox x11-utils xdotool xclip imagemagick fonts-dejavu-core util-linux iproute2
     # runner and its tests
     python3 python3-pyelftools python3-pytest python3-pil
     # checks

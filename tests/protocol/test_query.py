@@ -17,8 +17,8 @@ def hexed_title(title):
 
 
 def point_at(app, window, path, position="0.5:0.5"):
-    """Moves the real cursor onto a widget."""
-    assert app.mouse(window, path, f"MouseMove::{position}:").startswith("0,")
+    """Moves the real cursor onto a widget, by the mouse command that all widgets share."""
+    assert app.mouse(window, path, f"MouseMove::{position}:", class_name="QWidget") == "0,QWidget"
 
 
 def test_no_widget_under_the_cursor(app):
