@@ -22,7 +22,9 @@ def main(build, pictures):
     major = int(build.name[len("qt") :])
     differences = []
     with Server() as server:
-        with launch([str(build / "bin" / "showcase")], server=server, qt=major, build=build.parent) as showcase:
+        with launch(
+            [str(build / "bin" / "showcase")], server=server, qt=major, build=build.parent
+        ) as showcase:
             stage = Stage(showcase, "Widget:showcase", pictures)
             stage.expect_window("Widget:showcase")
             stage.expect("showcase", "isActiveWindow", True)
@@ -32,7 +34,9 @@ def main(build, pictures):
             stage.picture("after")
             differences += stage.differences
         environment = calculator.environment(pictures)
-        with launch(["speedcrunch"], server=server, build=build.parent, environment=environment) as speedcrunch:
+        with launch(
+            ["speedcrunch"], server=server, build=build.parent, environment=environment
+        ) as speedcrunch:
             stage = Stage(speedcrunch, "SpeedCrunch", pictures)
             calculator.play(stage)
             stage.picture("speedcrunch")

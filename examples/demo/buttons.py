@@ -19,7 +19,11 @@ def play(stage):
     stage.activate("Press a button that has no name but its text.", "Grind_dialog_button")
     stage.expect_event("clicked: Grind")
     reply = stage.request("Press a disabled button: refused.", f"5,{WINDOW},refillButton,,,")
-    stage.check("refusal", reply.payload, 'Exception : Error: widget "refillButton" of class "QPushButton" is disabled.')
+    stage.check(
+        "refusal",
+        reply.payload,
+        'Exception : Error: widget "refillButton" of class "QPushButton" is disabled.',
+    )
     stage.activate("Choose a radio button.", "darkRadio")
     stage.expect("darkRadio", "checked", True)
 
@@ -37,7 +41,9 @@ def play(stage):
         stage.request(f"Read {name}.", f"7,{WINDOW},brewButton,,{name},")
 
     stage.title("Play mouse commands")
-    stage.mouse("Right click with Control held.", "tastingPad", "MouseClick:RightButton:0.5:0.5:ControlModifier")
+    stage.mouse(
+        "Right click with Control held.", "tastingPad", "MouseClick:RightButton:0.5:0.5:ControlModifier"
+    )
     stage.mouse("Press on the left ...", "tastingPad", "MousePress:LeftButton:0.25:0.5:")
     stage.mouse("... drag to the right ...", "tastingPad", "MouseMove::0.75:0.5:")
     stage.mouse("... and let go.", "tastingPad", "MouseRelease:LeftButton:0.75:0.5:")

@@ -90,7 +90,9 @@ def test_cpp_sources_are_formatted():
 
 def test_python_sources_are_formatted():
     subprocess.run(
-        ["/usr/bin/black", "-q", "--check", "-l", "110", "runner", "tests", "scripts"], cwd=ROOT, check=True
+        ["/usr/bin/black", "-q", "--check", "-l", "110", "runner", "tests", "scripts", "examples", "bench"],
+        cwd=ROOT,
+        check=True,
     )
 
 
