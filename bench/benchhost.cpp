@@ -1,16 +1,14 @@
 // An application to be measured: a window of 100 named widgets, the agent, and a socket that echoes each line. The echo
 // is the floor: what one line there and back costs in this event loop, whatever is done with it.
 
+#include "agentloader.h"
+
 #include <QApplication>
 #include <QGridLayout>
 #include <QPushButton>
 #include <QStringList>
 #include <QTcpSocket>
-#include <QTimer>
-#include <QtCore/QLibrary>
 #include <QtNetwork/QHostAddress>
-
-#include <cstdio>
 
 namespace {
 
@@ -35,33 +33,6 @@ private Q_SLOTS:
             flush();
         }
     }
-};
-
-// Loads the agent when the window manager has activated the window.
-class AgentLoader : public QObject
-{
-public:
-    explicit AgentLoader(const QString& path)
-        : library(path)
-    {
-        startTimer(5);
-    }
-
-protected:
-    void timerEvent(QTimerEvent* event) override
-    {
-        if (!QApplication::activeWindow())
-            return;
-        killTimer(event->timerId());
-        const auto create = reinterpret_cast<void* (*)()>(library.resolve("createTestClient"));
-        if (create)
-            create();
-        else
-            std::fprintf(stderr, "%s\n", library.errorString().toLocal8Bit().constData());
-    }
-
-private:
-    QLibrary library;
 };
 
 } // namespace

@@ -6,12 +6,12 @@ the echo, so that both see the same machine.
 """
 
 import json
-import socket
 import statistics
 import subprocess
 import sys
-import time
 from pathlib import Path
+
+from wire import Line, listen
 
 ROUNDS = 500
 WARM_UP = 50
@@ -24,34 +24,6 @@ REQUESTS = [
     ("locate a widget (4)", "4,Bench,button77"),
     ("move the mouse onto a widget (9)", "9,Bench,window,,733a3a3a3a3a,"),
 ]
-
-
-class Line:
-    """One connection, a line there and a line back."""
-
-    def __init__(self, server):
-        self._socket, _ = server.accept()
-        self._socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
-        self._reader = self._socket.makefile("rb")
-
-    def read(self):
-        return self._reader.readline()
-
-    def microseconds(self, data):
-        start = time.perf_counter_ns()
-        self._socket.sendall(data)
-        reply = self._reader.readline()
-        assert reply.endswith(b"\n"), "the application ended"
-        return (time.perf_counter_ns() - start) / 1000
-
-
-def listen(port):
-    server = socket.socket()
-    server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-    server.bind(("127.0.0.1", port))
-    server.listen()
-    server.settimeout(30)
-    return server
 
 
 def measure(agent, echo, request):

@@ -12,6 +12,8 @@ fi
 scripts/setup.sh
 for major in "${majors[@]}"; do
     scripts/build.sh "$major"
-    scripts/with-desktop.sh /usr/bin/python3 bench/roundtrips.py "build/qt$major"
-    echo
+    for table in roundtrips sizes; do
+        scripts/with-desktop.sh /usr/bin/python3 "bench/$table.py" "build/qt$major"
+        echo
+    done
 done

@@ -18,7 +18,7 @@ class Greeting:
         version: the agent's protocol version, for example "2.1.0".
         pid: process id of the application, as that process sees it.
         hook_port: port of the outside test tool's hook; -1 without one, 0 while it is not initialised.
-        build_tag: names the Qt, compiler and platform that the agent was built for.
+        build_tag: the agent's build tag, "qt486_vs2015_x64" whatever it was built for.
     """
 
     version: str

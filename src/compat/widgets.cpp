@@ -1,7 +1,8 @@
 #include "compat/widgets.h"
 
+#include "compat/waiting.h"
+
 #include <QtCore/QPointer>
-#include <QtCore/QTimer>
 #include <QtGui/QMouseEvent>
 
 #if QT_VERSION >= 0x060000
@@ -34,8 +35,8 @@ bool isReachable(const QWidget* widget)
     const QWidget* window = widget->window();
     if (!window->isActiveWindow())
         return false;
-    const QPoint center = widget->mapTo(window, widget->rect().center());
-    return !window->rect().contains(center) || QApplication::topLevelAt(window->mapToGlobal(center)) == window;
+    const QPoint center = widget->mapToGlobal(widget->rect().center());
+    return !window->rect().contains(window->mapFromGlobal(center)) || QApplication::topLevelAt(center) == window;
 }
 
 } // namespace
@@ -60,12 +61,8 @@ void waitUntilReachable(QWidget* widget)
     if (!canBecomeActive(widget->window()) || isReachable(widget))
         return;
     const QPointer<QWidget> guarded(widget);
-    const int limitMilliseconds = 500;
-    QTimer limit;
-    limit.setSingleShot(true);
-    limit.start(limitMilliseconds);
-    while (guarded && !isReachable(guarded) && limit.isActive())
-        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::WaitForMoreEvents);
+    const int maximumMilliseconds = 500;
+    processEventsUntil([&] { return !guarded || isReachable(guarded); }, maximumMilliseconds);
 }
 
 QString keyCodeText(int key)

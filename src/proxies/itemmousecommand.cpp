@@ -1,19 +1,11 @@
 #include "proxies/itemmousecommand.h"
 
 #include "proxy/sterror.h"
+#include "proxy/words.h"
 
 #include <QtCore/QStringList>
 
-#include <cstddef>
-
 namespace {
-
-template <class Value>
-struct Word
-{
-    const char* text;
-    Value value;
-};
 
 const Word<MouseCommandType> types[] = {
     {"MousePress", MouseCommandType::Press},
@@ -35,12 +27,10 @@ const Word<Qt::KeyboardModifier> modifiers[] = {
 };
 
 template <class Value, std::size_t size>
-Value valueOf(const Word<Value> (&words)[size], const QString& text, const char* errorMessage)
+Value requiredValue(const Word<Value> (&words)[size], const QString& text, const char* errorMessage)
 {
-    for (const Word<Value>& word : words) {
-        if (text == QLatin1String(word.text))
-            return word.value;
-    }
+    if (const Value* value = valueOf(words, text))
+        return *value;
     raiseError(errorMessage);
 }
 
@@ -51,7 +41,7 @@ ItemMouseCommand itemMouseCommand(const QString& text)
     const QStringList parts = text.split(QLatin1Char(':'));
     if (parts.size() != 5)
         raiseError("Invalid string value");
-    const Qt::MouseButton button = valueOf(buttons, parts.at(1), "Mouse button not supported");
-    const Qt::KeyboardModifier modifier = valueOf(modifiers, parts.at(4), "Mouse modifier not supported");
-    return {valueOf(types, parts.at(0), "Invalid mouse command"), button, modifier};
+    const Qt::MouseButton button = requiredValue(buttons, parts.at(1), "Mouse button not supported");
+    const Qt::KeyboardModifier modifier = requiredValue(modifiers, parts.at(4), "Mouse modifier not supported");
+    return {requiredValue(types, parts.at(0), "Invalid mouse command"), button, modifier};
 }

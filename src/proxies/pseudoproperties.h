@@ -6,14 +6,16 @@
 #include <cstddef>
 
 // One row of a proxy's table of pseudo-properties: its name and how it is read from the widget.
-template <class Widget> struct PseudoProperty
+template <class Widget>
+struct PseudoProperty
 {
     const char* name;
     QVariant (*read)(const Widget& widget);
 };
 
 // The names of the rows, in their order.
-template <class Widget, std::size_t size> QStringList namesOf(const PseudoProperty<Widget> (&rows)[size])
+template <class Widget, std::size_t size>
+QStringList namesOf(const PseudoProperty<Widget> (&rows)[size])
 {
     QStringList names;
     for (const PseudoProperty<Widget>& row : rows)

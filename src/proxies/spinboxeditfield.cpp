@@ -8,6 +8,5 @@ QRect spinBoxEditField(const QWidget* spinBox)
 {
     QStyleOptionSpinBox option;
     option.initFrom(spinBox);
-    return spinBox->style()->subControlRect(
-        QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxEditField, spinBox);
+    return spinBox->style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxEditField, spinBox);
 }

@@ -1,11 +1,11 @@
 #include "proxies/stqcombobox.h"
 
 #include "compat/variant.h"
+#include "compat/waiting.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QtCore/QTimer>
 
 namespace {
 
@@ -13,16 +13,11 @@ const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
 const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
 const char readOnlyMessage[] = "enter, QComboBox is read only";
 
-// Lets the application run until its list is open, for 200 ms at most: a list may roll out slowly. The
-// timer's event ends the last wait; there is no polling.
+// A list may take a while to roll out.
 void waitForPopup()
 {
     const int maximumMilliseconds = 200;
-    QTimer limit;
-    limit.setSingleShot(true);
-    limit.start(maximumMilliseconds);
-    while (limit.isActive() && !QApplication::activePopupWidget())
-        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::WaitForMoreEvents);
+    compat::processEventsUntil([] { return QApplication::activePopupWidget() != nullptr; }, maximumMilliseconds);
 }
 
 } // namespace

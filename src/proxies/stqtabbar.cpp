@@ -14,8 +14,7 @@ const char indexRange[] = "[0, %d]";
 const PseudoProperty<QTabBar> STQTabBar::pseudoProperties[] = {
     {"itemList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabText); }},
     {"toolTipList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabToolTip); }},
-    {"currentText",
-        [](const QTabBar& bar) -> QVariant { return stripMnemonic(bar.tabText(bar.currentIndex())); }},
+    {"currentText", [](const QTabBar& bar) -> QVariant { return stripMnemonic(bar.tabText(bar.currentIndex())); }},
     {"currentToolTip", [](const QTabBar& bar) -> QVariant { return bar.tabToolTip(bar.currentIndex()); }},
 };
 
@@ -25,9 +24,8 @@ void STQTabBar::activate(const QVariant& value, const QVariant&)
     if (type != QMetaType::QString && type != QMetaType::Int)
         typeError("string, integer");
     const QTabBar* bar = tabBar();
-    const int index = type == QMetaType::Int
-        ? value.toInt()
-        : strippedTexts(*bar, &QTabBar::tabText).indexOf(value.toString());
+    const int index
+        = type == QMetaType::Int ? value.toInt() : strippedTexts(*bar, &QTabBar::tabText).indexOf(value.toString());
     const QRect rect = bar->tabRect(index);
     if (rect.isNull()) // also for an index that no tab has, such as the -1 of an unknown text
         rangeError(indexRange, bar->count() - 1);

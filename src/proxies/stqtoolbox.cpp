@@ -36,8 +36,7 @@ void STQToolBox::activate(const QVariant& value, const QVariant&)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     const QString text = value.toString();
-    const QList<QAbstractButton*> headers
-        = checkedWidget("QToolBox")->findChildren<QAbstractButton*>(headerName);
+    const QList<QAbstractButton*> headers = checkedWidget("QToolBox")->findChildren<QAbstractButton*>(headerName);
     const auto header = std::find_if(headers.begin(), headers.end(),
         [&text](const QAbstractButton* button) { return button->isVisible() && button->text() == text; });
     if (header == headers.end())

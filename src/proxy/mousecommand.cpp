@@ -1,17 +1,9 @@
 #include "proxy/mousecommand.h"
 
 #include "proxy/sterror.h"
-
-#include <cstddef>
+#include "proxy/words.h"
 
 namespace {
-
-template <class Value>
-struct Word
-{
-    const char* text;
-    Value value;
-};
 
 const Word<MouseCommandType> types[] = {
     {"MousePress", MouseCommandType::Press},
@@ -39,12 +31,10 @@ const Word<Qt::KeyboardModifier> modifiers[] = {
 };
 
 template <class Value, std::size_t size>
-Value valueOf(const Word<Value> (&words)[size], const QString& text, const char* kind)
+Value requiredValue(const Word<Value> (&words)[size], const QString& text, const char* kind)
 {
-    for (const Word<Value>& word : words) {
-        if (text == QLatin1String(word.text))
-            return word.value;
-    }
+    if (const Value* value = valueOf(words, text))
+        return *value;
     raiseError(
         QLatin1Char('"') + text + QLatin1String("\"-") + QLatin1String(kind) + QLatin1String(" is not implemented"));
 }
@@ -69,17 +59,17 @@ void checkRange(float share)
 
 MouseCommandType mouseCommandType(const QString& word)
 {
-    return valueOf(types, word, "Type");
+    return requiredValue(types, word, "Type");
 }
 
 Qt::MouseButton mouseButton(const QString& word)
 {
-    return valueOf(buttons, word, "Button");
+    return requiredValue(buttons, word, "Button");
 }
 
 Qt::KeyboardModifiers keyboardModifier(const QString& word)
 {
-    return valueOf(modifiers, word, "Modifier");
+    return requiredValue(modifiers, word, "Modifier");
 }
 
 QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y)

@@ -11,8 +11,8 @@ namespace {
 void build(TestHost& host)
 {
     QApplication::setQuitOnLastWindowClosed(false);
-    host.onRequest(QLatin1String("copy"),
-        [] { QApplication::clipboard()->setText(QLatin1String("of another application")); });
+    host.onRequest(
+        QLatin1String("copy"), [] { QApplication::clipboard()->setText(QLatin1String("of another application")); });
     host.onRequest(QLatin1String("paste"),
         [&host] { host.journal(QLatin1String("clipboard ") + QApplication::clipboard()->text()); });
 }

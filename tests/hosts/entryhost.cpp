@@ -87,7 +87,8 @@ public:
 
 private:
     // Columns of one kind each.
-    template <class Widget> Widget* add(const char* name, int column, Widget* widget)
+    template <class Widget>
+    Widget* add(const char* name, int column, Widget* widget)
     {
         widget->setObjectName(QLatin1String(name));
         grid->addWidget(widget, rows[column]++, column);
@@ -142,7 +143,8 @@ private:
         grid->addWidget(paragraphs, rows[1]++, 1);
     }
 
-    template <class Box> Box* addSpin(const char* name, Box* box)
+    template <class Box>
+    Box* addSpin(const char* name, Box* box)
     {
         add(name, 2, box);
         host.journalSignal(box, SIGNAL(editingFinished()), QLatin1String("finished"));
@@ -164,7 +166,8 @@ private:
         dieLater(addSpin("doomedSpin", new QSpinBox), SIGNAL(valueChanged(int)));
     }
 
-    template <class Edit> Edit* addMoment(const char* name, Edit* edit, const char* format)
+    template <class Edit>
+    Edit* addMoment(const char* name, Edit* edit, const char* format)
     {
         addSpin(name, edit);
         edit->setDisplayFormat(QLatin1String(format));
@@ -251,8 +254,7 @@ private:
             if (doomed->view()->currentIndex().row() == 3)
                 death->start();
         });
-        host.onRequest(
-            QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
+        host.onRequest(QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
     }
 
     void addClipboard()
@@ -262,10 +264,7 @@ private:
     }
 
     // Deletes the widget soon after the signal, but not within it: Qt itself could not bear that.
-    void dieLater(QWidget* widget, const char* signal)
-    {
-        connect(widget, signal, deathOf(widget), SLOT(start()));
-    }
+    void dieLater(QWidget* widget, const char* signal) { connect(widget, signal, deathOf(widget), SLOT(start())); }
 
     QTimer* deathOf(QWidget* widget)
     {

@@ -52,14 +52,13 @@ void addButton(const Application& application, const char* name, QFileDialog::Ac
         dialog.setFileMode(fileMode);
         dialog.selectFile(QLatin1String(suggestion));
         const bool accepted = dialog.exec() == QDialog::Accepted;
-        application.host.journal(accepted ? QLatin1String("file ") + dialog.selectedFiles().value(0)
-                                          : QString::fromLatin1("no file"));
+        application.host.journal(
+            accepted ? QLatin1String("file ") + dialog.selectedFiles().value(0) : QString::fromLatin1("no file"));
     });
 }
 
 // "do NAME" shows a dialog beside the window, changed by `change` before.
-void addRequest(
-    const Application& application, const char* name, const std::function<void(QFileDialog*)>& change)
+void addRequest(const Application& application, const char* name, const std::function<void(QFileDialog*)>& change)
 {
     application.host.onRequest(QLatin1String(name), [=] {
         auto* dialog = new QFileDialog(application.window); // the window's, until it is closed
@@ -103,8 +102,8 @@ public:
 void addRequests(const Application& application)
 {
     addRequest(application, "show", [](QFileDialog*) {});
-    addRequest(application, "journalled",
-        [application](QFileDialog* dialog) { application.host.journalInput(dialog); });
+    addRequest(
+        application, "journalled", [application](QFileDialog* dialog) { application.host.journalInput(dialog); });
     addRequest(application, "showDisabled", [](QFileDialog* dialog) { dialog->setEnabled(false); });
     addRequest(application, "showWithoutField",
         [](QFileDialog* dialog) { fileNameEdit(dialog)->setObjectName(QLatin1String("renamed")); });

@@ -1,5 +1,6 @@
 // List views over all kinds of models, one per "--scenario"; see tests/protocol/test_list_view.py.
 
+#include "scenario.h"
 #include "testhost.h"
 #include "viewjournal.h"
 
@@ -237,13 +238,7 @@ void deletingViewScenario(Stage& stage)
         stage.host, view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] { delete view; });
 }
 
-struct Scenario
-{
-    const char* name;
-    void (*build)(Stage& stage);
-};
-
-const Scenario scenarios[] = {
+const Scenario<Stage> scenarios[] = {
     {"letters", letterScenario},
     {"widget", widgetScenario},
     {"rooted", rootedScenario},
@@ -262,22 +257,7 @@ const Scenario scenarios[] = {
 
 void build(TestHost& host)
 {
-    const QStringList arguments = QCoreApplication::arguments();
-    const QString wanted = arguments.value(arguments.indexOf(QLatin1String("--scenario")) + 1);
-    auto* window = new QWidget;
-    window->setObjectName(QLatin1String("window"));
-    window->setWindowTitle(QLatin1String("Lists"));
-    new QVBoxLayout(window);
-    auto* other = new QLineEdit; // has the focus at first, so that no item is current
-    other->setObjectName(QLatin1String("other"));
-    window->layout()->addWidget(other);
-    Stage stage = {host, window};
-    for (const Scenario& scenario : scenarios) {
-        if (wanted == QLatin1String(scenario.name))
-            scenario.build(stage);
-    }
-    window->setGeometry(60, 60, 300, 400);
-    window->show();
+    runScenario(host, scenarios, "Lists", QSize(300, 400));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Tables over all kinds of models, one per "--scenario"; see tests/protocol/test_table.py.
 
+#include "scenario.h"
 #include "testhost.h"
 #include "viewjournal.h"
 
@@ -212,13 +213,7 @@ void resettingScenario(Stage& stage)
     });
 }
 
-struct Scenario
-{
-    const char* name;
-    void (*build)(Stage& stage);
-};
-
-const Scenario scenarios[] = {
+const Scenario<Stage> scenarios[] = {
     {"numbered", numberedScenario},
     {"named", namedScenario},
     {"widget", widgetScenario},
@@ -238,22 +233,7 @@ const Scenario scenarios[] = {
 
 void build(TestHost& host)
 {
-    const QStringList arguments = QCoreApplication::arguments();
-    const QString wanted = arguments.value(arguments.indexOf(QLatin1String("--scenario")) + 1);
-    auto* window = new QWidget;
-    window->setObjectName(QLatin1String("window"));
-    window->setWindowTitle(QLatin1String("Tables"));
-    new QVBoxLayout(window);
-    auto* other = new QLineEdit; // has the focus at first, so that no cell is current
-    other->setObjectName(QLatin1String("other"));
-    window->layout()->addWidget(other);
-    static Stage stage = {host, window}; // requests come later
-    for (const Scenario& scenario : scenarios) {
-        if (wanted == QLatin1String(scenario.name))
-            scenario.build(stage);
-    }
-    window->setGeometry(60, 60, 620, 400);
-    window->show();
+    runScenario(host, scenarios, "Tables", QSize(620, 400));
 }
 
 } // namespace

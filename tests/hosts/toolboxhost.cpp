@@ -63,8 +63,7 @@ void build(TestHost& host)
     window->statusBar()->setObjectName(QLatin1String("status"));
     host.onRequest(
         QLatin1String("say"), [window] { window->statusBar()->showMessage(QLatin1String("Saved & sound")); });
-    host.onRequest(
-        QLatin1String("journalStatus"), [&host, window] { host.journalInput(window->statusBar()); });
+    host.onRequest(QLatin1String("journalStatus"), [&host, window] { host.journalInput(window->statusBar()); });
     host.onRequest(QLatin1String("clear"), [window] { window->statusBar()->clearMessage(); });
     host.onRequest(QLatin1String("minimizeDoomed"), [window, doomed] {
         (new DeleteOnRestore(doomed))->setParent(window);

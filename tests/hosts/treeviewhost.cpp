@@ -1,5 +1,6 @@
 // Tree views over all kinds of models, one per "--scenario"; see tests/protocol/test_tree_view.py.
 
+#include "scenario.h"
 #include "testhost.h"
 #include "viewjournal.h"
 
@@ -287,13 +288,7 @@ void resettingScenario(Stage& stage)
     });
 }
 
-struct Scenario
-{
-    const char* name;
-    void (*build)(Stage& stage);
-};
-
-const Scenario scenarios[] = {
+const Scenario<Stage> scenarios[] = {
     {"files", fileScenario},
     {"widget", widgetScenario},
     {"single-column", singleColumnScenario},
@@ -314,22 +309,7 @@ const Scenario scenarios[] = {
 
 void build(TestHost& host)
 {
-    const QStringList arguments = QCoreApplication::arguments();
-    const QString wanted = arguments.value(arguments.indexOf(QLatin1String("--scenario")) + 1);
-    auto* window = new QWidget;
-    window->setObjectName(QLatin1String("window"));
-    window->setWindowTitle(QLatin1String("Trees"));
-    new QVBoxLayout(window);
-    auto* other = new QLineEdit; // has the focus at first, so that no item is current
-    other->setObjectName(QLatin1String("other"));
-    window->layout()->addWidget(other);
-    static Stage stage = {host, window}; // requests come later
-    for (const Scenario& scenario : scenarios) {
-        if (wanted == QLatin1String(scenario.name))
-            scenario.build(stage);
-    }
-    window->setGeometry(60, 60, 400, 500);
-    window->show();
+    runScenario(host, scenarios, "Trees", QSize(400, 500));
 }
 
 } // namespace

@@ -1,0 +1,32 @@
+"""What the benchmarks share: connections to an application that is measured."""
+
+import socket
+import time
+
+
+class Line:
+    """One connection, a line there and a line back."""
+
+    def __init__(self, server):
+        self._socket, _ = server.accept()
+        self._socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+        self._reader = self._socket.makefile("rb")
+
+    def read(self):
+        return self._reader.readline()
+
+    def microseconds(self, data):
+        start = time.perf_counter_ns()
+        self._socket.sendall(data)
+        reply = self._reader.readline()
+        assert reply.endswith(b"\n"), "the application ended"
+        return (time.perf_counter_ns() - start) / 1000
+
+
+def listen(port):
+    server = socket.socket()
+    server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+    server.bind(("127.0.0.1", port))
+    server.listen()
+    server.settimeout(30)
+    return server

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <cstddef>
+
+// A word of a command and what it stands for.
+template <class Value>
+struct Word
+{
+    const char* text;
+    Value value;
+};
+
+// What the text stands for, exactly and case-sensitively; null when the table does not have it.
+template <class Value, std::size_t size>
+const Value* valueOf(const Word<Value> (&words)[size], const QString& text)
+{
+    for (const Word<Value>& word : words) {
+        if (text == QLatin1String(word.text))
+            return &word.value;
+    }
+    return nullptr;
+}
