@@ -34,7 +34,14 @@ def wait_for_popup(app):
 
 
 def wait_until_closed(app, focus="edit"):
-    """Waits until no popup is open and the widget has the keyboard."""
+    """Waits until no popup is open and the widget has the keyboard.
+
+    Qt 5 can lose track of the active window when popups close and open in quick succession; as for any command, the
+    agent makes the window active again.
+    """
+    eventually(lambda: input_state(app)["popup"], "none")
+    if input_state(app)["focus"] == "none":
+        app.read("", focus, "globalRect")
     eventually(lambda: (input_state(app)["popup"], input_state(app)["focus"]), ("none", focus))
 
 
