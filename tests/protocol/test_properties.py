@@ -24,7 +24,12 @@ def test_a_button_adds_its_text(app):
 def test_all_qt_properties_are_named_inherited_ones_first(app):
     names = app.read("Editor", "canvas", "propertyNames").split("\f")
     assert names[:2] == ["0,l:", "objectName"]
-    assert names[-4:] == ["level", "options", "alignment", "orientation"]
+    assert names[-5:] == ["level", "options", "alignment", "orientation", "thrower"]
+
+
+def test_an_exception_of_the_application_is_answered(app):
+    assert app.read("Editor", "canvas", "thrower") == "8,Exception : Unknown exception"
+    assert app.request("8,Editor") == "0,Editor"
 
 
 def test_every_named_property_answers_something(app):

@@ -12,6 +12,7 @@ class ValueWidget : public QWidget
     Q_PROPERTY(Options options READ options)
     Q_PROPERTY(Qt::Alignment alignment READ alignment)
     Q_PROPERTY(Qt::Orientation orientation READ orientation)
+    Q_PROPERTY(int thrower READ thrower)
 
 public:
     enum Level { Low, High = 7 };
@@ -25,4 +26,5 @@ public:
     Options options() const { return Options(First) | Third; }
     Qt::Alignment alignment() const { return Qt::AlignRight | Qt::AlignTop; }
     Qt::Orientation orientation() const { return Qt::Vertical; }
+    int thrower() const { throw 1; }
 };
