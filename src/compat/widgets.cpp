@@ -64,8 +64,10 @@ void waitUntilReachable(QWidget* widget)
     const int maximumMilliseconds = 500;
     processEventsUntil([&] { return !guarded || isReachable(guarded); }, maximumMilliseconds);
     // Qt can lose track of the focus when popups open and close in quick succession: the windowing system has it on the
-    // window, so nothing more will come, but Qt has no active window, and no key would reach any widget.
-    if (guarded && !QApplication::activeWindow())
+    // window, so nothing more will come, but Qt has no active window, or a popup that is closed, and no key would reach
+    // any widget.
+    const QWidget* active = QApplication::activeWindow();
+    if (guarded && (!active || !active->isVisible()))
         QApplication::setActiveWindow(guarded->window());
 }
 
