@@ -32,8 +32,5 @@ void STQGroupBox::activate(const QVariant& value, const QVariant&)
         return;
     QStyleOptionGroupBox option;
     StyleOptionAccess::init(box, &option);
-    const QPoint point
-        = globalCenter(box->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box));
-    processEventsEnabled = false;
-    mouseClick(point, Qt::LeftButton, Qt::NoModifier);
+    clickCenter(box, box->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box));
 }

@@ -2,11 +2,14 @@
 
 import re
 
+import pytest
+
 from hostapp import QT
 
 STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Entries"
 DIED = "8,Exception : Internal error, proxy without widget"
+CLEAR = ["Home", "Shift+End", "Backspace"]
 
 _KEYS = {
     0x01000003: "Backspace",
@@ -19,6 +22,25 @@ _KEYS = {
 }
 _MODIFIERS = {0: "", 0x02000000: "Shift+", 0x04000000: "Control+", 0x06000000: "Control+Shift+"}
 _EVENT = re.compile(r"(keypress|keyrelease) (\S*) (\d+) '(.*)' modifiers (\d+)", re.DOTALL)
+
+
+def launched(launch, *arguments):
+    """The host of all entry fields, with an empty journal."""
+    app = launch("entryhost", *arguments)
+    app.forget()
+    return app
+
+
+@pytest.fixture(name="app", params=STYLES)
+def styled_app(launch, request):
+    """The host in each style."""
+    return launched(launch, "-style", request.param)
+
+
+@pytest.fixture(name="plain")
+def plain_app(launch):
+    """The host in the style that it has by itself."""
+    return launched(launch)
 
 
 def keys(app, name, kind="keypress"):

@@ -4,23 +4,18 @@ import time
 
 import pytest
 
-from entryfields import BUILT_IN_PROPERTIES, DIED, STYLES, WINDOW, disabled, input_events, keys, type_error
-
-CLEAR = ["Home", "Shift+End", "Backspace"]
-
-
-@pytest.fixture(params=STYLES)
-def app(launch, request):
-    app = launch("entryhost", "-style", request.param)
-    app.forget()
-    return app
-
-
-@pytest.fixture
-def plain(launch):
-    app = launch("entryhost")
-    app.forget()
-    return app
+from entryfields import (
+    BUILT_IN_PROPERTIES,
+    CLEAR,
+    DIED,
+    WINDOW,
+    disabled,
+    input_events,
+    keys,
+    plain_app,
+    styled_app,
+    type_error,
+)  # noqa: F401
 
 
 # Combo boxes that are not editable: items 0 to 4 are red, green, blue, green, Red; the current one is 2.

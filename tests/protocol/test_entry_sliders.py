@@ -4,23 +4,18 @@ import re
 
 import pytest
 
-from entryfields import DIED, STYLES, WINDOW, disabled, input_events, not_implemented, type_error
+from entryfields import (
+    DIED,
+    WINDOW,
+    disabled,
+    input_events,
+    not_implemented,
+    plain_app,
+    styled_app,
+    type_error,
+)  # noqa: F401
 
 RANGE = "accepts only values in the following range"
-
-
-@pytest.fixture(params=STYLES)
-def app(launch, request):
-    app = launch("entryhost", "-style", request.param)
-    app.forget()
-    return app
-
-
-@pytest.fixture
-def plain(launch):
-    app = launch("entryhost")
-    app.forget()
-    return app
 
 
 @pytest.mark.parametrize(

@@ -2,24 +2,19 @@
 
 import pytest
 
-from entryfields import DIED, STYLES, WINDOW, disabled, input_events, keys, type_error
+from entryfields import (
+    CLEAR,
+    DIED,
+    WINDOW,
+    disabled,
+    input_events,
+    keys,
+    plain_app,
+    styled_app,
+    type_error,
+)  # noqa: F401
 
-CLEAR = ["Home", "Shift+End", "Backspace"]
 PASTE = ["Home", "Shift+End", "Control+V"]
-
-
-@pytest.fixture(params=STYLES)
-def app(launch, request):
-    app = launch("entryhost", "-style", request.param)
-    app.forget()
-    return app
-
-
-@pytest.fixture
-def plain(launch):
-    app = launch("entryhost")
-    app.forget()
-    return app
 
 
 # Spin boxes

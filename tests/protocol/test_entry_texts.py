@@ -4,24 +4,22 @@ import pytest
 
 from entryfields import (
     BUILT_IN_PROPERTIES,
+    CLEAR,
     DIED,
     WINDOW,
     center,
     disabled,
     input_events,
     keys,
+    launched,
     not_implemented,
     type_error,
 )
 
-CLEAR = ["Home", "Shift+End", "Backspace"]
-
 
 @pytest.fixture
 def app(launch):
-    app = launch("entryhost")
-    app.forget()
-    return app
+    return launched(launch)
 
 
 # Line edits
