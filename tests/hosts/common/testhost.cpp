@@ -105,6 +105,13 @@ void TestHost::loadAgent()
     journal(QLatin1String("agent loaded"));
 }
 
+void TestHost::retireAgent()
+{
+    if (client)
+        client->deleteLater();
+    client = nullptr;
+}
+
 void TestHost::journal(const QString& line)
 {
     QString escaped = line;

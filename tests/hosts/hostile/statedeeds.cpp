@@ -1,0 +1,167 @@
+// Deeds that change widgets, or end them.
+
+#include "commondeeds.h"
+#include "stage.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QMainWindow>
+#include <QWidget>
+
+namespace {
+
+QWidget* widgetOf(QObject* sender)
+{
+    while (sender && !sender->isWidgetType())
+        sender = sender->parent();
+    return static_cast<QWidget*>(sender);
+}
+
+// What an application may destroy, and take elsewhere, and expect Qt to stand it.
+bool isOwn(const QObject* object)
+{
+    return object && object->property("own").toBool();
+}
+
+bool isView(const QObject* object)
+{
+    return object && object->inherits("QAbstractItemView") && !object->inherits("QHeaderView");
+}
+
+bool isEditor(const QObject* object)
+{
+    return object && object->isWidgetType() && object->parent() && isView(object->parent()->parent())
+        && object->objectName() != QLatin1String("qt_scrollarea_viewport");
+}
+
+} // namespace
+
+void destroySender(Stage&, QObject* sender)
+{
+    if (isOwn(sender) || isEditor(sender))
+        delete sender;
+}
+
+void destroyParent(Stage&, QObject* sender)
+{
+    QObject* victim = sender->parent();
+    while (victim && !isOwn(victim))
+        victim = victim->parent();
+    delete victim;
+}
+
+void destroyWindow(Stage&, QObject* sender)
+{
+    if (QWidget* widget = widgetOf(sender))
+        delete widget->window();
+}
+
+void destroyRandomWidget(Stage& stage, QObject*)
+{
+    QWidget* widget = stage.randomWidget();
+    if (isOwn(widget))
+        delete widget;
+}
+
+void destroyPopup(Stage&, QObject*)
+{
+    delete QApplication::activePopupWidget();
+}
+
+void destroyLater(Stage&, QObject* sender)
+{
+    if (isOwn(sender) || isEditor(sender))
+        sender->deleteLater();
+}
+
+void reparentSender(Stage& stage, QObject* sender)
+{
+    if (!isOwn(sender) || !sender->isWidgetType())
+        return;
+    auto* widget = static_cast<QWidget*>(sender);
+    QWidget* place = stage.chance.oneIn(2) ? nullptr : stage.randomWidget();
+    if (place == widget || widget->isAncestorOf(place))
+        return;
+    widget->setParent(place);
+    widget->show();
+    if (!place)
+        stage.addStray(widget);
+}
+
+void doSceneTrick(Stage& stage, QObject* sender)
+{
+    const QList<Stage::Trick> tricks = stage.sceneTricks();
+    if (!tricks.isEmpty())
+        tricks.at(stage.chance.below(static_cast<int>(tricks.size())))(sender);
+}
+
+void hideSender(Stage&, QObject* sender)
+{
+    if (QWidget* widget = widgetOf(sender)) {
+        widget->setProperty("hiddenBySabotage", true);
+        widget->hide();
+    }
+}
+
+void disableSender(Stage&, QObject* sender)
+{
+    if (QWidget* widget = widgetOf(sender)) {
+        widget->setProperty("disabledBySabotage", true);
+        widget->setEnabled(false);
+    }
+}
+
+void rename(Stage& stage, QObject* sender)
+{
+    const char* const names[] = {"", "button", "renamed", "unnamed", "ActivePopupWidget"};
+    sender->setObjectName(QLatin1String(names[stage.chance.below(5)]));
+}
+
+void stealFocus(Stage& stage, QObject*)
+{
+    if (QWidget* thief = stage.randomWidget())
+        thief->setFocus();
+}
+
+void clearFocus(Stage&, QObject*)
+{
+    if (QWidget* focus = QApplication::focusWidget())
+        focus->clearFocus();
+}
+
+void grabMouse(Stage&, QObject* sender)
+{
+    QWidget* widget = widgetOf(sender);
+    if (widget && widget->isVisible())
+        widget->grabMouse();
+}
+
+void grabKeyboard(Stage&, QObject* sender)
+{
+    QWidget* widget = widgetOf(sender);
+    if (widget && widget->isVisible())
+        widget->grabKeyboard();
+}
+
+void warpCursor(Stage& stage, QObject*)
+{
+    QCursor::setPos(stage.chance.below(1280), stage.chance.below(1024));
+}
+
+void removePostedEvents(Stage&, QObject* sender)
+{
+    QCoreApplication::removePostedEvents(sender, QEvent::KeyPress);
+    QCoreApplication::removePostedEvents(sender, QEvent::MouseButtonRelease);
+}
+
+void postInputOfItsOwn(Stage& stage, QObject*)
+{
+    const int keys[] = {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Up, Qt::Key_Down, Qt::Key_Home};
+    if (QWidget* focus = QApplication::focusWidget()) {
+        const int key = keys[stage.chance.below(6)];
+        QCoreApplication::postEvent(focus, new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
+        QCoreApplication::postEvent(focus, new QKeyEvent(QEvent::KeyRelease, key, Qt::NoModifier));
+    }
+}
