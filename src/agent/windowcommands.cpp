@@ -10,6 +10,12 @@ namespace {
 
 const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
 
+// As far as Qt takes a window: it calculates with its edges, and those of a window further off are no ints any more.
+int reachable(int coordinate)
+{
+    return qBound(-QWIDGETSIZE_MAX, coordinate, QWIDGETSIZE_MAX);
+}
+
 QString titleReply(const QWidget* window)
 {
     return QLatin1String("0,") + window->windowTitle();
@@ -52,7 +58,7 @@ QString checkWindow(const Request& request, STApplicationProxy&)
 
 QString moveWindow(const Request& request, STApplicationProxy&)
 {
-    return changeWindow(request, [](QWidget* window, int x, int y) { window->move(x, y); });
+    return changeWindow(request, [](QWidget* window, int x, int y) { window->move(reachable(x), reachable(y)); });
 }
 
 QString resizeWindow(const Request& request, STApplicationProxy&)

@@ -19,8 +19,9 @@ const char rangeMessage[] = "Type error: object \"%s\" of class \"%s\" accepts o
 // An application can put a window anywhere, so that its edges are beyond the range of an int: they stay in it then.
 int bounded(qint64 coordinate)
 {
-    return static_cast<int>(
-        qBound<qint64>(std::numeric_limits<int>::min(), coordinate, std::numeric_limits<int>::max()));
+    const qint64 minimum = std::numeric_limits<int>::min();
+    const qint64 maximum = std::numeric_limits<int>::max();
+    return static_cast<int>(qBound(minimum, coordinate, maximum));
 }
 
 QPoint sum(const QPoint& a, const QPoint& b)

@@ -3,7 +3,8 @@
 from __future__ import annotations
 
 import random
-from typing import Callable, Dict, List, Sequence, Tuple
+import time
+from typing import Callable, Container, Dict, List, Sequence, Tuple
 
 from qtdriver.commands import COMMAND_BY_NUMBER
 from qtdriver.errors import ProtocolError
@@ -118,6 +119,9 @@ SPECIAL_WINDOWS = (
 SIZES = ("40", "0", "-300", "1", "400", "900", "1500", "3000", "x", "")
 COORDINATES = ("40", "0", "-300", "1", "1500", "99999", "2147483647", "-2147483648", "x", "")
 
+PAUSE = 0.01
+"""Seconds until an application may have mended what it did."""
+
 LOOK_EVERY = 12
 """After how many commands the player looks again at what there is."""
 
@@ -157,14 +161,21 @@ class Player:
         maker = self._chance.choices([maker for _, maker in self._makers], weights)[0]
         return maker()
 
+    def take(self, reply: Reply) -> None:
+        """Learns from a reply: where a window is not there or blocked, the application is given a moment."""
+        if reply.code in ("2", "4"):
+            self._until_look = 0
+            time.sleep(PAUSE)
+
     def _look(self) -> None:
         self._windows, self._targets = [], []
         for window in self._list("1"):
-            title = WindowRecord.parse(window).title
-            if "," in title:
-                continue
-            self._windows.append(title)
-        for window in dict.fromkeys(self._windows[:4] + ["Widget:stage"]):
+            record = WindowRecord.parse(window)
+            if record.class_name == "QMainWindow":
+                self._windows.append("Widget:stage")
+            elif record.title and "," not in record.title:
+                self._windows.append(record.title)
+        for window in dict.fromkeys(self._windows[:4]):
             self._collect(window)
 
     def _list(self, request: str) -> Tuple[str, ...]:
@@ -180,7 +191,8 @@ class Player:
             del ancestors[record.depth :]
             ancestors.append(record.object_name or "unnamed")
             if "," not in "".join(ancestors) and (record.visible or self._chance.random() < 0.03):
-                self._targets.append((window, self._path(ancestors), record.class_name))
+                served = SERVED_UNDER.get(record.class_name, record.class_name)
+                self._targets.append((window, self._path(ancestors), served))
 
     def _path(self, ancestors: List[str]) -> str:
         name = ancestors[-1]
@@ -191,18 +203,18 @@ class Player:
             return "/".join(ancestors[-2:])
         return "/".join(ancestors) if form < 0.9 else f"{ancestors[0]}//{name}"
 
-    def _target(self) -> Tuple[str, str, str]:
-        """Window, path, and the class that serves the widget."""
-        special = self._chance.random()
-        window = self._window()
-        if special < 0.08 or not self._targets:
+    def _target(self, wanted: Container[str]) -> Tuple[str, str, str]:
+        """Window, path, and the class that serves the widget: mostly one of those that are wanted."""
+        if self._chance.random() < 0.08 or not self._targets:
             path = self._chance.choice(SPECIAL_PATHS + DERIVED_PATHS)
-            return window, path, self._chance.choice(SERVED)
-        window, path, class_name = self._chance.choice(self._targets)
-        return window, path, SERVED_UNDER.get(class_name, class_name)
+            return self._window(), path, self._chance.choice(SERVED)
+        targets = self._targets
+        if self._chance.random() < 0.9:
+            targets = [target for target in targets if target[2] in wanted] or targets
+        return self._chance.choice(targets)
 
     def _window(self) -> str:
-        if not self._windows or self._chance.random() < 0.3:
+        if not self._windows or self._chance.random() < 0.5:
             return self._chance.choice(SPECIAL_WINDOWS)
         return self._chance.choice(self._windows)
 
@@ -215,7 +227,7 @@ class Player:
         return COMMAND_BY_NUMBER[number].compose(*texts)
 
     def _activate(self) -> str:
-        window, path, served = self._target()
+        window, path, served = self._target(valuepool.ACTIVATIONS)
         value = encode_argument(valuepool.value_for(valuepool.ACTIVATIONS, served, self._chance))
         option = ""
         if served in valuepool.OPTIONS and self._chance.random() < 0.7:
@@ -223,12 +235,12 @@ class Player:
         return self._compose("5", window, path, self._served_as(), value, option)
 
     def _enter(self) -> str:
-        window, path, served = self._target()
+        window, path, served = self._target(valuepool.ENTRIES)
         value = encode_argument(valuepool.value_for(valuepool.ENTRIES, served, self._chance))
         return self._compose("6", window, path, self._served_as(), value, "")
 
     def _read(self) -> str:
-        window, path, served = self._target()
+        window, path, served = self._target(PSEUDO_PROPERTIES)
         names = PROPERTIES + 3 * PSEUDO_PROPERTIES.get(served, ())
         argument = ""
         if self._chance.random() < 0.8:
@@ -237,7 +249,7 @@ class Player:
         return self._compose("7", window, path, self._served_as(), self._chance.choice(names), argument)
 
     def _mouse(self) -> str:
-        window, path, _ = self._target()
+        window, path, _ = self._target(SERVED)
         command = encode_argument(valuepool.mouse_command(self._chance))
         return self._compose("9", window, path, self._served_as(), command, "")
 
@@ -245,7 +257,7 @@ class Player:
         return self._compose("2", self._window())
 
     def _locate(self) -> str:
-        window, path, _ = self._target()
+        window, path, _ = self._target(SERVED)
         return self._compose("4", window, path)
 
     def _check(self) -> str:

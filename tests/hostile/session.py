@@ -4,14 +4,15 @@ from __future__ import annotations
 
 import collections
 import os
+import resource
 import select
 import socket
 import subprocess
 import tempfile
 import time
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from pathlib import Path
-from typing import Deque, List, Optional, Tuple
+from typing import IO, Counter, Deque, List, Optional, Tuple
 
 from qtdriver.errors import ProtocolError
 from qtdriver.greeting import Greeting
@@ -36,7 +37,13 @@ DEADLINE = 20.0
 """Seconds within which a reply, the greeting and the end of the application have to come."""
 
 REMEMBERED = 12
+MESSAGE_WITH_LINE_END = " validate error"
+"""Some of the messages that end so have a line end of their own: the reply is followed by an empty line."""
+
 SANITIZER_MARKS = ("AddressSanitizer", "runtime error:", "UndefinedBehavior", "terminate called", "ASSERT")
+
+
+DEBUG = collections.Counter()
 
 
 class Finding(Exception):
@@ -51,9 +58,10 @@ class Ended(Exception):
 class Result:
     """What came of a session."""
 
-    played: int
-    refused: int
-    ended_early: bool
+    played: int = 0
+    ended_early: bool = False
+    codes: Counter[str] = field(default_factory=collections.Counter)
+    deeds: Counter[str] = field(default_factory=collections.Counter)
 
 
 class Session:
@@ -62,14 +70,20 @@ class Session:
     def __init__(self, build: Path, scenario: str, seed: int, server: socket.socket) -> None:
         self._requests: Deque[Tuple[str, str]] = collections.deque(maxlen=REMEMBERED)
         self._told = f"scenario {scenario}, session seed {seed}"
+        self._previous = ""
+        self._folder = tempfile.TemporaryDirectory(prefix="qtdriver-hostile-")
+        self._program = build / "bin" / "hostilehost"
         self._errors = tempfile.TemporaryFile()
-        program, library = build / "bin" / "hostilehost", build / "lib" / "libqtdriver.so"
-        command = [str(program), "--agent", str(library), "--scenario", scenario, "--seed", str(seed)]
+        self._journal = tempfile.TemporaryFile()
+        library = build / "lib" / "libqtdriver.so"
+        command = [str(self._program), "--agent", str(library), "--scenario", scenario, "--seed", str(seed)]
         self._process = subprocess.Popen(
             command,
             stdin=subprocess.PIPE,
-            stdout=subprocess.DEVNULL,
+            stdout=self._journal,
             stderr=self._errors,
+            cwd=self._folder.name,
+            preexec_fn=_allow_core_files,
             env={**_environment(), "QT_LOGGING_RULES": "*=false"},
         )
         try:
@@ -114,6 +128,9 @@ class Session:
         line = self._lines.read_line(deadline)
         if line is None:
             raise Ended
+        if not line and self._requests and self._previous.endswith(MESSAGE_WITH_LINE_END):
+            line = self._lines.read_line(deadline) or ""
+        self._previous = line
         self._requests[[one for one, _ in self._requests].index(request)] = (request, line[:300])
         try:
             return Reply.parse(line)
@@ -123,7 +140,10 @@ class Session:
     def _must_be_silent(self) -> None:
         """Nothing may come without a request; the end of the connection may."""
         readable, _, _ = select.select([self._socket], [], [], 0)
-        if self._lines.has_more or (readable and self._socket.recv(100, socket.MSG_PEEK)):
+        more = self._socket.recv(100, socket.MSG_PEEK) if readable else b""
+        if self._previous.endswith(MESSAGE_WITH_LINE_END):
+            return
+        if self._lines.has_more or more:
             raise self._finding("the agent has sent more than one reply")
 
     def close(self) -> None:
@@ -148,10 +168,15 @@ class Session:
             self._process.kill()
             self._process.wait()
         self._errors.close()
+        self._journal.close()
+        self._folder.cleanup()
+
+    def deeds(self) -> List[str]:
+        """What the application has done to itself so far, a line for each deed."""
+        return [line for line in _text(self._journal).splitlines() if line.startswith("deed ")]
 
     def _report(self) -> str:
-        self._errors.seek(0)
-        return self._errors.read().decode("utf-8", "replace")
+        return _text(self._errors)
 
     def _finding(self, what: str) -> Finding:
         """Everything to know about a finding; the application is ended to get at its last words."""
@@ -160,11 +185,17 @@ class Session:
             stack = _stack_of(self._process.pid)
             self._process.kill()
         else:
-            stack = ""
+            stack = _stack_of_core(self._program, Path(self._folder.name))
         status = self._process.wait()
         lines = [f"{what} ({self._told}; status {status})", "last requests:"]
         lines += [f"  > {request!r}\n  < {reply!r}" for request, reply in self._requests]
-        return Finding("\n".join([*lines, stack, self._report()[-12000:]]))
+        lines += ["last deeds:", *(f"  {deed[5:]}" for deed in self.deeds()[-REMEMBERED:]), stack]
+        return Finding("\n".join([*lines, self._report()[-12000:]]))
+
+
+def _text(file: IO[bytes]) -> str:
+    file.seek(0)
+    return file.read().decode("utf-8", "replace")
 
 
 def _environment() -> "dict[str, str]":
@@ -175,9 +206,24 @@ def _environment() -> "dict[str, str]":
     return environment
 
 
+def _allow_core_files() -> None:
+    _, most = resource.getrlimit(resource.RLIMIT_CORE)
+    resource.setrlimit(resource.RLIMIT_CORE, (most, most))
+
+
 def _stack_of(process: int) -> str:
     """Where a process is that does not answer, if a debugger is at hand."""
-    command = ["gdb", "-p", str(process), "-batch", "-ex", "thread apply all backtrace 40"]
+    return _backtrace("-p", str(process))
+
+
+def _stack_of_core(program: Path, folder: Path) -> str:
+    """Where a process crashed, if the system has left the file of it in the process's folder."""
+    cores = list(folder.glob("core*"))
+    return _backtrace(str(program), str(cores[0])) if cores else ""
+
+
+def _backtrace(*subject: str) -> str:
+    command = ["gdb", *subject, "-batch", "-ex", "thread 1", "-ex", "backtrace 150"]
     try:
         output = subprocess.run(command, capture_output=True, text=True, timeout=60).stdout
     except (OSError, subprocess.TimeoutExpired):
@@ -188,7 +234,7 @@ def _stack_of(process: int) -> str:
 def play(build: Path, scenario: str, seed: int, commands: int, server: socket.socket) -> Result:
     """Plays that many commands on one run of the application, or fewer if it ends in order before."""
     session = Session(build, scenario, seed, server)
-    result = Result(played=0, refused=0, ended_early=False)
+    result = Result()
     try:
         while result.played < commands:
             requests = [session.player.next_request()]
@@ -196,12 +242,20 @@ def play(build: Path, scenario: str, seed: int, commands: int, server: socket.so
                 requests.append(session.player.next_request())
             replies = session.ask_together(requests)
             result.played += len(replies)
-            result.refused += sum(not reply.ok for reply in replies)
+            for reply in replies:
+                session.player.take(reply)
+            result.codes.update(reply.code for reply in replies)
+            DEBUG.update(
+                (r.split(",")[0] + " " + reply.raw[:60])
+                for r, reply in zip(requests, replies)
+                if not reply.ok
+            )
         session.close()
     except Ended:
         result.ended_early = True
         session.wait()
     finally:
+        result.deeds.update(deed.split()[1] for deed in session.deeds())
         session.kill()
     return result
 

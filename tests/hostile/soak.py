@@ -6,11 +6,12 @@ Ends with status 1 when anything was found. scripts/soak.sh builds and runs it.
 from __future__ import annotations
 
 import argparse
+import collections
 import random
 import sys
 import time
 from pathlib import Path
-from typing import Dict, List
+from typing import Counter, Dict, List
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "runner"), str(Path(__file__).resolve().parent)]
@@ -30,7 +31,9 @@ def main() -> int:
     started = time.monotonic()
     played: Dict[str, int] = dict.fromkeys(options.scenarios, 0)
     findings: List[str] = []
-    ended_early = refused = sessions = 0
+    ended_early = sessions = 0
+    codes: Counter[str] = collections.Counter()
+    deeds: Counter[str] = collections.Counter()
     number = options.first
     while sum(played.values()) < options.commands and len(findings) < options.findings:
         scenario = min(played, key=lambda name: played[name])
@@ -41,7 +44,8 @@ def main() -> int:
         try:
             result = play(options.build, scenario, own_seed, wanted, server)
             played[scenario] += max(result.played, 1)
-            refused += result.refused
+            codes += result.codes
+            deeds += result.deeds
             ended_early += result.ended_early
         except Finding as finding:
             findings.append(f"{scenario} {own_seed}")
@@ -56,7 +60,15 @@ def main() -> int:
             _print_progress(sum(played.values()), started, sessions, ended_early, len(findings))
     _print_progress(sum(played.values()), started, sessions, ended_early, len(findings))
     print("soak: " + ", ".join(f"{name} {count}" for name, count in played.items()))
-    print(f"soak: seed {seed}: {refused} replies were refusals, {len(findings)} findings {findings}")
+    print("soak: replies: " + ", ".join(f"{code}: {count}" for code, count in sorted(codes.items())))
+    print(
+        f"soak: {sum(deeds.values())} deeds: "
+        + ", ".join(f"{name} {count}" for name, count in deeds.most_common())
+    )
+    print(f"soak: seed {seed}: {len(findings)} findings {findings}")
+    import session as x
+
+    print(x.DEBUG.most_common(50))
     return 1 if findings else 0
 
 

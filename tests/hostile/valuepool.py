@@ -50,19 +50,9 @@ MENU_PATHS = (
 )
 TABS = ("Page 1", "Page 2", "Page 4", "Dock 2", "Tools", "&More", "Even more", "x")
 FRUITS = ("apple", "pear", "plum", "fig", "melon")
-TEXTS = (
-    "",
-    "a",
-    "abc",
-    "12",
-    "99-99",
-    "text \xe4\xf6\xdf",
-    "%s %n %d",
-    "a\n",
-    "two\nlines",
-    "x" * 40,
-    "12,5\n",
-)
+TEXTS = ("", "a", "abc", "12", "99-99", "text \xe4\xf6\xdf", "%s %n %d", "x" * 40, "12,5")
+LINES = ("a\n", "two\nlines", "12\n", "\n")
+"""Not for every command: error messages repeat some values, and a reply is one line here."""
 DATES = ("2024-03-15", "01.01.00 00:00", "12:30", "1/1/00 12:00 AM", "1/2/01")
 FILES = ("/usr/share/doc", "nosuchfile", "/", "")
 NUMBERS = (0, 1, 2, 3, 5, 7, 19, 20, 100, -1, 2147483647, -2147483648)
@@ -91,7 +81,7 @@ MOUSE_BUTTONS = (
     "Button",
 )
 MODIFIERS = ("", "", "ShiftModifier", "ControlModifier", "AltModifier", "NoModifier", "MetaModifier")
-SHARES = ("", "0.5", "0.0", "1.0", "0.25", "0.9", "nan", "2", "x")
+SHARES = ("", "0.5", "0.5", "0.0", "1.0", "0.25", "0.25", "0.9", "0.9", "0.1", "nan", "2")
 
 Pool = Callable[[random.Random], Argument]
 
@@ -130,8 +120,8 @@ ACTIVATIONS: Dict[str, Pool] = {
 """What command 5 takes, by the class that serves the widget."""
 
 ENTRIES: Dict[str, Pool] = {
-    "QLineEdit": one_of(TEXTS),
-    "QTextEdit": one_of(TEXTS),
+    "QLineEdit": one_of(TEXTS, LINES),
+    "QTextEdit": one_of(TEXTS, LINES),
     "QComboBox": one_of(FRUITS, TEXTS),
     "QSpinBox": one_of(NUMBERS, TEXTS),
     "QDoubleSpinBox": one_of(NUMBERS, TEXTS),

@@ -55,6 +55,11 @@ QString keyText(const char* word, const QObject* object, const QKeyEvent* event)
 int TestHost::run(int argc, char** argv, const std::function<void(TestHost&)>& build)
 {
     QApplication application(argc, argv);
+    return run(application, build);
+}
+
+int TestHost::run(QApplication&, const std::function<void(TestHost&)>& build)
+{
     const QStringList arguments = QCoreApplication::arguments();
     TestHost host(arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1));
     build(host);

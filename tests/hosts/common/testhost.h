@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QApplication;
 class QWidget;
 
 // An application to be tested, with two windows of its own onto its state, independent of the agent:
@@ -21,6 +22,8 @@ class TestHost : public QObject
 public:
     // Builds the application by `build` and runs it. Returns what main() returns.
     static int run(int argc, char** argv, const std::function<void(TestHost&)>& build);
+    // The same for a host with an application class of its own.
+    static int run(QApplication& application, const std::function<void(TestHost&)>& build);
 
     // Reports a line; line feeds and backslashes in it are escaped.
     void journal(const QString& line);

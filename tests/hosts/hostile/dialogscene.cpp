@@ -17,8 +17,9 @@ namespace {
 
 QDialog* fileDialog(QWidget* parent)
 {
-    auto* dialog = new QFileDialog(parent, words("Open a file"), words("/usr/share"));
+    auto* dialog = new QFileDialog(parent, words("Open a file"));
     dialog->setOption(QFileDialog::DontUseNativeDialog, true);
+    dialog->setOption(QFileDialog::ReadOnly, true); // random clicks create and delete nothing
     return dialog;
 }
 
@@ -43,7 +44,7 @@ void openDialog(Stage& stage, QWidget* parent)
     QDialog* dialog = makers[stage.chance.below(makerCount)](parent);
     if (dialog->windowTitle().isEmpty())
         dialog->setWindowTitle(words("Dialog"));
-    dialog->setObjectName(words("dialog"));
+    own(dialog)->setObjectName(words("dialog"));
     dialog->setProperty("nestedByTheApplication", true);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setModal(stage.chance.oneIn(3));
@@ -72,11 +73,6 @@ void buildDialogs(Stage& stage, QWidget* centre)
 
     stage.addTrick([=, &stage](QObject*) { openDialog(stage, window); });
     stage.addTrick([=, &stage](QObject*) { openDialog(stage, nullptr); });
-    stage.addTrick([=](QObject*) {
-        const QList<QLineEdit*> fields = window ? window->findChildren<QLineEdit*>() : QList<QLineEdit*>();
-        for (QLineEdit* field : fields)
-            delete field;
-    });
     stage.addTrick([](QObject*) {
         const QList<QSystemTrayIcon*> icons = qApp->findChildren<QSystemTrayIcon*>();
         for (QSystemTrayIcon* icon : icons)

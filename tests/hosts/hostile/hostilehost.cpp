@@ -6,8 +6,8 @@
 #include "scenes.h"
 #include "stage.h"
 #include "testhost.h"
+#include "watchfulapplication.h"
 
-#include <QApplication>
 #include <QStringList>
 
 const Scene scenes[] = {
@@ -23,6 +23,9 @@ const Scene scenes[] = {
     {"properties", buildProperties},
 };
 const int sceneCount = sizeof(scenes) / sizeof(scenes[0]);
+
+QEvent::Type WatchfulApplication::inner = QEvent::None;
+QEvent::Type WatchfulApplication::outer = QEvent::None;
 
 namespace {
 
@@ -58,5 +61,6 @@ void build(TestHost& host)
 
 int main(int argc, char** argv)
 {
-    return TestHost::run(argc, argv, build);
+    WatchfulApplication application(argc, argv);
+    return TestHost::run(application, build);
 }

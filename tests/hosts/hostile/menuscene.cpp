@@ -1,5 +1,6 @@
 #include "scenes.h"
 
+#include "closeintime.h"
 #include "saboteur.h"
 
 #include <QAction>
@@ -59,7 +60,10 @@ protected:
         const QPoint position = event->globalPos();
         if (stage.chance.oneIn(2))
             return menu->popup(position);
-        stage.nest(Place::Fragile, [&] { menu->exec(position); });
+        stage.nest(Place::Fragile, [&] {
+            closeInTime(menu, 30 + stage.chance.below(60));
+            menu->exec(position);
+        });
         delete menu;
     }
 
@@ -104,11 +108,6 @@ void buildMenus(Stage& stage, QWidget* centre)
             menu->clear();
             fillMenu(menu, stage.chance.below(2));
         }
-    });
-    // A menu that contains itself.
-    stage.addTrick([=](QObject* sender) {
-        if (auto* menu = qobject_cast<QMenu*>(sender))
-            menu->addAction(menu->menuAction());
     });
     stage.addTrick([=, &stage](QObject*) {
         const QList<QAction*> actions = bar ? bar->findChildren<QAction*>() : QList<QAction*>();

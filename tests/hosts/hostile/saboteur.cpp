@@ -1,11 +1,13 @@
 #include "saboteur.h"
 
+#include "commondeeds.h"
 #include "deeds.h"
 #include "testhost.h"
+#include "watchfulapplication.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QWidget>
 
@@ -65,41 +67,45 @@ const SignalRow signalRows[] = {
 };
 
 // How seldom a signal, an input event and another event is answered by something hostile: once in so many.
-const int signalRarity = 7;
-const int inputRarity = 45;
-const int otherRarity = 60;
+const int signalRarity = 4;
+const int inputRarity = 16;
+const int otherRarity = 20;
 
-bool isInput(QEvent::Type type)
+struct EventRow
 {
-    switch (type) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::ContextMenu:
-        return true;
-    default:
-        return false;
-    }
-}
+    QEvent::Type type;
+    Place place;
+    int rarity;
+};
 
-bool isOther(QEvent::Type type)
+// Of input Qt looks after the target, if it was posted. In the middle of an activation, or of the pointer's crossing of
+// borders, it goes through a list of widgets; a popup that is closing stays the active one, and a modal dialog that opens
+// meanwhile waits for its end.
+const EventRow eventRows[] = {
+    {QEvent::MouseButtonPress, Place::Guarded, inputRarity},
+    {QEvent::MouseButtonRelease, Place::Guarded, inputRarity},
+    {QEvent::MouseButtonDblClick, Place::Guarded, inputRarity},
+    {QEvent::MouseMove, Place::Guarded, inputRarity},
+    {QEvent::KeyPress, Place::Guarded, inputRarity},
+    {QEvent::KeyRelease, Place::Guarded, inputRarity},
+    {QEvent::ContextMenu, Place::Guarded, inputRarity},
+    {QEvent::FocusIn, Place::Fragile, otherRarity},
+    {QEvent::FocusOut, Place::Fragile, otherRarity},
+    {QEvent::ShortcutOverride, Place::Fragile, otherRarity},
+    {QEvent::WindowActivate, Place::Delicate, otherRarity},
+    {QEvent::WindowDeactivate, Place::Delicate, otherRarity},
+    {QEvent::Enter, Place::Delicate, otherRarity},
+    {QEvent::Leave, Place::Delicate, otherRarity},
+    {QEvent::Close, Place::Delicate, otherRarity},
+};
+
+const EventRow* rowOf(const QEvent* event)
 {
-    switch (type) {
-    case QEvent::FocusIn:
-    case QEvent::FocusOut:
-    case QEvent::WindowActivate:
-    case QEvent::WindowDeactivate:
-    case QEvent::Enter:
-    case QEvent::Leave:
-    case QEvent::Close:
-    case QEvent::ShortcutOverride:
-        return true;
-    default:
-        return false;
+    for (const EventRow& row : eventRows) {
+        if (row.type == event->type())
+            return &row;
     }
+    return nullptr;
 }
 
 } // namespace
@@ -133,16 +139,24 @@ void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
 
 bool Saboteur::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool input = isInput(event->type());
-    if (stage.isQuiet() || !watched->isWidgetType() || (!input && !isOther(event->type())))
+    if (event->type() == QEvent::DeferredDelete && !stage.mayDestroy()) {
+        // In an event loop on top of a function of Qt that relies on the object.
+        stage.whenSafe(watched, [](QObject* subject) { subject->deleteLater(); });
+        return true;
+    }
+    if (event->type() == QEvent::DeferredDelete)
+        Stage::dropKeysOfEditors(watched);
+    const EventRow* row = rowOf(event);
+    if (!row || stage.isQuiet() || !watched->isWidgetType() || !stage.chance.oneIn(row->rarity))
         return false;
-    if (!stage.chance.oneIn(input ? inputRarity : otherRarity))
-        return false;
-    // Qt looks again for the target of input that was posted, and for no other.
     const QPointer<QObject> target(watched);
-    doHarm(stage, watched, input && !event->spontaneous() ? Place::Guarded : Place::Fragile);
+    const bool guarded = row->place == Place::Guarded && !event->spontaneous() && WatchfulApplication::isFirstHand();
+    if (guarded && event->type() == QEvent::KeyPress && stage.chance.oneIn(4))
+        destroyEditor(watched, static_cast<QKeyEvent*>(event)->key());
+    else
+        doHarm(stage, watched, row->place == Place::Guarded && !guarded ? Place::Fragile : row->place);
     if (target)
-        return stage.chance.oneIn(8);
+        return guarded && stage.chance.oneIn(8);
     event->accept();
     return true;
 }

@@ -1,10 +1,12 @@
 #include "stage.h"
 
 #include "saboteur.h"
+#include "scenes.h"
 #include "testhost.h"
 
 #include <QApplication>
 #include <QMainWindow>
+#include <QVariant>
 #include <QtCore/QTimerEvent>
 
 namespace {
@@ -43,9 +45,10 @@ void Stage::rebuild()
     for (const QPointer<QWidget>& stray : strays)
         delete stray;
     strays.clear();
+    dropKeysOfEditors(mainWindow);
     delete mainWindow;
     mainWindow = new QMainWindow; // deleted by the next rebuild
-    mainWindow->setObjectName(QLatin1String("stage"));
+    own(mainWindow.data())->setObjectName(QLatin1String("stage"));
     mainWindow->setWindowTitle(QLatin1String("Stage"));
     auto* centre = new QWidget;
     centre->setObjectName(QLatin1String("centre"));
@@ -68,8 +71,20 @@ void Stage::whenSafe(QObject* subject, const Trick& function)
 {
     if (mayDestroy())
         function(subject);
-    else if (waiting.size() < 4)
+    else if (waiting.size() < 100)
         waiting.append({subject, function});
+}
+
+void Stage::dropKeysOfEditors(const QObject* victim)
+{
+    QWidget* focus = QApplication::focusWidget();
+    const QObject* ancestor = focus;
+    while (ancestor && ancestor != victim)
+        ancestor = ancestor->parent();
+    if (!ancestor)
+        return;
+    QCoreApplication::removePostedEvents(focus, QEvent::KeyPress);
+    QCoreApplication::removePostedEvents(focus, QEvent::KeyRelease);
 }
 
 void Stage::nest(Place place, const std::function<void()>& function)
@@ -108,8 +123,8 @@ void Stage::runWaiting()
     const QList<Waiting> due = waiting;
     waiting.clear();
     for (const Waiting& one : due) {
-        if (one.subject)
-            one.function(one.subject);
+        if (QObject* live = one.subject.get())
+            one.function(live);
     }
 }
 

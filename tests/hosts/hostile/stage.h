@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chance.h"
+#include "subject.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -24,6 +25,7 @@ struct Scene
 enum class Place {
     Guarded, // Qt has looked after itself: whatever is destroyed here, a user's input would not crash the application
     Fragile, // Qt goes on with its widget afterwards
+    Delicate, // the same, and an event loop is more than Qt stands, as it goes through a list of widgets
 };
 
 // The windows of the hostile application: builds them, mends them after what the saboteur has done to them, so that there
@@ -53,6 +55,9 @@ public:
     bool mayDestroy() const;
     // Runs the function now or, if that is not allowed yet, when it is. Not at all if the object dies before.
     void whenSafe(QObject* subject, const Trick& function);
+    // To be called before an object is destroyed. Qt hands the keys that an item's editor has not seen yet to it from within the
+    // destructor of its view, and a view does not live through what it makes of them. A user's keys do not wait like that.
+    static void dropKeysOfEditors(const QObject* victim);
     // Runs a function that has an event loop of its own, if not too many are running already.
     void nest(Place place, const std::function<void()>& function);
     // A top-level window of the application's own that mending removes.
@@ -66,7 +71,7 @@ protected:
 private:
     struct Waiting
     {
-        QPointer<QObject> subject;
+        Subject subject;
         Trick function;
     };
 

@@ -3,11 +3,12 @@
 #include "commondeeds.h"
 #include "stage.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
-#include <QMainWindow>
+#include <QMenu>
 #include <QWidget>
 
 namespace {
@@ -25,23 +26,26 @@ bool isOwn(const QObject* object)
     return object && object->property("own").toBool();
 }
 
-bool isView(const QObject* object)
-{
-    return object && object->inherits("QAbstractItemView") && !object->inherits("QHeaderView");
-}
-
+// What an item view lets its application destroy: the editors of its items.
 bool isEditor(const QObject* object)
 {
-    return object && object->isWidgetType() && object->parent() && isView(object->parent()->parent())
-        && object->objectName() != QLatin1String("qt_scrollarea_viewport");
+    const QObject* viewport = object ? object->parent() : nullptr;
+    const auto* view = viewport ? qobject_cast<const QAbstractItemView*>(viewport->parent()) : nullptr;
+    return view && object->isWidgetType() && view->viewport() == viewport && !view->inherits("QHeaderView");
+}
+
+void destroy(QObject* object)
+{
+    Stage::dropKeysOfEditors(object);
+    delete object;
 }
 
 } // namespace
 
 void destroySender(Stage&, QObject* sender)
 {
-    if (isOwn(sender) || isEditor(sender))
-        delete sender;
+    if (isOwn(sender))
+        destroy(sender);
 }
 
 void destroyParent(Stage&, QObject* sender)
@@ -49,30 +53,41 @@ void destroyParent(Stage&, QObject* sender)
     QObject* victim = sender->parent();
     while (victim && !isOwn(victim))
         victim = victim->parent();
-    delete victim;
+    destroy(victim);
 }
 
 void destroyWindow(Stage&, QObject* sender)
 {
-    if (QWidget* widget = widgetOf(sender))
-        delete widget->window();
+    const QWidget* widget = widgetOf(sender);
+    if (widget && isOwn(widget->window()))
+        destroy(widget->window());
+}
+
+void destroyEditor(QObject* object, int key)
+{
+    // At these keys Qt remembers the editor, to close it in a moment.
+    const bool closes = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab || key == Qt::Key_Backtab
+        || key == Qt::Key_Escape;
+    if (!closes && isEditor(object))
+        destroy(object);
 }
 
 void destroyRandomWidget(Stage& stage, QObject*)
 {
     QWidget* widget = stage.randomWidget();
     if (isOwn(widget))
-        delete widget;
+        destroy(widget);
 }
 
 void destroyPopup(Stage&, QObject*)
 {
-    delete QApplication::activePopupWidget();
+    // The list of a combo box is a popup, too, but none that an application can destroy.
+    destroy(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
 }
 
 void destroyLater(Stage&, QObject* sender)
 {
-    if (isOwn(sender) || isEditor(sender))
+    if (isOwn(sender))
         sender->deleteLater();
 }
 
@@ -82,7 +97,7 @@ void reparentSender(Stage& stage, QObject* sender)
         return;
     auto* widget = static_cast<QWidget*>(sender);
     QWidget* place = stage.chance.oneIn(2) ? nullptr : stage.randomWidget();
-    if (place == widget || widget->isAncestorOf(place))
+    if (place && (!isOwn(place) || !place->layout() || place == widget || widget->isAncestorOf(place)))
         return;
     widget->setParent(place);
     widget->show();

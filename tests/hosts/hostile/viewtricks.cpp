@@ -37,11 +37,6 @@ void destroyModel(Stage&, QAbstractItemView* view, int)
     delete view->model();
 }
 
-void destroySelection(Stage&, QAbstractItemView* view, int)
-{
-    delete view->selectionModel();
-}
-
 void replaceSelection(Stage& stage, QAbstractItemView* view, int)
 {
     if (!view->model())
@@ -50,13 +45,9 @@ void replaceSelection(Stage& stage, QAbstractItemView* view, int)
     Saboteur::connectSignalsOf(stage, view->selectionModel());
 }
 
-void destroyEditors(Stage&, QAbstractItemView* view, int)
+void closeEditors(Stage&, QAbstractItemView* view, int)
 {
-    const QList<QWidget*> children = view->viewport()->findChildren<QWidget*>();
-    for (QWidget* child : children) {
-        if (child->parent() == view->viewport())
-            child->deleteLater();
-    }
+    view->reset();
 }
 
 void moveCurrent(Stage& stage, QAbstractItemView* view, int)
@@ -96,9 +87,8 @@ void hideSections(Stage& stage, QAbstractItemView* view, int)
     }
 }
 
-const ViewTrick viewTricks[]
-    = {changeModel, changeModel, changeModel, replaceModel, dropModel, destroyModel, destroySelection, replaceSelection,
-        destroyEditors, moveCurrent, moveCurrent, changeModes, changeRoot, hideSections};
+const ViewTrick viewTricks[] = {changeModel, changeModel, changeModel, replaceModel, dropModel, destroyModel,
+    replaceSelection, closeEditors, moveCurrent, moveCurrent, changeModes, changeRoot, hideSections};
 const int viewTrickCount = sizeof(viewTricks) / sizeof(viewTricks[0]);
 
 } // namespace

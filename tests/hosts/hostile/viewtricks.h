@@ -4,8 +4,8 @@
 
 class QAbstractItemView;
 
-// What any application can do to an item view and its model: change, replace, reset, drop, destroy it, its selection
-// model, its editors, its header sections.
+// What any application can do to an item view and its model: change, replace, reset, drop, destroy it, and the same for its
+// selection model, editors and sections. (Not: destroy the selection model, without which views cannot paint.)
 void addViewTricks(Stage& stage, QAbstractItemView* view, int depth);
 
 // Gives a view a new hostile model, owned by the view.

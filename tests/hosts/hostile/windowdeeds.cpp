@@ -1,5 +1,6 @@
 // Deeds that concern windows, time, and the application as a whole.
 
+#include "closeintime.h"
 #include "commondeeds.h"
 #include "later.h"
 #include "scenes.h"
@@ -26,14 +27,14 @@ QWidget* windowOf(Stage& stage)
 
 void fill(QWidget* window, const char* title)
 {
-    window->setWindowTitle(QLatin1String(title));
+    own(window)->setWindowTitle(QLatin1String(title));
     put(window, new QLineEdit, "nestedEdit");
     put(window, new QPushButton(QLatin1String("&Ok")), "");
 }
 
 QMenu* newMenu(QWidget* parent)
 {
-    auto* menu = new QMenu(parent);
+    auto* menu = own(new QMenu(parent));
     menu->setObjectName(QLatin1String("popup"));
     menu->addAction(QLatin1String("Cut"));
     menu->addAction(QLatin1String("Copy"));
@@ -132,10 +133,7 @@ void runDialog(Stage& stage, QObject*)
     const QPointer<QDialog> dialog(new QDialog(stage.window()));
     fill(dialog, "Nested");
     dialog->setProperty("nestedByTheApplication", true);
-    Later::run(10 + stage.chance.below(60), [dialog] {
-        if (dialog)
-            dialog->reject();
-    });
+    closeInTime(dialog, 10 + stage.chance.below(60));
     dialog->exec();
     delete dialog;
 }
@@ -143,10 +141,7 @@ void runDialog(Stage& stage, QObject*)
 void runMenu(Stage& stage, QObject*)
 {
     const QPointer<QMenu> menu(newMenu(stage.window()));
-    Later::run(10 + stage.chance.below(60), [menu] {
-        if (menu)
-            menu->close();
-    });
+    closeInTime(menu, 10 + stage.chance.below(60));
     menu->exec(QCursor::pos());
     delete menu;
 }

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QApplication>
+#include <QtCore/QEvent>
+
+// An application that knows in the middle of which events it is.
+class WatchfulApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        const QEvent::Type before = outer;
+        outer = inner;
+        inner = event->type();
+        const bool result = QApplication::notify(receiver, event);
+        inner = outer;
+        outer = before;
+        return result;
+    }
+
+    // Whether the event that is being delivered comes straight from an event loop or from the agent's reading of its socket.
+    // Otherwise Qt delivers it in the middle of another one: so do item views with the keys of an editor that they close, be
+    // it from their own destructor.
+    static bool isFirstHand() { return outer == QEvent::None || outer == QEvent::SockAct || outer == QEvent::Timer; }
+    // Whether the agent's reading of its socket calls the application directly.
+    static bool isCalledByAgent() { return inner == QEvent::SockAct; }
+
+private:
+    static QEvent::Type inner;
+    static QEvent::Type outer;
+};
