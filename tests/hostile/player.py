@@ -47,11 +47,11 @@ SERVED = (
 SERVED_UNDER = {
     "QListWidget": "QListView",
     "QTreeWidget": "QTreeView",
-    "QColumnView": "QAbstractItemView",
     "QHeaderView": "QAbstractItemView",
     "QCommandLinkButton": "QPushButton",
     "FlatButton": "QAbstractButton",
 }
+ITEM_VIEWS = ("QListView", "QTreeView", "QTableView", "QTableWidget")
 PROPERTIES = (
     "propertyNames",
     "pseudoPropertyNames",
@@ -211,15 +211,19 @@ class Player:
         targets = self._targets
         if self._chance.random() < 0.9:
             targets = [target for target in targets if target[2] in wanted] or targets
-        return self._chance.choice(targets)
+        window, path, served = self._chance.choice(targets)
+        generic = served in ITEM_VIEWS and self._chance.random() < 0.25
+        return window, path, "QAbstractItemView" if generic else served
 
     def _window(self) -> str:
         if not self._windows or self._chance.random() < 0.5:
             return self._chance.choice(SPECIAL_WINDOWS)
         return self._chance.choice(self._windows)
 
-    def _served_as(self) -> str:
-        """The class section: usually empty."""
+    def _served_as(self, served: str) -> str:
+        """The class section: usually empty, if the class is the nearest one."""
+        if served == "QAbstractItemView":
+            return served
         return self._chance.choice(SERVED) if self._chance.random() < 0.06 else ""
 
     @staticmethod
@@ -232,12 +236,12 @@ class Player:
         option = ""
         if served in valuepool.OPTIONS and self._chance.random() < 0.7:
             option = encode_argument(valuepool.OPTIONS[served](self._chance))
-        return self._compose("5", window, path, self._served_as(), value, option)
+        return self._compose("5", window, path, self._served_as(served), value, option)
 
     def _enter(self) -> str:
         window, path, served = self._target(valuepool.ENTRIES)
         value = encode_argument(valuepool.value_for(valuepool.ENTRIES, served, self._chance))
-        return self._compose("6", window, path, self._served_as(), value, "")
+        return self._compose("6", window, path, self._served_as(served), value, "")
 
     def _read(self) -> str:
         window, path, served = self._target(PSEUDO_PROPERTIES)
@@ -246,12 +250,12 @@ class Player:
         if self._chance.random() < 0.8:
             value = valuepool.value_for(valuepool.ARGUMENTS, served, self._chance)
             argument = encode_argument(value).replace(",", ";").replace("\n", " ")
-        return self._compose("7", window, path, self._served_as(), self._chance.choice(names), argument)
+        return self._compose("7", window, path, self._served_as(served), self._chance.choice(names), argument)
 
     def _mouse(self) -> str:
-        window, path, _ = self._target(SERVED)
+        window, path, served = self._target(SERVED)
         command = encode_argument(valuepool.mouse_command(self._chance))
-        return self._compose("9", window, path, self._served_as(), command, "")
+        return self._compose("9", window, path, self._served_as(served), command, "")
 
     def _tree(self) -> str:
         return self._compose("2", self._window())

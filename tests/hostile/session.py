@@ -129,7 +129,9 @@ class Session:
         if line is None:
             raise Ended
         if not line and self._requests and self._previous.endswith(MESSAGE_WITH_LINE_END):
-            line = self._lines.read_line(deadline) or ""
+            line = self._lines.read_line(deadline)
+            if line is None:
+                raise Ended
         self._previous = line
         self._requests[[one for one, _ in self._requests].index(request)] = (request, line[:300])
         try:

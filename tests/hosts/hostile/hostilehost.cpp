@@ -27,6 +27,13 @@ const int sceneCount = sizeof(scenes) / sizeof(scenes[0]);
 QEvent::Type WatchfulApplication::inner = QEvent::None;
 QEvent::Type WatchfulApplication::outer = QEvent::None;
 
+bool WatchfulApplication::isFirstHandInput()
+{
+    const bool input = inner == QEvent::MouseButtonPress || inner == QEvent::MouseButtonRelease
+        || inner == QEvent::MouseButtonDblClick || inner == QEvent::KeyPress || inner == QEvent::KeyRelease;
+    return input && isFirstHand();
+}
+
 namespace {
 
 QString option(const char* name)

@@ -99,8 +99,10 @@ void buildMenus(Stage& stage, QWidget* centre)
     });
     stage.addTrick([=, &stage](QObject*) {
         const QList<QAction*> actions = bar ? bar->findChildren<QAction*>() : QList<QAction*>();
-        if (!actions.isEmpty())
-            delete actions.at(stage.chance.below(static_cast<int>(actions.size())));
+        QAction* action
+            = actions.isEmpty() ? nullptr : actions.at(stage.chance.below(static_cast<int>(actions.size())));
+        if (action && !action->menu()) // a menu's own action goes with it, not before
+            delete action;
     });
     stage.addTrick([=, &stage](QObject* sender) {
         auto* menu = qobject_cast<QMenu*>(sender);

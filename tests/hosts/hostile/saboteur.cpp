@@ -132,7 +132,7 @@ void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
             continue;
         stage.host.onSignal(sender, row.signal, [&stage, sender, row] {
             if (!stage.isQuiet() && stage.chance.oneIn(signalRarity))
-                doHarm(stage, sender, row.place);
+                doHarm(stage, sender, WatchfulApplication::isFirstHandInput() ? row.place : Place::Fragile);
         });
     }
 }

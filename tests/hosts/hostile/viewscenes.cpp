@@ -3,7 +3,6 @@
 #include "scenes.h"
 #include "viewtricks.h"
 
-#include <QColumnView>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
@@ -102,10 +101,10 @@ void buildTables(Stage& stage, QWidget* centre)
 void buildGeneric(Stage& stage, QWidget* centre)
 {
     put(centre, new QLineEdit, "line");
-    putView<QColumnView>(stage, centre, "columnView", 3);
     auto* header = put(centre, new QHeaderView(Qt::Horizontal), "header");
     setHostileModel(stage, header, 1);
     addViewTricks(stage, header, 1);
     putView<QTreeView>(stage, centre, "treeView", 3);
     putView<QTableView>(stage, centre, "tableView", 1);
+    putView<QListView>(stage, centre, "listView", 2);
 }

@@ -4,6 +4,7 @@
 #include "saboteur.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QHeaderView>
 #include <QListView>
 #include <QPointer>
@@ -107,6 +108,11 @@ void addViewTricks(Stage& stage, QAbstractItemView* view, int depth)
     const QPointer<QAbstractItemView> guarded(view);
     stage.addTrick([=, &stage](QObject*) {
         if (!guarded)
+            return;
+        // Qt 4 loses its place among the editors when one that has the focus ends with the model.
+        if (qVersion()[0] == '4' && guarded->viewport()->isAncestorOf(QApplication::focusWidget()))
+            guarded->setFocus();
+        if (!guarded || !guarded->viewport())
             return;
         if (!guarded->model() || guarded->model()->rowCount() == 0)
             return replaceModel(stage, guarded, depth);

@@ -24,6 +24,9 @@ public:
     // Otherwise Qt delivers it in the middle of another one: so do item views with the keys of an editor that they close, be
     // it from their own destructor.
     static bool isFirstHand() { return outer == QEvent::None || outer == QEvent::SockAct || outer == QEvent::Timer; }
+    // Whether input that came so is being delivered, and nothing else, such as the loss of the focus, by which Qt sends the
+    // signals of input, too.
+    static bool isFirstHandInput();
     // Whether the agent's reading of its socket calls the application directly.
     static bool isCalledByAgent() { return inner == QEvent::SockAct; }
 
