@@ -43,9 +43,6 @@ MESSAGE_WITH_LINE_END = " validate error"
 SANITIZER_MARKS = ("AddressSanitizer", "runtime error:", "UndefinedBehavior", "terminate called", "ASSERT")
 
 
-DEBUG = collections.Counter()
-
-
 class Finding(Exception):
     """Something that must not happen, with all that is known of it."""
 

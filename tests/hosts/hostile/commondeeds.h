@@ -13,7 +13,7 @@ void destroyRandomWidget(Stage& stage, QObject* sender);
 void destroyPopup(Stage& stage, QObject* sender);
 void destroyLater(Stage& stage, QObject* sender);
 // The editor of an item, if the object is one. At this key, or never.
-void destroyEditor(QObject* object, int key);
+void destroyEditor(Stage& stage, QObject* object, int key);
 void reparentSender(Stage& stage, QObject* sender);
 void doSceneTrick(Stage& stage, QObject* sender);
 

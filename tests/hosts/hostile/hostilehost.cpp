@@ -26,6 +26,7 @@ const int sceneCount = sizeof(scenes) / sizeof(scenes[0]);
 
 QEvent::Type WatchfulApplication::inner = QEvent::None;
 QEvent::Type WatchfulApplication::outer = QEvent::None;
+int WatchfulApplication::destructions = 0;
 
 bool WatchfulApplication::isFirstHandInput()
 {

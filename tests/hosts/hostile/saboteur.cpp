@@ -131,7 +131,7 @@ void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
         if (!sender->inherits(row.className))
             continue;
         stage.host.onSignal(sender, row.signal, [&stage, sender, row] {
-            if (!stage.isQuiet() && stage.chance.oneIn(signalRarity))
+            if (!stage.isQuiet() && !WatchfulApplication::isDestroying() && stage.chance.oneIn(signalRarity))
                 doHarm(stage, sender, WatchfulApplication::isFirstHandInput() ? row.place : Place::Fragile);
         });
     }
@@ -147,12 +147,13 @@ bool Saboteur::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::DeferredDelete)
         Stage::dropKeysOfEditors(watched);
     const EventRow* row = rowOf(event);
-    if (!row || stage.isQuiet() || !watched->isWidgetType() || !stage.chance.oneIn(row->rarity))
+    if (!row || WatchfulApplication::isDestroying() || stage.isQuiet() || !watched->isWidgetType()
+        || !stage.chance.oneIn(row->rarity))
         return false;
     const QPointer<QObject> target(watched);
     const bool guarded = row->place == Place::Guarded && !event->spontaneous() && WatchfulApplication::isFirstHand();
     if (guarded && event->type() == QEvent::KeyPress && stage.chance.oneIn(4))
-        destroyEditor(watched, static_cast<QKeyEvent*>(event)->key());
+        destroyEditor(stage, watched, static_cast<QKeyEvent*>(event)->key());
     else
         doHarm(stage, watched, row->place == Place::Guarded && !guarded ? Place::Fragile : row->place);
     if (target)

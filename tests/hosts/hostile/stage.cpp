@@ -39,14 +39,13 @@ QWidget* Stage::randomWidget()
 
 void Stage::rebuild()
 {
-    quiet = true;
+    ++quiet;
     ticksToRebuild = ticksOfLife / 2 + chance.below(ticksOfLife);
     tricks.clear();
     for (const QPointer<QWidget>& stray : strays)
-        delete stray;
+        destroy(stray);
     strays.clear();
-    dropKeysOfEditors(mainWindow);
-    delete mainWindow;
+    destroy(mainWindow);
     mainWindow = new QMainWindow; // deleted by the next rebuild
     own(mainWindow.data())->setObjectName(QLatin1String("stage"));
     mainWindow->setWindowTitle(QLatin1String("Stage"));
@@ -57,7 +56,7 @@ void Stage::rebuild()
     Saboteur::connectSignals(*this, mainWindow);
     mainWindow->setGeometry(40, 40, 760, 620);
     mainWindow->show();
-    quiet = false;
+    --quiet;
 }
 
 bool Stage::mayDestroy() const
@@ -75,6 +74,19 @@ void Stage::whenSafe(QObject* subject, const Trick& function)
         waiting.append({subject, function});
 }
 
+void Stage::destroy(QObject* object)
+{
+    dropKeysOfEditors(object);
+    undisturbed([object] { delete object; });
+}
+
+void Stage::undisturbed(const std::function<void()>& function)
+{
+    ++quiet;
+    function();
+    --quiet;
+}
+
 void Stage::dropKeysOfEditors(const QObject* victim)
 {
     QWidget* focus = QApplication::focusWidget();
@@ -82,7 +94,7 @@ void Stage::dropKeysOfEditors(const QObject* victim)
     while (ancestor && ancestor != victim)
         ancestor = ancestor->parent();
     if (!ancestor)
-        return;
+        return; // nor is there a victim
     QCoreApplication::removePostedEvents(focus, QEvent::KeyPress);
     QCoreApplication::removePostedEvents(focus, QEvent::KeyRelease);
 }
@@ -106,14 +118,14 @@ void Stage::addStray(QWidget* widget)
 void Stage::timerEvent(QTimerEvent*)
 {
     // Timers do not nest: nothing that is done from here may run an event loop.
-    quiet = true;
+    ++quiet;
     closeWhatStaysOpen();
     runWaiting();
     if (mayDestroy() && (!mainWindow || --ticksToRebuild <= 0))
         rebuild();
     else if (mainWindow && chance.oneIn(3))
         mend();
-    quiet = false;
+    --quiet;
 }
 
 void Stage::runWaiting()

@@ -55,6 +55,10 @@ public:
     bool mayDestroy() const;
     // Runs the function now or, if that is not allowed yet, when it is. Not at all if the object dies before.
     void whenSafe(QObject* subject, const Trick& function);
+    // Destroys an object, or does something else to the structure of the widgets. Undisturbed: Qt does not stand it that the
+    // handlers of what it ends on the way do more of it.
+    void destroy(QObject* object);
+    void undisturbed(const std::function<void()>& function);
     // To be called before an object is destroyed. Qt hands the keys that an item's editor has not seen yet to it from within the
     // destructor of its view, and a view does not live through what it makes of them. A user's keys do not wait like that.
     static void dropKeysOfEditors(const QObject* victim);
@@ -63,7 +67,7 @@ public:
     // A top-level window of the application's own that mending removes.
     void addStray(QWidget* widget);
     // Whether the stage is at work itself, and wants no interference.
-    bool isQuiet() const { return quiet; }
+    bool isQuiet() const { return quiet > 0; }
 
 protected:
     void timerEvent(QTimerEvent* event) override;
@@ -92,5 +96,5 @@ private:
     int ticksToRebuild = 0;
     int fragileFrames = 0;
     int nestedLoops = 0;
-    bool quiet = false;
+    int quiet = 0;
 };

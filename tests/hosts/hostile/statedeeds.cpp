@@ -34,55 +34,49 @@ bool isEditor(const QObject* object)
     return view && object->isWidgetType() && view->viewport() == viewport && !view->inherits("QHeaderView");
 }
 
-void destroy(QObject* object)
-{
-    Stage::dropKeysOfEditors(object);
-    delete object;
-}
-
 } // namespace
 
-void destroySender(Stage&, QObject* sender)
+void destroySender(Stage& stage, QObject* sender)
 {
     if (isOwn(sender))
-        destroy(sender);
+        stage.destroy(sender);
 }
 
-void destroyParent(Stage&, QObject* sender)
+void destroyParent(Stage& stage, QObject* sender)
 {
     QObject* victim = sender->parent();
     while (victim && !isOwn(victim))
         victim = victim->parent();
-    destroy(victim);
+    stage.destroy(victim);
 }
 
-void destroyWindow(Stage&, QObject* sender)
+void destroyWindow(Stage& stage, QObject* sender)
 {
     const QWidget* widget = widgetOf(sender);
     if (widget && isOwn(widget->window()))
-        destroy(widget->window());
+        stage.destroy(widget->window());
 }
 
-void destroyEditor(QObject* object, int key)
+void destroyEditor(Stage& stage, QObject* object, int key)
 {
     // At these keys Qt remembers the editor, to close it in a moment.
     const bool closes = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab || key == Qt::Key_Backtab
         || key == Qt::Key_Escape;
     if (!closes && isEditor(object))
-        destroy(object);
+        stage.destroy(object);
 }
 
 void destroyRandomWidget(Stage& stage, QObject*)
 {
     QWidget* widget = stage.randomWidget();
     if (isOwn(widget))
-        destroy(widget);
+        stage.destroy(widget);
 }
 
-void destroyPopup(Stage&, QObject*)
+void destroyPopup(Stage& stage, QObject*)
 {
     // The list of a combo box is a popup, too, but none that an application can destroy.
-    destroy(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
+    stage.destroy(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
 }
 
 void destroyLater(Stage&, QObject* sender)
@@ -99,7 +93,11 @@ void reparentSender(Stage& stage, QObject* sender)
     QWidget* place = stage.chance.oneIn(2) ? nullptr : stage.randomWidget();
     if (place && (!isOwn(place) || !place->layout() || place == widget || widget->isAncestorOf(place)))
         return;
-    widget->setParent(place);
+    // Qt 6 leaves the old window with a pointer to what had the focus in it.
+    QWidget* focus = widget->window()->focusWidget();
+    if (focus && (focus == widget || widget->isAncestorOf(focus)))
+        stage.undisturbed([focus] { focus->clearFocus(); });
+    stage.undisturbed([=] { widget->setParent(place); });
     widget->show();
     if (!place)
         stage.addStray(widget);
@@ -109,7 +107,7 @@ void doSceneTrick(Stage& stage, QObject* sender)
 {
     const QList<Stage::Trick> tricks = stage.sceneTricks();
     if (!tricks.isEmpty())
-        tricks.at(stage.chance.below(static_cast<int>(tricks.size())))(sender);
+        stage.undisturbed([&] { tricks.at(stage.chance.below(static_cast<int>(tricks.size())))(sender); });
 }
 
 void hideSender(Stage&, QObject* sender)

@@ -14,7 +14,10 @@ public:
         const QEvent::Type before = outer;
         outer = inner;
         inner = event->type();
+        const bool destroys = inner == QEvent::DeferredDelete;
+        destructions += destroys ? 1 : 0;
         const bool result = QApplication::notify(receiver, event);
+        destructions -= destroys ? 1 : 0;
         inner = outer;
         outer = before;
         return result;
@@ -27,10 +30,13 @@ public:
     // Whether input that came so is being delivered, and nothing else, such as the loss of the focus, by which Qt sends the
     // signals of input, too.
     static bool isFirstHandInput();
+    // Whether a deferred deletion is under way.
+    static bool isDestroying() { return destructions > 0; }
     // Whether the agent's reading of its socket calls the application directly.
     static bool isCalledByAgent() { return inner == QEvent::SockAct; }
 
 private:
     static QEvent::Type inner;
     static QEvent::Type outer;
+    static int destructions;
 };
