@@ -7,9 +7,10 @@ import time
 from types import TracebackType
 from typing import Optional, Type, TypeVar
 
-from .errors import ConnectionClosed, RequestTimeout
+from .errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .greeting import Greeting
 from .lines import LineSocket
+from .transcript import KEPT_REPLY, Exchange, Transcript
 from .wire import Reply, encode_line
 
 DEFAULT_TIMEOUT = 30.0
@@ -24,12 +25,14 @@ class Channel:
     Attributes:
         greeting: what the agent said of itself.
         timeout: seconds that a request may take, the waiting for a late earlier reply included.
+        transcript: what was asked and answered.
     """
 
     def __init__(self, lines: LineSocket, greeting: Greeting, timeout: float = DEFAULT_TIMEOUT) -> None:
         """Takes over `lines`, whose greeting has been read. `timeout`: seconds that a request may take."""
         self.greeting = greeting
         self.timeout = timeout
+        self.transcript = Transcript()
         self._lines = lines
         self._unanswered: Optional[str] = None
 
@@ -72,16 +75,28 @@ class Channel:
         """Sends one request line and waits for its reply, of whatever code.
 
         `timeout` in seconds, by default that of the connection. Raises RequestTimeout, ConnectionClosed,
-        ProtocolError for an answer that is no reply, and ValueError for a line that cannot be sent.
+        ProtocolError for an answer that is no reply, and UnsupportedTextError for a line that cannot be sent.
         """
         data = encode_line(line)
-        seconds = self.timeout if timeout is None else timeout
+        started = time.monotonic()
+        answer, failure = None, ""
+        try:
+            answer = self._exchange(line, data, self.timeout if timeout is None else timeout)
+            return Reply.parse(answer)
+        except QtDriverError as error:
+            failure = str(error)
+            raise
+        finally:
+            kept = None if answer is None else answer[:KEPT_REPLY]
+            self.transcript.add(Exchange(line, kept, started, time.monotonic() - started, failure))
+
+    def _exchange(self, line: str, data: bytes, seconds: float) -> str:
         deadline = time.monotonic() + seconds
         try:
             self._clear_the_way(deadline)
             self._unanswered = line
             self._lines.send(data, deadline)
-            return Reply.parse(self._read_reply(deadline))
+            return self._read_reply(deadline)
         except socket.timeout:
             waiting_for = line if self._unanswered is None else self._unanswered
             raise RequestTimeout(f"no reply to {waiting_for!r} within {seconds:g} seconds") from None

@@ -12,13 +12,13 @@ from pathlib import Path
 from types import FrameType
 from typing import ContextManager, List, Optional, Sequence, TextIO
 
-from .agent import checkout_file
-from .application import Application, describe_exit
+from .. import desktop
+from ..app import App
 from .arguments import parse_arguments
 from .dialogue import Dialogue, typed_lines
-from .errors import QtDriverError
-from .launch import launch
-from .server import Server
+from ..errors import QtDriverError
+from ..driver import Driver
+from ..process import describe_exit
 
 _OK, _FAILED, _INTERRUPTED = 0, 1, 130
 _ENDING_SIGNALS = (signal.SIGTERM, signal.SIGHUP)
@@ -60,12 +60,10 @@ def _complain(text: str) -> None:
 
 def _continue_headless(parsed: argparse.Namespace) -> None:
     """Replaces this process by the same run on a desktop of its own."""
-    desktop, ourselves = checkout_file("scripts/with-desktop.sh"), checkout_file("scripts/qtdriver")
-    if desktop is None or ourselves is None:
-        raise QtDriverError(
-            "--headless needs scripts/with-desktop.sh of the source checkout, which is not there"
-        )
-    arguments: List[str] = [str(desktop), str(ourselves), "run", "--timeout", str(parsed.timeout)]
+    runner = str(Path(__file__).resolve().parents[2])
+    start = "import sys; sys.path[0] = sys.argv.pop(1); from qtdriver.commandline.cli import main; sys.exit(main())"
+    arguments: List[str] = [str(desktop.SCRIPT), sys.executable, "-c", start, runner]
+    arguments += ["run", "--timeout", str(parsed.timeout)]
     for option in ("qt", "script", "build"):
         value = getattr(parsed, option)
         if value is not None:
@@ -77,7 +75,8 @@ def _run(parsed: argparse.Namespace) -> int:
     for stream in (sys.stdout, sys.stderr):
         if isinstance(stream, io.TextIOWrapper):
             stream.reconfigure(errors="backslashreplace")
-    with _open_script(parsed.script) as script, Server() as server, _launch(parsed, server) as application:
+    with _open_script(parsed.script) as script, _driver(parsed) as driver:
+        application = _launch(parsed, driver)
         typing = script is None and sys.stdin.isatty()
         if typing:
             _introduce(application)
@@ -98,26 +97,25 @@ def _open_script(path: Optional[Path]) -> ContextManager[Optional[TextIO]]:
         raise QtDriverError(f"cannot read the script {path}: {error.strerror}") from error
 
 
-def _launch(parsed: argparse.Namespace, server: Server) -> Application:
-    return launch(
-        parsed.command,
-        server=server,
-        qt=parsed.qt,
-        build=parsed.build,
-        timeout=parsed.timeout,
-        request_timeout=parsed.timeout,
-    )
+def _driver(parsed: argparse.Namespace) -> Driver:
+    return Driver(qt=parsed.qt, build=parsed.build, request_timeout=parsed.timeout)
 
 
-def _introduce(application: Application) -> None:
+def _launch(parsed: argparse.Namespace, driver: Driver) -> App:
+    return driver.launch(*parsed.command, start_timeout=parsed.timeout)
+
+
+def _introduce(application: App) -> None:
     greeting = application.connection.greeting
     _say(f"connected to process {greeting.pid} (agent {greeting.version}, {greeting.build_tag}); try help")
 
 
-def _conclude(application: Application, dialogue: Dialogue) -> int:
+def _conclude(application: App, dialogue: Dialogue) -> int:
     """Says how the application ended, if it did so by itself, and answers the exit status."""
+    process = application.process
+    assert process is not None
     # A closed connection comes a moment before the end of its process.
-    status = application.process.status() if dialogue.connected else application.process.wait(_END_SECONDS)
+    status = process.status() if dialogue.connected else process.wait(_END_SECONDS)
     answered = dialogue.all_answered
     if status is None:
         if not dialogue.connected:
@@ -129,6 +127,6 @@ def _conclude(application: Application, dialogue: Dialogue) -> int:
     if status == 0 and answered:
         _say(ending)
         return _OK
-    last_words = application.process.last_words()
+    last_words = process.last_words()
     _complain(f"{ending}; its last output:\n{last_words}" if last_words else ending)
     return _FAILED

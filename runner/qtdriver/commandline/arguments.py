@@ -6,8 +6,8 @@ import argparse
 from pathlib import Path
 from typing import List, Sequence, Tuple
 
-from .agent import QT_MAJORS
-from .channel import DEFAULT_TIMEOUT
+from ..agent import QT_MAJORS
+from ..channel import DEFAULT_TIMEOUT
 
 _DESCRIPTION = """\
 Starts a Qt widgets application with the qtdriver agent inside and talks to the agent.

@@ -5,10 +5,10 @@ from __future__ import annotations
 import re
 from typing import List, Optional
 
-from .commands import COMMAND_BY_NUMBER, COMMANDS, Answer, Command
-from .errors import ProtocolError
-from .records import CursorWidget
-from .wire import Rect, Reply, Value
+from ..commands import COMMAND_BY_NUMBER, COMMANDS, Answer, Command
+from ..errors import ProtocolError
+from ..records import CursorWidget
+from ..wire import Rect, Reply, Value
 
 _XPM_VALUES = re.compile(rb'"\s*(\d+)\s+(\d+)\s+(\d+)\s+\d+')
 

@@ -5,8 +5,8 @@ from __future__ import annotations
 import sys
 from typing import Callable, Iterable, Iterator, Optional, TextIO
 
-from .connection import Connection
-from .errors import ConnectionClosed, ProtocolError, RequestTimeout
+from ..connection import Connection
+from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
 from .readable import describe_commands, describe_reply
 from .typed_line import to_request
 
