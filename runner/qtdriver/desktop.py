@@ -46,7 +46,7 @@ class Desktop:
         self.environment: Dict[str, str] = dict(zip(_SETTINGS, values))
 
     def close(self) -> None:
-        """Ends the X server and the window manager. Closing twice is harmless."""
+        """Ends the X server and the window manager, and waits until they are gone. Closing twice is harmless."""
         if self._process is not None:
-            self._process.communicate()
+            self._process.communicate()  # the keeper of the desktop has its standard error, too
             self._process = None
