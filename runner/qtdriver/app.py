@@ -181,7 +181,8 @@ class App:
 
     def unexpected_end(self) -> Optional[ApplicationEndedError]:
         """The error that a failed or crashed application is worth, if the test does not know of its end: it has not
-        waited for it, not ended it, and no call of it has raised. None otherwise, and for one that came by itself."""
+        waited for it, not ended it, and no call of it has raised. None otherwise, and for one that came by itself.
+        """
         status = None if self.process is None or self._end_is_known else self.process.status()
         return endings.describe_end(self) if status else None
 
