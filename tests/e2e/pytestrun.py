@@ -3,6 +3,7 @@
 import os
 import secrets
 import shlex
+import signal
 import subprocess
 import sys
 import textwrap
@@ -89,7 +90,13 @@ class Project:
             stdout=subprocess.PIPE,
             stderr=subprocess.STDOUT,
             text=True,
+            start_new_session=True,
         )
+
+    @staticmethod
+    def interrupt(process):
+        """Ctrl-C, as a terminal has it: for the run and all of its processes that are not in a session of their own."""
+        os.killpg(process.pid, signal.SIGINT)
 
     def finish(self, process, seconds=100):
         """Waits for the end of a run, and of everything that has its output open."""

@@ -147,19 +147,30 @@ def test_an_application_that_fails_behind_the_back_of_a_test_fails_it(project):
     )
 
 
-@pytest.mark.parametrize(
-    "body",
-    [
-        "end(fake(0))",
-        "app = fake(3); end(app); assert app.wait_for_exit() == 3",
-        "fake(3).terminate()",
-        "app = fake(3); end(app); pytest.raises(ApplicationEndedError, app.windows)",
-    ],
-    ids=["it succeeds", "it is waited for", "it is ended", "its end was an error"],
-)
-def test_an_application_may_end_if(project, body):
-    project.write(FAKE + f"from qtdriver import ApplicationEndedError\ndef test_end(fake): {body}")
-    assert project.run().outcomes == "1 passed"
+def test_an_application_may_end_when_it_succeeds_or_when_the_test_knows(project):
+    project.write(
+        FAKE
+        + """
+from qtdriver import ApplicationEndedError
+
+def test_it_succeeds(fake):
+    end(fake(0))
+
+def test_it_is_waited_for(fake):
+    app = fake(3)
+    end(app)
+    assert app.wait_for_exit() == 3
+
+def test_it_is_ended_by_the_test(fake):
+    fake(3).terminate()
+
+def test_its_end_was_an_error_of_a_call(fake):
+    app = fake(3)
+    end(app)
+    pytest.raises(ApplicationEndedError, app.windows)
+"""
+    )
+    assert project.run().outcomes == "4 passed"
 
 
 def test_a_crash_while_the_application_is_ended_fails_the_test(project):
