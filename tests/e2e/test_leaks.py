@@ -16,7 +16,9 @@ def note(name, *values):
     Path(name).write_text("".join(f"{value}\\n" for value in values))
 
 @pytest.fixture
-def noted(app):
+def noted(qtdriver, app):
+    program = app.process._popen.args[0]
+    qtdriver.launch("/bin/sh", "-c", f"sleep 1000 & exec {program}")  # sleep needs no display: who ends it?
     note("started", os.getpid(), app.display, os.readlink("/proc/self/ns/net"))
     yield
     note("ending", "now")
@@ -39,7 +41,7 @@ def start(project, *arguments, pause=0):
     run = project.start(*arguments)
     worker, display, network = project.line("started")
     running = " ".join(project.processes().values())
-    for name in ("Xvfb", "openbox", "desktop_keeper.py", "watchman.py", "showcase"):
+    for name in ("Xvfb", "openbox", "desktop_keeper.py", "watchman.py", "showcase", "sleep"):
         assert name in running
     assert Path(f"/tmp/.X{display[1:]}-lock").exists()
     return run, int(worker), display, network
