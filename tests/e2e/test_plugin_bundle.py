@@ -221,6 +221,22 @@ def test_results_of_an_earlier_run_are_removed_and_nothing_else(project):
     assert project.bundle("test_second").exists()
 
 
+def test_the_page_of_an_interrupted_run_has_what_was_done_and_what_was_under_way(project):
+    project.write(
+        """
+        def test_done(app): pass
+        def test_under_way(app): Path("started").write_text("now\\n"); time.sleep(1000)
+        def test_to_come(app): pass
+        """
+    )
+    run = project.start()
+    project.line("started")
+    project.interrupt(run)
+    assert "page of the results: test-results/report.html" in project.finish(run).output
+    page = (project.results / "report.html").read_text()
+    assert [name in page for name in ("test_done", "test_under_way", "test_to_come")] == [True, True, False]
+
+
 @pytest.mark.parametrize(
     "mode, kept",
     [("on", {"test_good", "test_bad"}), ("retain-on-failure", {"test_bad"}), ("off", set())],

@@ -10,7 +10,7 @@ import pytest
 
 from .fixtures import _qtdriver_place, qtdriver, qtdriver_settings
 from .hookimpl import hookimpl
-from .hooks import TestHooks
+from .hooks import RESULTS, TestHooks
 from .parallel import Workers, prepare
 from .results import Results
 from .settings import OWN_DESKTOPS, Settings, add_options, read_settings
@@ -29,11 +29,12 @@ def pytest_addoption(parser: pytest.Parser) -> None:
 def pytest_configure(config: pytest.Config) -> None:
     """Comes before pytest-xdist, which starts from the number of workers that it finds."""
     settings = read_settings(config)
+    # The results come after the hooks of the tests: at the end, too, where each adds what the other writes.
     config.pluginmanager.register(TestHooks(), "qtdriver-tests")
     if hasattr(config, "workerinput"):
         return
     config.stash[_REFUSAL] = prepare(config, settings)
-    config.pluginmanager.register(Results(settings, config.invocation_params.dir), "qtdriver-results")
+    config.pluginmanager.register(Results(settings, config.invocation_params.dir), RESULTS)
     if settings.workers == OWN_DESKTOPS:
         config.pluginmanager.register(Workers(), "qtdriver-workers")
 

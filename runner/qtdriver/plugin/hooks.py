@@ -21,6 +21,9 @@ BUNDLE_PROPERTY, TRACE_PROPERTY = "qtdriver_bundle", "qtdriver_trace"
 MARK = "qtdriver"
 """Attribute of the reports of tests that use a driver; it travels from workers to the controller."""
 
+RESULTS = "qtdriver-results"
+"""The name of the plugin that has the results of the run, in the process that has them."""
+
 _FIXTURE = "qtdriver"
 _SECTION = "qtdriver"
 
@@ -59,11 +62,14 @@ class TestHooks:
 
     @hookimpl(trylast=True)
     def pytest_sessionfinish(self, session: pytest.Session) -> None:
-        """Keeps the trace of a test that was interrupted."""
+        """Keeps the trace of a test that was interrupted, and gives it a result where there are results."""
+        results = session.config.pluginmanager.get_plugin(RESULTS)
         for item in getattr(session, "items", ()):
             evidence = item.stash.get(EVIDENCE, None)
             if evidence is not None:
                 evidence.finish(keep_trace=True)
+                if results is not None:
+                    results.pytest_runtest_logreport(_interrupted(item, evidence))
 
 
 def _add_failure(evidence: Evidence, report: pytest.TestReport, base: Path) -> None:
@@ -77,6 +83,13 @@ def _add_failure(evidence: Evidence, report: pytest.TestReport, base: Path) -> N
         report.longrepr.addsection(_SECTION, text)
     else:
         report.sections.append((_SECTION, text))
+
+
+def _interrupted(item: pytest.Item, evidence: Evidence) -> pytest.TestReport:
+    report = pytest.TestReport(item.nodeid, item.location, {}, "failed", "interrupted", "call")
+    setattr(report, MARK, True)
+    _set_property(item, report, TRACE_PROPERTY, evidence.trace)
+    return report
 
 
 def _set_property(item: pytest.Item, report: pytest.TestReport, name: str, path: Optional[Path]) -> None:
