@@ -79,7 +79,7 @@ def test_the_error_is_kept(failed):
 
 def test_the_page_of_the_run_is_written(failed):
     assert "qtdriver: page of the results: test-results/report.html" in failed.run.output
-    assert "test_project.py::test_brewing" in (failed.project.results / "report.html").read_text()
+    assert "test_brewing" in (failed.project.results / "report.html").read_text()
 
 
 def test_what_the_application_prints_is_kept(project):

@@ -97,9 +97,6 @@ def _path(text: Optional[object]) -> Optional[Path]:
 
 
 def _message(report: pytest.TestReport) -> str:
-    """The error, or the reason for skipping."""
+    """The error with its traceback, or the reason for skipping."""
     longrepr = report.longrepr
-    if isinstance(longrepr, tuple):
-        return str(longrepr[2])
-    crash = getattr(longrepr, "reprcrash", None)
-    return str(crash.message) if crash is not None else report.longreprtext
+    return str(longrepr[2]) if isinstance(longrepr, tuple) else report.longreprtext
