@@ -9,11 +9,11 @@ set -euo pipefail
 [ $# -gt 0 ] || { echo "usage: scripts/with-desktop.sh COMMAND ARGS..." >&2; exit 2; }
 
 if [ -z "${QTDRIVER_IN_NAMESPACE:-}" ]; then
-    export QTDRIVER_IN_NAMESPACE=1
     if unshare -Urn true 2>/dev/null; then
-        exec unshare -Urn -- "$0" "$@"
+        QTDRIVER_IN_NAMESPACE=1 exec unshare -Urn -- "$0" "$@"
     fi
-    # No namespaces here (some containers): the port is shared, so the runs take turns. The lock is held by the open file.
+    # No namespaces here (some containers): the port is shared, so the runs take turns. The open file holds the lock.
+    export QTDRIVER_IN_NAMESPACE=shared
     exec {turn}>"${TMPDIR:-/tmp}/qtdriver-desktop.lock"
     flock "$turn"
 fi
