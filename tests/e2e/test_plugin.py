@@ -102,6 +102,11 @@ def test_applications_appear_on_a_desktop_without_a_screen_by_default(project):
     assert project.run().outcomes == "1 passed"
 
 
+def test_what_a_test_starts_itself_is_on_the_display_of_its_applications(project):
+    project.write("def test_display(app): assert os.environ['DISPLAY'] == app.display")
+    assert project.run().outcomes == "1 passed"
+
+
 def test_a_second_run_at_the_same_time_is_told_what_to_do(project, server):
     project.write("def test_something(app): pass")
     run = project.run()

@@ -45,6 +45,9 @@ def _qtdriver_place(pytestconfig: pytest.Config, qtdriver_settings: Settings) ->
         if qtdriver_settings.headless and not has_own_desktop(pytestconfig):
             desktop = Desktop()
             stack.callback(desktop.close)
+            # What tests start themselves, such as xclip, looks at the same screen, as it does in a worker.
+            patch = stack.enter_context(pytest.MonkeyPatch.context())
+            patch.setenv("DISPLAY", desktop.environment["DISPLAY"])
         yield _Place(server, desktop)
 
 
