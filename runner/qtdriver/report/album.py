@@ -4,50 +4,52 @@ from __future__ import annotations
 
 import hashlib
 import io
-import threading
 import zlib
-from collections import OrderedDict
-from concurrent.futures import ThreadPoolExecutor
+from collections import deque
 from dataclasses import dataclass
 from pathlib import Path
-from typing import TYPE_CHECKING, Dict, Iterable, List, Optional, Tuple
+from typing import TYPE_CHECKING, Deque, Dict, Iterable, List, Optional, Tuple
 
 if TYPE_CHECKING:
     from PIL.Image import Image  # type: ignore[import]
 
 KEPT_BYTES = 64_000_000
-"""Memory for compressed pictures: some 600 of a screen of 1280 by 1024 pixels, less the more there is in them."""
+"""Memory for compressed pictures: a thousand or more of a screen of 1280 by 1024 pixels, as little differs between
+them."""
 
 LARGE_BYTES = 250_000
 """A picture that needs more than this without loss is stored with loss: it is a photograph rather than text."""
 
-_WAITING = 4
+_ROWS = 32
 _MARGIN = 12
+_Size = Tuple[int, int]
 _Box = Tuple[int, int, int, int]
 
 
-@dataclass
+@dataclass(eq=False)
 class Picture:
-    """A picture that was handed to an album.
+    """A picture that was handed to an album: bands of some rows, of which most are those of the picture before.
 
     Attributes:
-        digest: what identifies its pixels; empty as long as it has not been taken in.
+        size: width and height in pixels.
+        bands: keys of the bands from top to bottom; none when the picture has been dropped.
     """
 
-    digest: str = ""
+    size: _Size
+    bands: Tuple[bytes, ...]
 
 
-@dataclass(frozen=True)
-class _Stored:
-    size: Tuple[int, int]
-    mode: str
+@dataclass
+class _Band:
     data: bytes
+    users: int = 0
 
 
 class Album:
-    """Holds each distinct picture once, compressed without loss, and forgets the oldest ones beyond a limit.
+    """Holds pictures compressed without loss, what they have in common once, and drops the oldest beyond a limit.
 
-    Compressing takes a thread of its own, so that a test goes on meanwhile.
+    Attributes:
+        dropped: how many were dropped.
     """
 
     def __init__(self, kept_bytes: int = KEPT_BYTES) -> None:
@@ -55,69 +57,100 @@ class Album:
         self.dropped = 0
         self._kept_bytes = kept_bytes
         self._bytes = 0
-        self._stored: "OrderedDict[str, _Stored]" = OrderedDict()
-        self._latest: Dict[str, Tuple[bytes, Picture]] = {}
-        self._executor = ThreadPoolExecutor(max_workers=1, thread_name_prefix="qtdriver-album")
-        self._room = threading.BoundedSemaphore(_WAITING)
+        self._bands: Dict[bytes, _Band] = {}
+        self._pictures: Deque[Picture] = deque()
+        self._latest: Dict[str, Tuple[Picture, bytes]] = {}
 
     def add(self, image: "Image", source: str) -> Picture:
         """Takes a picture in; the latest one of the same `source` is answered again if nothing has changed."""
+        image = image if image.mode == "RGB" else image.convert("RGB")
         pixels: bytes = image.tobytes()
         latest = self._latest.get(source)
-        if latest is not None and latest[0] == pixels:
-            return latest[1]
-        picture = Picture()
-        self._latest[source] = (pixels, picture)
-        self._room.acquire()  # pictures that wait are large: a few of them at a time
-        self._executor.submit(self._take_in, picture, pixels, image.size, image.mode)
+        if latest is not None and latest[0].size == image.size and latest[1] == pixels:
+            return latest[0]
+        picture = Picture(image.size, tuple(self._cut(pixels, image.size, latest)))
+        for key in picture.bands:
+            self._bands[key].users += 1
+        self._latest[source] = (picture, pixels)
+        self._pictures.append(picture)
+        while self._bytes > self._kept_bytes and len(self._pictures) > 1:
+            self._drop(self._pictures.popleft())
         return picture
 
-    def _take_in(self, picture: Picture, pixels: bytes, size: Tuple[int, int], mode: str) -> None:
-        try:
-            digest = hashlib.sha1(pixels + repr(size).encode()).hexdigest()[:20]
-            if digest in self._stored:
-                self._stored.move_to_end(digest)
-            else:
-                self._stored[digest] = _Stored(size, mode, zlib.compress(pixels, 1))
-                self._bytes += len(self._stored[digest].data)
-            picture.digest = digest
-            while self._bytes > self._kept_bytes and len(self._stored) > 1:
-                _, oldest = self._stored.popitem(last=False)
-                self._bytes -= len(oldest.data)
-                self.dropped += 1
-        finally:
-            self._room.release()
+    def _cut(self, pixels: bytes, size: _Size, latest: Optional[Tuple[Picture, bytes]]) -> List[bytes]:
+        """The keys of the bands; only those that differ from the latest picture are compressed."""
+        known: Tuple[bytes, ...] = ()
+        before = b""
+        if latest is not None and latest[0].size == size:
+            known, before = latest[0].bands, latest[1]
+        length = size[0] * 3 * _ROWS
+        keys = []
+        for number, start in enumerate(range(0, len(pixels), length)):
+            band = pixels[start : start + length]
+            if known and band == before[start : start + length]:
+                keys.append(known[number])
+                continue
+            key = hashlib.sha1(band).digest()
+            if key not in self._bands:
+                self._bands[key] = _Band(zlib.compress(band, 1))
+                self._bytes += len(self._bands[key].data)
+            keys.append(key)
+        return keys
 
-    def close(self) -> None:
-        """Waits until every picture has been taken in. No more can be added then."""
-        self._executor.shutdown()
-        self._latest.clear()
+    def _drop(self, picture: Picture) -> None:
+        for key in picture.bands:
+            band = self._bands[key]
+            band.users -= 1
+            if band.users == 0:
+                self._bytes -= len(band.data)
+                del self._bands[key]
+        picture.bands = ()
+        self.dropped += 1
 
-    def save(self, folder: Path, digests: Iterable[str]) -> Dict[str, str]:
-        """Writes those of these pictures that are still there, and answers their file names by digest.
+    def save(self, folder: Path, pictures: Iterable[Picture]) -> Dict[Picture, str]:
+        """Writes those of these pictures that are still there, and answers their file names.
 
-        The empty border that all pictures of one size share is cut off. Call close() first.
+        The empty border that all pictures of one size share is cut off.
         """
-        wanted = [digest for digest in dict.fromkeys(digests) if digest in self._stored]
-        boxes: Dict[Tuple[int, int], Optional[_Box]] = {}
-        for digest in wanted:
-            size = self._stored[digest].size
-            boxes[size] = _united(boxes.get(size), _content(self._image(digest)))
-        names: Dict[str, str] = {}
-        for digest in wanted:
-            image = self._image(digest)
-            box = boxes[image.size]
-            suffix, data = encode(image if box is None else image.crop(_widened(box, image.size)))
-            # Named after the content of the file: what is cut off differs between traces.
-            names[digest] = f"{hashlib.sha1(data).hexdigest()[:20]}.{suffix}"
-            (folder / names[digest]).write_bytes(data)
-        return names
+        wanted = [picture for picture in dict.fromkeys(pictures) if picture.bands]
+        boxes: Dict[_Size, Optional[_Box]] = {}
+        contents: Dict[Tuple[bytes, bytes], Optional[_Box]] = {}
+        for picture in wanted:
+            boxes[picture.size] = _united(boxes.get(picture.size), self._content(picture, contents))
+        names: Dict[Tuple[bytes, ...], str] = {}
+        for picture in wanted:
+            if picture.bands not in names:
+                box = boxes[picture.size]
+                image = self._image(picture)
+                suffix, data = encode(image if box is None else image.crop(_widened(box, picture.size)))
+                # Named after the content of the file: what is cut off differs between traces.
+                names[picture.bands] = f"{hashlib.sha1(data).hexdigest()[:20]}.{suffix}"
+                (folder / names[picture.bands]).write_bytes(data)
+        return {picture: names[picture.bands] for picture in wanted}
 
-    def _image(self, digest: str) -> "Image":
+    def _image(self, picture: Picture) -> "Image":
         from PIL import Image  # type: ignore[import]
 
-        stored = self._stored[digest]
-        return Image.frombytes(stored.mode, stored.size, zlib.decompress(stored.data))
+        pixels = b"".join(zlib.decompress(self._bands[key].data) for key in picture.bands)
+        return Image.frombytes("RGB", picture.size, pixels)
+
+    def _content(self, picture: Picture, known: Dict[Tuple[bytes, bytes], Optional[_Box]]) -> Optional[_Box]:
+        """The part of a screen that is not in the plain colour of its corner; None for a plain picture.
+
+        `known` is what has been found out of bands, which pictures have in common.
+        """
+        plain = zlib.decompress(self._bands[picture.bands[0]].data)[:3]
+        whole: Optional[_Box] = None
+        for number, key in enumerate(picture.bands):
+            if (key, plain) not in known:
+                known[key, plain] = _band_content(
+                    zlib.decompress(self._bands[key].data), picture.size[0], plain
+                )
+            box = known[key, plain]
+            if box is not None:
+                top = number * _ROWS
+                whole = _united(whole, (box[0], box[1] + top, box[2], box[3] + top))
+        return whole
 
 
 def encode(image: "Image") -> Tuple[str, bytes]:
@@ -135,16 +168,15 @@ def encode(image: "Image") -> Tuple[str, bytes]:
 
 def _encoded(image: "Image", kind: str, **options: object) -> bytes:
     file = io.BytesIO()
-    image.convert("RGB").save(file, kind, **options)
+    image.save(file, kind, **options)
     return file.getvalue()
 
 
-def _content(image: "Image") -> Optional[_Box]:
-    """The part of a screen that is not the plain colour of its corner; None for a plain picture."""
+def _band_content(pixels: bytes, width: int, plain: bytes) -> Optional[_Box]:
     from PIL import Image, ImageChops
 
-    plain = Image.new(image.mode, image.size, image.getpixel((0, 0)))
-    box: Optional[_Box] = ImageChops.difference(image, plain).getbbox()
+    band = Image.frombytes("RGB", (width, len(pixels) // (3 * width)), pixels)
+    box: Optional[_Box] = ImageChops.difference(band, Image.new("RGB", band.size, tuple(plain))).getbbox()
     return box
 
 
@@ -154,7 +186,11 @@ def _united(one: Optional[_Box], other: Optional[_Box]) -> Optional[_Box]:
     return (min(one[0], other[0]), min(one[1], other[1]), max(one[2], other[2]), max(one[3], other[3]))
 
 
-def _widened(box: _Box, size: Tuple[int, int]) -> _Box:
+def _widened(box: _Box, size: _Size) -> _Box:
     left, top, right, bottom = box
-    edges: List[int] = [max(left - _MARGIN, 0), max(top - _MARGIN, 0)]
-    return (edges[0], edges[1], min(right + _MARGIN, size[0]), min(bottom + _MARGIN, size[1]))
+    return (
+        max(left - _MARGIN, 0),
+        max(top - _MARGIN, 0),
+        min(right + _MARGIN, size[0]),
+        min(bottom + _MARGIN, size[1]),
+    )

@@ -99,8 +99,6 @@ class Recorder(StepListener):
         if keep:
             self._look_at_the_end()
         self._closed = True
-        if self._album is not None:
-            self._album.close()
         if keep:
             self._folder.mkdir(parents=True, exist_ok=True)
             self._trace().write(self._folder)
@@ -168,19 +166,20 @@ class Recorder(StepListener):
         return key
 
     def _trace(self) -> Trace:
-        names: Dict[str, str] = {}
+        names: Dict[Picture, str] = {}
         if self._album is not None:
             pictures = [picture for entry in self._entries for picture in (entry.before, entry.after)]
             with self._noting("the pictures could not be saved"):
-                digests = [picture.digest for picture in pictures if picture is not None]
-                names = self._album.save(self._folder, digests)
+                names = self._album.save(
+                    self._folder, [picture for picture in pictures if picture is not None]
+                )
             if self._album.dropped:
                 self._note(f"the {self._album.dropped} oldest pictures were dropped to save memory")
         if self._forgotten:
             self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
 
         def name(picture: Optional[Picture]) -> str:
-            return "" if picture is None else names.get(picture.digest, "")
+            return "" if picture is None else names.get(picture, "")
 
         steps = [
             RecordedStep(entry.step, entry.app.pid, name(entry.before), name(entry.after), entry.widgets)

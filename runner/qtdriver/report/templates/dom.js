@@ -25,6 +25,11 @@ function element(tag, properties, ...children) {
   return made;
 }
 
+/** The text with places where a line may end: behind punctuation, rather than anywhere in a word. */
+function breakable(text) {
+  return visible(text).split(/(?<=[_.(/:,])(?=\w)/).flatMap((part, index) => (index ? [element("wbr"), part] : [part]));
+}
+
 function duration(seconds) {
   if (seconds < 0.00995) return `${(seconds * 1000).toFixed(1)} ms`;
   if (seconds < 0.9995) return `${Math.round(seconds * 1000)} ms`;
@@ -60,5 +65,9 @@ function mark(list, chosen) {
   for (const entry of list.querySelectorAll("[aria-selected=true]")) entry.setAttribute("aria-selected", "false");
   chosen.setAttribute("aria-selected", "true");
   list.setAttribute("aria-activedescendant", chosen.id);
-  chosen.scrollIntoView({block: "nearest"});
+  // Not scrollIntoView(): the page around the list stays where it is.
+  const above = chosen.offsetTop;
+  const below = above + chosen.offsetHeight - list.clientHeight;
+  if (list.scrollTop > above) list.scrollTop = above;
+  else if (list.scrollTop < below) list.scrollTop = below;
 }

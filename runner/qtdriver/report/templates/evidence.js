@@ -59,10 +59,11 @@ function makeNode(node, depth, earlier) {
   const children = node.children.map((child) => makeNode(child, depth + 1, earlier));
   const [, kind, name, state] = node.label.match(/^([^"]*?)( ".*")?( hidden| modal)?$/) || [null, node.label, "", ""];
   const words = [element("span", {className: "class"}, kind), name || "", element("span", {className: "quiet"}, state || "")];
-  const classes = [state === " hidden" ? "unseen" : "", isNew ? "new" : "", depth ? "" : "window"].join(" ");
-  if (!children.length) return element("div", {className: `leaf ${classes}`}, words);
+  const classes = [state === " hidden" ? "unseen" : "", isNew ? "new" : "", depth ? "" : "window"];
+  if (!children.length) return element("div", {className: `leaf ${classes.join(" ")}`}, words);
+  if (node.children.every((child) => child.label.endsWith(" hidden"))) classes.push("hollow");
   const open = depth < 3 || children.some((child) => child.open || child.classList.contains("new"));
-  return element("details", {className: classes, open}, element("summary", {}, words), element("div", {}, children));
+  return element("details", {className: classes.join(" "), open}, element("summary", {}, words), element("div", {}, children));
 }
 
 function makeWidgets(step, trace, earlierStep) {
@@ -72,7 +73,7 @@ function makeWidgets(step, trace, earlierStep) {
   const earlier = earlierStep ? keysOf(parseTree(trace.trees[earlierStep.widgets])) : null;
   const tree = element("div", {className: "tree only-visible"},
     parseTree(trace.trees[step.widgets]).map((node) => makeNode(node, 0, earlier)));
-  const changes = tree.querySelectorAll(".new").length;
+  const changes = tree.querySelectorAll(".new:not(.unseen)").length;
   const hidden = element("input", {type: "checkbox", onchange: () => tree.classList.toggle("only-visible", !hidden.checked)});
   const find = element("input", {
     type: "search", placeholder: "Find a widget", "aria-label": "Find a widget", oninput: () => findInTree(tree, find.value),

@@ -23,7 +23,7 @@ function makeTicks(end) {
   const power = 10 ** Math.floor(Math.log10(end / 4));
   const distance = [5, 2, 1].map((factor) => factor * power).find((size) => end / size >= 4) || power;
   const ticks = [];
-  for (let time = 0; time < end * 0.94; time += distance) {
+  for (let time = 0; time < end * 0.88; time += distance) {
     const tick = element("span", {className: "tick"}, time ? duration(time) : "0");
     tick.style.left = `${(100 * time) / end}%`;
     ticks.push(tick);

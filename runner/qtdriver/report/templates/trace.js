@@ -10,13 +10,19 @@ function makeHeading(test) {
   ];
   if (test.bundle) facts.push(element("span", {}, "bundle: ", element("a", {href: test.bundle.href}, test.bundle.path)));
   return element("div", {className: "heading"},
-    element("h2", {}, test.name), element("div", {className: "facts"}, facts));
+    element("h2", {}, breakable(test.name)), element("div", {className: "facts"}, facts));
+}
+
+/** The lines of a message; those in which pytest says what was wrong begin with an E. */
+function makeLines(text) {
+  return text.split(/(?<=\n)/).map((line) =>
+    (/^E {2,}/.test(line) ? element("span", {className: "complaint"}, line) : line));
 }
 
 function makeMessage(test) {
   if (!test.message) return [];
   const message = element("div", {className: `message panel ${test.outcome}`, tabIndex: 0, role: "region", "aria-label": "Message"},
-    element("pre", {}, test.message));
+    element("pre", {}, makeLines(test.message)));
   if (test.message.split("\n").length < 12) return [message];
   const more = element("button", {type: "button", className: "more", "aria-expanded": "false", onclick: () => {
     const whole = message.classList.toggle("whole");
@@ -26,12 +32,29 @@ function makeMessage(test) {
   return [message, more];
 }
 
+/** In a long message, what was wrong stands below the source text, or at the end. */
+function scrollToComplaint(place) {
+  const message = place.querySelector(".message");
+  if (!message) return;
+  const complaint = message.querySelector(".complaint");
+  if (complaint) message.scrollTop = complaint.offsetTop - 8;
+  else if (message.textContent.startsWith("Traceback")) message.scrollTop = message.scrollHeight;
+}
+
+/** The title of a step: the window in small letters above what is done in it. */
+function makeTitle(title) {
+  const [, before, where, what] = title.match(/^(eventually\()?((?:window|modal|popup)\((?:[^"()]|"[^"]*")*\)\.)(.+)$/s) || [];
+  if (!what) return element("span", {className: "title"}, breakable(title));
+  return element("span", {className: "title"},
+    element("span", {className: "where"}, breakable(where)), breakable((before || "") + what));
+}
+
 function makeStepEntry(step, number) {
   return element("li", {
     id: `step-${number}`, role: "option", "aria-selected": "false",
     className: `${step.reads ? "reads" : "acts"} ${step.error ? "failed" : ""}`,
   },
-  element("span", {className: "title"}, step.title),
+  makeTitle(step.title),
   element("span", {className: "time"}, duration(step.seconds)),
   step.error ? element("span", {className: "problem"}, step.error.split("\n")[0]) : null);
 }
@@ -71,7 +94,7 @@ function makeEvidence(trace, number) {
   const count = step.exchanges.length + step.skipped;
   return [
     element("div", {className: "bar-top"},
-      element("span", {className: "step-title"}, `${number + 1}. ${step.title}`), pictures.buttons),
+      element("span", {className: "step-title"}, breakable(`${number + 1}. ${step.title}`)), pictures.buttons),
     step.error ? element("div", {className: "step-error", tabIndex: 0, role: "region", "aria-label": "Error"},
       element("pre", {}, step.error)) : null,
     pictures.place,
@@ -92,6 +115,7 @@ function showTest(place, test, first, chosen) {
   if (!trace || !trace.steps.length) {
     parts.push(element("p", {className: "quiet"}, trace ? "The trace has no steps." : "No trace of this test was kept."));
     place.replaceChildren(...parts);
+    scrollToComplaint(place);
     return;
   }
   const timeline = makeTimeline(trace.steps, trace.seconds, choose);
@@ -111,6 +135,7 @@ function showTest(place, test, first, chosen) {
       element("h3", {}, `${trace.steps.length} ${trace.steps.length === 1 ? "step" : "steps"}`), list),
     evidence));
   place.replaceChildren(...parts);
+  scrollToComplaint(place);
   const failed = trace.steps.findIndex((step) => step.error);
   const usual = failed >= 0 ? failed : trace.steps.length - 1;
   choose(trace.steps[first] ? first : usual);
