@@ -16,6 +16,7 @@ MODAL = "Widget:ActiveModalWidget"
 _OBJECT_NAME = "Widget:"
 
 _SHOWN = 8
+_NEAREST = 5
 _TREE_LIMIT = 20_000
 _SIMILARITY = 0.5
 
@@ -133,8 +134,8 @@ def _nearest(name: str, names: Iterable[str]) -> List[str]:
     by_folded: Dict[str, str] = {known.casefold(): known for known in names}
     folded = name.casefold()
     containing = [known for known in by_folded if folded and (folded in known or known in folded)]
-    similar = difflib.get_close_matches(folded, by_folded, n=_SHOWN, cutoff=_SIMILARITY)
-    return [by_folded[known] for known in dict.fromkeys([*similar, *sorted(containing, key=len)])][:_SHOWN]
+    similar = difflib.get_close_matches(folded, by_folded, n=_NEAREST, cutoff=_SIMILARITY)
+    return [by_folded[known] for known in dict.fromkeys([*similar, *sorted(containing, key=len)])][:_NEAREST]
 
 
 def _describe_nodes(

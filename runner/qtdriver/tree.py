@@ -82,10 +82,15 @@ class WidgetTree:
         return tuple(self._by_name.get(name, ()))
 
     def find(self, path: str) -> Tuple[Node, ...]:
-        """The widgets that a path finds, hidden ones included."""
+        """The widgets that a path finds, hidden ones included.
+
+        A path that ends with "/" finds every widget without an object name below what it names.
+        """
         names = path.split("/")
-        last = names[-1] or UNNAMED
-        candidates = self.named(last) if last != UNKNOWN else ()
+        if names[-1] == "":
+            candidates: Sequence[Node] = [node for node in self.nodes if not node.record.object_name]
+        else:
+            candidates = self.named(names[-1])
         return tuple(node for node in candidates if _fits(node, names))
 
     def unique_path(self, target: Node) -> Optional[str]:
@@ -130,16 +135,19 @@ def _name(record: WidgetRecord, parent: Optional[Node]) -> str:
 
 
 def _fits(node: Node, names: Sequence[str]) -> bool:
-    """Whether the ancestors of `node` fit the path; an empty name stands for any number of levels."""
+    """Whether a widget and its ancestors fit the path; an empty name stands for any number of levels.
+
+    Behind the window nothing fits, not even an empty name.
+    """
     current: Optional[Node] = node
     gap = False
-    for name in reversed(names):
-        if not name:
+    for position in range(len(names) - 1, -1, -1):
+        if not names[position]:
             gap = True
             continue
-        while gap and current is not None and current.name != name:
+        while gap and current is not None and current.name != names[position]:
             current = current.parent
-        if current is None or current.name != name:
+        if current is None or current.name != names[position]:
             return False
         current, gap = current.parent, False
-    return True
+    return current is not None or names[0] != ""

@@ -142,9 +142,9 @@ class Window:
             path = checked_unique_path(connection, self.address, tree, outermost)
         if path is None:
             problem = (
-                "has no path of its own: name it by a path"
+                "there is one, but no path finds only that: set its object name in the application"
                 if nodes
-                else "is not in this window, or is hidden"
+                else "there is no visible one in this window"
             )
-            raise WidgetNotFoundError("5", f"Widget ({class_name}) not found", f"a {class_name} {problem}")
+            raise WidgetNotFoundError("5", f"Widget of class {class_name} not found", problem)
         return path
