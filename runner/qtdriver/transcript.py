@@ -95,6 +95,11 @@ class Transcript:
         """Ends the step that began."""
         self._step = None
 
+    @property
+    def is_paused(self) -> bool:
+        """Whether nothing is taken in now."""
+        return self._paused
+
     @contextmanager
     def paused(self) -> Iterator[None]:
         """Within it nothing is taken in: for what a listener asks, which is no part of the test."""

@@ -26,6 +26,8 @@ _TEMPLATES = Path(__file__).with_name("templates")
 _STYLES = ("page.css", "detail.css")
 _SCRIPTS = ("dom.js", "tests.js", "timeline.js", "pictures.js", "evidence.js", "trace.js", "main.js")
 _KEPT_MESSAGE = 50_000
+_VISIBLE = {**{code: 0x2400 + code for code in range(0x20)}, 0x7F: 0x2421}
+"""Control characters as the pictures that Unicode has of them."""
 
 
 @dataclass(frozen=True)
@@ -145,7 +147,14 @@ def _row(number: int, result: TestResult, folder: Path, embedding: Embedding) ->
         "bundle": _link(result.bundle, folder),
         "trace": _trace(result, folder, embedding),
     }
-    return _Row(number, file, name, result.outcome, spoken(result.seconds), in_script(data))
+    return _Row(
+        number,
+        file.translate(_VISIBLE),
+        name.translate(_VISIBLE),
+        result.outcome,
+        spoken(result.seconds),
+        in_script(data),
+    )
 
 
 def in_script(data: object) -> str:
@@ -166,7 +175,7 @@ def _link(path: Optional[Path], folder: Path) -> "Optional[Dict[str, str]]":
     if path is None:
         return None
     relative = os.path.relpath(path.absolute(), folder)
-    return {"path": relative, "href": quote(relative)}
+    return {"path": relative, "href": quote(os.fsencode(relative))}
 
 
 def _trace(result: TestResult, folder: Path, embedding: Embedding) -> "Optional[Dict[str, object]]":

@@ -4,9 +4,10 @@
 
 const CONTROL = /[\u0000-\u0008\u000b-\u001f\u007f]/g;
 
-/** Control characters as the pictures that Unicode has of them. */
+/** Control characters as the pictures that Unicode has of them, and halves of characters replaced. */
 function visible(text) {
-  return String(text).replace(CONTROL, (character) =>
+  const whole = String(text).replace(/[\ud800-\udfff]/gu, "\ufffd");
+  return whole.replace(CONTROL, (character) =>
     character === "\u007f" ? "\u2421" : String.fromCharCode(0x2400 + character.charCodeAt(0)));
 }
 

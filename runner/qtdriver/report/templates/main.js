@@ -20,5 +20,9 @@
   });
   const count = document.getElementById("tests").children.length;
   const wanted = Number(address.get("test") || 1) - 1;
+  if (!count) {
+    place.replaceChildren(element("p", {className: "quiet"}, "There was no test."));
+    return;
+  }
   tests.choose(wanted >= 0 && wanted < count ? wanted : 0);
 })();

@@ -13,10 +13,12 @@ function makeHeading(test) {
     element("h2", {}, breakable(test.name)), element("div", {className: "facts"}, facts));
 }
 
-/** The lines of a message; those in which pytest says what was wrong begin with an E. */
+/** What was wrong: lines that pytest begins with an E, or the name of an exception at the beginning of a line. */
+const COMPLAINT = /^(E {2,}|[\w.]*(Error|Exception)\b)/;
+
 function makeLines(text) {
   return text.split(/(?<=\n)/).map((line) =>
-    (/^E {2,}/.test(line) ? element("span", {className: "complaint"}, line) : line));
+    (COMPLAINT.test(line) ? element("span", {className: "complaint"}, line) : line));
 }
 
 function makeMessage(test) {
@@ -32,13 +34,12 @@ function makeMessage(test) {
   return [message, more];
 }
 
-/** In a long message, what was wrong stands below the source text, or at the end. */
+/** In a long message, what was wrong stands below the source text. */
 function scrollToComplaint(place) {
   const message = place.querySelector(".message");
   if (!message) return;
   const complaint = message.querySelector(".complaint");
   if (complaint) message.scrollTop = complaint.offsetTop - 8;
-  else if (message.textContent.startsWith("Traceback")) message.scrollTop = message.scrollHeight;
 }
 
 /** The title of a step: the window in small letters above what is done in it. */

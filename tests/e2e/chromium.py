@@ -1,4 +1,4 @@
-"""Drives headless Chromium by the WebDriver protocol, with nothing but the standard library."""
+"""Headless Chromium for tests, driven by the WebDriver protocol with nothing but the standard library."""
 
 import base64
 import json
@@ -8,6 +8,8 @@ import time
 import urllib.error
 import urllib.request
 from contextlib import contextmanager
+
+import pytest
 
 ARGUMENTS = [
     "--headless=new",
@@ -58,7 +60,9 @@ class Browser:
             raise BrowserError(json.load(error)["value"]["message"]) from None
 
     def open(self, file, fragment=""):
+        """Opens a file, with fresh logs: a browser has pages of its own when it starts."""
         self._call("POST", "/url", {"url": "about:blank"})
+        self.log("browser"), self.log("performance")
         self._call("POST", "/url", {"url": file.absolute().as_uri() + fragment})
 
     def run(self, script, *arguments):
@@ -102,6 +106,13 @@ class Browser:
             assert time.monotonic() < deadline, f"never true: {script}"
             time.sleep(0.02)
         return value
+
+    def shown_pictures(self):
+        """The addresses of the screenshots that are shown, when they have been decoded."""
+        self.wait_until(
+            "return [...document.querySelectorAll('.pictures img')].every((one) => one.complete && one.naturalWidth)"
+        )
+        return self.run("return [...document.querySelectorAll('.pictures img')].map((one) => one.src)")
 
     def log(self, kind):
         """The messages of this log since the last call: "browser" is the console, "performance" the network too."""
@@ -155,3 +166,26 @@ def running_browser(profile):
     finally:
         driver.terminate()
         driver.communicate()
+
+
+@pytest.fixture(scope="module")
+def browser(tmp_path_factory):
+    """One browser for all tests of this file."""
+    with running_browser(tmp_path_factory.mktemp("profile")) as running:
+        running.size(1400, 1000)
+        yield running
+
+
+@pytest.fixture(autouse=True)
+def quiet(request):
+    """After each test that used the browser: its console is empty, and nothing but the page was fetched."""
+    yield
+    if "browser" in request.fixturenames:
+        browser = request.getfixturevalue("browser")
+        assert [entry["message"] for entry in browser.log("browser")] == []
+        requested = [address for address in browser.requested() if not address.startswith("data:")]
+        assert [
+            address
+            for address in requested
+            if not re.fullmatch(r"about:blank|file://.*\.html(#.*)?", address)
+        ] == []
