@@ -3,6 +3,7 @@
 from .agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
 from .addresses import cell, column_header, menu_entry, menu_path, model_item, row_header, tree_path, tree_row
 from .app import App
+from .clipboard import ClipboardError
 from .commands import COMMANDS, Answer, Command, Section
 from .connection import Connection
 from .desktop import Desktop, DesktopError
@@ -63,6 +64,7 @@ __all__ = [
     "ArchitectureError",
     "Argument",
     "COMMANDS",
+    "ClipboardError",
     "Command",
     "CommandError",
     "ConditionError",

@@ -9,6 +9,7 @@ from types import TracebackType
 from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
 from . import endings
+from .clipboard import read_clipboard
 from .connection import Connection
 from .errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
 from .explain import MODAL, POPUP, explain
@@ -19,6 +20,8 @@ from .steps import StepListener, run_step
 from .waiting import Deadline, retry
 from .window import Window
 from .wire import Rect
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 DEFAULT_WAIT = 5.0
 """Seconds that a call waits for its window and widget where nothing else is said."""
@@ -111,6 +114,10 @@ class App:
     def screenshot(self, path: "Path | str") -> Path:
         """Saves a picture of the application's whole screen; the ending of `path` tells the format."""
         return save_screenshot(Path(path), self.display)
+
+    def clipboard(self) -> str:
+        """The text on the clipboard of the application's desktop; empty when there is none."""
+        return read_clipboard(self.display)
 
     def perform(
         self,

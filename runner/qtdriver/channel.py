@@ -102,11 +102,11 @@ class Channel:
         deadline = time.monotonic() + seconds
         try:
             self._clear_the_way(deadline)
-            self._unanswered = line
+            self._unanswered = "" if self.transcript.is_paused else line
             self._lines.send(data, deadline)
             return self._read_reply(deadline)
         except socket.timeout:
-            waiting_for = line if self._unanswered is None else self._unanswered
+            waiting_for = self._unanswered or line  # what a listener asked is nothing that the test knows
             raise RequestTimeout(f"no reply to {waiting_for!r} within {seconds:g} seconds") from None
         except OSError as error:
             raise ConnectionClosed(f"the application ended before it answered {line!r} ({error})") from error

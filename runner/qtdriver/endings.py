@@ -24,6 +24,8 @@ from .wire import Reply
 if TYPE_CHECKING:
     from .app import App
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _EXIT_SECONDS = 5.0
 _GRACE_SECONDS = 2.0
 

@@ -12,6 +12,8 @@ from .widget import Widget
 from .window import Window
 from .wire import Value
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 Expected = Union[Value, Pattern[str], Callable[[Value], object]]
 """A value, a pattern to be found in a text, or a function that answers whether it is satisfied."""
 

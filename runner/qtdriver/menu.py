@@ -11,6 +11,8 @@ from .wire import Value
 if TYPE_CHECKING:
     from .window import Window
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _Result = TypeVar("_Result")
 
 

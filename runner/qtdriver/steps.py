@@ -11,6 +11,8 @@ from .transcript import Step
 if TYPE_CHECKING:
     from .app import App
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 
 class StepListener:
     """Is told of the steps of applications; see App.listeners. Its methods do nothing here.

@@ -4,8 +4,9 @@ from __future__ import annotations
 
 import time
 from collections import deque
+from contextlib import contextmanager
 from dataclasses import dataclass, field
-from typing import Deque, List, Optional, Tuple
+from typing import Deque, Iterator, List, Optional, Tuple
 
 KEPT_EXCHANGES = 5000
 """How many exchanges a transcript keeps; the oldest ones go first."""
@@ -69,9 +70,12 @@ class Transcript:
     def __init__(self) -> None:
         self._exchanges: Deque[Exchange] = deque(maxlen=KEPT_EXCHANGES)
         self._step: Optional[Step] = None
+        self._paused = False
 
     def add(self, exchange: Exchange) -> None:
         """Takes in what the connection has just done."""
+        if self._paused:
+            return
         self._exchanges.append(exchange)
         if self._step is not None:
             self._step.add(exchange)
@@ -90,3 +94,17 @@ class Transcript:
     def end(self) -> None:
         """Ends the step that began."""
         self._step = None
+
+    @property
+    def is_paused(self) -> bool:
+        """Whether nothing is taken in now."""
+        return self._paused
+
+    @contextmanager
+    def paused(self) -> Iterator[None]:
+        """Within it nothing is taken in: for what a listener asks, which is no part of the test."""
+        before, self._paused = self._paused, True
+        try:
+            yield
+        finally:
+            self._paused = before

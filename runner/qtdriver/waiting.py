@@ -5,6 +5,8 @@ from __future__ import annotations
 import time
 from typing import Callable, Iterator, Tuple, Type, TypeVar
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _Result = TypeVar("_Result")
 
 _FIRST_PAUSE = 0.003

@@ -15,6 +15,8 @@ if TYPE_CHECKING:
     from .connection import Connection
     from .window import Window
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _Result = TypeVar("_Result")
 _NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 

@@ -16,6 +16,8 @@ from .widget import Widget
 if TYPE_CHECKING:
     from .app import App
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _Result = TypeVar("_Result")
 
 
