@@ -10,7 +10,7 @@ from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
 from . import endings
 from .connection import Connection
-from .errors import RETRYABLE_ERRORS, ConnectionClosed, ReplyError, RequestTimeout
+from .errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
 from .explain import MODAL, POPUP, explain
 from .pictures import save_screenshot
 from .process import GRACE_SECONDS, Process
@@ -62,6 +62,7 @@ class App:
         self.display = display
         self.listeners: List[StepListener] = []
         self._listed = 0.0
+        self._end_is_known = False
 
     def __repr__(self) -> str:
         return f"app({self.pid})"
@@ -161,6 +162,7 @@ class App:
         try:
             yield
         except (ConnectionClosed, RequestTimeout) as error:
+            self._end_is_known = True
             raise endings.describe(self, error) from None
 
     def wait_for_exit(self, timeout: Optional[float] = None) -> int:
@@ -174,7 +176,15 @@ class App:
         status = self.process.wait(seconds)
         if status is None:
             raise TimeoutError(f"process {self.process.pid} still runs after {seconds:g} seconds")
+        self._end_is_known = True
         return status
+
+    def unexpected_end(self) -> Optional[ApplicationEndedError]:
+        """The error that a failed or crashed application is worth, if the test does not know of its end: it has not
+        waited for it, not ended it, and no call of it has raised. None otherwise, and for one that came by itself.
+        """
+        status = None if self.process is None or self._end_is_known else self.process.status()
+        return endings.describe_end(self) if status else None
 
     def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
         """Closes the connection and ends the application and everything that was started for it.
@@ -182,6 +192,7 @@ class App:
         SIGTERM first, SIGKILL after `grace` seconds. Answers the exit status of the process that was started,
         negative for a signal. An application that came by itself only loses its connection, and None is answered.
         """
+        self._end_is_known = True
         self.connection.close()
         return None if self.process is None else self.process.terminate(grace)
 

@@ -71,6 +71,14 @@ class Channel:
         """Ends the connection; the application goes on without it. Closing twice is harmless."""
         self._lines.close()
 
+    def fileno(self) -> int:
+        """The descriptor of the socket: readable when the application has ended, since agents never speak unasked."""
+        return self._lines.fileno()
+
+    def is_closed(self) -> bool:
+        """Whether the application has ended or closed the connection. Does not wait."""
+        return not self._lines.is_open()
+
     def request(self, line: str, timeout: Optional[float] = None) -> Reply:
         """Sends one request line and waits for its reply, of whatever code.
 

@@ -12,8 +12,17 @@ from .errors import QtDriverError
 SCRIPT = Path(__file__).with_name("with-desktop.sh")
 """Runs a command on a desktop of its own, in a network namespace of its own."""
 
+_NAMESPACE = "QTDRIVER_IN_NAMESPACE"
 _SETTINGS = ("DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "NO_AT_BRIDGE")
 _SAY_AND_STAY = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec cat >/dev/null"
+
+
+def environment_for_own_network() -> Dict[str, str]:
+    """The environment for SCRIPT to give its command a network of its own, also where this process has one already.
+
+    Where the system has no namespaces the script has noted that, and its runs take turns: that stays.
+    """
+    return {name: value for name, value in os.environ.items() if (name, value) != (_NAMESPACE, "1")}
 
 
 class DesktopError(QtDriverError):
@@ -36,7 +45,7 @@ class Desktop:
             stderr=subprocess.PIPE,
             text=True,
             start_new_session=True,  # it ends when its standard input does, after the applications on it
-            env={**os.environ, "QTDRIVER_IN_NAMESPACE": "1"},
+            env={**os.environ, _NAMESPACE: "shared"},
         )
         assert self._process.stdout is not None
         values = [self._process.stdout.readline().rstrip("\n") for _ in _SETTINGS]
@@ -46,7 +55,7 @@ class Desktop:
         self.environment: Dict[str, str] = dict(zip(_SETTINGS, values))
 
     def close(self) -> None:
-        """Ends the X server and the window manager. Closing twice is harmless."""
+        """Ends the X server and the window manager, and waits until they are gone. Closing twice is harmless."""
         if self._process is not None:
-            self._process.communicate()
+            self._process.communicate()  # the keeper of the desktop has its standard error, too
             self._process = None

@@ -26,6 +26,7 @@ class Driver:
     Attributes:
         timeout: seconds that calls wait for windows and widgets, for applications that are not told otherwise.
         request_timeout: seconds that a request may take before the application counts as hanging.
+        start_timeout: seconds that an application may take until its agent is there.
         listeners: are told of the steps of every application.
     """
 
@@ -37,20 +38,28 @@ class Driver:
         headless: bool = False,
         timeout: float = DEFAULT_WAIT,
         request_timeout: float = DEFAULT_TIMEOUT,
+        start_timeout: float = DEFAULT_TIMEOUT,
+        server: Optional[Server] = None,
+        desktop: Optional[Desktop] = None,
     ) -> None:
         """Starts to listen. `qt`, `build` and `headless` are for launch() where it is not told otherwise.
+
+        `server` and `desktop` are for drivers that come one after the other: they stay the caller's, and open.
 
         Raises PortInUseError when another process listens already.
         """
         self.timeout = timeout
         self.request_timeout = request_timeout
+        self.start_timeout = start_timeout
         self.listeners: List[StepListener] = []
         self._qt = qt
         self._build = build
         self._headless = headless
-        self._server = Server()
+        self._owns_server = server is None
+        self._server = Server() if server is None else server
         self._reception = Reception(self._server)
-        self._desktop: Optional[Desktop] = None
+        self._owns_desktop = desktop is None
+        self._desktop = desktop
         self._apps: List[App] = []
 
     @property
@@ -66,7 +75,7 @@ class Driver:
         environment: Optional[Mapping[str, str]] = None,
         working_directory: "Optional[str | Path]" = None,
         headless: Optional[bool] = None,
-        start_timeout: float = DEFAULT_TIMEOUT,
+        start_timeout: Optional[float] = None,
         timeout: Optional[float] = None,
         request_timeout: Optional[float] = None,
     ) -> App:
@@ -76,7 +85,7 @@ class Driver:
         does not link Qt itself: scripts, interpreters, wrappers. `environment` is added to that of this process.
         `headless` gives it a desktop without a screen, which all such applications of the driver share.
 
-        `start_timeout`: seconds until the agent has to be there; `timeout` and `request_timeout`: as the attributes.
+        `start_timeout`, `timeout` and `request_timeout`: as the attributes, which are the defaults.
 
         Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError, EarlyExitError and
         NoGreetingError, each with the program's last output.
@@ -86,7 +95,7 @@ class Driver:
             reception=self._reception,
             qt=self._qt if qt is None else qt,
             build=self._build,
-            start_timeout=start_timeout,
+            start_timeout=self.start_timeout if start_timeout is None else start_timeout,
             request_timeout=self.request_timeout if request_timeout is None else request_timeout,
             timeout=self.timeout if timeout is None else timeout,
             environment=self._environment(environment, self._headless if headless is None else headless),
@@ -98,7 +107,7 @@ class Driver:
         self,
         *,
         pid: Optional[int] = None,
-        start_timeout: float = DEFAULT_TIMEOUT,
+        start_timeout: Optional[float] = None,
         timeout: Optional[float] = None,
         request_timeout: Optional[float] = None,
     ) -> App:
@@ -107,15 +116,16 @@ class Driver:
         `pid` is its process id; None takes the first one. Raises NoClientError when none comes in `start_timeout`
         seconds. The application is not ended with the driver: it only loses its connection.
         """
+        seconds = self.start_timeout if start_timeout is None else start_timeout
         connection = self._reception.wait_for(
             lambda number: pid is None or number == pid,
-            Deadline(start_timeout),
+            Deadline(seconds),
             self.request_timeout if request_timeout is None else request_timeout,
         )
         if connection is None:
             whose = "no agent" if pid is None else f"no agent of process {pid}"
             raise NoClientError(
-                f"{whose} connected within {start_timeout:g} seconds. An agent looks for its server once, when it is "
+                f"{whose} connected within {seconds:g} seconds. An agent looks for its server once, when it is "
                 "created: start the driver first"
             )
         return self._taken(App(connection, timeout=self.timeout if timeout is None else timeout))
@@ -135,12 +145,18 @@ class Driver:
         return environment
 
     def close(self) -> None:
-        """Ends every application that was started here, and stops listening. Closing twice is harmless."""
+        """Ends every application that was started here, and stops listening. Closing twice is harmless.
+
+        Agents that have connected and that nobody asked for lose their connection.
+        """
         for app in self._apps:
             app.terminate()
         self._reception.close()
-        self._server.close()
-        if self._desktop is not None:
+        if self._owns_server:
+            self._server.close()
+        else:
+            self._server.drop_waiting()
+        if self._owns_desktop and self._desktop is not None:
             self._desktop.close()
             self._desktop = None
 

@@ -33,12 +33,15 @@ def describe(app: "App", error: QtDriverError) -> QtDriverError:
     connection. An application that does not answer is ended."""
     if isinstance(error, (ApplicationEndedError, ApplicationHangsError)):
         return error
-    return _hang(app, error) if isinstance(error, RequestTimeout) else _end(app)
+    return _hang(app, error) if isinstance(error, RequestTimeout) else describe_end(app)
 
 
-def _end(app: "App") -> ApplicationEndedError:
+def describe_end(app: "App") -> ApplicationEndedError:
+    """The error for an application whose connection is closed, or whose process has ended."""
     exchanges = app.connection.transcript.exchanges()
-    request = f" at the request {exchanges[-1].request!r}" if exchanges else ""
+    request = ""
+    if exchanges:
+        request = f" {'at' if exchanges[-1].error else 'after'} the request {exchanges[-1].request!r}"
     process = app.process
     if process is None:
         return ApplicationEndedError(

@@ -16,11 +16,12 @@ class ProtocolError(QtDriverError):
 class PortInUseError(QtDriverError):
     """Another process listens on the port on which the agent looks for its test server."""
 
-    def __init__(self, host: str, port: int) -> None:
+    def __init__(self, host: str, port: int, way_out: str = "run with --headless") -> None:
+        """`way_out` is how this run can have a network of its own."""
         super().__init__(
             f"{host}:{port} is taken: another test run or test server listens there, and the agent knows no "
-            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for it, or run with "
-            "--headless, which has a network of its own"
+            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for it, or "
+            f"{way_out}, which has a network of its own"
         )
 
 

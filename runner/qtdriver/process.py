@@ -9,6 +9,9 @@ from typing import Optional
 from .custody import Custody
 from .output import OutputTail
 
+_LAST_WORDS = 20
+"""Lines of output that a message quotes."""
+
 GRACE_SECONDS = 5.0
 _OUTPUT_SECONDS = 1.0
 
@@ -62,7 +65,7 @@ class Process:
         for tail in (self.errors, self.output):
             tail.wait_for_end(_OUTPUT_SECONDS if self.status() is not None else 0)
             if tail.lines():
-                return "\n".join(tail.lines())
+                return "\n".join(tail.lines()[-_LAST_WORDS:])
         return ""
 
     def terminate(self, grace: float = GRACE_SECONDS) -> int:

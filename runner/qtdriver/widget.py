@@ -16,6 +16,7 @@ if TYPE_CHECKING:
     from .window import Window
 
 _Result = TypeVar("_Result")
+_NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
 class Widget:
@@ -214,15 +215,20 @@ class Widget:
         return value
 
     def properties(self, *, timeout: Optional[float] = None) -> Dict[str, Value]:
-        """Every property that has a value which can be told and takes no argument."""
+        """Every property that has a value which can be told and takes no argument.
+
+        Without the listings of the names, and without "globalRect", which moves the window to be read.
+        """
         values: Dict[str, Value] = {}
         for listing in ("pseudoPropertyNames", "propertyNames"):
             names = self.read(listing, timeout=timeout)
             for name in names if isinstance(names, tuple) else ():
-                try:
-                    values.setdefault(name, self.read(name, timeout=timeout))
-                except CommandError:
+                if name in values or name in _NOT_AMONG_PROPERTIES:
                     continue
+                try:
+                    values[name] = self.read(name, timeout=timeout)
+                except CommandError:
+                    continue  # it takes an argument, or has a type that cannot be told
         return values
 
     def save_picture(self, name: str, path: "Path | str", *, timeout: Optional[float] = None) -> Path:

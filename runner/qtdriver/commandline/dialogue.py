@@ -1,37 +1,22 @@
-"""The dialogue of `qtdriver run`: typed requests in, readable replies out."""
+"""The dialogue of `qtdriver run`: requests and commands in, readable replies out."""
 
 from __future__ import annotations
 
-import sys
-from typing import Callable, Iterable, Iterator, Optional, TextIO
+import argparse
+import json
+import shlex
+from typing import Any, Callable, Iterable
 
-from ..connection import Connection
-from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
+from ..app import App
+from ..errors import ApplicationEndedError, ConnectionClosed, ProtocolError, QtDriverError, RequestTimeout
+from ..wire import Reply
+from .arguments import verb_parser
+from .outcome import Outcome, plain
 from .readable import describe_commands, describe_reply
 from .typed_line import to_request
+from .verbs import Verb, all_verbs, verb_named
 
-PROMPT = "qtdriver> "
 Say = Callable[[str], None]
-
-
-def typed_lines(stream: Optional[TextIO]) -> Iterator[str]:
-    """The lines of a script, or of standard input for None: with a prompt when that is a terminal."""
-    if stream is None and sys.stdin.isatty():
-        yield from _prompted_lines()
-        return
-    for line in sys.stdin if stream is None else stream:
-        yield line.rstrip("\r\n")
-
-
-def _prompted_lines() -> Iterator[str]:
-    import readline  # noqa: F401  (gives input() line editing and a history)
-
-    while True:
-        try:
-            yield input(PROMPT)
-        except EOFError:
-            print()
-            return
 
 
 class Dialogue:
@@ -39,17 +24,21 @@ class Dialogue:
 
     Attributes:
         all_answered: whether every request so far was sent and has got its reply.
+        any_refused: whether the application has refused one.
         connected: False once the application has ended or closed the connection.
     """
 
-    def __init__(self, connection: Connection, say: Say, complain: Say, echo: bool) -> None:
+    def __init__(self, app: App, say: Say, complain: Say, echo: bool, as_json: bool = False) -> None:
         """`say` gets the replies, `complain` what cannot be sent or is not answered; with `echo` each request
-        is said before its reply, as for a script whose lines are not on the screen."""
-        self._connection = connection
+        is said before its reply, as for a script whose lines are not on the screen. With `as_json` each reply is
+        one line of JSON."""
+        self._app = app
         self._say = say
         self._complain = complain
         self._echo = echo
+        self._as_json = as_json
         self.all_answered = True
+        self.any_refused = False
         self.connected = True
 
     def run(self, lines: Iterable[str]) -> None:
@@ -61,7 +50,7 @@ class Dialogue:
             if typed == "quit":
                 return
             if typed == "help":
-                self._say(describe_commands())
+                self._say(f"{describe_commands()}\n\n{describe_verbs()}")
                 continue
             self._answer(typed)
             if not self.connected:
@@ -70,17 +59,63 @@ class Dialogue:
     def _answer(self, typed: str) -> None:
         if self._echo:
             self._say(f"> {typed}")
+        verb = verb_named(typed.split(None, 1)[0])
         try:
-            request = to_request(typed)
-            self._say(describe_reply(request, self._connection.request(request)))
+            if verb is not None:
+                self._run_verb(verb, typed)
+            else:
+                self._run_request(typed)
         except ValueError as error:
             self._fail(f"not sent: {error}")
-        except (ProtocolError, RequestTimeout) as error:
-            self._fail(str(error))
         except ConnectionClosed:
             self.all_answered = False
             self.connected = False
+        except (ProtocolError, RequestTimeout) as error:
+            self._fail(str(error))
+
+    def _run_request(self, typed: str) -> None:
+        request = to_request(typed)
+        reply = self._app.connection.request(request)
+        self.any_refused = self.any_refused or not reply.ok
+        self._say(
+            json.dumps(_reply_data(request, reply)) if self._as_json else describe_reply(request, reply)
+        )
+
+    def _run_verb(self, verb: Verb, typed: str) -> None:
+        try:
+            values = vars(verb_parser(verb).parse_args(shlex.split(typed)[1:]))
+        except (argparse.ArgumentError, SystemExit) as error:
+            # argparse has said more on standard error, or has shown the help.
+            if isinstance(error, SystemExit) and error.code in (0, None):
+                return
+            raise ValueError(
+                f"{error if str(error) != '2' else 'see above'} (try {verb.name} --help)"
+            ) from None
+        try:
+            outcome = verb.run(self._app, values)
+        except ApplicationEndedError:
+            raise
+        except QtDriverError as error:
+            outcome = Outcome.of_error(error)
+        self.any_refused = self.any_refused or outcome.status != 0
+        self._say(outcome.shown(self._as_json))
 
     def _fail(self, message: str) -> None:
         self.all_answered = False
         self._complain(message)
+
+
+def _reply_data(request: str, reply: Reply) -> Any:
+    value: Any = reply.payload
+    if reply.ok and reply.code == "0":
+        try:
+            value = plain(reply.value())
+        except ProtocolError:
+            pass
+    return {"request": request, "code": reply.code, "value": value}
+
+
+def describe_verbs() -> str:
+    """The commands that are words, for the help of the dialogue."""
+    rows = [f"  {verb.example:<66}  {verb.summary}" for verb in all_verbs()]
+    return "\n".join(["Or these words (NAME --help explains one):", *rows])

@@ -23,7 +23,7 @@ def describe_reply(request: str, reply: Reply) -> str:
             return _describe_cursor_widget(CursorWidget.parse(reply.payload))
         if command is not None and command.answer is Answer.TEXT:
             return reply.payload
-        return _describe_value(reply.value())
+        return describe_value(reply.value())
     except ProtocolError:
         return reply.raw
 
@@ -41,7 +41,8 @@ def _describe_cursor_widget(widget: Optional[CursorWidget]) -> str:
     return "\n".join(f"{label}: {text}".rstrip() for label, text in rows)
 
 
-def _describe_value(value: Value) -> str:
+def describe_value(value: Value) -> str:
+    """A typed value in one or more lines."""
     if isinstance(value, bool):
         return "true" if value else "false"
     if isinstance(value, tuple):
