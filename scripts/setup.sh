@@ -9,12 +9,12 @@ packages=(
     xvfb openbox x11-utils xdotool xclip imagemagick fonts-dejavu-core util-linux iproute2
     # runner and its tests
     python3 python3-pyelftools python3-pytest python3-pil
-    # fuzzing
-    clang libclang-rt-dev
     # checks
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
     # an application that nobody here wrote
     speedcrunch
+    # fuzzing
+    clang libclang-rt-dev
 )
 
 missing=()
