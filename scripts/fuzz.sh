@@ -36,7 +36,7 @@ cmake --build --preset "qt$major-fuzz" -- --quiet
 # The application is not to find anything of the user's.
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-export HOME=$scratch XDG_CONFIG_HOME=$scratch XDG_RUNTIME_DIR=$scratch TMPDIR=$scratch
+export LC_ALL=C.UTF-8 HOME=$scratch XDG_CONFIG_HOME=$scratch XDG_RUNTIME_DIR=$scratch TMPDIR=$scratch
 unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE
 
 if [ -n "$replayed" ]; then

@@ -32,7 +32,7 @@ SEEDS = {
         "6,Widget:main,editcombo,,s:new",
     ],
     "spins": ["5,Widget:main,spin,,i:77", "6,Widget:main,double,,s:2.5", "5,Widget:main,spin,,i:-2147483648"],
-    "dates": ["5,Widget:main,time,,s:12:30:00", "6,Widget:main,datetime,,s:01.01.2000 00:00:00"],
+    "dates": ["5,Widget:main,time,,s:12:30:00", "6,Widget:main,datetime,,s:1 Jan 2000 00:00:00"],
     "sliders": [
         "5,Widget:main,slider,,i:7",
         "5,Widget:main,vslider,,i:2147483647",
@@ -44,18 +44,23 @@ SEEDS = {
     ],
     "tool_box": ["5,Widget:main,toolbox,,s:Page B", "7,Widget:main,toolbox,,currentText"],
     "docks": ["5,Widget:main,dock0", "7,Widget:main,dock0,,windowTitle"],
-    "lists": ["5,Widget:main,list,,s:a/b,s:+", "6,Widget:main,list,,b:true", "6,Widget:main,list,,s:changed"],
+    "lists": [
+        "5,Widget:main,list,,s:a/b,s:+",
+        "5,Widget:main,list,,i:0",
+        "6,Widget:main,list,,b:true",
+        "6,Widget:main,list,,s:changed",
+    ],
     "shrinking_list": ["5,Widget:main,shrinking,,i:7", "5,Widget:main,shrinking,,i:0"],
     "trees": [
         "5,Widget:main,tree,,s:Alpha:two/child",
         "6,Widget:main,tree,,s:0:changed",
         "6,Widget:main,tree,,b:false",
-        "5,Widget:main,multitree,,s:Alpha/Beta",
+        "5,Widget:main,multitree,,s:Beta/Alpha",
     ],
     "tree_properties": [
         "7,Widget:main,treeview,,pathList",
-        "7,Widget:main,treeview,,itemTextList,s:Alpha:Beta/Beta",
-        "7,Widget:main,treeview,,itemIsOpen,s:Alpha",
+        "7,Widget:main,treeview,,itemTextList,s:Beta/Alpha",
+        "7,Widget:main,treeview,,itemIsOpen,s:Beta",
     ],
     "forgetting_tree": ["5,Widget:main,forgettingtree,,s:Beta", "7,Widget:main,forgettingtree,,pathList"],
     "tables": [

@@ -34,8 +34,13 @@ Widget* RichHost::add(const char* name)
 {
     const int columns = 8;
     auto* widget = new Widget;
+    const QSize smallest(20, 20);
     widget->setObjectName(QLatin1String(name));
+    widget->setMinimumSize(smallest); // the window has to fit on the screen
+    widget->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     grid->addWidget(widget, places / columns, places % columns);
+    grid->setRowStretch(places / columns, 1);
+    grid->setColumnStretch(places % columns, 1);
     ++places;
     return widget;
 }
@@ -60,7 +65,7 @@ RichHost::RichHost()
     addMenus();
     addDialogButtons();
     addMortals();
-    const QSize mainSize(790, 700);
+    const QSize mainSize(780, 560); // the screen is of 800 by 600 pixels
     window->resize(mainSize);
     auto* second = new QWidget; // titles that begin like the first one's, and names that are there twice
     second->setObjectName(QLatin1String("second"));
