@@ -11,6 +11,7 @@
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 
 using fuzzing::check;
@@ -63,7 +64,7 @@ private:
     {
         static const QRegularExpression form(QStringLiteral("\\A(0,|\\?,|[2-7],(Window|Widget|Object) \\(|8,)"));
         if (talkative)
-            qDebug("%s", qPrintable(readable(request, reply)));
+            std::fprintf(stderr, "%s\n", qPrintable(readable(request, reply)));
         check(form.match(QString::fromLatin1(reply)).hasMatch(), "the form of a reply", readable(request, reply));
         dirty = dirty || mayHaveActed(request, reply);
         lastReply = reply;

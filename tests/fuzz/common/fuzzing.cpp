@@ -55,6 +55,7 @@ extern "C" __attribute__((visibility("default"))) int LLVMFuzzerInitialize(int*,
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_NO_GLIB", "1"); // the dispatcher that the virtual clock knows
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}); // what the platform lacks
     static int argc = 1;
     static char name[] = "fuzz";
     static char* argv[] = {name, nullptr};
