@@ -3,13 +3,13 @@
 # By default all targets with Qt 5, one after the other, for 60 seconds each. --time 0 only replays the seeds in
 # tests/fuzz/corpus. What a run discovers is kept in build/qtN-fuzz/corpus for the next one, but with --fresh.
 #   scripts/fuzz.sh --replay FILE TARGET    runs one input, and tells what happens
-#   scripts/fuzz.sh --build                 only builds
+#   scripts/fuzz.sh --build                 only builds; --built: everything is built already
 # Inputs that break something are kept in build/qtN-fuzz/findings, and the status is not 0 then.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 usage() { sed -n '2,7s/^# \?//p' "$0" >&2; exit 2; }
-major=5 seconds=60 seed=$RANDOM fresh="" replayed="" only_build="" targets=()
+major=5 seconds=60 seed=$RANDOM fresh="" replayed="" only_build="" built="" targets=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --qt) major=${2:-}; shift 2 ;;
@@ -18,6 +18,7 @@ while [ $# -gt 0 ]; do
         --fresh) fresh=yes; shift ;;
         --replay) replayed=$(realpath "${2:?--replay needs a file}"); shift 2 ;;
         --build) only_build=yes; shift ;;
+        --built) built=yes; shift ;;
         -*) usage ;;
         *) targets+=("$1"); shift ;;
     esac
@@ -29,8 +30,10 @@ fi
 
 build=build/qt$major-fuzz
 mkdir -p "$build/findings"
-cmake --preset "qt$major-fuzz" >"$build/configure.log" 2>&1 || { cat "$build/configure.log" >&2; exit 1; }
-cmake --build --preset "qt$major-fuzz" -- --quiet
+if [ -z "$built" ]; then
+    cmake --preset "qt$major-fuzz" >"$build/configure.log" 2>&1 || { cat "$build/configure.log" >&2; exit 1; }
+    cmake --build --preset "qt$major-fuzz" -- --quiet
+fi
 [ -z "$only_build" ] || exit 0
 
 # The application is not to find anything of the user's.
@@ -48,9 +51,10 @@ last() { grep -aoE "$2" "$1" | tail -1 | grep -oE '[0-9]+' || echo 0; }
 failures=0
 for target in "${targets[@]}"; do
     seeds=tests/fuzz/corpus/$target
-    corpus=$build/corpus/$target
-    [ -z "$fresh" ] || corpus=$scratch/corpus-$target
-    log=$build/fuzz_$target.log
+    kept=$build
+    [ -z "$fresh" ] || kept=$scratch
+    corpus=$kept/corpus/$target
+    log=$kept/corpus/$target.log
     mkdir -p "$corpus"
     options=("-seed=$seed" "-artifact_prefix=$build/findings/$target-" -print_final_stats=1 -timeout=60 -max_len=2000)
     [ ! -e "tests/fuzz/$target.dict" ] || options+=("-dict=tests/fuzz/$target.dict")

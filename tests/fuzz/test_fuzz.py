@@ -40,20 +40,20 @@ def test_every_target_has_its_program_and_its_words(built):
 
 @pytest.mark.parametrize("target", TARGETS)
 def test_the_seeds_break_nothing(built, target):
-    result = fuzz("--time", "0", target)
+    result = fuzz("--built", "--time", "0", target)
     assert result.returncode == 0, result.stdout
 
 
 @pytest.mark.parametrize("target", TARGETS)
 def test_a_short_run_breaks_nothing(built, target):
-    result = fuzz("--fresh", "--time", str(SECONDS.get(target, USUAL_SECONDS)), target)
+    result = fuzz("--built", "--fresh", "--time", str(SECONDS.get(target, USUAL_SECONDS)), target)
     assert result.returncode == 0, result.stdout
     assert "executions" in result.stdout
     print(result.stdout)
 
 
 def test_a_mistake_that_was_planted_is_found(built):
-    result = fuzz("--fresh", "--time", "20", "planted")
+    result = fuzz("--built", "--fresh", "--time", "20", "planted")
     for finding in (ROOT / "build/qt5-fuzz/findings").glob("planted-*"):
         finding.unlink()
     assert result.returncode != 0
