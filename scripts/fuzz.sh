@@ -44,7 +44,7 @@ unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS QT_QPA_PLATFORMTHEME QT_S
 
 if [ -n "$replayed" ]; then
     export QTDRIVER_FUZZ_TALK=1 ASAN_OPTIONS=malloc_context_size=30${ASAN_OPTIONS:+:$ASAN_OPTIONS}
-    exec "$build/bin/fuzz_${targets[0]}" "$replayed"
+    "$build/bin/fuzz_${targets[0]}" "$replayed" && exit 0 || exit 1
 fi
 
 last() { grep -aoE "$2" "$1" | tail -1 | grep -oE '[0-9]+' || echo 0; }
