@@ -8,6 +8,9 @@
 
 namespace {
 
+// Windowing systems have no larger windows. Qt would try to: it takes memory for every pixel, and dies of having none.
+const int maximumSide = 16384;
+
 const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
 
 QString titleReply(const QWidget* window)
@@ -57,5 +60,7 @@ QString moveWindow(const Request& request, STApplicationProxy&)
 
 QString resizeWindow(const Request& request, STApplicationProxy&)
 {
-    return changeWindow(request, [](QWidget* window, int width, int height) { window->resize(width, height); });
+    return changeWindow(request, [](QWidget* window, int width, int height) {
+        window->resize(qMin(width, maximumSide), qMin(height, maximumSide));
+    });
 }
