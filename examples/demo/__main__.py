@@ -13,7 +13,7 @@ import menus
 import views
 from stage import Stage
 
-from qtdriver import Server, launch
+from qtdriver import Driver
 
 ACTS = [buttons, forms, views, menus]
 
@@ -21,26 +21,22 @@ ACTS = [buttons, forms, views, menus]
 def main(build, pictures):
     major = int(build.name[len("qt") :])
     differences = []
-    with Server() as server:
-        with launch(
-            [str(build / "bin" / "showcase")], server=server, qt=major, build=build.parent
-        ) as showcase:
-            stage = Stage(showcase, "Widget:showcase", pictures)
-            stage.expect_window("Widget:showcase")
-            stage.expect("showcase", "isActiveWindow", True)
-            stage.picture("before")
-            for act in ACTS:
-                act.play(stage)
-            stage.picture("after")
-            differences += stage.differences
-        environment = calculator.environment(pictures)
-        with launch(
-            ["speedcrunch"], server=server, build=build.parent, environment=environment
-        ) as speedcrunch:
-            stage = Stage(speedcrunch, "SpeedCrunch", pictures)
-            calculator.play(stage)
-            stage.picture("speedcrunch")
-            differences += stage.differences
+    with Driver(build=build.parent) as driver:
+        showcase = driver.launch(build / "bin" / "showcase", qt=major)
+        stage = Stage(showcase, "Widget:showcase", pictures)
+        stage.expect_window("Widget:showcase")
+        stage.expect("showcase", "isActiveWindow", True)
+        stage.picture("before")
+        for act in ACTS:
+            act.play(stage)
+        stage.picture("after")
+        differences += stage.differences
+        showcase.terminate()
+        speedcrunch = driver.launch("speedcrunch", environment=calculator.environment(pictures))
+        stage = Stage(speedcrunch, "SpeedCrunch", pictures)
+        calculator.play(stage)
+        stage.picture("speedcrunch")
+        differences += stage.differences
     print()
     for difference in differences:
         print(f"DIFFERENT: {difference}")

@@ -7,9 +7,10 @@ import time
 from types import TracebackType
 from typing import Optional, Type, TypeVar
 
-from .errors import ConnectionClosed, RequestTimeout
+from .errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .greeting import Greeting
 from .lines import LineSocket
+from .transcript import KEPT_REPLY, Exchange, Transcript
 from .wire import Reply, encode_line
 
 DEFAULT_TIMEOUT = 30.0
@@ -24,12 +25,14 @@ class Channel:
     Attributes:
         greeting: what the agent said of itself.
         timeout: seconds that a request may take, the waiting for a late earlier reply included.
+        transcript: what was asked and answered.
     """
 
     def __init__(self, lines: LineSocket, greeting: Greeting, timeout: float = DEFAULT_TIMEOUT) -> None:
         """Takes over `lines`, whose greeting has been read. `timeout`: seconds that a request may take."""
         self.greeting = greeting
         self.timeout = timeout
+        self.transcript = Transcript()
         self._lines = lines
         self._unanswered: Optional[str] = None
 
@@ -68,22 +71,42 @@ class Channel:
         """Ends the connection; the application goes on without it. Closing twice is harmless."""
         self._lines.close()
 
+    def fileno(self) -> int:
+        """The descriptor of the socket: readable when the application has ended, since agents never speak unasked."""
+        return self._lines.fileno()
+
+    def is_closed(self) -> bool:
+        """Whether the application has ended or closed the connection. Does not wait."""
+        return not self._lines.is_open()
+
     def request(self, line: str, timeout: Optional[float] = None) -> Reply:
         """Sends one request line and waits for its reply, of whatever code.
 
         `timeout` in seconds, by default that of the connection. Raises RequestTimeout, ConnectionClosed,
-        ProtocolError for an answer that is no reply, and ValueError for a line that cannot be sent.
+        ProtocolError for an answer that is no reply, and UnsupportedTextError for a line that cannot be sent.
         """
         data = encode_line(line)
-        seconds = self.timeout if timeout is None else timeout
+        started = time.monotonic()
+        answer, failure = None, ""
+        try:
+            answer = self._exchange(line, data, self.timeout if timeout is None else timeout)
+            return Reply.parse(answer)
+        except QtDriverError as error:
+            failure = str(error)
+            raise
+        finally:
+            kept = None if answer is None else answer[:KEPT_REPLY]
+            self.transcript.add(Exchange(line, kept, started, time.monotonic() - started, failure))
+
+    def _exchange(self, line: str, data: bytes, seconds: float) -> str:
         deadline = time.monotonic() + seconds
         try:
             self._clear_the_way(deadline)
-            self._unanswered = line
+            self._unanswered = "" if self.transcript.is_paused else line
             self._lines.send(data, deadline)
-            return Reply.parse(self._read_reply(deadline))
+            return self._read_reply(deadline)
         except socket.timeout:
-            waiting_for = line if self._unanswered is None else self._unanswered
+            waiting_for = self._unanswered or line  # what a listener asked is nothing that the test knows
             raise RequestTimeout(f"no reply to {waiting_for!r} within {seconds:g} seconds") from None
         except OSError as error:
             raise ConnectionClosed(f"the application ended before it answered {line!r} ({error})") from error

@@ -6,6 +6,7 @@ from dataclasses import dataclass
 from enum import Enum
 from typing import Dict, Tuple
 
+from .errors import UnsupportedTextError
 from .wire import encode_hex
 
 
@@ -39,8 +40,8 @@ class Command:
     def compose(self, *texts: str) -> str:
         """The request line for the texts of the sections; texts of encoded sections are given decoded.
 
-        Raises ValueError for a number of texts other than that of the sections, for a comma or a line break
-        in a section that is not encoded, and for a character beyond U+00FF in one that is.
+        Raises ValueError for a number of texts other than that of the sections, and UnsupportedTextError for a comma
+        or a line break in a section that is not encoded, and for a character beyond U+00FF in one that is.
         """
         if len(texts) != len(self.sections):
             raise ValueError(f"{self.name} has {len(self.sections)} sections, not {len(texts)}")
@@ -53,7 +54,7 @@ def _written(section: Section, text: str) -> str:
         return encode_hex(text)
     for character, name in ((",", "comma"), ("\n", "line break"), ("\r", "line break")):
         if character in text:
-            raise ValueError(f"the {section.name} of a request cannot hold a {name}: {text!r}")
+            raise UnsupportedTextError(f"the {section.name} of a request cannot hold a {name}: {text!r}")
     return text
 
 

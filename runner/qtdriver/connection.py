@@ -15,8 +15,8 @@ class Connection(Channel):
     """A greeted agent. Not for use by several threads at the same time.
 
     Every command method raises a ReplyError subclass when the agent refuses, ConnectionClosed when the
-    application has ended, RequestTimeout when no answer comes in time, and ValueError, before anything is
-    sent, for text that the protocol cannot carry.
+    application has ended, RequestTimeout when no answer comes in time, and UnsupportedTextError, before
+    anything is sent, for text that the protocol cannot carry.
 
     The methods share these arguments: `window` is the beginning of a window title or one of the forms
     "Widget:name", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget"; `path` holds object names from

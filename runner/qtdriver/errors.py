@@ -16,11 +16,12 @@ class ProtocolError(QtDriverError):
 class PortInUseError(QtDriverError):
     """Another process listens on the port on which the agent looks for its test server."""
 
-    def __init__(self, host: str, port: int) -> None:
+    def __init__(self, host: str, port: int, way_out: str = "run with --headless") -> None:
+        """`way_out` is how this run can have a network of its own."""
         super().__init__(
             f"{host}:{port} is taken: another test run or test server listens there, and the agent knows no "
-            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for it, or run with "
-            "--headless, which has a network of its own"
+            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for it, or "
+            f"{way_out}, which has a network of its own"
         )
 
 
@@ -37,22 +38,42 @@ class RequestTimeout(QtDriverError):
     request first waits for the late reply and drops it."""
 
 
+class ApplicationEndedError(ConnectionClosed):
+    """The application ended at a request. The message tells how, the request, and its last output."""
+
+
+class ApplicationHangsError(RequestTimeout):
+    """The application did not answer a request in time, and was ended. The message tells the request and the windows
+    that were last seen."""
+
+
+class UnsupportedTextError(QtDriverError, ValueError):
+    """A text that the protocol cannot carry: a character beyond U+00FF, a comma or a line break in a name. Nothing has
+    been sent."""
+
+
+class ConditionError(QtDriverError, AssertionError):
+    """What a test expected has not come true in time. The message tells what was there instead."""
+
+
 class ReplyError(QtDriverError):
     """The agent refused a request. Subclasses name the reasons.
 
     Attributes:
         code: the reply code, "2" to "8".
         message: the agent's own words, for example "Widget (dialog/ok) not found".
+        explanation: what there is instead, empty where nobody has looked.
     """
 
-    def __init__(self, code: str, message: str) -> None:
-        super().__init__(message)
+    def __init__(self, code: str, message: str, explanation: str = "") -> None:
+        super().__init__(f"{message}\n{explanation}" if explanation else message)
         self.code = code
         self.message = message
+        self.explanation = explanation
 
-    def __reduce__(self) -> "tuple[Type[ReplyError], tuple[str, str]]":
-        """Both arguments travel when the error is copied to another process, as parallel test runs do."""
-        return type(self), (self.code, self.message)
+    def __reduce__(self) -> "tuple[Type[ReplyError], tuple[str, str, str]]":
+        """All arguments travel when the error is copied to another process, as parallel test runs do."""
+        return type(self), (self.code, self.message, self.explanation)
 
 
 class NotFoundError(ReplyError):
@@ -92,3 +113,6 @@ REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
     "7": AmbiguousError,
     "8": CommandError,
 }
+
+RETRYABLE_ERRORS = tuple(error for code, error in REPLY_ERRORS.items() if code != "8")
+"""What can clear by itself: a window or widget that is about to appear, a dialog that is about to close."""

@@ -3,22 +3,21 @@
 from __future__ import annotations
 
 import os
-import select
-import socket
 import subprocess
-import threading
-import time
 from pathlib import Path
 from typing import Dict, Mapping, Optional, Sequence
 
 from .agent import agent_library, require_same_architecture
-from .application import Application, Process, describe_exit
+from .app import DEFAULT_WAIT, App
 from .channel import DEFAULT_TIMEOUT
 from .connection import Connection
-from .errors import ConnectionClosed, QtDriverError, RequestTimeout
+from .custody import Custody
+from .errors import QtDriverError
+from .process import Process, describe_exit
 from .program import ProgramNotExecutableError, find_program
 from .qtversion import qt_major
-from .server import Server
+from .reception import Reception
+from .waiting import Deadline
 
 
 class EarlyExitError(QtDriverError):
@@ -43,7 +42,7 @@ class EarlyExitError(QtDriverError):
 
 
 class NoGreetingError(QtDriverError):
-    """The application runs, but its agent has not greeted in time."""
+    """The application runs, but its agent has not greeted in time. It has been ended."""
 
     def __init__(self, program: str, timeout: float, last_words: str) -> None:
         output = f"; its last output:\n{last_words}" if last_words else ""
@@ -66,83 +65,77 @@ def preload_environment(library: Path, environment: Optional[Mapping[str, str]] 
 def launch(
     command: Sequence[str],
     *,
-    server: Server,
+    reception: Reception,
     qt: Optional[int] = None,
     build: Optional[Path] = None,
-    timeout: float = DEFAULT_TIMEOUT,
+    start_timeout: float = DEFAULT_TIMEOUT,
     request_timeout: float = DEFAULT_TIMEOUT,
+    timeout: float = DEFAULT_WAIT,
     environment: Optional[Mapping[str, str]] = None,
-) -> Application:
+    working_directory: "Optional[Path | str]" = None,
+) -> App:
     """Starts `command`, program and arguments, with the agent inside, and waits until the agent has greeted.
 
-    `server` listens already: the agent looks for it once. `qt` is the application's Qt major; None finds it
-    out from the program's libraries. `build` is the folder with the agents (see agent_library()). `timeout`
-    is how long the greeting may take, `request_timeout` how long each later request may, both in seconds.
-    `environment` is for the application, by default that of this process.
+    `reception` listens already: the agent looks for its server once. `qt` is the application's Qt major; None finds it
+    out from the program's libraries. `build` is the folder with the agents (see agent_library()). `start_timeout` is
+    how long the greeting may take, `request_timeout` how long each request may, `timeout` how long calls wait for
+    windows and widgets, all in seconds. `environment` is for the application, by default that of this process.
 
-    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError, NoGreetingError, and
-    ProtocolError when something else than an agent connects. The process that was started is ended then.
+    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError. Everything
+    that was started is ended then.
     """
+    environment = os.environ if environment is None else environment
     program = find_program(command[0])
     if qt is None:
         library = agent_library(qt_major(program, environment), build)
         require_same_architecture(program, library)
     else:
         library = agent_library(qt, build)
-    process = _start(program, command, preload_environment(library, environment))
+    process = _start(program, command, preload_environment(library, environment), working_directory)
     try:
-        connection = _wait_for_greeting(command[0], process, server, timeout, request_timeout)
+        connection = _wait_for_greeting(command[0], process, reception, start_timeout, request_timeout)
     except BaseException:
         process.terminate()
         raise
-    return Application(process, connection)
+    return App(connection, process, timeout=timeout, display=environment.get("DISPLAY"))
 
 
-def _start(program: Path, command: Sequence[str], environment: Mapping[str, str]) -> Process:
+def _start(
+    program: Path,
+    command: Sequence[str],
+    environment: Mapping[str, str],
+    working_directory: "Optional[Path | str]",
+) -> Process:
+    custody = Custody()
     try:
         popen = subprocess.Popen(
             [str(program), *command[1:]],
-            env=environment,
+            env=custody.environment(environment),
+            cwd=working_directory,
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             bufsize=0,
         )
     except OSError as error:
+        custody.end(0)
         raise ProgramNotExecutableError(f"{program} cannot be executed: {error.strerror}") from error
-    return Process(popen)
+    return Process(popen, custody)
 
 
 def _wait_for_greeting(
-    program: str, process: Process, server: Server, timeout: float, request_timeout: float
+    program: str, process: Process, reception: Reception, timeout: float, request_timeout: float
 ) -> Connection:
-    deadline = time.monotonic() + timeout
-    try:
-        if _client_comes(process, server, timeout):
-            return server.accept(max(deadline - time.monotonic(), 0), request_timeout)
-    except ConnectionClosed:
-        # The end of the connection comes a moment before the end of the process.
-        process.wait(max(deadline - time.monotonic(), 0))
-    except RequestTimeout:
-        pass
+    """The first agent of the process that was started, or of one that it has started in turn."""
+    connection = reception.wait_for(
+        lambda pid: pid == process.pid or process.custody.holds(pid),
+        Deadline(timeout),
+        request_timeout,
+        given_up=process.has_ended,
+    )
+    if connection is not None:
+        return connection
     status = process.status()
     if status is not None:
         raise EarlyExitError(program, status, process.last_words())
     raise NoGreetingError(program, timeout, process.last_words())
-
-
-def _client_comes(process: Process, server: Server, timeout: float) -> bool:
-    """Waits until a client connects. False when the process ends first or the time is over."""
-    ended, ends_with_process = socket.socketpair()
-
-    def watch() -> None:
-        with ends_with_process:
-            process.wait()
-
-    threading.Thread(target=watch, daemon=True, name="qtdriver-exit").start()
-    with ended:
-        poll = select.poll()
-        poll.register(server, select.POLLIN)
-        poll.register(ended, select.POLLIN)
-        events = poll.poll(timeout * 1000)
-    return any(descriptor == server.fileno() for descriptor, _ in events)

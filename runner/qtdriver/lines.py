@@ -64,6 +64,20 @@ class LineSocket:
         except BlockingIOError:
             return True
 
+    def fileno(self) -> int:
+        """The descriptor of the socket."""
+        return self._socket.fileno()
+
+    def is_open(self) -> bool:
+        """Whether the other side has not closed. Does not wait, and takes nothing off the line."""
+        self._socket.settimeout(0)
+        try:
+            return bool(self._socket.recv(1, socket.MSG_PEEK))
+        except BlockingIOError:
+            return True
+        except OSError:
+            return False
+
     def close(self) -> None:
         """Closes the socket; closing twice is harmless."""
         self._socket.close()

@@ -7,7 +7,7 @@ import threading
 from collections import deque
 from typing import IO, Deque, Tuple
 
-TAIL_LINES = 20
+KEPT_LINES = 1000
 _LINE_BYTES = 4096
 _CHUNK_BYTES = 65536
 
@@ -18,7 +18,7 @@ class OutputTail:
     So the application never blocks on a full pipe, and memory stays bounded however much it prints.
     """
 
-    def __init__(self, pipe: IO[bytes], keep: int = TAIL_LINES) -> None:
+    def __init__(self, pipe: IO[bytes], keep: int = KEPT_LINES) -> None:
         """Starts to read `pipe`, which it owns from now on; `keep` is how many lines to keep."""
         self._pipe = pipe
         self._lines: Deque[bytes] = deque(maxlen=keep)

@@ -56,6 +56,15 @@ class Server:
         """Stops listening. Closing twice is harmless."""
         self._socket.close()
 
+    def drop_waiting(self) -> None:
+        """Closes the connections of the clients that wait to be accepted."""
+        self._socket.settimeout(0)
+        try:
+            while True:
+                self._socket.accept()[0].close()
+        except OSError:
+            pass  # nobody waits any more
+
     def fileno(self) -> int:
         """The descriptor of the listening socket; it is readable when a client waits to be accepted."""
         return self._socket.fileno()

@@ -5,7 +5,7 @@ from __future__ import annotations
 from dataclasses import dataclass
 from typing import Callable, Dict, Optional, Tuple, Union
 
-from .errors import REPLY_ERRORS, ProtocolError
+from .errors import REPLY_ERRORS, ProtocolError, UnsupportedTextError
 
 LIST_MARK = "\x0c"
 """The form feed in front of each item of a list."""
@@ -43,12 +43,12 @@ Value = Union[bool, int, str, Tuple[str, ...], Rect, bytes]
 def encode_hex(text: str) -> str:
     """Writes each character of `text` as two lower-case hexadecimal digits.
 
-    Raises ValueError for a character beyond U+00FF: two digits cannot hold it.
+    Raises UnsupportedTextError for a character beyond U+00FF: two digits cannot hold it.
     """
     try:
         return text.encode("latin-1").hex()
     except UnicodeEncodeError as error:
-        raise ValueError(_beyond_latin_1(text, error.start)) from None
+        raise UnsupportedTextError(_beyond_latin_1(text, error.start)) from None
 
 
 def decode_hex(digits: str) -> str:
@@ -59,14 +59,14 @@ def decode_hex(digits: str) -> str:
 def encode_line(line: str) -> bytes:
     """Turns a request line without its line end into the bytes to send.
 
-    Raises ValueError for a line break inside the line and for characters beyond U+00FF.
+    Raises UnsupportedTextError for a line break inside the line and for characters beyond U+00FF.
     """
     if "\n" in line or "\r" in line:
-        raise ValueError(f"a request is one line, and this one has a line break: {line!r}")
+        raise UnsupportedTextError(f"a request is one line, and this one has a line break: {line!r}")
     try:
         return line.encode("latin-1") + b"\n"
     except UnicodeEncodeError as error:
-        raise ValueError(_beyond_latin_1(line, error.start)) from None
+        raise UnsupportedTextError(_beyond_latin_1(line, error.start)) from None
 
 
 def _beyond_latin_1(text: str, position: int) -> str:

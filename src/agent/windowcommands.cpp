@@ -8,6 +8,9 @@
 
 namespace {
 
+// Windowing systems have no larger windows. Qt would try to: it takes memory for every pixel, and dies of having none.
+const int maximumSide = 16384;
+
 const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
 
 // As far as Qt takes a window: it calculates with its edges, and those of a window further off are no ints any more.
@@ -63,5 +66,7 @@ QString moveWindow(const Request& request, STApplicationProxy&)
 
 QString resizeWindow(const Request& request, STApplicationProxy&)
 {
-    return changeWindow(request, [](QWidget* window, int width, int height) { window->resize(width, height); });
+    return changeWindow(request, [](QWidget* window, int width, int height) {
+        window->resize(qMin(width, maximumSide), qMin(height, maximumSide));
+    });
 }

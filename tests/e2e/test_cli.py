@@ -9,7 +9,7 @@ from pathlib import Path
 import pytest
 
 from qtdriver import Server
-from qtdriver.arguments import parse_arguments
+from qtdriver.commandline.arguments import parse_arguments
 
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 

@@ -11,20 +11,22 @@ from qtdriver import (
     NoGreetingError,
     ProtocolError,
     describe_exit,
-    launch,
     preload_environment,
 )
+from qtdriver.launch import launch
 from qtdriver.output import OutputTail
 from qtdriver.processes import Descendant
+from qtdriver.reception import Reception
 
 
 @pytest.fixture
 def start(server, build):
     """Starts a command as an application of Qt 5."""
+    reception = Reception(server)
 
     def call(command, **options):
-        options.setdefault("timeout", 10)
-        return launch(command, server=server, qt=5, build=build, **options)
+        options.setdefault("start_timeout", 10)
+        return launch(command, reception=reception, qt=5, build=build, **options)
 
     return call
 
@@ -60,12 +62,6 @@ def test_the_application_behind_a_wrapper_is_ended_with_it(start, fake_agent):
     assert not behind.is_alive()
 
 
-def test_a_process_that_is_no_descendant_is_left_alone(start, fake_agent):
-    with start(fake_agent) as application:
-        application.process.terminate(os.getpid())
-    assert application.process.status() == -15
-
-
 def test_an_early_exit_tells_the_status_and_the_last_lines(start):
     code = "import sys; [print(f'line {n}', file=sys.stderr) for n in range(30)]; sys.exit(3)"
     with pytest.raises(EarlyExitError) as caught:
@@ -95,21 +91,21 @@ def test_an_application_that_never_greets_is_ended(start, tmp_path):
     pid_file = tmp_path / "pid"
     command = ["/bin/sh", "-c", f"echo $$ >{pid_file}; echo waiting >&2; exec sleep 100"]
     with pytest.raises(NoGreetingError, match="within 1 seconds"):
-        start(command, timeout=1)
+        start(command, start_timeout=1)
     with pytest.raises(ProcessLookupError):
         Descendant(int(pid_file.read_text()))
 
 
 def test_an_application_that_connects_without_greeting_is_reported(start, fake_agent):
     with pytest.raises(NoGreetingError):
-        start([*fake_agent, "--no-greeting"], timeout=1)
+        start([*fake_agent, "--no-greeting"], start_timeout=1)
 
 
-def test_something_else_that_connects_is_refused(start):
+def test_something_else_that_connects_is_no_agent(start):
     code = (
         "import socket; s = socket.create_connection(('127.0.0.1', 4242)); s.sendall(b'hello\\n'); s.recv(1)"
     )
-    with pytest.raises(ProtocolError, match="hello"):
+    with pytest.raises(EarlyExitError, match="exit status 0"):
         start([sys.executable, "-c", code])
 
 

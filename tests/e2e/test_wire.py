@@ -10,8 +10,8 @@ import pytest
 from qtdriver import COMMANDS, CursorWidget, Greeting, Rect, Reply, WidgetRecord, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.commands import COMMAND_BY_NAME
-from qtdriver.readable import describe_reply
-from qtdriver.typed_line import to_request
+from qtdriver.commandline.readable import describe_reply
+from qtdriver.commandline.typed_line import to_request
 
 
 @pytest.mark.parametrize("text, digits", [("", ""), ("A,", "412c"), ("\n\0ÿ", "0a00ff")])

@@ -1,0 +1,30 @@
+"""What every test of the samples uses: the plugin, and a fresh showcase."""
+
+import os
+import sys
+from pathlib import Path
+
+import pytest
+
+ROOT = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
+sys.path.insert(0, str(ROOT / "runner"))  # an installed qtdriver needs neither this line nor the next
+pytest_plugins = ["qtdriver.plugin"]
+
+
+@pytest.fixture
+def showcase(qtdriver):
+    """The showcase, started for this test and ended after it."""
+    return qtdriver.launch(BUILD / "bin" / "showcase")
+
+
+@pytest.fixture
+def roastery(showcase):
+    """Its main window, by its object name: titles change, and more windows may begin with the same title."""
+    return showcase.window(name="showcase")
+
+
+@pytest.fixture
+def open_page(roastery):
+    """Brings the page with this title to the front, as a user does it: by its tab."""
+    return roastery.widget("pages/qt_tabwidget_tabbar").select

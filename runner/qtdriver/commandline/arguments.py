@@ -1,0 +1,195 @@
+"""The command line's arguments and their help."""
+
+from __future__ import annotations
+
+import argparse
+from pathlib import Path
+from typing import List, Sequence, Tuple
+
+from ..agent import QT_MAJORS
+from ..channel import DEFAULT_TIMEOUT
+from .control import DEFAULT_NAME, STOP, valid_name
+from .outcome import EXIT_STATUSES
+from .verbs import Verb, all_verbs, seconds
+
+_RAW = argparse.RawDescriptionHelpFormatter
+
+_DESCRIPTION = """\
+Starts a Qt widgets application with the qtdriver agent inside, looks at it and drives it.
+
+  qtdriver run -- APP ARGS...                 a console with the application
+  qtdriver run --background -- APP ARGS...    hold it for the other commands
+  qtdriver tree "Window title"                for example
+  qtdriver stop"""
+
+_RUN_USAGE = (
+    "qtdriver run [--headless] [--background [--name NAME]] [--qt N] [--timeout SECONDS] [--script FILE] [--strict]\n"
+    "                    [--build DIR] [--json] -- APP ARGS..."
+)
+
+_RUN_DESCRIPTION = """\
+Starts APP with the agent inside, then reads requests from the terminal, from a pipe or from a script file,
+sends each to the agent, and prints its reply in readable form. When the input ends, APP is ended.
+
+Requests are the other commands (tree Main, get Main ok text), or lines of the protocol, for example '1' (list
+the windows) or '2,Main' (the widgets of the window whose title begins with Main). 'help' lists all of them. A
+part that the protocol wants as hexadecimal text may be typed as plain text behind '=':  5,Main,dialog/ok,,=b:true,
+Blank lines and lines that start with # are skipped; 'quit' or the end of the input ends the dialogue."""
+
+_RUN_EPILOG = """\
+exit status:
+  0    the dialogue ended, and so did APP, with status 0 if it ended by itself
+  1    one message on standard error says what went wrong: port 4242 is taken, APP cannot be started or
+       driven, ended early, did not connect in time, ended with a request unanswered or with another
+       status than 0; or a line could not be sent or was not answered in time; with --strict, or was refused
+  2    the command line is wrong
+  130  interrupted
+
+examples:
+  qtdriver run -- speedcrunch
+  qtdriver run --headless --script requests.txt -- ./editor notes.txt
+  qtdriver run --background --headless -- speedcrunch
+  echo 1 | qtdriver run --qt 5 -- ./start-editor.sh"""
+
+
+def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
+    """Parses the command line without the program's name. Exits with status 2 and a message when it is wrong.
+
+    `action` is the command's word; "run" and "doctor" have `command`: the application with its arguments.
+    """
+    ours, application = _split(arguments)
+    parser, run = _parsers()
+    parsed = parser.parse_args(ours)
+    if parsed.action not in ("run", "doctor"):
+        if application:
+            parser.error(f"{parsed.action} takes no application: start it with qtdriver run --background")
+        return parsed
+    if parsed.command and application:
+        application.insert(0, "--")  # behind the application's name it is one of the application's arguments
+    parsed.command += application
+    if parsed.action == "run" and not parsed.command:
+        run.error("name the application to start: qtdriver run [options] -- APP ARGS...")
+    return parsed
+
+
+def _split(arguments: Sequence[str]) -> Tuple[List[str], List[str]]:
+    if "--" not in arguments:
+        return list(arguments), []
+    position = list(arguments).index("--")
+    return list(arguments[:position]), list(arguments[position + 1 :])
+
+
+def _parsers() -> Tuple[argparse.ArgumentParser, argparse.ArgumentParser]:
+    epilog = "'qtdriver COMMAND --help' explains a command, with an example."
+    parser = argparse.ArgumentParser(
+        prog="qtdriver", description=_DESCRIPTION, epilog=epilog, formatter_class=_RAW
+    )
+    commands = parser.add_subparsers(metavar="COMMAND", dest="action", required=True)
+    run = _add_run(commands)
+    for verb in all_verbs():
+        one_shot = _add(commands, verb.name, verb.summary, verb.example)
+        _add_holder(one_shot)
+        verb.add_arguments(one_shot)
+    _add_holder(_add(commands, STOP, "ends what run --background holds", "stop"))
+    doctor = _add(
+        commands, "doctor", "checks what usually goes wrong, and says how to mend it", "doctor -- ./editor"
+    )
+    _add_build(doctor)
+    doctor.add_argument(
+        "command", nargs=argparse.REMAINDER, metavar="-- APP", help="look at this program, too"
+    )
+    return parser, run
+
+
+def verb_parser(verb: Verb) -> argparse.ArgumentParser:
+    """The parser of a command in the console, where the application is at hand."""
+    parser = argparse.ArgumentParser(prog=verb.name, description=verb.summary, exit_on_error=False)
+    verb.add_arguments(parser)
+    return parser
+
+
+def _add(
+    commands: "argparse._SubParsersAction[argparse.ArgumentParser]", name: str, summary: str, example: str
+) -> argparse.ArgumentParser:
+    statuses = "\n".join(f"  {status:<4} {meaning}" for status, meaning in EXIT_STATUSES)
+    epilog = f"example:\n  qtdriver {example}\n\nexit status:\n{statuses}"
+    sentence = f"{summary[0].upper()}{summary[1:]}."
+    parser = commands.add_parser(
+        name, help=summary, description=sentence, epilog=epilog, formatter_class=_RAW, allow_abbrev=False
+    )
+    _add_json(parser)
+    return parser
+
+
+def _add_json(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument(
+        "--json", action="store_true", help="print JSON, of errors too: {error, message, code}"
+    )
+
+
+def _add_holder(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument(
+        "--name",
+        type=valid_name,
+        default=DEFAULT_NAME,
+        help="which of several applications that run --background holds (default: %(default)s)",
+    )
+
+
+def _add_build(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument(
+        "--build",
+        type=Path,
+        metavar="DIR",
+        help="folder with the built agents qt4, qt5, qt6 (default: build)",
+    )
+
+
+def _add_run(commands: "argparse._SubParsersAction[argparse.ArgumentParser]") -> argparse.ArgumentParser:
+    run = commands.add_parser(
+        "run",
+        help="starts an application: for a dialogue, for a script, or in the background",
+        usage=_RUN_USAGE,
+        description=_RUN_DESCRIPTION,
+        epilog=_RUN_EPILOG,
+        formatter_class=_RAW,
+        allow_abbrev=False,
+    )
+    run.add_argument(
+        "--headless",
+        action="store_true",
+        help="use a private desktop and a private network instead of the screen",
+    )
+    run.add_argument(
+        "--background", action="store_true", help="hold APP in the background, for the other commands"
+    )
+    _add_holder(run)
+    run.add_argument(
+        "--qt",
+        type=int,
+        choices=QT_MAJORS,
+        help="Qt version of APP; without it the version is found out from the libraries that APP links",
+    )
+    run.add_argument(
+        "--timeout",
+        type=_positive_seconds,
+        default=DEFAULT_TIMEOUT,
+        metavar="SECONDS",
+        help="how long APP may take to connect, and each request to be answered (default: %(default)g)",
+    )
+    run.add_argument("--script", type=Path, metavar="FILE", help="read the requests from FILE (UTF-8)")
+    run.add_argument("--strict", action="store_true", help="a refused request makes the exit status 1")
+    _add_build(run)
+    _add_json(run)
+    run.add_argument("command", nargs=argparse.REMAINDER, metavar="APP ARGS...", help="what to start")
+    return run
+
+
+def _positive_seconds(text: str) -> float:
+    value = seconds(text)
+    if value == 0:
+        raise ValueError(text)
+    return value
+
+
+_positive_seconds.__name__ = "number of seconds"

@@ -1,0 +1,98 @@
+"""The command line `qtdriver`."""
+
+from __future__ import annotations
+
+import argparse
+import io
+import os
+import signal
+import sys
+from pathlib import Path
+from types import FrameType
+from typing import Callable, Dict, List, Optional, Sequence
+
+from .. import desktop
+from ..errors import QtDriverError
+from . import control, holding
+from .arguments import parse_arguments
+from .doctor import examine
+from .outcome import FAILED, INTERRUPTED, Outcome
+from .running import run_dialogue
+
+_ENDING_SIGNALS = (signal.SIGTERM, signal.SIGHUP)
+_NOT_FOR_THE_HOLDER = ("action", "name", "json")
+
+
+def main(arguments: Optional[Sequence[str]] = None) -> int:
+    """Runs the command line and answers the exit status; `arguments` without the program's name."""
+    words = list(sys.argv[1:] if arguments is None else arguments)
+    for number in _ENDING_SIGNALS:
+        signal.signal(number, _leave)
+    for stream in (sys.stdout, sys.stderr):
+        if isinstance(stream, io.TextIOWrapper):
+            stream.reconfigure(errors="backslashreplace")
+    as_json = False
+    try:
+        if words[:1] == [holding.HOLD]:
+            return holding.hold(words[1], words[2:])
+        parsed = parse_arguments(words)
+        as_json = parsed.json
+        return _ACTIONS.get(parsed.action, _one_shot)(parsed)
+    except QtDriverError as error:
+        return _finish(Outcome.of_error(error), as_json)
+    except KeyboardInterrupt:
+        return INTERRUPTED
+    except BrokenPipeError:
+        # Who read our output has gone; Python would complain once more when it flushes at the end.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        return FAILED
+
+
+def _leave(number: int, _frame: Optional[FrameType]) -> None:
+    """A signal to end takes the normal way out, on which the application is ended."""
+    sys.exit(128 + number)
+
+
+def _finish(outcome: Outcome, as_json: bool) -> int:
+    """Prints an outcome where it belongs and answers its exit status."""
+    if as_json:
+        print(outcome.shown(True), flush=True)
+    elif outcome.status:
+        print(f"qtdriver: {outcome.text}", file=sys.stderr, flush=True)
+    elif outcome.text:
+        print(outcome.text, flush=True)
+    return outcome.status
+
+
+def _one_shot(parsed: argparse.Namespace) -> int:
+    values = {name: value for name, value in vars(parsed).items() if name not in _NOT_FOR_THE_HOLDER}
+    return _finish(control.ask(parsed.name, parsed.action, values), parsed.json)
+
+
+def _run(parsed: argparse.Namespace) -> int:
+    if parsed.background:
+        return _finish(holding.start_holding(parsed), parsed.json)
+    if parsed.headless:
+        _continue_headless(parsed)
+    return run_dialogue(parsed)
+
+
+def _continue_headless(parsed: argparse.Namespace) -> None:
+    """Replaces this process by the same run on a desktop of its own."""
+    arguments: List[str] = [str(desktop.SCRIPT), sys.executable, "-c", holding.START, holding.RUNNER]
+    arguments += ["run", "--timeout", str(parsed.timeout)]
+    for option in ("qt", "script", "build"):
+        value = getattr(parsed, option)
+        if value is not None:
+            arguments += [f"--{option}", str(value)]
+    arguments += [f"--{option}" for option in ("strict", "json") if getattr(parsed, option)]
+    os.execve(arguments[0], [*arguments, "--", *parsed.command], desktop.environment_for_own_network())
+
+
+def _doctor(parsed: argparse.Namespace) -> int:
+    outcome = examine(parsed.build, Path(parsed.command[0]) if parsed.command else None)
+    print(outcome.shown(parsed.json), flush=True)
+    return outcome.status
+
+
+_ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {"run": _run, "doctor": _doctor}

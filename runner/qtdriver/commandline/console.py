@@ -1,0 +1,196 @@
+"""The console of `qtdriver run` on a terminal: history and completion."""
+
+from __future__ import annotations
+
+import os
+import shlex
+import time
+from pathlib import Path
+from typing import Callable, Dict, Iterable, Iterator, List, Tuple
+
+from ..app import App
+from ..errors import QtDriverError
+from ..explain import list_tree
+from ..tree import UNNAMED
+from .verbs import all_verbs
+
+PROMPT = "qtdriver> "
+_FRESH_SECONDS = 1.0
+
+
+def prompted_lines(app: App) -> Iterator[str]:
+    """The lines that the user types, until the end of the input. Plain input where prompt_toolkit is missing."""
+    try:
+        yield from _console_lines(app)
+    except ImportError:
+        yield from _plain_lines()
+
+
+def _plain_lines() -> Iterator[str]:
+    import readline  # noqa: F401  (gives input() line editing and a history)
+
+    while True:
+        try:
+            yield input(PROMPT)
+        except EOFError:
+            print()
+            return
+
+
+def _console_lines(app: App) -> Iterator[str]:
+    from prompt_toolkit import PromptSession
+    from prompt_toolkit.completion import CompleteEvent, Completer, Completion
+    from prompt_toolkit.document import Document
+    from prompt_toolkit.history import FileHistory
+
+    words = Words(app)
+
+    class WordCompleter(Completer):
+        """Offers what fits the text before the cursor."""
+
+        def get_completions(self, document: Document, complete_event: CompleteEvent) -> Iterable[Completion]:
+            """The completions, each replacing the word before the cursor."""
+            for word, length in words.completions(document.text_before_cursor):
+                yield Completion(word, start_position=-length)
+
+    session: "PromptSession[str]" = PromptSession(
+        PROMPT,
+        history=FileHistory(str(_history_file())),
+        completer=WordCompleter(),
+        complete_while_typing=False,
+    )
+    while True:
+        try:
+            yield session.prompt()
+        except EOFError:
+            return
+
+
+def _history_file() -> Path:
+    folder = Path(os.environ.get("XDG_STATE_HOME") or Path.home() / ".local" / "state") / "qtdriver"
+    try:
+        folder.mkdir(parents=True, exist_ok=True)
+    except OSError:
+        return Path(os.devnull)
+    return folder / "history"
+
+
+class Words:
+    """What can be typed: commands, then windows, then the widgets of that window, then the widget's properties.
+
+    The application is asked at most once a second.
+    """
+
+    def __init__(self, app: App) -> None:
+        self._app = app
+        self._answers: Dict[Tuple[str, ...], Tuple[float, List[str]]] = {}
+
+    def completions(self, text: str) -> List[Tuple[str, int]]:
+        """What can stand for the last word of `text`, each with the length of what it replaces."""
+        complete, partial = _divide(text)
+        if partial and not complete and partial[0].isdigit():
+            return self._request_completions(partial)
+        return [
+            (shlex.quote(word), len(partial)) for word in self._candidates(complete) if _begins(word, partial)
+        ]
+
+    def _request_completions(self, partial: str) -> List[Tuple[str, int]]:
+        """Of a raw request, whose sections are separated by commas."""
+        number, *sections = partial.split(",")
+        if not sections or number == "1":
+            return []
+        names = self._candidates(["get", *sections[:-1]][: 3 if number in ("4", "5", "6", "7", "9") else 2])
+        if len(sections) > 2:
+            names = self._candidates(["get", *sections[:2]]) if number == "7" and len(sections) == 4 else []
+        last = sections[-1]
+        return [(name, len(last)) for name in names if _begins(name, last) and "," not in name]
+
+    def _candidates(self, words: List[str]) -> List[str]:
+        if not words:
+            return [*(verb.name for verb in all_verbs()), "help", "quit"]
+        if words[0] not in ("tree", "get", "activate", "enter", "mouse", "menu"):
+            return []
+        if len(words) == 1:
+            return self._ask(("windows",))
+        if len(words) == 2:
+            return (
+                []
+                if words[0] == "tree"
+                else self._ask((words[0] if words[0] == "menu" else "widgets", words[1]))
+            )
+        return self._ask(("properties", words[1], words[2])) if words[0] == "get" else []
+
+    def _ask(self, question: Tuple[str, ...]) -> List[str]:
+        asked, answer = self._answers.get(question, (0.0, []))
+        now = time.monotonic()
+        if not asked or now - asked > _FRESH_SECONDS:
+            try:
+                answer = _ASKING[question[0]](self._app, *question[1:])
+            except (QtDriverError, ValueError):
+                answer = []  # what is typed so far names nothing
+            self._answers[question] = (now, answer)
+        return answer
+
+
+def _windows(app: App) -> List[str]:
+    windows = app.connection.list_windows()
+    names = [record.title for record in windows if record.title]
+    for title in list(names):
+        try:
+            root = app.connection.window_tree(title)[0]
+        except (QtDriverError, ValueError):
+            continue
+        if root.object_name:
+            names.append(f"Widget:{root.object_name}")
+    return names
+
+
+def _widgets(app: App, window: str) -> List[str]:
+    tree = list_tree(app.connection, window)
+    paths = [tree.unique_path(node) for node in tree.nodes if node.record.visible and node.name != UNNAMED]
+    return sorted({path for path in paths if path is not None})
+
+
+def _properties(app: App, window: str, path: str) -> List[str]:
+    names: List[str] = []
+    for listing in ("pseudoPropertyNames", "propertyNames"):
+        value = app.connection.read_property(window, path, listing)
+        names += value if isinstance(value, tuple) else ()
+    return list(dict.fromkeys(names))
+
+
+def _menu_entries(app: App, window: str) -> List[str]:
+    bar = next(
+        node for node in list_tree(app.connection, window).nodes if node.record.class_name == "QMenuBar"
+    )
+    value = app.connection.read_property(window, bar.name, "itemList")
+    return list(value) if isinstance(value, tuple) else []
+
+
+_ASKING: Dict[str, Callable[..., List[str]]] = {
+    "windows": _windows,
+    "widgets": _widgets,
+    "properties": _properties,
+    "menu": _menu_entries,
+}
+
+
+def _divide(text: str) -> Tuple[List[str], str]:
+    """The words before the last one, and the last one as it is typed, which may be empty or have an open quote."""
+    begin = 0
+    quote = ""
+    for position, character in enumerate(text):
+        if quote:
+            quote = "" if character == quote else quote
+        elif character in "'\"":
+            quote = character
+        elif character == " ":
+            begin = position + 1
+    try:
+        return shlex.split(text[:begin]), text[begin:]
+    except ValueError:
+        return [], text
+
+
+def _begins(word: str, partial: str) -> bool:
+    return word.casefold().startswith(partial.lstrip("'\"").casefold())

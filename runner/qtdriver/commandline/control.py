@@ -1,0 +1,161 @@
+"""The control socket: how one-shot commands reach the process that holds an application.
+
+A line of JSON each way: {"verb": ..., "values": {...}} and an Outcome. The socket is in a folder of the user's own that
+nobody else can enter, has the mode 0600, and its server answers the same user only.
+"""
+
+from __future__ import annotations
+
+import json
+import os
+import re
+import socket
+import stat
+import struct
+import tempfile
+from pathlib import Path
+from typing import Optional
+
+from .outcome import NoApplicationError, Outcome
+from .verbs import Arguments
+
+DEFAULT_NAME = "default"
+STOP = "stop"
+_NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")
+_LINE_SECONDS = 5.0
+_START = "start one with: qtdriver run --background -- APP"
+
+
+def valid_name(text: str) -> str:
+    """A name of a held application. Raises ValueError for what is no file name."""
+    if not _NAME.fullmatch(text) or text.startswith("."):
+        raise ValueError(text)
+    return text
+
+
+valid_name.__name__ = "name (letters, digits, _ . -)"
+
+
+def socket_path(name: str) -> Path:
+    """Where the socket of a held application is: in $XDG_RUNTIME_DIR/qtdriver, or in a folder of the user's in /tmp.
+
+    Makes the folder. Raises NoApplicationError when somebody else could enter it.
+    """
+    runtime = os.environ.get("XDG_RUNTIME_DIR", "")
+    if runtime and os.path.isdir(runtime):
+        folder = Path(runtime) / "qtdriver"
+    else:
+        folder = Path(tempfile.gettempdir()) / f"qtdriver-{os.getuid()}"
+    folder.mkdir(mode=0o700, exist_ok=True)
+    status = folder.lstat()
+    if not stat.S_ISDIR(status.st_mode) or status.st_uid != os.getuid() or status.st_mode & 0o077:
+        raise NoApplicationError(f"{folder} is not a folder of yours alone (mode 0700): remove it")
+    return folder / f"{name}.sock"
+
+
+def ask(name: str, verb: str, values: Arguments) -> Outcome:
+    """Has the process that holds the application `name` run a command.
+
+    Raises NoApplicationError when there is none, or it ends on the way.
+    """
+    path = socket_path(name)
+    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as control:
+        try:
+            control.connect(str(path))
+        except FileNotFoundError:
+            raise NoApplicationError(f'no application is held under the name "{name}": {_START}') from None
+        except ConnectionRefusedError:
+            path.unlink(missing_ok=True)  # left by a process that was killed
+            raise NoApplicationError(
+                f'the process that held the application "{name}" was killed: {_START}'
+            ) from None
+        control.sendall((json.dumps({"verb": verb, "values": values}) + "\n").encode())
+        with control.makefile("r", encoding="utf-8", newline="\n") as lines:
+            line = lines.readline()
+    if not line.endswith("\n"):
+        raise NoApplicationError(f'the process that held the application "{name}" ended')
+    return Outcome.from_line(line)
+
+
+class ControlSocket:
+    """The listening end. A context manager: leaving it removes the socket."""
+
+    def __init__(self, path: Path) -> None:
+        """Raises NoApplicationError when another process listens there."""
+        self._path = path
+        self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
+        self._remove_stale()
+        before = os.umask(0o177)
+        try:
+            self._socket.bind(str(path))
+        finally:
+            os.umask(before)
+        self._socket.listen(8)
+
+    def _remove_stale(self) -> None:
+        with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as probe:
+            try:
+                probe.connect(str(self._path))
+            except FileNotFoundError:
+                return
+            except ConnectionRefusedError:
+                self._path.unlink(missing_ok=True)
+                return
+        name = self._path.stem
+        raise NoApplicationError(
+            f'an application is held already under the name "{name}": end it with "qtdriver stop --name {name}", or '
+            "give another --name"
+        )
+
+    def fileno(self) -> int:
+        """The descriptor that is readable when somebody connects."""
+        return self._socket.fileno()
+
+    def accept(self) -> "Optional[Request]":
+        """The request of who has connected; None if it is another user or sends none in time."""
+        connected, _ = self._socket.accept()
+        connected.settimeout(_LINE_SECONDS)
+        try:
+            if peer_user(connected) in (os.getuid(), 0):
+                with connected.makefile("r", encoding="utf-8", newline="\n") as lines:
+                    message = json.loads(lines.readline())
+                return Request(connected, str(message["verb"]), dict(message["values"]))
+        except (OSError, ValueError, KeyError, TypeError):
+            pass
+        connected.close()
+        return None
+
+    def __enter__(self) -> "ControlSocket":
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self._path.unlink(missing_ok=True)
+        self._socket.close()
+
+
+class Request:
+    """A command that somebody wants to be run.
+
+    Attributes:
+        verb: its word.
+        values: its arguments.
+    """
+
+    def __init__(self, connected: socket.socket, verb: str, values: Arguments) -> None:
+        self.verb = verb
+        self.values = values
+        self._connected = connected
+
+    def answer(self, outcome: Outcome) -> None:
+        """Sends the outcome and hangs up. Who does not wait for it does not matter."""
+        with self._connected:
+            try:
+                self._connected.sendall((outcome.to_line() + "\n").encode())
+            except OSError:
+                pass
+
+
+def peer_user(connected: socket.socket) -> int:
+    """The user id of the process at the other end of a Unix socket."""
+    credentials = connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, struct.calcsize("3i"))
+    return int(struct.unpack("3i", credentials)[1])

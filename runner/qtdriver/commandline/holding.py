@@ -1,0 +1,121 @@
+"""`run --background`: a process of its own that holds an application for one-shot commands."""
+
+from __future__ import annotations
+
+import argparse
+import json
+import os
+import select
+import subprocess
+import sys
+from pathlib import Path
+from typing import List
+
+from .. import desktop
+from ..app import App
+from ..driver import Driver
+from ..errors import QtDriverError
+from .control import STOP, ControlSocket, Request, socket_path
+from .outcome import OK, Outcome
+from .verbs import Arguments, verb_named
+
+HOLD = "hold"
+"""The hidden command that the process in the background runs."""
+
+
+def start_holding(parsed: argparse.Namespace) -> Outcome:
+    """Starts the process in the background and answers as soon as its application is there, or why it is not."""
+    path = socket_path(parsed.name)
+    options = {"name": parsed.name, "socket": str(path), "qt": parsed.qt, "timeout": parsed.timeout}
+    options["build"] = None if parsed.build is None else str(parsed.build)
+    command = [sys.executable, "-c", START, RUNNER, HOLD, json.dumps(options), *parsed.command]
+    if parsed.headless:
+        command.insert(0, str(desktop.SCRIPT))
+    with subprocess.Popen(
+        command,
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+        text=True,
+        start_new_session=True,
+        env=desktop.environment_for_own_network() if parsed.headless else None,
+    ) as process:
+        assert process.stdout is not None and process.stderr is not None
+        line = process.stdout.readline()
+        if line:
+            # It lives on: only its pipes are ours to close.
+            process.stdout.close()
+            process.stderr.close()
+            process.returncode = OK
+            return Outcome.from_line(line)
+        complaint = process.stderr.read().strip()
+    raise QtDriverError(complaint or f"the process in the background ended with status {process.returncode}")
+
+
+RUNNER = str(Path(__file__).resolve().parents[2])
+START = (
+    "import sys; sys.path[0] = sys.argv.pop(1); from qtdriver.commandline.cli import main; sys.exit(main())"
+)
+"""Runs the command line from where this package is; the arguments are RUNNER and the command line."""
+
+
+def hold(options_text: str, command: List[str]) -> int:
+    """Holds an application until it ends or somebody stops it. Says on standard output that it is there, or why not."""
+    try:
+        return _hold(json.loads(options_text), command)
+    except QtDriverError as error:
+        outcome = Outcome.of_error(error)
+        print(outcome.to_line(), flush=True)
+        return outcome.status
+
+
+def _hold(options: Arguments, command: List[str]) -> int:
+    path = Path(options["socket"])
+    build = None if options["build"] is None else Path(options["build"])
+    with ControlSocket(path) as control, Driver(
+        qt=options["qt"], build=build, request_timeout=options["timeout"]
+    ) as driver:
+        app = driver.launch(*command, start_timeout=options["timeout"])
+        data = {"name": options["name"], "pid": app.pid, "holder": os.getpid(), "socket": str(path)}
+        text = f'process {app.pid} is held under the name "{options["name"]}"; end it with: qtdriver stop'
+        if options["name"] != "default":
+            text += f' --name {options["name"]}'
+        print(Outcome(text, data).to_line(), flush=True)
+        _leave_terminal()
+        _serve(control, app)
+    return OK
+
+
+def _leave_terminal() -> None:
+    """From here on nobody reads what this process prints."""
+    nowhere = os.open(os.devnull, os.O_RDWR)
+    for descriptor in (1, 2):
+        os.dup2(nowhere, descriptor)
+    os.close(nowhere)
+
+
+def _serve(control: ControlSocket, app: App) -> None:
+    while True:
+        ready, _, _ = select.select([control, app.connection], [], [])
+        if app.connection in ready and app.connection.is_closed():
+            return
+        request = control.accept() if control in ready else None
+        if request is None:
+            continue
+        if request.verb == STOP:
+            app.terminate()
+            request.answer(Outcome("stopped", {}))
+            return
+        request.answer(_run(app, request))
+
+
+def _run(app: App, request: Request) -> Outcome:
+    verb = verb_named(request.verb)
+    if verb is None:
+        return Outcome.of_error(QtDriverError(f"no such command: {request.verb}"))
+    try:
+        return verb.run(app, request.values)
+    except QtDriverError as error:
+        return Outcome.of_error(error)
+    except (KeyError, TypeError, ValueError, OSError) as error:
+        return Outcome.of_error(QtDriverError(f"{request.verb}: {error}"))

@@ -1,0 +1,98 @@
+"""What a command of the command line answers: text for a person, data for a program, and an exit status."""
+
+from __future__ import annotations
+
+import json
+from dataclasses import dataclass
+from typing import Any, Dict, Optional, Tuple, Type
+
+from ..errors import (
+    AmbiguousError,
+    AmbiguousWindowError,
+    ConnectionClosed,
+    NoClientError,
+    NotFoundError,
+    NotVisibleError,
+    QtDriverError,
+    ReplyError,
+    RequestTimeout,
+    WidgetNotFoundError,
+    WindowBlockedError,
+)
+from ..wire import Rect
+
+OK, FAILED, USAGE, NOT_FOUND, AMBIGUOUS, BLOCKED, NO_APPLICATION, HANGS = range(8)
+INTERRUPTED = 130
+
+EXIT_STATUSES = (
+    (OK, "done"),
+    (FAILED, "the application refused it, or something else went wrong"),
+    (USAGE, "the command line is wrong"),
+    (NOT_FOUND, "no such window or widget, or it is hidden"),
+    (AMBIGUOUS, "several windows or widgets have the name"),
+    (BLOCKED, "a popup or a modal dialog is in front"),
+    (NO_APPLICATION, "no application is held, or it has ended"),
+    (HANGS, "the application did not answer in time"),
+    (INTERRUPTED, "interrupted"),
+)
+
+
+class NoApplicationError(QtDriverError):
+    """There is no application that the command could talk to."""
+
+
+_STATUS_OF: Tuple[Tuple[Type[QtDriverError], int], ...] = (
+    (NotFoundError, NOT_FOUND),
+    (WidgetNotFoundError, NOT_FOUND),
+    (NotVisibleError, NOT_FOUND),
+    (AmbiguousError, AMBIGUOUS),
+    (AmbiguousWindowError, AMBIGUOUS),
+    (WindowBlockedError, BLOCKED),
+    (NoApplicationError, NO_APPLICATION),
+    (ConnectionClosed, NO_APPLICATION),
+    (NoClientError, NO_APPLICATION),
+    (RequestTimeout, HANGS),
+)
+
+
+@dataclass(frozen=True)
+class Outcome:
+    """The end of a command.
+
+    Attributes:
+        text: for a person; of a failure, the message.
+        data: the same for a program: what JSON can hold.
+        status: the exit status.
+    """
+
+    text: str
+    data: Any = None
+    status: int = OK
+
+    @classmethod
+    def of_error(cls, error: QtDriverError) -> "Outcome":
+        """What is said of an error: {"error": its kind, "message": its text, "code": the agent's, or null}."""
+        status = next((status for kind, status in _STATUS_OF if isinstance(error, kind)), FAILED)
+        code: Optional[str] = error.code if isinstance(error, ReplyError) else None
+        data: Dict[str, Any] = {"error": type(error).__name__, "message": str(error), "code": code}
+        return cls(str(error), data, status)
+
+    def shown(self, as_json: bool) -> str:
+        """What is printed."""
+        return json.dumps(self.data, ensure_ascii=False) if as_json else self.text
+
+    def to_line(self) -> str:
+        """As one line for another process."""
+        return json.dumps({"text": self.text, "data": self.data, "status": self.status})
+
+    @classmethod
+    def from_line(cls, line: str) -> "Outcome":
+        """Reads to_line()."""
+        return cls(**json.loads(line))
+
+
+def plain(value: Any) -> Any:
+    """A value of a property as JSON can hold it: a rectangle as its edges, a picture as its XPM text."""
+    if isinstance(value, Rect):
+        return {"left": value.left, "top": value.top, "right": value.right, "bottom": value.bottom}
+    return value.decode("latin-1") if isinstance(value, bytes) else value

@@ -1,0 +1,60 @@
+"""Request lines as a person types them: sections that travel as hexadecimal text may be plain text."""
+
+from __future__ import annotations
+
+from typing import List, Tuple
+
+from ..commands import COMMAND_BY_NUMBER
+from ..wire import encode_hex
+
+PLAIN_MARK = "="
+_ESCAPES = {",": ",", "\\": "\\", "n": "\n", "t": "\t"}
+
+
+def to_request(typed: str) -> str:
+    r"""The request for a typed line: each encoded section that starts with "=" is turned into hexadecimal.
+
+    In such a section `\,` is a comma, `\\` a backslash, `\n` a line break, `\t` a tabulator. Everything else,
+    and every command without encoded sections, stays as typed. Raises ValueError for another escape and for a
+    character beyond U+00FF in such a section.
+    """
+    command = COMMAND_BY_NUMBER.get(typed.split(",", 1)[0])
+    if command is None or not any(section.encoded for section in command.sections):
+        return typed
+    first_encoded = 1 + [section.encoded for section in command.sections].index(True)
+    parts = typed.split(",", first_encoded)
+    if len(parts) <= first_encoded:
+        return typed
+    return ",".join(parts[:first_encoded] + _encoded_sections(parts[first_encoded]))
+
+
+def _encoded_sections(text: str) -> List[str]:
+    sections = []
+    more = True
+    while more:
+        if text.startswith(PLAIN_MARK):
+            plain, text, more = _take_plain(text[len(PLAIN_MARK) :])
+            sections.append(encode_hex(plain))
+        else:
+            section, comma, text = text.partition(",")
+            sections.append(section)
+            more = bool(comma)
+    return sections
+
+
+def _take_plain(text: str) -> Tuple[str, str, bool]:
+    """Splits plain text from what follows its comma, and tells whether there was one."""
+    plain = ""
+    characters = enumerate(text)
+    for position, character in characters:
+        if character == ",":
+            return plain, text[position + 1 :], True
+        if character == "\\":
+            _, escape = next(characters, (position, ""))
+            if escape not in _ESCAPES:
+                raise ValueError(
+                    rf"\{escape} is not known here: write \\ for a backslash, \, for a comma, \n, \t"
+                )
+            character = _ESCAPES[escape]
+        plain += character
+    return plain, "", False

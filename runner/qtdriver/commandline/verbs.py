@@ -1,0 +1,93 @@
+"""The commands that talk to one application: from a shell, in the console, within the process that holds it."""
+
+from __future__ import annotations
+
+import argparse
+from dataclasses import dataclass
+from typing import Any, Callable, Dict, Tuple
+
+from ..app import App
+from ..window import Window
+from .outcome import Outcome
+
+Arguments = Dict[str, Any]
+"""The values of a command line by their names: what JSON can hold."""
+
+
+@dataclass(frozen=True)
+class Verb:
+    """A command.
+
+    Attributes:
+        name: its word.
+        summary: one line of help.
+        example: what a user types behind "qtdriver".
+        add_arguments: tells a parser what it takes.
+        run: does it.
+    """
+
+    name: str
+    summary: str
+    example: str
+    add_arguments: Callable[[argparse.ArgumentParser], None]
+    run: Callable[[App, Arguments], Outcome]
+
+
+def add_window(parser: argparse.ArgumentParser) -> None:
+    """The argument WINDOW."""
+    parser.add_argument(
+        "window",
+        metavar="WINDOW",
+        help="the beginning of a window title, or Widget:NAME by the object name, or Widget:ActivePopupWidget, "
+        "Widget:ActiveModalWidget",
+    )
+
+
+def add_widget(parser: argparse.ArgumentParser) -> None:
+    """The arguments WINDOW and PATH, and the option --class."""
+    add_window(parser)
+    parser.add_argument(
+        "path", metavar="PATH", help='names from the outside in, joined by "/": dialog/ok, dialog//ok'
+    )
+    parser.add_argument(
+        "--class", dest="as_class", default="", metavar="CLASS", help="serve it as this base class"
+    )
+
+
+def add_timeout(parser: argparse.ArgumentParser) -> None:
+    """The option --timeout."""
+    parser.add_argument(
+        "--timeout",
+        type=seconds,
+        metavar="SECONDS",
+        help="how long to wait for window and widget (default: 5)",
+    )
+
+
+def seconds(text: str) -> float:
+    """A time in seconds from the command line."""
+    value = float(text)
+    if not 0 <= value < 1e6:
+        raise ValueError(text)
+    return value
+
+
+seconds.__name__ = "number of seconds"
+
+
+def window_of(app: App, arguments: Arguments) -> Window:
+    """The window that the arguments name."""
+    address = arguments["window"]
+    return Window(app, address, f'window("{address}")')
+
+
+def all_verbs() -> Tuple[Verb, ...]:
+    """The table of the commands, in the order of the help."""
+    from . import acting, looking, picking
+
+    return (*looking.VERBS, picking.PICK, *acting.VERBS)
+
+
+def verb_named(name: str) -> "Verb | None":
+    """The command of this word."""
+    return next((verb for verb in all_verbs() if verb.name == name), None)

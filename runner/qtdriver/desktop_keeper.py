@@ -1,0 +1,173 @@
+"""Keeps the X server and the window manager of a desktop without a screen, as long as a process lives.
+
+Started as `desktop_keeper.py PID SCREEN`, it writes the display and the folder of the desktop's files, a line each, to
+its standard output when the desktop is there. When process PID has ended, however it ended, it ends the desktop and
+removes the folder. Its standard error stays open until then, so who reads that to its end knows that nothing is left.
+Stands on the standard library alone, so that it starts quickly.
+"""
+
+from __future__ import annotations
+
+import os
+import random
+import select
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+from typing import List, NoReturn, Optional, Tuple
+
+_START_SECONDS = 60.0
+_GRACE_SECONDS = 5.0
+_PAUSE = 0.01
+_ENDING_WITH_US = ("setpriv", "--pdeathsig", "TERM", "--")
+
+_DISPLAYS = range(100, 1000)
+_TAKEN = (b"already active", b"already running")
+_SOCKET, _LOCK = "/tmp/.X11-unix/X{}", "/tmp/.X{}-lock"
+
+
+class _Keeper:
+    """The desktop: its processes and its folder."""
+
+    def __init__(self) -> None:
+        self.folder = Path(tempfile.mkdtemp(prefix="qtdriver-desktop-"))
+        self.display = ""
+        self._processes: "List[subprocess.Popen[bytes]]" = []
+        self._server: Optional[Tuple[int, int]] = None
+
+    def start(self, screen: str) -> None:
+        """Starts everything; ends this program with a complaint when something does not come up."""
+        deadline = time.monotonic() + _START_SECONDS
+        number = self._start_server(screen, deadline)
+        self.display = os.environ["DISPLAY"] = f":{number}"
+        os.environ["XDG_RUNTIME_DIR"] = str(self.folder)
+        window_manager = self._run(["openbox", "--sm-disable"])
+        while not _is_managed():
+            if window_manager.poll() is not None or time.monotonic() > deadline:
+                self._complain("openbox", window_manager)
+            time.sleep(_PAUSE)
+
+    def _start_server(self, screen: str, deadline: float) -> int:
+        """The number of the display. The server is not left to choose it: it would only see the displays of this
+        network namespace, and take the socket files in /tmp away from those of another, be it the user's own screen.
+        Its lock file is for all."""
+        while True:
+            number = random.choice(_DISPLAYS)
+            if os.path.exists(_SOCKET.format(number)):
+                continue
+            server = self._run(["Xvfb", f":{number}", "-screen", "0", screen, "-nolisten", "tcp", "-noreset"])
+            while server.poll() is None and not (_lock_owner(number) == server.pid and _listens(number)):
+                if time.monotonic() > deadline:
+                    self._complain("Xvfb", server)
+                time.sleep(_PAUSE)
+            if server.poll() is None:
+                self._server = number, server.pid
+                return number
+            if not any(words in self._output("Xvfb") for words in _TAKEN):
+                self._complain("Xvfb", server)
+            self._processes.remove(server)
+
+    def _run(self, command: List[str]) -> "subprocess.Popen[bytes]":
+        with open(self._log(command[0]), "wb") as log:
+            process = subprocess.Popen(
+                [*_ENDING_WITH_US, *command], stdin=subprocess.DEVNULL, stdout=log, stderr=log
+            )
+        self._processes.append(process)
+        return process
+
+    def _log(self, name: str) -> Path:
+        return self.folder / f"{name}.log"
+
+    def _output(self, name: str) -> bytes:
+        return self._log(name).read_bytes()
+
+    def _complain(self, name: str, process: "subprocess.Popen[bytes]") -> NoReturn:
+        output = self._output(name).decode("utf-8", "replace").strip()
+        state = "is not ready" if process.poll() is None else f"ended with status {process.returncode}"
+        sys.exit(f"with-desktop: {name} {state}: {output or 'it says nothing'}")
+
+    def end(self) -> None:
+        """Ends what runs, the window manager first, and removes the folder."""
+        for process in reversed(self._processes):
+            process.terminate()
+            try:
+                process.wait(_GRACE_SECONDS)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+        if self._server is not None:
+            _remove_leftovers(*self._server)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+def _listens(number: int) -> bool:
+    """Whether an X server of this network namespace listens as this display."""
+    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as client:
+        return client.connect_ex("\0" + _SOCKET.format(number)) == 0
+
+
+def _lock_owner(number: int) -> Optional[int]:
+    """Id of the process that says it has this display."""
+    try:
+        return int(Path(_LOCK.format(number)).read_text())
+    except (OSError, ValueError):
+        return None
+
+
+def _remove_leftovers(number: int, pid: int) -> None:
+    """Removes what a server leaves in /tmp if it was killed."""
+    if _lock_owner(number) == pid:
+        for name in (_SOCKET, _LOCK):
+            Path(name.format(number)).unlink(missing_ok=True)
+
+
+def _is_managed() -> bool:
+    """Whether a window manager has announced itself on the root window."""
+    command = ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]
+    asked = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, check=False)
+    return b"window id" in asked.stdout
+
+
+def _wait_for_end(pid: int) -> None:
+    """Returns when there is no such process, or only its exit status is left."""
+    try:
+        descriptor = os.pidfd_open(pid)
+    except ProcessLookupError:
+        return
+    except OSError:
+        while _is_alive(pid):  # a kernel, or a container, without process descriptors
+            time.sleep(0.1)
+        return
+    select.select([descriptor], [], [])
+
+
+def _is_alive(pid: int) -> bool:
+    try:
+        with open(f"/proc/{pid}/stat", encoding="latin-1") as file:
+            return file.read().rpartition(")")[2].split()[0] not in "ZX"
+    except OSError:
+        return False
+
+
+def main() -> None:
+    """Runs the program."""
+    signal.signal(signal.SIGTERM, lambda number, frame: sys.exit(1))
+    keeper = _Keeper()
+    try:
+        keeper.start(sys.argv[2])
+        print(keeper.display, keeper.folder, sep="\n", flush=True)
+        with open(os.devnull, "wb") as nowhere:
+            os.dup2(nowhere.fileno(), sys.stdout.fileno())
+        _wait_for_end(int(sys.argv[1]))
+    finally:
+        signal.signal(signal.SIGTERM, signal.SIG_IGN)
+        keeper.end()
+
+
+if __name__ == "__main__":
+    main()

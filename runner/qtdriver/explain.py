@@ -1,0 +1,213 @@
+"""What there is instead of what a test looked for: the second half of an error message."""
+
+from __future__ import annotations
+
+import difflib
+from typing import Callable, Dict, Iterable, List, Optional, Sequence
+
+from .connection import Connection
+from .derived import probe_derived_names
+from .errors import ProtocolError, ReplyError
+from .records import WindowRecord
+from .tree import UNKNOWN, Node, WidgetTree
+
+POPUP = "Widget:ActivePopupWidget"
+MODAL = "Widget:ActiveModalWidget"
+_OBJECT_NAME = "Widget:"
+
+_SHOWN = 8
+_NEAREST = 5
+_TREE_LIMIT = 20_000
+_SIMILARITY = 0.5
+
+
+def explain(connection: Connection, error: ReplyError, window: str, path: str) -> str:
+    """Why `error` was the answer for the widget `path` of `window`, told from what the application shows now.
+
+    One or more lines; empty for a refusal that is not about finding something. A window and a path are as in the
+    methods of Connection; `path` is empty where the window as a whole was asked for.
+    """
+    tell = _EXPLANATIONS.get(error.code)
+    try:
+        return "\n".join(tell(connection, window, path)) if tell is not None else ""
+    except (ReplyError, ProtocolError) as another:
+        return f"(what is there instead could not be listed: {another})"
+
+
+def describe_windows(windows: Iterable[WindowRecord]) -> List[str]:
+    """A line for each window, indented; one line that says so when there are none."""
+    lines = [f'  "{window.title}" ({_kind(window)})' for window in windows]
+    return lines or ["  (no visible window)"]
+
+
+def _kind(window: WindowRecord) -> str:
+    return f"{window.class_name}, modal" if window.modal else window.class_name
+
+
+def _no_window(connection: Connection, window: str, path: str) -> List[str]:
+    windows = connection.list_windows()
+    lines = [f"looked for {_wanted_window(window)}; these windows exist:", *describe_windows(windows)]
+    similar = [record.title for record in windows if record.title.casefold().startswith(window.casefold())]
+    if similar and not window.startswith(_OBJECT_NAME):
+        lines.append(f'upper and lower case count: did you mean "{similar[0]}"?')
+    if window.startswith(_OBJECT_NAME):
+        lines += _window_names(connection, windows)
+    return lines
+
+
+def _wanted_window(window: str) -> str:
+    if window == POPUP:
+        return "an open popup, such as a menu"
+    if window == MODAL:
+        return "a modal dialog"
+    if window.startswith(f"{MODAL}:"):
+        return f'a modal dialog whose title begins with "{window[len(MODAL) + 1 :]}"'
+    if window.startswith(_OBJECT_NAME):
+        return f'a visible window with the object name "{window[len(_OBJECT_NAME) :]}"'
+    return f'a visible window whose title begins with "{window}"'
+
+
+def _window_names(connection: Connection, windows: Sequence[WindowRecord]) -> List[str]:
+    """The object names of those windows whose title tells them apart."""
+    names = []
+    for title in sorted({record.title for record in windows if record.title}):
+        try:
+            root = connection.window_tree(title)[0]
+        except (ReplyError, ValueError):
+            continue
+        if root.object_name:
+            names.append(f'"{root.object_name}" ("{title}")')
+    return ["their object names: " + ", ".join(names)] if names else []
+
+
+def _several_windows(connection: Connection, window: str, path: str) -> List[str]:
+    matching = [record for record in connection.list_windows() if _matches(record, window)]
+    lines = [f"{_wanted_window(window)} has to be the only one; these match:", *describe_windows(matching)]
+    return lines + ["give more of the title, or the object name of the window, which can tell them apart"]
+
+
+def _matches(record: WindowRecord, window: str) -> bool:
+    return window.startswith(_OBJECT_NAME) or record.title.startswith(window)
+
+
+def _blocked(connection: Connection, window: str, path: str) -> List[str]:
+    try:
+        popup = connection.window_tree(POPUP)[0]
+        name = f' "{popup.object_name}"' if popup.object_name else ""
+        return [
+            f"the popup {popup.class_name}{name} is open in front of it: choose from it, or close it, first"
+        ]
+    except ReplyError:
+        pass
+    try:
+        dialog = connection.window_tree(MODAL)[0]
+        title = connection.check_window(MODAL)
+        return [f'the modal dialog "{title}" ({dialog.class_name}) is open in front of it: answer it first']
+    except ReplyError:
+        return ["what was in front of it has gone meanwhile; these windows exist:"] + describe_windows(
+            connection.list_windows()
+        )
+
+
+def _no_widget(connection: Connection, window: str, path: str) -> List[str]:
+    tree = list_tree(connection, window)
+    last = path.rsplit("/", 1)[-1]
+    namesakes = tree.named(last) if last else ()
+    if namesakes:
+        lines = [f'"{last}" is there, but not under that path:']
+        return lines + _describe_nodes(connection, window, tree, namesakes)
+    nearest = _nearest(last, tree.names())
+    if not nearest:
+        return [f"no widget in this window has a name like that; it has {len(tree.nodes)} widgets"]
+    nodes = [node for name in nearest for node in tree.named(name)]
+    return ["the nearest names in this window:", *_describe_nodes(connection, window, tree, nodes)]
+
+
+def list_tree(connection: Connection, window: str) -> WidgetTree:
+    """The widgets of a window, with the derived names that can be found out."""
+    tree = WidgetTree(connection.window_tree(window))
+    probe_derived_names(connection, window, tree)
+    return tree
+
+
+def _nearest(name: str, names: Iterable[str]) -> List[str]:
+    by_folded: Dict[str, str] = {known.casefold(): known for known in names}
+    folded = name.casefold()
+    containing = [known for known in by_folded if folded and (folded in known or known in folded)]
+    similar = difflib.get_close_matches(folded, by_folded, n=_NEAREST, cutoff=_SIMILARITY)
+    return [by_folded[known] for known in dict.fromkeys([*similar, *sorted(containing, key=len)])][:_NEAREST]
+
+
+def _describe_nodes(
+    connection: Connection, window: str, tree: WidgetTree, nodes: Sequence[Node]
+) -> List[str]:
+    lines = [f"  {_describe_node(connection, window, tree, node)}" for node in nodes[:_SHOWN]]
+    if len(nodes) > _SHOWN:
+        lines.append(f"  and {len(nodes) - _SHOWN} more")
+    return lines
+
+
+def _describe_node(connection: Connection, window: str, tree: WidgetTree, node: Node) -> str:
+    hidden = "" if node.record.visible else ", hidden"
+    kind = f"({node.record.class_name}{hidden})"
+    path = checked_unique_path(connection, window, tree, node)
+    if path == node.name:
+        return f"{path} {kind}"
+    if path is not None:
+        return f"{node.name} {kind}: {path}"
+    above = "/".join(reversed([ancestor.name or "(button)" for ancestor in node.ancestors()]))
+    return f"{node.name} {kind}: no path is unique; it is in {above or 'no other widget'}"
+
+
+def checked_unique_path(connection: Connection, window: str, tree: WidgetTree, node: Node) -> Optional[str]:
+    """A path that finds only this widget, or None. For a visible widget the agent is asked: its names can derive
+    from what a listing does not tell."""
+    path = tree.unique_path(node) if len(tree.nodes) <= _TREE_LIMIT else None
+    if path is None or not node.record.visible:
+        return path
+    try:
+        same = connection.read_property(window, path, "className") == node.record.class_name
+    except (ReplyError, ValueError):
+        return None
+    return path if same else None
+
+
+def explain_item(connection: Connection, window: str, path: str, item: str) -> str:
+    """What items there are instead of `item`, which the widget refused; empty when it has that item or tells none."""
+    for name in ("pathList", "itemList"):
+        try:
+            items = connection.read_property(window, path, name)
+        except (ReplyError, ValueError):
+            continue
+        if isinstance(items, tuple) and item not in items:
+            nearest = _nearest(item, items) or list(items[:_SHOWN])
+            shown = ", ".join(f'"{text}"' for text in nearest) or "none at all"
+            return f'there is no item "{item}" among its {len(items)}; the nearest: {shown}'
+    return ""
+
+
+def _hidden(connection: Connection, window: str, path: str) -> List[str]:
+    tree = list_tree(connection, window)
+    hidden = [node for node in tree.find(path) if not node.record.visible]
+    lines = []
+    for node in hidden[:_SHOWN]:
+        outermost = [above for above in node.ancestors() if not above.record.visible][-1:]
+        cause = f", as all in {outermost[0].name or outermost[0].record.class_name}" if outermost else ""
+        lines.append(f"  {node.name} ({node.record.class_name}) is hidden{cause}")
+    return ["it exists, but the user cannot see it:", *lines] if lines else []
+
+
+def _several_widgets(connection: Connection, window: str, path: str) -> List[str]:
+    tree = list_tree(connection, window)
+    candidates = [node for node in tree.find(path) if node.record.visible]
+    return ["these are visible and match:", *_describe_nodes(connection, window, tree, candidates)]
+
+
+_EXPLANATIONS: Dict[str, Callable[[Connection, str, str], List[str]]] = {
+    "2": _no_window,
+    "3": _several_windows,
+    "4": _blocked,
+    "5": _no_widget,
+    "6": _hidden,
+    "7": _several_widgets,
+}

@@ -1,0 +1,99 @@
+"""Entries of menu bars and of open menus."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
+
+from .errors import CommandError, ProtocolError
+from .explain import explain_item
+from .wire import Value
+
+if TYPE_CHECKING:
+    from .window import Window
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_Result = TypeVar("_Result")
+
+
+class Menu:
+    """The name of an entry in the menu bar of a window, or in an open menu; see addresses.menu_path().
+
+    `timeout` of the methods is how many seconds they wait, by default as long as the application says.
+
+    Attributes:
+        window: the window with the menu bar, or the open popup.
+        path: the texts of the menus and of the entry, joined by "/".
+    """
+
+    def __init__(self, window: "Window", path: str, bar: Optional[str] = None) -> None:
+        """`bar` is the path of the menu bar; None finds it."""
+        self.window = window
+        self.path = path
+        self._bar = bar
+
+    def __repr__(self) -> str:
+        return f'{self.window}.menu("{self.path}")'
+
+    def activate(self, *, timeout: Optional[float] = None) -> None:
+        """Opens the menus on the way with the keyboard and chooses the entry."""
+        self._act("activate()", None, timeout)
+
+    def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
+        """Chooses the entry if it is not in that state; the menu is closed in any case."""
+        self._act(f"check({on})", on, timeout)
+
+    def is_enabled(self, *, timeout: Optional[float] = None) -> bool:
+        """Whether the entry can be chosen."""
+        return self._read("pathDisabled", timeout) is False
+
+    def is_checked(self, *, timeout: Optional[float] = None) -> bool:
+        """Whether the entry is checked; of menu bars only."""
+        return self._read("pathChecked", timeout) is True
+
+    def items(self, *, timeout: Optional[float] = None) -> Tuple[str, ...]:
+        """The paths of all entries of the bar or the open menu, whatever this entry is."""
+        connection = self.window.app.connection
+        value = self._perform(
+            "items()",
+            lambda path: connection.read_property(self.window.address, path, "itemList"),
+            True,
+            timeout,
+        )
+        if not isinstance(value, tuple):
+            raise ProtocolError(f"not a list: {value!r}")
+        return value
+
+    def _act(self, action: str, state: Optional[bool], timeout: Optional[float]) -> None:
+        connection = self.window.app.connection
+        address = self.window.address
+
+        def choose(bar: str) -> str:
+            try:
+                return connection.activate_widget(address, bar, self.path, state)
+            except CommandError as error:
+                explanation = explain_item(connection, address, bar, self.path)
+                raise CommandError(error.code, error.message, explanation) from None
+
+        self._perform(action, choose, False, timeout)
+
+    def _read(self, name: str, timeout: Optional[float]) -> Value:
+        connection = self.window.app.connection
+        return self._perform(
+            name,
+            lambda path: connection.read_property(self.window.address, path, name, self.path),
+            True,
+            timeout,
+        )
+
+    def _perform(
+        self, action: str, call: Callable[[str], _Result], reads: bool, timeout: Optional[float]
+    ) -> _Result:
+        """Makes `call` with the path of the widget that has the entries."""
+        window = self.window
+
+        def find_and_call() -> _Result:
+            return call(self._bar if self._bar is not None else window.menu_bar_path())
+
+        title = f'menu("{self.path}").{action}'
+        return window.perform(title, find_and_call, reads=reads, path=self._bar or "", timeout=timeout)

@@ -1,0 +1,145 @@
+"""What is kept of a failed test's applications: the screen, the windows, the conversation, the output.
+
+Nothing here waits long for anything: applications may hang, and so may the X server when one of them has grabbed it.
+"""
+
+from __future__ import annotations
+
+import os
+import subprocess
+import sys
+from pathlib import Path
+from typing import Callable, Dict, Iterable, List, Optional, Sequence
+
+from ..app import App
+from ..endings import last_windows
+from ..errors import QtDriverError
+from ..explain import MODAL, POPUP, describe_windows
+from ..process import describe_exit
+from ..records import WidgetRecord, WindowRecord
+from ..waiting import Deadline
+from ..wire import LIST_MARK
+
+_SCREENSHOT_SECONDS = 10.0
+_WINDOWS_SECONDS = 3.0
+_SAVE = "import sys; from qtdriver.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
+
+
+def write_bundle(apps: Sequence[App], folder: Path, began: float) -> List[str]:
+    """Writes the files into `folder`, and answers in words what there is to know that they do not tell.
+
+    Times in the files count from `began`, a time of time.monotonic(). The second application's files end in "-2".
+    """
+    notes: List[str] = []
+    if not apps:
+        return ["no application was started"]
+    displays = dict.fromkeys(app.display for app in apps)
+    for number, display in enumerate(displays, 1):
+        path = folder / _numbered("screenshot", number, "png")
+        _attempt(notes, f"no {path.name}", lambda: _save_screenshot(path, display))
+    for number, app in enumerate(apps, 1):
+        writers: Dict[str, Callable[[], Iterable[str]]] = {
+            "transcript": lambda: _describe_transcript(app, began),
+            "windows": lambda: _describe_windows(app, notes),
+            "stdout": lambda: () if app.process is None else app.process.output.lines(),
+            "stderr": lambda: () if app.process is None else app.process.errors.lines(),
+        }
+        for name, write in writers.items():
+            path = folder / _numbered(name, number, "txt")
+            _attempt(notes, f"no {path.name}", lambda: _write(path, write()))
+    return notes
+
+
+def _numbered(name: str, number: int, ending: str) -> str:
+    return f"{name}.{ending}" if number == 1 else f"{name}-{number}.{ending}"
+
+
+def _attempt(notes: List[str], failure: str, action: Callable[[], None]) -> None:
+    """A bundle is never the reason why something fails: what goes wrong becomes a note."""
+    try:
+        action()
+    except Exception as error:
+        notes.append(f"{failure}: {error}")
+
+
+def _write(path: Path, lines: Iterable[str]) -> None:
+    path.write_text("".join(f"{line}\n" for line in lines), encoding="utf-8", errors="backslashreplace")
+
+
+def _save_screenshot(path: Path, display: Optional[str]) -> None:
+    """In a process of its own, since nothing else can be given up when the X server does not answer."""
+    environment = {**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, sys.path))}
+    command = [sys.executable, "-c", _SAVE, str(path), display or ""]
+    try:
+        done = subprocess.run(
+            command,
+            env=environment,
+            stdin=subprocess.DEVNULL,
+            capture_output=True,
+            text=True,
+            timeout=_SCREENSHOT_SECONDS,
+            check=False,
+        )
+    except subprocess.TimeoutExpired:
+        raise QtDriverError(f"the display has not answered within {_SCREENSHOT_SECONDS:g} seconds") from None
+    if done.returncode != 0:
+        raise QtDriverError((done.stderr.strip().splitlines() or ["it could not be taken"])[-1])
+
+
+def _describe_windows(app: App, notes: List[str]) -> List[str]:
+    """The windows and their widgets; the windows that were last seen when the application cannot be asked."""
+    status = None if app.process is None else app.process.status()
+    if status is not None:
+        return _not_asked(app, f"the application had ended ({describe_exit(status)})", notes)
+    connection, usual = app.connection, app.connection.timeout
+    deadline = Deadline(_WINDOWS_SECONDS)
+    lines: List[str] = []
+    try:
+        connection.timeout = deadline.remaining()
+        windows = connection.list_windows()
+        for address, window in _addresses(windows):
+            connection.timeout = max(deadline.remaining(), 0.1)
+            lines += ["", *describe_windows([window])]
+            try:
+                lines += [_describe_widget(record) for record in connection.window_tree(address)]
+            except (QtDriverError, ValueError) as error:
+                lines.append(f"    its widgets could not be listed: {error}")
+    except QtDriverError as error:
+        return lines or _not_asked(app, str(error), notes)
+    finally:
+        connection.timeout = usual
+    return lines[1:] or ["no visible window"]
+
+
+def _not_asked(app: App, reason: str, notes: List[str]) -> List[str]:
+    notes.append(f"{reason}: no list of its windows")
+    seen = describe_windows(last_windows(app.connection.transcript.exchanges()))
+    return [reason, "", "the windows that were last seen:", *seen]
+
+
+def _addresses(windows: Sequence[WindowRecord]) -> "Iterable[tuple[str, WindowRecord]]":
+    """How to ask for the widgets of each window: what has no title of its own may still be a modal dialog or a popup."""
+    for window in windows:
+        if window.modal:
+            yield f"{MODAL}:{window.title}" if window.title else MODAL, window
+        else:
+            yield window.title or POPUP, window
+
+
+def _describe_widget(record: WidgetRecord) -> str:
+    name = f'"{record.object_name}" ' if record.object_name else ""
+    hidden = "" if record.visible else ", hidden"
+    return f"    {'  ' * record.depth}{name}({record.class_name}{hidden})"
+
+
+def _describe_transcript(app: App, began: float) -> Iterable[str]:
+    """Each request with its time, and its reply with how long it took, in seconds."""
+    yield f"process {app.pid}; > request, < reply, ! no reply; seconds since the test began, and of waiting for a reply"
+    for exchange in app.connection.transcript.exchanges():
+        yield f"{exchange.started - began:10.3f}  > {exchange.request}"
+        answer = f"! {exchange.error}" if exchange.reply is None else f"< {_on_one_line(exchange.reply)}"
+        yield f"{exchange.seconds:+10.3f}  {answer}"
+
+
+def _on_one_line(reply: str) -> str:
+    return reply.replace(LIST_MARK, " | ").replace("\n", "\\n")

@@ -1,0 +1,76 @@
+"""The fixtures of tests."""
+
+from __future__ import annotations
+
+from contextlib import ExitStack
+from typing import Iterator, NamedTuple, Optional
+
+import pytest
+
+from ..desktop import Desktop
+from ..driver import Driver
+from ..errors import PortInUseError
+from ..server import HOST, PORT, Server
+from .evidence import Evidence
+from .hooks import EVIDENCE
+from .parallel import has_own_desktop
+from .settings import Settings, read_settings
+
+_WAY_OUT = "run with -n 1 (pytest-xdist)"
+
+
+class _Place(NamedTuple):
+    """What the drivers of a run use one after the other."""
+
+    server: Server
+    desktop: Optional[Desktop]
+
+
+@pytest.fixture(scope="session")
+def qtdriver_settings(pytestconfig: pytest.Config) -> Settings:
+    """The settings of the run. A project that computes some of them overrides this fixture, and replaces what it
+    likes in the settings that it gets from it (dataclasses.replace)."""
+    return read_settings(pytestconfig)
+
+
+@pytest.fixture(scope="session")
+def _qtdriver_place(pytestconfig: pytest.Config, qtdriver_settings: Settings) -> Iterator[_Place]:
+    """The port for the whole run, so that another run at the same time is told of it and not of single failures."""
+    with ExitStack() as stack:
+        try:
+            server = stack.enter_context(Server())
+        except PortInUseError:
+            raise PortInUseError(HOST, PORT, _WAY_OUT) from None
+        desktop = None
+        if qtdriver_settings.headless and not has_own_desktop(pytestconfig):
+            desktop = Desktop()
+            stack.callback(desktop.close)
+            # What tests start themselves, such as xclip, looks at the same screen, as it does in a worker.
+            patch = stack.enter_context(pytest.MonkeyPatch.context())
+            patch.setenv("DISPLAY", desktop.environment["DISPLAY"])
+        yield _Place(server, desktop)
+
+
+@pytest.fixture
+def qtdriver(
+    request: pytest.FixtureRequest, qtdriver_settings: Settings, _qtdriver_place: _Place
+) -> Iterator[Driver]:
+    """Starts applications, or waits for them (see qtdriver.Driver); they are ended after the test."""
+    settings = qtdriver_settings
+    driver = Driver(
+        qt=settings.qt,
+        build=settings.build,
+        headless=_qtdriver_place.desktop is not None,
+        timeout=settings.timeout,
+        request_timeout=settings.request_timeout,
+        start_timeout=settings.start_timeout,
+        server=_qtdriver_place.server,
+        desktop=_qtdriver_place.desktop,
+    )
+    with driver:
+        evidence = Evidence(driver, settings, request.node.nodeid)
+        request.node.stash[EVIDENCE] = evidence
+        yield driver
+        unexpected = evidence.close_driver()
+        if unexpected is not None:
+            pytest.fail(f"{type(unexpected).__name__}: {unexpected}", pytrace=False)

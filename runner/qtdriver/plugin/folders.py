@@ -1,0 +1,47 @@
+"""The folders in which tests leave what is kept of them."""
+
+from __future__ import annotations
+
+import hashlib
+import re
+import shutil
+from pathlib import Path
+
+_MARK = ".qtdriver"
+"""A file in each folder that was made here, and so may be removed by the next run."""
+
+_LONGEST_NAME = 80
+
+
+def folder_of(output: Path, node_id: str) -> Path:
+    """The folder of a test, below the folder `output`; its name can be read, and no other test has it."""
+    readable = re.sub(r"[^A-Za-z0-9_]+", "-", node_id.replace(".py::", "-")).strip("-")[:_LONGEST_NAME]
+    digest = hashlib.sha1(node_id.encode("utf-8", "replace")).hexdigest()[:6]
+    return output / f"{readable}-{digest}"
+
+
+def make(folder: Path) -> None:
+    """Makes the folder of a test, if it is not there."""
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / _MARK).touch()
+
+
+def remove(folder: Path) -> None:
+    """Removes the folder of a test, if it was made here."""
+    if (folder / _MARK).is_file():
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+def clear(output: Path) -> None:
+    """Removes the folders of an earlier run's tests, and nothing else."""
+    if output.is_dir():
+        for folder in output.iterdir():
+            remove(folder)
+
+
+def shown(path: Path, base: Path) -> str:
+    """The path as a person reads it who works in the folder `base`."""
+    try:
+        return str(path.relative_to(base))
+    except ValueError:
+        return str(path)

@@ -1,0 +1,99 @@
+"""Following a test through its phases: the bundle when one fails, the trace when all is over."""
+
+from __future__ import annotations
+
+import sys
+from pathlib import Path
+from typing import Any, Generator, Optional
+
+import pytest
+from _pytest._code.code import ExceptionRepr
+
+from .evidence import Evidence
+from .hookimpl import hookimpl
+
+EVIDENCE = pytest.StashKey[Evidence]()
+"""Where a test that has a driver keeps its evidence."""
+
+BUNDLE_PROPERTY, TRACE_PROPERTY = "qtdriver_bundle", "qtdriver_trace"
+"""Properties of a test in its reports, and so in a JUnit XML file: paths of folders."""
+
+MARK = "qtdriver"
+"""Attribute of the reports of tests that use a driver; it travels from workers to the controller."""
+
+RESULTS = "qtdriver-results"
+"""The name of the plugin that has the results of the run, in the process that has them."""
+
+_FIXTURE = "qtdriver"
+_SECTION = "qtdriver"
+
+
+class TestHooks:
+    """The hooks around a single test, in the process that runs it."""
+
+    @hookimpl(hookwrapper=True, tryfirst=True)
+    def pytest_runtest_makereport(self, item: pytest.Item) -> Generator[None, Any, None]:
+        """Keeps what there is at a failure, while the applications still run, and tells where it is."""
+        outcome = yield
+        report: pytest.TestReport = outcome.get_result()
+        if _FIXTURE not in getattr(item, "fixturenames", ()):
+            return
+        setattr(report, MARK, True)
+        evidence = item.stash.get(EVIDENCE, None)
+        if evidence is None:
+            return
+        if report.failed:
+            _add_failure(evidence, report, item.config.invocation_params.dir)
+        elif report.when == "call":
+            evidence.passed = report.passed
+        if report.when == "teardown":
+            evidence.finish()
+            del item.stash[EVIDENCE]
+        _set_property(item, report, BUNDLE_PROPERTY, evidence.bundle)
+        _set_property(item, report, TRACE_PROPERTY, evidence.trace)
+
+    def pytest_fixture_post_finalizer(self, request: pytest.FixtureRequest) -> None:
+        """Collects when a fixture that uses the driver fails at its end: after it the applications are ended, and the
+        failure is reported later still. pytest has the error at hand, as the one that is being handled, up to
+        version 7; with later ones the bundle has no living application."""
+        evidence = request.node.stash.get(EVIDENCE, None)
+        if evidence is not None and evidence.is_open and sys.exc_info()[1] is not None:
+            evidence.collect()
+
+    @hookimpl(trylast=True)
+    def pytest_sessionfinish(self, session: pytest.Session) -> None:
+        """Keeps the trace of a test that was interrupted, and gives it a result where there are results."""
+        results = session.config.pluginmanager.get_plugin(RESULTS)
+        for item in getattr(session, "items", ()):
+            evidence = item.stash.get(EVIDENCE, None)
+            if evidence is not None:
+                evidence.finish(keep_trace=True)
+                if results is not None:
+                    results.pytest_runtest_logreport(_interrupted(item, evidence))
+
+
+def _add_failure(evidence: Evidence, report: pytest.TestReport, base: Path) -> None:
+    try:
+        evidence.collect()
+        evidence.add_error(report.when or "", report.longreprtext)
+        text = evidence.describe(base)
+    except OSError as error:
+        text = f"nothing could be kept of this failure: {error}"
+    if isinstance(report.longrepr, ExceptionRepr):
+        report.longrepr.addsection(_SECTION, text)
+    else:
+        report.sections.append((_SECTION, text))
+
+
+def _interrupted(item: pytest.Item, evidence: Evidence) -> pytest.TestReport:
+    report = pytest.TestReport(item.nodeid, item.location, {}, "failed", "interrupted", "call")
+    setattr(report, MARK, True)
+    _set_property(item, report, TRACE_PROPERTY, evidence.trace)
+    return report
+
+
+def _set_property(item: pytest.Item, report: pytest.TestReport, name: str, path: Optional[Path]) -> None:
+    """Gives a property to this report and to those of the later phases."""
+    if path is not None and name not in dict(item.user_properties):
+        item.user_properties.append((name, str(path)))
+        report.user_properties.append((name, str(path)))

@@ -1,0 +1,105 @@
+"""Tests side by side (pytest-xdist): each worker has a network, an X server and a window manager of its own."""
+
+from __future__ import annotations
+
+import shlex
+import shutil
+import subprocess
+import sys
+from typing import Any, List, Sequence
+
+import pytest
+
+from ..desktop import SCRIPT
+from .hookimpl import hookimpl
+from .settings import OWN_DESKTOPS, Settings
+
+_CHECK = ("unshare", "-Urn", "true")
+_NEEDED = ("Xvfb", "openbox", "xprop", "setpriv", "setsid")
+_WORKER_KEY = "qtdriver_desktop"
+
+
+def has_own_desktop(config: pytest.Config) -> bool:
+    """Whether this process is a worker that was started on a desktop of its own."""
+    return bool(getattr(config, "workerinput", {}).get(_WORKER_KEY, False))
+
+
+def prepare(config: pytest.Config, settings: Settings) -> str:
+    """Lets a run with several workers go ahead, or makes it a run without, where the system does not allow network
+    namespaces; then the answer says why. Raises pytest.UsageError for what cannot be done in several workers.
+    """
+    if not _is_distributed(config) or settings.workers != OWN_DESKTOPS:
+        return ""
+    if not settings.headless:
+        raise pytest.UsageError(
+            "--qtdriver-headed does not go with several workers: they would share one mouse and one keyboard. Leave out "
+            "-n to watch the tests, or --qtdriver-headed to run them side by side"
+        )
+    missing = [name for name in _NEEDED if shutil.which(name) is None]
+    if missing:
+        raise pytest.UsageError(
+            f"workers on desktops of their own need {', '.join(missing)} (Debian: xvfb, openbox, x11-utils, util-linux)"
+        )
+    refusal = _refusal()
+    if refusal:
+        _run_here(config)
+    return refusal
+
+
+def _is_distributed(config: pytest.Config) -> bool:
+    return (
+        any(_is_local(spec) for spec in config.getoption("tx", None) or ())
+        and config.getoption("dist") != "no"
+    )
+
+
+def _is_local(spec: str) -> bool:
+    """Whether an execution environment, such as "popen" or "3*popen//python=python3.9", is on this machine."""
+    return spec.rpartition("*")[2].startswith("popen") and "//via=" not in spec
+
+
+def _refusal() -> str:
+    """Why there are no network namespaces; empty if there are."""
+    try:
+        done = subprocess.run(_CHECK, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+    except OSError as error:
+        reason = str(error)
+    else:
+        if done.returncode == 0:
+            return ""
+        reason = done.stderr.strip() or f"it ends with status {done.returncode}"
+    return (
+        f"this system allows no network namespaces ('{' '.join(_CHECK)}' fails: {reason}), and agents know one port "
+        "only: the tests run one after the other"
+    )
+
+
+def _run_here(config: pytest.Config) -> None:
+    remote = [spec for spec in config.option.tx if not _is_local(spec)]
+    config.option.tx = remote
+    config.option.numprocesses = None
+    if not remote:
+        config.option.dist = "no"
+
+
+class Workers:
+    """The hooks that start workers on desktops of their own."""
+
+    @hookimpl(optionalhook=True)
+    def pytest_xdist_setupnodes(self, specs: Sequence[Any]) -> None:
+        """Has with-desktop.sh run the interpreter of each worker on this machine."""
+        for spec in specs:
+            if spec.popen and not spec.via:
+                interpreter = spec.python or shlex.quote(sys.executable)
+                spec.python = f"{_wrapper()} {interpreter}"
+
+    @hookimpl(optionalhook=True)
+    def pytest_configure_node(self, node: Any) -> None:
+        """Tells the worker."""
+        python: str = node.gateway.spec.python or ""
+        node.workerinput[_WORKER_KEY] = python.startswith(_wrapper())
+
+
+def _wrapper() -> str:
+    words: List[str] = ["env", "-u", "QTDRIVER_IN_NAMESPACE", str(SCRIPT)]
+    return " ".join(map(shlex.quote, words))

@@ -1,0 +1,211 @@
+"""What a run is told: options of the command line, and their defaults in pytest's configuration file."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass
+from pathlib import Path
+from typing import Any, Callable, Dict, NamedTuple, Optional, Tuple
+
+import pytest
+
+from ..agent import QT_MAJORS
+from ..app import DEFAULT_WAIT
+from ..channel import DEFAULT_TIMEOUT
+
+TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
+OWN_DESKTOPS, PLAIN = "own-desktops", "plain"
+REPORT_NAME = "report.html"
+
+
+@dataclass(frozen=True)
+class Settings:
+    """How tests drive their applications, and what they leave behind.
+
+    Attributes:
+        build: the folder with the agents of each Qt; None for the checkout's.
+        qt: the Qt version of applications that do not tell it themselves.
+        headless: whether applications appear on a desktop without a screen.
+        timeout: seconds that calls wait for windows and widgets.
+        request_timeout: seconds that a request may take before the application counts as hanging.
+        start_timeout: seconds that an application may take until its agent is there.
+        output: the folder for what is kept of tests.
+        trace: which tests keep the record of their steps: "on", "retain-on-failure", "off".
+        report: the HTML page of the run.
+        workers: what parallel workers get: "own-desktops", or "plain" for nothing.
+    """
+
+    build: Optional[Path]
+    qt: Optional[int]
+    headless: bool
+    timeout: float
+    request_timeout: float
+    start_timeout: float
+    output: Path
+    trace: str
+    report: Path
+    workers: str
+
+
+class _Option(NamedTuple):
+    """A setting that takes a value: `read` makes it from text and raises ValueError, `wanted` says what fits."""
+
+    name: str
+    value_name: str
+    default: object
+    read: Callable[[str], object]
+    wanted: str
+    help: str
+
+
+def _seconds(text: str) -> float:
+    seconds = float(text)
+    if not 0 <= seconds < float("inf"):
+        raise ValueError
+    return seconds
+
+
+def _one_of(*words: str) -> Callable[[str], str]:
+    def read(text: str) -> str:
+        if text not in words:
+            raise ValueError
+        return text
+
+    return read
+
+
+def _major(text: str) -> int:
+    if int(text) not in QT_MAJORS:
+        raise ValueError
+    return int(text)
+
+
+_SECONDS = "a number of seconds"
+_TRACES = (TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF)
+_WORKERS = (OWN_DESKTOPS, PLAIN)
+
+_OPTIONS = (
+    _Option("build", "DIR", None, Path, "a folder", "folder with the agents, as scripts/build.sh makes it"),
+    _Option(
+        "qt", "N", None, _major, "4, 5 or 6", "Qt version of the applications, where they do not tell it"
+    ),
+    _Option(
+        "timeout",
+        "S",
+        DEFAULT_WAIT,
+        _seconds,
+        _SECONDS,
+        "seconds that a call waits for its window and widget",
+    ),
+    _Option(
+        "request-timeout",
+        "S",
+        DEFAULT_TIMEOUT,
+        _seconds,
+        _SECONDS,
+        "seconds after which an application hangs",
+    ),
+    _Option(
+        "start-timeout",
+        "S",
+        DEFAULT_TIMEOUT,
+        _seconds,
+        _SECONDS,
+        "seconds until an application has to be there",
+    ),
+    _Option(
+        "output", "DIR", Path("test-results"), Path, "a folder", "folder for what is kept of failed tests"
+    ),
+    _Option(
+        "trace",
+        "WHEN",
+        TRACE_ON_FAILURE,
+        _one_of(*_TRACES),
+        "on, retain-on-failure or off",
+        "which tests keep their steps and pictures: on, retain-on-failure, off",
+    ),
+    _Option(
+        "report",
+        "FILE",
+        None,
+        Path,
+        "a file",
+        f"the HTML page of the run (default: {REPORT_NAME} in the output)",
+    ),
+    _Option(
+        "workers",
+        "KIND",
+        OWN_DESKTOPS,
+        _one_of(*_WORKERS),
+        "own-desktops or plain",
+        "workers of -n: own-desktops gives each a desktop and a network of its own, plain leaves them alone",
+    ),
+)
+_HEADED = "qtdriver_headed"
+
+
+def add_options(parser: pytest.Parser) -> None:
+    """Declares the options, each with the name qtdriver_... in the configuration file."""
+    group = parser.getgroup("qtdriver", "Qt applications (qtdriver)")
+    for option in _OPTIONS:
+        destination = _destination(option)
+        default = "" if option.default is None else f" (default: {option.default})"
+        group.addoption(
+            f"--qtdriver-{option.name}",
+            dest=destination,
+            metavar=option.value_name,
+            help=option.help + default,
+        )
+        parser.addini(destination, f"default of --qtdriver-{option.name}", default="")
+    group.addoption(
+        "--qtdriver-headless",
+        dest=_HEADED,
+        action="store_false",
+        default=None,
+        help="applications appear on a desktop without a screen (the default)",
+    )
+    group.addoption(
+        "--qtdriver-headed",
+        dest=_HEADED,
+        action="store_true",
+        help="applications appear on the screen, to be watched",
+    )
+    parser.addini(_HEADED, "default of --qtdriver-headed", type="bool", default=False)
+
+
+def read_settings(config: pytest.Config) -> Settings:
+    """The settings of this run. Raises pytest.UsageError for a value that does not fit.
+
+    A relative path counts from the current folder, in the configuration file from the folder of that file.
+    """
+    values: Dict[str, Any] = {option.name.replace("-", "_"): _read(config, option) for option in _OPTIONS}
+    headed = config.getoption(_HEADED)
+    values["headless"] = not (config.getini(_HEADED) if headed is None else headed)
+    if values["report"] is None:
+        values["report"] = values["output"] / REPORT_NAME
+    return Settings(**values)
+
+
+def _read(config: pytest.Config, option: _Option) -> object:
+    text, base, name = _given(config, option)
+    value = option.default
+    if text:
+        try:
+            value = option.read(text)
+        except ValueError:
+            raise pytest.UsageError(f'{name}: "{text}" is not {option.wanted}') from None
+    return base / value if isinstance(value, Path) else value
+
+
+def _given(config: pytest.Config, option: _Option) -> Tuple[str, Path, str]:
+    """The text that was given, the folder it counts from, and where it was given."""
+    destination = _destination(option)
+    here = config.invocation_params.dir
+    typed: Optional[str] = config.getoption(destination)
+    if typed is not None:
+        return typed, here, f"--qtdriver-{option.name}"
+    configured: str = config.getini(destination)
+    return configured, (config.rootpath if configured else here), destination
+
+
+def _destination(option: _Option) -> str:
+    return f"qtdriver_{option.name.replace('-', '_')}"

@@ -1,0 +1,64 @@
+"""Which pictures go into a page."""
+
+from __future__ import annotations
+
+import io
+from pathlib import Path
+from typing import Dict, Iterator, Set, Tuple
+
+PAGE_BYTES = 60_000_000
+"""Room for pictures in a page; in the page they take a third more. Browsers open this within a second or two."""
+
+LARGE_BYTES = 300_000
+"""A picture that is larger is embedded smaller: the large one is in the folder of the trace."""
+
+_LONGEST_SIDE = 1600
+_SUFFIXES = {".webp": "webp", ".png": "png", ".jpg": "jpeg", ".jpeg": "jpeg"}
+
+
+class Embedding:
+    """Chooses the pictures of a page: each distinct one once, until there is no more room."""
+
+    def __init__(self, room: int = PAGE_BYTES) -> None:
+        """`room`: bytes of pictures, as files."""
+        self._room = room
+        self._files: Dict[str, Tuple[str, Path]] = {}
+        self._refused: Set[str] = set()
+
+    def add(self, folder: Path, name: str) -> str:
+        """The key of this picture of a trace in the page, empty if it is not embedded.
+
+        Pictures of the same name have the same content: they are named after it. Raises ValueError for a name that is
+        not one of a picture, and OSError when there is no such file.
+        """
+        file = folder / name
+        if file.name != name or file.suffix not in _SUFFIXES:
+            raise ValueError(f"{name!r} is not the name of a picture")
+        if name in self._files or name in self._refused:
+            return name if name in self._files else ""
+        size = min(file.stat().st_size, LARGE_BYTES)
+        if size > self._room:
+            self._refused.add(name)
+            return ""
+        self._room -= size
+        self._files[name] = (_SUFFIXES[file.suffix], file)
+        return name
+
+    def pictures(self) -> Iterator[Tuple[str, str, bytes]]:
+        """Key, kind and content of each picture, one at a time."""
+        for name, (kind, file) in self._files.items():
+            data = file.read_bytes()
+            yield (name, kind, data) if len(data) <= LARGE_BYTES else (name, *_smaller(kind, data))
+
+
+def _smaller(kind: str, data: bytes) -> Tuple[str, bytes]:
+    """The picture in fewer pixels and with some loss; as it is without Pillow."""
+    try:
+        from PIL import Image  # type: ignore[import]
+    except ImportError:
+        return kind, data
+    image = Image.open(io.BytesIO(data)).convert("RGB")
+    image.thumbnail((_LONGEST_SIDE, _LONGEST_SIDE))
+    file = io.BytesIO()
+    image.save(file, "JPEG", quality=75)
+    return min(("jpeg", file.getvalue()), (kind, data), key=lambda picture: len(picture[1]))

@@ -1,0 +1,143 @@
+/* One test: its heading, time line, steps, and what is known of the chosen step. */
+
+let preferredTab = "requests";
+
+function makeHeading(test) {
+  const facts = [
+    element("span", {className: `outcome ${test.outcome}`}, test.outcome),
+    element("span", {}, duration(test.seconds)),
+    element("span", {}, test.file),
+  ];
+  if (test.bundle) facts.push(element("span", {}, "bundle: ", element("a", {href: test.bundle.href}, test.bundle.path)));
+  return element("div", {className: "heading"},
+    element("h2", {}, breakable(test.name)), element("div", {className: "facts"}, facts));
+}
+
+/** What was wrong: lines that pytest begins with an E, or the name of an exception at the beginning of a line. */
+const COMPLAINT = /^(E {2,}|[\w.]*(Error|Exception)\b)/;
+
+function makeLines(text) {
+  return text.split(/(?<=\n)/).map((line) =>
+    (COMPLAINT.test(line) ? element("span", {className: "complaint"}, line) : line));
+}
+
+function makeMessage(test) {
+  if (!test.message) return [];
+  const message = element("div", {className: `message panel ${test.outcome}`, tabIndex: 0, role: "region", "aria-label": "Message"},
+    element("pre", {}, makeLines(test.message)));
+  if (test.message.split("\n").length < 12) return [message];
+  const more = element("button", {type: "button", className: "more", "aria-expanded": "false", onclick: () => {
+    const whole = message.classList.toggle("whole");
+    more.setAttribute("aria-expanded", String(whole));
+    more.textContent = whole ? "Show less" : "Show the whole message";
+  }}, "Show the whole message");
+  return [message, more];
+}
+
+/** In a long message, what was wrong stands below the source text. */
+function scrollToComplaint(place) {
+  const message = place.querySelector(".message");
+  if (!message) return;
+  const complaint = message.querySelector(".complaint");
+  if (complaint) message.scrollTop = complaint.offsetTop - 8;
+}
+
+/** The title of a step: the window in small letters above what is done in it. */
+function makeTitle(title) {
+  const [, before, where, what] = title.match(/^(eventually\()?((?:window|modal|popup)\((?:[^"()]|"[^"]*")*\)\.)(.+)$/s) || [];
+  if (!what) return element("span", {className: "title"}, breakable(title));
+  return element("span", {className: "title"},
+    element("span", {className: "where"}, breakable(where)), breakable((before || "") + what));
+}
+
+function makeStepEntry(step, number) {
+  return element("li", {
+    id: `step-${number}`, role: "option", "aria-selected": "false",
+    className: `${step.reads ? "reads" : "acts"} ${step.error ? "failed" : ""}`,
+  },
+  makeTitle(step.title),
+  element("span", {className: "time"}, duration(step.seconds)),
+  step.error ? element("span", {className: "problem"}, step.error.split("\n")[0]) : null);
+}
+
+/** The tabs below the picture. The one that was chosen last stays chosen for the next step. */
+function makeTabs(tabs) {
+  const place = element("div", {className: "tab", role: "tabpanel", id: "tab"});
+  const buttons = tabs.map((tab) => element("button", {
+    type: "button", role: "tab", "aria-controls": "tab", onclick: () => show(tab),
+  }, tab.label));
+
+  function show(tab) {
+    preferredTab = tab.name;
+    buttons.forEach((button, index) => {
+      button.setAttribute("aria-selected", String(tabs[index] === tab));
+      button.tabIndex = tabs[index] === tab ? 0 : -1;
+    });
+    place.setAttribute("aria-label", tab.label);
+    place.replaceChildren(tab.make());
+  }
+
+  const row = element("div", {className: "tabs", role: "tablist", onkeydown: (event) => {
+    const by = {ArrowLeft: -1, ArrowRight: 1}[event.key];
+    if (!by) return;
+    const next = (tabs.findIndex((tab) => tab.name === preferredTab) + by + tabs.length) % tabs.length;
+    show(tabs[next]);
+    buttons[next].focus();
+  }}, buttons);
+  show(tabs.find((tab) => tab.name === preferredTab) || tabs[0]);
+  return [row, place];
+}
+
+function makeEvidence(trace, number) {
+  const step = trace.steps[number];
+  const pictures = makePictures(step, trace);
+  const earlier = trace.steps.slice(0, number).reverse().find((other) => other.widgets && other.pid === step.pid);
+  const count = step.exchanges.length + step.skipped;
+  return [
+    element("div", {className: "bar-top"},
+      element("span", {className: "step-title"}, breakable(`${number + 1}. ${step.title}`)), pictures.buttons),
+    step.error ? element("div", {className: "step-error", tabIndex: 0, role: "region", "aria-label": "Error"},
+      element("pre", {}, step.error)) : null,
+    pictures.place,
+    ...makeTabs([
+      {name: "requests", label: `Requests ${count}`, make: () => makeRequests(step)},
+      {name: "widgets", label: "Widgets", make: () => makeWidgets(step, trace, earlier)},
+    ]),
+  ].filter(Boolean);
+}
+
+/** Puts the test into `place`. `chosen` is told the number of each step that is chosen. */
+function showTest(place, test, first, chosen) {
+  const parts = [makeHeading(test), ...makeMessage(test)];
+  const trace = test.trace;
+  if (trace && trace.notes.length) {
+    parts.push(element("ul", {className: "notes panel"}, trace.notes.map((note) => element("li", {}, note))));
+  }
+  if (!trace || !trace.steps.length) {
+    parts.push(element("p", {className: "quiet"}, trace ? "The trace has no steps." : "No trace of this test was kept."));
+    place.replaceChildren(...parts);
+    scrollToComplaint(place);
+    return;
+  }
+  const timeline = makeTimeline(trace.steps, trace.seconds, choose);
+  const list = element("ol", {role: "listbox", "aria-label": "Steps", tabIndex: 0}, trace.steps.map(makeStepEntry));
+  const evidence = element("section", {className: "evidence panel", "aria-label": "The chosen step"});
+
+  function choose(number) {
+    mark(list, list.children[number]);
+    timeline.select(number);
+    evidence.replaceChildren(...makeEvidence(trace, number));
+    chosen(number);
+  }
+
+  listbox(list, () => [...list.children], (entry) => choose([...list.children].indexOf(entry)));
+  parts.push(timeline.panel, element("div", {className: "work"},
+    element("section", {className: "steps panel", "aria-label": "Steps"},
+      element("h3", {}, `${trace.steps.length} ${trace.steps.length === 1 ? "step" : "steps"}`), list),
+    evidence));
+  place.replaceChildren(...parts);
+  scrollToComplaint(place);
+  const failed = trace.steps.findIndex((step) => step.error);
+  const usual = failed >= 0 ? failed : trace.steps.length - 1;
+  choose(trace.steps[first] ? first : usual);
+}

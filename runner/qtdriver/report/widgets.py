@@ -1,0 +1,112 @@
+"""The widgets of an application as text, asked for so that a test does not notice."""
+
+from __future__ import annotations
+
+import json
+import time
+from contextlib import contextmanager
+from typing import Iterator, List
+
+from ..connection import Connection
+from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
+from ..explain import POPUP
+from ..records import WidgetRecord, WindowRecord
+
+KEPT_LINES = 3000
+"""Widgets of a tree that are told; a table has a few, a page of a settings dialog some hundreds."""
+
+SECONDS = 0.5
+"""How long an application may take to answer a recorder's request."""
+
+SLOW_SECONDS = 0.25
+"""An application whose widgets take longer than this to list is too slow to be asked after each step."""
+
+_STRIKES = 2
+
+
+class TooSlow(QtDriverError):
+    """The application does not answer quickly enough to be asked after each step."""
+
+
+class WidgetLister:
+    """Lists the widgets of one application, as long as it answers quickly."""
+
+    def __init__(self, connection: Connection) -> None:
+        self._connection = connection
+        self._strikes = 0
+
+    def list(self) -> str:
+        """A line for each window and each of its widgets, indented by two blanks for each level.
+
+        Raises TooSlow, once, when it is to stop; from then on the text is empty. It is also empty when the application
+        has ended. Nothing of this appears in the transcript, and the connection keeps its own timeout.
+        """
+        if self._strikes >= _STRIKES:
+            return ""
+        started = time.monotonic()
+        try:
+            with _unnoticed(self._connection):
+                text = "\n".join(_list_windows(self._connection))
+        except ConnectionClosed:
+            return ""
+        except RequestTimeout:
+            text = ""
+        if time.monotonic() - started > SLOW_SECONDS:
+            self._strikes += 1
+            if self._strikes == _STRIKES:
+                raise TooSlow(
+                    f"its widgets take longer than {SLOW_SECONDS:g} s to list: they are no longer recorded"
+                )
+        return text
+
+
+@contextmanager
+def _unnoticed(connection: Connection) -> Iterator[None]:
+    """Requests that are no part of the test, and that it does not wait long for."""
+    usual = connection.timeout
+    connection.timeout = min(usual, SECONDS)
+    try:
+        with connection.transcript.paused():
+            yield
+    finally:
+        connection.timeout = usual
+
+
+def _list_windows(connection: Connection) -> List[str]:
+    lines: List[str] = []
+    for window in connection.list_windows():
+        lines.append(f"window {_quoted(window.title)}{' modal' if window.modal else ''}")
+        lines += _list_widgets(connection, window)
+        if len(lines) > KEPT_LINES:
+            more = len(lines) - KEPT_LINES
+            return [*lines[:KEPT_LINES], f"(and {more} more, and the windows behind this one)"]
+    return lines
+
+
+def _list_widgets(connection: Connection, window: WindowRecord) -> List[str]:
+    try:
+        return [_line(record) for record in connection.window_tree(_address(window.title))]
+    except (ConnectionClosed, RequestTimeout):
+        raise
+    except QtDriverError as error:
+        return [f"  (its widgets cannot be listed: {error})"]
+
+
+def _address(title: str) -> str:
+    """As much of the title as a request can carry. Windows without a title are popups, as a rule."""
+    if not title:
+        return POPUP
+    for position, character in enumerate(title):
+        if character in ",\n\r" or ord(character) > 0xFF:
+            return title[:position]
+    return title
+
+
+def _line(record: WidgetRecord) -> str:
+    name = f" {_quoted(record.object_name)}" if record.object_name else ""
+    return f"{'  ' * (record.depth + 1)}{record.class_name}{name}{'' if record.visible else ' hidden'}"
+
+
+def _quoted(text: str) -> str:
+    """In quotes and on one line."""
+    return json.dumps(text, ensure_ascii=False)

@@ -1,0 +1,256 @@
+"""A widget of an application."""
+
+from __future__ import annotations
+
+from pathlib import Path
+from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, TypeVar
+
+from .errors import CommandError, NotVisibleError, ProtocolError, WidgetNotFoundError
+from .explain import explain_item
+from .mouse import Modifier, MouseButton, Position, mouse_command
+from .pictures import read_xpm
+from .wire import Argument, Rect, Value
+
+if TYPE_CHECKING:
+    from .connection import Connection
+    from .window import Window
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_Result = TypeVar("_Result")
+_NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
+
+
+class Widget:
+    """The name of a widget: each call finds the widget anew, and waits until it is visible and the only one.
+
+    `timeout` of the methods is how many seconds they wait, by default as long as the application says.
+
+    Attributes:
+        window: the window that it is in.
+        path: its name, with names of ancestors in front where it takes them.
+        as_class: the base class to be served as; empty for the nearest that the agent knows.
+    """
+
+    def __init__(self, window: "Window", path: str, *, as_class: str = "") -> None:
+        self.window = window
+        self.path = path
+        self.as_class = as_class
+
+    def __repr__(self) -> str:
+        return f'{self.window}.widget("{self.path}")'
+
+    def activate(
+        self, value: Argument = None, option: Argument = None, *, timeout: Optional[float] = None
+    ) -> str:
+        """Does what the widget is for: presses a button, chooses an item, a tab, a page.
+
+        The widget's class decides what `value` and `option` mean. Answers the class that served the widget.
+        """
+        shown = ", ".join(repr(argument) for argument in (value, option) if argument is not None)
+        address = self.window.address
+
+        def act() -> str:
+            try:
+                return self._connection.activate_widget(
+                    address, self.path, value, option, widget_class=self.as_class
+                )
+            except CommandError as error:
+                wanted = value if isinstance(value, str) else ""
+                explanation = explain_item(self._connection, address, self.path, wanted) if wanted else ""
+                raise CommandError(error.code, error.message, explanation) from None
+
+        return self._act(f"activate({shown})", act, timeout)
+
+    def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
+        """Clicks a check box, or another button that can be checked, if it is not in that state."""
+        self.activate(on, timeout=timeout)
+
+    def select(self, item: "str | int", *, timeout: Optional[float] = None) -> None:
+        """Chooses an item of a list, tree, table, combo box, tab bar or tool box.
+
+        By its text, its number as the class counts, or its address: see the module `addresses`.
+        """
+        self.activate(item, timeout=timeout)
+
+    def enter(self, value: "str | int | bool", *, timeout: Optional[float] = None) -> str:
+        """Replaces what the widget holds, with the keyboard: "Ada\\n" types Ada and presses Return.
+
+        In item views it edits the current item. Answers the class that served the widget.
+        """
+        return self._act(
+            f"enter({value!r})",
+            lambda: self._connection.enter_widget(
+                self.window.address, self.path, value, widget_class=self.as_class
+            ),
+            timeout,
+        )
+
+    def click(
+        self,
+        button: MouseButton = "left",
+        *,
+        at: Optional[Position] = None,
+        modifier: Modifier = "",
+        timeout: Optional[float] = None,
+    ) -> None:
+        """Clicks with the mouse; `at` is a position as shares of width and height, (0.5, 0.5) being the centre.
+
+        Without `at`, buttons are clicked where they react, and item views at their current item.
+        """
+        self.mouse("MouseClick", button, at=at, modifier=modifier, timeout=timeout)
+
+    def double_click(
+        self,
+        button: MouseButton = "left",
+        *,
+        at: Optional[Position] = None,
+        modifier: Modifier = "",
+        timeout: Optional[float] = None,
+    ) -> None:
+        """Double clicks; the rest is as for click()."""
+        self.mouse("MouseDoubleClick", button, at=at, modifier=modifier, timeout=timeout)
+
+    def hover(self, *, at: Position = (0.5, 0.5), timeout: Optional[float] = None) -> None:
+        """Moves the mouse onto the widget."""
+        self.mouse("MouseMove", "", at=at, timeout=timeout)
+
+    def drag_to(
+        self,
+        target: "Widget",
+        *,
+        at: Position = (0.5, 0.5),
+        to: Position = (0.5, 0.5),
+        timeout: Optional[float] = None,
+    ) -> None:
+        """Presses the left button at `at`, moves to the position `to` of `target`, and releases it there."""
+        self.mouse("MousePress", "left", at=at, timeout=timeout)
+        try:
+            target.mouse("MouseMove", "", at=to, timeout=timeout)
+        finally:
+            target.mouse("MouseRelease", "left", at=to, timeout=timeout)
+
+    def mouse(
+        self,
+        kind: str,
+        button: MouseButton = "left",
+        *,
+        at: Optional[Position] = None,
+        modifier: Modifier = "",
+        timeout: Optional[float] = None,
+    ) -> None:
+        """Plays one of MousePress, MouseRelease, MouseClick, MouseDoubleClick, MouseMove; see click()."""
+        command = mouse_command(kind, button, at, modifier)
+        # A position is a matter of plain widgets: buttons and item views have places of their own.
+        served_as = self.as_class or ("" if at is None else "QWidget")
+        self._act(
+            f"mouse({command!r})",
+            lambda: self._connection.mouse_widget(
+                self.window.address, self.path, command, widget_class=served_as
+            ),
+            timeout,
+        )
+
+    def locate(self, *, timeout: Optional[float] = None) -> str:
+        """Brings the window to the front, puts the cursor on the widget's top left pixel, answers its class.
+
+        Of derived names only "unnamed" is known to this as the last of a path.
+        """
+        return self._act(
+            "locate()", lambda: self._connection.locate_widget(self.window.address, self.path), timeout
+        )
+
+    def read(self, name: str, argument: Optional[str] = None, *, timeout: Optional[float] = None) -> Value:
+        """The value of a property of Qt or of the widget's class; `argument` is for those that take one."""
+        shown = repr(name) if argument is None else f"{name!r}, {argument!r}"
+        return self._perform(
+            f"read({shown})",
+            lambda: self._connection.read_property(
+                self.window.address, self.path, name, argument, widget_class=self.as_class
+            ),
+            True,
+            timeout,
+        )
+
+    def text(self, *, timeout: Optional[float] = None) -> str:
+        """The property "text" as text, whatever its type."""
+        return str(self.read("text", timeout=timeout))
+
+    def is_enabled(self, *, timeout: Optional[float] = None) -> bool:
+        """Whether it can be used."""
+        return self.read("enabled", timeout=timeout) is True
+
+    def is_checked(self, *, timeout: Optional[float] = None) -> bool:
+        """Whether it is checked."""
+        return self.read("checked", timeout=timeout) is True
+
+    def is_visible(self) -> bool:
+        """Whether the user can see such a widget now. Waits for the window only."""
+
+        def look() -> bool:
+            try:
+                self._connection.read_property(self.window.address, self.path, "className")
+            except (WidgetNotFoundError, NotVisibleError):
+                return False
+            return True
+
+        return self._perform("is_visible()", look, True, None)
+
+    def class_name(self, *, timeout: Optional[float] = None) -> str:
+        """Its own class."""
+        return str(self.read("className", timeout=timeout))
+
+    def rect(self, *, timeout: Optional[float] = None) -> Rect:
+        """Its rectangle in pixels of the screen; brings the window to the front and onto the screen."""
+        value = self.read("globalRect", timeout=timeout)
+        if not isinstance(value, Rect):
+            raise ProtocolError(f"not a rectangle: {value!r}")
+        return value
+
+    def items(self, *, timeout: Optional[float] = None) -> Tuple[str, ...]:
+        """The texts of the items of a list, combo box, tab bar or menu, the paths of those of a tree."""
+        names = self.read("pseudoPropertyNames", timeout=timeout)
+        name = "pathList" if isinstance(names, tuple) and "pathList" in names else "itemList"
+        value = self.read(name, timeout=timeout)
+        if not isinstance(value, tuple):
+            raise ProtocolError(f"not a list: {value!r}")
+        return value
+
+    def properties(self, *, timeout: Optional[float] = None) -> Dict[str, Value]:
+        """Every property that has a value which can be told and takes no argument.
+
+        Without the listings of the names, and without "globalRect", which moves the window to be read.
+        """
+        values: Dict[str, Value] = {}
+        for listing in ("pseudoPropertyNames", "propertyNames"):
+            names = self.read(listing, timeout=timeout)
+            for name in names if isinstance(names, tuple) else ():
+                if name in values or name in _NOT_AMONG_PROPERTIES:
+                    continue
+                try:
+                    values[name] = self.read(name, timeout=timeout)
+                except CommandError:
+                    continue  # it takes an argument, or has a type that cannot be told
+        return values
+
+    def save_picture(self, name: str, path: "Path | str", *, timeout: Optional[float] = None) -> Path:
+        """Saves the picture or icon in the property `name`; the ending of `path` tells the format."""
+        value = self.read(name, timeout=timeout)
+        if not isinstance(value, bytes):
+            raise ProtocolError(f"not a picture: {value!r}")
+        file = Path(path)
+        read_xpm(value).save(file)
+        return file
+
+    @property
+    def _connection(self) -> "Connection":
+        return self.window.app.connection
+
+    def _act(self, action: str, call: Callable[[], _Result], timeout: Optional[float]) -> _Result:
+        return self._perform(action, call, False, timeout)
+
+    def _perform(
+        self, action: str, call: Callable[[], _Result], reads: bool, timeout: Optional[float]
+    ) -> _Result:
+        title = f'widget("{self.path}").{action}'
+        return self.window.perform(title, call, reads=reads, path=self.path, timeout=timeout)

@@ -1,0 +1,141 @@
+"""A desktop without a screen: what its command gets, and that it goes when the command has gone."""
+
+import os
+import re
+import signal
+import subprocess
+from pathlib import Path
+
+import pytest
+
+from qtdriver import Desktop, DesktopError, eventually, watchman
+from qtdriver.desktop import SCRIPT
+
+MARK = "QTDRIVER_TESTED_DESKTOP"
+TELL = 'echo "$DISPLAY"; echo "$XDG_RUNTIME_DIR"; echo $$; readlink /proc/self/ns/net; exec cat'
+
+
+@pytest.fixture
+def environment(tmp_path):
+    """That of a desktop in a network of its own, marked as this test's."""
+    environment = {**os.environ, MARK: str(tmp_path), "TMPDIR": str(tmp_path)}
+    del environment["QTDRIVER_IN_NAMESPACE"]
+    return environment
+
+
+def run(environment, *command, **options):
+    return subprocess.run(
+        [SCRIPT, *command],
+        env=environment,
+        capture_output=True,
+        text=True,
+        timeout=100,
+        check=False,
+        **options,
+    )
+
+
+def is_gone(environment, display):
+    """Whether no process, no file and no socket of the desktop is left."""
+    number = display.lstrip(":")
+    leftovers = [f"/tmp/.X{number}-lock", f"/tmp/.X11-unix/X{number}", *Path(environment["TMPDIR"]).iterdir()]
+    return not any(map(os.path.exists, leftovers)) and not list(watchman.carriers(MARK, environment[MARK]))
+
+
+def test_the_command_has_its_streams_and_its_exit_status(environment):
+    done = run(environment, "sh", "-c", "cat; echo complaint >&2; exit 7", input="hello")
+    assert (done.returncode, done.stdout, done.stderr) == (7, "hello", "complaint\n")
+
+
+def test_the_command_has_a_display_with_a_window_manager_and_a_network_of_its_own(environment):
+    done = run(
+        environment,
+        "sh",
+        "-c",
+        "xprop -root _NET_SUPPORTING_WM_CHECK; xdpyinfo; readlink /proc/self/ns/net; cat /proc/net/tcp",
+    )
+    assert "dimensions:    1280x1024 pixels" in done.stdout
+    assert re.search("_NET_SUPPORTING_WM_CHECK.*window id # 0x", done.stdout)
+    assert os.readlink("/proc/self/ns/net") not in done.stdout
+
+
+def test_nothing_is_left_when_its_output_has_ended(environment):
+    display, folder, *_ = run(environment, "sh", "-c", TELL, input="").stdout.split()
+    assert Path(folder).parent == Path(environment["TMPDIR"])
+    assert is_gone(environment, display)
+
+
+@pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGKILL])
+def test_a_signal_ends_the_command_and_the_desktop(environment, number):
+    process = subprocess.Popen(
+        [SCRIPT, "sh", "-c", TELL], env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True
+    )
+    display, _, pid, _ = (process.stdout.readline().strip() for _ in range(4))
+    assert int(pid) == process.pid
+    assert not is_gone(environment, display)
+    process.send_signal(number)
+    assert process.wait(10) == -number
+    process.communicate()
+    eventually(lambda: is_gone(environment, display), timeout=30).is_true()
+
+
+def test_desktops_at_the_same_time_have_different_displays(environment):
+    processes = [
+        subprocess.Popen(
+            [SCRIPT, "sh", "-c", TELL], env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE
+        )
+        for _ in range(4)
+    ]
+    displays = {process.stdout.readline() for process in processes}
+    for process in processes:
+        process.communicate()
+    assert len(displays) == 4
+
+
+def test_without_namespaces_desktops_take_turns(environment, tmp_path):
+    refusing = tmp_path / "bin"
+    refusing.mkdir()
+    (refusing / "unshare").write_text("#!/bin/sh\nexit 1\n")
+    (refusing / "unshare").chmod(0o755)
+    environment["PATH"] = f"{refusing}:{environment['PATH']}"
+    log = tmp_path / "log"
+    script = f'echo "in $1" >>{log}; [ "$(readlink /proc/self/ns/net)" = {os.readlink("/proc/self/ns/net")} ] || exit 1; '
+    script += f'xprop -root >/dev/null; echo "out $1" >>{log}'
+    processes = [
+        subprocess.Popen([SCRIPT, "sh", "-c", script, "sh", str(number)], env=environment)
+        for number in range(3)
+    ]
+    assert [process.wait(100) for process in processes] == [0, 0, 0]
+    lines = log.read_text().split()
+    assert len(lines) == 12
+    assert all(lines[at + 1] == lines[at + 3] for at in range(0, 12, 4))
+
+
+def test_an_unknown_command_is_status_127_and_leaves_nothing(environment):
+    done = run(environment, "no-such-command")
+    assert done.returncode == 127 and "no-such-command" in done.stderr
+    assert list(watchman.carriers(MARK, environment[MARK])) == []
+    assert os.listdir(environment["TMPDIR"]) == []
+
+
+def test_an_x_server_that_does_not_start_is_told_and_leaves_nothing(environment):
+    done = run({**environment, "QTDRIVER_SCREEN": "tiny"}, "true")
+    assert done.returncode == 1
+    assert done.stderr.startswith("with-desktop: Xvfb ended with status 1: Invalid screen configuration tiny")
+    assert os.listdir(environment["TMPDIR"]) == []
+
+
+def test_a_desktop_that_does_not_come_up_is_an_error_with_the_reason(monkeypatch):
+    monkeypatch.setenv("QTDRIVER_SCREEN", "tiny")
+    with pytest.raises(DesktopError, match="no desktop without a screen: with-desktop: Xvfb ended.*tiny"):
+        Desktop()
+
+
+def test_a_closed_desktop_is_gone(environment, monkeypatch):
+    for name in (MARK, "TMPDIR"):
+        monkeypatch.setenv(name, environment[name])
+    desktop = Desktop()
+    assert not is_gone(environment, desktop.environment["DISPLAY"])
+    desktop.close()
+    assert is_gone(environment, desktop.environment["DISPLAY"])
+    desktop.close()

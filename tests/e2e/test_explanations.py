@@ -1,0 +1,223 @@
+"""What a test author reads when something is not found, is blocked, ends or hangs: the texts themselves."""
+
+import textwrap
+
+import pytest
+
+from qtdriver import (
+    AmbiguousError,
+    AmbiguousWindowError,
+    CommandError,
+    ConditionError,
+    NotFoundError,
+    NotVisibleError,
+    WidgetNotFoundError,
+    WindowBlockedError,
+    eventually,
+)
+
+from showcase import running
+
+
+@pytest.fixture(scope="module")
+def app():
+    """A showcase that only waits for a moment, since these tests are about what never comes."""
+    with running() as (_, application):
+        application.timeout = 0.1
+        yield application
+
+
+@pytest.fixture
+def window(app):
+    """Its main window, with the page of buttons in front."""
+    main = app.window(name="showcase")
+    main.widget("pages/qt_tabwidget_tabbar").select("Buttons", timeout=10)
+    eventually(main.widget("brewButton"), timeout=10).is_visible()
+    return main
+
+
+@pytest.fixture
+def dialog(app, window):
+    """The modal dialog for a new order, open."""
+    window.menu("Order/New order...").activate(timeout=10)
+    opened = app.modal("New order")
+    eventually(opened, timeout=10).is_open()
+    yield opened
+    opened.widget("cancelOrderButton").activate(timeout=10)
+    eventually(opened, timeout=10).is_closed()
+
+
+def said(kind, call):
+    """The message of the error that `call` raises."""
+    with pytest.raises(kind) as caught:
+        call()
+    return str(caught.value)
+
+
+def text(lines):
+    return textwrap.dedent(lines).strip("\n")
+
+
+def test_a_window_that_is_not_there_names_those_that_are(app, window):
+    assert said(NotFoundError, app.window("Rostery").title) == text(
+        """
+        Window (Rostery) not found
+        waited 0.1 s
+        looked for a visible window whose title begins with "Rostery"; these windows exist:
+          "Roastery" (MainWindow)
+        """
+    )
+
+
+def test_a_title_in_another_case_is_pointed_out(app, window):
+    assert 'upper and lower case count: did you mean "Roastery"?' in said(
+        NotFoundError, app.window("roast").title
+    )
+
+
+def test_a_window_with_another_object_name_is_told_with_its_own(app, window):
+    assert said(NotFoundError, app.window(name="showcas").title) == text(
+        """
+        Window (Widget:showcas) not found
+        waited 0.1 s
+        looked for a visible window with the object name "showcas"; these windows exist:
+          "Roastery" (MainWindow)
+        their object names: "showcase" ("Roastery")
+        """
+    )
+
+
+def test_a_popup_and_a_dialog_that_are_not_open_are_called_so(app, window):
+    assert "looked for an open popup, such as a menu; these windows" in said(NotFoundError, app.popup().title)
+    assert "looked for a modal dialog; these windows" in said(NotFoundError, app.modal().title)
+    assert 'looked for a modal dialog whose title begins with "Save"; these' in said(
+        NotFoundError, app.modal("Save").title
+    )
+
+
+def test_windows_that_a_title_does_not_tell_apart_are_listed(app, window, dialog):
+    message = said(AmbiguousWindowError, app.window().title)
+    # Their order is that of the application, and is not always the same.
+    assert sorted(message.splitlines()) == [
+        '  "New order" (OrderDialog, modal)',
+        '  "Roastery" (MainWindow)',
+        "Window () visible,2",
+        'a visible window whose title begins with "" has to be the only one; these match:',
+        "give more of the title, or the object name of the window, which can tell them apart",
+        "waited 0.1 s",
+    ]
+
+
+def test_a_misspelt_widget_gets_the_nearest_names_with_hidden_ones_marked(window):
+    assert said(WidgetNotFoundError, window.widget("brewButtn").activate) == text(
+        """
+        Widget (brewButtn) not found
+        waited 0.1 s in window "Widget:showcase"
+        the nearest names in this window:
+          brewButton (QPushButton)
+          coldBrewButton (QPushButton, hidden)
+          secretButton (QPushButton, hidden)
+          refillButton (QPushButton)
+          ordersButton (QPushButton, hidden)
+        """
+    )
+
+
+def test_a_name_like_no_other_is_told_so(window):
+    message = said(WidgetNotFoundError, window.widget("zzzzzzzzzzzzzzzzzzzzzzzz").activate)
+    assert "no widget in this window has a name like that; it has " in message
+
+
+def test_a_widget_under_another_path_is_told_with_its_own(window):
+    assert said(WidgetNotFoundError, window.widget("roastBox/brewButton").activate) == text(
+        """
+        Widget (roastBox/brewButton) not found
+        waited 0.1 s in window "Widget:showcase"
+        "brewButton" is there, but not under that path:
+          brewButton (QPushButton)
+        """
+    )
+
+
+def test_the_derived_name_of_a_dialog_button_is_suggested(app, window):
+    window.widget("pages/qt_tabwidget_tabbar").select("Dialogs", timeout=10)
+    window.widget("nameBlendButton").activate(timeout=10)
+    blend = app.modal("Name a blend")
+    eventually(blend, timeout=10).is_open()
+    message = said(WidgetNotFoundError, blend.button("Okay").activate)
+    blend.button("Cancel").activate(timeout=10)
+    eventually(blend, timeout=10).is_closed()
+    assert "Widget (Okay_dialog_button) not found" in message
+    assert "  Ok_dialog_button (QPushButton)" in message
+
+
+def test_a_hidden_widget_is_told_with_what_hides_it(window):
+    assert said(NotVisibleError, window.widget("customerEdit").text) == text(
+        """
+        Widget (customerEdit) not visible
+        waited 0.1 s in window "Widget:showcase"
+        it exists, but the user cannot see it:
+          customerEdit (QLineEdit) is hidden, as all in entryPage
+        """
+    )
+
+
+def test_ambiguous_widgets_are_told_with_a_unique_path_for_each(window):
+    window.widget("pages/qt_tabwidget_tabbar").select("Containers", timeout=10)
+    eventually(window.widget("firstRoaster"), timeout=10).is_visible()
+    assert said(AmbiguousError, window.widget("startButton").activate) == text(
+        """
+        Widget (startButton) visible,2
+        waited 0.1 s in window "Widget:showcase"
+        these are visible and match:
+          startButton (QPushButton): firstRoaster/startButton
+          startButton (QPushButton): secondRoaster/startButton
+        """
+    )
+
+
+def test_widgets_that_no_path_tells_apart_are_told_with_their_place(window):
+    message = said(AmbiguousError, window.widget("unnamed").text)
+    assert "unnamed (QToolButton): no path is unique; it is in showcase/mainToolBar" in message
+
+
+def test_a_modal_dialog_in_front_is_named(window, dialog):
+    assert said(WindowBlockedError, window.widget("brewButton").activate) == text(
+        """
+        Window (Widget:showcase) not active modal
+        waited 0.1 s in window "Widget:showcase"
+        the modal dialog "New order" (OrderDialog) is open in front of it: answer it first
+        """
+    )
+
+
+def test_a_popup_in_front_is_named(app, window, dialog):
+    app.timeout, patience = 10, app.timeout
+    dialog.widget("dialogCustomerEdit").enter("Ada")
+    dialog.widget("dialogCustomerEdit").click("right", at=(0.5, 0.5))
+    eventually(app.popup()).is_open()
+    app.timeout = patience
+    message = said(WindowBlockedError, window.title)
+    entry = next(item for item in app.popup().menu("").items() if item.startswith("Select All"))
+    app.popup().menu(entry).activate(timeout=10)
+    eventually(app.popup(), timeout=10).is_closed()
+    assert "Window (Widget:showcase) not active popup" in message
+    assert "is open in front of it: choose from it, or close it, first" in message
+
+
+def test_an_item_that_is_not_there_is_told_with_the_nearest(window):
+    message = said(CommandError, lambda: window.menu("Order/New oder...").activate())
+    assert message.startswith('Exception : Invalid item\nthere is no item "Order/New oder..." among its ')
+    assert 'the nearest: "Order/New order..."' in message
+    assert 'the nearest: "Buttons"' in said(
+        CommandError, lambda: window.widget("pages/qt_tabwidget_tabbar").select("Button")
+    )
+
+
+def test_a_condition_on_a_widget_that_is_not_there_explains_itself_too(window):
+    message = said(ConditionError, lambda: eventually(window.widget("clickCont")).has(text="1"))
+    assert message.startswith(
+        'window(name="showcase").widget("clickCont"): expected text to be \'1\', but after 0.1 s it could not be '
+        "read: Widget (clickCont) not found\n"
+    )
+    assert "  clickCount (QLabel)" in message

@@ -1,0 +1,182 @@
+"""What a page makes of any results and traces: hostile texts, much of everything, nothing at all."""
+
+import json
+
+import pytest
+from PIL import Image
+
+from qtdriver.report import embedding
+from qtdriver.report.page import TestResult, in_script, spoken, write_page
+
+from chromium import DOWN, browser, quiet  # noqa: F401 (fixtures)
+
+HOSTILE = (
+    "</script><script>document.title='taken'</script><!-- \"quotes' & \x00 NUL \x1b[31m <b>bold</b> \ud800"
+)
+
+
+@pytest.fixture
+def made(tmp_path):
+    """Writes a trace with these steps by hand, and answers its folder."""
+
+    def make(steps, name="trace", **more):
+        folder = tmp_path / name
+        folder.mkdir()
+        defaults = dict(
+            reads=False,
+            pid=1,
+            start=0.1,
+            seconds=0.1,
+            error="",
+            exchanges=[],
+            skipped=0,
+            before="",
+            after="",
+            widgets="",
+        )
+        data = dict(
+            format=1,
+            began_at=0,
+            seconds=1.0,
+            notes=[],
+            trees={},
+            steps=[{**defaults, **step} for step in steps],
+        )
+        (folder / "trace.json").write_text(json.dumps({**data, **more}))
+        return folder
+
+    return make
+
+
+def test_hostile_texts_are_shown_and_do_nothing(browser, made, tmp_path):
+    exchange = dict(
+        request=HOSTILE, asks=HOSTILE, reply=HOSTILE, answers="", start=0.1, seconds=0.1, error=""
+    )
+    step = dict(title=HOSTILE, error=HOSTILE, exchanges=[exchange], widgets="a")
+    trace = made([step], trees={"a": f"window {HOSTILE}\n  {HOSTILE}"}, notes=[HOSTILE])
+    result = TestResult(
+        f"{HOSTILE}::{HOSTILE}",
+        "failed",
+        1.0,
+        HOSTILE,
+        trace,
+        tmp_path / HOSTILE.replace("\0", "").replace("\ud800", "\udcff"),
+    )
+    write_page([result], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    readable = (
+        "</script><script>document.title='taken'</script><!-- \"quotes' & \u2400 NUL \u241b[31m <b>bold</b>"
+    )
+    assert browser.run("return document.title") == "1 failed - test report"
+    for selector in (
+        "h2",
+        ".message",
+        ".steps .title",
+        ".step-title",
+        ".step-error",
+        ".requests summary",
+        ".notes",
+    ):
+        assert readable in browser.text(selector), selector
+    browser.click(".tabs button", "Widgets")
+    assert readable in browser.text(".tree .window > summary")
+    assert browser.run("return document.querySelectorAll('b').length") == 0
+    assert readable in browser.text("#tests .name")
+
+
+def test_left_out_exchanges_are_counted(browser, made, tmp_path):
+    exchanges = [
+        dict(
+            request=f"{n}",
+            asks=f"ask {n}",
+            reply="5,Widget () not found",
+            answers="",
+            start=0.1,
+            seconds=0.1,
+            error="",
+        )
+        for n in range(10)
+    ]
+    trace = made([dict(title="waits", exchanges=exchanges, skipped=37)])
+    write_page([TestResult("a::b", "passed", 1.0, "", trace, None)], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    rows = browser.texts(".requests tbody tr")
+    assert len(rows) == 11 and rows[5] == "37 more like these were left out"
+    assert "Requests 47" in browser.texts(".tabs button")
+
+
+def test_pictures_beyond_the_room_of_a_page_are_named_instead(browser, made, tmp_path, monkeypatch):
+    traces = []
+    for name, colour in (("one", "red"), ("two", "blue")):
+        traces.append(made([dict(title="acts", after=f"{colour}.png")], name))
+        Image.new("RGB", (50, 50), colour).save(traces[-1] / f"{colour}.png")
+    monkeypatch.setattr(embedding.Embedding.__init__, "__defaults__", (200,))
+    results = [TestResult(f"a::{trace.name}", "failed", 1.0, "", trace, None) for trace in traces]
+    write_page(results, tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    assert len(browser.shown_pictures()) == 1
+    browser.click("#tests li", "two")
+    assert browser.text(".nothing") == "This screenshot had no room in the page. It is two/blue.png."
+
+
+def test_a_large_picture_is_embedded_smaller(made, tmp_path):
+    trace = made([dict(title="acts", after="large.png")])
+    Image.effect_noise((2000, 1500), 90).convert("RGB").save(trace / "large.png")
+    write_page([TestResult("a::b", "failed", 1.0, "", trace, None)], tmp_path / "page.html")
+    assert (tmp_path / "page.html").stat().st_size < (trace / "large.png").stat().st_size / 3
+
+
+@pytest.mark.parametrize("text", ["", "{", "[]", '{"steps": 5}', '{"steps": [{"before": "../../x.png"}]}'])
+def test_a_trace_that_cannot_be_read_is_noted(browser, tmp_path, text):
+    (tmp_path / "trace").mkdir()
+    (tmp_path / "trace" / "trace.json").write_text(text)
+    write_page([TestResult("a::b", "failed", 1.0, "why", tmp_path / "trace", None)], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    assert browser.text(".notes").startswith("the trace could not be read: ")
+    assert browser.text(".message") == "why"
+
+
+def test_five_hundred_tests_open_at_once_and_share_their_pictures(browser, made, tmp_path):
+    Image.effect_noise((600, 400), 50).convert("RGB").save(tmp_path / "noise.webp", quality=80)
+    results = []
+    for number in range(500):
+        steps = [dict(title=f"step {n}", start=n / 10, after="noise.webp") for n in range(20)]
+        trace = made(steps, f"t{number}")
+        (trace / "noise.webp").write_bytes((tmp_path / "noise.webp").read_bytes())
+        results.append(TestResult(f"f.py::test_{number}", "passed", 0.1, "", trace, None))
+    write_page(results, tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    assert browser.run("return performance.timing.domComplete - performance.timing.responseStart") < 5000
+    assert (tmp_path / "page.html").stat().st_size < 4_000_000
+    assert browser.run("return document.querySelectorAll('#tests li').length") == 500
+    assert browser.run("return document.images.length") == 1
+    browser.run("document.querySelector('#tests').focus()")
+    browser.press(DOWN)
+    assert browser.text("h2") == "test_1" and len(browser.texts(".steps li")) == 20
+
+
+def test_a_run_without_tests_has_a_page(browser, tmp_path):
+    write_page([], tmp_path / "deep" / "page.html")
+    browser.open(tmp_path / "deep" / "page.html")
+    assert browser.text(".summary .total") == "0 tests"
+    assert browser.text("#detail") == "There was no test."
+
+
+def test_data_in_a_script_element_cannot_end_it():
+    assert json.loads(in_script({"text": HOSTILE})) == {"text": HOSTILE}
+    assert not set(in_script({"text": HOSTILE})) & set("<>&")
+
+
+@pytest.mark.parametrize(
+    "seconds, text",
+    [
+        (0, "0 ms"),
+        (0.9994, "999 ms"),
+        (0.9996, "1.0 s"),
+        (59.94, "59.9 s"),
+        (59.96, "1 min 0 s"),
+        (3725, "62 min 5 s"),
+    ],
+)
+def test_durations_are_spoken(seconds, text):
+    assert spoken(seconds) == text

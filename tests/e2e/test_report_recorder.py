@@ -1,0 +1,263 @@
+"""What a Recorder writes of tests of the showcase, and that tests do not notice it."""
+
+import json
+import os
+import signal
+
+import pytest
+from PIL import Image
+
+from qtdriver import ApplicationEndedError, ApplicationHangsError, WidgetNotFoundError, eventually
+from qtdriver.report import recorder as module
+from qtdriver.report.album import Album
+from qtdriver.report.recorder import Recorder
+
+from showcase import running
+
+
+@pytest.fixture
+def recorded(tmp_path):
+    """Runs a test of the showcase with a Recorder, and answers what that has written."""
+
+    def run(test, *, keep=True, prepare=lambda app: None, **options):
+        folder = tmp_path / "traces" / "one"
+        with running(timeout=options.pop("timeout", 10), request_timeout=3) as (driver, app):
+            prepare(app)
+            recorder = Recorder(folder, **options)
+            driver.listeners.append(recorder)
+            test(app)
+            recorder.close(keep)
+        return json.loads((folder / "trace.json").read_text()) if keep else folder
+
+    return run
+
+
+def order(app):
+    window = app.window(name="showcase")
+    window.widget("brewButton").activate()
+    eventually(window.widget("clickCount")).has(text="1")
+    window.widget("milkCheck").check()
+
+
+def picture(tmp_path, name):
+    return Image.open(tmp_path / "traces" / "one" / name)
+
+
+def test_the_steps_are_there_in_order_with_their_times(recorded):
+    trace = recorded(order)
+    assert [(step["title"], step["reads"]) for step in trace["steps"]] == [
+        ('window(name="showcase").widget("brewButton").activate()', False),
+        ("""eventually(window(name="showcase").widget("clickCount")): text to be '1'""", True),
+        ('window(name="showcase").widget("milkCheck").activate(True)', False),
+    ]
+    times = [time for step in trace["steps"] for time in (step["start"], step["start"] + step["seconds"])]
+    assert times == sorted(times) and 0 < times[0] and times[-1] < trace["seconds"]
+    assert trace["notes"] == []
+
+
+def test_requests_and_replies_are_told_as_sent_and_in_words(recorded):
+    steps = recorded(order)["steps"]
+    (pressed,), (checked,) = steps[0]["exchanges"], steps[2]["exchanges"]
+    assert (pressed["request"], pressed["reply"]) == ("5,Widget:showcase,brewButton,,,", "0,QPushButton")
+    assert checked["asks"] == "activateWidget  Widget:showcase  milkCheck  b:true"
+    assert checked["answers"] == "QCheckBox"
+    assert steps[1]["exchanges"][-1]["answers"] == "1"
+    assert 0 < pressed["seconds"] <= steps[0]["seconds"]
+
+
+def test_acting_steps_have_a_picture_before_and_after_and_reading_steps_one_after(recorded, tmp_path):
+    press, read, check = recorded(order)["steps"]
+    assert press["before"] and press["after"] and not read["before"] and read["after"]
+    before, after = (picture(tmp_path, check[moment]) for moment in ("before", "after"))
+    assert before.size == after.size
+    assert check["before"] != check["after"] and before.convert("RGB") != after.convert("RGB")
+
+
+def test_a_picture_without_a_change_is_stored_once(recorded, tmp_path, monkeypatch):
+    monkeypatch.setattr(module, "grab_screen", lambda display: Image.radial_gradient("L").convert("RGB"))
+
+    def read_twice(app):
+        label = app.window(name="showcase").widget("clickCount")
+        label.text(), label.text()
+
+    one, other = recorded(read_twice)["steps"]
+    assert one["after"] == other["after"] != ""
+    assert [file.suffix for file in sorted((tmp_path / "traces" / "one").iterdir())].count(".webp") == 1
+
+
+def test_the_widgets_follow_acting_steps(recorded):
+    trace = recorded(order)
+    press, read, check = trace["steps"]
+    assert not read["widgets"]
+    lines = trace["trees"][press["widgets"]].split("\n")
+    assert lines[:2] == ['window "Roastery"', '  MainWindow "showcase"']
+    assert any(line.endswith('QPushButton "brewButton"') for line in lines)
+    assert any(line.endswith(" hidden") for line in lines)
+    assert press["widgets"] == check["widgets"]
+
+
+def test_a_menu_and_a_dialog_are_among_the_windows(recorded):
+    def open_order(app):
+        app.window(name="showcase").menu("Order/New order...").activate()
+        app.modal("New order").move(20, 20)
+
+    trace = recorded(open_order)
+    tree = trace["trees"][trace["steps"][-1]["widgets"]]
+    assert 'window "Roastery"' in tree and 'window "New order" modal\n  OrderDialog' in tree
+    assert "cannot be listed" not in tree
+
+
+def test_the_widgets_of_an_open_popup_are_told(recorded):
+    def open_list(app):
+        box = app.window(name="showcase").widget("hopperCombo", as_class="QWidget")
+        box.click(at=(0.5, 0.5))
+        app.popup().tree()
+        app.popup().move(5, 5)
+
+    trace = recorded(open_list)
+    tree = trace["trees"][trace["steps"][-1]["widgets"]]
+    assert 'window ""\n  QComboBoxPrivateContainer' in tree
+    assert "cannot be listed" not in tree
+
+
+def test_a_failed_step_has_its_error_and_the_widgets_that_were_there(recorded):
+    def fail(app):
+        with pytest.raises(WidgetNotFoundError):
+            app.window(name="showcase").widget("milkCheque").read("checked", timeout=0)
+
+    trace = recorded(fail)
+    (step,) = trace["steps"]
+    assert step["error"].startswith("Widget (milkCheque) not found")
+    assert '"milkCheck"' in trace["trees"][step["widgets"]] and step["after"]
+
+
+def test_a_test_that_fails_after_reading_has_the_widgets_of_its_end(recorded):
+    trace = recorded(lambda app: app.window(name="showcase").widget("clickCount").text())
+    (step,) = trace["steps"]
+    assert '"clickCount"' in trace["trees"][step["widgets"]]
+
+
+def test_a_dead_application_is_asked_nothing_more(recorded):
+    def die(app):
+        os.kill(app.pid, signal.SIGKILL)
+        with pytest.raises(ApplicationEndedError):
+            app.window(name="showcase").widget("brewButton").activate()
+
+    trace = recorded(die)
+    (step,) = trace["steps"]
+    assert "the application ended" in step["error"] and step["widgets"] == "" and step["after"]
+    assert step["exchanges"][-1]["reply"] is None and step["exchanges"][-1]["error"]
+    assert trace["notes"] == []
+
+
+def test_an_application_that_stops_answering_between_steps_costs_a_moment_and_keeps_its_message(recorded):
+    """The recorder meets the silence first; the test gets the message that it would get without it."""
+    stopped = []
+
+    def stop_after_the_step(app):
+        window = app.window(name="showcase")
+        pressed = app.connection.activate_widget
+
+        def press_and_stop(*arguments, **options):
+            answer = pressed(*arguments, **options)
+            os.kill(app.pid, signal.SIGSTOP)
+            stopped.append(app.pid)
+            return answer
+
+        app.connection.activate_widget = press_and_stop
+        window.widget("brewButton").activate()
+        with pytest.raises(ApplicationHangsError, match="no reply to '7,Widget:showcase,clickCount,,text,'"):
+            window.widget("clickCount").text()
+
+    trace = recorded(stop_after_the_step)
+    assert stopped and [step["widgets"] for step in trace["steps"]] == ["", ""]
+
+
+def test_the_transcript_has_what_the_test_asked_and_nothing_else(recorded):
+    seen = {}
+
+    def read_the_transcript(app):
+        before = len(app.connection.transcript.exchanges())
+        order(app)
+        seen["requests"] = [one.request for one in app.connection.transcript.exchanges()[before:]]
+        seen["timeout"] = app.connection.timeout
+
+    trace = recorded(read_the_transcript)
+    in_steps = [one["request"] for step in trace["steps"] for one in step["exchanges"]]
+    assert seen["requests"] == in_steps and not any(one.startswith("2,") for one in in_steps)
+    assert seen["timeout"] == 3
+
+
+def test_nothing_is_left_of_a_test_that_is_not_kept(recorded):
+    folder = recorded(order, keep=False)
+    assert not folder.exists() and not folder.parent.exists()
+
+
+def test_without_screenshots_the_rest_is_recorded(recorded, tmp_path):
+    trace = recorded(order, screenshots=False)
+    assert [step["before"] + step["after"] for step in trace["steps"]] == ["", "", ""]
+    assert trace["steps"][0]["widgets"] and trace["notes"] == []
+    assert [file.name for file in (tmp_path / "traces" / "one").iterdir()] == ["trace.json"]
+
+
+def test_an_error_of_the_recorder_is_a_note_and_no_failure_of_the_test(recorded, monkeypatch):
+    def broken(display):
+        raise RuntimeError("the screen is on fire")
+
+    monkeypatch.setattr(module, "grab_screen", broken)
+    trace = recorded(order)
+    assert len(trace["steps"]) == 3
+    assert trace["notes"] == [
+        "no picture before a step: the screen is on fire",
+        "no picture after a step: the screen is on fire",
+    ]
+
+
+def test_a_display_that_is_not_there_is_noted_once(recorded):
+    trace = recorded(order, prepare=lambda app: setattr(app, "display", ":4711"))
+    (note,) = trace["notes"]
+    assert note.startswith("no picture before a step: no picture of the display :4711")
+
+
+def test_an_application_that_lists_slowly_is_asked_twice_and_then_no_more(recorded, monkeypatch):
+    from qtdriver.report import widgets
+
+    monkeypatch.setattr(widgets, "SLOW_SECONDS", 0.0)
+    trace = recorded(order)
+    assert [bool(step["widgets"]) for step in trace["steps"]] == [True, False, False]
+    (note,) = trace["notes"]
+    assert "are no longer recorded" in note
+
+
+def test_a_trace_ends_with_its_recorder(recorded):
+    def go_on(app):
+        app.window(name="showcase").title()
+        app.listeners[0].close(True)
+        app.window(name="showcase").widget("brewButton").activate()
+
+    assert len(recorded(go_on)["steps"]) == 1
+
+
+def noise(seed, size=(64, 64)):
+    return Image.effect_noise(size, 100 + seed).convert("RGB")
+
+
+def test_an_album_drops_its_oldest_pictures_beyond_the_limit(tmp_path):
+    album = Album(kept_bytes=60_000)
+    pictures = [album.add(noise(seed), "screen") for seed in range(40)]
+    kept = album.save(tmp_path, pictures)
+    assert 0 < album.dropped < 40 and len(kept) == 40 - album.dropped
+    assert list(kept) == pictures[album.dropped :]
+
+
+def test_pictures_come_back_as_they_were_without_their_common_border(tmp_path):
+    one, other = (Image.new("RGB", (200, 150), "navy") for _ in range(2))
+    one.paste("red", (50, 60, 70, 80))
+    other.paste("white", (100, 40, 120, 100))
+    album = Album()
+    pictures = [album.add(image, "screen") for image in (one, other, one)]
+    names = album.save(tmp_path, pictures)
+    assert names[pictures[0]] == names[pictures[2]] != names[pictures[1]]
+    for image, shown in ((one, pictures[0]), (other, pictures[1])):
+        saved = Image.open(tmp_path / names[shown]).convert("RGB")
+        assert list(saved.getdata()) == list(image.crop((38, 28, 132, 112)).getdata())

@@ -1,0 +1,59 @@
+"""Waiting until a deadline."""
+
+import time
+
+import pytest
+
+from qtdriver import ConditionError, eventually
+from qtdriver.waiting import Deadline, attempts, retry
+
+
+def test_the_first_attempt_is_made_at_once_also_without_any_time():
+    assert len(list(attempts(Deadline(0)))) == 1
+    assert retry(lambda: 5, (ValueError,), Deadline(0)) == 5
+
+
+def test_pauses_begin_short_and_grow(monkeypatch):
+    now, pauses = [0.0], []
+
+    def sleep(seconds):
+        pauses.append(seconds)
+        now[0] += seconds
+
+    monkeypatch.setattr(time, "monotonic", lambda: now[0])
+    monkeypatch.setattr(time, "sleep", sleep)
+    count = len(list(attempts(Deadline(5))))
+    assert pauses[0] < 0.01 and max(pauses) <= 0.1
+    assert all(later >= earlier for earlier, later in zip(pauses, pauses[1:-1]))
+    assert sum(pauses) == pytest.approx(5) and count == len(pauses) + 1
+
+
+def test_the_last_error_is_raised_when_the_time_is_over():
+    tries = []
+
+    def fail():
+        tries.append(len(tries))
+        raise ValueError(len(tries))
+
+    with pytest.raises(ValueError) as caught:
+        retry(fail, (ValueError,), Deadline(0.05))
+    assert caught.value.args == (len(tries),) and len(tries) > 2
+
+
+def test_another_error_is_not_tried_again():
+    tries = []
+
+    def fail():
+        tries.append(1)
+        raise KeyError
+
+    with pytest.raises(KeyError):
+        retry(fail, (ValueError,), Deadline(60))
+    assert len(tries) == 1
+
+
+def test_a_function_that_stays_false_is_told_with_its_last_value():
+    with pytest.raises(ConditionError, match=r"^expected 4, but after 0.05 s it was 3$"):
+        eventually(lambda: 3, timeout=0.05).equals(4)
+    with pytest.raises(ConditionError, match="expected bool of it to be true, but after 0.05 s it was False"):
+        eventually(lambda: False, timeout=0.05).is_true()
