@@ -244,11 +244,6 @@ def play(build: Path, scenario: str, seed: int, commands: int, server: socket.so
             for reply in replies:
                 session.player.take(reply)
             result.codes.update(reply.code for reply in replies)
-            DEBUG.update(
-                (r.split(",")[0] + " " + reply.raw[:60])
-                for r, reply in zip(requests, replies)
-                if not reply.ok
-            )
         session.close()
     except Ended:
         result.ended_early = True

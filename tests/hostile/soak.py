@@ -66,9 +66,6 @@ def main() -> int:
         + ", ".join(f"{name} {count}" for name, count in deeds.most_common())
     )
     print(f"soak: seed {seed}: {len(findings)} findings {findings}")
-    import session as x
-
-    print(x.DEBUG.most_common(50))
     return 1 if findings else 0
 
 

@@ -89,12 +89,9 @@ QVariant HostileModel::data(const QModelIndex& index, int role) const
     const Row* row = rowOf(index);
     const int column = index.column();
     const QString text = row->texts[column];
-    const int checkState = row->checkState;
-    if (role == Qt::DisplayRole && isAskedFromOutside && isAskedFromOutside() && chance.oneIn(40))
-        const_cast<HostileModel*>(this)->change();
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return column == 2 && levels == 1 && text.size() % 2 ? QVariant(text.size()) : QVariant(text);
-    return role == Qt::CheckStateRole && column == 0 ? QVariant(checkState) : QVariant();
+    return role == Qt::CheckStateRole && column == 0 ? QVariant(row->checkState) : QVariant();
 }
 
 bool HostileModel::setData(const QModelIndex& index, const QVariant& value, int role)

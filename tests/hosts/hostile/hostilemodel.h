@@ -30,8 +30,6 @@ public:
 
     // One random change: rows go, come or move, texts and flags change, everything is thrown away.
     void change();
-    // What a model that loads lazily does when it is asked by nobody that relies on its indexes: changes while it is read.
-    void changeWhenRead(bool (*askedFromOutside)()) { isAskedFromOutside = askedFromOutside; }
 
 private:
     struct Row
@@ -57,5 +55,4 @@ private:
     int levels;
     int named = 0;
     std::unique_ptr<Row> root;
-    bool (*isAskedFromOutside)() = nullptr;
 };

@@ -32,8 +32,6 @@ public:
     static bool isFirstHandInput();
     // Whether a deferred deletion is under way.
     static bool isDestroying() { return destructions > 0; }
-    // Whether the agent's reading of its socket calls the application directly.
-    static bool isCalledByAgent() { return inner == QEvent::SockAct; }
 
 private:
     static QEvent::Type inner;
