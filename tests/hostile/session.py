@@ -12,7 +12,7 @@ import tempfile
 import time
 from dataclasses import dataclass, field
 from pathlib import Path
-from typing import IO, Counter, Deque, List, Optional, Tuple
+from typing import IO, Counter, Deque, List, Optional
 
 from qtdriver.errors import ProtocolError
 from qtdriver.greeting import Greeting
@@ -65,7 +65,7 @@ class Session:
     """A running host and the connection of its agent."""
 
     def __init__(self, build: Path, scenario: str, seed: int, server: socket.socket) -> None:
-        self._requests: Deque[Tuple[str, str]] = collections.deque(maxlen=REMEMBERED)
+        self._dialogue: Deque[List[str]] = collections.deque(maxlen=REMEMBERED)
         self._told = f"scenario {scenario}, session seed {seed}"
         self._previous = ""
         self._folder = tempfile.TemporaryDirectory(prefix="qtdriver-hostile-")
@@ -98,9 +98,9 @@ class Session:
             self._lines = LineSocket(self._socket)
             greeting = self._lines.read_line(time.monotonic() + DEADLINE)
         except socket.timeout:
-            raise self._finding(f"the agent did not connect within {DEADLINE:g} seconds") from None
+            raise self.finding(f"the agent did not connect within {DEADLINE:g} seconds") from None
         if greeting is None:
-            raise self._finding("the agent closed the connection before its greeting")
+            raise self.finding("the agent closed the connection before its greeting")
         Greeting.parse(greeting)
 
     def ask(self, request: str) -> Reply:
@@ -110,31 +110,31 @@ class Session:
     def ask_together(self, requests: List[str]) -> List[Reply]:
         """Sends requests in one piece and returns their replies. Raises Ended or a Finding."""
         self._must_be_silent()
-        for request in requests:
-            self._requests.append((request, "no reply"))
+        dialogue = [[request, "no reply"] for request in requests]
+        self._dialogue.extend(dialogue)
         deadline = time.monotonic() + DEADLINE * len(requests)
         try:
             self._lines.send(b"".join(map(encode_line, requests)), deadline)
-            return [self._read(request, deadline) for request in requests]
+            return [self._read(entry, deadline) for entry in dialogue]
         except socket.timeout:
-            raise self._finding("a request was not answered in time") from None
+            raise self.finding("a request was not answered in time") from None
         except ConnectionError:
             raise Ended from None
 
-    def _read(self, request: str, deadline: float) -> Reply:
+    def _read(self, entry: List[str], deadline: float) -> Reply:
         line = self._lines.read_line(deadline)
         if line is None:
             raise Ended
-        if not line and self._requests and self._previous.endswith(MESSAGE_WITH_LINE_END):
+        if not line and self._previous.endswith(MESSAGE_WITH_LINE_END):
             line = self._lines.read_line(deadline)
             if line is None:
                 raise Ended
         self._previous = line
-        self._requests[[one for one, _ in self._requests].index(request)] = (request, line[:300])
+        entry[1] = line[:300]
         try:
             return Reply.parse(line)
         except ProtocolError as error:
-            raise self._finding(f"{error}") from None
+            raise self.finding(f"{error}") from None
 
     def _must_be_silent(self) -> None:
         """Nothing may come without a request; the end of the connection may."""
@@ -143,7 +143,7 @@ class Session:
         if self._previous.endswith(MESSAGE_WITH_LINE_END):
             return
         if self._lines.has_more or more:
-            raise self._finding("the agent has sent more than one reply")
+            raise self.finding("the agent has sent more than one reply")
 
     def close(self) -> None:
         """Ends the application. Raises a Finding when it does not end in order."""
@@ -155,11 +155,11 @@ class Session:
         try:
             status = self._process.wait(DEADLINE)
         except subprocess.TimeoutExpired:
-            raise self._finding(f"the application did not end within {DEADLINE:g} seconds") from None
+            raise self.finding(f"the application did not end within {DEADLINE:g} seconds") from None
         finally:
             self._socket.close()
         if status != 0 or any(mark in self._report() for mark in SANITIZER_MARKS):
-            raise self._finding(f"the application ended with status {status}")
+            raise self.finding(f"the application ended with status {status}")
 
     def kill(self) -> None:
         """Makes sure that nothing is left."""
@@ -177,7 +177,7 @@ class Session:
     def _report(self) -> str:
         return _text(self._errors)
 
-    def _finding(self, what: str) -> Finding:
+    def finding(self, what: str) -> Finding:
         """Everything to know about a finding; the application is ended to get at its last words."""
         if self._process.poll() is None:
             time.sleep(0.5)  # a sanitizer takes its time to write
@@ -187,7 +187,7 @@ class Session:
             stack = _stack_of_core(self._program, Path(self._folder.name))
         status = self._process.wait()
         lines = [f"{what} ({self._told}; status {status})", "last requests:"]
-        lines += [f"  > {request!r}\n  < {reply!r}" for request, reply in self._requests]
+        lines += [f"  > {request!r}\n  < {reply!r}" for request, reply in self._dialogue]
         lines += ["last deeds:", *(f"  {deed[5:]}" for deed in self.deeds()[-REMEMBERED:]), stack]
         return Finding("\n".join([*lines, self._report()[-12000:]]))
 
@@ -248,6 +248,8 @@ def play(build: Path, scenario: str, seed: int, commands: int, server: socket.so
     except Ended:
         result.ended_early = True
         session.wait()
+    except ProtocolError as error:
+        raise session.finding(str(error)) from None
     finally:
         result.deeds.update(deed.split()[1] for deed in session.deeds())
         session.kill()
