@@ -50,7 +50,7 @@ def server():
 @pytest.fixture
 def build(tmp_path, monkeypatch):
     """Makes a build folder whose host has the fault."""
-    monkeypatch.setattr(session, "DEADLINE", 3.0)
+    monkeypatch.setattr(session, "patience", lambda: 3.0)
 
     def make(fault):
         program = tmp_path / "bin" / "hostilehost"
