@@ -51,7 +51,7 @@ const Deed deeds[] = {
     {Kind::Mild, 20, "destroyLater", destroyLater},
     {Kind::Mild, 10, "removePostedEvents", removePostedEvents},
     {Kind::Mild, 20, "postInputOfItsOwn", postInputOfItsOwn},
-    {Kind::Mild, 2, "closeAllWindows", closeAllWindows},
+    {Kind::Structural, 2, "closeAllWindows", closeAllWindows},
     {Kind::Mild, 8, "beBusy", beBusy},
     {Kind::Mild, 1, "beBusyForLong", beBusyForLong},
     {Kind::Mild, 2, "quit", quit},
@@ -108,7 +108,7 @@ void perform(Stage& stage, QObject* sender, Place place, const Deed& deed)
 void doHarm(Stage& stage, QObject* sender, Place place)
 {
     const Deed& deed = randomDeed(stage.chance);
-    if (!stage.chance.oneIn(3))
+    if (place != Place::Busy && !stage.chance.oneIn(3))
         return perform(stage, sender, place, deed);
     // A moment later, when nobody thinks of it.
     Later::run(stage.chance.below(6), [&stage, subject = Subject(sender), &deed] {

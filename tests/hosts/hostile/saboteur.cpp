@@ -52,8 +52,8 @@ const SignalRow signalRows[] = {
     {"QAbstractItemView", SIGNAL(activated(QModelIndex)), Place::Fragile},
     {"QTreeView", SIGNAL(expanded(QModelIndex)), Place::Fragile},
     {"QTreeView", SIGNAL(collapsed(QModelIndex)), Place::Fragile},
-    {"QItemSelectionModel", SIGNAL(currentChanged(QModelIndex, QModelIndex)), Place::Fragile},
-    {"QItemSelectionModel", SIGNAL(selectionChanged(QItemSelection, QItemSelection)), Place::Fragile},
+    {"QItemSelectionModel", SIGNAL(currentChanged(QModelIndex, QModelIndex)), Place::Busy},
+    {"QItemSelectionModel", SIGNAL(selectionChanged(QItemSelection, QItemSelection)), Place::Busy},
     {"QAbstractItemModel", SIGNAL(dataChanged(QModelIndex, QModelIndex)), Place::Fragile},
     {"QMenu", SIGNAL(aboutToShow()), Place::Fragile},
     {"QMenu", SIGNAL(aboutToHide()), Place::Fragile},
@@ -65,6 +65,11 @@ const SignalRow signalRows[] = {
     {"QDialog", SIGNAL(finished(int)), Place::Fragile},
     {"QFileDialog", SIGNAL(currentChanged(QString)), Place::Fragile},
 };
+
+Place placeOf(const SignalRow& row)
+{
+    return row.place == Place::Guarded && !WatchfulApplication::isFirstHandInput() ? Place::Fragile : row.place;
+}
 
 // How seldom a signal, an input event and another event is answered by something hostile: once in so many.
 const int signalRarity = 4;
@@ -132,7 +137,7 @@ void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
             continue;
         stage.host.onSignal(sender, row.signal, [&stage, sender, row] {
             if (!stage.isQuiet() && !WatchfulApplication::isDestroying() && stage.chance.oneIn(signalRarity))
-                doHarm(stage, sender, WatchfulApplication::isFirstHandInput() ? row.place : Place::Fragile);
+                doHarm(stage, sender, placeOf(row));
         });
     }
 }

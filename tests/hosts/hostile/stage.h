@@ -26,6 +26,7 @@ enum class Place {
     Guarded, // Qt has looked after itself: whatever is destroyed here, a user's input would not crash the application
     Fragile, // Qt goes on with its widget afterwards
     Delicate, // the same, and an event loop is more than Qt stands, as it goes through a list of widgets
+    Busy, // Qt goes on with references to what it is just changing: nothing at all can be done, but a moment later
 };
 
 // The windows of the hostile application: builds them, mends them after what the saboteur has done to them, so that there
