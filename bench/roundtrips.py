@@ -1,60 +1,100 @@
-#!/usr/bin/env python3
-"""Measures round trips to an application beside an echo in the same application: roundtrips.py BUILD
+"""Round trips to an application, beside an echo and beside Qt's own calls for the same thing in that application."""
 
-Prints a Markdown table and writes BUILD/bench.json. Times are medians of 500 in microseconds, taken in turns with
-the echo, so that both see the same machine.
-"""
-
-import json
+import itertools
 import statistics
 import subprocess
-import sys
 from pathlib import Path
+from typing import Any, Dict, List
 
+from rows import TRIPS_OF_COMMANDS, Trip
 from wire import Line, listen
 
-ROUNDS = 500
-WARM_UP = 50
-REQUESTS = [
-    ("read a property by name (7)", "7,Bench,button77,,text,"),
-    ("read a property by path (7)", "7,Bench,window/button77,,text,"),
-    ("check a window (8)", "8,Bench"),
-    ("list the windows (1)", "1"),
-    ("list the tree of 101 widgets (2)", "2,Bench"),
-    ("locate a widget (4)", "4,Bench,button77"),
-    ("move the mouse onto a widget (9)", "9,Bench,window,,733a3a3a3a3a,"),
-]
+# Events that were only posted are handled before the reply to this.
+SETTLING = b"8,Bench"
 
 
-def measure(agent, echo, request):
-    """The medians of a request and of the echo."""
-    data = request.encode() + b"\n"
-    for _ in range(WARM_UP):
-        agent.microseconds(data)
-        echo.microseconds(data)
-    pairs = [(agent.microseconds(data), echo.microseconds(data)) for _ in range(ROUNDS)]
-    return [statistics.median(times) for times in zip(*pairs)]
+def times(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]:
+    """Medians in microseconds of the request, the echo of it, and Qt's calls for it, taken in turns."""
+    taken: Dict[str, List[float]] = {"ours": [], "echo": [], "qt": []}
+    requests = itertools.cycle(request.encode() for request in trip.requests)
+    for number in range(rounds + rounds // 10):
+        request = next(requests)
+        lines = {
+            "ours": (agent, request),
+            "echo": (floor, request),
+            "qt": (floor, b"qt " + trip.command.encode()),
+        }
+        for side, (line, text) in lines.items():
+            microseconds = line.microseconds(text)
+            agent.ask(SETTLING)
+            if number >= rounds // 10:
+                taken[side].append(microseconds)
+    return {side: statistics.median(values) for side, values in taken.items()}
 
 
-def main(build):
-    agents, echoes = listen(4242), listen(0)
-    command = [build / "bin" / "benchhost", build / "lib" / "libqtdriver.so", str(echoes.getsockname()[1])]
-    host = subprocess.Popen(command)
+def memory(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]:
+    """What one request does with the heap: calls for memory, bytes at its peak, bytes that stay."""
+    requests = [request.encode() for request in trip.requests]
+    for request in requests:
+        agent.ask(request)
+    floor.ask(b"heap reset")
+    agent.ask(requests[-1])
+    before = [int(value) for value in floor.ask(b"heap").split()]
+    for number in range(rounds):
+        agent.ask(requests[number % len(requests)])
+    after = [int(value) for value in floor.ask(b"heap").split()]
+    return {
+        "allocations": (after[0] - before[0]) / rounds,
+        "retained_bytes": (after[1] - before[1]) / rounds,
+        "peak_bytes": after[2] - min(before[1], 0),
+    }
+
+
+def click_until_seen(agent: Line, rounds: int) -> float:
+    """The median of a click and a read of what it changed."""
+    taken = []
+    for number in range(rounds):
+        name = b"button%d" % (10 + number % 2)
+        read = b"7,Bench," + name + b",,checked,"
+        before = agent.ask(read)
+        microseconds = agent.microseconds(b"5,Bench," + name + b",,,")
+        for _ in range(100):
+            microseconds += agent.microseconds(read)
+            if agent.ask(read) != before:
+                break
+        assert agent.ask(read) != before, "the click had no effect"
+        taken.append(microseconds)
+    return statistics.median(taken)
+
+
+def measure(build: Path, quick: bool) -> List[Dict[str, Any]]:
+    """One result for each command, and one for a click with its effect."""
+    agents, floors = listen(4242), listen(0)
+    command = [build / "bin" / "benchhost", build / "lib" / "libqtdriver.so", str(floors.getsockname()[1])]
+    host = subprocess.Popen([str(part) for part in command])
+    rounds = 20 if quick else 400
     try:
-        echo, agent = Line(echoes), Line(agents)
+        floor, agent = Line(floors), Line(agents)
         assert agent.read().startswith(b"+client+")
-        print(f"| {build.name}: request | median µs | echo µs | ratio |")
-        print("| --- | ---: | ---: | ---: |")
-        rows = []
-        for name, request in REQUESTS:
-            ours, floor = measure(agent, echo, request)
-            rows.append({"request": name, "microseconds": ours, "echo": floor, "ratio": ours / floor})
-            print(f"| {name} | {ours:.1f} | {floor:.1f} | {ours / floor:.2f} |", flush=True)
-        (build / "bench.json").write_text(json.dumps(rows, indent=2) + "\n")
+        results = []
+        for trip in TRIPS_OF_COMMANDS:
+            figures = times(agent, floor, trip, rounds)
+            results.append(
+                {
+                    "name": f"command_{trip.command}",
+                    "what": f"{trip.what} ({trip.command})",
+                    "unit": "µs",
+                    "ours": figures["ours"],
+                    "floor": figures["echo"],
+                    "qt": figures["qt"],
+                    "memory": memory(agent, floor, trip, rounds),
+                }
+            )
+        clicks = {"name": "click_read", "what": "a click, and a read of what it changed", "unit": "µs"}
+        qt_click = next(result["qt"] for result in results if result["name"] == "command_5")
+        echo = next(result["floor"] for result in results if result["name"] == "command_7")
+        results.append({**clicks, "ours": click_until_seen(agent, rounds), "floor": qt_click + echo})
+        return results
     finally:
         host.kill()
         host.wait()
-
-
-if __name__ == "__main__":
-    main(Path(sys.argv[1]))

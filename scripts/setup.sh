@@ -14,6 +14,8 @@ packages=(
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
     # an application that nobody here wrote
     speedcrunch
+    # fuzzing
+    clang libclang-rt-dev
 )
 
 missing=()

@@ -38,8 +38,8 @@ for major in "${majors[@]}"; do
     ctest --test-dir "$build" --parallel "$jobs" --output-on-failure --no-tests=error || true
     logs+=("$build/Testing/Temporary/LastTest.log")
 done
-echo "test: checking the sources"
+echo "test: checking the sources, and fuzzing for a minute"
 mkdir -p build/checks
 QTDRIVER_BUILD=$PWD/build/qt${majors[0]}$flavour /usr/bin/python3 -m pytest -q -p no:cacheprovider --tb=short \
-    tests/checks 2>&1 | tee build/checks/pytest.log || true
+    tests/checks tests/fuzz 2>&1 | tee build/checks/pytest.log || true
 exec /usr/bin/python3 scripts/count_tests.py build/checks/pytest.log "${logs[@]}"

@@ -135,7 +135,7 @@ class App:
         `window` and `path` say what the call looks for, for the error message. `reads` says that it does not act.
         """
         deadline = Deadline(self.timeout if timeout is None else timeout)
-        with self.watched(), run_step(self, title, reads) as step:
+        with run_step(self, title, reads) as step, self.watched():
             try:
                 result = retry(call, RETRYABLE_ERRORS, deadline)
             except RETRYABLE_ERRORS as error:

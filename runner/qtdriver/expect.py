@@ -161,7 +161,7 @@ def _wait_in(
     seconds = app.timeout if timeout is None else timeout
     subject = window if widget is None else widget
     path = "" if widget is None else widget.path
-    with app.watched(), run_step(app, f"eventually({subject}): {wanted}", True):
+    with run_step(app, f"eventually({subject}): {wanted}", True), app.watched():
         _wait_for(
             f"{subject}: expected {wanted}",
             read,

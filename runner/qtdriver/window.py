@@ -84,7 +84,7 @@ class Window:
 
     def is_open(self) -> bool:
         """Whether there is such a window now, reachable or not. Does not wait."""
-        with self.app.watched(), run_step(self.app, f"{self}.is_open()", True):
+        with run_step(self.app, f"{self}.is_open()", True), self.app.watched():
             try:
                 self.app.connection.check_window(self.address)
             except NotFoundError:

@@ -8,7 +8,9 @@
 #include "proxy/stapplicationproxy.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
+#include <QtCore/QTimerEvent>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QNetworkProxy>
 
@@ -17,6 +19,18 @@
 namespace {
 
 const quint16 serverPort = 4242;
+
+// Of requests that have not been executed so much is read; TCP has the server wait with the rest.
+const int readAheadBytes = 64 * 1024;
+// A longer request ends the connection, for it may have no end at all. A text of eight million characters is shorter.
+const int longestRequestBytes = 16 * 1024 * 1024;
+// While the server has more replies than that to read, no further request is executed: each has its reply, and all
+// of them would be kept in the application's memory.
+const int mostUnreadReplyBytes = 4 * 1024 * 1024;
+// Requests that arrive together are executed for so long, about a frame of the application's; then the event loop has
+// its turn. The pause is not zero, for timers of zero wait until the application has nothing else to do.
+const int sliceMilliseconds = 10;
+const int pauseMilliseconds = 1;
 
 } // namespace
 
@@ -30,6 +44,7 @@ TestClient::TestClient()
     hookPort = hook.port;
     scriptProxy = hook.scriptProxy;
     setProxy(QNetworkProxy::NoProxy); // an application's proxy is no way to the local host
+    setReadBufferSize(readAheadBytes);
     connectToHost(QHostAddress(QHostAddress::LocalHost), serverPort);
     applicationProxy = new STApplicationProxy; // never deleted, see ~TestClient()
 }
@@ -48,6 +63,8 @@ void TestClient::socketConnected()
 {
     compat::setSocketNotInheritable(socketDescriptor());
     setSocketOption(LowDelayOption, 1);
+    // The socket has a buffer of its own. Qt 4's second one in front of it would hide from it what there is to read.
+    setOpenMode(openMode() | Unbuffered);
     write(QString::fromLatin1("+client+ 2.1.0 %1 %2 %3\n")
               .arg(QString::number(QCoreApplication::applicationPid()), QString::number(hookPort), buildTag)
               .toLatin1());
@@ -56,22 +73,86 @@ void TestClient::socketConnected()
 
 void TestClient::socketReadyRead()
 {
+    // One at a time: a command may run an event loop, and what arrives there is executed after it.
+    if (isExecuting || pause.isActive())
+        return;
     // A command runs the application's code, which may delete the agent.
     const QPointer<TestClient> self(this);
-    while (self && canReadLine()) {
-        QByteArray line = readLine();
-        line.chop(line.endsWith("\r\n") ? 2 : 1);
-        const QByteArray reply = executeCommand(line, *applicationProxy) + '\n';
-        if (!self || !isOpen())
+    isExecuting = true;
+    QElapsedTimer slice;
+    slice.start();
+    QByteArray request;
+    while (self && takeRequest(request)) {
+        const QByteArray reply = executeCommand(request, *applicationProxy) + '\n';
+        if (!self)
             return;
-        write(reply);
-        flush();
+        if (isOpen()) {
+            write(reply);
+            flush();
+        }
+        if (self && slice.hasExpired(sliceMilliseconds))
+            startPause();
     }
+    if (self)
+        isExecuting = false;
+}
+
+// Takes the next complete request from the socket, without its line end.
+bool TestClient::takeRequest(QByteArray& request)
+{
+    if (!isOpen() || pause.isActive() || isServerBehind())
+        return false;
+    incomplete += readLine();
+    if (incomplete.size() > longestRequestBytes) {
+        close();
+        incomplete.clear();
+    }
+    if (!incomplete.endsWith('\n'))
+        return false;
+    incomplete.chop(incomplete.endsWith("\r\n") ? 2 : 1);
+    request.clear();
+    request.swap(incomplete);
+    return true;
+}
+
+// Whether too many replies wait for the server to read them. Then socketReadyRead() runs again when it has read some.
+bool TestClient::isServerBehind()
+{
+    const bool isBehind = bytesToWrite() > mostUnreadReplyBytes;
+    if (isBehind && !awaitsServer) {
+        // From the event loop: a command must not run within Qt's own writing.
+        connect(this, SIGNAL(bytesWritten(qint64)), SLOT(socketReadyRead()), Qt::QueuedConnection);
+    } else if (!isBehind && awaitsServer) {
+        disconnect(this, SIGNAL(bytesWritten(qint64)), this, SLOT(socketReadyRead()));
+    }
+    awaitsServer = isBehind;
+    return isBehind;
+}
+
+void TestClient::startPause()
+{
+    if (!isOpen() || bytesAvailable() == 0)
+        return;
+    // Nothing is read meanwhile, not even that the server has ended: that would discard the requests that are here.
+    setReadBufferSize(bytesAvailable());
+    pause.start(pauseMilliseconds, this);
+}
+
+void TestClient::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != pause.timerId()) {
+        QTcpSocket::timerEvent(event);
+        return;
+    }
+    pause.stop();
+    setReadBufferSize(readAheadBytes);
+    socketReadyRead();
 }
 
 void TestClient::socketError(QAbstractSocket::SocketError)
 {
     close();
+    incomplete.clear();
 }
 
 TestClient* createTestClient()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QBasicTimer>
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtNetwork/QTcpSocket>
 
@@ -29,18 +31,33 @@ public:
     // proxy registry stays for the rest of the process, on purpose: a command may still be on the stack.
     ~TestClient() override;
 
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
 private Q_SLOTS:
     void socketConnected();
     void socketReadyRead();
     void socketError(QAbstractSocket::SocketError error);
 
 private:
+    bool takeRequest(QByteArray& request);
+    bool isServerBehind();
+    void startPause();
+
     STApplicationProxy* applicationProxy = nullptr;
     // -1: no hook of an outside tool; 0: its library is loaded; else the port on which it listens.
     qint32 hookPort = -1;
     // Not the agent's: it outlives the agent, and is deleted when the application quits.
     LmSquishProxy::CPyTestProxy* scriptProxy = nullptr;
     QString buildTag;
+    // What has arrived of a request whose end has not.
+    QByteArray incomplete;
+    // A command is on the stack; it may run an event loop.
+    bool isExecuting = false;
+    // So many replies are unread that the next request waits until some have been written.
+    bool awaitsServer = false;
+    // Runs between two slices of many requests, while the application has its turn.
+    QBasicTimer pause;
 };
 
 // Creates the agent, once, in the GUI thread of an application that has its QApplication. The caller owns it; while the

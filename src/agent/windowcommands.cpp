@@ -8,7 +8,16 @@
 
 namespace {
 
+// Windowing systems have no larger windows. Qt would try to: it takes memory for every pixel, and dies of having none.
+const int maximumSide = 16384;
+
 const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
+
+// As far as Qt takes a window: it calculates with its edges, and those of a window further off are no ints any more.
+int reachable(int coordinate)
+{
+    return qBound(-QWIDGETSIZE_MAX, coordinate, QWIDGETSIZE_MAX);
+}
 
 QString titleReply(const QWidget* window)
 {
@@ -52,10 +61,12 @@ QString checkWindow(const Request& request, STApplicationProxy&)
 
 QString moveWindow(const Request& request, STApplicationProxy&)
 {
-    return changeWindow(request, [](QWidget* window, int x, int y) { window->move(x, y); });
+    return changeWindow(request, [](QWidget* window, int x, int y) { window->move(reachable(x), reachable(y)); });
 }
 
 QString resizeWindow(const Request& request, STApplicationProxy&)
 {
-    return changeWindow(request, [](QWidget* window, int width, int height) { window->resize(width, height); });
+    return changeWindow(request, [](QWidget* window, int width, int height) {
+        window->resize(qMin(width, maximumSide), qMin(height, maximumSide));
+    });
 }

@@ -1,6 +1,7 @@
 #include "identify/objectname.h"
 
 #include <QAction>
+#include <QInputDialog>
 #include <QPushButton>
 #include <QStringList>
 #include <QToolButton>
@@ -12,20 +13,70 @@ const QLatin1String dialogButtonSuffix("_dialog_button");
 const QLatin1String inputDialogSuffix("__widget__");
 const QLatin1String unnamed("unnamed");
 
+namespace {
+
+// The object name of the button's one action; empty when it has none, or several actions.
+QString soleActionName(const QToolButton* button)
+{
+    const QList<QAction*> actions = button->actions();
+    return actions.size() == 1 ? actions.first()->objectName() : QString();
+}
+
+bool isInputDialogChild(const QObject* object)
+{
+    return qobject_cast<const QInputDialog*>(object->parent());
+}
+
+// An ASCII character in upper or lower case, as QChar has it.
+ushort inCase(ushort character, bool upper)
+{
+    const ushort difference = 'a' - 'A';
+    if (upper)
+        return character >= 'a' && character <= 'z' ? character - difference : character;
+    return character >= 'A' && character <= 'Z' ? character + difference : character;
+}
+
+bool isAsciiSpace(ushort character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+} // namespace
+
 QString getName(const QObject* object)
 {
     const QString objectName = object->objectName();
     if (!objectName.isEmpty())
         return objectName;
-    if (object->inherits("QToolButton")) {
-        const QString name = actionButtonName(static_cast<const QToolButton*>(object));
-        if (!name.isEmpty())
-            return name;
+    if (const auto* button = qobject_cast<const QToolButton*>(object)) {
+        const QString action = soleActionName(button);
+        if (!action.isEmpty())
+            return action + actionButtonSuffix;
     }
-    if (object->inherits("QPushButton"))
-        return dialogButtonName(static_cast<const QPushButton*>(object));
-    const QString name = inputDialogChildName(object);
-    return name.isEmpty() ? QString(unnamed) : name;
+    if (const auto* button = qobject_cast<const QPushButton*>(object))
+        return syntheticName(button->text()) + dialogButtonSuffix;
+    if (isInputDialogChild(object))
+        return QLatin1String(object->metaObject()->className()) + inputDialogSuffix;
+    return unnamed;
+}
+
+bool hasName(const QObject* object, const QString& name)
+{
+    const QString objectName = object->objectName();
+    if (!objectName.isEmpty())
+        return objectName == name;
+    // Most names that are compared were given: they end otherwise, and are told without a look at the widget's text.
+    if (const auto* button = qobject_cast<const QToolButton*>(object)) {
+        const QString action = soleActionName(button);
+        if (!action.isEmpty())
+            return name.endsWith(actionButtonSuffix) && withoutSuffix(name, actionButtonSuffix) == action;
+    }
+    if (qobject_cast<const QPushButton*>(object))
+        return name.endsWith(dialogButtonSuffix)
+            && hasDialogButtonStem(object, withoutSuffix(name, dialogButtonSuffix));
+    if (!isInputDialogChild(object))
+        return name == unnamed;
+    return name.endsWith(inputDialogSuffix) && hasInputDialogChildStem(object, withoutSuffix(name, inputDialogSuffix));
 }
 
 QString syntheticName(QString text)
@@ -42,27 +93,53 @@ QString syntheticName(QString text)
     return words.join(QString());
 }
 
+bool isSyntheticName(const QString& text, const QString& name)
+{
+    const ushort lastAscii = 0x7f;
+    int length = 0;
+    bool startsWord = true;
+    for (const QChar character : text) {
+        const ushort code = character.unicode();
+        if (code > lastAscii)
+            return syntheticName(text) == name; // in another case, one character may be several
+        if (code == '&')
+            continue;
+        if (isAsciiSpace(code)) {
+            startsWord = true;
+            continue;
+        }
+        if (length == name.size() || name.at(length).unicode() != inCase(code, startsWord))
+            return false;
+        ++length;
+        startsWord = false;
+    }
+    return length > 0 ? length == name.size() : name == QString(1, QChar());
+}
+
 bool isA(const QObject* object, const char* className)
 {
     return std::strcmp(object->metaObject()->className(), className) == 0;
 }
 
-QString actionButtonName(const QToolButton* button)
+QString withoutSuffix(const QString& name, QLatin1String suffix)
 {
-    const QList<QAction*> actions = button->actions();
-    if (actions.size() != 1 || actions.first()->objectName().isEmpty())
-        return QString();
-    return actions.first()->objectName() + actionButtonSuffix;
+    return name.left(name.size() - static_cast<int>(qstrlen(suffix.latin1())));
 }
 
-QString dialogButtonName(const QPushButton* button)
+bool hasActionButtonStem(const QObject* object, const QString& stem)
 {
-    return syntheticName(button->text()) + dialogButtonSuffix;
+    const auto* button = qobject_cast<const QToolButton*>(object);
+    const QString action = button ? soleActionName(button) : QString();
+    return !action.isEmpty() && action == stem;
 }
 
-QString inputDialogChildName(const QObject* object)
+bool hasDialogButtonStem(const QObject* object, const QString& stem)
 {
-    if (!object->parent() || !object->parent()->inherits("QInputDialog"))
-        return QString();
-    return QLatin1String(object->metaObject()->className()) + inputDialogSuffix;
+    const auto* button = qobject_cast<const QPushButton*>(object);
+    return button && isSyntheticName(button->text(), stem);
+}
+
+bool hasInputDialogChildStem(const QObject* object, const QString& stem)
+{
+    return isInputDialogChild(object) && stem == QLatin1String(object->metaObject()->className());
 }

@@ -1,5 +1,6 @@
 #include "identify/widgetlookup.h"
 
+#include "identify/namesearch.h"
 #include "identify/widgetpath.h"
 
 #include <QWidget>
@@ -7,33 +8,60 @@
 const QLatin1String activePopupWidget("ActivePopupWidget");
 const QLatin1String focusWidget("FocusWidget");
 
+namespace {
+
+// One more widget fits.
+void addFitting(WidgetLookup& lookup, QWidget* widget)
+{
+    if (widget->isVisible()) {
+        lookup.widget = widget;
+        ++lookup.visibleCount;
+    }
+    const LookupError errors[] = {WidgetNotVisibleError, NoError, WidgetAmbiguousError};
+    lookup.error = errors[qMin(lookup.visibleCount, 2)];
+}
+
+// Looks at each candidate when the search comes to it. Which of several is seen last does not matter: only a single
+// one is a result.
+class PathSearch : public NameSearch
+{
+public:
+    explicit PathSearch(const QStringList& searchedPath)
+        : NameSearch(searchName(searchedPath))
+        , path(searchedPath)
+    {
+    }
+
+    WidgetLookup lookup;
+
+protected:
+    void found(QWidget* widget, Kind) override
+    {
+        if (pathFitsFound(path))
+            addFitting(lookup, widget);
+    }
+
+private:
+    const QStringList& path;
+};
+
+} // namespace
+
 WidgetLookup chooseWidget(const QList<QWidget*>& candidates, const QWidget* window, const QStringList& path)
 {
     WidgetLookup lookup;
-    bool anyFits = false;
     for (QWidget* candidate : candidates) {
-        if (!checkPath(candidate, window, path))
-            continue;
-        anyFits = true;
-        if (candidate->isVisible()) {
-            lookup.widget = candidate;
-            ++lookup.visibleCount;
-        }
+        if (checkPath(candidate, window, path))
+            addFitting(lookup, candidate);
     }
-    if (lookup.visibleCount == 1)
-        lookup.error = NoError;
-    else if (lookup.visibleCount > 1)
-        lookup.error = WidgetAmbiguousError;
-    else if (anyFits)
-        lookup.error = WidgetNotVisibleError;
     return lookup;
 }
 
 WidgetLookup findWidget(QWidget* window, const QStringList& path)
 {
-    QList<QWidget*> candidates;
-    widgetList(candidates, window, searchName(path));
-    return chooseWidget(candidates, window, path);
+    PathSearch search(path);
+    search.search(window);
+    return search.lookup;
 }
 
 WidgetLookup currentWidget(QWidget* widget)

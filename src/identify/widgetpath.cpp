@@ -1,24 +1,46 @@
 #include "identify/widgetpath.h"
 
+#include "identify/namesearch.h"
 #include "identify/objectname.h"
+#include "identify/pathfit.h"
 
-#include <QPushButton>
-#include <QToolButton>
 #include <QWidget>
 
 namespace {
 
-// Appends the widgets of a class below `parent` that never got an object name and whose derived name is `name`.
-// An object name that was set, even to "", turns derived names off.
-template <class Widget, class Derive>
-void appendDerived(QList<QWidget*>& result, const QWidget* parent, const QString& name, Derive derivedName)
+// The chain of a widget and its parents.
+class ParentChain
 {
-    const QList<Widget*> widgets = parent->findChildren<Widget*>();
-    for (Widget* widget : widgets) {
-        if (widget->objectName().isNull() && derivedName(widget) == name)
-            result.append(widget);
+public:
+    ParentChain(const QWidget* widget, const QWidget* topWidget)
+        : current(widget)
+        , top(topWidget)
+    {
     }
-}
+
+    bool isNamed(const QString& name) const { return hasName(current, name); }
+    bool isTop() const { return current == top; }
+    void goUp() { current = current->parentWidget(); }
+
+private:
+    const QWidget* current;
+    const QWidget* top;
+};
+
+class CandidateList : public NameSearch
+{
+public:
+    explicit CandidateList(const QString& name)
+        : NameSearch(name)
+    {
+    }
+
+    QList<QWidget*> named;
+    QList<QWidget*> derived;
+
+protected:
+    void found(QWidget* widget, Kind kind) override { (kind == Kind::ObjectName ? named : derived).append(widget); }
+};
 
 } // namespace
 
@@ -36,37 +58,18 @@ QString searchName(const QStringList& path)
 
 void widgetList(QList<QWidget*>& result, QWidget* parent, const QString& name)
 {
-    result = parent->findChildren<QWidget*>(name);
-    if (name.endsWith(actionButtonSuffix))
-        appendDerived<QToolButton>(result, parent, name, actionButtonName);
-    if (name.endsWith(dialogButtonSuffix))
-        appendDerived<QPushButton>(result, parent, name, dialogButtonName);
-    if (name.endsWith(inputDialogSuffix))
-        appendDerived<QWidget>(result, parent, name, inputDialogChildName);
-    if (parent->objectName() == name)
+    CandidateList candidates(name);
+    candidates.search(parent);
+    // The order is fixed: `parent`, which the search finds last, comes after those with a derived name.
+    const bool withParent = !candidates.named.isEmpty() && candidates.named.last() == parent;
+    if (withParent)
+        candidates.named.removeLast();
+    result = candidates.named + candidates.derived;
+    if (withParent)
         result.append(parent);
 }
 
 bool checkPath(const QWidget* widget, const QWidget* top, const QStringList& path)
 {
-    int element = path.size() - 1;
-    while (true) {
-        const bool afterGap = path.at(element).isEmpty();
-        while (path.at(element).isEmpty()) {
-            if (element == 0)
-                return true;
-            --element;
-        }
-        while (getName(widget) != path.at(element)) {
-            if (!afterGap || widget == top)
-                return false;
-            widget = widget->parentWidget();
-        }
-        if (element == 0)
-            return true;
-        if (widget == top)
-            return false;
-        widget = widget->parentWidget();
-        --element;
-    }
+    return pathFits(ParentChain(widget, top), path);
 }

@@ -32,9 +32,9 @@ int sectionCount(const QAbstractItemModel& model, Qt::Orientation header, const 
 }
 
 // The section of a number from 1 or a header text, -1 for an unknown text. A number may be out of range.
-int sectionOf(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count, bool* found)
+qint64 sectionOf(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count, bool* found)
 {
-    const int number = text.toInt(found, 10);
+    const qint64 number = text.toInt(found, 10);
     if (*found)
         return number - 1;
     const int section = findHeaderText(model, header, text, 0, count);
@@ -42,19 +42,21 @@ int sectionOf(const QAbstractItemModel& model, Qt::Orientation header, const QSt
     return section;
 }
 
-int knownSection(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count)
+qint64 knownSection(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count)
 {
     bool found = false;
-    const int section = sectionOf(model, header, text, count, &found);
+    const qint64 section = sectionOf(model, header, text, count, &found);
     if (!found)
         raiseError(messages(header).unknown, text);
     return section;
 }
 
-void requireInRange(int section, Qt::Orientation header, int count)
+// The section, if there is one; it may be the one before the smallest int.
+int inRange(qint64 section, Qt::Orientation header, int count)
 {
     if (section < 0 || section >= count)
-        raiseError(messages(header).outOfRange, section + 1, count);
+        raiseError(messages(header).outOfRange, static_cast<int>(section + 1), count);
+    return static_cast<int>(section);
 }
 
 QModelIndex childAt(const QAbstractItemModel& model, const QString& step, const QModelIndex& parent)
@@ -64,11 +66,10 @@ QModelIndex childAt(const QAbstractItemModel& model, const QString& step, const 
         raiseError(syntaxMessage);
     const int rows = model.rowCount(parent);
     const int columns = model.columnCount(parent);
-    const int row = knownSection(model, Qt::Vertical, parts.at(0), rows);
-    const int column = parts.size() == 2 ? knownSection(model, Qt::Horizontal, parts.at(1), columns) : 0;
-    requireInRange(row, Qt::Vertical, rows);
-    requireInRange(column, Qt::Horizontal, columns);
-    return model.index(row, column, parent);
+    const qint64 row = knownSection(model, Qt::Vertical, parts.at(0), rows);
+    const qint64 column = parts.size() == 2 ? knownSection(model, Qt::Horizontal, parts.at(1), columns) : 0;
+    const int rowInRange = inRange(row, Qt::Vertical, rows);
+    return model.index(rowInRange, inRange(column, Qt::Horizontal, columns), parent);
 }
 
 } // namespace
@@ -96,10 +97,10 @@ bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, Ite
     const Qt::Orientation header = pattern.cap(1) == QLatin1String("V") ? Qt::Vertical : Qt::Horizontal;
     const QString name = pattern.cap(2);
     const int count = sectionCount(model, header, QModelIndex());
-    const int section = knownSection(model, header, name, count);
+    const qint64 section = knownSection(model, header, name, count);
     if (section < 0 || section >= count)
         raiseError(messages(header).unknown, name);
-    address.row = header == Qt::Vertical ? section : -1;
-    address.column = header == Qt::Vertical ? -1 : section;
+    address.row = header == Qt::Vertical ? static_cast<int>(section) : -1;
+    address.column = header == Qt::Vertical ? -1 : static_cast<int>(section);
     return true;
 }

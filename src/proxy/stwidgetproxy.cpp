@@ -6,6 +6,8 @@
 #include <QMetaProperty>
 #include <QWidget>
 
+#include <limits>
+
 namespace {
 
 const char notImplementedMessage[] = "\"%s\" is not implemented for widget of class \"%s\"";
@@ -13,6 +15,29 @@ const char wrongClassMessage[] = "Internal error, proxy for class \"%s\", connec
 const char unknownPropertyMessage[] = "Unknown property \"%s\".";
 const char setPropertyMessage[] = "Can't set property \"%s\"";
 const char rangeMessage[] = "Type error: object \"%s\" of class \"%s\" accepts only values in the following range: %s.";
+
+// An application can put a window anywhere, so that its edges are beyond the range of an int: they stay in it then.
+int bounded(qint64 coordinate)
+{
+    const qint64 minimum = std::numeric_limits<int>::min();
+    const qint64 maximum = std::numeric_limits<int>::max();
+    return static_cast<int>(qBound(minimum, coordinate, maximum));
+}
+
+QPoint sum(const QPoint& a, const QPoint& b)
+{
+    return QPoint(bounded(qint64(a.x()) + b.x()), bounded(qint64(a.y()) + b.y()));
+}
+
+QPoint difference(const QPoint& a, const QPoint& b)
+{
+    return QPoint(bounded(qint64(a.x()) - b.x()), bounded(qint64(a.y()) - b.y()));
+}
+
+QRect rectAt(const QPoint& corner, const QSize& size)
+{
+    return QRect(corner, sum(corner, QPoint(size.width() - 1, size.height() - 1)));
+}
 
 QStringList propertyNames(const QMetaObject* metaObject)
 {
@@ -47,7 +72,7 @@ const BuiltInProperty builtInProperties[] = {
         [](STWidgetProxy& proxy, const QString&) -> QVariant {
             proxy.prepareWidget();
             const QWidget* widget = proxy.checkedWidget(nullptr);
-            return QRect(widget->mapToGlobal(widget->rect().topLeft()), widget->rect().size());
+            return rectAt(widget->mapToGlobal(widget->rect().topLeft()), widget->rect().size());
         }},
 };
 
@@ -150,20 +175,22 @@ void STWidgetProxy::prepareWidget()
 
 void STWidgetProxy::moveOntoScreen(QWidget* window)
 {
+    const QPointer<QWidget> guarded(window);
     const QWidget* target = checkedWidget(nullptr);
-    QRect rect(target->mapToGlobal(QPoint(0, 0)), target->size());
-    const QRect windowRect(window->mapToGlobal(QPoint(0, 0)), window->size());
+    const QRect rect = rectAt(target->mapToGlobal(QPoint(0, 0)), target->size());
+    const QRect windowRect = rectAt(window->mapToGlobal(QPoint(0, 0)), window->size());
     if (!rect.intersects(windowRect))
         return;
     const QRect available = compat::availableGeometry(target);
     if (available.contains(rect))
         return;
-    window->move(available.topLeft());
-    rect.translate(available.topLeft() - windowRect.topLeft());
+    const QPoint corner = available.topLeft();
+    const QPoint moved = sum(corner, difference(rect.topLeft(), windowRect.topLeft()));
+    window->move(corner);
     // A difference used as a position: for a widget far inside a window larger than the screen it is what brings the
     // widget, not the window, to the screen's corner. Scripts rely on where the window ends up.
-    if (!available.contains(rect))
-        window->move(available.topLeft() - rect.topLeft());
+    if (guarded && !available.contains(rectAt(moved, rect.size())))
+        window->move(difference(corner, moved));
 }
 
 QVariant STWidgetProxy::property(const char* name, const QVariant& argument)

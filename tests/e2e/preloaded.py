@@ -69,9 +69,11 @@ class Program:
         return line.decode().rstrip("\n")
 
     def end(self):
-        """Waits for the end: the exit status, the rest of standard output, all of standard error."""
+        """Waits for the end: the exit status, the rest of standard output, and of standard error what is not Qt's own
+        complaint about the X server: Qt asks it for windows that are being closed."""
         output, errors = self.process.communicate(timeout=DEADLINE)
-        return self.process.returncode, output.decode(), errors.decode()
+        complaints = [line for line in errors.decode().splitlines(True) if not line.startswith("qt.qpa.xcb:")]
+        return self.process.returncode, output.decode(), "".join(complaints)
 
     def mapped_files(self):
         """The files that the process has mapped."""

@@ -73,7 +73,9 @@ def test_acting_steps_have_a_picture_before_and_after_and_reading_steps_one_afte
     assert check["before"] != check["after"] and before.convert("RGB") != after.convert("RGB")
 
 
-def test_a_picture_without_a_change_is_stored_once(recorded, tmp_path):
+def test_a_picture_without_a_change_is_stored_once(recorded, tmp_path, monkeypatch):
+    monkeypatch.setattr(module, "grab_screen", lambda display: Image.radial_gradient("L").convert("RGB"))
+
     def read_twice(app):
         label = app.window(name="showcase").widget("clickCount")
         label.text(), label.text()
@@ -102,6 +104,19 @@ def test_a_menu_and_a_dialog_are_among_the_windows(recorded):
     trace = recorded(open_order)
     tree = trace["trees"][trace["steps"][-1]["widgets"]]
     assert 'window "Roastery"' in tree and 'window "New order" modal\n  OrderDialog' in tree
+    assert "cannot be listed" not in tree
+
+
+def test_the_widgets_of_an_open_popup_are_told(recorded):
+    def open_list(app):
+        box = app.window(name="showcase").widget("hopperCombo", as_class="QWidget")
+        box.click(at=(0.5, 0.5))
+        app.popup().tree()
+        app.popup().move(5, 5)
+
+    trace = recorded(open_list)
+    tree = trace["trees"][trace["steps"][-1]["widgets"]]
+    assert 'window ""\n  QComboBoxPrivateContainer' in tree
     assert "cannot be listed" not in tree
 
 

@@ -131,6 +131,14 @@ def test_a_window_is_resized(app):
     eventually(lambda: app.get("main", "geometry").split(" ")[1], "640x700")
 
 
+def test_a_size_beyond_all_screens_is_cut(app):
+    # Not on both sides: the window would take a gigabyte.
+    assert app.request("11,Editor,2147483647,700") == "0,Editor"
+    eventually(lambda: app.get("main", "geometry").split(" ")[1], "16384x700")
+    assert app.request("11,Editor,640,700") == "0,Editor"
+    eventually(lambda: app.get("main", "geometry").split(" ")[1], "640x700")
+
+
 @pytest.mark.parametrize("sections", ["abc,10", "10,abc", ",", "10", "1.5,2", "0x10,1", "99999999999,1"])
 @pytest.mark.parametrize("number", [10, 11])
 def test_numbers_that_are_none_leave_the_window_alone(app, number, sections):

@@ -9,6 +9,7 @@ from typing import Iterator, List
 
 from ..connection import Connection
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
+from ..explain import POPUP
 from ..records import WidgetRecord, WindowRecord
 
 KEPT_LINES = 3000
@@ -92,7 +93,9 @@ def _list_widgets(connection: Connection, window: WindowRecord) -> List[str]:
 
 
 def _address(title: str) -> str:
-    """As much of the title as a request can carry."""
+    """As much of the title as a request can carry. Windows without a title are popups, as a rule."""
+    if not title:
+        return POPUP
     for position, character in enumerate(title):
         if character in ",\n\r" or ord(character) > 0xFF:
             return title[:position]

@@ -55,6 +55,11 @@ QString keyText(const char* word, const QObject* object, const QKeyEvent* event)
 int TestHost::run(int argc, char** argv, const std::function<void(TestHost&)>& build)
 {
     QApplication application(argc, argv);
+    return run(application, build);
+}
+
+int TestHost::run(QApplication&, const std::function<void(TestHost&)>& build)
+{
     const QStringList arguments = QCoreApplication::arguments();
     TestHost host(arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1));
     build(host);
@@ -103,6 +108,13 @@ void TestHost::loadAgent()
     }
     client = create();
     journal(QLatin1String("agent loaded"));
+}
+
+void TestHost::retireAgent()
+{
+    if (client)
+        client->deleteLater();
+    client = nullptr;
 }
 
 void TestHost::journal(const QString& line)

@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QApplication;
 class QWidget;
 
 // An application to be tested, with two windows of its own onto its state, independent of the agent:
@@ -21,6 +22,8 @@ class TestHost : public QObject
 public:
     // Builds the application by `build` and runs it. Returns what main() returns.
     static int run(int argc, char** argv, const std::function<void(TestHost&)>& build);
+    // The same for a host with an application class of its own.
+    static int run(QApplication& application, const std::function<void(TestHost&)>& build);
 
     // Reports a line; line feeds and backslashes in it are escaped.
     void journal(const QString& line);
@@ -35,6 +38,9 @@ public:
     // Journals each event of the type at the object as "WORD OBJECT DETAILS", for example
     // "press edit 10,12 button 1 buttons 1 modifiers 0" or "keypress edit 65 'a' modifiers 0".
     void journalInput(QObject* object);
+
+    // Ends the agent while the application runs, as soon as the event loop is back.
+    void retireAgent();
 
     // The object with this name; null when there is none.
     QObject* find(const QString& objectName) const;

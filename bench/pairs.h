@@ -1,0 +1,38 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <initializer_list>
+
+// Each figure of the agent stands beside a floor: what Qt's own calls for the same thing cost, in the same process. The
+// two are benchmarks "NAME|ours|SIZE" and "NAME|floor|SIZE", run in turns by measure.py.
+
+// What is measured, for one size. Made when the measurement begins, so that only what it needs is set up.
+using Measured = std::function<void()>;
+using MakeMeasured = std::function<Measured(int size)>;
+
+// What a pair's times are taken with. Work of this process alone is told by the processor's time, which other processes
+// do not disturb; where the X server takes part, only by the clock on the wall.
+enum class Clock { Processor, Wall };
+
+// What a run produces, for those where that is of interest: it may set this.
+extern int bytesPerRun;
+
+void registerPair(const char* name, Clock clock, std::initializer_list<int> sizes, const MakeMeasured& ours,
+    const MakeMeasured& floor);
+
+// The sizes that a growth shows in.
+#define GROWING_SIZES                                                                                                  \
+    {                                                                                                                  \
+        100, 1000, 10000, 100000                                                                                       \
+    }
+
+// One per file of benchmarks; called before they are run.
+void registerClicks();
+void registerItems();
+void registerMenus();
+void registerResolution();
+void registerStarting();
+void registerTexts();
+void registerTrees();

@@ -1,0 +1,181 @@
+#include "qtcalls.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QSystemTrayIcon>
+
+namespace {
+
+// Keeps the compiler from leaving out what is not used.
+volatile int sink = 0;
+
+void use(bool value)
+{
+    sink = sink + value;
+}
+
+template <class Widget>
+Widget* named(const QWidget* window, const char* name)
+{
+    return window->findChildren<Widget*>(QString::fromLatin1(name)).value(0);
+}
+
+void handleEvents()
+{
+    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+}
+
+void bringToFront(QWidget* window)
+{
+    window->activateWindow();
+    window->raise();
+}
+
+// Two places in turn, and others than the agent's: a cursor that is there already is not moved.
+QPoint nextPoint(const QWidget* widget)
+{
+    static bool turn = false;
+    turn = !turn;
+    return widget->mapToGlobal(widget->rect().center() + QPoint(turn ? 3 : 4, 0));
+}
+
+void postMouse(QWidget* target, QEvent::Type type, const QPoint& position, Qt::MouseButtons buttons)
+{
+    QCoreApplication::postEvent(target,
+        new QMouseEvent(type, target->mapFromGlobal(position), position, Qt::LeftButton, buttons, Qt::NoModifier));
+}
+
+void listWindows(QWidget*)
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (const QWidget* widget : widgets)
+        use(widget->isVisible() && widget->windowTitle().isEmpty());
+}
+
+void listTree(QWidget* window)
+{
+    const QList<QWidget*> widgets = window->findChildren<QWidget*>();
+    for (const QWidget* widget : widgets)
+        use(widget->isVisible() && widget->metaObject()->className() && widget->objectName().isEmpty());
+}
+
+void identify(QWidget*)
+{
+    use(QApplication::widgetAt(QCursor::pos()) != nullptr);
+}
+
+void locate(QWidget* window)
+{
+    const QWidget* widget = named<QWidget>(window, "button55");
+    bringToFront(window);
+    QCursor::setPos(nextPoint(widget));
+}
+
+void click(QWidget* window)
+{
+    const QWidget* button = named<QWidget>(window, "button55");
+    bringToFront(window);
+    handleEvents();
+    const QPoint point = nextPoint(button);
+    QCursor::setPos(point);
+    QWidget* target = QApplication::widgetAt(point);
+    postMouse(target, QEvent::MouseButtonPress, point, Qt::LeftButton);
+    postMouse(target, QEvent::MouseButtonRelease, point, Qt::NoButton);
+}
+
+void pressKey(QWidget* target, int key, Qt::KeyboardModifiers modifiers, const QString& text)
+{
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QCoreApplication::postEvent(target, new QKeyEvent(type, key, modifiers, text));
+        handleEvents();
+    }
+}
+
+// A click into the field, its text deleted, one character typed.
+void enterText(QWidget* window)
+{
+    auto* line = named<QLineEdit>(window, "line");
+    bringToFront(window);
+    handleEvents();
+    const QPoint point = nextPoint(line);
+    QCursor::setPos(point);
+    handleEvents();
+    postMouse(line, QEvent::MouseButtonPress, point, Qt::LeftButton);
+    handleEvents();
+    postMouse(line, QEvent::MouseButtonRelease, point, Qt::NoButton);
+    handleEvents();
+    pressKey(line, Qt::Key_Home, Qt::NoModifier, QString());
+    pressKey(line, Qt::Key_End, Qt::ShiftModifier, QString());
+    pressKey(line, Qt::Key_Backspace, Qt::NoModifier, QString());
+    pressKey(line, Qt::Key_A, Qt::NoModifier, QString::fromLatin1("a"));
+}
+
+void readText(QWidget* window)
+{
+    use(named<QWidget>(window, "button55")->property("text").toString().isEmpty());
+}
+
+void readTitle(QWidget* window)
+{
+    use(window->windowTitle().isEmpty());
+}
+
+void moveMouse(QWidget* window)
+{
+    const QWidget* widget = named<QWidget>(window, "button55");
+    bringToFront(window);
+    handleEvents();
+    const QPoint point = nextPoint(widget);
+    QCursor::setPos(point);
+    use(QApplication::widgetAt(point) != nullptr);
+    handleEvents();
+}
+
+void moveWindow(QWidget* window)
+{
+    static int turn = 0;
+    bringToFront(window);
+    turn = 1 - turn;
+    window->move(30 + turn, 20);
+}
+
+void resizeWindow(QWidget* window)
+{
+    static int turn = 0;
+    bringToFront(window);
+    turn = 1 - turn;
+    window->resize(910 + turn, 500);
+}
+
+void locateIcon(QWidget*)
+{
+    const QList<QSystemTrayIcon*> icons = qApp->findChildren<QSystemTrayIcon*>(QString::fromLatin1("icon"));
+    use(!icons.isEmpty() && icons.first()->geometry().isEmpty());
+}
+
+struct Row
+{
+    const char* command;
+    void (*call)(QWidget* window);
+};
+
+const Row rows[] = {{"1", listWindows}, {"2", listTree}, {"3", identify}, {"4", locate}, {"5", click}, {"6", enterText},
+    {"7", readText}, {"8", readTitle}, {"9", moveMouse}, {"10", moveWindow}, {"11", resizeWindow}, {"12", locateIcon}};
+
+} // namespace
+
+bool callQt(const QByteArray& command, QWidget* window)
+{
+    for (const Row& row : rows) {
+        if (command == row.command) {
+            row.call(window);
+            return true;
+        }
+    }
+    return false;
+}

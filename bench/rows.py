@@ -1,0 +1,91 @@
+"""What the table's rows are about: their texts, their floors and their targets, by the names of the benchmarks."""
+
+from dataclasses import dataclass
+from typing import Dict, List, Optional
+
+
+@dataclass(frozen=True)
+class Row:
+    """One kind of measurement.
+
+    Targets hold for the sizes that are named: `ratio` is the most that ours may cost of the floor, `limit` the most that
+    it may cost at all, in microseconds (or KiB, for memory).
+    """
+
+    group: str
+    what: str
+    floor: str
+    ratio: Optional[float] = None
+    limit: Optional[float] = None
+    limit_size: Optional[int] = None
+
+
+FIND = "findChildren()"
+RESOLVE = "Resolution of a path"
+ITEMS = "Items"
+TEXTS = "Texts"
+INPUT = "Input until its effect is seen"
+START = "Start-up"
+TRIPS = "Round trips, window of 100 widgets"
+KEYS = "the same keys"
+MODEL = "the model's texts"
+
+BENCHMARKS: Dict[str, Row] = {
+    "find_name": Row(RESOLVE, "an object name", FIND, ratio=1.3),
+    "find_nothing": Row(RESOLVE, "a name that nothing has", FIND, ratio=1.3),
+    "find_parent_path": Row(RESOLVE, "parent and name", FIND, ratio=1.3),
+    "find_deep_path": Row(RESOLVE, "a path with a gap, every tenth widget a candidate", FIND, ratio=1.3),
+    "find_ambiguous": Row(RESOLVE, "a name that every tenth widget has", FIND, ratio=1.3),
+    "find_twins": Row(RESOLVE, "a name that all have", FIND, ratio=1.3),
+    "find_unnamed": Row(RESOLVE, '"unnamed", all without object name', FIND, ratio=3),
+    "find_dialog_button": Row(RESOLVE, "a derived name: a button's text", FIND, ratio=3),
+    "find_action_button": Row(RESOLVE, "a derived name: a tool button's action", FIND, ratio=3),
+    "find_dialog_part": Row(RESOLVE, "a derived name: a class in an input dialog", FIND, ratio=3),
+    "tree": Row(
+        "Tree listing", "all widgets of a window", "findChildren(), 3 reads each", limit=3000, limit_size=5000
+    ),
+    "list_find": Row(ITEMS, "find the last one of a list", MODEL),
+    "list_all": Row(ITEMS, "list a list", MODEL),
+    "list_walk": Row(ITEMS, "walk to the next one of a list", KEYS),
+    "tree_find": Row(ITEMS, "find the last one of a tree", MODEL),
+    "tree_all": Row(ITEMS, "list a tree's paths", MODEL),
+    "table_find": Row(ITEMS, "find the last row of a table", "the header's texts"),
+    "type_line": Row(TEXTS, "characters typed into a line edit", KEYS),
+    "type_text": Row(TEXTS, "characters typed into a text edit", KEYS),
+    "insert_validated": Row(TEXTS, "characters into a field with validator", "QLineEdit::insert()"),
+    "click": Row(INPUT, "a click until its slot ran", "Qt's calls for it", limit=1000),
+    "menu": Row(INPUT, "an item of a submenu, until its slot ran", KEYS),
+    "create": Row(START, "create the agent", "a QTcpSocket", limit=5000),
+}
+
+
+@dataclass(frozen=True)
+class Trip:
+    """A command to measure: its number, what it does, the requests to send in turn, and the most it may cost of the echo."""
+
+    command: str
+    what: str
+    requests: List[str]
+    ratio: Optional[float] = None
+
+
+def hexadecimal(text: str) -> str:
+    return text.encode("latin-1").hex()
+
+
+MOUSE = [hexadecimal(f"s:MouseMove::{x}:0.5:") for x in ("0.3", "0.7")]
+TYPED = hexadecimal("s:a")
+TRIPS_OF_COMMANDS: List[Trip] = [
+    Trip("1", "list the windows", ["1"]),
+    Trip("2", "list the tree", ["2,Bench"]),
+    Trip("3", "identify the widget under the cursor", ["3"]),
+    Trip("4", "locate a widget", ["4,Bench,button77", "4,Bench,button66"]),
+    Trip("5", "activate: a click", ["5,Bench,button77,,,", "5,Bench,button66,,,"]),
+    Trip("6", "enter one character", [f"6,Bench,line,,{TYPED},", f"6,Bench,other,,{TYPED},"]),
+    Trip("7", "read a property by name", ["7,Bench,button77,,text,"], ratio=1.5),
+    Trip("8", "check a window", ["8,Bench"]),
+    Trip("9", "move the mouse", [f"9,Bench,button77,,{word}," for word in MOUSE]),
+    Trip("10", "move a window", ["10,Bench,20,20", "10,Bench,21,20"]),
+    Trip("11", "resize a window", ["11,Bench,900,500", "11,Bench,901,500"]),
+    Trip("12", "locate a tray icon", ["12,,icon"]),
+]

@@ -1,0 +1,62 @@
+"""What the agent adds to the start of an application that knows nothing of it."""
+
+import os
+import statistics
+import subprocess
+from pathlib import Path
+from typing import Any, Dict, List, Sequence
+
+from wire import Line, listen
+
+FIGURES = {"time": "µs", "resident memory": "KiB", "heap": "KiB"}
+
+
+def run(command: Sequence[str], preload: str) -> List[float]:
+    """Microseconds, KiB of resident memory and KiB of heap from before the event loop to the first event."""
+    environment = dict(os.environ)
+    if preload:
+        environment["LD_PRELOAD"] = preload
+    output = subprocess.run(command, env=environment, stdout=subprocess.PIPE, check=True, text=True).stdout
+    microseconds, resident, heap = (float(word) for word in output.split())
+    return [microseconds, resident, heap / 1024]
+
+
+def network_library(agent: Path) -> str:
+    """The QtNetwork that the agent links, which loads it into an application that has none."""
+    output = subprocess.run(["ldd", agent], stdout=subprocess.PIPE, check=True, text=True).stdout
+    return next(line.split()[2] for line in output.splitlines() if "Network" in line.split()[0])
+
+
+def measure(build: Path, quick: bool) -> List[Dict[str, Any]]:
+    """Three results: time, resident memory and heap, each beside those of loading QtNetwork alone."""
+    host = str(build / "bin" / "startuphost")
+    agent = build / "lib" / "libqtdriver.so"
+    server = listen(4242)
+    variants = {
+        "plain": ([host], ""),
+        "ours": ([host], str(build / "lib" / "libqtdriver-preload.so")),
+        "floor": ([host, network_library(agent)], ""),
+    }
+    taken: Dict[str, List[List[float]]] = {variant: [] for variant in variants}
+    for _ in range(2 if quick else 15):
+        for variant, (command, preload) in variants.items():
+            taken[variant].append(run(command, preload))
+            if variant == "ours":
+                assert Line(server).read().startswith(b"+client+"), "the agent did not start"
+    server.close()
+    medians = {
+        variant: [statistics.median(column) for column in zip(*runs)] for variant, runs in taken.items()
+    }
+    results = []
+    for index, (figure, unit) in enumerate(FIGURES.items()):
+        plain = medians["plain"][index]
+        results.append(
+            {
+                "name": "preload_" + figure.split()[0],
+                "what": f"{figure} that the preloaded agent adds",
+                "unit": unit,
+                "ours": medians["ours"][index] - plain,
+                "floor": medians["floor"][index] - plain,
+            }
+        )
+    return results

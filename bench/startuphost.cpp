@@ -1,0 +1,76 @@
+// A small application that tells what its start-up costs: "MICROSECONDS KIBIBYTES HEAPBYTES" from before its event loop
+// until the first event in it, and ends. A library named on the command line is loaded first, within what is measured.
+
+#include <QApplication>
+#include <QLabel>
+#include <QTimerEvent>
+#include <QtCore/QElapsedTimer>
+
+#include <cstdio>
+#include <dlfcn.h>
+#include <malloc.h>
+#include <unistd.h>
+
+namespace {
+
+struct Use
+{
+    long residentKibibytes;
+    std::size_t heapBytes;
+};
+
+Use currentUse()
+{
+    long pages = 0;
+    long resident = 0;
+    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2)
+            resident = 0;
+        std::fclose(file);
+    }
+    const std::size_t heap = mallinfo2().uordblks;
+    return {resident * (sysconf(_SC_PAGESIZE) / 1024), heap};
+}
+
+class Report : public QObject
+{
+public:
+    Report() { startTimer(0); }
+    void begin()
+    {
+        before = currentUse();
+        timer.start();
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        const qint64 microseconds = timer.nsecsElapsed() / 1000;
+        const Use now = currentUse();
+        std::printf("%lld %ld %ld\n", static_cast<long long>(microseconds),
+            now.residentKibibytes - before.residentKibibytes,
+            static_cast<long>(now.heapBytes) - static_cast<long>(before.heapBytes));
+        QCoreApplication::quit();
+    }
+
+private:
+    QElapsedTimer timer;
+    Use before = {};
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QLabel label(QString::fromLatin1("Start-up"));
+    label.show();
+    QCoreApplication::processEvents();
+    Report report;
+    report.begin();
+    if (argc > 1 && !dlopen(argv[1], RTLD_NOW | RTLD_LOCAL)) {
+        std::fprintf(stderr, "%s\n", dlerror());
+        return 1;
+    }
+    return QApplication::exec();
+}

@@ -1,0 +1,92 @@
+#include "identify/namesearch.h"
+
+#include "identify/objectname.h"
+#include "identify/pathfit.h"
+
+#include <QWidget>
+
+namespace {
+
+struct Derivation
+{
+    QLatin1String suffix;
+    bool (*hasStem)(const QObject* object, const QString& stem);
+};
+
+} // namespace
+
+class NameSearch::LevelChain
+{
+public:
+    explicit LevelChain(const std::vector<Level>& levels)
+        : top(levels.data())
+        , current(&levels.back())
+    {
+    }
+
+    bool isNamed(const QString& name) const
+    {
+        return current->objectName.isEmpty() ? hasName(current->widget, name) : current->objectName == name;
+    }
+    bool isTop() const { return current == top; }
+    void goUp() { --current; }
+
+private:
+    const Level* top;
+    const Level* current;
+};
+
+NameSearch::NameSearch(const QString& searchedName)
+    : name(searchedName)
+{
+    const Derivation derivations[] = {
+        {actionButtonSuffix, hasActionButtonStem},
+        {dialogButtonSuffix, hasDialogButtonStem},
+        {inputDialogSuffix, hasInputDialogChildStem},
+    };
+    for (const Derivation& derivation : derivations) {
+        if (name.endsWith(derivation.suffix)) {
+            hasDerivedStem = derivation.hasStem;
+            stem = withoutSuffix(name, derivation.suffix);
+        }
+    }
+}
+
+void NameSearch::search(QWidget* top)
+{
+    levels.push_back({top, top->objectName()});
+    searchBelow(top);
+    if (levels.back().objectName == name)
+        found(top, Kind::ObjectName);
+    levels.pop_back();
+}
+
+void NameSearch::searchBelow(const QObject* parent)
+{
+    for (QObject* child : parent->children()) {
+        const bool isWidget = child->isWidgetType();
+        if (isWidget) {
+            auto* widget = static_cast<QWidget*>(child);
+            levels.push_back({widget, widget->objectName()});
+            look(levels.back());
+        }
+        if (!child->children().isEmpty())
+            searchBelow(child);
+        if (isWidget)
+            levels.pop_back();
+    }
+}
+
+void NameSearch::look(const Level& level)
+{
+    if (level.objectName == name)
+        found(level.widget, Kind::ObjectName);
+    // An object name that was set, even to "", turns derived names off.
+    else if (hasDerivedStem && level.objectName.isNull() && hasDerivedStem(level.widget, stem))
+        found(level.widget, Kind::DerivedName);
+}
+
+bool NameSearch::pathFitsFound(const QStringList& path) const
+{
+    return pathFits(LevelChain(levels), path);
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+
+// The words of which the mutator makes requests for RichHost.
+namespace tokens {
+
+// Words for section 0 (the command's number) to 5 (the option). The values, in the sections 4 and 5, are not encoded.
+const QList<QByteArray>& ofSection(int section);
+
+// Whole requests that suit what they are about, their values not encoded.
+const QList<QByteArray>& requests();
+
+} // namespace tokens

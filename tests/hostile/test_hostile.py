@@ -1,0 +1,40 @@
+"""The short form of the soak test: each scenario with a fixed seed, and with a fresh one that a failure tells."""
+
+import os
+import random
+from collections import Counter
+from pathlib import Path
+
+import pytest
+
+from session import SCENARIOS, listen, play
+
+BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
+COMMANDS = 150
+FIXED_SEED = 7
+FRESH_SEED = random.SystemRandom().randrange(2**31)
+
+
+@pytest.fixture(scope="module")
+def server():
+    with listen() as listening:
+        yield listening
+
+
+@pytest.mark.parametrize("scenario", SCENARIOS)
+@pytest.mark.parametrize("seed", [FIXED_SEED, FRESH_SEED], ids=["fixed", "fresh"])
+def test_each_command_has_one_reply_whatever_the_application_does(server, scenario, seed):
+    print(f"seed {seed}")
+    played = replies = 0
+    while played < COMMANDS:
+        result = play(BUILD, scenario, seed + played, COMMANDS - played, server)
+        played += max(result.played, 1)
+        replies += sum(result.codes.values())
+    assert replies > COMMANDS / 2, "the applications ended too soon for the commands to mean anything"
+
+
+def test_the_applications_are_hostile(server):
+    deeds = Counter()
+    for scenario in SCENARIOS[:4]:
+        deeds += play(BUILD, scenario, FIXED_SEED, 100, server).deeds
+    assert sum(deeds.values()) > 20, deeds

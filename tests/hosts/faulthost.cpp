@@ -1,0 +1,180 @@
+// An application at work: a timer ticks, and what keeps it from ticking is measured. See
+// tests/protocol/test_wire_*.py.
+
+#include "testhost.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QValidator>
+
+#include <algorithm>
+#include <ctime>
+
+namespace {
+
+const int tickMilliseconds = 5;
+
+QString text(const char* latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+double milliseconds(clockid_t clock)
+{
+    timespec now = {};
+    clock_gettime(clock, &now);
+    return double(now.tv_sec) * 1000 + double(now.tv_nsec) / 1e6;
+}
+
+// Ticks, and keeps the longest time between two ticks: on the clock, which runs on while other processes have the
+// machine, and in work of this thread alone.
+class Pulse : public QObject
+{
+public:
+    Pulse()
+        : QObject(qApp)
+    {
+        setObjectName(text("pulse"));
+        reset();
+        timer.start(tickMilliseconds, this);
+    }
+
+    void reset()
+    {
+        ticks = 0;
+        longestGap = longestWork = 0;
+        lastTick = milliseconds(CLOCK_MONOTONIC);
+        lastWork = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        const double now = milliseconds(CLOCK_MONOTONIC);
+        const double work = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+        longestGap = std::max(longestGap, now - lastTick);
+        longestWork = std::max(longestWork, work - lastWork);
+        lastTick = now;
+        lastWork = work;
+        setProperty("ticks", ++ticks);
+        setProperty("longestGap", int(longestGap));
+        setProperty("longestWork", int(longestWork));
+    }
+
+private:
+    QBasicTimer timer;
+    int ticks = 0;
+    double longestGap = 0;
+    double longestWork = 0;
+    double lastTick = 0;
+    double lastWork = 0;
+};
+
+// A widget that counts how often a request reads its property.
+class Counted : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString large READ large)
+    Q_PROPERTY(int reads READ reads)
+
+public:
+    // 500,000 characters, a reply of a million.
+    QString large() const
+    {
+        ++count;
+        return QString(500000, QLatin1Char('x'));
+    }
+    int reads() const { return count; }
+
+private:
+    mutable int count = 0;
+};
+
+// Where there is a validator, a text is entered as a whole, which is fast.
+class AnyText : public QValidator
+{
+public:
+    using QValidator::QValidator;
+    State validate(QString&, int&) const override { return Acceptable; }
+};
+
+void postClick(QWidget* widget)
+{
+    const QPoint position = widget->rect().center();
+    const QEvent::Type types[] = {QEvent::MouseButtonPress, QEvent::MouseButtonRelease};
+    for (const QEvent::Type type : types) {
+        const Qt::MouseButtons buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QApplication::postEvent(widget,
+            new QMouseEvent(type, position, widget->mapToGlobal(position), Qt::LeftButton, buttons, Qt::NoModifier));
+    }
+}
+
+// A pad whose mouse release opens a dialog by exec(), so within the command that releases.
+class DialogPad : public QWidget
+{
+public:
+    explicit DialogPad(TestHost& testHost)
+        : host(testHost)
+    {
+        setObjectName(text("pad"));
+        setMinimumSize(200, 60);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent*) override { }
+    void mouseReleaseEvent(QMouseEvent*) override
+    {
+        QDialog dialog(this);
+        dialog.setObjectName(text("question"));
+        dialog.setWindowTitle(text("Question"));
+        QTimer::singleShot(0, &dialog, SLOT(setFocus()));
+        host.journal(text("dialog opens"));
+        dialog.exec();
+        host.journal(text("dialog closed"));
+    }
+
+private:
+    TestHost& host;
+};
+
+void build(TestHost& host)
+{
+    auto* window = new QWidget;
+    window->setObjectName(text("window"));
+    window->setWindowTitle(text("Faults"));
+    auto* layout = new QVBoxLayout(window);
+    auto* button = new QPushButton(text("Own"));
+    button->setObjectName(text("own"));
+    host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
+    layout->addWidget(button);
+    auto* edit = new QLineEdit;
+    edit->setObjectName(text("edit"));
+    edit->setMaxLength(1000000);
+    edit->setValidator(new AnyText(edit));
+    layout->addWidget(edit);
+    layout->addWidget(new DialogPad(host));
+    auto* counted = new Counted;
+    counted->setObjectName(text("counted"));
+    layout->addWidget(counted);
+
+    auto* pulse = new Pulse;
+    host.onRequest(text("measure"), [pulse] { pulse->reset(); });
+    host.onRequest(text("clickOwn"), [button] { postClick(button); });
+    host.onRequest(text("closeDialog"), [] { QApplication::activeModalWidget()->close(); });
+    window->move(60, 60);
+    window->show();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}
+
+#include "faulthost.moc"

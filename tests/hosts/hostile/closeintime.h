@@ -1,0 +1,21 @@
+#pragma once
+
+#include "later.h"
+
+#include <QPointer>
+
+// Ends the loop of a nested dialog or menu, and tries again until it is over: what was hidden before its loop began has to
+// be shown once more to be closed.
+template <class Window>
+void closeInTime(const QPointer<Window>& window, int milliseconds)
+{
+    const int retryMilliseconds = 20;
+    Later::run(milliseconds, [=] {
+        if (!window)
+            return;
+        if (!window->isVisible())
+            window->show();
+        window->close();
+        closeInTime(window, retryMilliseconds);
+    });
+}

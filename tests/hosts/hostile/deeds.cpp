@@ -1,0 +1,118 @@
+#include "deeds.h"
+
+#include "commondeeds.h"
+#include "later.h"
+#include "subject.h"
+#include "testhost.h"
+
+namespace {
+
+// What a deed needs of the place where it is done.
+enum class Kind {
+    Mild, // changes states, and runs no event loop: anywhere
+    Nesting, // runs an event loop of its own: anywhere
+    Structural, // destroys or moves widgets: where Qt does not rely on them
+};
+
+struct Deed
+{
+    Kind kind;
+    int weight;
+    const char* name;
+    void (*perform)(Stage& stage, QObject* sender);
+};
+
+const Deed deeds[] = {
+    {Kind::Structural, 60, "destroySender", destroySender},
+    {Kind::Structural, 30, "destroyParent", destroyParent},
+    {Kind::Structural, 25, "destroyWindow", destroyWindow},
+    {Kind::Structural, 40, "destroyRandomWidget", destroyRandomWidget},
+    {Kind::Structural, 25, "destroyPopup", destroyPopup},
+    {Kind::Structural, 40, "reparentSender", reparentSender},
+    {Kind::Structural, 160, "doSceneTrick", doSceneTrick},
+    {Kind::Mild, 40, "hideSender", hideSender},
+    {Kind::Mild, 10, "hideWindow", hideWindow},
+    {Kind::Mild, 40, "disableSender", disableSender},
+    {Kind::Mild, 15, "disableWindow", disableWindow},
+    {Kind::Mild, 30, "moveWindow", moveWindow},
+    {Kind::Mild, 20, "resizeWindow", resizeWindow},
+    {Kind::Mild, 6, "minimizeWindow", minimizeWindow},
+    {Kind::Mild, 20, "closeWindow", closeWindow},
+    {Kind::Mild, 20, "grabMouse", grabMouse},
+    {Kind::Mild, 20, "grabKeyboard", grabKeyboard},
+    {Kind::Mild, 50, "stealFocus", stealFocus},
+    {Kind::Mild, 25, "clearFocus", clearFocus},
+    {Kind::Mild, 40, "openPopup", openPopup},
+    {Kind::Mild, 12, "openSecondWindow", openSecondWindow},
+    {Kind::Mild, 6, "openModalWindow", openModalWindow},
+    {Kind::Mild, 30, "rename", rename},
+    {Kind::Mild, 25, "retitle", retitle},
+    {Kind::Mild, 20, "warpCursor", warpCursor},
+    {Kind::Mild, 20, "destroyLater", destroyLater},
+    {Kind::Mild, 10, "removePostedEvents", removePostedEvents},
+    {Kind::Mild, 20, "postInputOfItsOwn", postInputOfItsOwn},
+    {Kind::Mild, 2, "closeAllWindows", closeAllWindows},
+    {Kind::Mild, 8, "beBusy", beBusy},
+    {Kind::Mild, 1, "beBusyForLong", beBusyForLong},
+    {Kind::Mild, 2, "quit", quit},
+    {Kind::Mild, 1, "retireAgent", retireAgent},
+    {Kind::Nesting, 30, "runDialog", runDialog},
+    {Kind::Nesting, 12, "runMenu", runMenu},
+    {Kind::Nesting, 15, "runEventLoop", runEventLoop},
+    {Kind::Nesting, 40, "handleEvents", handleEvents},
+};
+
+const Deed& randomDeed(Chance& chance)
+{
+    static const int totalWeight = [] {
+        int total = 0;
+        for (const Deed& deed : deeds)
+            total += deed.weight;
+        return total;
+    }();
+    int rest = chance.below(totalWeight);
+    const Deed* deed = deeds;
+    while (rest >= deed->weight)
+        rest -= (deed++)->weight;
+    return *deed;
+}
+
+void commit(Stage& stage, QObject* sender, const Deed& deed)
+{
+    stage.host.journal(QString::fromLatin1("deed %1 %2")
+                           .arg(QLatin1String(deed.name), QLatin1String(sender->metaObject()->className())));
+    deed.perform(stage, sender);
+}
+
+void perform(Stage& stage, QObject* sender, Place place, const Deed& deed)
+{
+    switch (deed.kind) {
+    case Kind::Mild:
+        return commit(stage, sender, deed);
+    case Kind::Nesting:
+        if (place == Place::Delicate)
+            return;
+        return stage.nest(place, [&] { commit(stage, sender, deed); });
+    case Kind::Structural:
+        if (place == Place::Guarded && stage.mayDestroy())
+            return commit(stage, sender, deed);
+        return Later::run(0, [&stage, subject = Subject(sender), &deed] {
+            if (QObject* live = subject.get())
+                stage.whenSafe(live, [&stage, &deed](QObject* subject) { commit(stage, subject, deed); });
+        });
+    }
+}
+
+} // namespace
+
+void doHarm(Stage& stage, QObject* sender, Place place)
+{
+    const Deed& deed = randomDeed(stage.chance);
+    if (!stage.chance.oneIn(3))
+        return perform(stage, sender, place, deed);
+    // A moment later, when nobody thinks of it.
+    Later::run(stage.chance.below(6), [&stage, subject = Subject(sender), &deed] {
+        if (QObject* live = subject.get())
+            perform(stage, live, Place::Guarded, deed);
+    });
+}

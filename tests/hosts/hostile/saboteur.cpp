@@ -1,0 +1,163 @@
+#include "saboteur.h"
+
+#include "commondeeds.h"
+#include "deeds.h"
+#include "testhost.h"
+#include "watchfulapplication.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QWidget>
+
+namespace {
+
+struct SignalRow
+{
+    const char* className;
+    const char* signal;
+    Place place;
+};
+
+// What Qt allows to destroy its sender, and what it does not.
+const SignalRow signalRows[] = {
+    {"QAbstractButton", SIGNAL(clicked()), Place::Guarded},
+    {"QAbstractButton", SIGNAL(pressed()), Place::Guarded},
+    {"QAbstractButton", SIGNAL(released()), Place::Guarded},
+    {"QAbstractButton", SIGNAL(toggled(bool)), Place::Fragile},
+    {"QGroupBox", SIGNAL(toggled(bool)), Place::Fragile},
+    {"QLineEdit", SIGNAL(textChanged(QString)), Place::Fragile},
+    {"QLineEdit", SIGNAL(returnPressed()), Place::Fragile},
+    {"QLineEdit", SIGNAL(editingFinished()), Place::Fragile},
+    {"QLineEdit", SIGNAL(selectionChanged()), Place::Fragile},
+    {"QTextEdit", SIGNAL(textChanged()), Place::Fragile},
+    {"QTextEdit", SIGNAL(cursorPositionChanged()), Place::Fragile},
+    {"QComboBox", SIGNAL(activated(int)), Place::Fragile},
+    {"QComboBox", SIGNAL(highlighted(int)), Place::Fragile},
+    {"QComboBox", SIGNAL(currentIndexChanged(int)), Place::Fragile},
+    {"QAbstractSlider", SIGNAL(valueChanged(int)), Place::Fragile},
+    {"QAbstractSlider", SIGNAL(sliderPressed()), Place::Fragile},
+    {"QAbstractSlider", SIGNAL(sliderReleased()), Place::Fragile},
+    {"QAbstractSpinBox", SIGNAL(editingFinished()), Place::Fragile},
+    {"QSpinBox", SIGNAL(valueChanged(int)), Place::Fragile},
+    {"QDoubleSpinBox", SIGNAL(valueChanged(double)), Place::Fragile},
+    {"QDateTimeEdit", SIGNAL(dateTimeChanged(QDateTime)), Place::Fragile},
+    {"QTabBar", SIGNAL(currentChanged(int)), Place::Fragile},
+    {"QToolBox", SIGNAL(currentChanged(int)), Place::Fragile},
+    {"QDockWidget", SIGNAL(visibilityChanged(bool)), Place::Fragile},
+    {"QAbstractItemView", SIGNAL(clicked(QModelIndex)), Place::Fragile},
+    {"QAbstractItemView", SIGNAL(pressed(QModelIndex)), Place::Fragile},
+    {"QAbstractItemView", SIGNAL(doubleClicked(QModelIndex)), Place::Fragile},
+    {"QAbstractItemView", SIGNAL(activated(QModelIndex)), Place::Fragile},
+    {"QTreeView", SIGNAL(expanded(QModelIndex)), Place::Fragile},
+    {"QTreeView", SIGNAL(collapsed(QModelIndex)), Place::Fragile},
+    {"QItemSelectionModel", SIGNAL(currentChanged(QModelIndex, QModelIndex)), Place::Fragile},
+    {"QItemSelectionModel", SIGNAL(selectionChanged(QItemSelection, QItemSelection)), Place::Fragile},
+    {"QAbstractItemModel", SIGNAL(dataChanged(QModelIndex, QModelIndex)), Place::Fragile},
+    {"QMenu", SIGNAL(aboutToShow()), Place::Fragile},
+    {"QMenu", SIGNAL(aboutToHide()), Place::Fragile},
+    {"QMenu", SIGNAL(hovered(QAction*)), Place::Fragile},
+    {"QAction", SIGNAL(triggered()), Place::Guarded},
+    {"QAction", SIGNAL(toggled(bool)), Place::Fragile},
+    {"QMenuBar", SIGNAL(hovered(QAction*)), Place::Fragile},
+    {"QStatusBar", SIGNAL(messageChanged(QString)), Place::Fragile},
+    {"QDialog", SIGNAL(finished(int)), Place::Fragile},
+    {"QFileDialog", SIGNAL(currentChanged(QString)), Place::Fragile},
+};
+
+// How seldom a signal, an input event and another event is answered by something hostile: once in so many.
+const int signalRarity = 4;
+const int inputRarity = 16;
+const int otherRarity = 20;
+
+struct EventRow
+{
+    QEvent::Type type;
+    Place place;
+    int rarity;
+};
+
+// Of input Qt looks after the target, if it was posted. In the middle of an activation, or of the pointer's crossing of
+// borders, it goes through a list of widgets; a popup that is closing stays the active one, and a modal dialog that opens
+// meanwhile waits for its end.
+const EventRow eventRows[] = {
+    {QEvent::MouseButtonPress, Place::Guarded, inputRarity},
+    {QEvent::MouseButtonRelease, Place::Guarded, inputRarity},
+    {QEvent::MouseButtonDblClick, Place::Guarded, inputRarity},
+    {QEvent::MouseMove, Place::Guarded, inputRarity},
+    {QEvent::KeyPress, Place::Guarded, inputRarity},
+    {QEvent::KeyRelease, Place::Guarded, inputRarity},
+    {QEvent::ContextMenu, Place::Guarded, inputRarity},
+    {QEvent::FocusIn, Place::Fragile, otherRarity},
+    {QEvent::FocusOut, Place::Fragile, otherRarity},
+    {QEvent::ShortcutOverride, Place::Fragile, otherRarity},
+    {QEvent::WindowActivate, Place::Delicate, otherRarity},
+    {QEvent::WindowDeactivate, Place::Delicate, otherRarity},
+    {QEvent::Enter, Place::Delicate, otherRarity},
+    {QEvent::Leave, Place::Delicate, otherRarity},
+    {QEvent::Close, Place::Delicate, otherRarity},
+};
+
+const EventRow* rowOf(const QEvent* event)
+{
+    for (const EventRow& row : eventRows) {
+        if (row.type == event->type())
+            return &row;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+Saboteur::Saboteur(Stage& wantedStage)
+    : QObject(&wantedStage)
+    , stage(wantedStage)
+{
+    qApp->installEventFilter(this);
+}
+
+void Saboteur::connectSignals(Stage& stage, QObject* root)
+{
+    connectSignalsOf(stage, root);
+    const QList<QObject*> objects = root->findChildren<QObject*>();
+    for (QObject* object : objects)
+        connectSignalsOf(stage, object);
+}
+
+void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
+{
+    for (const SignalRow& row : signalRows) {
+        if (!sender->inherits(row.className))
+            continue;
+        stage.host.onSignal(sender, row.signal, [&stage, sender, row] {
+            if (!stage.isQuiet() && !WatchfulApplication::isDestroying() && stage.chance.oneIn(signalRarity))
+                doHarm(stage, sender, WatchfulApplication::isFirstHandInput() ? row.place : Place::Fragile);
+        });
+    }
+}
+
+bool Saboteur::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::DeferredDelete && !stage.mayDestroy()) {
+        // In an event loop on top of a function of Qt that relies on the object.
+        stage.whenSafe(watched, [](QObject* subject) { subject->deleteLater(); });
+        return true;
+    }
+    if (event->type() == QEvent::DeferredDelete)
+        Stage::dropKeysOfEditors(watched);
+    const EventRow* row = rowOf(event);
+    if (!row || WatchfulApplication::isDestroying() || stage.isQuiet() || !watched->isWidgetType()
+        || !stage.chance.oneIn(row->rarity))
+        return false;
+    const QPointer<QObject> target(watched);
+    const bool guarded = row->place == Place::Guarded && !event->spontaneous() && WatchfulApplication::isFirstHand();
+    if (guarded && event->type() == QEvent::KeyPress && stage.chance.oneIn(4))
+        destroyEditor(stage, watched, static_cast<QKeyEvent*>(event)->key());
+    else
+        doHarm(stage, watched, row->place == Place::Guarded && !guarded ? Place::Fragile : row->place);
+    if (target)
+        return guarded && stage.chance.oneIn(8);
+    event->accept();
+    return true;
+}

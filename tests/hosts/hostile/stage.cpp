@@ -1,0 +1,182 @@
+#include "stage.h"
+
+#include "saboteur.h"
+#include "scenes.h"
+#include "testhost.h"
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QVariant>
+#include <QtCore/QTimerEvent>
+
+namespace {
+
+const int tickMilliseconds = 20;
+const int ticksOfLife = 90;
+const int ticksOfPopup = 8;
+const int ticksOfModal = 5;
+const int maximumNesting = 3;
+const char nestedProperty[] = "nestedByTheApplication";
+
+} // namespace
+
+Stage::Stage(TestHost& testHost, const Scene& wantedScene, quint32 seed)
+    : host(testHost)
+    , chance(seed)
+    , scene(wantedScene)
+{
+    rebuild();
+    startTimer(tickMilliseconds);
+}
+
+QWidget* Stage::randomWidget()
+{
+    if (!mainWindow)
+        return nullptr;
+    const QList<QWidget*> widgets = mainWindow->findChildren<QWidget*>();
+    return widgets.isEmpty() ? nullptr : widgets.at(chance.below(static_cast<int>(widgets.size())));
+}
+
+void Stage::rebuild()
+{
+    ++quiet;
+    ticksToRebuild = ticksOfLife / 2 + chance.below(ticksOfLife);
+    tricks.clear();
+    for (const QPointer<QWidget>& stray : strays)
+        destroy(stray);
+    strays.clear();
+    destroy(mainWindow);
+    mainWindow = new QMainWindow; // deleted by the next rebuild
+    own(mainWindow.data())->setObjectName(QLatin1String("stage"));
+    mainWindow->setWindowTitle(QLatin1String("Stage"));
+    auto* centre = new QWidget;
+    centre->setObjectName(QLatin1String("centre"));
+    mainWindow->setCentralWidget(centre);
+    scene.build(*this, centre);
+    Saboteur::connectSignals(*this, mainWindow);
+    mainWindow->setGeometry(40, 40, 760, 620);
+    mainWindow->show();
+    --quiet;
+}
+
+bool Stage::mayDestroy() const
+{
+    // A modal dialog that Qt itself has opened has a function of Qt waiting for it.
+    const QWidget* modal = QApplication::activeModalWidget();
+    return fragileFrames == 0 && (!modal || modal->property(nestedProperty).toBool());
+}
+
+void Stage::whenSafe(QObject* subject, const Trick& function)
+{
+    if (mayDestroy())
+        function(subject);
+    else if (waiting.size() < 100)
+        waiting.append({subject, function});
+}
+
+void Stage::destroy(QObject* object)
+{
+    dropKeysOfEditors(object);
+    undisturbed([object] { delete object; });
+}
+
+void Stage::undisturbed(const std::function<void()>& function)
+{
+    ++quiet;
+    function();
+    --quiet;
+}
+
+void Stage::dropKeysOfEditors(const QObject* victim)
+{
+    QWidget* focus = QApplication::focusWidget();
+    const QObject* ancestor = focus;
+    while (ancestor && ancestor != victim)
+        ancestor = ancestor->parent();
+    if (!ancestor)
+        return; // nor is there a victim
+    QCoreApplication::removePostedEvents(focus, QEvent::KeyPress);
+    QCoreApplication::removePostedEvents(focus, QEvent::KeyRelease);
+}
+
+void Stage::nest(Place place, const std::function<void()>& function)
+{
+    if (nestedLoops >= maximumNesting)
+        return;
+    ++nestedLoops;
+    fragileFrames += place == Place::Fragile ? 1 : 0;
+    function();
+    fragileFrames -= place == Place::Fragile ? 1 : 0;
+    --nestedLoops;
+}
+
+void Stage::addStray(QWidget* widget)
+{
+    strays.append(widget);
+}
+
+void Stage::timerEvent(QTimerEvent*)
+{
+    // Timers do not nest: nothing that is done from here may run an event loop.
+    ++quiet;
+    closeWhatStaysOpen();
+    runWaiting();
+    if (mayDestroy() && (!mainWindow || --ticksToRebuild <= 0))
+        rebuild();
+    else if (mainWindow && chance.oneIn(3))
+        mend();
+    --quiet;
+}
+
+void Stage::runWaiting()
+{
+    if (!mayDestroy())
+        return;
+    const QList<Waiting> due = waiting;
+    waiting.clear();
+    for (const Waiting& one : due) {
+        if (QObject* live = one.subject.get())
+            one.function(live);
+    }
+}
+
+void Stage::mend()
+{
+    if (QWidget* grabber = QWidget::mouseGrabber())
+        grabber->releaseMouse();
+    if (QWidget* grabber = QWidget::keyboardGrabber())
+        grabber->releaseKeyboard();
+    mainWindow->setEnabled(true);
+    if (mainWindow->isMinimized())
+        mainWindow->showNormal();
+    mainWindow->show();
+    const QList<QWidget*> widgets = mainWindow->findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        if (widget->property("hiddenBySabotage").toBool()) {
+            widget->setProperty("hiddenBySabotage", false);
+            widget->show();
+        }
+        if (widget->property("disabledBySabotage").toBool()) {
+            widget->setProperty("disabledBySabotage", false);
+            widget->setEnabled(true);
+        }
+    }
+    if (!mainWindow->isActiveWindow() && !QApplication::activePopupWidget())
+        mainWindow->activateWindow();
+}
+
+void Stage::closeWhatStaysOpen()
+{
+    QWidget* popup = QApplication::activePopupWidget();
+    popupTicks = popup && popup == openPopup ? popupTicks + 1 : 0;
+    openPopup = popup;
+    if (popup && popupTicks > ticksOfPopup)
+        popup->close();
+    QWidget* modal = QApplication::activeModalWidget();
+    modalTicks = modal && modal == openModal ? modalTicks + 1 : 0;
+    openModal = modal;
+    if (modal && modalTicks > ticksOfModal) {
+        modal->setEnabled(true);
+        modal->close();
+    }
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QApplication>
+#include <QtCore/QEvent>
+
+// An application that knows in the middle of which events it is.
+class WatchfulApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        const QEvent::Type before = outer;
+        outer = inner;
+        inner = event->type();
+        const bool destroys = inner == QEvent::DeferredDelete;
+        destructions += destroys ? 1 : 0;
+        const bool result = QApplication::notify(receiver, event);
+        destructions -= destroys ? 1 : 0;
+        inner = outer;
+        outer = before;
+        return result;
+    }
+
+    // Whether the event that is being delivered comes straight from an event loop or from the agent's reading of its socket.
+    // Otherwise Qt delivers it in the middle of another one: so do item views with the keys of an editor that they close, be
+    // it from their own destructor.
+    static bool isFirstHand() { return outer == QEvent::None || outer == QEvent::SockAct || outer == QEvent::Timer; }
+    // Whether input that came so is being delivered, and nothing else, such as the loss of the focus, by which Qt sends the
+    // signals of input, too.
+    static bool isFirstHandInput();
+    // Whether a deferred deletion is under way.
+    static bool isDestroying() { return destructions > 0; }
+
+private:
+    static QEvent::Type inner;
+    static QEvent::Type outer;
+    static int destructions;
+};

@@ -1,0 +1,105 @@
+"""An application at work, which tells whether a fault of its test server has disturbed it."""
+
+import os
+import socket
+import struct
+from contextlib import contextmanager, suppress
+from pathlib import Path
+
+from hostapp import BUILD, DEADLINE, HostApp, eventually
+
+IS_ASAN = BUILD.name.endswith("-asan")
+MOST_WORK = 600 if IS_ASAN else 150
+"""Milliseconds that the application's thread may work without a tick of its timer in between."""
+LONGEST_GAP = DEADLINE * 1000
+"""Milliseconds between two ticks, also where many others want the machine: the event loop was never blocked."""
+MEBIBYTE = 1 << 20
+CLOSED = "agent open 0 state 0"
+CLICK = b"5,Faults,own,,,\n"
+
+
+def end(connection, reset):
+    """Closes a connection: in order, or as a process that crashes does."""
+    if reset:
+        connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+    connection.close()
+
+
+class FaultApp(HostApp):
+    """The host of the fault tests; its agent can be replaced by a new one."""
+
+    def __init__(self, *arguments, **options):
+        # Freed memory is kept back by the sanitizer, which would count as the application's.
+        sanitizer = (
+            os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1:thread_local_quarantine_size_kb=64"
+        )
+        super().__init__("faulthost", *arguments, env={"ASAN_OPTIONS": sanitizer.lstrip(":")}, **options)
+
+    def connect(self):
+        """Has a new agent connect, and returns the server's end when the greeting is there to be read."""
+        self.do("deleteAgent")
+        self.do("loadAgent")
+        self.server.settimeout(DEADLINE)
+        self.socket, _ = self.server.accept()
+        self.socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+        self.socket.settimeout(DEADLINE)
+        assert self.socket.recv(1, socket.MSG_PEEK)
+        return self.socket
+
+    def disappear(self, reset=False):
+        """The server ends: in order, or as one that has crashed."""
+        self._reader.close()
+        end(self.socket, reset)
+
+    def end_connections_until_closed(self, reset):
+        """Ends each connection before a byte is read or written, until the agent is closed."""
+        self.server.settimeout(0.01)
+        while self.agent_state() != CLOSED:
+            with suppress(socket.timeout):
+                end(self.server.accept()[0], reset)
+
+    def agent_state(self):
+        self.do("agentState")
+        return self.journal.pop()
+
+    def wait_until_closed(self):
+        """Waits until the agent has noticed."""
+        eventually(self.agent_state, CLOSED)
+
+    def pulse(self, name):
+        return int(self.get("pulse", name))
+
+    def tick(self, count):
+        """Waits for that many ticks of the application's timer."""
+        last = self.pulse("ticks") + count
+        eventually(lambda: self.pulse("ticks") >= last, True)
+
+    @contextmanager
+    def undisturbed(self):
+        """The application works on in the meantime: its timer ticks, and its own button can be clicked."""
+        self.do("measure")
+        yield
+        self.do("clickOwn")
+        self.wait_for("clicked own")
+        self.tick(5)
+        work, gap = self.pulse("longestWork"), self.pulse("longestGap")
+        print(f"between two ticks: {work} ms of work, {gap} ms in all")
+        assert work <= MOST_WORK
+        assert gap <= LONGEST_GAP
+
+    def memory(self, name="VmRSS"):
+        """Bytes of the application: VmRSS now, VmHWM at most since `forget_peak`."""
+        status = Path(f"/proc/{self.process.pid}/status").read_text()
+        return int(status.split(f"{name}:")[1].split()[0]) * 1024
+
+    @contextmanager
+    def memory_within(self, bound):
+        """The application's memory grows by no more than this many bytes in the meantime, not even for a moment."""
+        Path(f"/proc/{self.process.pid}/clear_refs").write_text("5")
+        before = self.memory()
+        yield
+        assert self.memory("VmHWM") - before <= bound
+
+    def work(self):
+        """Nanoseconds that the application's thread has worked since its start."""
+        return int(Path(f"/proc/{self.process.pid}/schedstat").read_text().split()[0])

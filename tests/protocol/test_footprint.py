@@ -1,0 +1,34 @@
+"""What the agent leaves of itself in the process of the application: a connection, and nothing to be seen."""
+
+import signal
+from pathlib import Path
+
+
+BROKEN_PIPE = 1 << (signal.SIGPIPE - 1)
+"""Qt's network library has this one ignored as soon as there is a socket, the agent's or any other."""
+
+
+def footprint(process):
+    """The number of threads, and the signals that are caught and ignored."""
+    folder = Path("/proc") / str(process)
+    status = dict(line.split(":\t", 1) for line in (folder / "status").read_text().splitlines())
+    return (
+        len(list((folder / "task").iterdir())),
+        int(status["SigCgt"], 16),
+        int(status["SigIgn"], 16) | BROKEN_PIPE,
+    )
+
+
+def test_the_agent_starts_no_thread_catches_no_signal_and_writes_nothing(launch, capfd):
+    app = launch("throwhost", "--late", agent=False)
+    app.wait_until("button", "visible", "true")
+    before = footprint(app.process.pid)
+    app.do("loadAgent")
+    app.accept()
+    assert app.activate("Thrower", "button") == "0,QPushButton"
+    app.wait_for("clicked button")
+    assert app.enter("Thrower", "plain", "s:typed") == "0,QLineEdit"
+    assert app.request("7,Nowhere,button,,text,").startswith("2,")
+    assert footprint(app.process.pid) == before
+    assert app.journal == ["agent loaded", "clicked button"]
+    assert capfd.readouterr().err == ""

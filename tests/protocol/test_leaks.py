@@ -1,0 +1,44 @@
+"""Requests leave nothing behind: no memory, widgets, objects, or open files. scripts/leaks.sh plays more of them."""
+
+import os
+
+import pytest
+
+from leaks import BATCHES, EVERY_KIND, PLANTED, SLOW, LeakApp, excess
+
+ROUNDS = int(os.environ.get("QTDRIVER_LEAK_ROUNDS", "90")) // BATCHES
+
+
+@pytest.fixture(scope="module")
+def app():
+    app = LeakApp()
+    yield app
+    assert app.close() == 0
+
+
+@pytest.fixture(scope="module")
+def bytes_of_menu(app):
+    return app.growth_of_a_menu()
+
+
+@pytest.mark.parametrize("name", EVERY_KIND)
+def test_a_request_leaves_nothing_behind(app, bytes_of_menu, name):
+    requests = EVERY_KIND[name]
+    rounds = max(ROUNDS // 30, 3) if name in SLOW else ROUNDS
+    growth = app.growth_of_requests(requests, rounds)
+    print(f"{BATCHES} x {rounds} rounds of {len(requests)}, {name}: {growth}, of a menu {bytes_of_menu:.0f}")
+    assert excess(growth, requests, rounds, bytes_of_menu) == {}
+
+
+@pytest.mark.parametrize(
+    "name, found",
+    [
+        ("bytes", {"heap"}),
+        ("object", {"heap", "objects"}),
+        ("widget", {"heap", "widgets", "objects"}),
+        ("file", {"files"}),
+    ],
+)
+def test_a_leak_in_the_application_would_be_found(app, name, found):
+    growth = app.growth_of_requests(PLANTED[name], ROUNDS)
+    assert set(excess(growth, PLANTED[name], ROUNDS, 0)) == found
