@@ -75,8 +75,8 @@ class Project:
         """Starts a run."""
         return subprocess.Popen(
             [self.python, "-m", "pytest", "-p", "no:cacheprovider", "-p", "qtdriver.plugin"]
-            + [f"--qtdriver-build={AGENTS}", f"--qtdriver-qt={QT}", f"--junitxml={self.junit}"]
-            + [f"--basetemp={self.folder / 'pytest'}", *map(str, arguments)],
+            + [f"--qtdriver-build={AGENTS}", f"--qtdriver-qt={QT}", "--qtdriver-timeout=60"]
+            + [f"--junitxml={self.junit}", f"--basetemp={self.folder / 'pytest'}", *map(str, arguments)],
             cwd=self.folder,
             env={
                 **os.environ,
@@ -98,12 +98,13 @@ class Project:
         """Ctrl-C, as a terminal has it: for the run and all of its processes that are not in a session of their own."""
         os.killpg(process.pid, signal.SIGINT)
 
-    def finish(self, process, seconds=100):
+    def finish(self, process, seconds=200):
         """Waits for the end of a run, and of everything that has its output open."""
         try:
             output, _ = process.communicate(timeout=seconds)
         finally:
             process.kill()
+        print(output)  # for the report, should the test fail
         return Finished(process.returncode, output, self.junit)
 
     def run(self, *arguments):

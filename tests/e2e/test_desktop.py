@@ -74,9 +74,9 @@ def test_a_signal_ends_the_command_and_the_desktop(environment, number):
     assert int(pid) == process.pid
     assert not is_gone(environment, display)
     process.send_signal(number)
-    assert process.wait(10) == -number
+    assert process.wait(60) == -number
     process.communicate()
-    eventually(lambda: is_gone(environment, display), timeout=30).is_true()
+    eventually(lambda: is_gone(environment, display), timeout=60).is_true()
 
 
 def test_desktops_at_the_same_time_have_different_displays(environment):

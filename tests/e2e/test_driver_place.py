@@ -25,7 +25,7 @@ def test_an_agent_that_nobody_asked_for_does_not_wait_for_the_next_driver(server
     with Driver(server=server):
         stray = subprocess.Popen(fake_agent, stderr=subprocess.DEVNULL)
         wait_until_connected(stray)
-    stray.wait(10)  # it ends when it has lost its connection
+    stray.wait(60)  # it ends when it has lost its connection
     with Driver(server=server) as driver, pytest.raises(NoClientError):
         driver.attach(start_timeout=0)
 
@@ -38,7 +38,7 @@ def wait_until_connected(process):
         with open(f"/proc/{process.pid}/net/tcp", encoding="ascii") as table:
             return any(peer in line for line in table)
 
-    eventually(connected).is_true()
+    eventually(connected, timeout=60).is_true()
 
 
 def test_a_desktop_that_was_given_stays_for_the_next_driver(server, build, desktop, fake_agent):
@@ -59,8 +59,8 @@ def test_what_waits_is_dropped_and_later_clients_are_not(server, fake_agent):
     early = subprocess.Popen(fake_agent, stderr=subprocess.DEVNULL)
     wait_until_connected(early)
     server.drop_waiting()
-    early.wait(10)  # it ends when it has lost its connection
+    early.wait(60)  # it ends when it has lost its connection
     late = subprocess.Popen(fake_agent)
-    with server.accept(10) as connection:
+    with server.accept(60) as connection:
         assert connection.greeting.pid == late.pid
-    assert late.wait(10) == 0
+    assert late.wait(60) == 0

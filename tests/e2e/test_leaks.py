@@ -49,7 +49,7 @@ def start(project, *arguments, pause=0):
 
 def check_nothing_stays(project, display, network):
     """Waits until all is gone."""
-    eventually(project.processes, timeout=40).equals({})
+    eventually(project.processes, timeout=60).equals({})
     assert os.listdir(project.temporary) == []
     number = display[1:]
     assert not Path(f"/tmp/.X{number}-lock").exists()

@@ -129,12 +129,12 @@ def fake(qtdriver):
 
 def end(app):
     app.connection.check_window("quit")
-    eventually(lambda: app.process.status() is not None).is_true()
+    eventually(lambda: app.process.status() is not None, timeout=60).is_true()
 """
 
 
 def test_an_application_that_crashes_behind_the_back_of_a_test_fails_it(project):
-    project.write("def test_crash(app): os.kill(app.pid, signal.SIGSEGV); app.process.wait(10)")
+    project.write("def test_crash(app): os.kill(app.pid, signal.SIGSEGV); app.process.wait(60)")
     run = project.run()
     assert run.outcomes == "1 passed, 1 error"
     assert "ApplicationEndedError: the application ended (signal SIGSEGV) after the request '" in run.output
