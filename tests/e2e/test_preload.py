@@ -245,12 +245,12 @@ def test_a_server_that_does_not_read_its_replies_does_not_keep_the_application_f
 
 def test_the_last_reply_arrives_at_a_server_that_reads(server, start):
     app = start(WIDGETS_HOST, "plain")
-    requests = 400
+    unknown = b"x" * 6000000
     with server_side(server) as connected:
-        connected.sendall(b"1\n" * requests)
-        wait_for(lambda: queues_of(connected)[0] > 0 and queues_of(connected)[1] == 0)
+        connected.sendall(b"8," + unknown + b"\n")
+        wait_for(lambda: queues_of(connected)[0] > 0)
         app.tell("quit")
-        assert read_to_end(connected).count(b"\n") == 1 + requests
+        assert read_to_end(connected).endswith(b"\n2,Window (" + unknown + b") not found\n")
         assert app.end()[0] == 0
 
 
