@@ -247,6 +247,10 @@ def test_a_condition_that_stays_false_tells_what_was_there(window):
 
 
 def test_a_screenshot_shows_the_desktop(window, tmp_path):
+    def colours():
+        with Image.open(window.app.screenshot(tmp_path / "shot.png")) as image:
+            return len(image.convert("RGB").getcolors(maxcolors=1 << 24))
+
     window.title()
-    with Image.open(window.app.screenshot(tmp_path / "shot.png")) as image:
-        assert len(image.convert("RGB").getcolors(maxcolors=1 << 24)) > 20
+    # The window is there before it is painted.
+    eventually(colours, timeout=10).satisfies(lambda count: count > 20)

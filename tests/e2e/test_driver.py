@@ -123,7 +123,8 @@ def test_closing_ends_what_was_started_and_frees_the_port(driver, fake_agent):
     app = driver.launch(*fake_agent)
     driver.close()
     driver.close()
-    assert app.process.status() == -signal.SIGTERM
+    # The fake agent ends with its connection, which is closed first: the signal may find it gone.
+    assert app.process.status() in (0, -signal.SIGTERM)
     Driver().close()
 
 

@@ -35,7 +35,8 @@ def test_the_application_is_driven_and_ended(start, fake_agent):
     with start(fake_agent) as application:
         assert application.pid == application.launched_pid
         assert [window.title for window in application.connection.list_windows()] == ["Editor", "Save"]
-    assert application.process.status() == -15
+    # The fake agent ends with its connection, which is closed first: the signal may find it gone.
+    assert application.process.status() in (0, -15)
 
 
 def test_the_agent_comes_first_in_the_preload_list(start, fake_agent, build):

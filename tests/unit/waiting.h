@@ -2,11 +2,11 @@
 
 #include <QtTest>
 
-// Processes events until the condition holds; false when it does not within five seconds.
+// Processes events until the condition holds; false when it does not within twenty seconds.
 template <class Condition>
 bool becomesTrue(Condition condition)
 {
-    const int deadlineMilliseconds = 5000;
+    const int deadlineMilliseconds = 20000;
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {
