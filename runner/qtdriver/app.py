@@ -5,11 +5,11 @@ from __future__ import annotations
 import time
 from contextlib import contextmanager
 from pathlib import Path
-from types import TracebackType
-from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
+from typing import Callable, Iterator, List, Optional, Tuple, TypeVar
 
 from . import endings
 from .clipboard import read_clipboard
+from .closing import ClosedOnLeaving
 from .connection import Connection
 from .errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
 from .explain import MODAL, POPUP, explain
@@ -30,7 +30,7 @@ _LISTING_SECONDS = 1.0
 _Result = TypeVar("_Result")
 
 
-class App:
+class App(ClosedOnLeaving):
     """A running application with the agent inside.
 
     A context manager: leaving it ends the application. Not for use by several threads at the same time.
@@ -203,13 +203,6 @@ class App:
         self.connection.close()
         return None if self.process is None else self.process.terminate(grace)
 
-    def __enter__(self) -> "App":
-        return self
-
-    def __exit__(
-        self,
-        kind: Optional[Type[BaseException]],
-        error: Optional[BaseException],
-        traceback: Optional[TracebackType],
-    ) -> None:
+    def close(self) -> None:
+        """As terminate()."""
         self.terminate()

@@ -4,9 +4,9 @@ from __future__ import annotations
 
 import socket
 import time
-from types import TracebackType
 from typing import Optional, Type, TypeVar
 
+from .closing import ClosedOnLeaving
 from .errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .greeting import Greeting
 from .lines import LineSocket
@@ -19,7 +19,7 @@ DEFAULT_TIMEOUT = 30.0
 _Self = TypeVar("_Self", bound="Channel")
 
 
-class Channel:
+class Channel(ClosedOnLeaving):
     """A greeted agent, spoken to in raw lines. Not for use by several threads at the same time.
 
     Attributes:
@@ -55,17 +55,6 @@ class Channel:
             if isinstance(error, OSError):
                 raise ConnectionClosed(f"the connection broke before the greeting: {error}") from error
             raise
-
-    def __enter__(self: _Self) -> _Self:
-        return self
-
-    def __exit__(
-        self,
-        kind: Optional[Type[BaseException]],
-        error: Optional[BaseException],
-        traceback: Optional[TracebackType],
-    ) -> None:
-        self.close()
 
     def close(self) -> None:
         """Ends the connection; the application goes on without it. Closing twice is harmless."""

@@ -4,11 +4,11 @@ from __future__ import annotations
 
 import os
 from pathlib import Path
-from types import TracebackType
-from typing import Dict, List, Mapping, Optional, Tuple, Type
+from typing import Dict, List, Mapping, Optional, Tuple
 
 from .app import DEFAULT_WAIT, App
 from .channel import DEFAULT_TIMEOUT
+from .closing import ClosedOnLeaving
 from .desktop import Desktop
 from .errors import NoClientError
 from .launch import launch
@@ -18,7 +18,7 @@ from .steps import StepListener
 from .waiting import Deadline
 
 
-class Driver:
+class Driver(ClosedOnLeaving):
     """Starts applications, or waits for them, and ends them. A context manager: leaving it ends what it started.
 
     Agents look for their server at a fixed place, so there can be one driver at a time in a network namespace.
@@ -159,14 +159,3 @@ class Driver:
         if self._owns_desktop and self._desktop is not None:
             self._desktop.close()
             self._desktop = None
-
-    def __enter__(self) -> "Driver":
-        return self
-
-    def __exit__(
-        self,
-        kind: Optional[Type[BaseException]],
-        error: Optional[BaseException],
-        traceback: Optional[TracebackType],
-    ) -> None:
-        self.close()

@@ -5,10 +5,10 @@ from __future__ import annotations
 import errno
 import socket
 import time
-from types import TracebackType
-from typing import Optional, Type
+from typing import Optional
 
 from .channel import DEFAULT_TIMEOUT
+from .closing import ClosedOnLeaving
 from .connection import Connection
 from .errors import NoClientError, PortInUseError, QtDriverError
 
@@ -17,7 +17,7 @@ PORT = 4242
 _BACKLOG = 16
 
 
-class Server:
+class Server(ClosedOnLeaving):
     """Listens where agents connect. A context manager: leaving it stops listening, not the connections.
 
     An agent looks for its server once, when its application starts. So the server has to listen before that.
@@ -40,17 +40,6 @@ class Server:
                 raise PortInUseError(host, port) from None
             raise QtDriverError(f"cannot listen on {host}:{port}: {error.strerror}") from error
         self.port: int = self._socket.getsockname()[1]
-
-    def __enter__(self) -> "Server":
-        return self
-
-    def __exit__(
-        self,
-        kind: Optional[Type[BaseException]],
-        error: Optional[BaseException],
-        traceback: Optional[TracebackType],
-    ) -> None:
-        self.close()
 
     def close(self) -> None:
         """Stops listening. Closing twice is harmless."""
