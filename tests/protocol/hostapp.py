@@ -164,6 +164,14 @@ class HostApp:
         """Waits until a property of the application's object has a value."""
         eventually(lambda: self.get(name, prop), value)
 
+    def wait_until_minimized(self, name):
+        """Waits until the window manager has minimised a window. Qt says so as soon as it has asked for it, and a request
+        to show the window that overtakes this one is lost."""
+        self.wait_until(name, "minimized", "true")
+        title = re.escape(self.get(name, "windowTitle"))
+        search = ["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"]
+        eventually(lambda: subprocess.run(search, capture_output=True, check=False).stdout, b"")
+
     def close(self):
         """Ends the application, if it has not ended yet, and returns its exit status."""
         for closing in (self.socket, self.server):

@@ -149,7 +149,7 @@ def test_a_hidden_one_is_not_visible(plain):
 
 def test_one_that_dies_as_its_window_is_restored_is_an_error(plain):
     plain.do("minimizeDoomed")
-    plain.wait_until("main", "minimized", "true")
+    plain.wait_until_minimized("main")
     assert plain.activate(WINDOW, "doomed") == "8,Exception : Internal error, proxy without widget"
     plain.wait_until("main", "minimized", "false")
     assert plain.events("press", "release") == []

@@ -202,7 +202,7 @@ def test_a_dialog_that_dies_at_the_click_is_answered_for(plain):
 def test_a_dialog_that_dies_as_it_is_restored_is_an_error(plain):
     show(plain, "show")
     plain.do("minimize")
-    plain.wait_until("dialog", "minimized", "true")
+    plain.wait_until_minimized("dialog")
     assert (
         plain.activate("Choose", "dialog", "s:x.txt") == "8,Exception : Internal error, proxy without widget"
     )

@@ -71,7 +71,7 @@ def test_an_argument_that_a_property_does_not_use_is_ignored(app, argument):
 
 def test_a_minimised_window_is_shown_for_real_input(app):
     app.do("minimizeMain")
-    app.wait_until("main", "minimized", "true")
+    app.wait_until_minimized("main")
     assert app.activate("Editor", "twin") == "0,QPushButton"
     app.wait_for("clicked twin")
     assert app.get("main", "minimized") == "false"

@@ -181,7 +181,7 @@ def test_a_bar_that_its_own_click_deletes_is_answered_for(plain):
 
 def test_a_bar_that_dies_as_its_window_is_restored_is_an_error(plain):
     plain.do("minimizeDoomed")
-    plain.wait_until("tabs", "minimized", "true")
+    plain.wait_until_minimized("tabs")
     assert plain.activate(WINDOW, "doomed", "s:Two") == "8,Exception : Internal error, proxy without widget"
     plain.wait_until("tabs", "minimized", "false")
     assert nothing_was_clicked(plain)

@@ -104,7 +104,7 @@ def test_a_hidden_box_is_not_visible(plain):
 
 def test_a_box_that_dies_as_its_window_is_restored_is_an_error(plain):
     plain.do("minimizeDoomed")
-    plain.wait_until("toolBoxes", "minimized", "true")
+    plain.wait_until_minimized("toolBoxes")
     assert plain.activate(WINDOW, "doomed", "s:Two") == "8,Exception : Internal error, proxy without widget"
     plain.wait_until("toolBoxes", "minimized", "false")
     assert plain.events("press", "current") == []

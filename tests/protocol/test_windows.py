@@ -150,7 +150,7 @@ def test_numbers_that_are_none_leave_the_window_alone(app, number, sections):
 
 def test_a_minimised_window_is_shown_before_it_is_moved(app):
     app.do("minimizeMain")
-    app.wait_until("main", "minimized", "true")
+    app.wait_until_minimized("main")
     assert app.request("10,Editor,200,100") == "0,Editor"
     app.wait_until("main", "minimized", "false")
     app.wait_until("main", "isActiveWindow", "true")
