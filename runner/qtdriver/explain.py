@@ -121,7 +121,9 @@ def _no_widget(connection: Connection, window: str, path: str) -> List[str]:
         lines = [f"no widget in this window has a name like that; it has {len(tree.nodes)} widgets"]
         unknown = len(tree.named(UNKNOWN))
         if unknown:
-            lines.append(f"{unknown} of them are push buttons without an object name, called after their texts")
+            lines.append(
+                f"{unknown} of them are push buttons without an object name, called after their texts"
+            )
         return lines
     nodes = [node for name in nearest for node in tree.named(name)]
     return ["the nearest names in this window:", *_describe_nodes(connection, window, tree, nodes)]
