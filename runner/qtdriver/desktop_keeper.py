@@ -47,7 +47,8 @@ class _Keeper:
         self.display = os.environ["DISPLAY"] = f":{number}"
         os.environ["XDG_RUNTIME_DIR"] = str(self.folder)
         window_manager = self._run(["openbox", "--sm-disable"])
-        while not _is_managed():
+        management = _Management()
+        while not management.has_begun():
             if window_manager.poll() is not None or time.monotonic() > deadline:
                 self._complain("openbox", window_manager)
             time.sleep(_PAUSE)
@@ -126,11 +127,32 @@ def _remove_leftovers(number: int, pid: int) -> None:
             Path(name.format(number)).unlink(missing_ok=True)
 
 
-def _is_managed() -> bool:
-    """Whether a window manager has announced itself on the root window."""
-    command = ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]
-    asked = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, check=False)
-    return b"window id" in asked.stdout
+class _Management:
+    """Asks the window manager for something, and looks whether it has done it. It announces itself earlier than that, and
+    a window that appears meanwhile does not get the keyboard."""
+
+    def __init__(self) -> None:
+        self._wanted = ""
+
+    def has_begun(self) -> bool:
+        """Whether it has. Asks again each time, since a request before it listens is lost."""
+        count = _xdotool("get_num_desktops")
+        if not count:
+            return False  # there is no window manager yet
+        if not self._wanted:
+            self._wanted = "2" if count == "1" else "1"
+        if count != self._wanted:
+            _xdotool("set_num_desktops", self._wanted)
+        return count == self._wanted
+
+
+def _xdotool(*arguments: str) -> str:
+    command = ["xdotool", *arguments]
+    try:
+        asked = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+    except FileNotFoundError:
+        sys.exit("with-desktop: xdotool is missing (Debian: xdotool)")
+    return asked.stdout.strip() if asked.returncode == 0 else ""
 
 
 def _wait_for_end(pid: int) -> None:

@@ -168,7 +168,7 @@ def _headless(_: Optional[Path]) -> Iterator[Finding]:
     for tool, package in (
         ("Xvfb", "xvfb"),
         ("openbox", "openbox"),
-        ("xprop", "x11-utils"),
+        ("xdotool", "xdotool"),
         ("ip", "iproute2"),
     ):
         if shutil.which(tool) is None and not Path(f"/usr/sbin/{tool}").exists():

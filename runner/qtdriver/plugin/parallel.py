@@ -15,7 +15,7 @@ from .hookimpl import hookimpl
 from .settings import OWN_DESKTOPS, Settings
 
 _CHECK = ("unshare", "-Urn", "true")
-_NEEDED = ("Xvfb", "openbox", "xprop", "setpriv", "setsid")
+_NEEDED = ("Xvfb", "openbox", "xdotool", "setpriv", "setsid")
 _WORKER_KEY = "qtdriver_desktop"
 
 
@@ -38,7 +38,7 @@ def prepare(config: pytest.Config, settings: Settings) -> str:
     missing = [name for name in _NEEDED if shutil.which(name) is None]
     if missing:
         raise pytest.UsageError(
-            f"workers on desktops of their own need {', '.join(missing)} (Debian: xvfb, openbox, x11-utils, util-linux)"
+            f"workers on desktops of their own need {', '.join(missing)} (Debian: xvfb, openbox, xdotool, util-linux)"
         )
     refusal = _refusal()
     if refusal:
