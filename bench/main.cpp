@@ -27,12 +27,14 @@ void registerOne(const std::string& name, Clock clock, int size, const MakeMeasu
 int bytesPerRun = 0;
 
 void registerPair(const char* name, Clock clock, std::initializer_list<int> sizes, const MakeMeasured& ours,
-    const MakeMeasured& floor)
+    const MakeMeasured& floor, const MakeMeasured& qt)
 {
     for (const int size : sizes) {
         const std::string suffix = '|' + std::to_string(size) + '|';
         registerOne(name + std::string("|ours") + suffix, clock, size, ours);
         registerOne(name + std::string("|floor") + suffix, clock, size, floor);
+        if (qt)
+            registerOne(name + std::string("|qt") + suffix, clock, size, qt);
     }
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Measures one build and writes its bench.json: measure.py BUILD [--quick]
+"""Measures one build and writes its bench.json (bench-quick.json): measure.py BUILD [--quick]
 
 Needs a desktop of its own (scripts/with-desktop.sh). Quick mode takes a few seconds and its figures mean nothing: it
 shows that everything runs.
@@ -44,7 +44,8 @@ def main() -> None:
     results += roundtrips.measure(build, options.quick)
     results += inprocess.measure(build / "bin" / "benchmarks", options.quick)
     report = {"qt": qt_version(build), "processor": processor(), "quick": options.quick, "results": results}
-    (build / "bench.json").write_text(json.dumps(report, indent=1) + "\n")
+    name = "bench-quick.json" if options.quick else "bench.json"
+    (build / name).write_text(json.dumps(report, indent=1) + "\n")
 
 
 if __name__ == "__main__":

@@ -5,9 +5,42 @@
 #include "pairs.h"
 #include "samplewindows.h"
 
-#include <QWidget>
+#include <QAction>
+#include <QInputDialog>
+#include <QPushButton>
+#include <QToolButton>
 
 namespace {
+
+// What Qt must be asked for each widget, where an object name alone does not tell.
+using AskQt = void (*)(const QWidget& window);
+
+void askTexts(const QWidget& window)
+{
+    const QList<QPushButton*> buttons = window.findChildren<QPushButton*>();
+    for (const QPushButton* button : buttons) {
+        benchmark::DoNotOptimize(button->objectName());
+        benchmark::DoNotOptimize(button->text());
+    }
+}
+
+void askActions(const QWidget& window)
+{
+    const QList<QToolButton*> buttons = window.findChildren<QToolButton*>();
+    for (const QToolButton* button : buttons) {
+        benchmark::DoNotOptimize(button->objectName());
+        benchmark::DoNotOptimize(button->actions().first()->objectName());
+    }
+}
+
+void askParents(const QWidget& window)
+{
+    const QList<QWidget*> widgets = window.findChildren<QWidget*>();
+    for (const QWidget* widget : widgets) {
+        benchmark::DoNotOptimize(widget->objectName());
+        benchmark::DoNotOptimize(qobject_cast<QInputDialog*>(widget->parent()));
+    }
+}
 
 struct Row
 {
@@ -16,19 +49,20 @@ struct Row
     const char* path; // %1: the last number there is, widgetsPerNumber and all
     int widgetsPerNumber;
     LookupError outcome;
+    AskQt askQt;
 };
 
 const Row rows[] = {
-    {"find_name", Sample::Named, "button%1", 0, NoError},
-    {"find_nothing", Sample::Named, "none", 0, WidgetNotFoundError},
-    {"find_parent_path", Sample::Named, "group0/button9", 0, NoError},
-    {"find_deep_path", Sample::Nested, "window/chain%1//level8/leaf", 10, NoError},
-    {"find_ambiguous", Sample::Nested, "leaf", 10, WidgetAmbiguousError},
-    {"find_twins", Sample::Twins, "twin", 0, WidgetAmbiguousError},
-    {"find_unnamed", Sample::Unnamed, "unnamed", 0, WidgetNotFoundError},
-    {"find_dialog_button", Sample::Unnamed, "ChooseItem%1..._dialog_button", 0, NoError},
-    {"find_action_button", Sample::Actions, "action%1_action_button", 0, NoError},
-    {"find_dialog_part", Sample::Unnamed, "QLineEdit__widget__", 0, WidgetNotFoundError},
+    {"find_name", Sample::Named, "button%1", 0, NoError, nullptr},
+    {"find_nothing", Sample::Named, "none", 0, WidgetNotFoundError, nullptr},
+    {"find_parent_path", Sample::Named, "group0/button9", 0, NoError, nullptr},
+    {"find_deep_path", Sample::Nested, "window/chain%1//level8/leaf", 10, NoError, nullptr},
+    {"find_ambiguous", Sample::Nested, "leaf", 10, WidgetAmbiguousError, nullptr},
+    {"find_twins", Sample::Twins, "twin", 0, WidgetAmbiguousError, nullptr},
+    {"find_unnamed", Sample::Unnamed, "unnamed", 0, WidgetNotFoundError, askTexts},
+    {"find_dialog_button", Sample::Unnamed, "ChooseItem%1..._dialog_button", 0, NoError, askTexts},
+    {"find_action_button", Sample::Actions, "action%1_action_button", 0, NoError, askActions},
+    {"find_dialog_part", Sample::Unnamed, "QLineEdit__widget__", 0, WidgetNotFoundError, askParents},
 };
 
 int lastNumber(const Row& row, int size)
@@ -61,6 +95,21 @@ Measured makeFloor(const Row& row, int size)
     return [&window, name] { benchmark::DoNotOptimize(window.findChildren<QWidget*>(name)); };
 }
 
+MakeMeasured qtPart(const Row& row)
+{
+    if (!row.askQt)
+        return MakeMeasured();
+    return [&row](int size) -> Measured {
+        const Measured floor = makeFloor(row, size);
+        const QWidget& window = sampleWindow(row.sample, size);
+        const AskQt askQt = row.askQt;
+        return [floor, &window, askQt] {
+            floor();
+            askQt(window);
+        };
+    };
+}
+
 } // namespace
 
 void registerResolution()
@@ -68,6 +117,6 @@ void registerResolution()
     for (const Row& row : rows) {
         registerPair(
             row.benchmark, Clock::Processor, GROWING_SIZES, [&row](int size) { return makeOurs(row, size); },
-            [&row](int size) { return makeFloor(row, size); });
+            [&row](int size) { return makeFloor(row, size); }, qtPart(row));
     }
 }

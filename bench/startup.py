@@ -21,28 +21,23 @@ def run(command: Sequence[str], preload: str) -> List[float]:
     return [microseconds, resident, heap / 1024]
 
 
-def network_library(agent: Path) -> str:
-    """The QtNetwork that the agent links, which loads it into an application that has none."""
-    output = subprocess.run(["ldd", agent], stdout=subprocess.PIPE, check=True, text=True).stdout
-    return next(line.split()[2] for line in output.splitlines() if "Network" in line.split()[0])
-
-
 def measure(build: Path, quick: bool) -> List[Dict[str, Any]]:
-    """Three results: time, resident memory and heap, each beside those of loading QtNetwork alone."""
+    """Three results: time, resident memory and heap, each beside those of a library that only connects a socket."""
     host = str(build / "bin" / "startuphost")
-    agent = build / "lib" / "libqtdriver.so"
     server = listen(4242)
     variants = {
         "plain": ([host], ""),
         "ours": ([host], str(build / "lib" / "libqtdriver-preload.so")),
-        "floor": ([host, network_library(agent)], ""),
+        "floor": ([host, str(build / "lib" / "libsocketmodule.so")], ""),
     }
     taken: Dict[str, List[List[float]]] = {variant: [] for variant in variants}
     for _ in range(2 if quick else 15):
         for variant, (command, preload) in variants.items():
             taken[variant].append(run(command, preload))
-            if variant == "ours":
-                assert Line(server).read().startswith(b"+client+"), "the agent did not start"
+            if variant == "plain":
+                continue
+            greeting = Line(server).read()
+            assert greeting.startswith(b"+client+" if variant == "ours" else b""), "the agent did not start"
     server.close()
     medians = {
         variant: [statistics.median(column) for column in zip(*runs)] for variant, runs in taken.items()

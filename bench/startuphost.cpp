@@ -1,5 +1,6 @@
 // A small application that tells what its start-up costs: "MICROSECONDS KIBIBYTES HEAPBYTES" from before its event loop
-// until the first event in it, and ends. A library named on the command line is loaded first, within what is measured.
+// until the first events in it are handled, and ends. A library named on the command line is loaded and started first, within
+// what is measured.
 
 #include <QApplication>
 #include <QLabel>
@@ -32,6 +33,7 @@ Use currentUse()
     return {resident * (sysconf(_SC_PAGESIZE) / 1024), heap};
 }
 
+// Reports at the second round of events: in the first one the agent connects.
 class Report : public QObject
 {
 public:
@@ -45,6 +47,8 @@ public:
 protected:
     void timerEvent(QTimerEvent*) override
     {
+        if (++rounds < 2)
+            return;
         const qint64 microseconds = timer.nsecsElapsed() / 1000;
         const Use now = currentUse();
         std::printf("%lld %ld %ld\n", static_cast<long long>(microseconds),
@@ -56,7 +60,20 @@ protected:
 private:
     QElapsedTimer timer;
     Use before = {};
+    int rounds = 0;
 };
+
+bool startLibrary(const char* path)
+{
+    void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    const auto start = reinterpret_cast<void (*)()>(library ? dlsym(library, "startModule") : nullptr);
+    if (!start) {
+        std::fprintf(stderr, "%s\n", dlerror());
+        return false;
+    }
+    start();
+    return true;
+}
 
 } // namespace
 
@@ -68,9 +85,7 @@ int main(int argc, char** argv)
     QCoreApplication::processEvents();
     Report report;
     report.begin();
-    if (argc > 1 && !dlopen(argv[1], RTLD_NOW | RTLD_LOCAL)) {
-        std::fprintf(stderr, "%s\n", dlerror());
+    if (argc > 1 && !startLibrary(argv[1]))
         return 1;
-    }
     return QApplication::exec();
 }

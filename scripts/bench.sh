@@ -8,9 +8,10 @@ cd "$(dirname "$0")/.."
 majors=()
 quick=()
 document=()
+result=bench.json
 for argument in "$@"; do
     case "$argument" in
-        --quick) quick=(--quick) ;;
+        --quick) quick=(--quick); result=bench-quick.json ;;
         --document) document=(--document docs/performance.md) ;;
         4|5|6) majors+=("$argument") ;;
         *) echo "usage: scripts/bench.sh [--quick] [--document] [4|5|6]..." >&2; exit 2 ;;
@@ -24,7 +25,7 @@ scripts/setup.sh
 reports=()
 for major in "${majors[@]}"; do
     scripts/build.sh "$major"
-    reports+=("build/qt$major/bench.json")
+    reports+=("build/qt$major/$result")
 done
 for major in "${majors[@]}"; do
     echo "bench: measuring Qt $major" >&2

@@ -96,7 +96,8 @@ QString syntheticName(QString text)
 bool isSyntheticName(const QString& text, const QString& name)
 {
     const ushort lastAscii = 0x7f;
-    int length = 0;
+    const QChar* expected = name.constData();
+    const QChar* const end = expected + name.size();
     bool startsWord = true;
     for (const QChar character : text) {
         const ushort code = character.unicode();
@@ -108,12 +109,13 @@ bool isSyntheticName(const QString& text, const QString& name)
             startsWord = true;
             continue;
         }
-        if (length == name.size() || name.at(length).unicode() != inCase(code, startsWord))
+        if (expected == end || expected->unicode() != inCase(code, startsWord))
             return false;
-        ++length;
+        ++expected;
         startsWord = false;
     }
-    return length > 0 ? length == name.size() : name == QString(1, QChar());
+    const bool anyCharacter = expected != name.constData();
+    return anyCharacter ? expected == end : name == QString(1, QChar());
 }
 
 bool isA(const QObject* object, const char* className)

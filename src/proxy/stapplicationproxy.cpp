@@ -16,20 +16,21 @@ const char notDerivedMessage[] = "Widget is not derived from class ";
 STApplicationProxy::STApplicationProxy()
 {
     for (std::size_t i = 0; i < proxyTableSize; ++i)
-        proxies.insert(QString::fromLatin1(proxyTable[i].qtClassName), proxyTable[i].make());
+        proxies.emplace(proxyTable[i].qtClassName, proxyTable[i].make());
 }
 
 STApplicationProxy::~STApplicationProxy()
 {
-    qDeleteAll(proxies);
+    for (const auto& proxy : proxies)
+        delete proxy.second;
 }
 
 const char* STApplicationProxy::resolveClassName(QWidget* widget, const QString& requested)
 {
     for (const QMetaObject* meta = widget->metaObject(); meta; meta = meta->superClass()) {
-        const QString name = QString::fromLatin1(meta->className());
-        if ((requested.isEmpty() || requested == name) && proxies.value(name))
-            return meta->className();
+        const char* className = meta->className();
+        if ((requested.isEmpty() || requested == QLatin1String(className)) && proxies.count(className) > 0)
+            return className;
     }
     // The text is the format itself: a "%%" in the request arrives as "%".
     raiseError(QLatin1String(notDerivedMessage) + requested);
@@ -38,11 +39,11 @@ const char* STApplicationProxy::resolveClassName(QWidget* widget, const QString&
 STWidgetProxy* STApplicationProxy::proxyFor(QWidget* widget, const QString& requested)
 {
     const char* className = resolveClassName(widget, requested);
-    STWidgetProxy* proxy = proxies.value(QString::fromLatin1(className));
-    if (!proxy)
+    const auto proxy = proxies.find(className);
+    if (proxy == proxies.end())
         raiseError(unsupportedMessage, className);
-    proxy->bind(widget, className);
-    return proxy;
+    proxy->second->bind(widget, className);
+    return proxy->second;
 }
 
 STWidgetProxy* STApplicationProxy::preparedProxy(QWidget* widget, const QString& className)

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QtCore/QHash>
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
+
+#include <map>
 
 class QWidget;
 class STWidgetProxy;
@@ -33,5 +35,10 @@ public:
 private:
     STWidgetProxy* preparedProxy(QWidget* widget, const QString& className);
 
-    QHash<QString, STWidgetProxy*> proxies;
+    struct TextOrder
+    {
+        bool operator()(const char* left, const char* right) const { return qstrcmp(left, right) < 0; }
+    };
+    // By the table's own texts, so that a lookup takes a class name as it is.
+    std::map<const char*, STWidgetProxy*, TextOrder> proxies;
 };

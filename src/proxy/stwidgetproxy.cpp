@@ -6,6 +6,7 @@
 #include <QMetaProperty>
 #include <QWidget>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -199,9 +200,11 @@ QVariant STWidgetProxy::property(const char* name, const QVariant& argument)
         if (qstrcmp(name, builtIn.name) == 0)
             return builtIn.read(*this, servedClassName);
     }
-    const QVariant value = pseudoPropertyNames().contains(QString::fromLatin1(name))
-        ? pseudoProperty(name, argument)
-        : compat::readProperty(checkedWidget(nullptr), name);
+    const QStringList pseudoNames = pseudoPropertyNames();
+    const bool isPseudo = std::any_of(pseudoNames.begin(), pseudoNames.end(),
+        [name](const QString& pseudoName) { return pseudoName == QLatin1String(name); });
+    const QVariant value
+        = isPseudo ? pseudoProperty(name, argument) : compat::readProperty(checkedWidget(nullptr), name);
     if (!value.isValid())
         raiseError(unknownPropertyMessage, name);
     return value;

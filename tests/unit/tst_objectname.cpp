@@ -8,6 +8,8 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <random>
+
 class tst_ObjectName : public QObject
 {
     Q_OBJECT
@@ -15,6 +17,8 @@ class tst_ObjectName : public QObject
 private Q_SLOTS:
     void syntheticName_data();
     void syntheticName();
+    void namesAreComparedAsTheyAreMade();
+    void hasNameAgreesWithGetName();
     void anObjectNameWins();
     void anEmptyObjectNameIsNone();
     void toolButtonsAreNamedByTheirOnlyAction();
@@ -46,6 +50,53 @@ void tst_ObjectName::syntheticName()
     QFETCH(QString, text);
     QFETCH(QString, name);
     QCOMPARE(::syntheticName(text), name);
+}
+
+void tst_ObjectName::namesAreComparedAsTheyAreMade()
+{
+    const QString letters
+        = QString::fromUtf8("aB1&. \t\xc3\xa4\xc4\xb0\xc3\x9f\xc2\xa0"); // the last four are not ASCII
+    std::mt19937 random(1);
+    const auto number = [&random](int limit) { return int(random() % unsigned(limit)); };
+    for (int i = 0; i < 20000; ++i) {
+        QString text;
+        for (int length = number(6); length > 0; --length)
+            text += letters.at(number(i % 2 ? 7 : int(letters.size())));
+        QString name = ::syntheticName(text);
+        QVERIFY2(isSyntheticName(text, name), qPrintable(text));
+        name[number(int(name.size()))] = letters.at(number(int(letters.size())));
+        QCOMPARE(isSyntheticName(text, name), ::syntheticName(text) == name);
+        name.chop(1);
+        QCOMPARE(isSyntheticName(text, name), ::syntheticName(text) == name);
+        QVERIFY(!isSyntheticName(text, ::syntheticName(text) + QLatin1Char('x')));
+    }
+}
+
+void tst_ObjectName::hasNameAgreesWithGetName()
+{
+    QInputDialog dialog;
+    QPushButton button(QString::fromLatin1("&Go on"), &dialog);
+    QPushButton blank(QString::fromLatin1(" "));
+    QToolButton tool(&dialog);
+    QToolButton toolWithAction;
+    QAction action(nullptr);
+    action.setObjectName(QString::fromLatin1("open"));
+    toolWithAction.addAction(&action);
+    QLineEdit edit(&dialog);
+    QWidget plain;
+    QWidget called;
+    called.setObjectName(QString::fromLatin1("called"));
+    const QList<QObject*> objects = QList<QObject*>()
+        << &button << &blank << &tool << &toolWithAction << &edit << &plain << &called;
+    QStringList names;
+    for (const QObject* object : objects)
+        names << getName(object);
+    names << QString() << QString::fromLatin1("_dialog_button") << QString::fromLatin1("_action_button")
+          << QString::fromLatin1("__widget__") << QString::fromLatin1("QPushButton__widget__");
+    for (const QObject* object : objects) {
+        for (const QString& name : names)
+            QCOMPARE(hasName(object, name), getName(object) == name);
+    }
 }
 
 void tst_ObjectName::anObjectNameWins()

@@ -11,6 +11,8 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <random>
+
 class tst_WidgetPath : public QObject
 {
     Q_OBJECT
@@ -23,6 +25,7 @@ private Q_SLOTS:
     void candidatesComeInChildOrderAndTheWindowLast();
     void anEmptyNameThatWasSetTurnsDerivedNamesOff();
     void theLastVisibleWidgetIsTheOneThatCounts();
+    void oneSearchFindsWhatTheCandidatesOfTheNameTell();
     void aWidgetWithoutChildrenIsOneRecord();
     void theTreeListsHiddenAndUnnamedWidgets();
     void namesAreWrittenAsTheyStand();
@@ -158,6 +161,38 @@ void tst_WidgetPath::theLastVisibleWidgetIsTheOneThatCounts()
     const WidgetLookup two = findWidget(&window, splitPath(latin1("twin")));
     QCOMPARE(two.error, WidgetAmbiguousError);
     QCOMPARE(two.visibleCount, 2);
+}
+
+void tst_WidgetPath::oneSearchFindsWhatTheCandidatesOfTheNameTell()
+{
+    const char* const names[] = {"a", "b", "", "unnamed", "Go_dialog_button", "QWidget__widget__", "window"};
+    std::mt19937 random(1);
+    const auto number = [&random](int limit) { return int(random() % unsigned(limit)); };
+    QInputDialog window;
+    window.setObjectName(latin1("window"));
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    QList<QWidget*> widgets = QList<QWidget*>() << &window;
+    for (int i = 0; i < 60; ++i) {
+        QWidget* parent = widgets.at(number(int(widgets.size())));
+        QWidget* widget = number(3) ? new QWidget(parent) : new QPushButton(latin1("&go"), parent);
+        if (number(2))
+            widget->setObjectName(latin1(names[number(4)]));
+        widget->setVisible(number(4));
+        widgets << widget;
+    }
+    window.show();
+    for (int i = 0; i < 3000; ++i) {
+        QStringList path;
+        for (int elements = 1 + number(4); elements > 0; --elements)
+            path << latin1(names[number(7)]);
+        QList<QWidget*> candidates;
+        widgetList(candidates, &window, ::searchName(path));
+        const WidgetLookup chosen = chooseWidget(candidates, &window, path);
+        const WidgetLookup found = findWidget(&window, path);
+        QCOMPARE(int(found.error), int(chosen.error));
+        QCOMPARE(found.visibleCount, chosen.visibleCount);
+        QCOMPARE(found.widget, chosen.widget);
+    }
 }
 
 void tst_WidgetPath::aWidgetWithoutChildrenIsOneRecord()

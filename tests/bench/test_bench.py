@@ -1,0 +1,46 @@
+"""The benchmarks run, and what they measure grows as it should. No figure of a clock is tested, only growths."""
+
+import json
+import os
+import subprocess
+import sys
+from pathlib import Path
+
+import pytest
+
+ROOT = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
+sys.path.insert(0, str(ROOT / "bench"))
+
+import inprocess  # noqa: E402
+import table  # noqa: E402
+from rows import RESOLVE  # noqa: E402
+
+# Ten times the widgets cost ten times the work, and a little more where the processor's caches end. What compares every
+# widget with every other one, or copies all for each, comes to a hundred.
+MOST_GROWTH = 40
+RESOLUTIONS = [name for name, row in inprocess.BENCHMARKS.items() if row.group == RESOLVE]
+LISTINGS = ["tree", "list_find", "list_all", "tree_all", "table_find"]
+
+
+def microseconds(name: str, size: int) -> float:
+    """The processor time of ours, undisturbed by other processes as far as the quickest of several runs is."""
+    return inprocess.run_pair(BUILD / "bin" / "benchmarks", name, size, 5, 0.01)["ours"]["microseconds"]
+
+
+@pytest.mark.parametrize("name", RESOLUTIONS + LISTINGS)
+def test_ten_times_as_much_costs_about_ten_times_as_much(name: str) -> None:
+    assert microseconds(name, 10000) < MOST_GROWTH * microseconds(name, 1000)
+
+
+def test_all_that_is_measured_has_a_description() -> None:
+    assert {name for name, _ in inprocess.pairs(BUILD / "bin" / "benchmarks")} == set(inprocess.BENCHMARKS)
+
+
+def test_quick_mode_measures_everything_once() -> None:
+    subprocess.run([sys.executable, ROOT / "bench" / "measure.py", BUILD, "--quick"], check=True, timeout=250)
+    report = json.loads((BUILD / "bench-quick.json").read_text())
+    assert {result["name"] for result in report["results"]} == set(table.ROWS)
+    assert all(result["ours"] > 0 for result in report["results"] if result["unit"] == "µs")
+    lines = table.markdown([report]).splitlines()
+    assert len({line.count("|") for line in lines}) == 1, "a row has another number of columns"
