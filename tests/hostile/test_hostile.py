@@ -1,7 +1,6 @@
-"""The short form of the soak test: each scenario with a fixed seed, and with a fresh one that a failure tells."""
+"""The short form of the soak test: each scenario with a fixed seed. scripts/soak.sh plays fresh ones."""
 
 import os
-import random
 from collections import Counter
 from pathlib import Path
 
@@ -10,9 +9,8 @@ import pytest
 from session import SCENARIOS, listen, play
 
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
-COMMANDS = 150
+COMMANDS = 300
 FIXED_SEED = 7
-FRESH_SEED = random.SystemRandom().randrange(2**31)
 
 
 @pytest.fixture(scope="module")
@@ -22,12 +20,10 @@ def server():
 
 
 @pytest.mark.parametrize("scenario", SCENARIOS)
-@pytest.mark.parametrize("seed", [FIXED_SEED, FRESH_SEED], ids=["fixed", "fresh"])
-def test_each_command_has_one_reply_whatever_the_application_does(server, scenario, seed):
-    print(f"seed {seed}")
+def test_each_command_has_one_reply_whatever_the_application_does(server, scenario):
     played = replies = 0
     while played < COMMANDS:
-        result = play(BUILD, scenario, seed + played, COMMANDS - played, server)
+        result = play(BUILD, scenario, FIXED_SEED + played, COMMANDS - played, server)
         played += max(result.played, 1)
         replies += sum(result.codes.values())
     assert replies > COMMANDS / 2, "the applications ended too soon for the commands to mean anything"
