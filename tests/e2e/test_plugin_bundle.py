@@ -176,7 +176,7 @@ def test_the_bundle_of_a_hanging_application_does_not_wait_for_it(project):
     )
     run = project.run("--qtdriver-request-timeout=600")
     assert run.outcomes == "1 failed"
-    assert "no reply to '1' within 3 seconds: no list of its windows" in run.output
+    assert "no reply to '1' within 5 seconds: no list of its windows" in run.output
     assert "the windows that were last seen" in (project.bundle("test_hangs") / "windows.txt").read_text()
 
 
@@ -201,7 +201,8 @@ def test_a_display_that_does_not_answer_is_given_up(tmp_path, monkeypatch):
     assert (tmp_path / "windows.txt").read_text() == "no visible window\n"
 
 
-def test_a_display_that_is_gone_is_noted(tmp_path):
+def test_a_display_that_is_gone_is_noted(tmp_path, monkeypatch):
+    monkeypatch.setattr(bundle, "_SCREENSHOT_SECONDS", 60.0)  # it is not to be given up, busy as the machine may be
     connection = SimpleNamespace(timeout=1.0, transcript=Transcript(), list_windows=lambda: ())
     app = SimpleNamespace(display=":7778", process=None, connection=connection, pid=1)
     (note,) = bundle.write_bundle([app], tmp_path, 0.0)

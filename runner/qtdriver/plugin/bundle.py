@@ -20,8 +20,8 @@ from ..records import WidgetRecord, WindowRecord
 from ..waiting import Deadline
 from ..wire import LIST_MARK
 
-_SCREENSHOT_SECONDS = 10.0
-_WINDOWS_SECONDS = 3.0
+_SCREENSHOT_SECONDS = 15.0
+_WINDOWS_SECONDS = 5.0
 _SAVE = "import sys; from qtdriver.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
 
 
