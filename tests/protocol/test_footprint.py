@@ -7,13 +7,25 @@ from pathlib import Path
 BROKEN_PIPE = 1 << (signal.SIGPIPE - 1)
 """Qt's network library has this one ignored as soon as there is a socket, the agent's or any other."""
 
+PLATFORM_THREADS = (
+    "Thread (pooled)",
+    "QXcbEventQueue",
+    "QDBusConnection",
+    "gmain",
+    "gdbus",
+    "pool-spawner",
+    "dconf worker",
+)
+"""Qt starts them in its own time, some of them after the first window is there."""
+
 
 def footprint(process):
-    """The number of threads, and the signals that are caught and ignored."""
+    """The threads but those of Qt's platform, and the signals that are caught and ignored."""
     folder = Path("/proc") / str(process)
+    threads = [(task / "comm").read_text().strip() for task in (folder / "task").iterdir()]
     status = dict(line.split(":\t", 1) for line in (folder / "status").read_text().splitlines())
     return (
-        len(list((folder / "task").iterdir())),
+        sorted(name for name in threads if name not in PLATFORM_THREADS),
         int(status["SigCgt"], 16),
         int(status["SigIgn"], 16) | BROKEN_PIPE,
     )
