@@ -202,7 +202,7 @@ def test_a_display_that_does_not_answer_is_given_up(tmp_path, monkeypatch):
 
 
 def test_a_display_that_is_gone_is_noted(tmp_path, monkeypatch):
-    monkeypatch.setattr(bundle, "_SCREENSHOT_SECONDS", 60.0)  # it is not to be given up, busy as the machine may be
+    monkeypatch.setattr(bundle, "_SCREENSHOT_SECONDS", 60.0)  # not to be given up on a busy machine
     connection = SimpleNamespace(timeout=1.0, transcript=Transcript(), list_windows=lambda: ())
     app = SimpleNamespace(display=":7778", process=None, connection=connection, pid=1)
     (note,) = bundle.write_bundle([app], tmp_path, 0.0)
