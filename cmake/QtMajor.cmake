@@ -58,6 +58,8 @@ if(QTDRIVER_ASAN OR QTDRIVER_FUZZ)
   set(sanitizers -fsanitize=address,undefined$<$<BOOL:${QTDRIVER_FUZZ}>:,fuzzer-no-link> -fno-sanitize=vptr)
   add_compile_options(${sanitizers} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(${sanitizers})
+  # Qt's own checks in its headers, of indexes above all, which it has in debug builds only.
+  add_compile_definitions($<$<BOOL:${QTDRIVER_FUZZ}>:QT_FORCE_ASSERTS>)
 endif()
 
 # Tests run on a private desktop, so that each owns the mouse, the keyboard focus and port 4242.
