@@ -181,7 +181,7 @@ void tst_WidgetPath::oneSearchFindsWhatTheCandidatesOfTheNameTell()
         widgets << widget;
     }
     window.show();
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 500; ++i) {
         QStringList path;
         for (int elements = 1 + number(4); elements > 0; --elements)
             path << latin1(names[number(7)]);
