@@ -4,13 +4,15 @@
 #include "later.h"
 #include "subject.h"
 #include "testhost.h"
+#include "watchfulapplication.h"
 
 namespace {
 
 // What a deed needs of the place where it is done.
 enum class Kind {
     Mild, // changes states, and runs no event loop: anywhere
-    Nesting, // runs an event loop of its own: anywhere
+    Hiding, // the same, and may close menus: where Qt is not just showing one of them within another
+    Nesting, // runs an event loop of its own, or closes all popups: where Qt is not just showing or closing one
     Structural, // destroys or moves widgets: where Qt does not rely on them
 };
 
@@ -30,21 +32,21 @@ const Deed deeds[] = {
     {Kind::Structural, 25, "destroyPopup", destroyPopup},
     {Kind::Structural, 40, "reparentSender", reparentSender},
     {Kind::Structural, 160, "doSceneTrick", doSceneTrick},
-    {Kind::Mild, 40, "hideSender", hideSender},
-    {Kind::Mild, 10, "hideWindow", hideWindow},
+    {Kind::Hiding, 40, "hideSender", hideSender},
+    {Kind::Hiding, 10, "hideWindow", hideWindow},
     {Kind::Mild, 40, "disableSender", disableSender},
     {Kind::Mild, 15, "disableWindow", disableWindow},
     {Kind::Mild, 30, "moveWindow", moveWindow},
     {Kind::Mild, 20, "resizeWindow", resizeWindow},
-    {Kind::Mild, 6, "minimizeWindow", minimizeWindow},
-    {Kind::Mild, 20, "closeWindow", closeWindow},
+    {Kind::Hiding, 6, "minimizeWindow", minimizeWindow},
+    {Kind::Hiding, 20, "closeWindow", closeWindow},
     {Kind::Mild, 20, "grabMouse", grabMouse},
     {Kind::Mild, 20, "grabKeyboard", grabKeyboard},
     {Kind::Mild, 50, "stealFocus", stealFocus},
     {Kind::Mild, 25, "clearFocus", clearFocus},
     {Kind::Mild, 40, "openPopup", openPopup},
     {Kind::Mild, 12, "openSecondWindow", openSecondWindow},
-    {Kind::Mild, 6, "openModalWindow", openModalWindow},
+    {Kind::Nesting, 6, "openModalWindow", openModalWindow},
     {Kind::Mild, 30, "rename", rename},
     {Kind::Mild, 25, "retitle", retitle},
     {Kind::Mild, 20, "warpCursor", warpCursor},
@@ -89,8 +91,12 @@ void perform(Stage& stage, QObject* sender, Place place, const Deed& deed)
     switch (deed.kind) {
     case Kind::Mild:
         return commit(stage, sender, deed);
+    case Kind::Hiding:
+        if (WatchfulApplication::isShowingSubmenu())
+            return;
+        return commit(stage, sender, deed);
     case Kind::Nesting:
-        if (place == Place::Delicate)
+        if (place == Place::Delicate || WatchfulApplication::isShowingSubmenu())
             return;
         return stage.nest(place, [&] { commit(stage, sender, deed); });
     case Kind::Structural:

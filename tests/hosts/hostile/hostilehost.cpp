@@ -27,6 +27,8 @@ const int sceneCount = sizeof(scenes) / sizeof(scenes[0]);
 QEvent::Type WatchfulApplication::inner = QEvent::None;
 QEvent::Type WatchfulApplication::outer = QEvent::None;
 int WatchfulApplication::destructions = 0;
+int WatchfulApplication::depth = 0;
+int WatchfulApplication::submenuDepth = 0;
 
 bool WatchfulApplication::isFirstHandInput()
 {

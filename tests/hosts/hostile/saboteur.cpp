@@ -8,8 +8,11 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPointer>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace {
 
@@ -66,8 +69,11 @@ const SignalRow signalRows[] = {
     {"QFileDialog", SIGNAL(currentChanged(QString)), Place::Fragile},
 };
 
-Place placeOf(const SignalRow& row)
+Place placeOf(const SignalRow& row, const QObject* sender)
 {
+    // A menu goes on with itself when it has triggered an action.
+    if (sender->inherits("QAction") && qobject_cast<QMenu*>(sender->parent()))
+        return Place::Fragile;
     return row.place == Place::Guarded && !WatchfulApplication::isFirstHandInput() ? Place::Fragile : row.place;
 }
 
@@ -104,6 +110,14 @@ const EventRow eventRows[] = {
     {QEvent::Close, Place::Delicate, otherRarity},
 };
 
+bool isSubmenuOfOpenMenu(const QMenu* menu)
+{
+    const QWidgetList shown = QApplication::topLevelWidgets();
+    return std::any_of(shown.begin(), shown.end(), [menu](QWidget* window) {
+        return window->isVisible() && qobject_cast<QMenu*>(window) && window->actions().contains(menu->menuAction());
+    });
+}
+
 const EventRow* rowOf(const QEvent* event)
 {
     for (const EventRow& row : eventRows) {
@@ -132,12 +146,19 @@ void Saboteur::connectSignals(Stage& stage, QObject* root)
 
 void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
 {
+    if (auto* menu = qobject_cast<QMenu*>(sender)) {
+        // Before its other handlers.
+        stage.host.onSignal(menu, SIGNAL(aboutToShow()), [menu] {
+            if (isSubmenuOfOpenMenu(menu))
+                WatchfulApplication::beginSubmenu();
+        });
+    }
     for (const SignalRow& row : signalRows) {
         if (!sender->inherits(row.className))
             continue;
         stage.host.onSignal(sender, row.signal, [&stage, sender, row] {
             if (!stage.isQuiet() && !WatchfulApplication::isDestroying() && stage.chance.oneIn(signalRarity))
-                doHarm(stage, sender, placeOf(row));
+                doHarm(stage, sender, placeOf(row, sender));
         });
     }
 }

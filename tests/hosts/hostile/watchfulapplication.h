@@ -16,7 +16,10 @@ public:
         inner = event->type();
         const bool destroys = inner == QEvent::DeferredDelete;
         destructions += destroys ? 1 : 0;
+        ++depth;
         const bool result = QApplication::notify(receiver, event);
+        if (--depth < submenuDepth)
+            submenuDepth = 0;
         destructions -= destroys ? 1 : 0;
         inner = outer;
         outer = before;
@@ -32,9 +35,14 @@ public:
     static bool isFirstHandInput();
     // Whether a deferred deletion is under way.
     static bool isDestroying() { return destructions > 0; }
+    // To be called when a menu is about to show one of its submenus: it does so until the event ends that had it do so.
+    static void beginSubmenu() { submenuDepth = depth; }
+    static bool isShowingSubmenu() { return submenuDepth > 0; }
 
 private:
     static QEvent::Type inner;
     static QEvent::Type outer;
     static int destructions;
+    static int depth;
+    static int submenuDepth;
 };
