@@ -103,6 +103,8 @@ class Session:
             self._lines = LineSocket(self._socket)
             greeting = self._lines.read_line(time.monotonic() + patience())
         except socket.timeout:
+            if self._process.poll() == 0:
+                raise Ended from None  # the application was faster than its agent
             raise self.finding(f"the agent did not connect within {DEADLINE:g} seconds") from None
         if greeting is None:
             raise self.finding("the agent closed the connection before its greeting")
@@ -237,7 +239,10 @@ def _backtrace(*subject: str) -> str:
 
 def play(build: Path, scenario: str, seed: int, commands: int, server: socket.socket) -> Result:
     """Plays that many commands on one run of the application, or fewer if it ends in order before."""
-    session = Session(build, scenario, seed, server)
+    try:
+        session = Session(build, scenario, seed, server)
+    except Ended:
+        return Result(ended_early=True)
     result = Result()
     try:
         while result.played < commands:

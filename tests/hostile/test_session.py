@@ -80,6 +80,19 @@ def test_an_application_that_ends_in_order_is_none(server, build):
     assert result.ended_early
 
 
+def test_an_application_that_ends_before_its_agent_connects_is_none(server, build):
+    folder = build("pass")
+    (folder / "bin" / "hostilehost").write_text("#!/bin/sh\nexit 0\n")
+    assert play(folder, "buttons", 5, 40, server).ended_early
+
+
+def test_an_application_that_fails_before_its_agent_connects_is_a_finding(server, build):
+    folder = build("pass")
+    (folder / "bin" / "hostilehost").write_text("#!/bin/sh\nexit 3\n")
+    with pytest.raises(Finding, match="did not connect .* status 3"):
+        play(folder, "buttons", 5, 40, server)
+
+
 def test_the_same_seed_makes_the_same_requests(server, build):
     folder = build("pass")
 

@@ -59,7 +59,7 @@ const SignalRow signalRows[] = {
     {"QItemSelectionModel", SIGNAL(selectionChanged(QItemSelection, QItemSelection)), Place::Busy},
     {"QAbstractItemModel", SIGNAL(dataChanged(QModelIndex, QModelIndex)), Place::Fragile},
     {"QMenu", SIGNAL(aboutToShow()), Place::Fragile},
-    {"QMenu", SIGNAL(aboutToHide()), Place::Fragile},
+    {"QMenu", SIGNAL(aboutToHide()), Place::Delicate},
     {"QMenu", SIGNAL(hovered(QAction*)), Place::Fragile},
     {"QAction", SIGNAL(triggered()), Place::Guarded},
     {"QAction", SIGNAL(toggled(bool)), Place::Fragile},

@@ -25,7 +25,7 @@ struct Scene
 enum class Place {
     Guarded, // Qt has looked after itself: whatever is destroyed here, a user's input would not crash the application
     Fragile, // Qt goes on with its widget afterwards
-    Delicate, // the same, and an event loop is more than Qt stands, as it goes through a list of widgets
+    Delicate, // the same, and Qt stands no event loop, as it goes through a list of widgets or closes a popup
     Busy, // Qt goes on with references to what it is just changing: nothing at all can be done, but a moment later
 };
 
