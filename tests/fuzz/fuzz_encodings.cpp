@@ -59,8 +59,10 @@ QVariant expectedValue(const QString& text)
 void checkRequestValue(const QString& text)
 {
     const QVariant value = valueFromText(text);
-    // Blanks, a plus sign and leading zeros are Qt's to judge.
-    static const QRegularExpression lenientInteger(QStringLiteral("\\Ai:\\s*\\+|\\Ai:\\s|\\s\\z|\\Ai:-?0"));
+    // Blanks of all kinds, a plus sign and leading zeros are Qt's to judge.
+    static const QRegularExpression lenientInteger(
+        QStringLiteral("\\Ai:-?0|\\Ai:[\\s\\x85]*\\+|\\Ai:[\\s\\x85]|[\\s\\x85]\\z"),
+        QRegularExpression::UseUnicodePropertiesOption);
     const QVariant expected = expectedValue(text);
     const bool judgedByQt = text.startsWith(QLatin1String("i:")) && lenientInteger.match(text).hasMatch();
     check(judgedByQt || (value == expected && value.isValid() == expected.isValid()), "the value of a request's text",

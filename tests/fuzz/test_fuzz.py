@@ -16,6 +16,8 @@ TARGETS = sorted(folder.name for folder in (ROOT / "tests/fuzz/corpus").iterdir(
 # A minute in all. Whole requests take longest.
 SECONDS = {"commands": 25}
 USUAL_SECONDS = 5
+# Fixed, so that what fails here has changed; scripts/fuzz.sh looks for what nobody has met yet.
+SEED = 7
 
 pytestmark = pytest.mark.skipif(not shutil.which("clang++"), reason="there is no clang here to build with")
 
@@ -46,7 +48,8 @@ def test_the_seeds_break_nothing(built, target):
 
 @pytest.mark.parametrize("target", TARGETS)
 def test_a_short_run_breaks_nothing(built, target):
-    result = fuzz("--built", "--fresh", "--time", str(SECONDS.get(target, USUAL_SECONDS)), target)
+    seconds = SECONDS.get(target, USUAL_SECONDS)
+    result = fuzz("--built", "--fresh", "--seed", str(SEED), "--time", str(seconds), target)
     assert result.returncode == 0, result.stdout
     assert "executions" in result.stdout
     print(result.stdout)
