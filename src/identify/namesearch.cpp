@@ -36,6 +36,12 @@ private:
     const Level* current;
 };
 
+NameSearch::Level::Level(QWidget* wantedWidget)
+    : widget(wantedWidget)
+    , objectName(wantedWidget->objectName())
+{
+}
+
 NameSearch::NameSearch(const QString& searchedName)
     : name(searchedName)
 {
@@ -54,7 +60,7 @@ NameSearch::NameSearch(const QString& searchedName)
 
 void NameSearch::search(QWidget* top)
 {
-    levels.push_back({top, top->objectName()});
+    levels.emplace_back(top);
     searchBelow(top);
     if (levels.back().objectName == name)
         found(top, Kind::ObjectName);
@@ -67,7 +73,7 @@ void NameSearch::searchBelow(const QObject* parent)
         const bool isWidget = child->isWidgetType();
         if (isWidget) {
             auto* widget = static_cast<QWidget*>(child);
-            levels.push_back({widget, widget->objectName()});
+            levels.emplace_back(widget);
             look(levels.back());
         }
         if (!child->children().isEmpty())

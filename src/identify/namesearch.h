@@ -37,6 +37,9 @@ protected:
 private:
     struct Level
     {
+        // Makes the name in its place: a QString of Qt 4 cannot be moved, and a copy costs as much as a comparison.
+        explicit Level(QWidget* wantedWidget);
+
         QWidget* widget;
         QString objectName;
     };
