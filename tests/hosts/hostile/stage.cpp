@@ -5,9 +5,13 @@
 #include "testhost.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QMainWindow>
+#include <QMenu>
 #include <QVariant>
 #include <QtCore/QTimerEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -17,6 +21,16 @@ const int ticksOfPopup = 8;
 const int ticksOfModal = 5;
 const int maximumNesting = 3;
 const char nestedProperty[] = "nestedByTheApplication";
+
+bool isOpenMenuOfFileDialog(const QWidget* window)
+{
+    if (!window->isVisible() || !qobject_cast<const QMenu*>(window))
+        return false;
+    const QWidget* ancestor = window;
+    while (ancestor && !qobject_cast<const QFileDialog*>(ancestor))
+        ancestor = ancestor->parentWidget();
+    return ancestor;
+}
 
 } // namespace
 
@@ -61,7 +75,11 @@ void Stage::rebuild()
 
 bool Stage::mayDestroy() const
 {
-    // A modal dialog that Qt itself has opened has a function of Qt waiting for it.
+    // A modal dialog that Qt itself has opened has a function of Qt waiting for it. So has the context menu of a file
+    // dialog, which is even a variable of that function.
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    if (std::any_of(windows.begin(), windows.end(), isOpenMenuOfFileDialog))
+        return false;
     const QWidget* modal = QApplication::activeModalWidget();
     return fragileFrames == 0 && (!modal || modal->property(nestedProperty).toBool());
 }
