@@ -172,7 +172,9 @@ void removePostedEvents(Stage&, QObject* sender)
 void postInputOfItsOwn(Stage& stage, QObject*)
 {
     const int keys[] = {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Up, Qt::Key_Down, Qt::Key_Home};
-    if (QWidget* focus = QApplication::focusWidget()) {
+    QWidget* focus = QApplication::focusWidget();
+    // A view that closes its editor hands it what was posted to it, and does not stand it if that changes the current item.
+    if (focus && !isEditor(focus)) {
         const int key = keys[stage.chance.below(6)];
         QCoreApplication::postEvent(focus, new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
         QCoreApplication::postEvent(focus, new QKeyEvent(QEvent::KeyRelease, key, Qt::NoModifier));
