@@ -56,7 +56,7 @@ const Deed deeds[] = {
     {Kind::Structural, 2, "closeAllWindows", closeAllWindows},
     {Kind::Mild, 8, "beBusy", beBusy},
     {Kind::Mild, 1, "beBusyForLong", beBusyForLong},
-    {Kind::Mild, 2, "quit", quit},
+    {Kind::Structural, 2, "quit", quit}, // Qt 6 closes all windows for it
     {Kind::Mild, 1, "retireAgent", retireAgent},
     {Kind::Nesting, 30, "runDialog", runDialog},
     {Kind::Nesting, 12, "runMenu", runMenu},
