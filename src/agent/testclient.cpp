@@ -90,17 +90,21 @@ void TestClient::socketReadyRead()
             write(reply);
             flush();
         }
-        if (self && slice.hasExpired(sliceMilliseconds))
+        if (self && !isRetired && slice.hasExpired(sliceMilliseconds))
             startPause();
     }
-    if (self)
-        isExecuting = false;
+    if (!self)
+        return;
+    isExecuting = false;
+    // From the event loop, when Qt has ended its signal.
+    if (isRetired)
+        QMetaObject::invokeMethod(this, "deleteNow", Qt::QueuedConnection);
 }
 
 // Takes the next complete request from the socket, without its line end.
 bool TestClient::takeRequest(QByteArray& request)
 {
-    if (!isOpen() || pause.isActive() || isServerBehind())
+    if (!isOpen() || isRetired || pause.isActive() || isServerBehind())
         return false;
     incomplete += readLine();
     if (incomplete.size() > longestRequestBytes) {
@@ -136,6 +140,22 @@ void TestClient::startPause()
     // Nothing is read meanwhile, not even that the server has ended: that would discard the requests that are here.
     setReadBufferSize(bytesAvailable());
     pause.start(pauseMilliseconds, this);
+}
+
+bool TestClient::event(QEvent* event)
+{
+    // A command may run an event loop that deletes what deleteLater() was called for; but the signal that had the command
+    // executed is on the stack below, and Qt goes on with the socket after it.
+    if (event->type() == QEvent::DeferredDelete && isExecuting) {
+        isRetired = true;
+        return true;
+    }
+    return QTcpSocket::event(event);
+}
+
+void TestClient::deleteNow()
+{
+    delete this;
 }
 
 void TestClient::timerEvent(QTimerEvent* event)

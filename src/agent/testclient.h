@@ -32,12 +32,14 @@ public:
     ~TestClient() override;
 
 protected:
+    bool event(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private Q_SLOTS:
     void socketConnected();
     void socketReadyRead();
     void socketError(QAbstractSocket::SocketError error);
+    void deleteNow();
 
 private:
     bool takeRequest(QByteArray& request);
@@ -54,6 +56,8 @@ private:
     QByteArray incomplete;
     // A command is on the stack; it may run an event loop.
     bool isExecuting = false;
+    // To be deleted when that command has ended.
+    bool isRetired = false;
     // So many replies are unread that the next request waits until some have been written.
     bool awaitsServer = false;
     // Runs between two slices of many requests, while the application has its turn.

@@ -9,7 +9,7 @@ import pytest
 from session import SCENARIOS, listen, play
 
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
-COMMANDS = 300
+COMMANDS = 150
 FIXED_SEED = 7
 
 

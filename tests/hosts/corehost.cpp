@@ -22,6 +22,7 @@
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <QtCore/QEventLoop>
 
 namespace {
 
@@ -238,6 +239,18 @@ void buildDialogs(TestHost& host)
     });
 }
 
+// As a dialog within a slot does whose own handlers delete the agent: the loop ends it before the slot returns.
+void retireAgentInEventLoop(TestHost& host)
+{
+    QEventLoop loop;
+    QTimer retirement;
+    host.onSignal(&retirement, SIGNAL(timeout()), [&host] { host.retireAgent(); });
+    retirement.setSingleShot(true);
+    retirement.start(0);
+    QTimer::singleShot(100, &loop, SLOT(quit()));
+    loop.exec();
+}
+
 // Buttons whose slots are the end of something.
 void buildDeadly(TestHost& host)
 {
@@ -252,6 +265,8 @@ void buildDeadly(TestHost& host)
         host.onSignal(addButton(host, window, "quit"), SIGNAL(clicked()), [] { QCoreApplication::quit(); });
         host.onSignal(addButton(host, window, "exit"), SIGNAL(clicked()), [] { ::exit(7); });
         host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
+        host.onSignal(add(window, named(new QLineEdit, "retire")), SIGNAL(textChanged(QString)),
+            [&host] { retireAgentInEventLoop(host); });
         auto* mover = add(window, named(new QWidget, "mover"));
         mover->setMinimumSize(100, 50);
         host.onRequest(

@@ -70,6 +70,13 @@ def test_an_application_that_exits_at_once(app):
     assert app.process.wait(10) == 7
 
 
+def test_the_agent_is_deleted_in_an_event_loop_of_a_slot(app):
+    assert app.enter("Deadly", "retire", "s:x") == "0,QLineEdit"
+    assert app.read_line() is None
+    app.start("quit")
+    assert app.process.wait(10) == 0
+
+
 def test_the_server_goes_while_a_command_runs(app):
     app.send(b"5,Deadly,dialog,,,\n")
     app.socket.close()
