@@ -98,7 +98,7 @@ void TestClient::socketReadyRead()
     isExecuting = false;
     // From the event loop, when Qt has ended its signal.
     if (isRetired)
-        QMetaObject::invokeMethod(this, "deleteNow", Qt::QueuedConnection);
+        pause.start(0, this);
 }
 
 // Takes the next complete request from the socket, without its line end.
@@ -153,11 +153,6 @@ bool TestClient::event(QEvent* event)
     return QTcpSocket::event(event);
 }
 
-void TestClient::deleteNow()
-{
-    delete this;
-}
-
 void TestClient::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() != pause.timerId()) {
@@ -165,6 +160,10 @@ void TestClient::timerEvent(QTimerEvent* event)
         return;
     }
     pause.stop();
+    if (isRetired) {
+        delete this;
+        return;
+    }
     setReadBufferSize(readAheadBytes);
     socketReadyRead();
 }

@@ -39,7 +39,6 @@ private Q_SLOTS:
     void socketConnected();
     void socketReadyRead();
     void socketError(QAbstractSocket::SocketError error);
-    void deleteNow();
 
 private:
     bool takeRequest(QByteArray& request);
@@ -60,7 +59,7 @@ private:
     bool isRetired = false;
     // So many replies are unread that the next request waits until some have been written.
     bool awaitsServer = false;
-    // Runs between two slices of many requests, while the application has its turn.
+    // Runs between two slices of many requests, while the application has its turn, and before a retired agent's end.
     QBasicTimer pause;
 };
 
