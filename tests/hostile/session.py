@@ -107,7 +107,8 @@ class Session:
                 raise Ended from None  # the application was faster than its agent
             raise self.finding(f"the agent did not connect within {DEADLINE:g} seconds") from None
         if greeting is None:
-            raise self.finding("the agent closed the connection before its greeting")
+            self.wait()
+            raise Ended
         Greeting.parse(greeting)
 
     def ask(self, request: str) -> Reply:

@@ -12,6 +12,7 @@ APPLICATION = """#!{python}
 import os, socket, sys, threading
 threading.Thread(target=lambda: (sys.stdin.read(), os._exit(0)), daemon=True).start()
 agent = socket.create_connection(("127.0.0.1", 4242))
+{early}
 agent.sendall(b"+client+ 2.1.0 1 -1 tag\\n")
 requests = agent.makefile("rb")
 for number, request in enumerate(requests):
@@ -49,13 +50,13 @@ def server():
 
 @pytest.fixture
 def build(tmp_path, monkeypatch):
-    """Makes a build folder whose host has the fault."""
+    """Makes a build folder whose host has the fault at each request, or early, before its greeting."""
     monkeypatch.setattr(session, "patience", lambda: 3.0)
 
-    def make(fault):
+    def make(fault, early="pass"):
         program = tmp_path / "bin" / "hostilehost"
         program.parent.mkdir()
-        program.write_text(APPLICATION.format(python=sys.executable, fault=fault))
+        program.write_text(APPLICATION.format(python=sys.executable, fault=fault, early=early))
         program.chmod(program.stat().st_mode | stat.S_IXUSR)
         return tmp_path
 
@@ -91,6 +92,26 @@ def test_an_application_that_fails_before_its_agent_connects_is_a_finding(server
     (folder / "bin" / "hostilehost").write_text("#!/bin/sh\nexit 3\n")
     with pytest.raises(Finding, match="did not connect .* status 3"):
         play(folder, "buttons", 5, 40, server)
+
+
+def test_an_application_that_ends_before_the_greeting_is_none(server, build):
+    assert play(build("pass", early="sys.exit(0)"), "buttons", 5, 40, server).ended_early
+
+
+EARLY_FAULTS = {
+    "crashes": ("os.abort()", "status -6"),
+    "closes its connection and stays": (
+        "agent.shutdown(socket.SHUT_RDWR); threading.Event().wait()",
+        "did not end",
+    ),
+}
+
+
+@pytest.mark.parametrize("name", EARLY_FAULTS)
+def test_a_fault_before_the_greeting_is_a_finding(server, build, name):
+    early, expected = EARLY_FAULTS[name]
+    with pytest.raises(Finding, match=expected):
+        play(build("pass", early=early), "buttons", 5, 40, server)
 
 
 def test_the_same_seed_makes_the_same_requests(server, build):

@@ -12,7 +12,7 @@ namespace {
 enum class Kind {
     Mild, // changes states, and runs no event loop: anywhere
     Hiding, // the same, and may close menus: where Qt is not just showing one of them within another
-    Nesting, // runs an event loop of its own, or closes all popups: where Qt is not just showing or closing one
+    Nesting, // runs an event loop of its own, or closes all popups as a new window does: where Qt is not showing or closing one
     Structural, // destroys or moves widgets: where Qt does not rely on them
 };
 
@@ -45,7 +45,7 @@ const Deed deeds[] = {
     {Kind::Mild, 50, "stealFocus", stealFocus},
     {Kind::Mild, 25, "clearFocus", clearFocus},
     {Kind::Mild, 40, "openPopup", openPopup},
-    {Kind::Mild, 12, "openSecondWindow", openSecondWindow},
+    {Kind::Nesting, 12, "openSecondWindow", openSecondWindow},
     {Kind::Nesting, 6, "openModalWindow", openModalWindow},
     {Kind::Mild, 30, "rename", rename},
     {Kind::Mild, 25, "retitle", retitle},

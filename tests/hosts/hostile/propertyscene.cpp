@@ -42,7 +42,7 @@ QString PropertyTrap::windowless() const
 {
     const QString text = objectName();
     if (stage.mayDestroy())
-        delete stage.window();
+        stage.destroy(stage.window());
     return text;
 }
 

@@ -171,7 +171,7 @@ bool Saboteur::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     if (event->type() == QEvent::DeferredDelete)
-        Stage::dropKeysOfEditors(watched);
+        stage.prepareEnd(watched);
     const EventRow* row = rowOf(event);
     if (!row || WatchfulApplication::isDestroying() || stage.isQuiet() || !watched->isWidgetType()
         || !stage.chance.oneIn(row->rarity))

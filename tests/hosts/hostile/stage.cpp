@@ -5,6 +5,7 @@
 #include "testhost.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFileDialog>
 #include <QMainWindow>
 #include <QMenu>
@@ -30,6 +31,31 @@ bool isOpenMenuOfFileDialog(const QWidget* window)
     while (ancestor && !qobject_cast<const QFileDialog*>(ancestor))
         ancestor = ancestor->parentWidget();
     return ancestor;
+}
+
+// Qt hands the keys that an item's editor has not seen yet to it from within the destructor of its view, and a view does not
+// live through what it makes of them. A user's keys do not wait like that.
+void dropKeysOfEditors(const QObject* victim)
+{
+    QWidget* focus = QApplication::focusWidget();
+    const QObject* ancestor = focus;
+    while (ancestor && ancestor != victim)
+        ancestor = ancestor->parent();
+    if (!ancestor)
+        return;
+    QCoreApplication::removePostedEvents(focus, QEvent::KeyPress);
+    QCoreApplication::removePostedEvents(focus, QEvent::KeyRelease);
+}
+
+// When the last modal dialog goes, Qt 4 remembers the widget under the mouse, also when that is the dialog's parent and in the
+// middle of its destructor.
+void hideModalDialogsOf(const QObject* victim)
+{
+    const QList<QDialog*> dialogs = victim->findChildren<QDialog*>();
+    for (QDialog* dialog : dialogs) {
+        if (dialog->isModal())
+            dialog->hide();
+    }
 }
 
 } // namespace
@@ -94,7 +120,7 @@ void Stage::whenSafe(QObject* subject, const Trick& function)
 
 void Stage::destroy(QObject* object)
 {
-    dropKeysOfEditors(object);
+    prepareEnd(object);
     undisturbed([object] { delete object; });
 }
 
@@ -105,16 +131,13 @@ void Stage::undisturbed(const std::function<void()>& function)
     --quiet;
 }
 
-void Stage::dropKeysOfEditors(const QObject* victim)
+void Stage::prepareEnd(QObject* victim)
 {
-    QWidget* focus = QApplication::focusWidget();
-    const QObject* ancestor = focus;
-    while (ancestor && ancestor != victim)
-        ancestor = ancestor->parent();
-    if (!ancestor)
-        return; // nor is there a victim
-    QCoreApplication::removePostedEvents(focus, QEvent::KeyPress);
-    QCoreApplication::removePostedEvents(focus, QEvent::KeyRelease);
+    if (!victim)
+        return;
+    dropKeysOfEditors(victim);
+    if (QT_VERSION < QT_VERSION_CHECK(5, 0, 0))
+        undisturbed([victim] { hideModalDialogsOf(victim); });
 }
 
 void Stage::nest(Place place, const std::function<void()>& function)

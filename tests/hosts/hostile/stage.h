@@ -60,9 +60,8 @@ public:
     // handlers of what it ends on the way do more of it.
     void destroy(QObject* object);
     void undisturbed(const std::function<void()>& function);
-    // To be called before an object is destroyed. Qt hands the keys that an item's editor has not seen yet to it from within the
-    // destructor of its view, and a view does not live through what it makes of them. A user's keys do not wait like that.
-    static void dropKeysOfEditors(const QObject* victim);
+    // To be called before an object is destroyed: does away with what Qt does not stand.
+    void prepareEnd(QObject* victim);
     // Runs a function that has an event loop of its own, if not too many are running already.
     void nest(Place place, const std::function<void()>& function);
     // A top-level window of the application's own that mending removes.
