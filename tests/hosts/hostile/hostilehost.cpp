@@ -26,6 +26,7 @@ const int sceneCount = sizeof(scenes) / sizeof(scenes[0]);
 
 QEvent::Type WatchfulApplication::inner = QEvent::None;
 QEvent::Type WatchfulApplication::outer = QEvent::None;
+bool WatchfulApplication::spontaneous = false;
 int WatchfulApplication::destructions = 0;
 int WatchfulApplication::depth = 0;
 int WatchfulApplication::submenuDepth = 0;

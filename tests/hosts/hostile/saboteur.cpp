@@ -177,7 +177,8 @@ bool Saboteur::eventFilter(QObject* watched, QEvent* event)
         || !stage.chance.oneIn(row->rarity))
         return false;
     const QPointer<QObject> target(watched);
-    const bool guarded = row->place == Place::Guarded && !event->spontaneous() && WatchfulApplication::isFirstHand();
+    const bool guarded
+        = row->place == Place::Guarded && !WatchfulApplication::isSpontaneous() && WatchfulApplication::isFirstHand();
     if (guarded && event->type() == QEvent::KeyPress && stage.chance.oneIn(4))
         destroyEditor(stage, watched, static_cast<QKeyEvent*>(event)->key());
     else

@@ -14,6 +14,8 @@ public:
         const QEvent::Type before = outer;
         outer = inner;
         inner = event->type();
+        const bool wasSpontaneous = spontaneous;
+        spontaneous = event->spontaneous();
         const bool destroys = inner == QEvent::DeferredDelete;
         destructions += destroys ? 1 : 0;
         ++depth;
@@ -21,6 +23,7 @@ public:
         if (--depth < submenuDepth)
             submenuDepth = 0;
         destructions -= destroys ? 1 : 0;
+        spontaneous = wasSpontaneous;
         inner = outer;
         outer = before;
         return result;
@@ -33,6 +36,9 @@ public:
     // Whether input that came so is being delivered, and nothing else, such as the loss of the focus, by which Qt sends the
     // signals of input, too.
     static bool isFirstHandInput();
+    // Whether the event that is being delivered comes from the windowing system. Of what Qt hands on to the parents of a widget
+    // that has ignored it, the event itself no longer tells.
+    static bool isSpontaneous() { return spontaneous; }
     // Whether a deferred deletion is under way.
     static bool isDestroying() { return destructions > 0; }
     // To be called when a menu is about to show one of its submenus: it does so until the event ends that had it do so.
@@ -42,6 +48,7 @@ public:
 private:
     static QEvent::Type inner;
     static QEvent::Type outer;
+    static bool spontaneous;
     static int destructions;
     static int depth;
     static int submenuDepth;
