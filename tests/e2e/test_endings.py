@@ -19,10 +19,10 @@ def said(kind, call):
 
 def test_a_dead_application_tells_its_end_and_the_request():
     with running() as (_, app):
-        os.kill(app.pid, signal.SIGSEGV)
+        os.kill(app.pid, signal.SIGABRT)
         message = said(ApplicationEndedError, app.window(name="showcase").widget("brewButton").activate)
     assert message.startswith(
-        "the application ended (signal SIGSEGV) at the request '5,Widget:showcase,brewButton,,,'"
+        "the application ended (signal SIGABRT) at the request '5,Widget:showcase,brewButton,,,'"
     )
 
 
