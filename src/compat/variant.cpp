@@ -1,6 +1,7 @@
 #include "compat/variant.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QLocale>
 #include <QtCore/QMetaProperty>
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <cmath>
 #include <iterator>
 
 namespace compat {
@@ -81,6 +83,22 @@ int typeOf(const QVariant& value)
 QVariant readProperty(const QObject* object, const char* name)
 {
     return withoutEnumType(object->property(name), object, name);
+}
+
+float toFloat(const QString& text, bool* ok)
+{
+    double number = 0;
+#if QT_VERSION >= 0x050000
+    QLocale locale;
+    locale.setNumberOptions(QLocale::RejectGroupSeparator);
+    number = locale.toDouble(text, ok);
+    if (!*ok)
+        number = text.toDouble(ok);
+#else
+    number = text.toDouble(ok);
+#endif
+    *ok = *ok && !(std::fabs(number) > FLT_MAX); // what is no number is ok
+    return *ok ? static_cast<float>(number) : 0.0F;
 }
 
 QString textOf(const QVariant& value)

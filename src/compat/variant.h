@@ -4,7 +4,7 @@
 
 class QObject;
 
-// QVariant and property reads as Qt 4.8 has them, on every Qt. Tests are written once and run against
+// QVariant, property reads and numbers as Qt 4.8 has them, on every Qt. Tests are written once and run against
 // applications of all three majors, so the same value must read the same everywhere.
 namespace compat {
 
@@ -18,5 +18,9 @@ QVariant readProperty(const QObject* object, const char* name);
 // The value's text in the form of Qt 4.8's QVariant::toString(): doubles with 15 significant digits, times
 // without milliseconds, colours without alpha, fonts with ten fields and weights from 0 to 99.
 QString textOf(const QVariant& value);
+
+// The number that a text is, in the notation of the application's locale or else of the C locale. Not ok, and 0, where
+// there is none, or one too large for a float, infinity included; one that is too small is 0.
+float toFloat(const QString& text, bool* ok);
 
 } // namespace compat

@@ -50,7 +50,20 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
 QRect availableGeometry(const QWidget* widget)
 {
 #if QT_VERSION >= 0x060000
-    return widget->screen()->availableGeometry();
+    // Not the screen of the window, which may be another one than that of its child.
+    const QRect place
+        = widget->isWindow() ? widget->frameGeometry() : QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size());
+    const QScreen* holder = QGuiApplication::primaryScreen();
+    int largest = 0;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        const QRect shared = screen->geometry() & place;
+        if (shared.width() * shared.height() > largest) {
+            largest = shared.width() * shared.height();
+            holder = screen;
+        }
+    }
+    return holder ? holder->availableGeometry() : place;
 #else
     return QApplication::desktop()->availableGeometry(widget);
 #endif

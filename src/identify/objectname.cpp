@@ -131,8 +131,7 @@ QString withoutSuffix(const QString& name, QLatin1String suffix)
 bool hasActionButtonStem(const QObject* object, const QString& stem)
 {
     const auto* button = qobject_cast<const QToolButton*>(object);
-    const QString action = button ? soleActionName(button) : QString();
-    return !action.isEmpty() && action == stem;
+    return button && button->actions().size() == 1 && button->actions().first()->objectName() == stem;
 }
 
 bool hasDialogButtonStem(const QObject* object, const QString& stem)

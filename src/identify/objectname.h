@@ -35,8 +35,8 @@ extern const QLatin1String unnamed;
 QString withoutSuffix(const QString& name, QLatin1String suffix);
 
 // Whether the object is of the kind that one of the three derivations is for, and its derived name is this one with the
-// derivation's suffix. Its own name is not looked at. A tool button without exactly one named action has no
-// derived name.
+// derivation's suffix. Its own name is not looked at. The stem may be empty, unlike that
+// of a derived name.
 bool hasActionButtonStem(const QObject* object, const QString& stem);
 bool hasDialogButtonStem(const QObject* object, const QString& stem);
 bool hasInputDialogChildStem(const QObject* object, const QString& stem);

@@ -1,5 +1,6 @@
 #include "proxy/mousecommand.h"
 
+#include "compat/variant.h"
 #include "proxy/sterror.h"
 #include "proxy/words.h"
 
@@ -42,7 +43,7 @@ Value requiredValue(const Word<Value> (&words)[size], const QString& text, const
 float parsedShare(const QString& text, int parameter)
 {
     bool ok = false;
-    const float value = text.isEmpty() ? 0.5F : text.toFloat(&ok);
+    const float value = text.isEmpty() ? 0.5F : compat::toFloat(text, &ok);
     if (!ok && !text.isEmpty())
         raiseError(
             QString::fromLatin1("The %1. parameter \"").arg(parameter) + text + QLatin1String("\" is not a float"));

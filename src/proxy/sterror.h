@@ -42,7 +42,8 @@ struct FormatArgument
 
 // Formats by printf's rules as far as messages need them: "%s" and "%d" take the next argument, "%%" is one percent
 // sign. A conversion that has no argument, or is of another kind, stays as written: formats can hold text that a
-// test sent, so they must never reach memory. The result is cut to 2047 characters.
+// test sent, so they must never reach memory. The result is cut to 2047 characters,
+// and the format and each argument end before their first U+0000, as texts do in C.
 QString formatMessage(const QString& format, std::initializer_list<FormatArgument> arguments);
 
 // Throws an STError whose message is the formatted text.

@@ -220,9 +220,9 @@ void STWidgetProxy::typeError(const char* expected)
 {
     const QWidget* target = checkedWidget(nullptr);
     const QString className = QString::fromLatin1(target->metaObject()->className());
-    throw STError(
+    raiseError("%s",
         QString::fromLatin1("Type error: object \"%1\" of class \"%2\" accepts ").arg(target->objectName(), className)
-        + QLatin1String(expected ? expected : "no parameter") + QLatin1Char('.'));
+            + QLatin1String(expected ? expected : "no parameter") + QLatin1Char('.'));
 }
 
 void STWidgetProxy::raiseRangeError(const QString& range)

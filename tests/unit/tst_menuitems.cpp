@@ -70,6 +70,9 @@ void tst_MenuItems::aSeparatorHasANullText()
     QAction action(QLatin1String("Title"), nullptr);
     action.setSeparator(true);
     QVERIFY(menuItemText(&action).isNull());
+    const QStringList list = menuItemList(QList<QAction*>() << &action);
+    QCOMPARE(int(list.size()), 1);
+    QVERIFY(list.first().isNull());
 }
 
 void tst_MenuItems::find_data()

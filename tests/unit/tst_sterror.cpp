@@ -13,6 +13,7 @@ private Q_SLOTS:
     void conversionsWithoutArgumentStayAsWritten();
     void longMessagesAreCut();
     void textsOfArgumentsAreNoFormats();
+    void textsEndBeforeTheirFirstNull();
     void errorsAreCopied();
 };
 
@@ -76,6 +77,14 @@ void tst_STError::longMessagesAreCut()
 void tst_STError::textsOfArgumentsAreNoFormats()
 {
     QCOMPARE(messageOf([] { raiseError("<%s|%s>", "%s%%", "%d"); }), latin1("<%s%%|%d>"));
+}
+
+void tst_STError::textsEndBeforeTheirFirstNull()
+{
+    const QString parted = latin1("a") + QChar(0) + latin1("b");
+    QCOMPARE(messageOf([&] { raiseError(parted); }), latin1("a"));
+    QCOMPARE(messageOf([&] { raiseError("<%s|%s>", parted, "c"); }), latin1("<a|c>"));
+    QCOMPARE(messageOf([&] { raiseError(QString(QChar(0))); }), QString());
 }
 
 void tst_STError::errorsAreCopied()

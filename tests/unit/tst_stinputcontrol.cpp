@@ -108,6 +108,7 @@ private Q_SLOTS:
     void withoutProcessingEventsAreOnlyPosted();
     void aTargetThatDiesBeforeTheEventIsAnError();
     void theKillerStopsItsEventTypeOnly();
+    void aDragShowsTheTargetNoMoveWithoutButtons();
 
 private:
     QWidget* window = nullptr;
@@ -272,6 +273,29 @@ void tst_STInputControl::theKillerStopsItsEventTypeOnly()
     QEvent press(QEvent::MouseButtonPress);
     QVERIFY(killer.eventFilter(window, &move));
     QVERIFY(!killer.eventFilter(window, &press));
+}
+
+void tst_STInputControl::aDragShowsTheTargetNoMoveWithoutButtons()
+{
+    struct MoveRecorder : QObject
+    {
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == QEvent::MouseMove)
+                buttons << int(static_cast<QMouseEvent*>(event)->buttons());
+            return false;
+        }
+        QList<int> buttons;
+    } moves;
+    window->setMouseTracking(true);
+    control.mouseMove(window->mapToGlobal(QPoint(20, 20)), Qt::NoModifier);
+    control.mousePress(Qt::LeftButton, Qt::NoModifier);
+    window->installEventFilter(&moves);
+    control.mouseMove(window->mapToGlobal(QPoint(60, 60)), Qt::NoModifier);
+    // On X11 the windowing system's own move may come later.
+    QVERIFY(!moves.buttons.isEmpty());
+    QCOMPARE(moves.buttons.first(), int(Qt::LeftButton));
+    control.mouseRelease(Qt::LeftButton, Qt::NoModifier);
 }
 
 QTEST_MAIN(tst_STInputControl)

@@ -1,5 +1,8 @@
 #include "proxy/stwidgetproxy.h"
 
+#include "compat/widgets.h"
+#include "waiting.h"
+
 #include <QPushButton>
 #include <QtTest>
 
@@ -40,6 +43,22 @@ QString errorOf(Operation operation)
     return QString();
 }
 
+// A window that stays where it is put: no window manager looks after it.
+struct FreeWindow
+{
+    FreeWindow(const QRect& geometry, const QRect& childGeometry)
+        : window(nullptr, Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint)
+        , child(&window)
+    {
+        window.setGeometry(geometry);
+        child.setGeometry(childGeometry);
+        window.show();
+    }
+
+    QWidget window;
+    QWidget child;
+};
+
 const char dead[] = "Internal error, proxy without widget";
 
 } // namespace
@@ -59,6 +78,8 @@ private Q_SLOTS:
     void unknownPropertiesCannotBeWritten();
     void aTypeErrorNamesTheWidgetAndTheTypes();
     void aRangeErrorNamesTheWidgetAndTheRange();
+    void aWidgetOffTheScreenTakesItsWindowToTheCorner();
+    void aWidgetFarInsideAHugeWindowComesToTheCornerItself();
     void onlyTheFirstMnemonicIsStripped_data();
     void onlyTheFirstMnemonicIsStripped();
 };
@@ -157,6 +178,8 @@ void tst_STWidgetProxy::aTypeErrorNamesTheWidgetAndTheTypes()
         latin1("Type error: object \"%2 name\" of class \"QWidget\" accepts string, integer."));
     QCOMPARE(errorOf([&] { proxy.typeError(nullptr); }),
         latin1("Type error: object \"%2 name\" of class \"QWidget\" accepts no parameter."));
+    widget.setObjectName(QString(3000, QLatin1Char('x')));
+    QCOMPARE(int(errorOf([&] { proxy.typeError("none"); }).size()), 2047);
 }
 
 void tst_STWidgetProxy::aRangeErrorNamesTheWidgetAndTheRange()
@@ -168,6 +191,30 @@ void tst_STWidgetProxy::aRangeErrorNamesTheWidgetAndTheRange()
     QCOMPARE(errorOf([&] { proxy.rangeError("[%d, %d]", -3, 7); }),
         latin1("Type error: object \"name\" of class \"QWidget\" accepts only values in the following range: "
                "[-3, 7]."));
+}
+
+void tst_STWidgetProxy::aWidgetOffTheScreenTakesItsWindowToTheCorner()
+{
+    FreeWindow free(QRect(-150, 300, 300, 200), QRect(10, 20, 50, 50));
+    QVERIFY(becomesTrue([&] { return free.window.pos() == QPoint(-150, 300); }));
+    Proxy proxy;
+    proxy.bind(&free.child, "QWidget");
+    proxy.prepareWidget();
+    const QPoint corner = compat::availableGeometry(&free.child).topLeft();
+    QVERIFY(becomesTrue([&] { return free.window.pos() == corner; }));
+    proxy.prepareWidget();
+    QCOMPARE(free.window.pos(), corner);
+}
+
+void tst_STWidgetProxy::aWidgetFarInsideAHugeWindowComesToTheCornerItself()
+{
+    FreeWindow free(QRect(-20, -30, 4000, 4000), QRect(2500, 2300, 50, 50));
+    QVERIFY(becomesTrue([&] { return free.window.pos() == QPoint(-20, -30); }));
+    Proxy proxy;
+    proxy.bind(&free.child, "QWidget");
+    proxy.prepareWidget();
+    // The distance of the corner from where the widget is when its window is in the corner.
+    QVERIFY(becomesTrue([&] { return free.window.pos() == QPoint(-2500, -2300); }));
 }
 
 void tst_STWidgetProxy::onlyTheFirstMnemonicIsStripped_data()

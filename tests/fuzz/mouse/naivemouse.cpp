@@ -5,6 +5,9 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
 
+#include <cmath>
+#include <limits>
+
 namespace naive {
 
 namespace {
@@ -49,14 +52,14 @@ QString positionError(const QStringList& shares)
 {
     for (int i = 0; i < 2; ++i) {
         bool ok = false;
-        shares.at(i).toFloat(&ok);
-        if (!ok)
+        const double value = shares.at(i).toDouble(&ok);
+        if (!ok || std::abs(value) > double(std::numeric_limits<float>::max()))
             return QString::number(3 + i).prepend(QLatin1String("The ")) + QLatin1String(". parameter \"")
                 + shares.at(i) + QLatin1String("\" is not a float");
     }
     for (const QString& share : shares) {
-        const float value = share.toFloat();
-        if (value != value || value < 0.0F || value > 1.0F)
+        const double value = share.toDouble();
+        if (value != value || value < 0.0 || float(value) > 1.0F)
             return QStringLiteral("Only a Position between 0.0 and 1.0 is allowed");
     }
     return QString();
@@ -65,7 +68,7 @@ QString positionError(const QStringList& shares)
 // What a text of the test becomes when it is a part of a format.
 QString asFormat(const QString& text)
 {
-    return QString(text).replace(QLatin1String("%%"), QLatin1String("%")).left(2047);
+    return text.section(QChar(0), 0, 0).replace(QLatin1String("%%"), QLatin1String("%")).left(2047);
 }
 
 } // namespace
