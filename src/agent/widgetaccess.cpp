@@ -3,6 +3,8 @@
 #include "identify/widgetlookup.h"
 #include "identify/windowlookup.h"
 
+#include <QApplication>
+
 namespace {
 
 Access refused(const QString& reply)
@@ -15,6 +17,11 @@ Access refused(const QString& reply)
 QString windowReply(const char* code, const QString& name, const char* outcome)
 {
     return QLatin1String(code) + QLatin1String(",Window (") + name + QLatin1String(outcome);
+}
+
+Access notModal(const QString& name)
+{
+    return refused(windowReply("4", name, ") not active modal"));
 }
 
 } // namespace
@@ -41,10 +48,17 @@ Access reachableWindow(const QString& name, const QWidget* excused)
     case WindowNotActivePopupError:
         return refused(windowReply("4", name, ") not active popup"));
     case WindowNotActiveModalError:
-        return refused(windowReply("4", name, ") not active modal"));
+        return notModal(name);
     default:
         return access;
     }
+}
+
+Access frontWindow(const QString& name)
+{
+    const Access access = reachableWindow(name, nullptr);
+    const QWidget* modal = QApplication::activeModalWidget();
+    return !access.widget || !modal || access.widget == modal ? access : notModal(name);
 }
 
 Access oneWidget(const WidgetLookup& lookup, const QString& path)

@@ -19,5 +19,9 @@ Access anyWindow(const QString& name);
 // The one window of that name, unless a popup other than it and `excused`, or another modal widget, is open: code 4.
 Access reachableWindow(const QString& name, const QWidget* excused);
 
+// The same for commands that are about the window itself. While a modal widget is active they refuse every other window,
+// also its own popup, in which widgets can be used.
+Access frontWindow(const QString& name);
+
 // The widget that the lookup of the path found. Refuses with code 5, 6 or 7.
 Access oneWidget(const WidgetLookup& lookup, const QString& path);

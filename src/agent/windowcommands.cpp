@@ -28,7 +28,7 @@ QString titleReply(const QWidget* window)
 template <class Change>
 QString changeWindow(const Request& request, Change change)
 {
-    const Access access = reachableWindow(request.section(1), nullptr);
+    const Access access = frontWindow(request.section(1));
     if (!access.widget)
         return access.refusal;
     bool firstOk = false;
@@ -55,7 +55,7 @@ QString changeWindow(const Request& request, Change change)
 
 QString checkWindow(const Request& request, STApplicationProxy&)
 {
-    const Access access = reachableWindow(request.section(1), nullptr);
+    const Access access = frontWindow(request.section(1));
     return access.widget ? titleReply(access.widget) : access.refusal;
 }
 

@@ -1,6 +1,7 @@
 #include "agent/wirevalue.h"
 
 #include "compat/variant.h"
+#include "compat/widgets.h"
 
 #include <QIcon>
 #include <QPixmap>
@@ -55,7 +56,7 @@ QString pixmapReply(const QVariant& value)
 
 QString iconReply(const QVariant& value)
 {
-    return xpmReply(value.value<QIcon>().pixmap(64, 64));
+    return xpmReply(compat::pixmapOf(value.value<QIcon>(), QSize(64, 64)));
 }
 
 QString unsupportedReply(const QVariant&)

@@ -3,7 +3,9 @@
 #include "compat/waiting.h"
 
 #include <QtCore/QPointer>
+#include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QPixmap>
 
 #if QT_VERSION >= 0x060000
 #include <QtGui/QScreen>
@@ -45,6 +47,18 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
 {
     return new QMouseEvent(type, target->mapFromGlobal(globalPosition), globalPosition, button, buttons, modifiers);
+}
+
+QPixmap pixmapOf(const QIcon& icon, const QSize& size)
+{
+#if QT_VERSION >= 0x060000
+    return icon.pixmap(size, 1.0);
+#elif QT_VERSION >= 0x050000
+    return icon.pixmap(
+        QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps) ? size / qApp->devicePixelRatio() : size);
+#else
+    return icon.pixmap(size);
+#endif
 }
 
 QRect availableGeometry(const QWidget* widget)

@@ -3,9 +3,12 @@
 #include <QtCore/QEvent>
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
+#include <QtCore/QSize>
 #include <QtCore/QString>
 
+class QIcon;
 class QMouseEvent;
+class QPixmap;
 class QWidget;
 
 // What Qt's majors spell differently about widgets, events and sockets.
@@ -14,6 +17,9 @@ namespace compat {
 // A mouse event for the target at a point in global coordinates. The caller owns it.
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
+// The icon as a pixmap of so many pixels at most, on screens of every density.
+QPixmap pixmapOf(const QIcon& icon, const QSize& size);
 
 // The part of the widget's screen that panels leave free, in global coordinates.
 QRect availableGeometry(const QWidget* widget);

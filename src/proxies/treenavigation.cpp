@@ -99,7 +99,9 @@ void STQTreeView::stepTowards(const QPersistentModelIndex& target)
     if (before == target || isBelow(target, row)) {
         if (!treeView()->isExpanded(row))
             keyClick(Qt::Key_Plus, Qt::NoModifier);
-        keyClick(Qt::Key_Right, Qt::NoModifier);
+        // Beside the first cell, Right would leave the column of a view that selects cells, unless it expands the row.
+        if (before == target || before == row || !treeView()->isExpanded(row))
+            keyClick(Qt::Key_Right, Qt::NoModifier);
         if (treeView()->currentIndex() != before)
             return;
     }

@@ -52,6 +52,12 @@ struct Stage
         for (const Mode& mode : modes)
             host.onRequest(QLatin1String(mode.name), [=] { view->setSelectionMode(mode.mode); });
         host.onRequest(QLatin1String("noCurrent"), [=] { view->setCurrentIndex(QModelIndex()); });
+        host.onRequest(QLatin1String("cells"), [=] {
+            view->setSelectionBehavior(QAbstractItemView::SelectItems);
+            for (int column = 0; column < view->header()->count(); ++column)
+                view->setColumnHidden(column, false);
+        });
+        host.onRequest(QLatin1String("collapseAll"), [=] { view->collapseAll(); });
         host.onRequest(QLatin1String("expandAll"), [=] { view->expandAll(); });
         host.onRequest(QLatin1String("hideFirstColumn"), [=] { view->setColumnHidden(0, true); });
         host.onRequest(QLatin1String("hideCurrent"),

@@ -30,7 +30,7 @@ def input_state(app):
 
 def wait_for_popup(app):
     """Waits until a popup is open: the reply to a click comes before its effect."""
-    eventually(lambda: app.request(f"8,{POPUP}")[:2], "0,")
+    eventually(lambda: app.request(f"2,{POPUP}")[:2], "0,")
 
 
 def wait_until_closed(app, focus="edit"):

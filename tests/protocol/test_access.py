@@ -93,7 +93,14 @@ def test_the_focus_widget_is_addressed_by_a_special_path(app):
     app.wait_for(re.compile("press edit .*"))
 
 
+def test_text_is_entered_in_the_focus_widget(app):
+    app.wait_until("edit", "focus", "true")
+    assert app.enter("Editor", "FocusWidget", "s:typed") == "0,QLineEdit"
+    assert app.get("edit", "text") == "typed"
+
+
 def test_the_focus_widget_is_an_ordinary_name_to_a_property_read(app):
+    app.wait_until("edit", "focus", "true")
     assert app.read("Editor", "FocusWidget", "objectName") == "5,Widget (FocusWidget) not found"
 
 

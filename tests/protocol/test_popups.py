@@ -125,6 +125,16 @@ def test_a_context_menu_of_a_modal_dialog_works_like_any_other(app):
     assert app.get("dialog", "visible") == "true"
 
 
+@pytest.mark.parametrize("command, numbers", [("8", ""), ("10", ",5,5"), ("11", ",300,300")])
+def test_a_popup_of_a_modal_dialog_is_no_window_to_be_moved(app, command, numbers):
+    open_dialog(app)
+    app.mouse("Modal", "executingModal", RIGHT_CLICK)
+    wait_for_popup(app)
+    assert app.request(f"{command},Modal{numbers}") == "4,Window (Modal) not active popup"
+    assert app.request(f"{command},{POPUP}{numbers}") == f"4,Window ({POPUP}) not active modal"
+    assert choose(app, "Sub/Three") == "0,QMenu"
+
+
 def test_the_escapes_of_a_menu_bar_do_not_close_its_dialog(app):
     open_dialog(app)
     app.forget()

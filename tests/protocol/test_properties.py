@@ -95,3 +95,9 @@ def test_a_widget_on_the_screen_leaves_its_window_where_it_is(app):
     before = app.get("main", "geometry")
     app.mouse("Editor", "canvas", "")
     assert app.get("main", "geometry") == before
+
+
+def test_an_icon_has_as_many_pixels_on_a_screen_of_twice_the_density(launch):
+    app = launch("corehost", env={"QT_SCALE_FACTOR": "2"})
+    reply = app.read("Editor", "canvas", "anIcon")
+    assert b'"64 64 1 1"' in bytes.fromhex(reply.partition("0,x:")[2])

@@ -280,6 +280,20 @@ def test_a_text_is_entered_in_the_cell_of_the_column_it_begins_with(files):
     assert files.read("itemPath", "s:docs/file") == "u:docs:3/file:a:b"
 
 
+@pytest.mark.parametrize("selected", ["rows", "cells"])
+@pytest.mark.parametrize("meanwhile", ["focusOther", "collapseAll"])
+def test_the_way_back_to_a_cell_stays_in_its_column(files, selected, meanwhile):
+    if selected == "cells":
+        files.app.do("cells")
+    files.activate("s:docs/file:12")
+    files.enter("s:1:first")
+    files.app.wait_for("data tree 0,1 'first' check 0")
+    files.app.do(meanwhile)
+    files.app.do("focusOther")
+    assert files.enter("s:1:second") == "0,QTreeView"
+    files.app.wait_for("data tree 0,1 'second' check 0")
+
+
 def test_a_column_without_a_text_empties_the_cell(files):
     files.activate("s:docs/file:12")
     assert files.enter("s:0") == "0,QTreeView"

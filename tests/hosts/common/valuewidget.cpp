@@ -33,7 +33,7 @@ ValueWidget::ValueWidget()
 {
     QFont font(QLatin1String("DejaVu Sans"), 12, QFont::Bold);
     font.setUnderline(true);
-    QPixmap large(64, 64);
+    QPixmap large(200, 200);
     large.fill(Qt::green);
     const QDate date(2024, 2, 29);
     const QTime time(13, 5, 9, 250);
