@@ -108,7 +108,12 @@ void build(TestHost& host)
     new QVBoxLayout(window);
 
     auto* own = new OwnView(host);
-    show(host, window, own, "own", itemModel(window));
+    QStandardItemModel* model = itemModel(window);
+    show(host, window, own, "own", model);
+    host.onRequest(QLatin1String("deepNamelessRow"), [=] {
+        model->setVerticalHeaderItem(0, new QStandardItem);
+        model->item(1, 2)->child(0)->appendRow(row(QLatin1String("deepest")));
+    });
     host.onRequest(QLatin1String("selectRows"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectRows); });
     host.onRequest(
         QLatin1String("selectColumns"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectColumns); });

@@ -45,6 +45,11 @@ def test_a_header_text_that_occurs_twice_names_the_first(view):
     assert view.read("itemData", "s:same") == "u:r2c1"
 
 
+def test_an_empty_step_is_looked_up_as_an_empty_header_text(view):
+    view.app.do("deepNamelessRow")
+    assert view.read("itemData", "s:2;3//1") == "u:deepestc1"
+
+
 PATH_ERRORS = {
     "1;2;3": "Syntax error in path",
     "1/1;2;3": "Syntax error in path",
