@@ -13,11 +13,16 @@ const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
 const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
 const char readOnlyMessage[] = "enter, QComboBox is read only";
 
-// A list may take a while to roll out.
-void waitForPopup()
+// A list may take a while to roll out, be it from within another popup.
+void waitForPopup(const QWidget* before)
 {
     const int maximumMilliseconds = 200;
-    compat::processEventsUntil([] { return QApplication::activePopupWidget() != nullptr; }, maximumMilliseconds);
+    compat::processEventsUntil(
+        [before] {
+            const QWidget* popup = QApplication::activePopupWidget();
+            return popup && popup != before;
+        },
+        maximumMilliseconds);
 }
 
 } // namespace
@@ -28,8 +33,9 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
     const bool editable = comboBox()->isEditable();
     if (!editable && comboBox()->currentIndex() == index)
         return;
+    const QWidget* outerPopup = QApplication::activePopupWidget();
     clickText();
-    waitForPopup();
+    waitForPopup(outerPopup);
     if (editable)
         keyClick(Qt::Key_Up, Qt::NoModifier);
     moveTo(index);

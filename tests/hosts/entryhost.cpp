@@ -13,9 +13,12 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <QValidator>
 
 namespace {
@@ -209,7 +212,16 @@ private:
         shifted->setTracking(false);
         auto* inverted = addSlider("inverted", Qt::Horizontal, 10, 300);
         inverted->setInvertedAppearance(true);
-        addSlider("upright", Qt::Vertical, 10, 80);
+        auto* upright = addSlider("upright", Qt::Vertical, 10, 80);
+        host.onRequest(QLatin1String("placeOfFirstPixel"), [=] {
+            QStyleOptionSlider option;
+            option.initFrom(upright);
+            const QRect handle
+                = upright->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, upright);
+            host.journal(QString::fromLatin1("first %1,%2")
+                             .arg((handle.left() + handle.right()) / 2)
+                             .arg((handle.top() + handle.bottom()) / 2));
+        });
         addSlider("uprightInverted", Qt::Vertical, 10, 80)->setInvertedAppearance(true);
         addSlider("disabledSlider", Qt::Horizontal, 10, 100)->setEnabled(false);
         dieLater(addSlider("doomedSlider", Qt::Horizontal, 10, 200), SIGNAL(sliderPressed()));
@@ -240,7 +252,13 @@ private:
         auto* many = addChoice("many", new QComboBox);
         for (int i = many->count(); i < 300; ++i)
             many->addItem(QString::fromLatin1("item %1").arg(i));
-        addChoice("slow", new SlowComboBox);
+        auto* slow = addChoice("slow", new SlowComboBox);
+        host.onRequest(QLatin1String("putSlowIntoPopup"), [=] {
+            auto* popup = new QWidget(this, Qt::Popup);
+            (new QVBoxLayout(popup))->addWidget(slow);
+            popup->move(mapToGlobal(QPoint(20, 20)));
+            popup->show();
+        });
         addChoice("disabledChoice", new QComboBox)->setEnabled(false);
         add("nothing", 4, new QComboBox);
         auto* refilled = addChoice("refilled", new QComboBox);

@@ -188,6 +188,17 @@ def test_activating_a_split_button_clicks_its_body(app):
     assert app.events("shown") == []
 
 
+def test_the_parts_of_a_split_button_are_clicked_at_their_centres(plain):
+    plain.activate(WINDOW, "split")
+    plain.mouse(WINDOW, "split", "MouseClick:LeftButton:::")
+    plain.wait_for("shown splitMenu")
+    places = [line.split(" ")[2].split(",") for line in plain.events("press")]
+    (body, height), (arrow, same_height) = ((int(x), int(y)) for x, y in places)
+    assert height == same_height == 19
+    # The centres of two parts that fill a button are half of its width apart.
+    assert (arrow - body, body < 59) == (60, True)
+
+
 def test_a_tool_button_without_a_menu_is_clicked_at_its_centre(plain):
     plain.mouse(WINDOW, "tool", "MouseClick:LeftButton:::")
     assert [line.split(" ")[2] for line in plain.events("press")] == [center(plain, "tool")]

@@ -73,6 +73,14 @@ def test_a_list_that_opens_late_is_waited_for(app):
     assert keys(app, "slow") == []
 
 
+def test_a_list_that_opens_late_from_within_a_popup_is_waited_for(app):
+    app.do("putSlowIntoPopup")
+    assert app.activate("Widget:ActivePopupWidget", "slow", "i:0") == "0,QComboBox"
+    app.wait_for("chosen slow 0")
+    assert keys(app, "slowList") == ["Up", "Up", "Return"]
+    assert keys(app, "slow") == []
+
+
 def test_a_list_that_rolls_out_slowly_is_waited_for(app):
     app.do("animateComboBoxes")
     assert app.activate(WINDOW, "choice", "i:0") == "0,QComboBox"

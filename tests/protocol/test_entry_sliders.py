@@ -110,6 +110,13 @@ def test_a_vertical_slider_is_pressed_and_released_at_its_first_pixel(app, name,
     ]
 
 
+def test_the_first_pixel_of_a_vertical_slider_is_where_a_bare_handle_is(app):
+    app.do("placeOfFirstPixel")
+    place = app.wait_for(re.compile("first .*")).split(" ")[1]
+    app.activate(WINDOW, "upright", "i:0")
+    assert [line.split(" ")[2] for line in app.events("press", "release")] == [place, place]
+
+
 @pytest.mark.parametrize("name, reachable", [("upright", 0), ("uprightInverted", 10)])
 def test_a_vertical_slider_refuses_every_other_value(app, name, reachable):
     assert app.activate(WINDOW, name, "i:5") == f"8,Exception : Unable to display value 5, try {reachable}"
