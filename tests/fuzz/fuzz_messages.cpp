@@ -8,20 +8,15 @@ namespace {
 
 const int maximumLength = 2047;
 
-QString beforeNul(const QString& text)
-{
-    return text.section(QChar(0), 0, 0);
-}
-
 QString expectedMessage(const QString& format, QStringList arguments)
 {
-    QString rest = beforeNul(format);
+    QString rest = fuzzing::shown(format);
     QString message;
     while (!rest.isEmpty()) {
         const QString head = rest.left(2);
         const bool converts = head == QLatin1String("%s") || head == QLatin1String("%d");
         if (converts && !arguments.isEmpty()) {
-            message += beforeNul(arguments.takeFirst());
+            message += fuzzing::shown(arguments.takeFirst());
             rest = rest.mid(2);
         } else {
             message += rest.left(1);

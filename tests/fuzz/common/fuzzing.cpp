@@ -28,6 +28,11 @@ QString printable(const QString& text)
     return result;
 }
 
+QString shown(const QString& text)
+{
+    return text.section(QChar(0), 0, 0);
+}
+
 QString textOf(const uint8_t* data, std::size_t size)
 {
     const QString raw = QString::fromLatin1(reinterpret_cast<const char*>(data), static_cast<int>(size));

@@ -22,6 +22,9 @@ void checkEqual(const Value& actual, const Value& expected, const char* rule, co
 // The text with everything beyond printable ASCII escaped, for messages.
 QString printable(const QString& text);
 
+// What a message shows of a text: it ends where texts end in C.
+QString shown(const QString& text);
+
 // An input as Latin-1 text, so that every byte is a character, and its lines. "\u" and four hexadecimal digits are the
 // character of that number; so inputs stay readable, and each character up to U+FFFF can be reached.
 QString textOf(const uint8_t* data, std::size_t size);

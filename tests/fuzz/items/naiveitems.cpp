@@ -1,5 +1,7 @@
 #include "naiveitems.h"
 
+#include "fuzzing.h"
+
 #include <QListView>
 #include <QTableView>
 #include <QTreeView>
@@ -63,7 +65,7 @@ int tableSection(const QTableView& view, Qt::Orientation orientation, const QStr
         error = QString::fromLatin1("Same %1 name at %1 ").arg(QLatin1String(word))
             + message("%1 and %2", named.at(0) + 1, named.at(1) + 1);
     else if (named.isEmpty() && !ok)
-        error = QLatin1String(rows ? "Row " : "Column ") + name + QLatin1String(" not found");
+        error = QLatin1String(rows ? "Row " : "Column ") + fuzzing::shown(name) + QLatin1String(" not found");
     else if (named.isEmpty() && (number < 1 || number > count))
         error = QString::fromLatin1("Invalid %1 ").arg(QLatin1String(word))
             + message("%1 is out of range [1, %2]", number, count);
@@ -83,7 +85,7 @@ int modelSection(const QAbstractItemModel& model, Qt::Orientation orientation, c
 
 QString limited(const QString& text)
 {
-    return text.left(2047);
+    return fuzzing::shown(text).left(2047);
 }
 
 } // namespace

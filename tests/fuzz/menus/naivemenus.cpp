@@ -1,5 +1,7 @@
 #include "naivemenus.h"
 
+#include "fuzzing.h"
+
 #include <QAction>
 #include <QMenu>
 
@@ -114,13 +116,13 @@ QString barPathDisabled(const QList<QAction*>& actions, QStringList path)
         const QString first = path.first();
         item = takeMenuItem(level, path);
         if (!item)
-            return QLatin1String("Could not find ") + first;
+            return QLatin1String("Could not find ") + fuzzing::shown(first);
         if (path.isEmpty())
             return boolText(!item->isEnabled());
         if (!top && !item->isEnabled())
-            return element(item, first) + QLatin1String(" is disabled");
+            return fuzzing::shown(element(item, first)) + QLatin1String(" is disabled");
         if (!item->menu())
-            return QLatin1String("Could not find ") + path.first();
+            return QLatin1String("Could not find ") + fuzzing::shown(path.first());
         level = below(item);
         top = false;
     }

@@ -1,5 +1,7 @@
 #include "naivemouse.h"
 
+#include "fuzzing.h"
+
 #include <QtCore/QEvent>
 #include <QtCore/QMap>
 #include <QtCore/QRegularExpression>
@@ -68,7 +70,7 @@ QString positionError(const QStringList& shares)
 // What a text of the test becomes when it is a part of a format.
 QString asFormat(const QString& text)
 {
-    return text.section(QChar(0), 0, 0).replace(QLatin1String("%%"), QLatin1String("%")).left(2047);
+    return fuzzing::shown(text).replace(QLatin1String("%%"), QLatin1String("%")).left(2047);
 }
 
 } // namespace
