@@ -23,9 +23,10 @@ const int ticksOfModal = 5;
 const int maximumNesting = 3;
 const char nestedProperty[] = "nestedByTheApplication";
 
-bool isOpenMenuOfFileDialog(const QWidget* window)
+// Also one that is hidden: the function that waits for it may not have come to its end yet.
+bool isMenuOfFileDialog(const QWidget* window)
 {
-    if (!window->isVisible() || !qobject_cast<const QMenu*>(window))
+    if (!qobject_cast<const QMenu*>(window))
         return false;
     const QWidget* ancestor = window;
     while (ancestor && !qobject_cast<const QFileDialog*>(ancestor))
@@ -104,7 +105,7 @@ bool Stage::mayDestroy() const
     // A modal dialog that Qt itself has opened has a function of Qt waiting for it. So has the context menu of a file
     // dialog, which is even a variable of that function.
     const QWidgetList windows = QApplication::topLevelWidgets();
-    if (std::any_of(windows.begin(), windows.end(), isOpenMenuOfFileDialog))
+    if (std::any_of(windows.begin(), windows.end(), isMenuOfFileDialog))
         return false;
     const QWidget* modal = QApplication::activeModalWidget();
     return fragileFrames == 0 && (!modal || modal->property(nestedProperty).toBool());

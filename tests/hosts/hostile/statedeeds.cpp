@@ -2,12 +2,14 @@
 
 #include "commondeeds.h"
 #include "stage.h"
+#include "watchfulapplication.h"
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
+#include <QMainWindow>
 #include <QMenu>
 #include <QWidget>
 
@@ -32,6 +34,13 @@ bool isEditor(const QObject* object)
     const QObject* viewport = object ? object->parent() : nullptr;
     const auto* view = viewport ? qobject_cast<const QAbstractItemView*>(viewport->parent()) : nullptr;
     return view && object->isWidgetType() && view->viewport() == viewport && !view->inherits("QHeaderView");
+}
+
+// Whether to move the focus on would have a view change its current item while it may just be changing it: so it does when
+// the editor of an item is hidden or disabled.
+bool mustKeepFocus()
+{
+    return isEditor(QApplication::focusWidget()) && !WatchfulApplication::isFirstHand();
 }
 
 } // namespace
@@ -112,7 +121,8 @@ void doSceneTrick(Stage& stage, QObject* sender)
 
 void hideSender(Stage&, QObject* sender)
 {
-    if (QWidget* widget = widgetOf(sender)) {
+    QWidget* widget = widgetOf(sender);
+    if (widget && !mustKeepFocus()) {
         widget->setProperty("hiddenBySabotage", true);
         widget->hide();
     }
@@ -120,10 +130,17 @@ void hideSender(Stage&, QObject* sender)
 
 void disableSender(Stage&, QObject* sender)
 {
-    if (QWidget* widget = widgetOf(sender)) {
+    QWidget* widget = widgetOf(sender);
+    if (widget && !mustKeepFocus()) {
         widget->setProperty("disabledBySabotage", true);
         widget->setEnabled(false);
     }
+}
+
+void disableWindow(Stage& stage, QObject*)
+{
+    if (stage.window() && !mustKeepFocus())
+        stage.window()->setEnabled(false);
 }
 
 void rename(Stage& stage, QObject* sender)

@@ -57,12 +57,6 @@ void hideWindow(Stage& stage, QObject*)
         window->hide();
 }
 
-void disableWindow(Stage& stage, QObject*)
-{
-    if (QWidget* window = windowOf(stage))
-        window->setEnabled(false);
-}
-
 void moveWindow(Stage& stage, QObject*)
 {
     if (QWidget* window = windowOf(stage))
