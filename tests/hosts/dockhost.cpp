@@ -29,6 +29,11 @@ void addTabs(QMainWindow* window, Qt::DockWidgetArea area, const QList<QDockWidg
         window->addDockWidget(area, dock);
     for (int i = 1; i < docks.size(); ++i)
         window->tabifyDockWidget(docks.at(i - 1), docks.at(i));
+    // Room for all tabs: how wide an area becomes is up to Qt's layout, on Qt 4.8 even to how quickly the window comes
+    // up, and in a narrow one the tabs are scrolled, the first of them out of reach.
+    const int width = 340;
+    for (const QDockWidget* dock : docks)
+        dock->widget()->setMinimumWidth(width);
     docks.last()->raise();
 }
 
@@ -103,7 +108,7 @@ void build(TestHost& host)
         [&host, window] { host.journalInput(window->findChild<QDockWidget*>(QLatin1String("alone"))); });
     host.onRequest(QLatin1String("floatBeta"), [beta] {
         beta->setFloating(true);
-        beta->move(400, 760);
+        beta->move(300, 760);
     });
     host.onRequest(QLatin1String("hideAlpha"), [alpha] { alpha->hide(); });
     host.onRequest(QLatin1String("renameAlpha"), [alpha] { alpha->setWindowTitle(QLatin1String("Omega")); });
