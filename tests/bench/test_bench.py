@@ -5,6 +5,7 @@ import os
 import subprocess
 import sys
 from pathlib import Path
+from typing import Dict
 
 import pytest
 
@@ -16,21 +17,24 @@ import inprocess  # noqa: E402
 import table  # noqa: E402
 from rows import RESOLVE  # noqa: E402
 
-# Ten times the widgets cost ten times the work, and a little more where the processor's caches end. What compares every
-# widget with every other one, or copies all for each, comes to a hundred.
-MOST_GROWTH = 40
+# What Qt's own calls take for the same grows with the number of widgets, and further where the processor's caches end,
+# how far depends on the machine and its other processes. Ours grows as they do; what compares every widget with every
+# other one, or copies all for each, grows ten times as much.
+MOST_GROWTH = 3
 RESOLUTIONS = [name for name, row in inprocess.BENCHMARKS.items() if row.group == RESOLVE]
 LISTINGS = ["tree", "list_find", "list_all", "tree_all", "table_find"]
 
 
-def microseconds(name: str, size: int) -> float:
-    """The processor time of ours, undisturbed by other processes as far as the quickest of several runs is."""
-    return inprocess.run_pair(BUILD / "bin" / "benchmarks", name, size, 5, 0.01)["ours"]["microseconds"]
+def best_of_runs(name: str, size: int) -> Dict[str, float]:
+    """Microseconds of the processor's time, undisturbed by others as far as the quickest of several runs is."""
+    best = inprocess.run_pair(BUILD / "bin" / "benchmarks", name, size, 5, 0.01)
+    return {side: result["microseconds"] for side, result in best.items()}
 
 
 @pytest.mark.parametrize("name", RESOLUTIONS + LISTINGS)
-def test_ten_times_as_much_costs_about_ten_times_as_much(name: str) -> None:
-    assert microseconds(name, 10000) < MOST_GROWTH * microseconds(name, 1000)
+def test_ten_times_as_much_costs_as_much_more_as_it_costs_qt(name: str) -> None:
+    few, many = best_of_runs(name, 1000), best_of_runs(name, 10000)
+    assert many["ours"] / few["ours"] < MOST_GROWTH * many["floor"] / few["floor"]
 
 
 def test_all_that_is_measured_has_a_description() -> None:
