@@ -7,15 +7,17 @@ from pathlib import Path
 import pytest
 
 ROOT = Path(__file__).resolve().parents[2]
-BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
 sys.path.insert(0, str(ROOT / "runner"))  # an installed qtdriver needs neither this line nor the next
 pytest_plugins = ["qtdriver.plugin"]
 
 
 @pytest.fixture
-def showcase(qtdriver):
-    """The showcase, started for this test and ended after it."""
-    return qtdriver.launch(BUILD / "bin" / "showcase")
+def showcase(qtdriver, pytestconfig):
+    """The showcase of the Qt version that --qtdriver-qt names, of Qt 5 by default, started for this test and ended
+    after it."""
+    major = pytestconfig.getoption("--qtdriver-qt") or 5
+    build = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / f"qt{major}"))
+    return qtdriver.launch(build / "bin" / "showcase")
 
 
 @pytest.fixture
