@@ -81,9 +81,18 @@ void closeWindow(Stage& stage, QObject*)
         window->close();
 }
 
+// Each once. QApplication::closeAllWindows() starts over after each window that has agreed to be closed, and so goes on
+// for ever when one stays visible nevertheless.
 void closeAllWindows(Stage&, QObject*)
 {
-    QApplication::closeAllWindows();
+    QList<QPointer<QWidget>> windows;
+    const QWidgetList topLevels = QApplication::topLevelWidgets();
+    for (QWidget* window : topLevels)
+        windows.append(window);
+    for (const QPointer<QWidget>& window : windows) {
+        if (window && window->isVisible() && !window->close())
+            return;
+    }
 }
 
 void retitle(Stage& stage, QObject*)
