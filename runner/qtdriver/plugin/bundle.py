@@ -95,7 +95,7 @@ def _describe_windows(app: App, notes: List[str]) -> List[str]:
     deadline = Deadline(_WINDOWS_SECONDS)
     lines: List[str] = []
     try:
-        connection.timeout = deadline.remaining()
+        connection.timeout = _WINDOWS_SECONDS
         windows = connection.list_windows()
         for address, window in _addresses(windows):
             connection.timeout = max(deadline.remaining(), 0.1)
