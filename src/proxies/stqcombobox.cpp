@@ -13,10 +13,13 @@ const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
 const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
 const char readOnlyMessage[] = "enter, QComboBox is read only";
 
-// A list may take a while to roll out, be it from within another popup.
-void waitForPopup(const QWidget* before)
+// How long a list may take to open or to roll out, and how long an editable combo box gets, which opens none.
+const int listMilliseconds = 1000;
+const int editableMilliseconds = 200;
+
+// The popup may open from within another one.
+void waitForPopup(const QWidget* before, int maximumMilliseconds)
 {
-    const int maximumMilliseconds = 200;
     compat::processEventsUntil(
         [before] {
             const QWidget* popup = QApplication::activePopupWidget();
@@ -34,8 +37,11 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
     if (!editable && comboBox()->currentIndex() == index)
         return;
     const QWidget* outerPopup = QApplication::activePopupWidget();
-    clickText();
-    waitForPopup(outerPopup);
+    if (editable)
+        clickText();
+    else
+        clickForList();
+    waitForPopup(outerPopup, editable ? editableMilliseconds : listMilliseconds);
     if (editable)
         keyClick(Qt::Key_Up, Qt::NoModifier);
     moveTo(index);
@@ -64,6 +70,16 @@ void STQComboBox::clickText()
 {
     const QLineEdit* edit = comboBox()->lineEdit();
     clickInto(edit ? edit->geometry() : comboBox()->rect());
+}
+
+// Both halves of the click are posted before either is handled, so that the release reaches the combo box as well. Over
+// the open list Qt takes a release for a choice once the double click interval is over, and a list may open as slowly.
+void STQComboBox::clickForList()
+{
+    mouseMove(globalCenter(comboBox()->rect()), Qt::NoModifier);
+    processEventsEnabled = false;
+    clickInto(comboBox()->rect());
+    processEventsEnabled = true;
 }
 
 void STQComboBox::moveTo(int index)

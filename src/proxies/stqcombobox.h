@@ -23,5 +23,6 @@ private:
     QStringList itemTexts();
     int indexOf(const QVariant& value);
     void clickText();
+    void clickForList();
     void moveTo(int index);
 };

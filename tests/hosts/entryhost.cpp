@@ -55,7 +55,7 @@ public:
     void showPopup() override
     {
         if (!delay.isActive())
-            delay.start(120, this);
+            delay.start(300, this);
     }
 
 protected:
@@ -272,6 +272,7 @@ private:
             if (doomed->view()->currentIndex().row() == 3)
                 death->start();
         });
+        host.onRequest(QLatin1String("endDoubleClickInterval"), [] { QApplication::setDoubleClickInterval(0); });
         host.onRequest(QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
     }
 
