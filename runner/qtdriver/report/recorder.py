@@ -82,7 +82,7 @@ class Recorder(StepListener):
         if len(self._entries) == KEPT_STEPS:
             self._forgotten += 1
         self._entries.append(entry)
-        # The widgets come first: once they are listed, the application has been back in its event loop, and painted.
+        # The widgets come first: once they are listed, the application has painted itself.
         if step.error or not step.reads:
             with self._noting("the widgets could not be listed"):
                 entry.widgets = self._widgets(app, step.exchanges)

@@ -21,6 +21,9 @@ SECONDS = 0.5
 SLOW_SECONDS = 0.25
 """An application whose widgets take longer than this to list is too slow to be asked after each step."""
 
+PAINT_SECONDS = 0.01
+"""Qt paints a change 5 ms later, with all that changes meanwhile; this leaves its timer as much again."""
+
 _STRIKES = 2
 
 
@@ -38,8 +41,9 @@ class WidgetLister:
     def list(self) -> str:
         """A line for each window and each of its widgets, indented by two blanks for each level.
 
-        Raises TooSlow, once, when it is to stop; from then on the text is empty. It is also empty when the application
-        has ended. Nothing of this appears in the transcript, and the connection keeps its own timeout.
+        The application has painted itself as it is listed. Raises TooSlow, once, when it is to stop; from then on the
+        text is empty. It is also empty when the application has ended. Nothing of this appears in the transcript,
+        and the connection keeps its own timeout.
         """
         if self._strikes >= _STRIKES:
             return ""
@@ -47,6 +51,7 @@ class WidgetLister:
         try:
             with _unnoticed(self._connection):
                 text = "\n".join(_list_windows(self._connection))
+                _let_paint(self._connection)
         except ConnectionClosed:
             return ""
         except RequestTimeout:
@@ -70,6 +75,14 @@ def _unnoticed(connection: Connection) -> Iterator[None]:
             yield
     finally:
         connection.timeout = usual
+
+
+def _let_paint(connection: Connection) -> None:
+    """Waits until the application has painted what it did before its latest reply."""
+    time.sleep(PAINT_SECONDS)
+    # The first of these may be answered in the same round of the event loop in which the painting is due, and before it.
+    connection.list_windows()
+    connection.list_windows()
 
 
 def _list_windows(connection: Connection) -> List[str]:
