@@ -4,6 +4,7 @@
 #include "agent/commands.h"
 #include "agent/testtoolhook.h"
 #include "compat/platform.h"
+#include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/stapplicationproxy.h"
 
@@ -85,7 +86,7 @@ void TestClient::socketReadyRead()
     while (self && takeRequest(request)) {
         const QByteArray reply = executeCommand(request, *applicationProxy) + '\n';
         if (!self)
-            return;
+            break;
         if (isOpen()) {
             write(reply);
             flush();
@@ -93,6 +94,7 @@ void TestClient::socketReadyRead()
         if (self && !isRetired && slice.hasExpired(sliceMilliseconds))
             startPause();
     }
+    compat::forgetHandledSockets();
     if (!self)
         return;
     isExecuting = false;

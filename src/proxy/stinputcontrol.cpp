@@ -1,5 +1,6 @@
 #include "proxy/stinputcontrol.h"
 
+#include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/eventkiller.h"
 #include "proxy/sterror.h"
@@ -63,8 +64,8 @@ void STInputControl::syncEvents()
 {
     if (!processEventsEnabled || !QCoreApplication::instance())
         return;
-    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
-    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    compat::processEvents();
+    compat::processEvents();
 }
 
 void STInputControl::postInputEvent(QWidget* target, QEvent* event)

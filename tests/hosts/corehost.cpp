@@ -23,6 +23,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <QtCore/QEventLoop>
+#include <QtCore/QFile>
+#include <QtCore/QFileSystemWatcher>
 
 namespace {
 
@@ -277,6 +279,35 @@ void buildDeadly(TestHost& host)
     });
 }
 
+// A widget that saves into a folder when it is pressed. The application is told of changes in that folder.
+class Saver : public QWidget
+{
+public:
+    explicit Saver(const QString& folder)
+        : file(folder + text("/saved"))
+    {
+        setMinimumSize(100, 50);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent*) override { QFile(file).open(QIODevice::WriteOnly); }
+
+private:
+    QString file;
+};
+
+void buildSaver(TestHost& host)
+{
+    host.onRequest(text("showSaver"), [&host] {
+        const QString folder = QFile::decodeName(qgetenv("WATCHED_FOLDER"));
+        auto* window = addWindow("saver", "Saver", QPoint(500, 30));
+        add(window, named(new Saver(folder), "save"));
+        auto* watcher = new QFileSystemWatcher(QStringList(folder), window);
+        host.onSignal(watcher, SIGNAL(directoryChanged(QString)), [&host] { host.journal(text("folder changed")); });
+        window->show();
+    });
+}
+
 void buildMisc(TestHost& host)
 {
     host.onRequest(text("addTrayIcons"), [] {
@@ -331,6 +362,7 @@ void build(TestHost& host)
     buildViews(host);
     buildDialogs(host);
     buildDeadly(host);
+    buildSaver(host);
     buildMisc(host);
 }
 

@@ -179,3 +179,11 @@ def test_a_command_that_is_no_text_is_a_type_error(app, value):
 
 def test_the_option_is_ignored(app):
     assert app.request(f"9,Editor,canvas,,{'s:::::'.encode().hex()},{'s:x'.encode().hex()}") == "0,QWidget"
+
+
+def test_a_press_may_write_into_a_folder_that_the_application_watches(launch, tmp_path):
+    app = launch("corehost", env={"WATCHED_FOLDER": str(tmp_path)})
+    app.show("showSaver", "saver")
+    for command in ("MousePress", "MouseRelease"):
+        assert app.mouse("Saver", "save", f"{command}:LeftButton:::") == "0,QWidget"
+    app.wait_for("folder changed")
