@@ -42,11 +42,12 @@ void openPopup(Stage& stage, QObject* sender);
 void openSecondWindow(Stage& stage, QObject* sender);
 void openModalWindow(Stage& stage, QObject* sender);
 
-// Time
+// Time and the outer world
 void runDialog(Stage& stage, QObject* sender);
 void runMenu(Stage& stage, QObject* sender);
 void runEventLoop(Stage& stage, QObject* sender);
 void handleEvents(Stage& stage, QObject* sender);
+void writeFile(Stage& stage, QObject* sender);
 void beBusy(Stage& stage, QObject* sender);
 void beBusyForLong(Stage& stage, QObject* sender);
 void quit(Stage& stage, QObject* sender);

@@ -54,6 +54,7 @@ const Deed deeds[] = {
     {Kind::Mild, 10, "removePostedEvents", removePostedEvents},
     {Kind::Mild, 20, "postInputOfItsOwn", postInputOfItsOwn},
     {Kind::Structural, 2, "closeAllWindows", closeAllWindows},
+    {Kind::Mild, 30, "writeFile", writeFile},
     {Kind::Mild, 8, "beBusy", beBusy},
     {Kind::Mild, 1, "beBusyForLong", beBusyForLong},
     {Kind::Structural, 2, "quit", quit}, // Qt 6 closes all windows for it

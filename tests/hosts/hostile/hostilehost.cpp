@@ -9,6 +9,8 @@
 #include "watchfulapplication.h"
 
 #include <QStringList>
+#include <QtCore/QDir>
+#include <QtCore/QFileSystemWatcher>
 
 const Scene scenes[] = {
     {"buttons", buildButtons},
@@ -65,6 +67,7 @@ void build(TestHost& host)
     host.journal(QString::fromLatin1("seed %1").arg(seed));
     auto* stage = new Stage(host, wantedScene(), seed); // deleted below
     new Saboteur(*stage);
+    new QFileSystemWatcher(QStringList(QDir::currentPath()), stage);
     host.onSignal(qApp, SIGNAL(aboutToQuit()), [stage] { delete stage; });
 }
 

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
+#include <QtCore/QFile>
 
 namespace {
 
@@ -81,8 +82,9 @@ void closeWindow(Stage& stage, QObject*)
         window->close();
 }
 
-// Each once. QApplication::closeAllWindows() starts over after each window that has agreed to be closed, and so goes on
-// for ever when one stays visible nevertheless.
+// Each once. In Qt 5 QApplication::closeAllWindows() goes on until no window is visible, and a window that a modal one
+// blocks counts as closed without being asked. Windows stay blocked for good when a modal dialog is destroyed as it is
+// visible, after a quit() has ended its exec().
 void closeAllWindows(Stage&, QObject*)
 {
     QList<QPointer<QWidget>> windows;
@@ -163,6 +165,14 @@ void runEventLoop(Stage& stage, QObject*)
 void handleEvents(Stage&, QObject*)
 {
     QCoreApplication::processEvents();
+}
+
+// Into the folder that the application watches.
+void writeFile(Stage& stage, QObject*)
+{
+    QFile file(QString::fromLatin1("note %1").arg(stage.chance.below(5)));
+    if (!file.remove())
+        file.open(QIODevice::WriteOnly);
 }
 
 void beBusy(Stage&, QObject*)
