@@ -85,16 +85,21 @@ void TestClient::socketReadyRead()
     QByteArray request;
     while (self && takeRequest(request)) {
         const QByteArray reply = executeCommand(request, *applicationProxy) + '\n';
+        compat::forgetHandledSockets();
         if (!self)
-            break;
+            return;
+        // A request that comes after the reply waits for the event loop: the application first handles the events that
+        // the command has posted.
+        const bool isLast = bytesAvailable() == 0;
         if (isOpen()) {
             write(reply);
             flush();
         }
-        if (self && !isRetired && slice.hasExpired(sliceMilliseconds))
+        if (!self || isLast)
+            break;
+        if (!isRetired && slice.hasExpired(sliceMilliseconds))
             startPause();
     }
-    compat::forgetHandledSockets();
     if (!self)
         return;
     isExecuting = false;

@@ -10,7 +10,8 @@ void processEvents(QEventLoop::ProcessEventsFlags waiting = QEventLoop::AllEvent
 
 // For the end of what a socket's event has started. If events were processed meanwhile, Qt 5 with GLib still takes for
 // readable what was readable then, and tells its notifiers again. A file system watcher then reads what is no longer
-// there, and the application stands still for ever.
+// there, and the application stands still for ever. What is readable at this call is handled before the next round of
+// events, even before events that are posted.
 void forgetHandledSockets();
 
 // Processes events, but those of sockets, until the condition holds or the time is over. The condition is asked after
