@@ -6,6 +6,7 @@ import signal
 import socket
 import stat
 import subprocess
+from contextlib import contextmanager
 from pathlib import Path
 
 import pytest
@@ -138,16 +139,32 @@ def test_a_click_picks_without_reaching_the_application(held):
     assert qtdriver("get", "Roastery", "clickCount", "text") == before
 
 
+def test_a_mouse_that_another_program_holds_is_told(held):
+    with _grab() as status:
+        assert status == 0
+        message = qtdriver("pick", status=1)
+    assert "another program holds the mouse: close its menu, or use --countdown" in message
+
+
 def _is_grabbed():
     """Whether a program holds the mouse."""
+    with _grab() as status:
+        return status == 1
+
+
+@contextmanager
+def _grab():
+    """Holds the mouse, if no other program does: the status is X11's GrabSuccess, 0, or AlreadyGrabbed, 1."""
     from Xlib import X, display
 
     connection = display.Display()
     root = connection.screen().root
     status = root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE, X.CurrentTime)
-    connection.ungrab_pointer(X.CurrentTime)
-    connection.close()
-    return status == X.AlreadyGrabbed
+    try:
+        yield status
+    finally:
+        connection.ungrab_pointer(X.CurrentTime)
+        connection.close()
 
 
 def test_a_screenshot_is_saved_where_the_user_is(held, tmp_path, monkeypatch):

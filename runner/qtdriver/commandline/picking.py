@@ -9,13 +9,14 @@ from typing import Any, Dict, Optional
 
 from ..app import App
 from ..errors import CommandError, QtDriverError, ReplyError
-from ..waiting import Deadline
+from ..waiting import Deadline, attempts
 from ..window import Window
 from .outcome import NOT_FOUND, Outcome, plain
 from .readable import describe_value
 from .verbs import Arguments, Verb, seconds
 
 _CLICK_SECONDS = 60.0
+_GRAB_SECONDS = 1.0
 
 
 class PickError(QtDriverError):
@@ -101,16 +102,20 @@ def _wait_for_press(connection: Any, constants: Any, deadline: Deadline) -> None
     crosshair = font.create_glyph_cursor(font, 34, 35, (0, 0, 0), (65535, 65535, 65535))
     root = connection.screen().root
     mask = constants.ButtonPressMask | constants.ButtonReleaseMask
-    status = root.grab_pointer(
-        False,
-        mask,
-        constants.GrabModeAsync,
-        constants.GrabModeAsync,
-        constants.NONE,
-        crosshair,
-        constants.CurrentTime,
-    )
-    if status != constants.GrabSuccess:
+    # A mouse button that is still down, or a menu that is closing, holds the mouse for a moment.
+    for _ in attempts(Deadline(_GRAB_SECONDS)):
+        status = root.grab_pointer(
+            False,
+            mask,
+            constants.GrabModeAsync,
+            constants.GrabModeAsync,
+            constants.NONE,
+            crosshair,
+            constants.CurrentTime,
+        )
+        if status == constants.GrabSuccess:
+            break
+    else:
         raise PickError("another program holds the mouse: close its menu, or use --countdown")
     while not deadline.passed():
         if not connection.pending_events():
