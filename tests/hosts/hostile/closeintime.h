@@ -16,6 +16,9 @@ void closeInTime(const QPointer<Window>& window, int milliseconds)
         if (!window->isVisible())
             window->show();
         window->close();
+        // Qt 6 does not close what another modal window blocks, though it may do so for good.
+        if (window)
+            window->hide();
         closeInTime(window, retryMilliseconds);
     });
 }
