@@ -259,7 +259,6 @@ def test_an_item_may_open_a_modal_dialog(plain):
     assert choose(plain, "File/Save") == "4,Window (Menus) not active modal"
     plain.do("closeDialog")
     plain.wait_for("dialog closed")
-    plain.wait_until("window", "isActiveWindow", "true")
     plain.forget()
     assert choose(plain, "File/Save") == "0,QMenuBar"
     assert_chosen(plain, "save")
