@@ -131,7 +131,10 @@ QString withoutSuffix(const QString& name, QLatin1String suffix)
 bool hasActionButtonStem(const QObject* object, const QString& stem)
 {
     const auto* button = qobject_cast<const QToolButton*>(object);
-    return button && button->actions().size() == 1 && button->actions().first()->objectName() == stem;
+    if (!button)
+        return false;
+    const QList<QAction*> actions = button->actions();
+    return actions.size() == 1 && actions.first()->objectName() == stem;
 }
 
 bool hasDialogButtonStem(const QObject* object, const QString& stem)
