@@ -2,10 +2,13 @@
 
 #include "compat/variant.h"
 #include "compat/waiting.h"
+#include "proxy/eventkiller.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QCursor>
 #include <QLineEdit>
+#include <QPointer>
 
 namespace {
 
@@ -28,6 +31,30 @@ void waitForPopup(const QWidget* before, int maximumMilliseconds)
         maximumMilliseconds);
 }
 
+// A move of the mouse chooses what is under it in the open list. The windowing system may tell of the cursor's jump to
+// the combo box only now, between two arrow keys, and the keys would go on from that item.
+class MouseMoveStop
+{
+public:
+    MouseMoveStop()
+    {
+        if (QWidget* under = QApplication::widgetAt(QCursor::pos())) {
+            killer = new EventKiller(QEvent::MouseMove, under);
+            under->installEventFilter(killer);
+        }
+    }
+
+    // Stops moves until the keys that are posted so far are handled.
+    ~MouseMoveStop()
+    {
+        if (killer)
+            killer->deleteLater();
+    }
+
+private:
+    QPointer<EventKiller> killer;
+};
+
 } // namespace
 
 void STQComboBox::activate(const QVariant& value, const QVariant&)
@@ -42,6 +69,7 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
     else
         clickForList();
     waitForPopup(outerPopup, editable ? editableMilliseconds : listMilliseconds);
+    const MouseMoveStop stop;
     if (editable)
         keyClick(Qt::Key_Up, Qt::NoModifier);
     moveTo(index);
@@ -68,8 +96,7 @@ int STQComboBox::indexOf(const QVariant& value)
 
 void STQComboBox::clickText()
 {
-    const QLineEdit* edit = comboBox()->lineEdit();
-    clickInto(edit ? edit->geometry() : comboBox()->rect());
+    clickInto(comboBox()->lineEdit()->geometry());
 }
 
 // Both halves of the click are posted before either is handled, so that the release reaches the combo box as well. Over

@@ -7,8 +7,9 @@
 class EventKiller : public QObject
 {
 public:
-    explicit EventKiller(QEvent::Type type)
-        : eventType(type)
+    explicit EventKiller(QEvent::Type type, QObject* parent = nullptr)
+        : QObject(parent)
+        , eventType(type)
     {
     }
 

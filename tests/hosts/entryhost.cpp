@@ -241,7 +241,16 @@ private:
 
     void addComboBoxes()
     {
-        addChoice("choice", new QComboBox);
+        auto* choice = addChoice("choice", new QComboBox);
+        host.onRequest(QLatin1String("tellOfMouseLate"), [=] {
+            host.onSignal(choice, SIGNAL(highlighted(int)), [=] {
+                QWidget* list = choice->view()->viewport();
+                const QPoint position = QCursor::pos();
+                QApplication::postEvent(list,
+                    new QMouseEvent(QEvent::MouseMove, list->mapFromGlobal(position), position, Qt::NoButton,
+                        Qt::NoButton, Qt::NoModifier));
+            });
+        });
         addChoice("unset", new QComboBox)->setCurrentIndex(-1);
         auto* editable = addChoice("editable", new QComboBox);
         editable->setEditable(true);

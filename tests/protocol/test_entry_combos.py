@@ -107,6 +107,14 @@ def test_the_click_that_opens_a_list_chooses_nothing_however_long_it_takes(app):
     assert keys(app, "choiceList") == ["Up", "Up", "Return"]
 
 
+@pytest.mark.parametrize("index, arrows", [(0, ["Up"] * 2), (4, ["Down"] * 2)])
+def test_a_late_move_of_the_mouse_over_the_open_list_chooses_nothing(app, index, arrows):
+    app.do("tellOfMouseLate")
+    assert app.activate(WINDOW, "choice", f"i:{index}") == "0,QComboBox"
+    app.wait_for(f"chosen choice {index}")
+    assert keys(app, "choiceList") == [*arrows, "Return"]
+
+
 def test_an_application_may_refill_the_list_while_it_is_open(app):
     assert app.activate(WINDOW, "refilled", "i:4") == "0,QComboBox"
     assert app.get("refilled", "count") == "1"
