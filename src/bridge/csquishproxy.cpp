@@ -51,13 +51,9 @@ QWidget* CSquishProxy::findWidgetByHierarchicalName(const QStringList& hierarchi
     query.name = hierarchicalName;
     query.windowTitle = windowTitle;
     query.window = liveWidget(pWindow);
+    query.isWindowGone = pWindow && !query.window;
     query.onlyVisible = bOnlyVisible;
     query.wildcardTitle = bWildCardWindowTitle;
-    if (pWindow && !query.window) {
-        // Not to search every window instead.
-        lastError = SearchError::WidgetNotFound;
-        return nullptr;
-    }
     const HierarchicalMatch match = findHierarchically(query);
     lastError = match.error;
     return match.widget;

@@ -59,6 +59,8 @@ QList<QWidget*> windowsToSearch(const HierarchicalQuery& query)
 {
     const TitleRule rule(query);
     QList<QWidget*> windows;
+    if (query.isWindowGone)
+        return windows;
     const QWidgetList all = query.window ? QWidgetList() << query.window : QApplication::topLevelWidgets();
     for (QWidget* window : all) {
         if (query.onlyVisible && !window->isVisible())

@@ -25,6 +25,7 @@ struct HierarchicalQuery
     QStringList name;
     QString windowTitle; // null: any title
     QWidget* window = nullptr; // null: every top-level widget. It must be alive
+    bool isWindowGone = false; // there was a window to search, but no more: nothing is below it
     bool onlyVisible = true;
     bool wildcardTitle = false; // the title is a pattern of "*", "?" and "[...]" for the whole title
 };

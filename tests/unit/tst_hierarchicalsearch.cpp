@@ -77,6 +77,10 @@ void tst_HierarchicalSearch::deletedWindowFindsNothing()
     other.reset();
     QVERIFY(!find("main", QString(), gone));
     QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(find("*", text("Editor"), gone), main.get()); // by its title, wherever a name would be searched
+    QCOMPARE(error(), text("NoError"));
+    QVERIFY(!find("*/*", text("Editor"), gone));
+    QCOMPARE(error(), text("InvalidWidgetPath"));
 }
 
 void tst_HierarchicalSearch::unknownNameIsNotFound()
