@@ -9,9 +9,8 @@ from pathlib import Path
 from hostapp import BUILD, DEADLINE, HostApp, eventually
 
 IS_ASAN = BUILD.name.endswith("-asan")
-MOST_WORK = 800 if IS_ASAN else 400
-"""Milliseconds that the application's thread may work without a tick of its timer in between. It is 20 as a rule, but on
-a virtual machine a thread is charged with what other machines took meanwhile."""
+MOST_WORK = 600 if IS_ASAN else 150
+"""Milliseconds that the application's thread may work without a tick of its timer in between."""
 LONGEST_GAP = DEADLINE * 1000
 """Milliseconds between two ticks, also where many others want the machine: the event loop was never blocked."""
 MEBIBYTE = 1 << 20
