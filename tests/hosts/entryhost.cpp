@@ -49,6 +49,12 @@ protected:
 };
 
 // A list that opens some time after the click.
+class ClosedComboBox : public QComboBox
+{
+public:
+    void showPopup() override { }
+};
+
 class SlowComboBox : public QComboBox
 {
 public:
@@ -268,6 +274,7 @@ private:
             popup->move(mapToGlobal(QPoint(20, 20)));
             popup->show();
         });
+        addChoice("closed", new ClosedComboBox);
         addChoice("disabledChoice", new QComboBox)->setEnabled(false);
         add("nothing", 4, new QComboBox);
         auto* refilled = addChoice("refilled", new QComboBox);

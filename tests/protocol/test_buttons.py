@@ -115,6 +115,13 @@ def test_a_disabled_button_is_refused(plain):
     assert plain.events("press") == []
 
 
+def test_a_check_box_is_no_push_button(plain):
+    reply = "8,Exception : Widget is not derived from class QPushButton"
+    assert plain.activate(WINDOW, "check", class_name="QPushButton") == reply
+    assert plain.read(WINDOW, "check", "checked", class_name="QPushButton") == reply
+    assert plain.events("press") == []
+
+
 @pytest.mark.parametrize("name, class_name", [("push", "QPushButton"), ("check", "QCheckBox")])
 def test_buttons_cannot_be_entered(plain, name, class_name):
     reply = f'8,Exception : "enter" is not implemented for widget of class "{class_name}"'

@@ -88,6 +88,13 @@ def test_a_list_that_rolls_out_slowly_is_waited_for(app):
     assert keys(app, "choiceList") == ["Up", "Up", "Return"]
 
 
+def test_a_combo_box_that_never_opens_its_list_gets_the_keys_itself(app):
+    assert app.activate(WINDOW, "closed", "i:0") == "0,QComboBox"
+    app.wait_for("keyrelease closed 16777220 '' modifiers 0")
+    assert keys(app, "closed") == ["Up", "Up", "Return"]
+    assert app.get("closed", "currentIndex") == "0"
+
+
 def test_an_open_list_is_not_waited_for(plain):
     seconds = []
     for index in (0, 1, 0, 1, 0, 1, 0, 1, 0, 1):

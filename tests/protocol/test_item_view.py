@@ -220,6 +220,8 @@ def test_only_trees_have_expanded_items(app, view):
     "address, text",
     [
         ("V:1", "one"),
+        ("V:2", "same"),
+        ("V:4", "four"),
         ("V:four", "four"),
         ("H:2", "mid"),
         ("h:2", "mid"),

@@ -125,6 +125,16 @@ def test_press_move_and_release_in_three_commands_are_a_drag(app):
     ]
 
 
+def test_a_move_to_where_the_cursor_is_is_no_move(app):
+    play(app, "MousePress:LeftButton:0.1:0.1:")
+    for _ in range(3):
+        assert play(app, "MouseMove::0.5:0.5:") == "0,QWidget"
+    play(app, "MouseRelease:LeftButton:0.5:0.5:")
+    app.wait_for(re.compile("release .*"))
+    drags = [line for line in app.events("move") if line.endswith("buttons 1 modifiers 0")]
+    assert drags == ["move canvas 100,50 button 0 buttons 1 modifiers 0"]
+
+
 def test_a_press_stays_held_until_its_release(app):
     play(app, "MousePress:LeftButton:0.1:0.1:")
     play(app, "MouseMove::0.2:0.2:")

@@ -43,23 +43,6 @@ def test_a_window_is_its_own_path(app):
     assert app.request("3") == f"?,QWidget,1,1,frameless,frameless,{hexed_title('Frameless')}"
 
 
-@pytest.mark.parametrize("name, served", [("spin", "QSpinBox"), ("tree", "QTreeView"), ("list", "QListView")])
-def test_an_inner_part_is_told_as_its_composite(app, name, served):
-    app.show("showViews", "views")
-    point_at(app, "Views", name, "0.3:0.5")
-    fields = app.request("3").split(",")
-    assert fields[4] == f"views/{name}"
-    assert fields[2:4] == ["1", "1"]
-    assert app.read("Views", name, "silkClassName") == f"u:{fields[1]}"
-    assert fields[1] in (served, "QAbstractItemView", "QWidget")
-
-
-def test_the_area_of_a_text_edit_is_told_as_the_text_edit(app):
-    app.show("showViews", "views")
-    point_at(app, "Views", "text")
-    assert app.request("3").split(",")[4] == "views/text"
-
-
 def test_the_button_of_a_tool_box_is_told_as_the_tool_box(app):
     app.show("showViews", "views")
     point_at(app, "Views", "toolbox", "0.5:0.05")
@@ -128,6 +111,12 @@ def test_locating_works_behind_a_modal_dialog(app):
     assert app.request("4,Editor,edit") == "0,QLineEdit"
     app.activate("Save", "accept")
     app.wait_for("dialog result 1")
+
+
+def test_locating_and_listing_work_behind_a_popup(app):
+    app.do("openMenu")
+    assert app.request("4,Editor,edit") == "0,QLineEdit"
+    assert app.request("2,Editor").endswith('V QLineEdit : "edit"')
 
 
 def test_tray_icons_by_name(app):

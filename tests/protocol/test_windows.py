@@ -148,10 +148,11 @@ def test_numbers_that_are_none_leave_the_window_alone(app, number, sections):
     assert app.get("main", "geometry") == before
 
 
-def test_a_minimised_window_is_shown_before_it_is_moved(app):
+@pytest.mark.parametrize("request_line", ["10,Editor,200,100", "11,Editor,300,300"])
+def test_a_minimised_window_is_shown_before_it_is_moved_or_resized(app, request_line):
     app.do("minimizeMain")
     app.wait_until_minimized("main")
-    assert app.request("10,Editor,200,100") == "0,Editor"
+    assert app.request(request_line) == "0,Editor"
     app.wait_until("main", "minimized", "false")
     app.wait_until("main", "isActiveWindow", "true")
 

@@ -176,6 +176,14 @@ void tst_ObjectName::aToolButtonInAnInputDialogFallsThrough()
     QInputDialog dialog;
     QToolButton button(&dialog);
     QCOMPARE(getName(&button), QString::fromLatin1("QToolButton__widget__"));
+
+    QAction first(&button);
+    first.setObjectName(QLatin1String("fileOpen"));
+    QAction second(&button);
+    second.setObjectName(QLatin1String("fileSave"));
+    button.addAction(&first);
+    button.addAction(&second);
+    QCOMPARE(getName(&button), QString::fromLatin1("QToolButton__widget__"));
 }
 
 void tst_ObjectName::anyOtherObjectIsUnnamed()
