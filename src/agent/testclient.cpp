@@ -3,6 +3,7 @@
 #include "agent/buildtag.h"
 #include "agent/commands.h"
 #include "agent/testtoolhook.h"
+#include "compat/idlesocketfilter.h"
 #include "compat/platform.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
@@ -40,6 +41,7 @@ TestClient::TestClient()
     connect(this, SIGNAL(connected()), SLOT(socketConnected()));
     connect(this, SIGNAL(readyRead()), SLOT(socketReadyRead()));
     connect(this, compat::socketErrorSignal(), SLOT(socketError(QAbstractSocket::SocketError)));
+    QCoreApplication::instance()->installEventFilter(new compat::IdleSocketFilter(this));
     buildTag = composeBuildTag();
     const TestToolHook hook = prepareTestToolHook(buildTag);
     hookPort = hook.port;
@@ -85,7 +87,6 @@ void TestClient::socketReadyRead()
     QByteArray request;
     while (self && takeRequest(request)) {
         const QByteArray reply = executeCommand(request, *applicationProxy) + '\n';
-        compat::forgetHandledSockets();
         if (!self)
             return;
         // A request that comes after the reply waits for the event loop: the application first handles the events that

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
+#include <poll.h>
 
 namespace compat {
 
@@ -14,6 +15,12 @@ void setSocketNotInheritable(long long descriptor)
     const int flags = fcntl(handle, F_GETFD);
     if (flags != -1)
         fcntl(handle, F_SETFD, flags | FD_CLOEXEC);
+}
+
+bool hasInput(long long descriptor)
+{
+    pollfd input = {static_cast<int>(descriptor), POLLIN, 0};
+    return poll(&input, 1, 0) != 0;
 }
 
 void sleepMilliseconds(int milliseconds)

@@ -14,6 +14,11 @@ void setSocketNotInheritable(long long descriptor)
     SetHandleInformation(reinterpret_cast<HANDLE>(static_cast<intptr_t>(descriptor)), HANDLE_FLAG_INHERIT, 0);
 }
 
+bool hasInput(long long)
+{
+    return true;
+}
+
 void sleepMilliseconds(int milliseconds)
 {
     Sleep(static_cast<DWORD>(milliseconds));
