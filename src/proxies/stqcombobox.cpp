@@ -4,9 +4,9 @@
 #include "compat/waiting.h"
 #include "proxy/eventkiller.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
-#include <QCursor>
 #include <QLineEdit>
 #include <QPointer>
 
@@ -20,28 +20,30 @@ const char readOnlyMessage[] = "enter, QComboBox is read only";
 const int listMilliseconds = 1000;
 const int editableMilliseconds = 200;
 
-// The popup may open from within another one.
-void waitForPopup(const QWidget* before, int maximumMilliseconds)
+// Waits for a popup, which may open from within another one. Null when none did.
+QWidget* openedPopup(const QWidget* outer, int maximumMilliseconds)
 {
-    compat::processEventsUntil(
-        [before] {
-            const QWidget* popup = QApplication::activePopupWidget();
-            return popup && popup != before;
-        },
-        maximumMilliseconds);
+    const auto opened = [outer] {
+        QWidget* popup = QApplication::activePopupWidget();
+        return popup == outer ? nullptr : popup;
+    };
+    compat::processEventsUntil([&] { return opened() != nullptr; }, maximumMilliseconds);
+    return opened();
 }
 
-// A move of the mouse chooses what is under it in the open list. The windowing system may tell of the cursor's jump to
-// the combo box only now, between two arrow keys, and the keys would go on from that item.
+// A move of the mouse chooses what is under it in the open list. The windowing system may tell of where the cursor has
+// been only now, between two arrow keys, and the keys would go on from that item.
 class MouseMoveStop
 {
 public:
-    MouseMoveStop()
+    explicit MouseMoveStop(QWidget* popup)
     {
-        if (QWidget* under = QApplication::widgetAt(QCursor::pos())) {
-            killer = new EventKiller(QEvent::MouseMove, under);
-            under->installEventFilter(killer);
-        }
+        if (!popup)
+            return;
+        killer = new EventKiller(QEvent::MouseMove, popup);
+        const QList<QWidget*> parts = popup->findChildren<QWidget*>();
+        for (QWidget* part : parts)
+            part->installEventFilter(killer);
     }
 
     // Stops moves until the keys that are posted so far are handled.
@@ -54,6 +56,14 @@ public:
 private:
     QPointer<EventKiller> killer;
 };
+
+// Where the arrow keys start: a move of the mouse may have come before the first of them.
+int currentRow(const QComboBox* box, QWidget* popup)
+{
+    const auto* list = popup ? popup->findChild<QAbstractItemView*>() : nullptr;
+    const QModelIndex current = list ? list->currentIndex() : QModelIndex();
+    return current.isValid() ? current.row() : box->currentIndex();
+}
 
 } // namespace
 
@@ -68,11 +78,11 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
         clickText();
     else
         clickForList();
-    waitForPopup(outerPopup, editable ? editableMilliseconds : listMilliseconds);
-    const MouseMoveStop stop;
+    const QPointer<QWidget> popup(openedPopup(outerPopup, editable ? editableMilliseconds : listMilliseconds));
+    const MouseMoveStop stop(popup);
     if (editable)
         keyClick(Qt::Key_Up, Qt::NoModifier);
-    moveTo(index);
+    move(currentRow(comboBox(), editable ? nullptr : popup.data()), index);
     if (!editable)
         confirm();
 }
@@ -109,9 +119,8 @@ void STQComboBox::clickForList()
     processEventsEnabled = true;
 }
 
-void STQComboBox::moveTo(int index)
+void STQComboBox::move(int current, int index)
 {
-    const int current = comboBox()->currentIndex();
     // Without a current item the list starts at the first one, hence no step more.
     const int steps = current == -1 ? index : index - current;
     for (int i = 0; i < qAbs(steps); ++i)

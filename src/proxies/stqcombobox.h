@@ -24,5 +24,5 @@ private:
     int indexOf(const QVariant& value);
     void clickText();
     void clickForList();
-    void moveTo(int index);
+    void move(int current, int index);
 };

@@ -49,6 +49,33 @@ protected:
 };
 
 // A list that opens some time after the click.
+// Tells a combo box's list of a mouse over its last item as soon as it is shown.
+class MouseOverLastItem : public QObject
+{
+public:
+    explicit MouseOverLastItem(QAbstractItemView* watched)
+        : QObject(watched)
+        , list(watched)
+    {
+        list->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Show) {
+            const int height = list->sizeHintForRow(0);
+            const QPoint position(5, list->model()->rowCount() * height - height / 2);
+            QMouseEvent move(QEvent::MouseMove, position, list->viewport()->mapToGlobal(position), Qt::NoButton,
+                Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(list->viewport(), &move);
+        }
+        return false;
+    }
+
+private:
+    QAbstractItemView* const list;
+};
+
 class ClosedComboBox : public QComboBox
 {
 public:
@@ -248,6 +275,7 @@ private:
     void addComboBoxes()
     {
         auto* choice = addChoice("choice", new QComboBox);
+        host.onRequest(QLatin1String("tellOfMouseEarly"), [=] { new MouseOverLastItem(choice->view()); });
         host.onRequest(QLatin1String("tellOfMouseLate"), [=] {
             host.onSignal(choice, SIGNAL(highlighted(int)), [=] {
                 QWidget* list = choice->view()->viewport();

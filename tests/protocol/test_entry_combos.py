@@ -122,6 +122,14 @@ def test_a_late_move_of_the_mouse_over_the_open_list_chooses_nothing(app, index,
     assert keys(app, "choiceList") == [*arrows, "Return"]
 
 
+@pytest.mark.parametrize("index, arrows", [(0, ["Up"] * 4), (3, ["Up"]), (4, [])])
+def test_a_move_of_the_mouse_before_the_first_arrow_key_is_allowed_for(app, index, arrows):
+    app.do("tellOfMouseEarly")
+    assert app.activate(WINDOW, "choice", f"i:{index}") == "0,QComboBox"
+    app.wait_for(f"chosen choice {index}")
+    assert keys(app, "choiceList") == [*arrows, "Return"]
+
+
 def test_an_application_may_refill_the_list_while_it_is_open(app):
     assert app.activate(WINDOW, "refilled", "i:4") == "0,QComboBox"
     assert app.get("refilled", "count") == "1"

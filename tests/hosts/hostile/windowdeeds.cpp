@@ -70,9 +70,12 @@ void resizeWindow(Stage& stage, QObject*)
         window->resize(stage.chance.below(1000) + 1, stage.chance.below(800) + 1);
 }
 
+// Not a hidden one, which would be shown: Qt closes all popups before it shows a window, and goes on until none is open,
+// also when this happens as a popup closes.
 void minimizeWindow(Stage& stage, QObject*)
 {
-    if (QWidget* window = windowOf(stage))
+    QWidget* window = windowOf(stage);
+    if (window && window->isVisible())
         window->showMinimized();
 }
 
