@@ -43,6 +43,14 @@ bool mustKeepFocus()
     return isEditor(QApplication::focusWidget()) && !WatchfulApplication::isFirstHand();
 }
 
+// Qt's isAncestorOf() ends at windows, and would have a main window put into its own dialog.
+bool isWithin(const QWidget* widget, const QWidget* ancestor)
+{
+    while (widget && widget != ancestor)
+        widget = widget->parentWidget();
+    return widget != nullptr;
+}
+
 } // namespace
 
 void destroySender(Stage& stage, QObject* sender)
@@ -100,7 +108,7 @@ void reparentSender(Stage& stage, QObject* sender)
         return;
     auto* widget = static_cast<QWidget*>(sender);
     QWidget* place = stage.chance.oneIn(2) ? nullptr : stage.randomWidget();
-    if (place && (!isOwn(place) || !place->layout() || place == widget || widget->isAncestorOf(place)))
+    if (place && (!isOwn(place) || !place->layout() || isWithin(place, widget)))
         return;
     // Qt 6 leaves the old window with a pointer to what had the focus in it.
     QWidget* focus = widget->window()->focusWidget();
