@@ -99,6 +99,9 @@ void perform(Stage& stage, QObject* sender, Place place, const Deed& deed)
     case Kind::Nesting:
         if (place == Place::Delicate || WatchfulApplication::isShowingSubmenu())
             return;
+        // An item view closes an editor with references to the items that it goes from and to.
+        if (isEditor(sender) && !WatchfulApplication::isFirstHand())
+            return;
         return stage.nest(place, [&] { commit(stage, sender, deed); });
     case Kind::Structural:
         if (place == Place::Guarded && stage.mayDestroy())

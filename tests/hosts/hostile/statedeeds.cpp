@@ -28,14 +28,6 @@ bool isOwn(const QObject* object)
     return object && object->property("own").toBool();
 }
 
-// What an item view lets its application destroy: the editors of its items.
-bool isEditor(const QObject* object)
-{
-    const QObject* viewport = object ? object->parent() : nullptr;
-    const auto* view = viewport ? qobject_cast<const QAbstractItemView*>(viewport->parent()) : nullptr;
-    return view && object->isWidgetType() && view->viewport() == viewport && !view->inherits("QHeaderView");
-}
-
 // Whether to move the focus on would have a view change its current item while it may just be changing it: so it does when
 // the editor of an item is hidden or disabled.
 bool mustKeepFocus()
@@ -52,6 +44,13 @@ bool isWithin(const QWidget* widget, const QWidget* ancestor)
 }
 
 } // namespace
+
+bool isEditor(const QObject* object)
+{
+    const QObject* viewport = object ? object->parent() : nullptr;
+    const auto* view = viewport ? qobject_cast<const QAbstractItemView*>(viewport->parent()) : nullptr;
+    return view && object->isWidgetType() && view->viewport() == viewport && !view->inherits("QHeaderView");
+}
 
 void destroySender(Stage& stage, QObject* sender)
 {
