@@ -48,7 +48,6 @@ protected:
     }
 };
 
-// A list that opens some time after the click.
 // Tells a combo box's list of a mouse over its last item as soon as it is shown.
 class MouseOverLastItem : public QObject
 {
@@ -76,12 +75,14 @@ private:
     QAbstractItemView* const list;
 };
 
+// A list that never opens.
 class ClosedComboBox : public QComboBox
 {
 public:
     void showPopup() override { }
 };
 
+// A list that opens some time after the click.
 class SlowComboBox : public QComboBox
 {
 public:
