@@ -17,6 +17,7 @@ from .errors import (
     CommandError,
     ConditionError,
     ConnectionClosed,
+    HiddenError,
     NoClientError,
     NotFoundError,
     NotVisibleError,

@@ -5,7 +5,7 @@ from __future__ import annotations
 import time
 from contextlib import contextmanager
 from pathlib import Path
-from typing import Callable, Iterator, List, Optional, Tuple, TypeVar
+from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
 from . import endings
 from .clipboard import read_clipboard
@@ -128,17 +128,18 @@ class App(ClosedOnLeaving):
         window: str = "",
         path: str = "",
         timeout: Optional[float] = None,
+        retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
         """Makes `call`, which talks to the agent, as one step with this title; it is repeated until it does not raise
-        what can clear by itself, `timeout` seconds at most.
+        what can clear by itself, `retryable`, `timeout` seconds at most.
 
         `window` and `path` say what the call looks for, for the error message. `reads` says that it does not act.
         """
         deadline = Deadline(self.timeout if timeout is None else timeout)
         with run_step(self, title, reads) as step, self.watched():
             try:
-                result = retry(call, RETRYABLE_ERRORS, deadline)
-            except RETRYABLE_ERRORS as error:
+                result = retry(call, retryable, deadline)
+            except retryable as error:
                 if step is None:
                     raise  # the step that this one is part of may try again; it explains what is final
                 raise self.explained(error, window, path, deadline.seconds) from None

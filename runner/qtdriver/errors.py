@@ -104,6 +104,13 @@ class CommandError(ReplyError):
     """Code 8: the command is unknown, or the widget could not do what was asked."""
 
 
+class HiddenError(CommandError):
+    """Code 8 in a case that can clear: the mouse found no window of the application where the widget is. Another
+    program's window is in front of it, or the window manager has not shown it yet."""
+
+
+_HIDDEN = "Exception : Error: widget is hidden by another window"
+
 REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
     "2": NotFoundError,
     "3": AmbiguousWindowError,
@@ -114,5 +121,13 @@ REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
     "8": CommandError,
 }
 
-RETRYABLE_ERRORS = tuple(error for code, error in REPLY_ERRORS.items() if code != "8")
+RETRYABLE_LOOKUPS = tuple(error for code, error in REPLY_ERRORS.items() if code != "8")
 """What can clear by itself: a window or widget that is about to appear, a dialog that is about to close."""
+
+RETRYABLE_ERRORS = RETRYABLE_LOOKUPS + (HiddenError,)
+"""The same, and a window that is about to come to the front, for an action that can begin anew."""
+
+
+def reply_error(code: str, message: str) -> ReplyError:
+    """The error for a reply with this code, "2" to "8", and this payload."""
+    return HiddenError(code, message) if message == _HIDDEN else REPLY_ERRORS[code](code, message)

@@ -3,17 +3,30 @@
 from __future__ import annotations
 
 import difflib
-from typing import Callable, Dict, Iterable, List, Optional, Sequence
+from typing import Callable, Dict, Iterable, List, Optional, Sequence, Type, TypeVar
 
 from .connection import Connection
 from .derived import probe_derived_names
-from .errors import ProtocolError, ReplyError
+from .errors import (
+    AmbiguousError,
+    AmbiguousWindowError,
+    CommandError,
+    HiddenError,
+    NotFoundError,
+    NotVisibleError,
+    ProtocolError,
+    ReplyError,
+    WidgetNotFoundError,
+    WindowBlockedError,
+)
 from .records import WindowRecord
 from .tree import UNKNOWN, Node, WidgetTree
 
 POPUP = "Widget:ActivePopupWidget"
 MODAL = "Widget:ActiveModalWidget"
 _OBJECT_NAME = "Widget:"
+
+_Result = TypeVar("_Result")
 
 _SHOWN = 8
 _NEAREST = 5
@@ -27,7 +40,7 @@ def explain(connection: Connection, error: ReplyError, window: str, path: str) -
     One or more lines; empty for a refusal that is not about finding something. A window and a path are as in the
     methods of Connection; `path` is empty where the window as a whole was asked for.
     """
-    tell = _EXPLANATIONS.get(error.code)
+    tell = _EXPLANATIONS.get(type(error))
     try:
         return "\n".join(tell(connection, window, path)) if tell is not None else ""
     except (ReplyError, ProtocolError) as another:
@@ -178,7 +191,20 @@ def checked_unique_path(connection: Connection, window: str, tree: WidgetTree, n
     return path if same else None
 
 
-def explain_item(connection: Connection, window: str, path: str, item: str) -> str:
+def explaining_item(
+    connection: Connection, window: str, path: str, item: str, call: Callable[[], _Result]
+) -> _Result:
+    """What `call` returns, which chooses `item`; when the widget refuses it, the error tells what items there are."""
+    try:
+        return call()
+    except HiddenError:
+        raise  # the item was not looked for yet
+    except CommandError as error:
+        explanation = _explain_item(connection, window, path, item) if item else ""
+        raise CommandError(error.code, error.message, explanation) from None
+
+
+def _explain_item(connection: Connection, window: str, path: str, item: str) -> str:
     """What items there are instead of `item`, which the widget refused; empty when it has that item or tells none."""
     for name in ("pathList", "itemList"):
         try:
@@ -209,11 +235,16 @@ def _several_widgets(connection: Connection, window: str, path: str) -> List[str
     return ["these are visible and match:", *_describe_nodes(connection, window, tree, candidates)]
 
 
-_EXPLANATIONS: Dict[str, Callable[[Connection, str, str], List[str]]] = {
-    "2": _no_window,
-    "3": _several_windows,
-    "4": _blocked,
-    "5": _no_widget,
-    "6": _hidden,
-    "7": _several_widgets,
+def _covered(connection: Connection, window: str, path: str) -> List[str]:
+    return ["another program's window is in front of it, or the window manager has not shown it yet"]
+
+
+_EXPLANATIONS: Dict[Type[ReplyError], Callable[[Connection, str, str], List[str]]] = {
+    NotFoundError: _no_window,
+    AmbiguousWindowError: _several_windows,
+    WindowBlockedError: _blocked,
+    WidgetNotFoundError: _no_widget,
+    NotVisibleError: _hidden,
+    AmbiguousError: _several_widgets,
+    HiddenError: _covered,
 }

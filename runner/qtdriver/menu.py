@@ -4,8 +4,9 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
-from .errors import CommandError, ProtocolError
-from .explain import explain_item
+from .errors import ProtocolError
+from .explain import explaining_item
+from .mouse import repeatable
 from .wire import Value
 
 if TYPE_CHECKING:
@@ -69,13 +70,15 @@ class Menu:
         address = self.window.address
 
         def choose(bar: str) -> str:
-            try:
-                return connection.activate_widget(address, bar, self.path, state)
-            except CommandError as error:
-                explanation = explain_item(connection, address, bar, self.path)
-                raise CommandError(error.code, error.message, explanation) from None
+            return explaining_item(
+                connection,
+                address,
+                bar,
+                self.path,
+                lambda: connection.activate_widget(address, bar, self.path, state),
+            )
 
-        self._perform(action, choose, False, timeout)
+        self._perform(action, repeatable(connection, address, choose), False, timeout)
 
     def _read(self, name: str, timeout: Optional[float]) -> Value:
         connection = self.window.app.connection

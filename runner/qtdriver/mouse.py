@@ -2,7 +2,14 @@
 
 from __future__ import annotations
 
-from typing import Dict, Literal, Optional, Tuple
+from typing import TYPE_CHECKING, Callable, Dict, Literal, Optional, Tuple, TypeVar
+
+from .errors import HiddenError
+
+if TYPE_CHECKING:
+    from .connection import Connection
+
+_Result = TypeVar("_Result")
 
 MouseButton = Literal["left", "right", "middle", ""]
 Modifier = Literal["", "shift", "control", "alt"]
@@ -16,6 +23,10 @@ _MODIFIERS: Dict[str, str] = {
     "control": "ControlModifier",
     "alt": "AltModifier",
 }
+GESTURES = ("MousePress", "MouseClick", "MouseDoubleClick")
+"""Those that begin with the mouse's way to the widget, and can begin anew if that missed."""
+
+_ASIDE = "MouseMove::0.27:0.23:"  # a place that nobody asks for
 _KINDS = ("MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "MouseMove")
 
 
@@ -30,3 +41,26 @@ def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str)
             raise ValueError(f"a position has shares from 0.0 to 1.0 of width and height, not {at}")
         x, y = (format(float(share), ".6g") for share in at)
     return f"{kind}:{_BUTTONS[button]}:{x}:{y}:{_MODIFIERS[modifier]}"
+
+
+def repeatable(
+    connection: "Connection", window: str, act: Callable[[str], _Result]
+) -> Callable[[str], _Result]:
+    """`act`, which uses the mouse on the widget of the path it is given, made fit to be repeated after a HiddenError.
+
+    A mouse that missed stands where it was to go. Started again from there, the agent has no move to make and presses at
+    once, and a press that misses, too, leaves the button held: the next move is a drag. So the mouse goes aside first.
+    """
+    missed = False
+
+    def act_again(path: str) -> _Result:
+        nonlocal missed
+        if missed:
+            connection.mouse_widget(window, path, _ASIDE, widget_class="QWidget")
+        try:
+            return act(path)
+        except HiddenError:
+            missed = True
+            raise
+
+    return act_again

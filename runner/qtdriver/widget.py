@@ -3,11 +3,19 @@
 from __future__ import annotations
 
 from pathlib import Path
-from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, TypeVar
+from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, Type, TypeVar
 
-from .errors import CommandError, NotVisibleError, ProtocolError, WidgetNotFoundError
-from .explain import explain_item
-from .mouse import Modifier, MouseButton, Position, mouse_command
+from .errors import (
+    RETRYABLE_ERRORS,
+    RETRYABLE_LOOKUPS,
+    CommandError,
+    NotVisibleError,
+    ProtocolError,
+    ReplyError,
+    WidgetNotFoundError,
+)
+from .explain import explaining_item
+from .mouse import GESTURES, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
 from .wire import Argument, Rect, Value
 
@@ -48,17 +56,16 @@ class Widget:
         The widget's class decides what `value` and `option` mean. Answers the class that served the widget.
         """
         shown = ", ".join(repr(argument) for argument in (value, option) if argument is not None)
-        address = self.window.address
+        connection, address = self._connection, self.window.address
 
-        def act() -> str:
-            try:
-                return self._connection.activate_widget(
-                    address, self.path, value, option, widget_class=self.as_class
-                )
-            except CommandError as error:
-                wanted = value if isinstance(value, str) else ""
-                explanation = explain_item(self._connection, address, self.path, wanted) if wanted else ""
-                raise CommandError(error.code, error.message, explanation) from None
+        def act(path: str) -> str:
+            return explaining_item(
+                connection,
+                address,
+                path,
+                value if isinstance(value, str) else "",
+                lambda: connection.activate_widget(address, path, value, option, widget_class=self.as_class),
+            )
 
         return self._act(f"activate({shown})", act, timeout)
 
@@ -80,8 +87,8 @@ class Widget:
         """
         return self._act(
             f"enter({value!r})",
-            lambda: self._connection.enter_widget(
-                self.window.address, self.path, value, widget_class=self.as_class
+            lambda path: self._connection.enter_widget(
+                self.window.address, path, value, widget_class=self.as_class
             ),
             timeout,
         )
@@ -113,7 +120,7 @@ class Widget:
 
     def hover(self, *, at: Position = (0.5, 0.5), timeout: Optional[float] = None) -> None:
         """Moves the mouse onto the widget."""
-        self.mouse("MouseMove", "", at=at, timeout=timeout)
+        self._play_mouse(mouse_command("MouseMove", "", at, ""), at, timeout, True)
 
     def drag_to(
         self,
@@ -139,16 +146,25 @@ class Widget:
         modifier: Modifier = "",
         timeout: Optional[float] = None,
     ) -> None:
-        """Plays one of MousePress, MouseRelease, MouseClick, MouseDoubleClick, MouseMove; see click()."""
-        command = mouse_command(kind, button, at, modifier)
+        """Plays one of MousePress, MouseRelease, MouseClick, MouseDoubleClick, MouseMove; see click().
+
+        A move or a release may be part of a drag, which would lose a move if it were repeated: where no window of the
+        application is, they fail at once.
+        """
+        self._play_mouse(mouse_command(kind, button, at, modifier), at, timeout, kind in GESTURES)
+
+    def _play_mouse(
+        self, command: str, at: Optional[Position], timeout: Optional[float], is_repeatable: bool
+    ) -> None:
         # A position is a matter of plain widgets: buttons and item views have places of their own.
         served_as = self.as_class or ("" if at is None else "QWidget")
         self._act(
             f"mouse({command!r})",
-            lambda: self._connection.mouse_widget(
-                self.window.address, self.path, command, widget_class=served_as
+            lambda path: self._connection.mouse_widget(
+                self.window.address, path, command, widget_class=served_as
             ),
             timeout,
+            is_repeatable,
         )
 
     def locate(self, *, timeout: Optional[float] = None) -> str:
@@ -157,7 +173,7 @@ class Widget:
         Of derived names only "unnamed" is known to this as the last of a path.
         """
         return self._act(
-            "locate()", lambda: self._connection.locate_widget(self.window.address, self.path), timeout
+            "locate()", lambda path: self._connection.locate_widget(self.window.address, path), timeout
         )
 
     def read(self, name: str, argument: Optional[str] = None, *, timeout: Optional[float] = None) -> Value:
@@ -246,11 +262,28 @@ class Widget:
     def _connection(self) -> "Connection":
         return self.window.app.connection
 
-    def _act(self, action: str, call: Callable[[], _Result], timeout: Optional[float]) -> _Result:
-        return self._perform(action, call, False, timeout)
+    def _act(
+        self,
+        action: str,
+        call: Callable[[str], _Result],
+        timeout: Optional[float],
+        is_repeatable: bool = True,
+    ) -> _Result:
+        """Makes `call` with the path; it is repeated when the mouse misses the window, if it may be."""
+        if not is_repeatable:
+            return self._perform(action, lambda: call(self.path), False, timeout, RETRYABLE_LOOKUPS)
+        act = repeatable(self._connection, self.window.address, call)
+        return self._perform(action, lambda: act(self.path), False, timeout)
 
     def _perform(
-        self, action: str, call: Callable[[], _Result], reads: bool, timeout: Optional[float]
+        self,
+        action: str,
+        call: Callable[[], _Result],
+        reads: bool,
+        timeout: Optional[float],
+        retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
         title = f'widget("{self.path}").{action}'
-        return self.window.perform(title, call, reads=reads, path=self.path, timeout=timeout)
+        return self.window.perform(
+            title, call, reads=reads, path=self.path, timeout=timeout, retryable=retryable
+        )

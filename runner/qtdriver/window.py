@@ -3,12 +3,13 @@
 from __future__ import annotations
 
 from pathlib import Path
-from typing import TYPE_CHECKING, Callable, Optional, TypeVar
+from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
 from .derived import button_name
-from .errors import NotFoundError, WidgetNotFoundError, WindowBlockedError
+from .errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
 from .explain import POPUP, checked_unique_path, list_tree
 from .menu import Menu
+from .mouse import repeatable
 from .steps import run_step
 from .tree import WidgetTree
 from .widget import Widget
@@ -67,13 +68,14 @@ class Window:
 
         Relative paths count from the folder that the dialog shows. Only for the dialogs that Qt draws.
         """
+        connection = self.app.connection
+        choose = repeatable(
+            connection,
+            self.address,
+            lambda dialog: connection.activate_widget(self.address, dialog, str(path)),
+        )
         self.perform(
-            f'file("{path}")',
-            lambda: self.app.connection.activate_widget(
-                self.address, self._path_of("QFileDialog"), str(path)
-            ),
-            reads=False,
-            timeout=timeout,
+            f'file("{path}")', lambda: choose(self._path_of("QFileDialog")), reads=False, timeout=timeout
         )
 
     def title(self, *, timeout: Optional[float] = None) -> str:
@@ -123,10 +125,17 @@ class Window:
         reads: bool = True,
         path: str = "",
         timeout: Optional[float] = None,
+        retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
         """As App.perform(), for a call that looks for this window and, if `path` is given, for a widget in it."""
         return self.app.perform(
-            f"{self}.{action}", call, reads=reads, window=self.address, path=path, timeout=timeout
+            f"{self}.{action}",
+            call,
+            reads=reads,
+            window=self.address,
+            path=path,
+            timeout=timeout,
+            retryable=retryable,
         )
 
     def menu_bar_path(self) -> str:

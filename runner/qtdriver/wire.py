@@ -5,7 +5,7 @@ from __future__ import annotations
 from dataclasses import dataclass
 from typing import Callable, Dict, Optional, Tuple, Union
 
-from .errors import REPLY_ERRORS, ProtocolError, UnsupportedTextError
+from .errors import REPLY_ERRORS, ProtocolError, UnsupportedTextError, reply_error
 
 LIST_MARK = "\x0c"
 """The form feed in front of each item of a list."""
@@ -125,7 +125,7 @@ class Reply:
     def raise_for_code(self) -> None:
         """Raises the ReplyError subclass of the codes "2" to "8"; does nothing for the others."""
         if not self.ok:
-            raise REPLY_ERRORS[self.code](self.code, self.payload)
+            raise reply_error(self.code, self.payload)
 
     def value(self) -> Value:
         """The typed value of the payload; a payload without a type prefix is text as it stands.

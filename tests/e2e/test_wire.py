@@ -113,6 +113,17 @@ def test_each_refusal_raises_its_own_error_with_the_words_of_the_agent(code, kin
     assert pickle.loads(pickle.dumps(caught.value)).args == copy.copy(caught.value).args
 
 
+def test_of_the_refusals_to_act_only_that_of_a_hidden_widget_can_clear():
+    for words, kind in (
+        ("widget is hidden by another window", errors.HiddenError),
+        ("hidden", errors.CommandError),
+    ):
+        error = errors.reply_error("8", f"Exception : Error: {words}")
+        assert type(error) is kind and isinstance(error, errors.RETRYABLE_ERRORS) is (
+            kind is errors.HiddenError
+        )
+
+
 @pytest.mark.parametrize(
     "record, expected",
     [

@@ -1,0 +1,154 @@
+"""A window that is not there for the mouse: another program's is in front of it, or the window manager is slow."""
+
+import os
+import signal
+import threading
+from contextlib import contextmanager
+from pathlib import Path
+
+import pytest
+from Xlib import display
+
+from qtdriver import Driver, HiddenError, eventually
+
+from showcase import AGENTS, PROGRAM, QT, running
+
+
+SECONDS = 1.2  # more than the agent itself waits for a window to come to the front
+
+
+@pytest.fixture
+def window():
+    """The main window of a fresh showcase."""
+    with running() as (_, app):
+        yield app.window(name="showcase")
+
+
+@contextmanager
+def cover(seconds=None):
+    """Another program's window over the whole screen, which no window manager puts behind another, for some seconds or
+    within the block."""
+    connection = display.Display()
+    screen = connection.screen()
+    sheet = screen.root.create_window(
+        0, 0, screen.width_in_pixels, screen.height_in_pixels, 0, screen.root_depth, override_redirect=True
+    )
+    sheet.map()
+    connection.sync()
+    end = threading.Event()
+
+    def wait_and_close():
+        end.wait(seconds)
+        connection.close()
+
+    closing = threading.Thread(target=wait_and_close)
+    closing.start()
+    try:
+        yield
+    finally:
+        if seconds is None:
+            end.set()
+        closing.join()
+
+
+def window_manager():
+    """The process id of the window manager of this display."""
+    for folder in Path("/proc").glob("[0-9]*"):
+        try:
+            settings = (folder / "environ").read_bytes().split(b"\0")
+            name = (folder / "comm").read_text().strip()
+        except OSError:
+            continue  # it has ended, or is another user's
+        if name == "openbox" and f"DISPLAY={os.environ['DISPLAY']}".encode() in settings:
+            return int(folder.name)
+    raise AssertionError("there is no window manager")
+
+
+@contextmanager
+def sleeping_window_manager(seconds):
+    """The window manager does nothing for some seconds."""
+    pid = window_manager()
+    os.kill(pid, signal.SIGSTOP)
+    wake_up = threading.Timer(seconds, os.kill, (pid, signal.SIGCONT))
+    wake_up.start()
+    try:
+        yield
+    finally:
+        wake_up.join()
+
+
+def noted_of_the_pad(window):
+    """What the application's journal has of the pad, without the places."""
+    lines = window.widget("journal").read("plainText").splitlines()
+    return [line.partition(":")[0] for line in lines if "tastingPad" in line]
+
+
+@pytest.mark.parametrize(
+    "act, noted",
+    [
+        (lambda pad: pad.click(at=(0.5, 0.5)), ["pressed", "released"]),
+        (lambda pad: pad.double_click(at=(0.5, 0.5)), ["pressed", "released", "double-clicked"]),
+        (lambda pad: pad.drag_to(pad, at=(0.2, 0.2), to=(0.8, 0.8)), ["pressed", "dragged"]),
+    ],
+    ids=["click", "double click", "drag"],
+)
+def test_the_mouse_waits_for_another_window_to_go_and_then_acts_once(window, act, noted):
+    with cover(SECONDS):
+        act(window.widget("tastingPad"))
+    eventually(lambda: noted_of_the_pad(window)).equals(noted)
+
+
+def test_a_button_a_field_and_a_menu_wait_for_another_window_to_go(window):
+    with cover(SECONDS):
+        window.widget("brewButton").activate()
+    eventually(window.widget("clickCount")).has(text="1")
+    window.widget("pages/qt_tabwidget_tabbar").select("Entry fields")
+    with cover(SECONDS):
+        window.widget("customerEdit").enter("Ada")
+    eventually(window.widget("customerEdit")).has(text="Ada")
+    with cover(SECONDS):
+        window.menu("Order/New order...").activate()
+    eventually(window.app.modal("New order")).is_open()
+
+
+def test_hovering_waits_for_another_window_to_go(window):
+    with cover(3 * SECONDS):  # a move to where the mouse is would be a success, whatever is there
+        window.widget("tastingPad").hover()
+        assert window.app.widget_at_cursor().path.endswith("tastingPad")
+
+
+def test_an_application_whose_window_manager_is_slow_gets_its_first_click():
+    with Driver(build=AGENTS, timeout=10) as driver, sleeping_window_manager(SECONDS):
+        window = driver.launch(PROGRAM, qt=QT).window(name="showcase")
+        window.widget("brewButton").click()
+        eventually(window.widget("clickCount")).has(text="1")
+
+
+def test_what_stays_hidden_is_told_with_the_reason(window):
+    with cover(), pytest.raises(HiddenError) as caught:
+        window.widget("brewButton").click(timeout=SECONDS)
+    assert str(caught.value) == (
+        "Exception : Error: widget is hidden by another window\n"
+        'waited 1.2 s in window "Widget:showcase"\n'
+        "another program's window is in front of it, or the window manager has not shown it yet"
+    )
+
+
+def test_a_click_that_stays_hidden_leaves_no_button_held(window):
+    window.widget("pages/qt_tabwidget_tabbar").select("Lists")
+    origins = window.widget("originView")
+    chosen = origins.items()[1]
+    origins.select(chosen)
+    eventually(lambda: origins.read("itemIsSelected", chosen)).is_true()
+    with cover(), pytest.raises(HiddenError):
+        window.widget("pages/qt_tabwidget_tabbar").select("Buttons", timeout=SECONDS)
+    origins.hover(at=(0.5, 0.9))  # with a held button it would choose what it passes
+    assert origins.read("itemIsSelected", chosen)
+
+
+@pytest.mark.parametrize("kind", ["MouseMove", "MouseRelease"])
+def test_a_part_of_a_drag_is_not_repeated(window, kind):
+    before = len(window.app.connection.transcript.exchanges())
+    with cover(), pytest.raises(HiddenError):
+        window.widget("tastingPad").mouse(kind, "left", at=(0.5, 0.5), timeout=60)
+    assert len(window.app.connection.transcript.exchanges()) == before + 1
