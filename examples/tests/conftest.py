@@ -12,10 +12,10 @@ pytest_plugins = ["qtdriver.plugin"]
 
 
 @pytest.fixture
-def showcase(qtdriver, pytestconfig):
+def showcase(qtdriver, qtdriver_settings):
     """The showcase of the Qt version that --qtdriver-qt names, of Qt 5 by default, started for this test and ended
     after it."""
-    major = pytestconfig.getoption("--qtdriver-qt") or 5
+    major = qtdriver_settings.qt or 5
     build = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / f"qt{major}"))
     return qtdriver.launch(build / "bin" / "showcase")
 

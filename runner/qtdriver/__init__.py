@@ -80,6 +80,7 @@ __all__ = [
     "Exchange",
     "Greeting",
     "HOST",
+    "HiddenError",
     "Menu",
     "NoClientError",
     "NoGreetingError",

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import time
-from contextlib import contextmanager
+from contextlib import contextmanager, suppress
 from pathlib import Path
 from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
@@ -152,7 +152,8 @@ class App(ClosedOnLeaving):
         now = time.monotonic()
         if now - self._listed > _LISTING_SECONDS:
             self._listed = now
-            self.connection.list_windows()
+            with suppress(ConnectionClosed):  # the next request tells
+                self.connection.list_windows()
 
     def explained(self, error: ReplyError, window: str, path: str, seconds: float) -> ReplyError:
         """`error` with what there is instead of this widget of this window, after a wait of `seconds`."""

@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
-from typing import Optional, Tuple
+from typing import Optional, Set, Tuple
 
-from .channel import Channel
+from .channel import DEFAULT_TIMEOUT, Channel
 from .commands import COMMAND_BY_NAME
 from .errors import ProtocolError
+from .greeting import Greeting
+from .lines import LineSocket
 from .records import CursorWidget, WidgetRecord, WindowRecord
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
@@ -22,7 +24,15 @@ class Connection(Channel):
     "Widget:name", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget"; `path` holds object names from
     the outside in, joined by "/", an empty one standing for any number of levels; `widget_class` is the class
     to serve the widget as, one of its base classes, or empty for the nearest that the agent knows.
+
+    Attributes:
+        visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
     """
+
+    def __init__(self, lines: LineSocket, greeting: Greeting, timeout: float = DEFAULT_TIMEOUT) -> None:
+        """As that of the channel."""
+        super().__init__(lines, greeting, timeout)
+        self.visited: Set[Tuple[str, str]] = set()
 
     def _command(self, name: str, *texts: str) -> Reply:
         reply = self.request(COMMAND_BY_NAME[name].compose(*texts))

@@ -3,9 +3,17 @@
 from __future__ import annotations
 
 import re
-from typing import Callable, Generic, Optional, Pattern, TypeVar, Union, overload
+from typing import Callable, Generic, List, Optional, Pattern, TypeVar, Union, overload
 
-from .errors import RETRYABLE_ERRORS, ConditionError, ReplyError
+from .errors import (
+    RETRYABLE_ERRORS,
+    AmbiguousError,
+    ConditionError,
+    NotFoundError,
+    NotVisibleError,
+    ReplyError,
+    WidgetNotFoundError,
+)
 from .steps import run_step
 from .waiting import Deadline, attempts
 from .widget import Widget
@@ -14,8 +22,8 @@ from .wire import Value
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-Expected = Union[Value, Pattern[str], Callable[[Value], object]]
-"""A value, a pattern to be found in a text, or a function that answers whether it is satisfied."""
+Expected = Union[Value, List[str], Pattern[str], Callable[[Value], object]]
+"""A value, items, a pattern to be found in a text, or a function that answers whether it is satisfied."""
 
 _Result = TypeVar("_Result")
 
@@ -40,7 +48,7 @@ def eventually(
 def eventually(
     subject: "Widget | Window | Callable[[], _Result]", *, timeout: Optional[float] = None
 ) -> "WidgetConditions | WindowConditions | ResultConditions[_Result]":
-    """What shall come true within `timeout` seconds, by default the application's:
+    """What shall come true within `timeout` seconds, by default the application's, of a function 5:
 
         eventually(window.widget("status")).has(text="Saved")
         eventually(app.window("Editor")).is_closed()
@@ -83,7 +91,16 @@ class WidgetConditions:
 
     def is_hidden(self) -> None:
         """The user cannot see it: it is hidden, or there is no such widget."""
-        self._wait("it to be hidden", lambda: not self._widget.is_visible(), lambda hidden: hidden)
+        self._wait("it to be hidden", self._is_hidden, bool)
+
+    def _is_hidden(self) -> bool:
+        try:
+            self._widget.class_name(timeout=0)
+        except (NotFoundError, WidgetNotFoundError, NotVisibleError):
+            return True
+        except AmbiguousError:
+            pass  # several are visible
+        return False
 
     def is_enabled(self) -> None:
         """It can be used."""
@@ -207,5 +224,7 @@ def _fits(value: Value, expected: Expected) -> bool:
         return isinstance(value, str) and expected.search(value) is not None
     if callable(expected):
         return bool(expected(value))
+    if isinstance(expected, list):
+        expected = tuple(expected)  # as read() has the values
     # True is 1 to Python, but a checked box is no number.
     return value == expected and isinstance(value, bool) == isinstance(expected, bool)

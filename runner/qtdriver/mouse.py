@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from contextlib import suppress
 from typing import TYPE_CHECKING, Callable, Dict, Literal, Optional, Tuple, TypeVar
 
 from .errors import HiddenError
@@ -26,7 +27,7 @@ _MODIFIERS: Dict[str, str] = {
 GESTURES = ("MousePress", "MouseClick", "MouseDoubleClick")
 """Those that begin with the mouse's way to the widget, and can begin anew if that missed."""
 
-_ASIDE = "MouseMove::0.27:0.23:"  # a place that nobody asks for
+_ASIDE = "{}:{}:0.27:0.23:"  # a place that nobody asks for
 _KINDS = ("MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "MouseMove")
 
 
@@ -44,23 +45,40 @@ def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str)
 
 
 def repeatable(
-    connection: "Connection", window: str, act: Callable[[str], _Result]
+    connection: "Connection", window: str, act: Callable[[str], _Result], button: MouseButton = "left"
 ) -> Callable[[str], _Result]:
-    """`act`, which uses the mouse on the widget of the path it is given, made fit to be repeated after a HiddenError.
+    """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a HiddenError.
 
     A mouse that missed stands where it was to go. Started again from there, the agent has no move to make and presses at
     once, and a press that misses, too, leaves the button held: the next move is a drag. So the mouse goes aside first.
+    An act that missed has reached no widget, but for one whose press has the window go away: when it is back, the press
+    is made again.
     """
     missed = False
 
     def act_again(path: str) -> _Result:
         nonlocal missed
         if missed:
-            connection.mouse_widget(window, path, _ASIDE, widget_class="QWidget")
+            connection.mouse_widget(window, path, _ASIDE.format("MouseMove", ""), widget_class="QWidget")
         try:
             return act(path)
         except HiddenError:
+            may_have_been_there = (window, path) in connection.visited
+            if may_have_been_there and not missed and button:
+                _let_go(connection, window, path, button)
             missed = True
             raise
+        finally:
+            connection.visited.add((window, path))
 
     return act_again
+
+
+def _let_go(connection: "Connection", window: str, path: str, button: MouseButton) -> None:
+    """Releases the button of a press that may have missed. The first request only gets the mouse there, unless the window
+    has come to the front."""
+    command = _ASIDE.format("MouseRelease", _BUTTONS[button])
+    for _ in range(2):
+        with suppress(HiddenError):
+            connection.mouse_widget(window, path, command, widget_class="QWidget")
+            return

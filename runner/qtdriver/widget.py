@@ -2,12 +2,14 @@
 
 from __future__ import annotations
 
+from contextlib import suppress
 from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, Type, TypeVar
 
 from .errors import (
     RETRYABLE_ERRORS,
     RETRYABLE_LOOKUPS,
+    AmbiguousError,
     CommandError,
     NotVisibleError,
     ProtocolError,
@@ -120,7 +122,7 @@ class Widget:
 
     def hover(self, *, at: Position = (0.5, 0.5), timeout: Optional[float] = None) -> None:
         """Moves the mouse onto the widget."""
-        self._play_mouse(mouse_command("MouseMove", "", at, ""), at, timeout, True)
+        self._play_mouse("MouseMove", "", at, "", timeout, True)
 
     def drag_to(
         self,
@@ -130,12 +132,18 @@ class Widget:
         to: Position = (0.5, 0.5),
         timeout: Optional[float] = None,
     ) -> None:
-        """Presses the left button at `at`, moves to the position `to` of `target`, and releases it there."""
+        """Presses the left button at `at`, moves to the position `to` of `target`, and releases it there.
+
+        Where that fails, the button is released on this widget.
+        """
         self.mouse("MousePress", "left", at=at, timeout=timeout)
         try:
             target.mouse("MouseMove", "", at=to, timeout=timeout)
-        finally:
             target.mouse("MouseRelease", "left", at=to, timeout=timeout)
+        except ReplyError:
+            with suppress(ReplyError):
+                self.mouse("MouseRelease", "left", at=at, timeout=0)
+            raise
 
     def mouse(
         self,
@@ -151,11 +159,18 @@ class Widget:
         A move or a release may be part of a drag, which would lose a move if it were repeated: where no window of the
         application is, they fail at once.
         """
-        self._play_mouse(mouse_command(kind, button, at, modifier), at, timeout, kind in GESTURES)
+        self._play_mouse(kind, button, at, modifier, timeout, kind in GESTURES)
 
     def _play_mouse(
-        self, command: str, at: Optional[Position], timeout: Optional[float], is_repeatable: bool
+        self,
+        kind: str,
+        button: MouseButton,
+        at: Optional[Position],
+        modifier: Modifier,
+        timeout: Optional[float],
+        is_repeatable: bool,
     ) -> None:
+        command = mouse_command(kind, button, at, modifier)
         # A position is a matter of plain widgets: buttons and item views have places of their own.
         served_as = self.as_class or ("" if at is None else "QWidget")
         self._act(
@@ -165,6 +180,7 @@ class Widget:
             ),
             timeout,
             is_repeatable,
+            button,
         )
 
     def locate(self, *, timeout: Optional[float] = None) -> str:
@@ -208,6 +224,8 @@ class Widget:
                 self._connection.read_property(self.window.address, self.path, "className")
             except (WidgetNotFoundError, NotVisibleError):
                 return False
+            except AmbiguousError:
+                return True  # there are even several
             return True
 
         return self._perform("is_visible()", look, True, None)
@@ -268,11 +286,12 @@ class Widget:
         call: Callable[[str], _Result],
         timeout: Optional[float],
         is_repeatable: bool = True,
+        button: MouseButton = "left",
     ) -> _Result:
         """Makes `call` with the path; it is repeated when the mouse misses the window, if it may be."""
         if not is_repeatable:
             return self._perform(action, lambda: call(self.path), False, timeout, RETRYABLE_LOOKUPS)
-        act = repeatable(self._connection, self.window.address, call)
+        act = repeatable(self._connection, self.window.address, call, button)
         return self._perform(action, lambda: act(self.path), False, timeout)
 
     def _perform(

@@ -1,5 +1,6 @@
 """Driving an application by its windows and widgets: the showcase, for real."""
 
+import time
 from datetime import datetime
 
 import pytest
@@ -11,6 +12,7 @@ from qtdriver import (
     ConditionError,
     Rect,
     UnsupportedTextError,
+    WidgetNotFoundError,
     cell,
     column_header,
     eventually,
@@ -159,6 +161,19 @@ def test_the_mouse_clicks_at_a_place_with_a_modifier_and_drags(window):
     assert window.app.widget_at_cursor().path.endswith("tastingPad")
 
 
+def test_a_drag_that_does_not_arrive_fails_after_one_wait_and_releases_the_button(window, show):
+    show("Lists")
+    origins = window.widget("originView")
+    chosen = origins.items()[1]
+    origins.select(chosen)
+    started = time.monotonic()
+    with pytest.raises(WidgetNotFoundError):
+        window.widget("extrasList").drag_to(window.widget("nowhere"), timeout=3)
+    assert time.monotonic() - started < 5.5  # not two waits
+    origins.hover(at=(0.5, 0.9))  # with a held button it would choose what it passes
+    eventually(origins).reads("itemIsSelected", True, chosen)
+
+
 def test_a_window_is_resized_and_its_title_read(window):
     window.resize(1000, 760)
     eventually(window.widget("showcase")).has(width=1000, height=760)
@@ -211,6 +226,36 @@ def test_every_path_finds_as_many_widgets_as_the_tree_says(window):
 def test_a_condition_that_comes_true_late_is_awaited(window):
     window.widget("roastLink").activate()
     eventually(window.widget("roastProgress"), timeout=20).has(value=lambda value: value > 50)
+
+
+def test_a_widget_is_hidden_when_it_or_its_window_has_gone(window, show):
+    show("Dialogs")
+    eventually(window.widget("brewButton")).is_hidden()
+    eventually(window.widget("never")).is_hidden()
+    window.widget("nameBlendButton").activate()
+    dialog = window.app.modal("Name a blend")
+    eventually(dialog.button("OK")).is_visible()
+    dialog.button("Cancel").activate()
+    eventually(dialog.button("OK")).is_hidden()
+    with pytest.raises(ConditionError, match="expected it to be hidden, but after 0.1 s it was False"):
+        eventually(window.widget("nameBlendButton"), timeout=0.1).is_hidden()
+
+
+def test_several_widgets_of_a_name_are_visible(window, show):
+    show("Buttons")
+    several = window.widget("showcase//qt_spinbox_lineedit")
+    show("Entry fields")
+    with pytest.raises(AmbiguousError):
+        several.class_name(timeout=0)
+    assert several.is_visible()
+    with pytest.raises(ConditionError, match="after 0.1 s it was False"):
+        eventually(several, timeout=0.1).is_hidden()
+
+
+def test_items_are_expected_as_a_list_or_a_tuple(window):
+    tabs = window.widget("pages/qt_tabwidget_tabbar")
+    eventually(tabs).has(itemList=list(tabs.items()))
+    eventually(tabs).has(itemList=tabs.items())
 
 
 def test_a_condition_can_be_any_function(window):

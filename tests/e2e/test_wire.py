@@ -7,6 +7,7 @@ import sys
 
 import pytest
 
+import qtdriver
 from qtdriver import COMMANDS, CursorWidget, Greeting, Rect, Reply, WidgetRecord, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.commands import COMMAND_BY_NAME
@@ -219,3 +220,12 @@ def test_the_package_imports_without_other_packages():
     code = "import sys; sys.modules['elftools'] = None; sys.path.insert(0, sys.argv[1]); import qtdriver"
     folder = next(path for path in sys.path if path.endswith("runner"))
     subprocess.run([sys.executable, "-c", code, folder], check=True)
+
+
+def test_every_public_error_can_be_imported_from_the_package():
+    public = {
+        name
+        for name, value in vars(errors).items()
+        if isinstance(value, type) and value.__module__ == errors.__name__
+    }
+    assert public and public <= set(qtdriver.__all__)
