@@ -236,7 +236,10 @@ def _several_widgets(connection: Connection, window: str, path: str) -> List[str
 
 
 def _covered(connection: Connection, window: str, path: str) -> List[str]:
-    return ["another program's window is in front of it, or the window manager has not shown it yet"]
+    return [
+        "another program's window is in front of it, the window manager has not shown it yet, "
+        "or the place is beyond the edge of the screen"
+    ]
 
 
 _EXPLANATIONS: Dict[Type[ReplyError], Callable[[Connection, str, str], List[str]]] = {

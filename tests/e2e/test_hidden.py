@@ -130,7 +130,8 @@ def test_what_stays_hidden_is_told_with_the_reason(window):
     assert str(caught.value) == (
         "Exception : Error: widget is hidden by another window\n"
         'waited 1.2 s in window "Widget:showcase"\n'
-        "another program's window is in front of it, or the window manager has not shown it yet"
+        "another program's window is in front of it, the window manager has not shown it yet, "
+        "or the place is beyond the edge of the screen"
     )
 
 
