@@ -16,12 +16,17 @@ class ProtocolError(QtDriverError):
 class PortInUseError(QtDriverError):
     """Another process listens on the port on which the agent looks for its test server."""
 
-    def __init__(self, host: str, port: int, way_out: str = "run with --headless") -> None:
-        """`way_out` is how this run can have a network of its own."""
+    def __init__(
+        self,
+        host: str,
+        port: int,
+        way_out: str = "run 'scripts/with-desktop.sh COMMAND' or 'qtdriver run --headless'",
+    ) -> None:
+        """`way_out` is how a run gets a network of its own."""
         super().__init__(
             f"{host}:{port} is taken: another test run or test server listens there, and the agent knows no "
-            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for it, or "
-            f"{way_out}, which has a network of its own"
+            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for its end. Where the "
+            f"system allows network namespaces, you can also {way_out}, which has a network of its own"
         )
 
 

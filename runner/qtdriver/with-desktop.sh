@@ -15,7 +15,10 @@ if [ -z "${QTDRIVER_IN_NAMESPACE:-}" ]; then
     # No namespaces here (some containers): the port is shared, so the runs take turns. The open file holds the lock.
     export QTDRIVER_IN_NAMESPACE=shared
     exec {turn}>"${TMPDIR:-/tmp}/qtdriver-desktop.lock"
-    flock "$turn"
+    flock -n "$turn" || {
+        echo "with-desktop: another run has the network, and this system allows no second one: waiting for its end" >&2
+        flock "$turn"
+    }
 fi
 ip link set lo up 2>/dev/null || true
 

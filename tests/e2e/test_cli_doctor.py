@@ -2,14 +2,19 @@
 
 import json
 import os
+import shutil
+import signal
+import stat
 import subprocess
+from contextlib import closing
 from pathlib import Path
 
 import pytest
 
-from qtdriver import Server
+from qtdriver import Desktop, Server, eventually, watchman
 from qtdriver.commandline.listeners import listener_of
 
+MARK = "QTDRIVER_TESTED_DOCTOR"
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
 
@@ -29,6 +34,28 @@ def examine(build):
     return call
 
 
+@pytest.fixture
+def refusing(tmp_path):
+    """An environment on a system where `unshare` is refused."""
+    fake = tmp_path / "unshare"
+    fake.write_text("#!/bin/sh\nexit 1\n")
+    fake.chmod(0o755)
+    return {"PATH": f"{tmp_path}:{os.environ['PATH']}"}
+
+
+@pytest.fixture
+def bare(tmp_path):
+    """An environment without any tool, any Python package and any display."""
+    tools = tmp_path / "tools"
+    tools.mkdir()
+    for name in ("bash", "dirname", "readlink"):  # what starts the command line itself
+        (tools / name).symlink_to(shutil.which(name))
+    python = tmp_path / "python3"
+    python.write_text('#!/bin/bash\nexec /usr/bin/python3 -S "$@"\n')
+    python.chmod(0o755)
+    return {"PATH": str(tools), "QTDRIVER_PYTHON": str(python), "DISPLAY": ""}
+
+
 def test_a_healthy_place_has_no_problem(examine, build):
     findings, status = examine()
     assert status == 0
@@ -43,7 +70,7 @@ def test_a_missing_agent_is_told_with_the_command_that_builds_it(examine):
     findings, _ = examine()
     missing = findings["agent for Qt 6"]
     assert missing["result"] == "note" and missing["text"].startswith("is not built")
-    assert "scripts/build.sh 6" in missing["remedy"]
+    assert missing["remedy"] == "scripts/build.sh 6, or name another build folder with --build DIR"
 
 
 def test_no_agent_at_all_is_a_problem(tmp_path):
@@ -60,32 +87,115 @@ def test_a_taken_port_is_told_with_its_owner(examine):
     assert status == 1
     assert findings["port 4242"]["result"] == "problem"
     assert f"(process {os.getpid()})" in findings["port 4242"]["text"]
-    assert "--headless" in findings["port 4242"]["remedy"]
+    assert findings["port 4242"]["remedy"] == (
+        "end that process, or wait for its end; 'scripts/with-desktop.sh COMMAND' and 'qtdriver run --headless' have a "
+        "network of their own"
+    )
+
+
+def test_without_namespaces_a_taken_port_can_only_be_waited_for(examine, refusing):
+    with Server():
+        findings, _ = examine(environment=refusing)
+    assert findings["port 4242"]["remedy"] == "end that process, or wait for its end"
 
 
 def test_nobody_listens_on_a_free_port():
     assert listener_of(4242) is None
 
 
-def test_a_display_that_is_not_there_is_a_problem_and_none_at_all_a_note(examine):
+def test_a_display_that_is_not_there_is_a_problem(examine):
     findings, status = examine(environment={"DISPLAY": ":4321"})
     assert (findings["display"]["result"], status) == ("problem", 1)
+    assert ":4321 cannot be reached" in findings["display"]["text"]
+    assert findings["display"]["remedy"] == "check DISPLAY and XAUTHORITY"
+
+
+def test_no_display_at_all_is_a_note(examine):
     findings, status = examine(environment={"DISPLAY": ""})
     assert (findings["display"]["result"], status) == ("note", 0)
-    assert "--headless" in findings["display"]["remedy"]
+    assert findings["display"]["remedy"] == "use 'qtdriver run --headless', or log in to a desktop"
 
 
-def test_forbidden_namespaces_are_noted(examine, tmp_path):
-    fake = tmp_path / "unshare"
-    fake.write_text("#!/bin/sh\nexit 1\n")
-    fake.chmod(0o755)
-    findings, _ = examine(environment={"PATH": f"{tmp_path}:{os.environ['PATH']}"})
+def test_a_window_manager_that_has_ended_is_missed(examine, tmp_path, monkeypatch):
+    monkeypatch.setenv(MARK, str(tmp_path))
+    with closing(Desktop()) as desktop:
+        (manager,) = [
+            pid
+            for pid in watchman.carriers(MARK, str(tmp_path))
+            if Path(f"/proc/{pid}/comm").read_text() == "openbox\n"
+        ]
+        os.kill(manager, signal.SIGTERM)
+        found = eventually(lambda: examine(environment=desktop.environment), timeout=20)
+        found.satisfies(lambda found: found[0]["window manager"]["result"] == "problem")
+        findings, status = examine(environment=desktop.environment)
+    assert status == 1
+    assert findings["window manager"]["text"].startswith(f"none runs on {desktop.environment['DISPLAY']}")
+    assert findings["window manager"]["remedy"] == "start one, such as openbox"
+
+
+def test_forbidden_namespaces_are_noted(examine, refusing):
+    findings, status = examine(environment=refusing)
+    assert (findings["namespaces"]["result"], status) == ("note", 0)
     assert "the system forbids them" in findings["namespaces"]["text"]
+    assert findings["namespaces"]["remedy"].startswith("sysctl kernel.unprivileged_userns_clone=1")
 
 
-def test_a_program_is_looked_at_too(examine):
-    findings, status = examine("speedcrunch")
-    assert "uses Qt 5, and there is an agent for it" in findings["speedcrunch"]["text"]
-    findings, status = examine("/bin/true")
-    assert (findings["/bin/true"]["result"], status) == ("problem", 1)
-    assert "links no Qt" in findings["/bin/true"]["text"]
+@pytest.mark.parametrize(
+    "tool, package",
+    [("Xvfb", "xvfb"), ("setpriv", "util-linux"), ("setsid", "util-linux"), ("xclip", "xclip")],
+)
+def test_a_missing_tool_is_noted_with_its_package(examine, bare, tool, package):
+    findings, _ = examine(environment=bare)
+    assert findings[tool]["text"].startswith("is missing; it is for ")
+    assert findings[tool]["remedy"] == f"apt install {package}"
+
+
+@pytest.mark.parametrize("package", ["python3-pyelftools", "python3-pytest", "python3-xlib"])
+def test_a_missing_python_package_is_noted(examine, bare, package):
+    findings, _ = examine(environment=bare)
+    assert findings[package]["text"].startswith("is missing; it is for ")
+    assert findings[package]["remedy"] == f"apt install {package}"
+
+
+def test_a_program_with_an_agent_is_well(examine):
+    findings, _ = examine("speedcrunch")
+    assert "uses Qt 5, and there is an agent for it" in findings["program"]["text"]
+
+
+def test_a_program_with_the_rights_of_another_user_is_a_problem(examine, tmp_path):
+    copy = tmp_path / "speedcrunch"
+    shutil.copy(shutil.which("speedcrunch"), copy)
+    copy.chmod(0o755 | stat.S_ISUID)
+    findings, status = examine(str(copy))
+    assert (findings["rights"]["result"], status) == ("problem", 1)
+    assert findings["rights"]["text"] == f"{copy} starts with another user's rights, which drops LD_PRELOAD"
+    assert findings["rights"]["remedy"] == "test a copy of it without them: chmod ug-s"
+
+
+@pytest.mark.parametrize(
+    "program, text, remedy",
+    [
+        ("nosuchprogram", "nosuchprogram: no such program in PATH", "install it, or give its path"),
+        ("/etc/passwd", "/etc/passwd is not an executable file", "name the application's own file"),
+        ("/bin/true", "/bin/true links no Qt", "say which Qt it uses: 'qtdriver run --qt N'"),
+        (QTDRIVER, "is a script", "name the binary that it starts"),
+    ],
+)
+def test_a_program_that_cannot_be_driven_is_told_with_its_remedy(examine, program, text, remedy):
+    findings, status = examine(program)
+    assert (findings["program"]["result"], status) == ("problem", 1)
+    assert text in findings["program"]["text"]
+    assert findings["program"]["remedy"].startswith(remedy)
+
+
+def test_every_note_and_every_problem_has_a_remedy(bare, tmp_path):
+    command = [QTDRIVER, "doctor", "--json", "--build", str(tmp_path), "--", "/bin/true"]
+    with Server():
+        finished = subprocess.run(
+            command, capture_output=True, text=True, timeout=60, env={**os.environ, **bare}
+        )
+    complaints = [finding for finding in json.loads(finished.stdout) if finding["result"] != "ok"]
+    assert {"agents", "port 4242", "display", "namespaces", "program", "xclip", "python3-xlib"} <= {
+        finding["check"] for finding in complaints
+    }
+    assert [finding for finding in complaints if not finding["remedy"]] == []

@@ -1,14 +1,16 @@
 """A desktop without a screen: what its command gets, and that it goes when the command has gone."""
 
+import fcntl
 import os
 import re
 import signal
 import subprocess
+import sys
 from pathlib import Path
 
 import pytest
 
-from qtdriver import Desktop, DesktopError, eventually, watchman
+from qtdriver import Desktop, DesktopError, PortInUseError, Server, eventually, watchman
 from qtdriver.desktop import SCRIPT
 
 MARK = "QTDRIVER_TESTED_DESKTOP"
@@ -21,6 +23,16 @@ def environment(tmp_path):
     environment = {**os.environ, MARK: str(tmp_path), "TMPDIR": str(tmp_path)}
     del environment["QTDRIVER_IN_NAMESPACE"]
     return environment
+
+
+@pytest.fixture
+def refusing(environment, tmp_path):
+    """The same on a system where `unshare` is refused."""
+    folder = tmp_path / "bin"
+    folder.mkdir()
+    (folder / "unshare").write_text("#!/bin/sh\nexit 1\n")
+    (folder / "unshare").chmod(0o755)
+    return {**environment, "PATH": f"{folder}:{environment['PATH']}"}
 
 
 def run(environment, *command, **options):
@@ -92,23 +104,47 @@ def test_desktops_at_the_same_time_have_different_displays(environment):
     assert len(displays) == 4
 
 
-def test_without_namespaces_desktops_take_turns(environment, tmp_path):
-    refusing = tmp_path / "bin"
-    refusing.mkdir()
-    (refusing / "unshare").write_text("#!/bin/sh\nexit 1\n")
-    (refusing / "unshare").chmod(0o755)
-    environment["PATH"] = f"{refusing}:{environment['PATH']}"
+def test_without_namespaces_desktops_take_turns(refusing, tmp_path):
     log = tmp_path / "log"
     script = f'echo "in $1" >>{log}; [ "$(readlink /proc/self/ns/net)" = {os.readlink("/proc/self/ns/net")} ] || exit 1; '
     script += f'xprop -root >/dev/null; echo "out $1" >>{log}'
     processes = [
-        subprocess.Popen([SCRIPT, "sh", "-c", script, "sh", str(number)], env=environment)
-        for number in range(3)
+        subprocess.Popen([SCRIPT, "sh", "-c", script, "sh", str(number)], env=refusing) for number in range(3)
     ]
     assert [process.wait(100) for process in processes] == [0, 0, 0]
     lines = log.read_text().split()
     assert len(lines) == 12
     assert all(lines[at + 1] == lines[at + 3] for at in range(0, 12, 4))
+
+
+def test_a_turn_that_is_waited_for_is_said_to_be(refusing):
+    with open(f"{refusing['TMPDIR']}/qtdriver-desktop.lock", "w") as turn:
+        fcntl.flock(turn, fcntl.LOCK_EX)
+        process = subprocess.Popen([SCRIPT, "true"], env=refusing, stderr=subprocess.PIPE, text=True)
+        said = process.stderr.readline()
+    assert said == (
+        "with-desktop: another run has the network, and this system allows no second one: waiting for its end\n"
+    )
+    assert process.communicate(timeout=100)[1] == ""
+    assert process.returncode == 0
+
+
+def test_a_turn_that_is_free_is_taken_without_a_word(refusing):
+    done = run(refusing, "true")
+    assert (done.returncode, done.stderr) == (0, "")
+
+
+def test_where_the_port_is_taken_a_desktop_of_its_own_is_named_and_has_a_free_one(environment):
+    listen = "import sys; sys.path.insert(0, sys.argv[1]); from qtdriver import Server; Server()"
+    with Server():
+        with pytest.raises(PortInUseError) as caught:
+            Server()
+        beside = run(environment, sys.executable, "-c", listen, str(SCRIPT.parents[1]))
+    assert str(caught.value).endswith(
+        "or wait for its end. Where the system allows network namespaces, you can also run 'scripts/with-desktop.sh "
+        "COMMAND' or 'qtdriver run --headless', which has a network of its own"
+    )
+    assert (beside.returncode, beside.stderr) == (0, "")
 
 
 def test_an_unknown_command_is_status_127_and_leaves_nothing(environment):

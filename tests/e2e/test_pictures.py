@@ -1,8 +1,11 @@
-"""Pictures in the XPM format, as an agent sends them."""
+"""Pictures in the XPM format, as an agent sends them; what is taken from a screen: its picture, its clipboard."""
+
+import os
 
 import pytest
 
-from qtdriver import PictureError, ProtocolError
+from qtdriver import ClipboardError, PictureError, ProtocolError, clipboard
+from qtdriver.clipboard import read_clipboard
 from qtdriver.pictures import grab_screen, read_xpm
 
 XPM = b'/* XPM */\nstatic char *image[]={\n"3 2 3 2",\n"   c None",\n".. c #ff8000",\n"## c #000000",\n"  ..##",\n"##..  "};\n'
@@ -30,3 +33,30 @@ def test_a_screen_that_is_not_there_is_said(monkeypatch):
         grab_screen()
     with pytest.raises(PictureError, match="no picture of the display :4321"):
         grab_screen(":4321")
+
+
+def test_a_clipboard_without_a_display_is_said(monkeypatch):
+    monkeypatch.delenv("DISPLAY")
+    with pytest.raises(ClipboardError, match=r"no X display.*\(DISPLAY is not set\)"):
+        read_clipboard()
+
+
+def test_a_clipboard_of_a_display_that_is_not_there_is_said():
+    with pytest.raises(ClipboardError, match="^the display :4321 cannot be reached$"):
+        read_clipboard(":4321")
+
+
+def test_a_clipboard_without_xclip_is_said_with_the_package_that_has_it(monkeypatch, tmp_path):
+    monkeypatch.setenv("PATH", str(tmp_path))
+    with pytest.raises(ClipboardError, match=r"^reading the clipboard needs xclip \(Debian: xclip\)$"):
+        read_clipboard()
+
+
+def test_a_clipboard_whose_owner_does_not_answer_is_said(monkeypatch, tmp_path):
+    silent = tmp_path / "xclip"
+    silent.write_text("#!/bin/sh\nexec sleep 1000\n")
+    silent.chmod(0o755)
+    monkeypatch.setenv("PATH", f"{tmp_path}:{os.environ['PATH']}")
+    monkeypatch.setattr(clipboard, "_SECONDS", 0.2)
+    with pytest.raises(ClipboardError, match="^the owner of the clipboard has not answered in 0.2 seconds$"):
+        read_clipboard()

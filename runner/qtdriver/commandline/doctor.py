@@ -7,15 +7,14 @@ import os
 import shutil
 import subprocess
 import sys
-from dataclasses import dataclass
 from pathlib import Path
-from typing import Callable, Iterator, List, Optional
+from typing import Any, Callable, Iterator, List, Optional
 
-from ..agent import QT_MAJORS, AgentNotBuiltError, agent_library, require_same_architecture
+from ..agent import QT_MAJORS, AgentNotBuiltError, AgentPathError, agent_library
 from ..errors import PortInUseError, QtDriverError
-from ..program import find_program
-from ..qtversion import qt_major
 from ..server import HOST, PORT, Server
+from .application_check import MOVE_BUILD, check_application
+from .finding import Finding
 from .listeners import listener_of
 from .outcome import FAILED, OK, Outcome
 
@@ -29,23 +28,18 @@ _PACKAGES = (
     ("prompt_toolkit", "python3-prompt-toolkit", "completion in the console"),
     ("Xlib", "python3-xlib", "picking with the mouse"),
 )
-
-
-@dataclass(frozen=True)
-class Finding:
-    """What one check found.
-
-    Attributes:
-        check: what was looked at.
-        result: "ok"; "note" for what is missing but may not be needed; "problem".
-        text: what is there, or is not.
-        remedy: what to do; empty when there is nothing to do.
-    """
-
-    check: str
-    result: str
-    text: str
-    remedy: str = ""
+_TOOLS = (
+    ("Xvfb", "xvfb", "desktops without a screen"),
+    ("openbox", "openbox", "desktops without a screen"),
+    ("xdotool", "xdotool", "desktops without a screen"),
+    ("setpriv", "util-linux", "desktops without a screen"),
+    ("setsid", "util-linux", "desktops without a screen"),
+    ("flock", "util-linux", "runs that take turns"),
+    ("unshare", "util-linux", "networks of their own for runs"),
+    ("ip", "iproute2", "networks of their own for runs"),
+    ("xclip", "xclip", "reading the clipboard"),
+)
+_OWN_NETWORK = "; 'scripts/with-desktop.sh COMMAND' and 'qtdriver run --headless' have a network of their own"
 
 
 def examine(build: Optional[Path], program: Optional[Path]) -> Outcome:
@@ -54,7 +48,7 @@ def examine(build: Optional[Path], program: Optional[Path]) -> Outcome:
     for check in _CHECKS:
         findings += check(build)
     if program is not None:
-        findings += _program(build, program)
+        findings += check_application(build, program)
     lines = []
     for finding in findings:
         lines.append(f"{_MARKS[finding.result]}  {finding.check}: {finding.text}")
@@ -84,17 +78,15 @@ def _agents(build: Optional[Path]) -> Iterator[Finding]:
         try:
             yield Finding(f"agent for Qt {major}", "ok", str(agent_library(major, build)))
             found += 1
-        except AgentNotBuiltError as error:
-            tools = _qt_tools(major)
-            where = f"; {tools}" if tools else ""
+        except AgentNotBuiltError:
             yield Finding(
                 f"agent for Qt {major}",
                 "note",
-                f"is not built{where}",
-                str(error).partition(": ")[2] or "build it",
+                f"is not built; {_qt_tools(major)}",
+                f"{_build_command(major)}, or name another build folder with --build DIR",
             )
-        except QtDriverError as error:
-            yield Finding(f"agent for Qt {major}", "problem", str(error), "move the build folder")
+        except AgentPathError as error:
+            yield Finding(f"agent for Qt {major}", "problem", str(error), MOVE_BUILD)
     if not found:
         yield Finding(
             "agents", "problem", "there is none for any Qt", "scripts/build.sh 5, or the number of your Qt"
@@ -110,6 +102,10 @@ def _qt_tools(major: int) -> str:
     return f"Qt {major} is installed" if installed else f"Qt {major} for development is not installed"
 
 
+def _build_command(major: int) -> str:
+    return "QMAKE4=/path/to/qmake scripts/build.sh 4" if major == 4 else f"scripts/build.sh {major}"
+
+
 def _port(_: Optional[Path]) -> Iterator[Finding]:
     place = f"{HOST}:{PORT}"
     try:
@@ -120,7 +116,7 @@ def _port(_: Optional[Path]) -> Iterator[Finding]:
             f"port {PORT}",
             "problem",
             f"{place} is taken by {owner or 'a process of another user'}",
-            "end that process, or use --headless, which has a network of its own",
+            f"end that process, or wait for its end{_OWN_NETWORK if _namespaces_allowed() else ''}",
         )
         return
     except QtDriverError as error:
@@ -134,13 +130,20 @@ def _port(_: Optional[Path]) -> Iterator[Finding]:
 def _screen(_: Optional[Path]) -> Iterator[Finding]:
     name = os.environ.get("DISPLAY", "")
     if not name:
-        yield Finding("display", "note", "DISPLAY is not set", "use --headless, or log in to a desktop")
+        yield Finding(
+            "display", "note", "DISPLAY is not set", "use 'qtdriver run --headless', or log in to a desktop"
+        )
         return
     try:
         from Xlib import display  # type: ignore[import]
         from Xlib.error import DisplayError  # type: ignore[import]
     except ImportError:
-        yield Finding("display", "note", f"{name} (not looked at: python3-xlib is missing)")
+        yield Finding(
+            "display",
+            "note",
+            f"{name} (not looked at: python3-xlib is missing)",
+            "apt install python3-xlib",
+        )
         return
     try:
         connection = display.Display(name)
@@ -149,35 +152,43 @@ def _screen(_: Optional[Path]) -> Iterator[Finding]:
             "display", "problem", f"{name} cannot be reached: {error}", "check DISPLAY and XAUTHORITY"
         )
         return
-    check = connection.intern_atom("_NET_SUPPORTING_WM_CHECK")
-    manager = connection.screen().root.get_full_property(check, 0)
+    managed = _has_window_manager(connection)
     connection.close()
     yield Finding("display", "ok", name)
-    if manager is None:
+    if managed:
+        yield Finding("window manager", "ok", "one runs")
+    else:
         yield Finding(
             "window manager",
             "problem",
             f"none runs on {name}: windows do not become active",
             "start one, such as openbox",
         )
-    else:
-        yield Finding("window manager", "ok", "one runs")
 
 
-def _headless(_: Optional[Path]) -> Iterator[Finding]:
-    for tool, package in (
-        ("Xvfb", "xvfb"),
-        ("openbox", "openbox"),
-        ("xdotool", "xdotool"),
-        ("ip", "iproute2"),
-    ):
+def _has_window_manager(connection: Any) -> bool:
+    """Whether one announces itself on this display, by a window that exists: the announcement outlives its writer."""
+    from Xlib.error import BadWindow
+
+    check = connection.intern_atom("_NET_SUPPORTING_WM_CHECK")
+    announced = connection.screen().root.get_full_property(check, 0)
+    if announced is None:
+        return False
+    window = connection.create_resource_object("window", announced.value[0])
+    try:
+        return window.get_full_property(check, 0) is not None
+    except BadWindow:
+        return False
+
+
+def _tools(_: Optional[Path]) -> Iterator[Finding]:
+    for tool, package, purpose in _TOOLS:
         if shutil.which(tool) is None and not Path(f"/usr/sbin/{tool}").exists():
-            yield Finding(tool, "note", "is missing; --headless needs it", f"apt install {package}")
-    unshare = shutil.which("unshare")
-    allowed = (
-        unshare is not None and subprocess.run([unshare, "-Urn", "true"], capture_output=True).returncode == 0
-    )
-    if allowed:
+            yield Finding(tool, "note", f"is missing; it is for {purpose}", f"apt install {package}")
+
+
+def _namespaces(_: Optional[Path]) -> Iterator[Finding]:
+    if _namespaces_allowed():
         yield Finding("namespaces", "ok", "runs side by side can have networks of their own")
     else:
         yield Finding(
@@ -188,23 +199,11 @@ def _headless(_: Optional[Path]) -> Iterator[Finding]:
         )
 
 
-def _program(build: Optional[Path], program: Path) -> Iterator[Finding]:
-    try:
-        file = find_program(str(program))
-        if file.stat().st_mode & 0o6000:
-            yield Finding(
-                str(program),
-                "problem",
-                "starts with another user's rights, which drops LD_PRELOAD",
-                "copy it without them",
-            )
-        major = qt_major(file)
-        library = agent_library(major, build)
-        require_same_architecture(file, library)
-        yield Finding(str(program), "ok", f"{file} uses Qt {major}, and there is an agent for it")
-    except QtDriverError as error:
-        message, _, remedy = str(error).partition(": ")
-        yield Finding(str(program), "problem", message, remedy)
+def _namespaces_allowed() -> bool:
+    unshare = shutil.which("unshare")
+    return (
+        unshare is not None and subprocess.run([unshare, "-Urn", "true"], capture_output=True).returncode == 0
+    )
 
 
 _CHECKS: "tuple[Callable[[Optional[Path]], Iterator[Finding]], ...]" = (
@@ -212,5 +211,6 @@ _CHECKS: "tuple[Callable[[Optional[Path]], Iterator[Finding]], ...]" = (
     _agents,
     _port,
     _screen,
-    _headless,
+    _tools,
+    _namespaces,
 )

@@ -1,0 +1,67 @@
+"""What the command `doctor` says of an application, and how to mend it."""
+
+from __future__ import annotations
+
+from pathlib import Path
+from typing import Iterator, Optional, Tuple, Type
+
+from ..agent import (
+    AgentNotBuiltError,
+    AgentPathError,
+    ArchitectureError,
+    agent_library,
+    require_same_architecture,
+)
+from ..elf import ElfReaderMissingError
+from ..errors import QtDriverError
+from ..program import (
+    ProgramNotExecutableError,
+    ProgramNotFoundError,
+    ScriptProgramError,
+    UnknownFormatError,
+    find_program,
+)
+from ..qtversion import NoQtError, NoWidgetsError, StaticProgramError, qt_major
+from .finding import Finding
+
+MOVE_BUILD = "move the build folder to a path without them, or name another one with --build DIR"
+"""What to do about a path of the agents that LD_PRELOAD cannot hold."""
+
+_SAY_QT = "say which Qt it uses: 'qtdriver run --qt N', or launch(..., qt=N) in a test"
+_REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
+    (ProgramNotFoundError, "install it, or give its path"),
+    (ProgramNotExecutableError, "name the application's own file, and let this user read and execute it"),
+    (ScriptProgramError, f"name the binary that it starts, or {_SAY_QT}"),
+    (NoWidgetsError, _SAY_QT),
+    (NoQtError, _SAY_QT),
+    (StaticProgramError, "build the application with shared libraries"),
+    (AgentNotBuiltError, "build it: scripts/build.sh with the number of that Qt"),
+    (AgentPathError, MOVE_BUILD),
+    (ArchitectureError, "build the agent for the application's processor"),
+    (ElfReaderMissingError, "apt install python3-pyelftools"),
+    (UnknownFormatError, "name the application's own file"),
+    (QtDriverError, "see docs/troubleshooting.md"),
+)
+"""What to do about an application that cannot be driven. The first row that fits counts."""
+
+
+def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]:
+    """Whether the agent in `build`, by default the checkout's, can be loaded into `program`."""
+    try:
+        file = find_program(str(program))
+        if file.stat().st_mode & 0o6000:
+            yield Finding(
+                "rights",
+                "problem",
+                f"{file} starts with another user's rights, which drops LD_PRELOAD",
+                "test a copy of it without them: chmod ug-s",
+            )
+        major = qt_major(file)
+        require_same_architecture(file, agent_library(major, build))
+        yield Finding("program", "ok", f"{file} uses Qt {major}, and there is an agent for it")
+    except QtDriverError as error:
+        yield Finding("program", "problem", str(error), _remedy(error))
+
+
+def _remedy(error: QtDriverError) -> str:
+    return next(remedy for kind, remedy in _REMEDIES if isinstance(error, kind))
