@@ -3,7 +3,11 @@
 from __future__ import annotations
 
 import time
+from contextlib import contextmanager
+from contextvars import ContextVar
 from typing import Callable, Iterator, Tuple, Type, TypeVar
+
+from .errors import QtDriverError
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -12,6 +16,22 @@ _Result = TypeVar("_Result")
 _FIRST_PAUSE = 0.003
 _GROWTH = 1.5
 _LONGEST_PAUSE = 0.1
+
+_is_given_up: "ContextVar[Callable[[], bool]]" = ContextVar("is_given_up", default=lambda: False)
+
+
+class GivenUpError(QtDriverError):
+    """Nobody waits for the result any more."""
+
+
+@contextmanager
+def given_up_when(condition: Callable[[], bool]) -> Iterator[None]:
+    """Within it no attempt is made once `condition` is true: a GivenUpError is raised instead."""
+    token = _is_given_up.set(condition)
+    try:
+        yield
+    finally:
+        _is_given_up.reset(token)
 
 
 class Deadline:
@@ -33,9 +53,11 @@ class Deadline:
 
 def attempts(deadline: Deadline) -> Iterator[None]:
     """Yields for each attempt: at once, then after pauses that grow from 3 to 100 milliseconds, for the last time
-    at the deadline. There is one attempt at least."""
+    at the deadline. There is one attempt at least. Raises GivenUpError within given_up_when()."""
     pause = _FIRST_PAUSE
     while True:
+        if _is_given_up.get()():
+            raise GivenUpError("given up")
         last = deadline.passed()
         yield
         if last:

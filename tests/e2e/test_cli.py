@@ -1,7 +1,9 @@
 """The command line as a user runs it: as a process of its own, against the fake agent."""
 
+import json
 import os
 import pty
+import re
 import signal
 import subprocess
 from pathlib import Path
@@ -10,6 +12,7 @@ import pytest
 
 from qtdriver import Server
 from qtdriver.commandline.arguments import parse_arguments
+from qtdriver.commandline.outcome import EXIT_STATUSES
 
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
@@ -99,6 +102,19 @@ def test_a_line_that_cannot_be_sent_is_reported_and_the_next_one_is_run(run):
     assert 'QMainWindow : "Editor"' in finished.stdout
 
 
+def test_a_command_with_wrong_arguments_is_reported_and_the_next_one_is_run(run):
+    finished = run("get\n1\n")
+    assert "not sent: the following arguments are required: WINDOW, PATH\nusage: get" in one_message(finished)
+    assert 'QMainWindow : "Editor"' in finished.stdout
+
+
+def test_a_file_that_cannot_be_written_is_reported_and_the_next_line_is_run(run):
+    finished = run("screenshot /proc/x.png\n1\n")
+    assert "screenshot: [Errno 2] No such file or directory" in finished.stdout
+    assert 'QMainWindow : "Editor"' in finished.stdout
+    assert (finished.returncode, finished.stderr) == (0, "")
+
+
 def test_the_application_gets_the_environment_of_the_user(run):
     finished = run("8,env:PYTHONPATH\n8,env:HOME\n")
     assert finished.stdout.splitlines() == [
@@ -176,7 +192,22 @@ def test_a_missing_script_and_one_that_is_no_text_are_reported(run, tmp_path):
 def test_a_wrong_command_line_shows_the_usage(arguments):
     finished = subprocess.run([QTDRIVER, *arguments], capture_output=True, text=True)
     assert finished.returncode == 2
-    assert finished.stderr.startswith("usage: qtdriver")
+    assert finished.stderr.startswith("qtdriver: ") and "\nusage: qtdriver" in finished.stderr
+
+
+def test_a_wrong_command_line_is_told_in_json_to_who_asks_for_it():
+    finished = subprocess.run([QTDRIVER, "get", "--json"], capture_output=True, text=True)
+    failure = json.loads(finished.stdout)
+    assert (finished.returncode, finished.stderr) == (2, "")
+    assert (failure["error"], failure["code"]) == ("UsageError", None)
+    assert failure["message"].startswith("the following arguments are required: WINDOW, PATH")
+
+
+def test_the_documentation_tells_every_exit_status():
+    text = (Path(QTDRIVER).parents[1] / "docs" / "commandline.md").read_text()
+    assert [int(row) for row in re.findall(r"^\| (\d+) \|", text, re.MULTILINE)] == [
+        status for status, _ in EXIT_STATUSES
+    ]
 
 
 @pytest.mark.parametrize(

@@ -1,12 +1,9 @@
 """The commands that talk to an application which `run --background` holds: the showcase, for real."""
 
-import json
 import os
+import shlex
 import signal
 import socket
-import stat
-import subprocess
-from contextlib import contextmanager
 from pathlib import Path
 
 import pytest
@@ -14,45 +11,10 @@ from PIL import Image
 
 from qtdriver import eventually
 from qtdriver.commandline.arguments import parse_arguments
-from qtdriver.commandline.control import ask, peer_user, socket_path
-from qtdriver.commandline.outcome import NoApplicationError
 from qtdriver.commandline.verbs import all_verbs
 
-from showcase import AGENTS, PROGRAM, QT
-
-QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
-
-
-def qtdriver(*arguments, status=0):
-    """What a command prints, which ends with this status."""
-    finished = subprocess.run([QTDRIVER, *arguments], capture_output=True, text=True, timeout=60)
-    assert finished.returncode == status, finished.stdout + finished.stderr
-    return (finished.stderr if status else finished.stdout).rstrip("\n")
-
-
-def data(*arguments, status=0):
-    """What a command prints as JSON."""
-    finished = subprocess.run([QTDRIVER, *arguments, "--json"], capture_output=True, text=True, timeout=60)
-    assert finished.returncode == status, finished.stdout + finished.stderr
-    return json.loads(finished.stdout)
-
-
-def hold(*options, program=PROGRAM, status=0):
-    """Holds an application; answers what is told of it."""
-    command = [
-        QTDRIVER,
-        "run",
-        "--background",
-        "--json",
-        "--build",
-        str(AGENTS),
-        *options,
-        "--",
-        str(program),
-    ]
-    finished = subprocess.run(command, capture_output=True, text=True, timeout=60)
-    assert finished.returncode == status, finished.stdout + finished.stderr
-    return json.loads(finished.stdout)
+from oneshot import data, hold, holding, interrupt, is_running, qtdriver, to_interrupt
+from showcase import QT
 
 
 @pytest.fixture(autouse=True)
@@ -65,16 +27,8 @@ def runtime(tmp_path, monkeypatch):
 @pytest.fixture
 def held():
     """A showcase that is held, with its page of buttons in front."""
-    told = hold("--qt", str(QT))
-    yield told
-    subprocess.run([QTDRIVER, "stop"], capture_output=True, timeout=60)
-
-
-def is_running(pid):
-    try:
-        return Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[0] not in "ZX"
-    except OSError:
-        return False
+    with holding() as told:
+        yield told
 
 
 def test_an_application_is_looked_at_and_driven_from_a_shell(held):
@@ -112,61 +66,6 @@ def test_the_tree_shows_names_classes_and_what_is_unique(held):
     assert "hidden" not in qtdriver("tree", "Roastery", "--visible")
 
 
-def test_what_is_under_the_cursor_is_picked(held):
-    qtdriver("mouse", "Roastery", "brewButton", "move")
-    picked = data("pick", "--countdown", "0")
-    assert picked["path"].endswith("/brewButton") and picked["unique"] is True
-    assert (picked["window"], picked["window_name"], picked["class"]) == (
-        "Roastery",
-        "showcase",
-        "QPushButton",
-    )
-    assert picked["properties"]["text"] == "Brew a cup"
-    text = qtdriver("pick", "--countdown", "0.1")
-    assert "window by its object name: Widget:showcase" in text and "(unique)" in text
-
-
-def test_a_click_picks_without_reaching_the_application(held):
-    qtdriver("mouse", "Roastery", "brewButton", "move")
-    before = qtdriver("get", "Roastery", "clickCount", "text")
-    with subprocess.Popen([QTDRIVER, "pick", "--json"], stdout=subprocess.PIPE, text=True) as picking:
-        # A click before the grab is an ordinary one: it is made again until it has picked.
-        while picking.poll() is None:
-            if _is_grabbed():
-                subprocess.run(["xdotool", "click", "1"], check=True)
-                picking.wait(30)
-        assert json.loads(picking.stdout.read())["path"].endswith("/brewButton")
-    assert qtdriver("get", "Roastery", "clickCount", "text") == before
-
-
-def test_a_mouse_that_another_program_holds_is_told(held):
-    with _grab() as status:
-        assert status == 0
-        message = qtdriver("pick", status=1)
-    assert "another program holds the mouse: close its menu, or use --countdown" in message
-
-
-def _is_grabbed():
-    """Whether a program holds the mouse."""
-    with _grab() as status:
-        return status == 1
-
-
-@contextmanager
-def _grab():
-    """Holds the mouse, if no other program does: the status is X11's GrabSuccess, 0, or AlreadyGrabbed, 1."""
-    from Xlib import X, display
-
-    connection = display.Display()
-    root = connection.screen().root
-    status = root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE, X.CurrentTime)
-    try:
-        yield status
-    finally:
-        connection.ungrab_pointer(X.CurrentTime)
-        connection.close()
-
-
 def test_a_screenshot_is_saved_where_the_user_is(held, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     assert qtdriver("screenshot", "shot.png") == str(tmp_path / "shot.png")
@@ -200,7 +99,8 @@ def test_two_applications_are_held_under_their_names(held):
 
 
 def test_a_name_that_is_taken_is_refused(held):
-    refused = hold("--qt", str(QT), status=6)
+    refused = hold("--qt", str(QT), status=1)
+    assert refused["error"] == "AlreadyHeldError"
     assert 'an application is held already under the name "default"' in refused["message"]
 
 
@@ -225,39 +125,64 @@ def test_a_killed_holder_leaves_no_application_and_is_recognised(held):
     assert 'no application is held under the name "default"' in qtdriver("windows", status=6)
 
 
-def test_a_stale_socket_does_not_keep_a_new_application_away(held):
-    os.kill(held["holder"], signal.SIGKILL)
-    eventually(lambda: is_running(held["pid"]), timeout=10).equals(False)
-    assert hold("--qt", str(QT))["pid"] != held["pid"]
+def test_what_is_interrupted_is_given_up(held):
+    idle = sockets_of(held["holder"])
+    # Where it is not given up, the next command waits as long, and the button is pressed.
+    with to_interrupt("activate", "New order", "cancelOrderButton", "--timeout", "120") as process:
+        eventually(lambda: sockets_of(held["holder"]), timeout=30).equals(idle + 1)
+        interrupt(process)
+    qtdriver("menu", "Roastery", "Order/New order...")
+    eventually(lambda: qtdriver("get", "New order", "cancelOrderButton", "visible")).equals("true")
 
 
-def test_the_socket_is_for_its_user_alone(held, runtime):
-    path = runtime / "qtdriver" / "default.sock"
-    assert stat.S_IMODE(path.stat().st_mode) == 0o600
-    assert stat.S_IMODE(path.parent.stat().st_mode) == 0o700
-    with socket.socket(socket.AF_UNIX) as control:
-        control.connect(str(path))
-        assert peer_user(control) == os.getuid()
-
-
-def test_a_folder_that_others_can_enter_is_refused(runtime):
-    (runtime / "qtdriver").mkdir(mode=0o755)
-    (runtime / "qtdriver").chmod(0o755)
-    with pytest.raises(NoApplicationError, match="not a folder of yours alone"):
-        socket_path("default")
-
-
-def test_what_is_no_request_is_hung_up_on_and_the_next_one_served(held, runtime):
-    with socket.socket(socket.AF_UNIX) as control:
-        control.connect(str(runtime / "qtdriver" / "default.sock"))
-        control.sendall(b"hello\n")
-        assert control.recv(100) == b""
-    assert ask("default", "dance", {}).status == 1
+def test_who_has_hung_up_while_others_were_served_is_not_served(held, runtime):
+    idle = sockets_of(held["holder"])
+    with to_interrupt("activate", "New order", "cancelOrderButton", "--timeout", "120") as process:
+        eventually(lambda: sockets_of(held["holder"]), timeout=30).equals(idle + 1)
+        with socket.socket(socket.AF_UNIX) as control:
+            control.connect(str(runtime / "qtdriver" / "default.sock"))
+            control.sendall(b'{"verb": "stop", "values": {}}\n')
+        interrupt(process)
     assert qtdriver("windows")
 
 
+def test_a_holder_that_is_killed_while_commands_wait_is_told(held):
+    idle = sockets_of(held["holder"])
+    with to_interrupt("activate", "New order", "cancelOrderButton", "--timeout", "120") as served:
+        eventually(lambda: sockets_of(held["holder"]), timeout=30).equals(idle + 1)
+        with to_interrupt("windows") as queued:
+            eventually(lambda: sockets_of(queued.pid), timeout=30).equals(1)
+            os.kill(held["holder"], signal.SIGKILL)
+            for process in (served, queued):
+                _, complaint = process.communicate(timeout=30)
+                assert process.returncode == 6
+                assert complaint.startswith(b'qtdriver: the process that held the application "default"')
+
+
+def sockets_of(pid):
+    """How many sockets a process has: one more while it serves a command."""
+    return sum(os.readlink(link).startswith("socket:") for link in Path(f"/proc/{pid}/fd").iterdir())
+
+
+def test_an_application_whose_start_is_interrupted_is_ended(tmp_path, build):
+    started = tmp_path / "pid"
+    script = f"echo $$ > {started}.new; mv {started}.new {started}; exec sleep 600"
+    options = ["--qt", "5", "--build", str(build), "--timeout", "600"]
+    with to_interrupt("run", "--background", *options, "--", "/bin/sh", "-c", script) as process:
+        eventually(started.exists, timeout=30).is_true()
+        interrupt(process)
+    eventually(lambda: is_running(int(started.read_text())), timeout=30).equals(False)
+
+
+def test_an_application_that_does_not_answer_is_told_and_ended(build, fake_agent):
+    with holding("--qt", "5", "--build", str(build), "--timeout", "5", program=fake_agent) as held:
+        os.kill(held["pid"], signal.SIGSTOP)
+        assert data("windows", status=7)["error"] == "ApplicationHangsError"
+        eventually(lambda: is_running(held["pid"]) or is_running(held["holder"]), timeout=10).equals(False)
+
+
 def test_an_application_that_cannot_be_started_is_reported(tmp_path):
-    failure = hold(program=tmp_path / "missing", status=1)
+    failure = hold(program=[tmp_path / "missing"], status=1)
     assert failure["error"] == "ProgramNotFoundError"
 
 
@@ -269,8 +194,7 @@ def test_every_command_has_help_with_an_example_that_is_right(name, capsys):
     lines = capsys.readouterr().out.splitlines()
     examples = [line.strip() for line in lines if line.strip().startswith("qtdriver ")]
     assert examples, "there is an example"
-    import shlex
-
     for example in examples:
         assert parse_arguments(shlex.split(example)[1:]).action == name
     assert any("--json" in line for line in lines)
+    assert "exit status:" in lines

@@ -4,12 +4,12 @@ from __future__ import annotations
 
 import argparse
 from pathlib import Path
-from typing import List, Sequence, Tuple
+from typing import List, NoReturn, Sequence, Tuple
 
 from ..agent import QT_MAJORS
 from ..channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
-from .outcome import EXIT_STATUSES
+from .outcome import EXIT_STATUSES, UsageError
 from .verbs import Verb, all_verbs, seconds
 
 _RAW = argparse.RawDescriptionHelpFormatter
@@ -38,12 +38,15 @@ Blank lines and lines that start with # are skipped; 'quit' or the end of the in
 
 _RUN_EPILOG = """\
 exit status:
-  0    the dialogue ended, and so did APP, with status 0 if it ended by itself
+  0    the dialogue ended, and so did APP, with status 0 if it ended by itself; with --background: APP is held
   1    one message on standard error says what went wrong: port 4242 is taken, APP cannot be started or
        driven, ended early, did not connect in time, ended with a request unanswered or with another
-       status than 0; or a line could not be sent or was not answered in time; with --strict, or was refused
+       status than 0; or a line could not be sent or was not answered in time; with --strict, or was refused;
+       with --background, the name is taken
   2    the command line is wrong
+  129  the terminal was closed (SIGHUP)
   130  interrupted
+  143  terminated (SIGTERM)
 
 examples:
   qtdriver run -- speedcrunch
@@ -52,8 +55,21 @@ examples:
   echo 1 | qtdriver run --qt 5 -- ./start-editor.sh"""
 
 
+class _Parser(argparse.ArgumentParser):
+    """A parser whose complaint is an error like others, for a person or for a program."""
+
+    def error(self, message: str) -> NoReturn:
+        """Raises the UsageError for what is wrong."""
+        raise UsageError(f"{message}\n{self.format_usage().rstrip()}")
+
+
+def wants_json(arguments: Sequence[str]) -> bool:
+    """Whether JSON is asked for by a command line, which may be wrong."""
+    return "--json" in _split(arguments)[0]
+
+
 def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
-    """Parses the command line without the program's name. Exits with status 2 and a message when it is wrong.
+    """Parses the command line without the program's name. Raises UsageError when it is wrong; exits after --help.
 
     `action` is the command's word; "run" and "doctor" have `command`: the application with its arguments.
     """
@@ -79,11 +95,9 @@ def _split(arguments: Sequence[str]) -> Tuple[List[str], List[str]]:
     return list(arguments[:position]), list(arguments[position + 1 :])
 
 
-def _parsers() -> Tuple[argparse.ArgumentParser, argparse.ArgumentParser]:
+def _parsers() -> Tuple[_Parser, _Parser]:
     epilog = "'qtdriver COMMAND --help' explains a command, with an example."
-    parser = argparse.ArgumentParser(
-        prog="qtdriver", description=_DESCRIPTION, epilog=epilog, formatter_class=_RAW
-    )
+    parser = _Parser(prog="qtdriver", description=_DESCRIPTION, epilog=epilog, formatter_class=_RAW)
     commands = parser.add_subparsers(metavar="COMMAND", dest="action", required=True)
     run = _add_run(commands)
     for verb in all_verbs():
@@ -101,16 +115,14 @@ def _parsers() -> Tuple[argparse.ArgumentParser, argparse.ArgumentParser]:
     return parser, run
 
 
-def verb_parser(verb: Verb) -> argparse.ArgumentParser:
+def verb_parser(verb: Verb) -> _Parser:
     """The parser of a command in the console, where the application is at hand."""
-    parser = argparse.ArgumentParser(prog=verb.name, description=verb.summary, exit_on_error=False)
+    parser = _Parser(prog=verb.name, description=verb.summary)
     verb.add_arguments(parser)
     return parser
 
 
-def _add(
-    commands: "argparse._SubParsersAction[argparse.ArgumentParser]", name: str, summary: str, example: str
-) -> argparse.ArgumentParser:
+def _add(commands: "argparse._SubParsersAction[_Parser]", name: str, summary: str, example: str) -> _Parser:
     statuses = "\n".join(f"  {status:<4} {meaning}" for status, meaning in EXIT_STATUSES)
     epilog = f"example:\n  qtdriver {example}\n\nexit status:\n{statuses}"
     sentence = f"{summary[0].upper()}{summary[1:]}."
@@ -145,7 +157,7 @@ def _add_build(parser: argparse.ArgumentParser) -> None:
     )
 
 
-def _add_run(commands: "argparse._SubParsersAction[argparse.ArgumentParser]") -> argparse.ArgumentParser:
+def _add_run(commands: "argparse._SubParsersAction[_Parser]") -> _Parser:
     run = commands.add_parser(
         "run",
         help="starts an application: for a dialogue, for a script, or in the background",

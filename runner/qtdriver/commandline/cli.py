@@ -14,7 +14,7 @@ from typing import Callable, Dict, List, Optional, Sequence
 from .. import desktop
 from ..errors import QtDriverError
 from . import control, holding
-from .arguments import parse_arguments
+from .arguments import parse_arguments, wants_json
 from .doctor import examine
 from .outcome import FAILED, INTERRUPTED, Outcome
 from .running import run_dialogue
@@ -31,7 +31,7 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     for stream in (sys.stdout, sys.stderr):
         if isinstance(stream, io.TextIOWrapper):
             stream.reconfigure(errors="backslashreplace")
-    as_json = False
+    as_json = wants_json(words)
     try:
         if words[:1] == [holding.HOLD]:
             return holding.hold(words[1], words[2:])

@@ -9,13 +9,16 @@ from __future__ import annotations
 import json
 import os
 import re
+import select
 import socket
 import stat
 import struct
 import tempfile
+from contextlib import suppress
 from pathlib import Path
 from typing import Optional
 
+from ..errors import QtDriverError
 from .outcome import NoApplicationError, Outcome
 from .verbs import Arguments
 
@@ -23,7 +26,17 @@ DEFAULT_NAME = "default"
 STOP = "stop"
 _NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")
 _LINE_SECONDS = 5.0
+_LONGEST_PATH = 107  # bytes: what the address of a Unix socket has room for
 _START = "start one with: qtdriver run --background -- APP"
+_ELSEWHERE = "set XDG_RUNTIME_DIR to another folder"
+
+
+class ControlSocketError(QtDriverError):
+    """There can be no control socket where it belongs."""
+
+
+class AlreadyHeldError(QtDriverError):
+    """Another process holds an application under the name."""
 
 
 def valid_name(text: str) -> str:
@@ -39,39 +52,56 @@ valid_name.__name__ = "name (letters, digits, _ . -)"
 def socket_path(name: str) -> Path:
     """Where the socket of a held application is: in $XDG_RUNTIME_DIR/qtdriver, or in a folder of the user's in /tmp.
 
-    Makes the folder. Raises NoApplicationError when somebody else could enter it.
+    Makes the folder. Raises ControlSocketError when that fails, or somebody else could enter it.
     """
     runtime = os.environ.get("XDG_RUNTIME_DIR", "")
     if runtime and os.path.isdir(runtime):
         folder = Path(runtime) / "qtdriver"
     else:
         folder = Path(tempfile.gettempdir()) / f"qtdriver-{os.getuid()}"
-    folder.mkdir(mode=0o700, exist_ok=True)
-    status = folder.lstat()
+    path = folder / f"{name}.sock"
+    if len(os.fsencode(path)) > _LONGEST_PATH:
+        raise ControlSocketError(
+            f"the path {path} is too long for a socket: {_ELSEWHERE}, with a shorter path"
+        )
+    try:
+        with suppress(FileExistsError):
+            folder.mkdir(mode=0o700)
+        status = folder.lstat()
+    except OSError as error:
+        raise ControlSocketError(
+            f"cannot make the folder {folder}: {error.strerror}: {_ELSEWHERE}"
+        ) from error
     if not stat.S_ISDIR(status.st_mode) or status.st_uid != os.getuid() or status.st_mode & 0o077:
-        raise NoApplicationError(f"{folder} is not a folder of yours alone (mode 0700): remove it")
-    return folder / f"{name}.sock"
+        raise ControlSocketError(f"{folder} is not a folder of yours alone (mode 0700): remove it")
+    return path
 
 
 def ask(name: str, verb: str, values: Arguments) -> Outcome:
     """Has the process that holds the application `name` run a command.
 
-    Raises NoApplicationError when there is none, or it ends on the way.
+    Raises NoApplicationError when there is none, or it ends on the way, and ControlSocketError when the socket cannot
+    be used.
     """
     path = socket_path(name)
-    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as control:
-        try:
+    line = ""
+    try:
+        with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as control:
             control.connect(str(path))
-        except FileNotFoundError:
-            raise NoApplicationError(f'no application is held under the name "{name}": {_START}') from None
-        except ConnectionRefusedError:
-            path.unlink(missing_ok=True)  # left by a process that was killed
-            raise NoApplicationError(
-                f'the process that held the application "{name}" was killed: {_START}'
-            ) from None
-        control.sendall((json.dumps({"verb": verb, "values": values}) + "\n").encode())
-        with control.makefile("r", encoding="utf-8", newline="\n") as lines:
-            line = lines.readline()
+            control.sendall((json.dumps({"verb": verb, "values": values}) + "\n").encode())
+            with control.makefile("r", encoding="utf-8", newline="\n") as lines:
+                line = lines.readline()
+    except FileNotFoundError:
+        raise NoApplicationError(f'no application is held under the name "{name}": {_START}') from None
+    except ConnectionRefusedError:
+        path.unlink(missing_ok=True)  # left by a process that was killed
+        raise NoApplicationError(
+            f'the process that held the application "{name}" was killed: {_START}'
+        ) from None
+    except (BrokenPipeError, ConnectionResetError):
+        pass  # it ended while the request waited
+    except OSError as error:
+        raise ControlSocketError(f"cannot use the socket {path}: {error.strerror}") from error
     if not line.endswith("\n"):
         raise NoApplicationError(f'the process that held the application "{name}" ended')
     return Outcome.from_line(line)
@@ -81,13 +111,17 @@ class ControlSocket:
     """The listening end. A context manager: leaving it removes the socket."""
 
     def __init__(self, path: Path) -> None:
-        """Raises NoApplicationError when another process listens there."""
+        """Raises AlreadyHeldError when another process listens there, ControlSocketError when nobody can."""
         self._path = path
         self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        self._remove_stale()
         before = os.umask(0o177)
         try:
+            self._remove_stale()
             self._socket.bind(str(path))
+        except OSError as error:
+            raise ControlSocketError(
+                f"cannot make the socket {path}: {error.strerror}: {_ELSEWHERE}"
+            ) from error
         finally:
             os.umask(before)
         self._socket.listen(8)
@@ -102,7 +136,7 @@ class ControlSocket:
                 self._path.unlink(missing_ok=True)
                 return
         name = self._path.stem
-        raise NoApplicationError(
+        raise AlreadyHeldError(
             f'an application is held already under the name "{name}": end it with "qtdriver stop --name {name}", or '
             "give another --name"
         )
@@ -112,14 +146,16 @@ class ControlSocket:
         return self._socket.fileno()
 
     def accept(self) -> "Optional[Request]":
-        """The request of who has connected; None if it is another user or sends none in time."""
+        """The request of who has connected; None if it is another user, sends none in time, or has hung up."""
         connected, _ = self._socket.accept()
         connected.settimeout(_LINE_SECONDS)
         try:
             if peer_user(connected) in (os.getuid(), 0):
                 with connected.makefile("r", encoding="utf-8", newline="\n") as lines:
                     message = json.loads(lines.readline())
-                return Request(connected, str(message["verb"]), dict(message["values"]))
+                request = Request(connected, str(message["verb"]), dict(message["values"]))
+                if not request.is_abandoned():
+                    return request
         except (OSError, ValueError, KeyError, TypeError):
             pass
         connected.close()
@@ -145,6 +181,12 @@ class Request:
         self.verb = verb
         self.values = values
         self._connected = connected
+
+    def is_abandoned(self) -> bool:
+        """Whether who wants it has hung up, as an interrupted process does. Does not wait."""
+        hung_up = select.poll()
+        hung_up.register(self._connected, 0)  # a hang-up is told unasked
+        return bool(hung_up.poll(0))
 
     def answer(self, outcome: Outcome) -> None:
         """Sends the outcome and hangs up. Who does not wait for it does not matter."""

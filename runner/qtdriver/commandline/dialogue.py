@@ -2,19 +2,18 @@
 
 from __future__ import annotations
 
-import argparse
 import json
 import shlex
 from typing import Any, Callable, Iterable
 
 from ..app import App
-from ..errors import ApplicationEndedError, ConnectionClosed, ProtocolError, QtDriverError, RequestTimeout
+from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
 from ..wire import Reply
 from .arguments import verb_parser
-from .outcome import Outcome, plain
+from .outcome import plain
 from .readable import describe_commands, describe_reply
 from .typed_line import to_request
-from .verbs import Verb, all_verbs, verb_named
+from .verbs import FAILURES, Verb, all_verbs, verb_named
 
 Say = Callable[[str], None]
 
@@ -84,19 +83,14 @@ class Dialogue:
     def _run_verb(self, verb: Verb, typed: str) -> None:
         try:
             values = vars(verb_parser(verb).parse_args(shlex.split(typed)[1:]))
-        except (argparse.ArgumentError, SystemExit) as error:
-            # argparse has said more on standard error, or has shown the help.
-            if isinstance(error, SystemExit) and error.code in (0, None):
-                return
-            raise ValueError(
-                f"{error if str(error) != '2' else 'see above'} (try {verb.name} --help)"
-            ) from None
+        except SystemExit:
+            return  # the help has been shown
         try:
             outcome = verb.run(self._app, values)
-        except ApplicationEndedError:
+        except ConnectionClosed:
             raise
-        except QtDriverError as error:
-            outcome = Outcome.of_error(error)
+        except FAILURES as error:
+            outcome = verb.failure(error)
         self.any_refused = self.any_refused or outcome.status != 0
         self._say(outcome.shown(self._as_json))
 

@@ -6,6 +6,7 @@ import argparse
 import json
 import os
 import select
+import signal
 import subprocess
 import sys
 from pathlib import Path
@@ -15,9 +16,10 @@ from .. import desktop
 from ..app import App
 from ..driver import Driver
 from ..errors import QtDriverError
+from ..waiting import given_up_when
 from .control import STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
-from .verbs import Arguments, verb_named
+from .verbs import FAILURES, Arguments, verb_named
 
 HOLD = "hold"
 """The hidden command that the process in the background runs."""
@@ -41,7 +43,11 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
         env=desktop.environment_for_own_network() if parsed.headless else None,
     ) as process:
         assert process.stdout is not None and process.stderr is not None
-        line = process.stdout.readline()
+        try:
+            line = process.stdout.readline()
+        except BaseException:
+            os.killpg(process.pid, signal.SIGTERM)  # nobody wants the application any more
+            raise
         if line:
             # It lives on: only its pipes are ours to close.
             process.stdout.close()
@@ -95,7 +101,7 @@ def _leave_terminal() -> None:
 
 
 def _serve(control: ControlSocket, app: App) -> None:
-    while True:
+    while app.connection.fileno() >= 0:  # it is closed when an application that hangs has been ended
         ready, _, _ = select.select([control, app.connection], [], [])
         if app.connection in ready and app.connection.is_closed():
             return
@@ -114,8 +120,7 @@ def _run(app: App, request: Request) -> Outcome:
     if verb is None:
         return Outcome.of_error(QtDriverError(f"no such command: {request.verb}"))
     try:
-        return verb.run(app, request.values)
-    except QtDriverError as error:
-        return Outcome.of_error(error)
-    except (KeyError, TypeError, ValueError, OSError) as error:
-        return Outcome.of_error(QtDriverError(f"{request.verb}: {error}"))
+        with given_up_when(request.is_abandoned):
+            return verb.run(app, request.values)
+    except FAILURES as error:
+        return verb.failure(error)

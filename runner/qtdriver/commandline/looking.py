@@ -77,6 +77,7 @@ def _add_get(parser: argparse.ArgumentParser) -> None:
         "properties",
         metavar="PROPERTY",
         nargs="*",
+        default=[],
         help="names; NAME=ARGUMENT for one that takes an argument; all without",
     )
     add_timeout(parser)

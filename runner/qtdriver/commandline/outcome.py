@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import json
+import signal
 from dataclasses import dataclass
 from typing import Any, Dict, Optional, Tuple, Type
 
@@ -22,7 +23,7 @@ from ..errors import (
 from ..wire import Rect
 
 OK, FAILED, USAGE, NOT_FOUND, AMBIGUOUS, BLOCKED, NO_APPLICATION, HANGS = range(8)
-INTERRUPTED = 130
+INTERRUPTED = 128 + signal.SIGINT
 
 EXIT_STATUSES = (
     (OK, "done"),
@@ -33,8 +34,14 @@ EXIT_STATUSES = (
     (BLOCKED, "a popup or a modal dialog is in front"),
     (NO_APPLICATION, "no application is held, or it has ended"),
     (HANGS, "the application did not answer in time"),
+    (128 + signal.SIGHUP, "the terminal was closed (SIGHUP)"),
     (INTERRUPTED, "interrupted"),
+    (128 + signal.SIGTERM, "terminated (SIGTERM)"),
 )
+
+
+class UsageError(QtDriverError, ValueError):
+    """The command line is wrong."""
 
 
 class NoApplicationError(QtDriverError):
@@ -42,6 +49,7 @@ class NoApplicationError(QtDriverError):
 
 
 _STATUS_OF: Tuple[Tuple[Type[QtDriverError], int], ...] = (
+    (UsageError, USAGE),
     (NotFoundError, NOT_FOUND),
     (WidgetNotFoundError, NOT_FOUND),
     (NotVisibleError, NOT_FOUND),

@@ -3,8 +3,6 @@
 from __future__ import annotations
 
 import argparse
-import select
-import time
 from typing import Any, Dict, Optional
 
 from ..app import App
@@ -36,7 +34,8 @@ def _pick(app: App, arguments: Arguments) -> Outcome:
     if arguments["countdown"] is None:
         wait_for_click(app.display, _CLICK_SECONDS)
     else:
-        time.sleep(arguments["countdown"])
+        for _ in attempts(Deadline(arguments["countdown"])):
+            pass  # attempts, not a sleep: the user may give up
     found = app.widget_at_cursor()
     if found is None:
         return Outcome("no widget of the application is under the cursor", None, NOT_FOUND)
@@ -117,15 +116,13 @@ def _wait_for_press(connection: Any, constants: Any, deadline: Deadline) -> None
             break
     else:
         raise PickError("another program holds the mouse: close its menu, or use --countdown")
-    while not deadline.passed():
-        if not connection.pending_events():
-            select.select([connection], [], [], min(deadline.remaining(), 0.1))
-            continue
-        # The release, not the press: the application shall not see half a click.
-        if connection.next_event().type == constants.ButtonRelease:
-            connection.ungrab_pointer(constants.CurrentTime)
-            connection.sync()
-            return
+    for _ in attempts(deadline):
+        while connection.pending_events():
+            # The release, not the press: the application shall not see half a click.
+            if connection.next_event().type == constants.ButtonRelease:
+                connection.ungrab_pointer(constants.CurrentTime)
+                connection.sync()
+                return
     raise PickError(f"nobody clicked within {deadline.seconds:g} seconds")
 
 

@@ -7,11 +7,15 @@ from dataclasses import dataclass
 from typing import Any, Callable, Dict, Tuple
 
 from ..app import App
+from ..errors import QtDriverError
 from ..window import Window
 from .outcome import Outcome
 
 Arguments = Dict[str, Any]
 """The values of a command line by their names: what JSON can hold."""
+
+FAILURES = (QtDriverError, OSError, KeyError, TypeError, ValueError)
+"""What running a command may raise. Files make the second one, values that do not fit the others."""
 
 
 @dataclass(frozen=True)
@@ -31,6 +35,12 @@ class Verb:
     example: str
     add_arguments: Callable[[argparse.ArgumentParser], None]
     run: Callable[[App, Arguments], Outcome]
+
+    def failure(self, error: Exception) -> Outcome:
+        """What is said when `run` has raised one of FAILURES."""
+        if not isinstance(error, QtDriverError):
+            error = QtDriverError(f"{self.name}: {error}")
+        return Outcome.of_error(error)
 
 
 def add_window(parser: argparse.ArgumentParser) -> None:
