@@ -1,5 +1,5 @@
 // Another application, without a window, that owns the clipboard now and then; see
-// tests/protocol/test_entry_dates.py.
+// tests/protocol/test_entry_spins.py.
 
 #include "testhost.h"
 
@@ -13,8 +13,6 @@ void build(TestHost& host)
     QApplication::setQuitOnLastWindowClosed(false);
     host.onRequest(
         QLatin1String("copy"), [] { QApplication::clipboard()->setText(QLatin1String("of another application")); });
-    host.onRequest(QLatin1String("paste"),
-        [&host] { host.journal(QLatin1String("clipboard ") + QApplication::clipboard()->text()); });
 }
 
 } // namespace

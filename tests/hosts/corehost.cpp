@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCommandLinkButton>
 #include <QDialog>
 #include <QInputDialog>
 #include <QLabel>
@@ -69,6 +70,18 @@ QPushButton* addButton(TestHost& host, QWidget* parent, const char* name)
     host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
     return button;
 }
+
+// Classes of an application: their widgets are named like those of Qt's classes.
+
+class DerivedToolButton : public QToolButton
+{
+    Q_OBJECT
+};
+
+class DerivedInputDialog : public QInputDialog
+{
+    Q_OBJECT
+};
 
 // Deletes a window after an event of an object in it, as soon as the event loop runs again.
 class Killer : public QObject
@@ -135,9 +148,10 @@ void buildNames(TestHost& host)
 {
     host.onRequest(text("showNames"), [&host] {
         auto* window = addWindow("names", "Names", QPoint(500, 30));
-        const char* const labels[] = {"&Cancel", "Apply  to all", "Don't save", ""};
-        for (const char* label : labels) {
-            auto* button = add(window, new QPushButton(text(label)));
+        QPushButton* const buttons[] = {new QPushButton(text("&Cancel")), new QPushButton(text("Apply  to all")),
+            new QPushButton(text("Don't save")), new QPushButton, new QCommandLinkButton(text("Go on"))};
+        for (QPushButton* button : buttons) {
+            add(window, button);
             host.onSignal(
                 button, SIGNAL(clicked()), [&host, button] { host.journal(text("clicked label ") + button->text()); });
         }
@@ -147,6 +161,9 @@ void buildNames(TestHost& host)
         auto* second = add(window, new QToolButton);
         second->addAction(action);
         second->addAction(new QAction(text("Save"), window));
+        auto* derivedAction = named(new QAction(text("Close"), window), "fileClose");
+        host.journalSignal(derivedAction, SIGNAL(triggered()), text("triggered"));
+        add(window, new DerivedToolButton)->setDefaultAction(derivedAction);
         window->show();
     });
     host.onRequest(text("showUnnamed"), [] {
@@ -220,8 +237,12 @@ void buildDialogs(TestHost& host)
         dialog->show();
     });
     host.onRequest(text("openInputDialog"), [&host] {
-        auto* dialog = named(new QInputDialog, "input");
+        auto* dialog = named(new DerivedInputDialog, "input");
         dialog->setWindowTitle(text("Input"));
+        dialog->sizeHint(); // makes its layout
+        add(dialog, new ValueWidget)->setFixedHeight(20);
+        add(dialog, new QPushButton(text("Help")));
+        add(dialog, new QToolButton)->setDefaultAction(named(new QAction(text("Find"), dialog), "find"));
         auto* frame = new QWidget(dialog);
         new QVBoxLayout(frame);
         add(frame, new QLineEdit);
@@ -313,12 +334,14 @@ void buildMisc(TestHost& host)
     host.onRequest(text("addTrayIcons"), [] {
         QPixmap pixmap(16, 16);
         pixmap.fill(Qt::red);
-        const char* const names[] = {"tray", "double", "double", "shown"};
-        for (const char* name : names) {
-            auto* icon = named(new QSystemTrayIcon(QIcon(pixmap), qApp), name);
-            if (qstrcmp(name, "tray") != 0)
-                icon->show();
-        }
+        const struct
+        {
+            const char* name;
+            bool visible;
+        } icons[] = {{"tray", false}, {"double", true}, {"double", true}, {"shown", true}, {"among", false},
+            {"among", true}, {"among", false}};
+        for (const auto& icon : icons)
+            named(new QSystemTrayIcon(QIcon(pixmap), qApp), icon.name)->setVisible(icon.visible);
     });
     host.onRequest(text("reportTrayIcon"), [&host] {
         const QRect rect = qApp->findChild<QSystemTrayIcon*>(text("shown"))->geometry();
@@ -372,3 +395,5 @@ int main(int argc, char** argv)
 {
     return TestHost::run(argc, argv, build);
 }
+
+#include "corehost.moc"

@@ -4,7 +4,6 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QCompleter>
 #include <QDateTimeEdit>
@@ -117,7 +116,6 @@ public:
         addDateTimeEdits();
         addSliders();
         addComboBoxes();
-        addClipboard();
         move(40, 40);
         show();
     }
@@ -131,6 +129,13 @@ private:
         grid->addWidget(widget, rows[column]++, column);
         host.journalInput(widget);
         return widget;
+    }
+
+    // Journals the mouse at that part of a field which gets it, as that of NAMEText.
+    void journalText(QWidget* field, QWidget* part)
+    {
+        part->setObjectName(field->objectName() + QLatin1String("Text"));
+        host.journalInput(part);
     }
 
     QLineEdit* addLine(const char* name, const char* text)
@@ -170,6 +175,7 @@ private:
         for (const char* name : names) {
             auto* edit = add(name, 1, new QTextEdit);
             edit->setFixedHeight(60);
+            journalText(edit, edit->viewport());
             if (name != names[1] && name != names[3])
                 edit->setPlainText(QLatin1String("old\ntext"));
             edit->setReadOnly(name == names[2]);
@@ -185,6 +191,12 @@ private:
     {
         add(name, 2, box);
         host.journalSignal(box, SIGNAL(editingFinished()), QLatin1String("finished"));
+        journalText(box, box->template findChild<QLineEdit*>());
+        host.onRequest(QLatin1String(name) + QLatin1String("Centre"), [=] {
+            QStyleOptionSpinBox option;
+            option.initFrom(box);
+            journalCentre(box->style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxEditField, box));
+        });
         return box;
     }
 
@@ -222,6 +234,13 @@ private:
         dieLater(addMoment("doomedDate", new QDateEdit, "yyyy-MM-dd"), SIGNAL(dateChanged(QDate)));
     }
 
+    void journalCentre(const QRect& rect)
+    {
+        host.journal(QString::fromLatin1("centre %1,%2")
+                         .arg((rect.left() + rect.right()) / 2)
+                         .arg((rect.top() + rect.bottom()) / 2));
+    }
+
     QSlider* addSlider(const char* name, Qt::Orientation orientation, int maximum, int length)
     {
         auto* slider = add(name, 3, new QSlider(orientation));
@@ -250,11 +269,8 @@ private:
         host.onRequest(QLatin1String("placeOfFirstPixel"), [=] {
             QStyleOptionSlider option;
             option.initFrom(upright);
-            const QRect handle
-                = upright->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, upright);
-            host.journal(QString::fromLatin1("first %1,%2")
-                             .arg((handle.left() + handle.right()) / 2)
-                             .arg((handle.top() + handle.bottom()) / 2));
+            journalCentre(
+                upright->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, upright));
         });
         addSlider("uprightInverted", Qt::Vertical, 10, 80)->setInvertedAppearance(true);
         addSlider("disabledSlider", Qt::Horizontal, 10, 100)->setEnabled(false);
@@ -289,7 +305,7 @@ private:
         addChoice("unset", new QComboBox)->setCurrentIndex(-1);
         auto* editable = addChoice("editable", new QComboBox);
         editable->setEditable(true);
-        host.journalInput(editable->lineEdit());
+        journalText(editable, editable->lineEdit());
         auto* editableUnset = addChoice("editableUnset", new QComboBox);
         editableUnset->setEditable(true);
         editableUnset->setCurrentIndex(-1);
@@ -319,12 +335,6 @@ private:
         });
         host.onRequest(QLatin1String("endDoubleClickInterval"), [] { QApplication::setDoubleClickInterval(0); });
         host.onRequest(QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
-    }
-
-    void addClipboard()
-    {
-        host.onRequest(QLatin1String("paste"),
-            [this] { host.journal(QLatin1String("clipboard ") + QApplication::clipboard()->text()); });
     }
 
     // Deletes the widget soon after the signal, but not within it: Qt itself could not bear that.

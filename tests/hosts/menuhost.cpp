@@ -104,6 +104,8 @@ void addSizes(TestHost& host, const MenuBuilder& build, QMenuBar* bar)
     for (int i = 0; i < 200; ++i)
         build.item(many, QString::fromLatin1("entry%1").arg(i), QString::fromLatin1("Entry %1").arg(i));
 
+    build.item(build.submenu(bar, "zoomMenu", "Zoom/&Pan"), "zoomIn", "In");
+
     QMenu* lazy = build.submenu(bar, "lazyMenu", "Lazy");
     host.onSignal(lazy, SIGNAL(aboutToShow()), [=, &host] {
         lazy->clear();

@@ -47,6 +47,7 @@ struct Stage
             {"single", QAbstractItemView::SingleSelection},
             {"multi", QAbstractItemView::MultiSelection},
             {"extended", QAbstractItemView::ExtendedSelection},
+            {"contiguous", QAbstractItemView::ContiguousSelection},
             {"none", QAbstractItemView::NoSelection},
         };
         for (const Mode& mode : modes)

@@ -63,6 +63,15 @@ def center(app, name):
     return f"{(width - 1) // 2},{(height - 1) // 2}"
 
 
+def press_in(app, name):
+    """Where in a field its inner part was pressed, in coordinates of the field."""
+    presses = [line.split(" ")[2:] for line in app.events("press") if line.split(" ")[1] == name + "Text"]
+    assert [press[1:] for press in presses] == ["button 1 buttons 1 modifiers 0".split(" ")]
+    inner = app.get(name + "Text", "geometry").split(" ")[0]
+    x, y = (int(a) + int(b) for a, b in zip(inner.split(","), presses[0][0].split(",")))
+    return f"{x},{y}"
+
+
 def type_error(name, class_name, expected):
     return f'8,Exception : Type error: object "{name}" of class "{class_name}" accepts {expected}.'
 

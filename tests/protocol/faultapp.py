@@ -1,6 +1,7 @@
 """An application at work, which tells whether a fault of its test server has disturbed it."""
 
 import os
+import re
 import socket
 import struct
 from contextlib import contextmanager, suppress
@@ -16,6 +17,11 @@ LONGEST_GAP = DEADLINE * 1000
 MEBIBYTE = 1 << 20
 CLOSED = "agent open 0 state 0"
 CLICK = b"5,Faults,own,,,\n"
+UNKNOWN = b"8,Nowhere\n"
+PRESS, RELEASE = (
+    b"9,Faults,pad,QWidget," + f"s:{word}:LeftButton:::".encode().hex().encode() + b",\n"
+    for word in ("MousePress", "MouseRelease")
+)
 
 
 def end(connection, reset):
@@ -86,6 +92,14 @@ class FaultApp(HostApp):
         print(f"between two ticks: {work} ms of work, {gap} ms in all")
         assert work <= MOST_WORK
         assert gap <= LONGEST_GAP
+
+    def unread(self):
+        """Bytes that the server has sent and the agent has not taken from its socket."""
+        port = self.socket.getpeername()[1]
+        table = Path(f"/proc/{self.process.pid}/net/tcp").read_text()
+        sent = re.search(rf" 0100007F:1092 0100007F:{port:04X} \S+ (\S+):", table)[1]
+        arrived = re.search(rf" 0100007F:{port:04X} 0100007F:1092 \S+ \S+:(\S+)", table)[1]
+        return int(sent, 16) + int(arrived, 16)
 
     def memory(self, name="VmRSS"):
         """Bytes of the application: VmRSS now, VmHWM at most since `forget_peak`."""

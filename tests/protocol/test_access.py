@@ -74,6 +74,20 @@ def test_a_mouse_command_proceeds_behind_a_popup(app):
     assert app.events("press")[0].startswith("press popup "), "a click beside a popup goes to the popup"
 
 
+def test_a_mouse_command_proceeds_behind_a_popup_of_a_modal_dialog(app):
+    app.show("openDialog", "dialog1")
+    app.do("openMenu")
+    assert app.activate("Editor", "twin") == "4,Window (Editor) not active popup"
+    assert app.mouse("Editor", "canvas", "MouseClick:LeftButton:::") == "0,QWidget"
+    app.wait_for("hidden popup")
+    assert [line.split(" ")[1] for line in app.events("press")] == ["popup"]
+    # Without the popup the dialog is in the way.
+    assert app.mouse("Editor", "canvas", "MouseClick:LeftButton:::") == "4,Window (Editor) not active modal"
+    assert app.activate("Save", "accept") == "0,QPushButton"
+    app.wait_for("dialog result 1")
+    assert len(app.events("press")) == 1
+
+
 def test_properties_can_be_read_behind_a_popup(app):
     app.do("openMenu")
     assert app.read("Editor", "twin", "text") == "u:twin"

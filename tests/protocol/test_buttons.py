@@ -55,11 +55,23 @@ def test_a_bool_toggles_only_when_needed(app, name):
     assert app.events("clicked") == [f"clicked {name}"]
 
 
-def test_unchecking_a_check_box_clicks_it_once(app):
-    app.activate(WINDOW, "check", "b:true")
-    app.activate(WINDOW, "check", "b:false")
-    app.wait_for("toggled check false")
-    assert app.events("clicked") == ["clicked check", "clicked check"]
+@pytest.mark.parametrize("name", ["check", "toggle"])
+def test_false_clicks_a_button_that_is_on_and_none_that_is_off(app, name):
+    assert app.activate(WINDOW, name, "b:false").startswith("0,")
+    assert app.events("press", "clicked") == []
+    for value in ("b:true", "b:false", "b:false"):
+        assert app.activate(WINDOW, name, value).startswith("0,")
+    app.wait_for(f"toggled {name} false")
+    assert app.get(name, "checked") == "false"
+    assert app.events("clicked") == [f"clicked {name}"] * 2
+
+
+@pytest.mark.parametrize("option", ["s:abc", "i:1", "b:false"])
+@pytest.mark.parametrize("name, value", [("push", ""), ("toggle", "b:true"), ("check", "b:true")])
+def test_the_option_is_not_looked_at(plain, name, value, option):
+    assert plain.activate(WINDOW, name, value, option).startswith("0,")
+    plain.wait_for(f"clicked {name}")
+    assert plain.events("clicked") == [f"clicked {name}"]
 
 
 def test_a_checkable_group_box_is_toggled_at_its_check_box(app):
@@ -79,6 +91,17 @@ def test_a_group_box_is_toggled_wherever_its_title_stands(app, name):
 
 def refused(name, class_name, expected):
     return f'8,Exception : Type error: object "{name}" of class "{class_name}" accepts {expected}.'
+
+
+NO_VALUES = ["b:yes", "b:True", "B:true", "b:true ", "i:", "i:4x", "i:99999999999", "x:1", "true"]
+
+
+@pytest.mark.parametrize("value", NO_VALUES)
+def test_what_is_no_value_reads_as_none(plain, value):
+    assert plain.activate(WINDOW, "check", value) == refused("check", "QCheckBox", "bool")
+    assert plain.activate(WINDOW, "push", value) == "0,QPushButton"
+    plain.wait_for("clicked push")
+    assert plain.events("clicked", "toggled") == ["clicked push"]
 
 
 @pytest.mark.parametrize("value", ["s:true", "i:1"])

@@ -37,6 +37,14 @@ def test_a_button_that_deletes_its_window(app, name):
     assert app.request("8,Editor") == "0,Editor"
 
 
+def test_a_double_click_on_a_button_that_deletes_its_window_when_clicked(app):
+    double_click = "MouseDoubleClick:LeftButton:::"
+    assert app.mouse("Deadly", "closeWindow", double_click, class_name="QWidget") == "0,QWidget"
+    eventually(lambda: app.request("8,Deadly"), "2,Window (Deadly) not found")
+    assert app.events("clicked") == ["clicked closeWindow"]
+    assert app.request("8,Editor") == "0,Editor"
+
+
 def test_a_window_that_is_deleted_within_a_press(app):
     assert app.mouse("Deadly", "closeOnPress", "MousePress:LeftButton:::") == "0,QPushButton"
     assert app.request("8,Deadly") == "2,Window (Deadly) not found"

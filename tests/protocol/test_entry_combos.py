@@ -9,6 +9,7 @@ from entryfields import (
     CLEAR,
     DIED,
     WINDOW,
+    center,
     disabled,
     input_events,
     keys,
@@ -29,6 +30,12 @@ def test_an_item_is_chosen_in_the_list_with_arrow_keys_and_return(app, index, ar
     assert app.events("chosen") == [f"chosen choice {index}"]
     assert app.get("choice", "currentIndex") == str(index)
     assert app.get("choiceList", "visible") == "false"
+
+
+def test_the_list_is_opened_by_a_click_at_the_combo_boxs_centre(app):
+    app.activate(WINDOW, "choice", "i:0")
+    app.wait_for("chosen choice 0")
+    assert app.events("press") == [f"press choice {center(app, 'choice')} button 1 buttons 1 modifiers 0"]
 
 
 def test_items_are_chosen_one_after_the_other(app):
@@ -156,6 +163,13 @@ def test_an_item_is_chosen_in_an_editable_combo_box_with_arrow_keys_only(app, in
     assert keys(app, "editable") == arrows
     assert app.events("chosen")[-1] == f"chosen editable {index}"
     assert app.get("editable", "currentIndex") == str(index)
+
+
+@pytest.mark.parametrize("act, value", [("activate", "i:0"), ("enter", "s:mauve")])
+def test_an_editable_combo_box_is_clicked_at_the_centre_of_its_line_edit(app, act, value):
+    assert getattr(app, act)(WINDOW, "editable", value) == "0,QComboBox"
+    place = center(app, "editableText")
+    assert app.events("press") == [f"press editableText {place} button 1 buttons 1 modifiers 0"]
 
 
 def test_in_an_editable_combo_box_a_text_chooses_the_first_item_that_equals_it(app):

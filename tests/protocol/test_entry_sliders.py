@@ -112,7 +112,7 @@ def test_a_vertical_slider_is_pressed_and_released_at_its_first_pixel(app, name,
 
 def test_the_first_pixel_of_a_vertical_slider_is_where_a_bare_handle_is(app):
     app.do("placeOfFirstPixel")
-    place = app.wait_for(re.compile("first .*")).split(" ")[1]
+    place = app.wait_for(re.compile("centre .*")).split(" ")[1]
     app.activate(WINDOW, "upright", "i:0")
     assert [line.split(" ")[2] for line in app.events("press", "release")] == [place, place]
 

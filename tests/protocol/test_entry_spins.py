@@ -10,11 +10,22 @@ from entryfields import (
     input_events,
     keys,
     plain_app,
+    press_in,
     styled_app,
     type_error,
 )  # noqa: F401
 
 PASTE = ["Home", "Shift+End", "Control+V"]
+
+
+@pytest.mark.parametrize("act", ["activate", "enter"])
+@pytest.mark.parametrize(
+    "name, text", [("amount", "5"), ("price", "2.5"), ("date", "2020-11-30"), ("calendar", "2020-11-30")]
+)
+def test_a_field_with_arrows_is_clicked_at_the_centre_of_its_text(app, name, text, act):
+    getattr(app, act)(WINDOW, name, f"s:{text}")
+    app.do(f"{name}Centre")
+    assert app.events("centre") == [f"centre {press_in(app, name)}"]
 
 
 # Spin boxes

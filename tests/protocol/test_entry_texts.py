@@ -13,6 +13,7 @@ from entryfields import (
     keys,
     launched,
     not_implemented,
+    press_in,
     type_error,
 )
 
@@ -175,8 +176,9 @@ def test_a_mouse_command_reaches_a_line_edit(app):
 # Text edits
 
 
-def test_a_text_edit_is_clicked_cleared_and_typed_into(app):
+def test_a_text_edit_is_clicked_at_its_center_cleared_and_typed_into(app):
     assert app.enter(WINDOW, "notes", "s:aB1") == "0,QTextEdit"
+    assert press_in(app, "notes") == center(app, "notes")
     expected = ["Control+Home", "Control+Shift+End", "Backspace", "a", "B", "1"]
     assert keys(app, "notes") == keys(app, "notes", "keyrelease") == expected
     assert app.get("notes", "plainText") == "aB1"

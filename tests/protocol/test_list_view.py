@@ -2,7 +2,7 @@
 
 import pytest
 
-from viewapp import DOWN, F2, SPACE, UP, error, opener
+from viewapp import DOWN, F2, PASTE_OVER, SPACE, UP, error, opener
 
 TYPE_ERROR = 'Type error: object "list" of class "QListView" accepts '
 
@@ -230,6 +230,15 @@ def test_a_text_replaces_the_current_items_text(letters):
     letters.app.wait_for("data list 2,0 'Cow, brown' check 0")
     assert letters.key_codes()[:3] == [UP, DOWN, F2]
     assert letters.items("itemList")[2] == "Cow, brown"
+
+
+def test_a_text_is_pasted_over_the_old_one_and_stays_on_the_clipboard(letters):
+    letters.app.do("currentCat")
+    letters.enter("s:Cow")
+    letters.app.wait_for("data list 2,0 'Cow' check 0")
+    assert letters.keys("Editor") == PASTE_OVER
+    letters.app.do("paste")
+    assert letters.app.events("clipboard") == ["clipboard Cow"]
 
 
 def test_an_empty_text_empties_the_item(letters):

@@ -70,6 +70,7 @@ def test_the_item_list_holds_all_paths(app):
         "1/2/3/4/5/6 off",
     ]
     assert items[33:233] == [f"Many/Entry {i}" for i in range(200)]
+    assert items[233] == "Zoom/Pan/In"
 
 
 CHECKED = [
@@ -79,6 +80,8 @@ CHECKED = [
     ("Options/Item 3/Item 1", "0,b:false"),
     ("Options/Plain", error("Item is not checkable")),
     ("File/Save", error("Item is not checkable")),
+    ("Zoom/Pan/In", error("Item is not checkable")),
+    ("Zoom/In", error("Invalid item")),
     ("File", error("Item is not checkable")),
     ("File/Recent", error("Item is not checkable")),
     ("File/Recent/x", error("Item is disabled")),
@@ -111,6 +114,9 @@ DISABLED = [
     ("Texts/P/Q", "0,b:true"),
     ("Texts/P/Q/R", error("P/Q is disabled")),
     ("Texts/In/Out/C", "0,b:false"),
+    ("Zoom/Pan", "0,b:false"),
+    ("Zoom/Pan/In", "0,b:false"),
+    ("Zoom/In", error("Could not find Zoom")),
     ("Texts/", "0,b:false"),
     ("Nope", error("Could not find Nope")),
     ("Nope/x", error("Could not find Nope")),

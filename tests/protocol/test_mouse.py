@@ -146,6 +146,30 @@ def test_a_press_stays_held_until_its_release(app):
     play(app, "MouseRelease:RightButton:0.4:0.4:")
 
 
+def press(app, name):
+    """A press on a widget whose focus is to be looked at: another one has it before."""
+    app.wait_until("edit", "focus", "true")
+    assert app.mouse("Focus", name, "MousePress:LeftButton:::") == "0,QLabel"
+    app.wait_for(re.compile(f"press {name} .*"))
+
+
+@pytest.mark.parametrize(
+    "name, owner", [(f"{kind}{part}", kind) for kind in ("click", "strong") for part in ("", "Title")]
+)
+def test_a_press_gives_the_focus_to_a_widget_or_focus_proxy_that_takes_it_by_clicks(launch, name, owner):
+    app = launch("focushost")
+    press(app, name)
+    assert app.get(owner, "focus") == "true"
+    assert app.get("edit", "focus") == "false"
+
+
+@pytest.mark.parametrize("name", ["none", "noneTitle", "tab", "tabTitle"])
+def test_a_press_gives_the_focus_to_no_other_widget(launch, name):
+    app = launch("focushost")
+    press(app, name)
+    assert app.get("edit", "focus") == "true"
+
+
 @pytest.mark.parametrize(
     "command, message",
     [

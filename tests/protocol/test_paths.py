@@ -100,6 +100,7 @@ def test_a_path_of_empty_elements_fits_every_unnamed_widget(app, path):
         ("ApplyToAll_dialog_button", "Apply  to all"),
         ("Don'tSave_dialog_button", "Don't save"),
         ("\0_dialog_button", ""),
+        ("GoOn_dialog_button", "Go on"),
     ],
 )
 def test_an_unnamed_push_button_is_named_by_its_text(app, name, label):
@@ -109,10 +110,15 @@ def test_an_unnamed_push_button_is_named_by_its_text(app, name, label):
     assert app.read("Names", f"names/{name}", "text") == "u:" + label.replace("&", "")
 
 
-def test_a_tool_button_is_named_by_its_only_action(app):
+@pytest.mark.parametrize(
+    "action, class_name", [("fileOpen", "QToolButton"), ("fileClose", "DerivedToolButton")]
+)
+def test_a_tool_button_is_named_by_its_only_action(app, action, class_name):
     app.show("showNames", "names")
-    assert app.activate("Names", "fileOpen_action_button") == "0,QToolButton"
-    app.wait_for("triggered fileOpen")
+    name = f"{action}_action_button"
+    assert app.read("Names", name, "className") == f"u:{class_name}"
+    assert app.activate("Names", name) == "0,QToolButton"
+    app.wait_for(f"triggered {action}")
 
 
 def test_a_derived_name_must_fit_exactly(app):
@@ -129,9 +135,21 @@ def test_an_unnamed_widget_of_an_input_dialog_is_named_by_its_class(app):
     app.show("openInputDialog", "input")
     assert app.read("Input", "QLineEdit__widget__", "className") == "u:QLineEdit"
     assert app.read("Input", "input/QLineEdit__widget__", "visible") == "0,b:true"
+    assert app.read("Input", "ValueWidget__widget__", "className") == "u:ValueWidget"
+    assert app.read("Input", "input", "className") == "u:DerivedInputDialog"
     # The other line edit, one level deeper, has no such name: the one above is not ambiguous.
     assert app.activate("Input", "Ok_dialog_button") == "0,QPushButton"
     app.wait_for("input ")
+
+
+@pytest.mark.parametrize(
+    "class_name, name", [("QPushButton", "Help_dialog_button"), ("QToolButton", "find_action_button")]
+)
+def test_a_button_of_an_input_dialog_is_named_as_any_other(app, class_name, name):
+    app.show("openInputDialog", "input")
+    assert app.read("Input", name, "className") == f"u:{class_name}"
+    other = f"{class_name}__widget__"
+    assert app.read("Input", other, "className") == f"5,Widget ({other}) not found"
 
 
 def test_a_changed_text_changes_the_derived_name_at_once(app):

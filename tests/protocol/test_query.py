@@ -55,6 +55,25 @@ def test_an_unnamed_widget_is_counted_among_all_unnamed_ones(app):
     assert app.request("3") == f"?,QLabel,2,2,several/unnamed,several,{hexed_title('Several')}"
 
 
+@pytest.mark.parametrize(
+    "opening, window, name, served_class",
+    [
+        ("showNames", "names", "Cancel_dialog_button", "QPushButton"),
+        ("showNames", "names", "GoOn_dialog_button", "QPushButton"),
+        ("showNames", "names", "fileOpen_action_button", "QToolButton"),
+        ("showNames", "names", "fileClose_action_button", "QToolButton"),
+        ("openInputDialog", "input", "ValueWidget__widget__", "QWidget"),
+        ("openInputDialog", "input", "Help_dialog_button", "QPushButton"),
+        ("openInputDialog", "input", "find_action_button", "QToolButton"),
+    ],
+)
+def test_an_unnamed_widget_is_told_by_its_derived_name(app, opening, window, name, served_class):
+    app.show(opening, window)
+    point_at(app, f"Widget:{window}", name)
+    assert app.request("3").split(",")[:2] == ["?", served_class]
+    assert app.request("3").split(",")[4] == f"{window}/{name}"
+
+
 def test_an_unnamed_modal_window_is_told_as_the_active_modal_widget(app):
     app.do("openUntitledDialog")
     app.wait_until("label", "visible", "true")
@@ -137,3 +156,10 @@ def test_a_tray_icon_without_a_known_place_has_no_rectangle(app):
     assert known == (QT == 4)
     expected = f"0,r:{left},{top},{right},{bottom}" if known else "8,Exception : Rectangle not defined"
     assert app.request("12,,shown") == expected
+
+
+def test_the_visible_one_of_several_tray_icons_is_found(app):
+    app.do("addTrayIcons")
+    # As far as it has a place.
+    reply = "0,r:" if QT == 4 else "8,Exception : Rectangle not defined"
+    assert app.request("12,,among").startswith(reply)

@@ -2,9 +2,8 @@
 
 import pytest
 
-from viewapp import DOWN, F2, LEFT, RIGHT, TAB, UP, error, opener
+from viewapp import DOWN, F2, LEFT, PASTE_OVER, RIGHT, SHIFT, TAB, UP, error, opener
 
-SHIFT = 0x02000000
 TYPE_ERROR = 'Type error: object "table" of class "QTableView" accepts '
 
 
@@ -180,16 +179,28 @@ def test_a_text_replaces_the_current_cells_text(numbered):
     assert numbered.read("itemText", "s:2:3") == "u:new, text"
 
 
+def test_a_text_is_pasted_over_the_old_one_and_stays_on_the_clipboard(numbered):
+    numbered.activate("s:2:3")
+    numbered.enter("s:new")
+    numbered.app.wait_for("data table 1,2 'new' check 0")
+    assert numbered.keys("Editor") == PASTE_OVER
+    numbered.app.do("paste")
+    assert numbered.app.events("clipboard") == ["clipboard new"]
+
+
 @pytest.mark.parametrize("value", ["", "i:1", "b:true"])
 def test_entering_takes_a_text(numbered, value):
     assert numbered.enter(value) == error(TYPE_ERROR + "string.")
 
 
-def test_entering_in_a_hidden_cell_is_refused(numbered):
-    numbered.activate("s:3:1")
-    numbered.app.do("hideThirdRow")
+@pytest.mark.parametrize(
+    "hide, message", [("hideThirdRow", "row 3 is hidden"), ("hideSecondColumn", "column 2 is hidden")]
+)
+def test_entering_in_a_hidden_cell_is_refused(numbered, hide, message):
+    numbered.activate("s:3:2")
+    numbered.app.do(hide)
     numbered.app.forget()
-    assert numbered.enter("s:x") == error("row 3 is hidden")
+    assert numbered.enter("s:x") == error(message)
     assert numbered.keys() == []
 
 

@@ -2,7 +2,7 @@
 
 import pytest
 
-from viewapp import DOWN, F2, PLUS, RIGHT, SPACE, UP, error, opener
+from viewapp import BACKSPACE, DOWN, F2, PLUS, RETURN, RIGHT, SPACE, UP, error, opener
 
 TYPE_ERROR = 'Type error: object "tree" of class "QTreeView" accepts '
 NO_FOCUS = "Oops, can?t set the focus to the list view"
@@ -158,11 +158,13 @@ def test_clearing_a_multi_selection_of_whole_rows_leaves_no_row_selected(files):
     assert files.selected() == []
 
 
-def test_in_extended_selection_the_item_becomes_the_only_selected_one(files):
-    files.app.do("extended")
+@pytest.mark.parametrize("mode", ["extended", "contiguous"])
+def test_in_these_selection_modes_the_item_becomes_the_only_selected_one_without_space(files, mode):
+    files.app.do(mode)
     files.app.do("selectLast")
-    files.activate("s:docs")
+    assert files.activate("s:docs") == "0,QTreeView"
     assert files.selected() == ["docs", "3", "hidden"]
+    assert SPACE not in files.key_codes()
 
 
 def test_a_tree_of_100000_items_is_listed_and_searched(start):
@@ -258,12 +260,19 @@ def test_a_bool_for_an_item_without_check_box_is_refused(files):
 
 
 @pytest.mark.parametrize("value", ["b:true", "s:0:x"])
-def test_entering_needs_a_current_item_that_is_shown(files, value):
+def test_entering_needs_a_current_item(files, value):
     files.app.do("noCurrent")
     assert files.enter(value) == error("No item is current")
+
+
+@pytest.mark.parametrize("hide, path", [("hideCurrent", "last:5"), ("hideFirstColumn", "5")])
+@pytest.mark.parametrize("value", ["b:true", "s:0:x"])
+def test_entering_needs_a_current_item_that_is_shown(files, hide, path, value):
     files.activate("s:last")
-    files.app.do("hideCurrent")
-    assert files.enter(value) == error('item "last:5" is hidden')
+    files.app.do(hide)
+    files.app.forget()
+    assert files.enter(value) == error(f'item "{path}" is hidden')
+    assert files.keys() == []
 
 
 @pytest.mark.parametrize("value", ["", "i:1"])
@@ -278,6 +287,21 @@ def test_a_text_is_entered_in_the_cell_of_the_column_it_begins_with(files):
     files.app.wait_for("data tree 0,1 'a:b' check 0")
     assert files.key_codes()[0] == F2
     assert files.read("itemPath", "s:docs/file") == "u:docs:3/file:a:b"
+
+
+def test_a_text_is_typed_over_the_old_one_and_the_clipboard_left_alone(files):
+    files.app.do("paste")
+    files.activate("s:docs/file:12")
+    files.enter("s:1:aB")
+    files.app.wait_for("data tree 0,1 'aB' check 0")
+    assert files.keys("Editor") == [
+        (BACKSPACE, "", 0),
+        (ord("A"), "a", 0),
+        (ord("B"), "B", 0),
+        (RETURN, "", 0),
+    ]
+    files.app.do("paste")
+    assert files.app.events("clipboard") == ["clipboard "] * 2
 
 
 @pytest.mark.parametrize("selected", ["rows", "cells"])

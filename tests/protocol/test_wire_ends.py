@@ -2,18 +2,13 @@
 
 import pytest
 
-from faultapp import CLICK, FaultApp
+from faultapp import CLICK, PRESS, RELEASE, UNKNOWN, FaultApp
 
 REQUESTS = b"8,Faults\n7,Faults,own,,text,\r\n" + CLICK
 REPLIES = b"0,Faults\n0,u:4f776e\n0,QPushButton\n"
-UNKNOWN = b"8,Nowhere\n"
 LEADS = pytest.mark.parametrize("lead", [0, 5000], ids=["first of all", "after a pause"])
 """So many requests are sent before the one that matters. After thousands, it is not executed as soon as it arrives."""
 ENDS = pytest.mark.parametrize("reset", [False, True], ids=["in order", "by a reset"])
-PRESS, RELEASE = (
-    b"9,Faults,pad,QWidget," + f"s:{word}:LeftButton:::".encode().hex().encode() + b",\n"
-    for word in ("MousePress", "MouseRelease")
-)
 
 
 @pytest.fixture

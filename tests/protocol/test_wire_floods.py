@@ -5,7 +5,7 @@ import threading
 
 import pytest
 
-from faultapp import CLICK, MEBIBYTE, FaultApp
+from faultapp import CLICK, MEBIBYTE, PRESS, RELEASE, UNKNOWN, FaultApp
 from hostapp import eventually, hexed
 
 READ_AHEAD = 64 * 1024
@@ -46,6 +46,24 @@ def test_the_longest_request_is_answered_and_one_more_byte_is_not(app):
     app.send(b"x" * (LONGEST_REQUEST + 1))
     assert app.read_line() is None
     app.wait_until_closed()
+
+
+@pytest.mark.parametrize("beyond", [-1, 0, 1])
+@pytest.mark.parametrize("next_request", [b"", UNKNOWN], ids=["alone", "before another"])
+def test_a_request_may_end_where_what_is_read_ahead_ends(app, beyond, next_request):
+    app.send(PRESS + RELEASE)
+    app.wait_for("dialog opens")
+    app.wait_until("question", "visible", "true")
+    path = "x" * (READ_AHEAD + beyond - len("8,\n"))
+    sent = f"8,{path}\n".encode() + next_request
+    app.send(sent)
+    eventually(app.unread, max(0, len(sent) - READ_AHEAD))
+    app.do("closeDialog")
+    expected = ["0,QWidget"] * 2 + [f"2,Window ({path}) not found"]
+    assert [app.read_line() for _ in expected] == expected
+    if not next_request:
+        app.send(UNKNOWN)
+    assert app.read_line() == "2,Window (Nowhere) not found"
 
 
 def test_replies_to_what_came_before_a_request_without_end_are_still_sent(app):

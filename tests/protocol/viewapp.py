@@ -2,8 +2,11 @@
 
 import re
 
-UP, DOWN, LEFT, RIGHT = 0x01000013, 0x01000015, 0x01000012, 0x01000014
-TAB, F2, RETURN, SPACE, PLUS = 0x01000001, 0x01000031, 0x01000004, 0x20, 0x2B
+UP, DOWN, LEFT, RIGHT, HOME, END = 0x01000013, 0x01000015, 0x01000012, 0x01000014, 0x01000010, 0x01000011
+TAB, F2, BACKSPACE, RETURN, SPACE, PLUS = 0x01000001, 0x01000031, 0x01000003, 0x01000004, 0x20, 0x2B
+SHIFT, CONTROL = 0x02000000, 0x04000000
+PASTE_OVER = [(END, "", 0), (HOME, "", SHIFT), (ord("V"), "", CONTROL), (RETURN, "", 0)]
+"""The keys with which an item's editor gets another text from the clipboard and hands it over."""
 
 
 class View:
@@ -48,9 +51,9 @@ class View:
     def selected(self):
         return self.state()[3]
 
-    def keys(self):
-        """The keys that the view itself was sent since the last `forget`, as (key, text, modifiers)."""
-        pattern = re.compile(rf"keypress {self.name} (\d+) '(.*)' modifiers (\d+)")
+    def keys(self, part=""):
+        """The keys since the last `forget`, as (key, text, modifiers): the view's own, or those of its "Editor"."""
+        pattern = re.compile(rf"keypress {self.name}{part} (\d+) '(.*)' modifiers (\d+)")
         found = [pattern.fullmatch(line) for line in self.app.events("keypress")]
         return [(int(m[1]), m[2], int(m[3])) for m in found if m]
 

@@ -7,6 +7,7 @@
 #include "proxies/stqtreeview.h"
 #include "proxy/stapplicationproxy.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListView>
 #include <QStandardItemModel>
@@ -66,6 +67,25 @@ public:
     }
 };
 
+// One in which arrow keys select nothing, space selects its item alone, and with Control in addition to others.
+class SpaceSelectedTree : public Tree
+{
+public:
+    using Tree::Tree;
+
+protected:
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex&, const QEvent* event) const override
+    {
+        if (!event || event->type() != QEvent::KeyPress)
+            return QItemSelectionModel::NoUpdate;
+        const auto* key = static_cast<const QKeyEvent*>(event);
+        if (key->key() != Qt::Key_Space)
+            return QItemSelectionModel::NoUpdate;
+        return key->modifiers() == Qt::ControlModifier ? QItemSelectionModel::Select
+                                                       : QItemSelectionModel::ClearAndSelect;
+    }
+};
+
 // Counts how often it is asked for a header's text.
 class HeaderModel : public QAbstractTableModel
 {
@@ -103,6 +123,8 @@ class TestItemViewProxies : public QObject
 private Q_SLOTS:
     void aListSelectsAllItsItemsInMultiSelection();
     void aListIsWalkedThroughInExtendedSelection();
+    void aListsFurtherItemsAreAddedWithControl_data();
+    void aListsFurtherItemsAreAddedWithControl();
     void aListIsRefusedInSingleSelection();
     void aListWithAMissingItemIsAnError();
     void treeArgumentsAreTexts();
@@ -132,6 +154,25 @@ void TestItemViewProxies::aListIsWalkedThroughInExtendedSelection()
     registry.activate(&tree, QString(), texts("one three"), QVariant());
     QCOMPARE(tree.currentItem()->text(0), QString::fromLatin1("three"));
     QCOMPARE(tree.selectedTexts(), texts("three"));
+}
+
+void TestItemViewProxies::aListsFurtherItemsAreAddedWithControl_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QStringList>("selected");
+    QTest::newRow("extended") << int(QAbstractItemView::ExtendedSelection) << texts("one three four");
+    QTest::newRow("contiguous") << int(QAbstractItemView::ContiguousSelection) << texts("one three four");
+    QTest::newRow("not in multi") << int(QAbstractItemView::MultiSelection) << texts("four");
+}
+
+void TestItemViewProxies::aListsFurtherItemsAreAddedWithControl()
+{
+    QFETCH(int, mode);
+    SpaceSelectedTree tree{QAbstractItemView::SelectionMode(mode)};
+    tree.topLevelItem(1)->setSelected(true);
+    STApplicationProxy registry;
+    registry.activate(&tree, QString(), texts("one three four"), QVariant());
+    QTEST(tree.selectedTexts(), "selected");
 }
 
 void TestItemViewProxies::aListIsRefusedInSingleSelection()

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void providerNamesWidgetsThatHaveNone();
     void providerIsNotAskedForObjectsWithAName();
     void providedNamesFitAncestors();
+    void anotherProviderTakesTheFirstOnesPlace();
 };
 
 void tst_NameProvider::providerNamesWidgetsThatHaveNone()
@@ -76,6 +77,18 @@ void tst_NameProvider::providedNamesFitAncestors()
     const PropertyProvider provider;
     QCOMPARE(find("group/inside"), inside);
     QVERIFY(!find("left/inside"));
+}
+
+void tst_NameProvider::anotherProviderTakesTheFirstOnesPlace()
+{
+    auto* unnamed = new QWidget(left);
+    unnamed->setProperty("providedName", text("given"));
+    unnamed->show();
+    const PropertyProvider first;
+    const PropertyProvider second;
+    QCOMPARE(find("given"), unnamed);
+    QVERIFY(second.asked.contains(unnamed));
+    QVERIFY(first.asked.isEmpty());
 }
 
 QTEST_MAIN(tst_NameProvider)

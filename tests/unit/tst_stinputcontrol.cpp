@@ -107,6 +107,7 @@ private Q_SLOTS:
     void aClickBesideAPopupGoesToThePopup();
     void withoutProcessingEventsAreOnlyPosted();
     void aTargetThatDiesBeforeTheEventIsAnError();
+    void aDoubleClickEndsSilentlyWhenTheReleaseWasTheTargetsEnd();
     void theKillerStopsItsEventTypeOnly();
     void aDragShowsTheTargetNoMoveWithoutButtons();
 
@@ -264,6 +265,26 @@ void tst_STInputControl::aTargetThatDiesBeforeTheEventIsAnError()
     } deleter(target);
     QCOMPARE(errorOf([&] { control.postInputEvent(target, new QEvent(QEvent::User)); }), latin1(deadWidgetMessage));
     QVERIFY(!guarded);
+}
+
+void tst_STInputControl::aDoubleClickEndsSilentlyWhenTheReleaseWasTheTargetsEnd()
+{
+    struct Deleter : QObject
+    {
+        bool eventFilter(QObject* watched, QEvent* event) override
+        {
+            if (event->type() != QEvent::MouseButtonRelease)
+                return false;
+            delete watched;
+            return true;
+        }
+    } deleter;
+    const QPointer<QWidget> target(window);
+    window = nullptr; // there is no other below
+    target->installEventFilter(&deleter);
+    const QPoint position = target->mapToGlobal(QPoint(10, 12));
+    QCOMPARE(errorOf([&] { control.mouseDoubleClick(position, Qt::LeftButton, Qt::NoModifier); }), QString());
+    QVERIFY(!target);
 }
 
 void tst_STInputControl::theKillerStopsItsEventTypeOnly()

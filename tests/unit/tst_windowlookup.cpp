@@ -1,7 +1,28 @@
 #include "identify/windowlookup.h"
 
-#include <QWidget>
+#include <QApplication>
+#include <QDialog>
 #include <QtTest>
+
+namespace {
+
+// Has a widget say that it is not visible while Qt still knows it as the active popup or modal widget.
+class Invisible
+{
+public:
+    explicit Invisible(QWidget& shownWidget)
+        : widget(shownWidget)
+    {
+        widget.setAttribute(Qt::WA_WState_Visible, false);
+    }
+    ~Invisible() { widget.setAttribute(Qt::WA_WState_Visible); }
+    Q_DISABLE_COPY(Invisible)
+
+private:
+    QWidget& widget;
+};
+
+} // namespace
 
 class tst_WindowLookup : public QObject
 {
@@ -10,6 +31,8 @@ class tst_WindowLookup : public QObject
 private Q_SLOTS:
     void withoutWindowsNothingIsFoundAndNothingTouched();
     void aWindowWithoutTitleFitsTheEmptyName();
+    void anInvisiblePopupIsNotFoundAndToldAllTheSame();
+    void anInvisibleModalWidgetIsNotFound();
     void theErrorsHaveFixedNumbersAndNames();
     void withoutPopupAndModalEveryWindowIsReachable();
 };
@@ -33,6 +56,36 @@ void tst_WindowLookup::aWindowWithoutTitleFitsTheEmptyName()
     QVERIFY(window == &shown);
     QCOMPARE(findWindow(window, QLatin1String("")), 1);
     QCOMPARE(findWindow(window, QLatin1String("Widget:")), 1);
+}
+
+void tst_WindowLookup::anInvisiblePopupIsNotFoundAndToldAllTheSame()
+{
+    QWidget popup(nullptr, Qt::Popup);
+    const QLatin1String name("Widget:ActivePopupWidget");
+    popup.show();
+    QWidget* window = nullptr;
+    QCOMPARE(findWindow(window, name), 1);
+    const Invisible invisible(popup);
+    QVERIFY(QApplication::activePopupWidget() == &popup);
+    window = nullptr;
+    QCOMPARE(findWindow(window, name), 0);
+    QVERIFY(window == &popup);
+}
+
+void tst_WindowLookup::anInvisibleModalWidgetIsNotFound()
+{
+    QDialog dialog;
+    dialog.setWindowTitle(QLatin1String("Save"));
+    dialog.setModal(true);
+    dialog.show();
+    const char* const names[] = {"Widget:ActiveModalWidget", "Widget:ActiveModalWidget:Save"};
+    QWidget* window = nullptr;
+    for (const char* name : names)
+        QCOMPARE(findWindow(window, QLatin1String(name)), 1);
+    const Invisible invisible(dialog);
+    QVERIFY(QApplication::activeModalWidget() == &dialog);
+    for (const char* name : names)
+        QCOMPARE(findWindow(window, QLatin1String(name)), 0);
 }
 
 void tst_WindowLookup::theErrorsHaveFixedNumbersAndNames()

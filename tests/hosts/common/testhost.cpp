@@ -5,6 +5,7 @@
 #include "signalhandler.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -78,6 +79,8 @@ TestHost::TestHost(const QString& library)
     connect(notifier, SIGNAL(activated(int)), SLOT(readRequest()));
     onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
     onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
+    onRequest(
+        QLatin1String("paste"), [this] { journal(QLatin1String("clipboard ") + QApplication::clipboard()->text()); });
     onRequest(QLatin1String("agentState"), [this] {
         const auto* socket = static_cast<TestClient*>(client);
         journal(QString::fromLatin1("agent open %1 state %2").arg(socket->isOpen()).arg(socket->state()));

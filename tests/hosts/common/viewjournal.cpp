@@ -3,6 +3,7 @@
 #include "testhost.h"
 
 #include <QAbstractItemView>
+#include <QLineEdit>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QStringList>
@@ -29,6 +30,34 @@ QString selectedTexts(const QAbstractItemView* view)
     return texts.join(QLatin1String("|"));
 }
 
+// Journals the input at the line edits in which a view has its items edited, as that of NAMEEditor.
+class EditorJournal : public QObject
+{
+public:
+    EditorJournal(TestHost& testHost, const QAbstractItemView* view)
+        : QObject(view->viewport())
+        , host(testHost)
+        , name(view->objectName() + QLatin1String("Editor"))
+    {
+        view->viewport()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::ChildPolished) {
+            if (auto* editor = qobject_cast<QLineEdit*>(static_cast<QChildEvent*>(event)->child())) {
+                editor->setObjectName(name);
+                host.journalInput(editor);
+            }
+        }
+        return false;
+    }
+
+private:
+    TestHost& host;
+    const QString name;
+};
+
 } // namespace
 
 void journalView(TestHost& host, QAbstractItemView* view)
@@ -40,6 +69,7 @@ void journalView(TestHost& host, QAbstractItemView* view)
     view->viewport()->setObjectName(name + QLatin1String("Viewport"));
     host.journalInput(view);
     host.journalInput(view->viewport());
+    new EditorJournal(host, view);
     if (view->model()) {
         host.onSignal(view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
             [=, &host] { host.journal(current + itemText(view->currentIndex())); });

@@ -8,7 +8,8 @@ class QAbstractItemView;
 class TestHost;
 
 // Journals what happens at a view named NAME:
-//   keypress NAME ..., press NAME ... and so on   input at the view and at NAMEViewport, its viewport
+//   keypress NAME ..., press NAME ... and so on   input at the view, at NAMEViewport, its viewport, and at NAMEEditor,
+//                                                 a line edit in which an item is edited
 //   current NAME ROW,COLUMN 'TEXT'                its current item changed
 //   selection NAME TEXT|TEXT                      its selection changed, to these items in the order of rows
 //   data NAME ROW,COLUMN 'TEXT' check STATE       data changed; the current item's
