@@ -11,42 +11,57 @@ from typing import Dict, Mapping, Optional
 from . import watchman
 
 _MARK = "QTDRIVER_LAUNCH"
+_WATCHMAN_SECONDS = 10.0
 
 
 class Custody:
-    """Knows the processes of one launch by a mark in their environment, which children inherit: so those too whose
-    parent has ended. A watchman, a process of its own, ends them if this process dies without having done so.
+    """Knows the processes of one launch by a mark in their environment, and by the session that the started process
+    leads: some programs clear their environment, and that of some cannot be read. A watchman, a process of its own,
+    ends them if this process dies without having done so.
     """
 
     def __init__(self) -> None:
         """Starts the watchman, which ends with this process, or with end()."""
-        self._token = secrets.token_hex(16)
+        self._launch = watchman.Launch(_MARK, secrets.token_hex(16))
         self._watchman: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
-            [sys.executable, "-I", "-S", watchman.__file__, _MARK, self._token],
+            [sys.executable, "-I", "-S", watchman.__file__, _MARK, self._launch.value],
             stdin=subprocess.PIPE,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
+            bufsize=0,
             start_new_session=True,  # Ctrl-C in the terminal is for the test, which then ends its applications
             env={name: value for name, value in os.environ.items() if name not in (_MARK, "LD_PRELOAD")},
         )
 
     def environment(self, environment: Mapping[str, str]) -> Dict[str, str]:
         """`environment` with the mark, for the process to start."""
-        return {**environment, _MARK: self._token}
+        return {**environment, _MARK: self._launch.value}
+
+    def take_session(self, leader: int) -> None:
+        """Takes in the session of the started process, `leader`, which is not to be reaped before end() has returned:
+        its id could be given to another process then."""
+        self._launch = self._launch._replace(session=leader)
+        assert self._watchman is not None and self._watchman.stdin is not None
+        self._watchman.stdin.write(str(leader).encode())
 
     def holds(self, pid: int) -> bool:
-        """Whether this living process has the mark."""
-        return watchman.carries(pid, _MARK, self._token)
+        """Whether this living process belongs to the launch."""
+        return self._launch.holds(pid)
 
     def has_any(self) -> bool:
-        """Whether any living process has the mark."""
-        return any(True for _ in watchman.carriers(_MARK, self._token))
+        """Whether any living process belongs to the launch."""
+        return any(self._launch.processes())
 
     def end(self, grace: float) -> None:
-        """Ends every process with the mark: SIGTERM, and SIGKILL after `grace` seconds. Then sends the watchman home."""
-        watchman.end_all(_MARK, self._token, grace)
+        """Ends every process of the launch: SIGTERM, and SIGKILL after `grace` seconds; gives up on those that may
+        not be signalled. Then sends the watchman home."""
+        self._launch.end(grace)
         if self._watchman is not None:
             assert self._watchman.stdin is not None
             self._watchman.stdin.close()
-            self._watchman.wait()
+            try:
+                self._watchman.wait(_WATCHMAN_SECONDS)
+            except subprocess.TimeoutExpired:
+                self._watchman.kill()
             self._watchman = None
+        self._launch = self._launch._replace(session=None)

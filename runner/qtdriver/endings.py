@@ -64,27 +64,30 @@ def describe_end(app: "App") -> ApplicationEndedError:
 
 def _hang(app: "App", error: QtDriverError) -> ApplicationHangsError:
     windows = last_windows(app.connection.transcript.exchanges())
-    _end_process(app)
+    end = "was ended" if _end_process(app) else "could not be ended"
     seen = ["the windows that were last seen:", *describe_windows(windows)]
     return ApplicationHangsError(
-        "\n".join([f"{error}; the application hangs, and process {app.pid} was ended", *seen])
+        "\n".join([f"{error}; the application hangs, and process {app.pid} {end}", *seen])
     )
 
 
-def _end_process(app: "App") -> None:
+def _end_process(app: "App") -> bool:
+    """Ends the application, also one that came by itself; whether that could be done."""
+    app.terminate(_GRACE_SECONDS)
     if app.process is not None:
-        app.terminate(_GRACE_SECONDS)
-        return
-    app.connection.close()
+        return app.process.has_ended()
     try:
         process = Descendant(app.pid)
-        process.send_signal(signal.SIGTERM)
-        for _ in attempts(Deadline(_GRACE_SECONDS)):
-            if not process.is_alive():
-                return
-        process.send_signal(signal.SIGKILL)
-    except (ProcessLookupError, PermissionError):
-        pass
+        for number in (signal.SIGTERM, signal.SIGKILL):
+            process.send_signal(number)
+            for _ in attempts(Deadline(_GRACE_SECONDS)):
+                if not process.is_alive():
+                    return True
+        return False
+    except ProcessLookupError:
+        return True
+    except PermissionError:
+        return False
 
 
 def last_windows(exchanges: "tuple[Exchange, ...]") -> List[WindowRecord]:

@@ -42,15 +42,21 @@ class EarlyExitError(QtDriverError):
 
 
 class NoGreetingError(QtDriverError):
-    """The application runs, but its agent has not greeted in time. It has been ended."""
+    """The application runs, but its agent has not greeted in time. It has been ended, if this user may do that."""
 
-    def __init__(self, program: str, timeout: float, last_words: str) -> None:
+    def __init__(
+        self, program: str, timeout: float, last_words: str, remaining: Optional[int] = None
+    ) -> None:
+        """`remaining` is the process that could not be ended."""
+        end = "It was ended"
+        if remaining is not None:
+            end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
         output = f"; its last output:\n{last_words}" if last_words else ""
         super().__init__(
             f"{program} runs, but its agent has not connected within {timeout:g} seconds. Is it a Qt widgets "
             "application, of the Qt version given with --qt? Does it show a display error, wait for "
             "something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
-            "is dropped then), or need longer (--timeout)? It was ended" + output
+            f"is dropped then), or need longer (--timeout)? {end}{output}"
         )
 
 
@@ -116,6 +122,7 @@ def _start(
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             bufsize=0,
+            start_new_session=True,  # by which custody knows what clears its environment
         )
     except OSError as error:
         custody.end(0)
@@ -128,7 +135,7 @@ def _wait_for_greeting(
 ) -> Connection:
     """The first agent of the process that was started, or of one that it has started in turn."""
     connection = reception.wait_for(
-        lambda pid: pid == process.pid or process.custody.holds(pid),
+        process.custody.holds,
         Deadline(timeout),
         request_timeout,
         given_up=process.has_ended,
@@ -138,4 +145,6 @@ def _wait_for_greeting(
     status = process.status()
     if status is not None:
         raise EarlyExitError(program, status, process.last_words())
-    raise NoGreetingError(program, timeout, process.last_words())
+    last_words = process.last_words()
+    ended = process.terminate() is not None
+    raise NoGreetingError(program, timeout, last_words, None if ended else process.pid)

@@ -2,18 +2,21 @@
 
 from __future__ import annotations
 
+import os
 import signal
 import subprocess
 from typing import Optional
 
 from .custody import Custody
 from .output import OutputTail
+from .waiting import Deadline, attempts
 
 _LAST_WORDS = 20
 """Lines of output that a message quotes."""
 
 GRACE_SECONDS = 5.0
 _OUTPUT_SECONDS = 1.0
+_EXIT_SECONDS = 1.0
 
 
 def describe_exit(status: int) -> str:
@@ -37,24 +40,34 @@ class Process:
     """
 
     def __init__(self, popen: "subprocess.Popen[bytes]", custody: Custody) -> None:
-        """Takes over `popen`, whose standard output and error are pipes, and everything in `custody`."""
+        """Takes over `popen`, whose standard output and error are pipes and which leads a session, and everything in
+        `custody`."""
         assert popen.stdout is not None and popen.stderr is not None
         self._popen = popen
         self.pid = popen.pid
         self.output = OutputTail(popen.stdout)
         self.errors = OutputTail(popen.stderr)
         self.custody = custody
+        custody.take_session(popen.pid)
 
     def status(self) -> Optional[int]:
         """The exit status, negative for a signal; None while the process runs."""
-        return self._popen.poll()
-
-    def wait(self, timeout: Optional[float] = None) -> Optional[int]:
-        """Waits at most `timeout` seconds for the end, without limit for None. Answers as status()."""
-        try:
-            return self._popen.wait(timeout)
-        except subprocess.TimeoutExpired:
+        if self._popen.returncode is not None:
+            return self._popen.returncode
+        try:  # to look only: custody asks not to reap it before everything is ended
+            ended = os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT)
+        except ChildProcessError:  # somebody else has reaped it
+            return self._popen.poll()
+        if ended is None:
             return None
+        return ended.si_status if ended.si_code == os.CLD_EXITED else -ended.si_status
+
+    def wait(self, timeout: float) -> Optional[int]:
+        """Waits at most `timeout` seconds for the end. Answers as status()."""
+        for _ in attempts(Deadline(timeout)):
+            if self.status() is not None:
+                break
+        return self.status()
 
     def has_ended(self) -> bool:
         """Whether it has ended, and with it everything that it started."""
@@ -68,10 +81,13 @@ class Process:
                 return "\n".join(tail.lines()[-_LAST_WORDS:])
         return ""
 
-    def terminate(self, grace: float = GRACE_SECONDS) -> int:
+    def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
         """Ends the process and everything that it started: SIGTERM, and SIGKILL after `grace` seconds.
 
-        Answers its exit status.
+        Answers its exit status; None if it still runs, because this user may not end it.
         """
         self.custody.end(grace)
-        return self._popen.wait()
+        try:
+            return self._popen.wait(_EXIT_SECONDS)
+        except subprocess.TimeoutExpired:
+            return None

@@ -1,55 +1,32 @@
-"""Processes that are not our own children but descend from one: the application behind a wrapper."""
+"""Processes that are not our own children."""
 
 from __future__ import annotations
 
 import os
-from typing import NamedTuple, Optional
+from typing import Optional
+
+from .watchman import status_of
 
 
-class _Status(NamedTuple):
-    parent: int
-    start: str
-
-
-def _read_status(pid: int) -> Optional[_Status]:
-    """Parent and start time of a living process; None when it has ended, even if nobody has asked how."""
-    try:
-        with open(f"/proc/{pid}/stat", encoding="latin-1") as file:
-            # The fields count from behind the program's name, which may hold blanks and parentheses.
-            fields = file.read().rpartition(")")[2].split()
-    except OSError:
-        return None
-    state, parent, start = fields[0], int(fields[1]), fields[19]
-    return None if state in "ZX" else _Status(parent, start)
-
-
-def descends_from(pid: int, ancestor: int) -> bool:
-    """Whether the living process `pid` is a child of `ancestor`, or a child of its children, and so on."""
-    while pid > 1:
-        status = _read_status(pid)
-        if status is None:
-            return False
-        if status.parent == ancestor:
-            return True
-        pid = status.parent
-    return False
+def _start_of(pid: int) -> Optional[str]:
+    status = status_of(pid)
+    return None if status is None else status[19]
 
 
 class Descendant:
-    """A living process, known by its id and its start time, so that a reused id is not taken for it."""
+    """One process, told from a later one that got the same id."""
 
     def __init__(self, pid: int) -> None:
         """Raises ProcessLookupError when there is no such process."""
-        status = _read_status(pid)
-        if status is None:
+        start = _start_of(pid)
+        if start is None:
             raise ProcessLookupError(f"no process {pid}")
         self.pid = pid
-        self._start = status.start
+        self._start = start
 
     def is_alive(self) -> bool:
         """Whether this very process still runs."""
-        status = _read_status(self.pid)
-        return status is not None and status.start == self._start
+        return _start_of(self.pid) == self._start
 
     def send_signal(self, number: int) -> None:
         """Sends a signal; does nothing when the process has ended."""

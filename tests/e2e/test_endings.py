@@ -2,10 +2,11 @@
 
 import os
 import signal
+import subprocess
 
 import pytest
 
-from qtdriver import ApplicationEndedError, ApplicationHangsError
+from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver, endings
 
 from showcase import running
 
@@ -35,3 +36,32 @@ def test_a_hanging_application_is_told_with_its_windows_and_ended():
             "no reply to '5,Widget:showcase,brewButton,,,' within 1 seconds; the application hangs, and process "
             f'{app.pid} was ended\nthe windows that were last seen:\n  "Roastery" (MainWindow)'
         )
+
+
+def test_a_hanging_application_that_was_attached_is_ended_too(fake_agent):
+    with Driver() as driver, subprocess.Popen([*fake_agent, "--stay"]) as process:
+        try:
+            app = driver.attach(request_timeout=0.5)
+            process.send_signal(signal.SIGSTOP)
+            message = said(ApplicationHangsError, app.window("Editor").title)
+            assert process.wait(10) == -signal.SIGKILL
+        finally:
+            process.kill()
+    assert message == (
+        f"no reply to '8,Editor' within 0.5 seconds; the application hangs, and process {process.pid} was ended\n"
+        "the windows that were last seen:\n  (no visible window)"
+    )
+
+
+def test_an_application_that_only_closes_its_connection_is_told_with_its_process(
+    fake_agent, build, monkeypatch
+):
+    monkeypatch.setattr(endings, "_EXIT_SECONDS", 0.1)
+    with Driver(qt=5, build=build) as driver:
+        app = driver.launch(*fake_agent, "--stay")
+        message = said(ApplicationEndedError, app.window("vanish").title)
+        app.terminate(grace=0.1)
+    assert message == (
+        f"the application (process {app.pid}) closed its connection at the request '8,vanish', but process {app.pid} "
+        "still runs"
+    )

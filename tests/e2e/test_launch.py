@@ -1,21 +1,23 @@
 """Starting and ending applications, with the fake agent as the application."""
 
 import os
+import subprocess
 import sys
 import threading
+from pathlib import Path
 
 import pytest
 
 from qtdriver import (
     EarlyExitError,
     NoGreetingError,
-    ProtocolError,
     describe_exit,
+    eventually,
     preload_environment,
+    watchman,
 )
 from qtdriver.launch import launch
 from qtdriver.output import OutputTail
-from qtdriver.processes import Descendant
 from qtdriver.reception import Reception
 
 
@@ -29,6 +31,11 @@ def start(server, build):
         return launch(command, reception=reception, qt=5, build=build, **options)
 
     return call
+
+
+def is_alive(pid):
+    """Whether there is such a process, and more of it than its exit status."""
+    return watchman.session_of(pid) is not None
 
 
 def test_the_application_is_driven_and_ended(start, fake_agent):
@@ -58,9 +65,8 @@ def test_an_application_that_ignores_the_request_to_end_is_killed(start, fake_ag
 def test_the_application_behind_a_wrapper_is_ended_with_it(start, fake_agent):
     with start(["/bin/sh", "-c", '"$@"; exit 3', "sh", *fake_agent]) as application:
         assert application.pid != application.launched_pid
-        behind = Descendant(application.pid)
-        assert behind.is_alive()
-    assert not behind.is_alive()
+        assert is_alive(application.pid)
+    assert not is_alive(application.pid)
 
 
 def test_an_early_exit_tells_the_status_and_the_last_lines(start):
@@ -93,8 +99,87 @@ def test_an_application_that_never_greets_is_ended(start, tmp_path):
     command = ["/bin/sh", "-c", f"echo $$ >{pid_file}; echo waiting >&2; exec sleep 100"]
     with pytest.raises(NoGreetingError, match="within 1 seconds"):
         start(command, start_timeout=1)
-    with pytest.raises(ProcessLookupError):
-        Descendant(int(pid_file.read_text()))
+    assert not is_alive(int(pid_file.read_text()))
+
+
+class Impatience:
+    """In place of a reception: gives up as soon as the program has written its note."""
+
+    def __init__(self, note):
+        self._note = note
+
+    def wait_for(self, *_, **__):
+        eventually(lambda: self._note.exists() and self._note.read_text().endswith("\n")).is_true()
+
+
+def without_environment(note, *command):
+    """A command that clears its environment, starts another program, writes both process ids, and goes on as `command`."""
+    return ["env", "-i", "/bin/sh", "-c", 'sleep 1000 & echo $$ $! >"$0"; exec "$@"', str(note), *command]
+
+
+@pytest.mark.parametrize("goes_on", ["sleep", "true"])
+def test_a_program_that_clears_its_environment_is_ended_with_what_it_started(build, tmp_path, goes_on):
+    note = tmp_path / "pids"
+    with pytest.raises((NoGreetingError, EarlyExitError)):
+        launch(without_environment(note, goes_on, "1000"), reception=Impatience(note), qt=5, build=build)
+    assert [is_alive(int(pid)) for pid in note.read_text().split()] == [False, False]
+
+
+def test_a_program_that_clears_its_environment_is_driven_if_it_has_an_agent(start, fake_agent, tmp_path):
+    with start(without_environment(tmp_path / "pids", *fake_agent)) as application:
+        assert application.pid == application.launched_pid
+
+
+def test_a_program_that_clears_its_environment_is_ended_when_the_test_is_killed(build, fake_agent, tmp_path):
+    note = tmp_path / "pids"
+    program = (
+        "import sys, time; from pathlib import Path; from qtdriver import Driver; driver = Driver(qt=5, "
+        "build=Path(sys.argv[1])); driver.launch(*sys.argv[2:]); print('started', flush=True); time.sleep(1000)"
+    )
+    command = without_environment(note, *fake_agent, "--stay")
+    with subprocess.Popen(
+        [sys.executable, "-c", program, str(build), *command],
+        stdout=subprocess.PIPE,
+        env={**os.environ, "PYTHONPATH": os.pathsep.join(sys.path)},
+    ) as test:
+        assert test.stdout.readline() == b"started\n"
+        test.kill()
+    for pid in map(int, note.read_text().split()):
+        eventually(lambda: is_alive(pid), timeout=20).equals(False)
+
+
+def test_the_id_of_a_program_stays_its_own_until_what_it_started_is_ended(start, fake_agent):
+    application = start([*fake_agent, "--status", "3"])
+    application.connection.check_window("quit")
+    assert application.wait_for_exit(20) == 3
+    assert Path(f"/proc/{application.pid}").exists()
+    assert application.terminate() == 3
+    assert not Path(f"/proc/{application.pid}").exists()
+
+
+@pytest.fixture
+def powerless(monkeypatch, tmp_path):
+    """As if what is started ran with the rights of another user: nobody may signal it, the watchman neither."""
+
+    def refuse(pid, number):
+        raise PermissionError
+
+    idle = tmp_path / "idle.py"
+    idle.write_text("import sys; sys.stdin.read()")
+    with monkeypatch.context() as patch:
+        patch.setattr(watchman.os, "kill", refuse)
+        patch.setattr(watchman, "__file__", str(idle))
+        yield
+
+
+def test_a_program_that_may_not_be_ended_is_told_and_not_waited_for(powerless, build, tmp_path):
+    note = tmp_path / "pid"
+    command = ["/bin/sh", "-c", f"echo $$ >{note}; exec sleep 1000"]
+    with pytest.raises(NoGreetingError) as caught:
+        launch(command, reception=Impatience(note), qt=5, build=build)
+    pid = int(note.read_text())
+    assert f"It could not be ended: process {pid} still runs" in str(caught.value)
+    subprocess.run(["kill", "-KILL", str(pid)], check=True)
 
 
 def test_an_application_that_connects_without_greeting_is_reported(start, fake_agent):

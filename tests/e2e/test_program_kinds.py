@@ -94,6 +94,20 @@ def test_a_program_that_leaves_its_starter_is_driven_and_ended(driver, tmp_path)
     eventually(lambda: Path(f"/proc/{app.pid}/exe").exists(), timeout=10).equals(False)
 
 
+@pytest.mark.skipif(QT != 5, reason="PyQt5 is of Qt 5")
+@pytest.mark.parametrize("parent", ["sys.exit()", "os.wait()"], ids=["leaves", "waits"])
+def test_a_program_that_forks_and_shows_its_windows_in_the_child_is_driven_and_ended(driver, greeter, parent):
+    fork = f"import os\nif os.fork():\n    {parent}\n    sys.exit()\n\napplication ="
+    greeter.write_text(GREETER.replace("application =", fork, 1))
+    app = driver.launch("/usr/bin/python3", str(greeter), qt=5)
+    assert app.pid != app.launched_pid
+    window = app.window("Greeter")
+    window.button("Greet").activate()
+    eventually(window.widget("label")).has(text="Hello ")
+    driver.close()
+    assert not Path(f"/proc/{app.pid}/exe").exists()
+
+
 def test_a_preload_list_that_is_there_already_is_kept(driver):
     app = driver.launch(PROGRAM, environment={"LD_PRELOAD": "libm.so.6"}, qt=QT)
     assert app.window(name="showcase").title() == "Roastery"
