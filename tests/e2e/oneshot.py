@@ -7,6 +7,10 @@ from contextlib import contextmanager
 from functools import partial
 from pathlib import Path
 
+import pytest
+
+from qtdriver.watchman import session_of
+
 from showcase import AGENTS, PROGRAM, QT
 
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
@@ -46,10 +50,7 @@ def hold(*options, program=(PROGRAM,), status=0):
 
 def is_running(pid):
     """Whether the process lives."""
-    try:
-        return Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[0] not in "ZX"
-    except OSError:
-        return False
+    return session_of(pid) is not None
 
 
 @contextmanager
@@ -80,3 +81,17 @@ def holding(*options, program=(PROGRAM,)):
         yield told
     finally:
         subprocess.run([QTDRIVER, "stop"], capture_output=True, timeout=60)
+
+
+@pytest.fixture(autouse=True)
+def runtime(tmp_path, monkeypatch):
+    """A runtime folder of its own for the control sockets."""
+    monkeypatch.setenv("XDG_RUNTIME_DIR", str(tmp_path))
+    return tmp_path
+
+
+@pytest.fixture
+def held():
+    """A showcase that is held, with its page of buttons in front."""
+    with holding() as told:
+        yield told

@@ -14,22 +14,18 @@ from qtdriver import eventually
 from qtdriver.commandline.arguments import parse_arguments
 from qtdriver.commandline.verbs import all_verbs
 
-from oneshot import data, hold, holding, interrupt, is_running, qtdriver, to_interrupt
+from oneshot import (
+    data,
+    held,
+    hold,
+    holding,
+    interrupt,
+    is_running,
+    qtdriver,
+    runtime,
+    to_interrupt,
+)  # noqa: F401
 from showcase import QT
-
-
-@pytest.fixture(autouse=True)
-def runtime(tmp_path, monkeypatch):
-    """A runtime folder of its own for the control sockets."""
-    monkeypatch.setenv("XDG_RUNTIME_DIR", str(tmp_path))
-    return tmp_path
-
-
-@pytest.fixture
-def held():
-    """A showcase that is held, with its page of buttons in front."""
-    with holding() as told:
-        yield told
 
 
 def test_an_application_is_looked_at_and_driven_from_a_shell(held):

@@ -10,21 +10,7 @@ import pytest
 from qtdriver import eventually
 from qtdriver.commandline.picking import PickError, wait_for_click
 
-from oneshot import QTDRIVER, data, holding, interrupt, qtdriver, to_interrupt
-
-
-@pytest.fixture(autouse=True)
-def runtime(tmp_path, monkeypatch):
-    """A runtime folder of its own for the control sockets."""
-    monkeypatch.setenv("XDG_RUNTIME_DIR", str(tmp_path))
-    return tmp_path
-
-
-@pytest.fixture
-def held():
-    """A showcase that is held, with its page of buttons in front."""
-    with holding() as told:
-        yield told
+from oneshot import QTDRIVER, data, held, interrupt, qtdriver, runtime, to_interrupt  # noqa: F401
 
 
 def test_what_is_under_the_cursor_is_picked(held):

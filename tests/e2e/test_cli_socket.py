@@ -10,22 +10,8 @@ import pytest
 from qtdriver import eventually
 from qtdriver.commandline.control import ControlSocketError, ask, peer_user, socket_path
 
-from oneshot import hold, holding, is_running, qtdriver
+from oneshot import held, hold, is_running, qtdriver, runtime  # noqa: F401
 from showcase import QT
-
-
-@pytest.fixture(autouse=True)
-def runtime(tmp_path, monkeypatch):
-    """A runtime folder of its own for the control sockets."""
-    monkeypatch.setenv("XDG_RUNTIME_DIR", str(tmp_path))
-    return tmp_path
-
-
-@pytest.fixture
-def held():
-    """A showcase that is held, with its page of buttons in front."""
-    with holding() as told:
-        yield told
 
 
 def test_a_stale_socket_does_not_keep_a_new_application_away(held):
