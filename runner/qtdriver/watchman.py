@@ -45,11 +45,6 @@ def session_of(pid: int) -> Optional[int]:
     return None if status is None else int(status[3])
 
 
-def carriers(name: str, value: str) -> Iterator[int]:
-    """The processes that carry it, this one left out."""
-    return Launch(name, value).processes()
-
-
 class Launch(NamedTuple):
     """What the processes of one launch are known by. Children inherit both, so those too whose parent has ended.
 

@@ -114,7 +114,7 @@ class Project:
     def processes(self):
         """What runs for this project now: process ids and command lines."""
         found = {}
-        for pid in watchman.carriers(MARK, self.mark):
+        for pid in watchman.Launch(MARK, self.mark).processes():
             try:
                 words = (
                     Path(f"/proc/{pid}/cmdline")

@@ -121,7 +121,7 @@ def test_a_window_manager_that_has_ended_is_missed(examine, tmp_path, monkeypatc
     with closing(Desktop()) as desktop:
         (manager,) = [
             pid
-            for pid in watchman.carriers(MARK, str(tmp_path))
+            for pid in watchman.Launch(MARK, str(tmp_path)).processes()
             if Path(f"/proc/{pid}/comm").read_text() == "openbox\n"
         ]
         os.kill(manager, signal.SIGTERM)

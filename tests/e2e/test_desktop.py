@@ -51,7 +51,9 @@ def is_gone(environment, display):
     """Whether no process, no file and no socket of the desktop is left."""
     number = display.lstrip(":")
     leftovers = [f"/tmp/.X{number}-lock", f"/tmp/.X11-unix/X{number}", *Path(environment["TMPDIR"]).iterdir()]
-    return not any(map(os.path.exists, leftovers)) and not list(watchman.carriers(MARK, environment[MARK]))
+    return not any(map(os.path.exists, leftovers)) and not list(
+        watchman.Launch(MARK, environment[MARK]).processes()
+    )
 
 
 def test_the_command_has_its_streams_and_its_exit_status(environment):
@@ -150,7 +152,7 @@ def test_where_the_port_is_taken_a_desktop_of_its_own_is_named_and_has_a_free_on
 def test_an_unknown_command_is_status_127_and_leaves_nothing(environment):
     done = run(environment, "no-such-command")
     assert done.returncode == 127 and "no-such-command" in done.stderr
-    assert list(watchman.carriers(MARK, environment[MARK])) == []
+    assert list(watchman.Launch(MARK, environment[MARK]).processes()) == []
     assert os.listdir(environment["TMPDIR"]) == []
 
 

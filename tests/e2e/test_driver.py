@@ -19,7 +19,7 @@ from qtdriver import (
     PortInUseError,
     eventually,
 )
-from qtdriver.processes import Descendant
+from qtdriver.watchman import session_of
 
 
 @pytest.fixture
@@ -31,15 +31,7 @@ def driver(build):
 
 def ended(pid):
     """Waits until there is no such process."""
-    eventually(lambda: not Path(f"/proc/{pid}").exists() or _is_dead(pid), timeout=10).is_true()
-
-
-def _is_dead(pid):
-    try:
-        Descendant(pid)
-    except ProcessLookupError:
-        return True
-    return False
+    eventually(lambda: session_of(pid), timeout=10).equals(None)
 
 
 def environment_of(app, name):
@@ -133,7 +125,7 @@ def test_an_application_that_starts_others_is_ended_with_them(driver, fake_agent
     script = f'sleep 1000 & echo $! >{note}; exec "$@"'
     driver.launch("/bin/sh", "-c", script, "sh", *fake_agent)
     helper = int(note.read_text())
-    assert Descendant(helper).is_alive()
+    assert session_of(helper) is not None
     driver.close()
     ended(helper)
 
