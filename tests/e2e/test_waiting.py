@@ -4,7 +4,7 @@ import time
 
 import pytest
 
-from qtdriver import ConditionError, eventually
+from qtdriver import ConditionError, Driver, eventually
 from qtdriver.waiting import Deadline, attempts, retry
 
 
@@ -24,9 +24,37 @@ def pauses(monkeypatch):
 
 def test_pauses_begin_short_and_grow(pauses):
     count = len(list(attempts(Deadline(5))))
-    assert pauses[0] < 0.01 and max(pauses) <= 0.1
+    assert pauses[0] < 0.001 and max(pauses) <= 0.1
     assert all(later >= earlier for earlier, later in zip(pauses, pauses[1:-1]))
     assert sum(pauses) == pytest.approx(5) and count == len(pauses) + 1
+
+
+@pytest.mark.parametrize("comes_true", [0.001, 0.002, 0.005, 0.02, 0.1])
+def test_what_comes_true_is_seen_soon(pauses, comes_true):
+    eventually(time.monotonic).satisfies(lambda now: now >= comes_true)
+    late = sum(pauses) - comes_true
+    assert late <= max(0.001, comes_true / 2), "one millisecond, or half of the time that it took"
+
+
+def test_what_comes_true_after_a_millisecond_is_seen_before_two_have_passed(pauses):
+    eventually(time.monotonic).satisfies(lambda now: now >= 0.001)
+    assert sum(pauses) < 0.002
+
+
+def test_a_wait_of_ten_seconds_takes_next_to_no_processor_time(build, fake_agent, request):
+    """All of the ten seconds' questions are asked, on a clock that does not wait: the load of the machine does not
+    count."""
+    with Driver(qt=5, build=build) as driver:
+        app = driver.launch(*fake_agent)
+        pauses = request.getfixturevalue("pauses")
+        asked = len(app.connection.transcript.exchanges())
+        before = time.process_time()
+        with pytest.raises(ConditionError, match="but after 10 s it was True"):
+            eventually(app.window("Editor").widget("ok"), timeout=10).has(enabled=False)
+        used = time.process_time() - before
+        assert sum(pauses) == pytest.approx(10)
+        assert len(app.connection.transcript.exchanges()) - asked > 100, "ten times a second at least"
+        assert used < 0.02 * 10, "two hundredths of a core"
 
 
 def test_the_last_error_is_raised_when_the_time_is_over(pauses):
