@@ -10,10 +10,12 @@ from __future__ import annotations
 
 import os
 import random
+import secrets
 import select
 import shutil
 import signal
 import socket
+import struct
 import subprocess
 import sys
 import tempfile
@@ -28,6 +30,10 @@ _ENDING_WITH_US = ("setpriv", "--pdeathsig", "TERM", "--")
 
 _DISPLAYS = range(100, 1000)
 _TAKEN = (b"already active", b"already running")
+_LOCAL = 256
+_COOKIE_NAME = b"MIT-MAGIC-COOKIE-1"
+_CHANGE_HOSTS, _LIST_HOSTS, _INSERT, _SERVER_INTERPRETED = 109, 110, 0, 5
+
 _SOCKET, _LOCK = "/tmp/.X11-unix/X{}", "/tmp/.X{}-lock"
 
 
@@ -43,7 +49,12 @@ class _Keeper:
     def start(self, screen: str) -> None:
         """Starts everything; ends this program with a complaint when something does not come up."""
         deadline = time.monotonic() + _START_SECONDS
-        number = self._start_server(screen, deadline)
+        cookie = secrets.token_bytes(16)
+        number = self._start_server(screen, deadline, cookie)
+        try:
+            _admit_this_user(number, cookie)
+        except (OSError, struct.error) as error:
+            sys.exit(f"with-desktop: Xvfb does not take this user in: {error}")
         self.display = os.environ["DISPLAY"] = f":{number}"
         os.environ["XDG_RUNTIME_DIR"] = str(self.folder)
         window_manager = self._run(["openbox", "--sm-disable"])
@@ -53,7 +64,7 @@ class _Keeper:
                 self._complain("openbox", window_manager)
             time.sleep(_PAUSE)
 
-    def _start_server(self, screen: str, deadline: float) -> int:
+    def _start_server(self, screen: str, deadline: float, cookie: bytes) -> int:
         """The number of the display. The server is not left to choose it: it would only see the displays of this
         network namespace, and take the socket files in /tmp away from those of another, be it the user's own screen.
         Its lock file is for all."""
@@ -61,7 +72,9 @@ class _Keeper:
             number = random.choice(_DISPLAYS)
             if os.path.exists(_SOCKET.format(number)):
                 continue
-            server = self._run(["Xvfb", f":{number}", "-screen", "0", screen, "-nolisten", "tcp", "-noreset"])
+            secret = self._write_secret(number, cookie)
+            options = ["-screen", "0", screen, "-nolisten", "tcp", "-noreset", "-auth", str(secret)]
+            server = self._run(["Xvfb", f":{number}", *options])
             while server.poll() is None and not (_lock_owner(number) == server.pid and _listens(number)):
                 if time.monotonic() > deadline:
                     self._complain("Xvfb", server)
@@ -72,6 +85,17 @@ class _Keeper:
             if not any(words in self._output("Xvfb") for words in _TAKEN):
                 self._complain("Xvfb", server)
             self._processes.remove(server)
+
+    def _write_secret(self, number: int, cookie: bytes) -> Path:
+        """The file with which the server takes in only who knows the cookie. Without one it takes in every user of the
+        machine, who could look at the screen and type into what is there."""
+        path = self.folder / "Xauthority"
+        fields = (b"localhost", str(number).encode(), _COOKIE_NAME, cookie)
+        path.touch(mode=0o600)
+        path.write_bytes(
+            struct.pack(">H", _LOCAL) + b"".join(struct.pack(">H", len(field)) + field for field in fields)
+        )
+        return path
 
     def _run(self, command: List[str]) -> "subprocess.Popen[bytes]":
         with open(self._log(command[0]), "wb") as log:
@@ -110,6 +134,40 @@ def _listens(number: int) -> bool:
     """Whether an X server of this network namespace listens as this display."""
     with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as client:
         return client.connect_ex("\0" + _SOCKET.format(number)) == 0
+
+
+def _admit_this_user(number: int, cookie: bytes) -> None:
+    """Has the X server take in all processes of this user, who need no cookie then, and nobody else."""
+    allowed = b"localuser\0#%d" % os.getuid()
+    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as client:
+        client.settimeout(_START_SECONDS)
+        client.connect("\0" + _SOCKET.format(number))
+        client.sendall(struct.pack("<BxHHHHxx", ord("l"), 11, 0, len(_COOKIE_NAME), len(cookie)))
+        client.sendall(_padded(_COOKIE_NAME) + _padded(cookie))
+        accepted, length = struct.unpack("<B5xH", _receive(client, 8))
+        text = _receive(client, 4 * length)
+        if accepted != 1:
+            raise OSError(text.decode("latin-1").rstrip("\0\n"))
+        host = struct.pack("<BxH", _SERVER_INTERPRETED, len(allowed)) + _padded(allowed)
+        client.sendall(struct.pack("<BBH", _CHANGE_HOSTS, _INSERT, 1 + len(host) // 4) + host)
+        client.sendall(struct.pack("<BxH", _LIST_HOSTS, 1))
+        if _receive(client, 32)[0] != 1:  # an error comes in place of the list
+            raise OSError("it refuses to change its list of users")
+
+
+def _padded(data: bytes) -> bytes:
+    """`data` as a request of X has it: in units of four bytes."""
+    return data + bytes(-len(data) % 4)
+
+
+def _receive(client: socket.socket, length: int) -> bytes:
+    data = b""
+    while len(data) < length:
+        piece = client.recv(length - len(data))
+        if not piece:
+            raise OSError("it has closed the connection")
+        data += piece
+    return data
 
 
 def _lock_owner(number: int) -> Optional[int]:
