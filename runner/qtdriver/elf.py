@@ -4,10 +4,11 @@ from __future__ import annotations
 
 import mmap
 import os
+from contextlib import contextmanager
 from dataclasses import dataclass
 from functools import lru_cache
 from pathlib import Path
-from typing import Any, Optional, Tuple
+from typing import Any, Iterator, Optional, Tuple
 
 from .errors import QtDriverError
 
@@ -74,14 +75,20 @@ def _read_elf(path: Path, _modified: int, _size: int) -> ElfFile:
 def _open_elf(file: Any) -> Any:
     """pyelftools' view of a file. Imported here: who only speaks the protocol needs no other package."""
     try:
-        from elftools.common.exceptions import ELFError  # type: ignore[import]
         from elftools.elf.elffile import ELFFile  # type: ignore[import]
     except ImportError:
         raise ElfReaderMissingError() from None
-    try:
+    with _refusing_damage(Path(file.name)):
         return ELFFile(file)
-    except (ELFError, ValueError) as error:
-        raise ValueError(f"{file.name} is no readable ELF file: {error}") from error
+
+
+@contextmanager
+def _refusing_damage(path: Path) -> Iterator[None]:
+    """Makes a ValueError of whatever pyelftools raises within it: on damaged files the errors of its parsers get through."""
+    try:
+        yield
+    except Exception as error:
+        raise ValueError(f"{path} is no readable ELF file: {error or type(error).__name__}") from error
 
 
 def _describe(path: Path, elf: Any) -> ElfFile:
@@ -89,14 +96,12 @@ def _describe(path: Path, elf: Any) -> ElfFile:
     entries = []
     if elf["e_type"] not in ("ET_EXEC", "ET_DYN"):
         raise ValueError(f"{path} is neither a program nor a shared library")
-    try:
+    with _refusing_damage(path):
         for segment in elf.iter_segments():
             if segment["p_type"] == "PT_INTERP":
                 interpreter = str(segment.get_interp_name())
             elif segment["p_type"] == "PT_DYNAMIC":
                 entries = list(segment.iter_tags())
-    except Exception as error:  # pyelftools lets the errors of its parsers through on damaged files
-        raise ValueError(f"{path} is no readable ELF file: {error}") from error
 
     def directories(tag: str, attribute: str) -> Tuple[str, ...]:
         texts = [getattr(entry, attribute) for entry in entries if entry.entry.d_tag == tag]
@@ -119,10 +124,11 @@ def contains_qt_widgets(path: Path) -> bool:
     """
     with path.open("rb") as file:
         elf = _open_elf(file)
-        for name in _SYMBOL_NAMES:
-            section = elf.get_section_by_name(name)
-            if section is not None and _holds_any(section.data(), _NAMES_OF_QT_SYMBOLS):
-                return True
+        with _refusing_damage(path):
+            for name in _SYMBOL_NAMES:
+                section = elf.get_section_by_name(name)
+                if section is not None and _holds_any(section.data(), _NAMES_OF_QT_SYMBOLS):
+                    return True
         if os.fstat(file.fileno()).st_size == 0:
             return False
         with mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ) as content:

@@ -7,7 +7,7 @@ from dataclasses import dataclass
 
 from .errors import ProtocolError
 
-_GREETING = re.compile(r"\+client\+ (\S+) (\d+) (-?\d+) (\S*)", re.ASCII)
+_GREETING = re.compile(r"\+client\+ (\S+) (\d{1,10}) (-?\d{1,10}) (\S*)", re.ASCII)
 
 
 @dataclass(frozen=True)

@@ -54,6 +54,8 @@ def read_xpm(data: bytes) -> "Image":
     strings = _XPM_STRING.findall(data.decode("latin-1"))
     try:
         width, height, count, length = map(int, strings[0].split()[:4])
+        if min(width, height, count, length) < 1:
+            raise ValueError(f"a size of {strings[0]}")
         colours = dict(_parse_colour(line, length) for line in strings[1 : count + 1])
         pixels = [_row(line, width, length, colours) for line in strings[count + 1 : count + 1 + height]]
         if len(pixels) != height:
@@ -70,7 +72,10 @@ def _parse_colour(line: str, length: int) -> Tuple[str, bytes]:
     colour = match[1]
     if colour.lower() == "none":
         return line[:length], bytes(_CLEAR)
-    return line[:length], bytes.fromhex(colour.lstrip("#")) + b"\xff"
+    channels = bytes.fromhex(colour.lstrip("#"))
+    if len(channels) != 3:
+        raise ValueError(f"a colour {colour}")
+    return line[:length], channels + b"\xff"
 
 
 def _row(line: str, width: int, length: int, colours: Dict[str, bytes]) -> bytes:

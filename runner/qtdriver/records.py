@@ -10,7 +10,7 @@ from .errors import ProtocolError
 from .wire import decode_hex
 
 _WINDOW = re.compile(r'(?P<class>.*?)(?P<modal> \(M\))? : "(?P<title>.*)"', re.DOTALL)
-_WIDGET = re.compile(r'(?P<depth>\d+) (?P<visible>[VN]) (?P<class>.*?) : "(?P<name>.*)"', re.DOTALL)
+_WIDGET = re.compile(r'(?P<depth>\d{1,9}) (?P<visible>[VN]) (?P<class>.*?) : "(?P<name>.*)"', re.DOTALL)
 
 
 @dataclass(frozen=True)

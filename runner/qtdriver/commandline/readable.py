@@ -10,7 +10,7 @@ from ..errors import ProtocolError
 from ..records import CursorWidget
 from ..wire import Rect, Reply, Value
 
-_XPM_VALUES = re.compile(rb'"\s*(\d+)\s+(\d+)\s+(\d+)\s+\d+')
+_XPM_VALUES = re.compile(rb'"\s*(\d{1,9})\s+(\d{1,9})\s+(\d{1,9})\s+\d+')
 
 
 def describe_reply(request: str, reply: Reply) -> str:

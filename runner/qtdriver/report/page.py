@@ -188,7 +188,7 @@ def _trace(result: TestResult, folder: Path, embedding: Embedding) -> "Optional[
             for moment in ("before", "after"):
                 step[f"{moment}_file"] = step[moment]
                 step[moment] = embedding.add(result.trace, str(step[moment])) if step[moment] else ""
-    except (OSError, ValueError, LookupError, TypeError) as error:
+    except (OSError, ValueError, LookupError, TypeError, RecursionError) as error:
         trace = {"steps": [], "trees": {}, "notes": [f"the trace could not be read: {error}"]}
     trace["folder"] = _link(result.trace, folder)
     return dict(trace)
