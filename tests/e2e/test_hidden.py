@@ -83,6 +83,12 @@ def noted_of_the_pad(window):
     return [line.partition(":")[0] for line in lines if "tastingPad" in line]
 
 
+def refused_as_hidden(window):
+    """How many requests the agent has refused because another window was in front."""
+    exchanges = window.app.connection.transcript.exchanges()
+    return len([exchange for exchange in exchanges if "hidden by another window" in exchange.reply])
+
+
 @pytest.mark.parametrize(
     "act, noted",
     [
@@ -95,12 +101,17 @@ def noted_of_the_pad(window):
 def test_the_mouse_waits_for_another_window_to_go_and_then_acts_once(window, act, noted):
     with cover(SECONDS):
         act(window.widget("tastingPad"))
-    eventually(lambda: noted_of_the_pad(window)).equals(noted)
+    assert refused_as_hidden(window), "there was something to wait for"
+    # What is clicked last is handled last: whatever else the pad got is in the journal by then.
+    window.widget("brewButton").click()
+    eventually(window.widget("clickCount")).has(text="1")
+    assert noted_of_the_pad(window) == noted
 
 
 def test_a_button_a_field_and_a_menu_wait_for_another_window_to_go(window):
     with cover(SECONDS):
         window.widget("brewButton").activate()
+    assert refused_as_hidden(window)
     eventually(window.widget("clickCount")).has(text="1")
     window.widget("pages/qt_tabwidget_tabbar").select("Entry fields")
     with cover(SECONDS):

@@ -12,6 +12,9 @@ from qtdriver.report.recorder import Recorder
 from chromium import DOWN, ESCAPE, HOME, RIGHT, UP, browser, quiet  # noqa: F401 (fixtures)
 from showcase import running
 
+NARROWEST_BAR = 3
+"""Pixels: a shorter step is still seen."""
+
 
 @pytest.fixture(scope="module")
 def order_page(tmp_path_factory):
@@ -94,14 +97,17 @@ def test_the_steps_are_listed_in_order_and_the_failed_one_is_chosen(browser, ord
 def test_bars_are_as_long_and_as_far_apart_as_the_steps(browser, order_page):
     browser.open(order_page)
     trace = json.loads((order_page.parent / "traces" / "order" / "trace.json").read_text())
-    boxes = browser.run(
-        """const track = document.querySelector('.track').getBoundingClientRect();
-        return [...document.querySelectorAll('.bar')].map((bar) => bar.getBoundingClientRect())
-            .map((box) => [(box.left - track.left) / track.width, box.width / track.width])"""
+    track, *boxes = browser.run(
+        """return [...document.querySelectorAll('.track, .bar')].map((element) => element.getBoundingClientRect())
+            .map((box) => [box.left, box.width])"""
     )
+    assert len(boxes) == len(trace["steps"]) == 4
+    scale = track[1] / trace["seconds"]
     for step, (left, width) in zip(trace["steps"], boxes):
-        assert left == pytest.approx(step["start"] / trace["seconds"], abs=0.01)
-        assert width == pytest.approx(step["seconds"] / trace["seconds"], abs=0.01)
+        assert left - track[0] == pytest.approx(step["start"] * scale, abs=1)
+        assert width == pytest.approx(max(step["seconds"] * scale, NARROWEST_BAR), abs=1)
+    assert boxes[3][1] > 2 * NARROWEST_BAR, "the step that waited is long enough to be measured"
+    assert [left for left, _ in boxes] == sorted(left for left, _ in boxes)
     assert browser.run("return document.querySelectorAll('.bar.failed').length") == 1
 
 
