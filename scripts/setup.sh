@@ -8,7 +8,7 @@ packages=(
     # desktop for tests, demo and benchmarks
     xvfb openbox x11-utils xdotool xclip imagemagick fonts-dejavu-core util-linux iproute2
     # runner and its tests
-    python3 python3-pyelftools python3-pytest python3-pytest-xdist python3-pil python3-jinja2 python3-prompt-toolkit
+    python3 python3-psutil python3-pyelftools python3-pytest python3-pytest-xdist python3-hypothesis python3-pil python3-jinja2 python3-prompt-toolkit
     python3-xlib python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver
     # checks
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git

@@ -14,6 +14,7 @@ from .errors import (
     AmbiguousWindowError,
     ApplicationEndedError,
     ApplicationHangsError,
+    ClientRefusedError,
     CommandError,
     ConditionError,
     ConnectionClosed,
@@ -34,6 +35,7 @@ from .expect import eventually
 from .greeting import Greeting
 from .launch import EarlyExitError, NoGreetingError, preload_environment
 from .menu import Menu
+from .peers import PeerReaderMissingError
 from .pictures import PictureError
 from .process import Process, describe_exit
 from .program import (
@@ -65,6 +67,7 @@ __all__ = [
     "ArchitectureError",
     "Argument",
     "COMMANDS",
+    "ClientRefusedError",
     "ClipboardError",
     "Command",
     "CommandError",
@@ -90,6 +93,7 @@ __all__ = [
     "NotFoundError",
     "NotVisibleError",
     "PORT",
+    "PeerReaderMissingError",
     "PictureError",
     "PortInUseError",
     "Process",

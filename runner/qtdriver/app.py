@@ -72,8 +72,11 @@ class App(ClosedOnLeaving):
 
     @property
     def pid(self) -> int:
-        """Id of the process in which the agent runs, from its greeting."""
-        return self.connection.greeting.pid
+        """Id of the process in which the agent runs, as this process sees it.
+
+        Where the system hides that process, it is what the agent said.
+        """
+        return self.connection.pid
 
     @property
     def launched_pid(self) -> int:

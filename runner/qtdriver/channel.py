@@ -10,11 +10,14 @@ from .closing import ClosedOnLeaving
 from .errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .greeting import Greeting
 from .lines import LineSocket
+from .peers import Peer
 from .transcript import KEPT_REPLY, Exchange, Transcript
 from .wire import Reply, encode_line
 
 DEFAULT_TIMEOUT = 30.0
 """Seconds that a greeting or a request may take where nothing else is said."""
+
+_LONGEST_GREETING = 1000
 
 _Self = TypeVar("_Self", bound="Channel")
 
@@ -24,30 +27,41 @@ class Channel(ClosedOnLeaving):
 
     Attributes:
         greeting: what the agent said of itself.
+        process: id of the process at the other end, as this process sees it; None where the system hides it.
         timeout: seconds that a request may take, the waiting for a late earlier reply included.
         transcript: what was asked and answered.
     """
 
-    def __init__(self, lines: LineSocket, greeting: Greeting, timeout: float = DEFAULT_TIMEOUT) -> None:
+    def __init__(
+        self,
+        lines: LineSocket,
+        greeting: Greeting,
+        timeout: float = DEFAULT_TIMEOUT,
+        process: Optional[int] = None,
+    ) -> None:
         """Takes over `lines`, whose greeting has been read. `timeout`: seconds that a request may take."""
         self.greeting = greeting
+        self.process = process
         self.timeout = timeout
         self.transcript = Transcript()
         self._lines = lines
         self._unanswered: Optional[str] = None
 
     @classmethod
-    def greet(cls: Type[_Self], connected: socket.socket, deadline: float, timeout: float) -> _Self:
-        """Waits for the greeting of a fresh connection until `deadline`, a time of time.monotonic().
+    def greet(
+        cls: Type[_Self], connected: socket.socket, deadline: float, timeout: float, peer: Peer
+    ) -> _Self:
+        """Waits for the greeting of a fresh connection from `peer` until `deadline`, a time of time.monotonic().
 
         Raises RequestTimeout, ConnectionClosed or ProtocolError when no greeting comes, and then closes.
         """
         lines = LineSocket(connected)
         try:
-            line = lines.read_line(deadline)
+            line = lines.read_line(deadline, _LONGEST_GREETING)
             if line is None:
                 raise ConnectionClosed("the client closed the connection before its greeting")
-            return cls(lines, Greeting.parse(line), timeout)
+            greeting = Greeting.parse(line)
+            return cls(lines, greeting, timeout, peer.process(greeting.pid))
         except BaseException as error:
             lines.close()
             if isinstance(error, socket.timeout):
@@ -55,6 +69,11 @@ class Channel(ClosedOnLeaving):
             if isinstance(error, OSError):
                 raise ConnectionClosed(f"the connection broke before the greeting: {error}") from error
             raise
+
+    @property
+    def pid(self) -> int:
+        """Id of the application's process, as this process sees it; from the greeting where the system hides it."""
+        return self.greeting.pid if self.process is None else self.process
 
     def close(self) -> None:
         """Ends the connection; the application goes on without it. Closing twice is harmless."""

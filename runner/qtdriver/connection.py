@@ -29,9 +29,15 @@ class Connection(Channel):
         visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
     """
 
-    def __init__(self, lines: LineSocket, greeting: Greeting, timeout: float = DEFAULT_TIMEOUT) -> None:
+    def __init__(
+        self,
+        lines: LineSocket,
+        greeting: Greeting,
+        timeout: float = DEFAULT_TIMEOUT,
+        process: Optional[int] = None,
+    ) -> None:
         """As that of the channel."""
-        super().__init__(lines, greeting, timeout)
+        super().__init__(lines, greeting, timeout, process)
         self.visited: Set[Tuple[str, str]] = set()
 
     def _command(self, name: str, *texts: str) -> Reply:

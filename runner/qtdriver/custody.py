@@ -24,7 +24,7 @@ class Custody:
         """Starts the watchman, which ends with this process, or with end()."""
         self._launch = watchman.Launch(_MARK, secrets.token_hex(16))
         self._watchman: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
-            [sys.executable, "-I", "-S", watchman.__file__, _MARK, self._launch.value],
+            [sys.executable, "-I", "-S", watchman.__file__, _MARK],
             stdin=subprocess.PIPE,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
@@ -32,6 +32,7 @@ class Custody:
             start_new_session=True,  # Ctrl-C in the terminal is for the test, which then ends its applications
             env={name: value for name, value in os.environ.items() if name not in (_MARK, "LD_PRELOAD")},
         )
+        self._tell_watchman(self._launch.value)
 
     def environment(self, environment: Mapping[str, str]) -> Dict[str, str]:
         """`environment` with the mark, for the process to start."""
@@ -41,8 +42,11 @@ class Custody:
         """Takes in the session of the started process, `leader`, which is not to be reaped before end() has returned:
         its id could be given to another process then."""
         self._launch = self._launch._replace(session=leader)
+        self._tell_watchman(str(leader))
+
+    def _tell_watchman(self, line: str) -> None:
         assert self._watchman is not None and self._watchman.stdin is not None
-        self._watchman.stdin.write(str(leader).encode())
+        self._watchman.stdin.write(f"{line}\n".encode())
 
     def holds(self, pid: int) -> bool:
         """Whether this living process belongs to the launch."""

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+from functools import partial
 from pathlib import Path
 from typing import Dict, List, Mapping, Optional, Tuple
 
@@ -12,6 +13,7 @@ from .closing import ClosedOnLeaving
 from .desktop import Desktop
 from .errors import NoClientError
 from .launch import launch
+from .processes import is_within
 from .reception import Reception
 from .server import Server
 from .steps import StepListener
@@ -113,12 +115,14 @@ class Driver(ClosedOnLeaving):
     ) -> App:
         """Waits for an application that loads the agent itself, or was started elsewhere with the agent inside.
 
-        `pid` is its process id; None takes the first one. Raises NoClientError when none comes in `start_timeout`
-        seconds. The application is not ended with the driver: it only loses its connection.
+        `pid` is its process id, or that of a process that starts it; None takes the first application of this user.
+        Raises NoClientError when none comes in `start_timeout` seconds. The application is not ended with the driver:
+        it only loses its connection.
         """
         seconds = self.start_timeout if start_timeout is None else start_timeout
+        wanted = None if pid is None else partial(is_within, pid)
         connection = self._reception.wait_for(
-            lambda number: pid is None or number == pid,
+            wanted,
             Deadline(seconds),
             self.request_timeout if request_timeout is None else request_timeout,
         )
@@ -126,7 +130,7 @@ class Driver(ClosedOnLeaving):
             whose = "no agent" if pid is None else f"no agent of process {pid}"
             raise NoClientError(
                 f"{whose} connected within {seconds:g} seconds. An agent looks for its server once, when it is "
-                "created: start the driver first"
+                f"created: start the driver first{self._reception.others()}"
             )
         return self._taken(App(connection, timeout=self.timeout if timeout is None else timeout))
 

@@ -76,8 +76,10 @@ def _end_process(app: "App") -> bool:
     app.terminate(_GRACE_SECONDS)
     if app.process is not None:
         return app.process.has_ended()
+    if app.connection.process is None:
+        return False  # which process it is only its greeting says: it could be any
     try:
-        process = Descendant(app.pid)
+        process = Descendant(app.connection.process)
         for number in (signal.SIGTERM, signal.SIGKILL):
             process.send_signal(number)
             for _ in attempts(Deadline(_GRACE_SECONDS)):

@@ -34,6 +34,10 @@ class NoClientError(QtDriverError):
     """No agent connected to the server in the time that was given."""
 
 
+class ClientRefusedError(QtDriverError):
+    """Who has connected is not who may: a process of another user, or one that has closed again."""
+
+
 class ConnectionClosed(QtDriverError):
     """The application ended, or its agent closed the connection: no further request can be answered."""
 

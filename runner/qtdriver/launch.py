@@ -27,7 +27,8 @@ class EarlyExitError(QtDriverError):
         status: the exit status, negative for a signal.
     """
 
-    def __init__(self, program: str, status: int, last_words: str) -> None:
+    def __init__(self, program: str, status: int, last_words: str, others: str = "") -> None:
+        """`others` tells who else has connected."""
         hint = ""
         if status == 0:
             hint = (
@@ -36,7 +37,7 @@ class EarlyExitError(QtDriverError):
             )
         output = f"; its last output:\n{last_words}" if last_words else ", without any output"
         super().__init__(
-            f"{program} ended ({describe_exit(status)}) before its agent connected{hint}{output}"
+            f"{program} ended ({describe_exit(status)}) before its agent connected{hint}{output}{others}"
         )
         self.status = status
 
@@ -45,9 +46,14 @@ class NoGreetingError(QtDriverError):
     """The application runs, but its agent has not greeted in time. It has been ended, if this user may do that."""
 
     def __init__(
-        self, program: str, timeout: float, last_words: str, remaining: Optional[int] = None
+        self,
+        program: str,
+        timeout: float,
+        last_words: str,
+        remaining: Optional[int] = None,
+        others: str = "",
     ) -> None:
-        """`remaining` is the process that could not be ended."""
+        """`remaining` is the process that could not be ended; `others` tells who else has connected."""
         end = "It was ended"
         if remaining is not None:
             end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
@@ -56,7 +62,7 @@ class NoGreetingError(QtDriverError):
             f"{program} runs, but its agent has not connected within {timeout:g} seconds. Is it a Qt widgets "
             "application, of the Qt version given with --qt? Does it show a display error, wait for "
             "something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
-            f"is dropped then), or need longer (--timeout)? {end}{output}"
+            f"is dropped then), or need longer (--timeout)? {end}{output}{others}"
         )
 
 
@@ -144,7 +150,7 @@ def _wait_for_greeting(
         return connection
     status = process.status()
     if status is not None:
-        raise EarlyExitError(program, status, process.last_words())
+        raise EarlyExitError(program, status, process.last_words(), reception.others())
     last_words = process.last_words()
     ended = process.terminate() is not None
-    raise NoGreetingError(program, timeout, last_words, None if ended else process.pid)
+    raise NoGreetingError(program, timeout, last_words, None if ended else process.pid, reception.others())

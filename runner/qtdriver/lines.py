@@ -6,6 +6,8 @@ import socket
 import time
 from typing import Optional
 
+from .errors import ProtocolError
+
 _CHUNK_BYTES = 65536
 
 
@@ -27,11 +29,12 @@ class LineSocket:
         self._socket.settimeout(_remaining(deadline))
         self._socket.sendall(data)
 
-    def read_line(self, deadline: float) -> Optional[str]:
+    def read_line(self, deadline: float, longest: Optional[int] = None) -> Optional[str]:
         """The next line without its line end; None when the other side closed before the line was whole.
 
         `deadline` is a time of time.monotonic(). Raises socket.timeout when it passes, keeping what has
-        arrived, and OSError when the connection breaks.
+        arrived, OSError when the connection breaks, and ProtocolError when more than `longest` bytes have arrived
+        without a line end.
         """
         while True:
             end = self._buffer.find(b"\n", self._searched)
@@ -41,6 +44,8 @@ class LineSocket:
                 self._searched = 0
                 return line
             self._searched = len(self._buffer)
+            if longest is not None and self._searched > longest:
+                raise ProtocolError(f"no line: {self._buffer[:200].decode('latin-1')!r}")
             self._socket.settimeout(_remaining(deadline))
             chunk = self._socket.recv(_CHUNK_BYTES)
             if not chunk:

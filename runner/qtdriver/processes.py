@@ -13,6 +13,16 @@ def _start_of(pid: int) -> Optional[str]:
     return None if status is None else status[19]
 
 
+def is_within(ancestor: int, pid: int) -> bool:
+    """Whether the living process `pid` is `ancestor`, or was started by it or by what it started in turn."""
+    while pid != ancestor:
+        status = status_of(pid)
+        if status is None or pid <= 1:
+            return False
+        pid = int(status[1])
+    return True
+
+
 class Descendant:
     """One process, told from a later one that got the same id."""
 

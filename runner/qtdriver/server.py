@@ -5,12 +5,13 @@ from __future__ import annotations
 import errno
 import socket
 import time
-from typing import Optional
+from typing import Callable, Optional
 
 from .channel import DEFAULT_TIMEOUT
 from .closing import ClosedOnLeaving
 from .connection import Connection
-from .errors import NoClientError, PortInUseError, QtDriverError
+from .errors import ClientRefusedError, ConnectionClosed, NoClientError, PortInUseError, QtDriverError
+from .peers import Peer
 
 HOST = "127.0.0.1"
 PORT = 4242
@@ -59,12 +60,19 @@ class Server(ClosedOnLeaving):
         return self._socket.fileno()
 
     def accept(
-        self, timeout: float = DEFAULT_TIMEOUT, request_timeout: float = DEFAULT_TIMEOUT
+        self,
+        timeout: float = DEFAULT_TIMEOUT,
+        request_timeout: float = DEFAULT_TIMEOUT,
+        *,
+        admits: Callable[[int], bool] = lambda pid: False,
     ) -> Connection:
         """Waits for an agent and for its greeting, `timeout` seconds for both together.
 
-        `request_timeout` is the time in seconds that each later request may take. Raises NoClientError when
-        nobody connects, RequestTimeout, ConnectionClosed or ProtocolError when a client sends no greeting.
+        `request_timeout` is the time in seconds that each later request may take. An agent of another user is refused
+        before anything is read of it, unless `admits` answers true for its process.
+
+        Raises NoClientError when nobody connects, ClientRefusedError when it is not for this user, and RequestTimeout,
+        ConnectionClosed or ProtocolError when a client sends no greeting.
         """
         deadline = time.monotonic() + timeout
         self._socket.settimeout(max(timeout, 0))
@@ -72,4 +80,16 @@ class Server(ClosedOnLeaving):
             connected, _ = self._socket.accept()
         except (socket.timeout, BlockingIOError):
             raise NoClientError(f"no agent connected within {timeout:g} seconds") from None
-        return Connection.greet(connected, deadline, request_timeout)
+        try:
+            peer = Peer(connected)
+            if not peer.is_of_this_user():
+                pid = peer.process()
+                if pid is None or not admits(pid):
+                    raise ClientRefusedError(f"{peer.description()}: another user's")
+        except OSError as error:
+            connected.close()
+            raise ConnectionClosed(f"a client closed the connection before its greeting: {error}") from error
+        except BaseException:
+            connected.close()
+            raise
+        return Connection.greet(connected, deadline, request_timeout, peer)

@@ -65,9 +65,14 @@ class Step:
 
 
 class Transcript:
-    """Collects the exchanges with one agent, and the step that they belong to."""
+    """Collects the exchanges with one agent, and the step that they belong to.
+
+    Attributes:
+        refusals: who else had connected before this agent was there, and was refused.
+    """
 
     def __init__(self) -> None:
+        self.refusals: Tuple[str, ...] = ()
         self._exchanges: Deque[Exchange] = deque(maxlen=KEPT_EXCHANGES)
         self._step: Optional[Step] = None
         self._paused = False

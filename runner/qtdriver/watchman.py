@@ -1,7 +1,8 @@
 """The processes of one launch, and how they are ended. As a program: ends them when its parent is gone.
 
-Started as `watchman.py NAME VALUE`, it waits for the end of its standard input, which comes with the end of the process
-that started it, however that ends. What it reads until then is the session of the launch, if the program was started.
+Started as `watchman.py NAME`, it waits for the end of its standard input, which comes with the end of the process that
+started it, however that ends. What it reads until then is the value, and the session of the launch if the program was
+started, a line each. The value is no argument: every user can read those, and pass for a process of the launch.
 Stands on the standard library alone, so that it starts quickly.
 """
 
@@ -100,5 +101,6 @@ class Launch(NamedTuple):
 
 
 if __name__ == "__main__":
-    told = sys.stdin.buffer.read()
-    Launch(sys.argv[1], sys.argv[2], int(told) if told else None).end(_GRACE_SECONDS)
+    told = sys.stdin.read().split()
+    if told:
+        Launch(sys.argv[1], told[0], int(told[1]) if told[1:] else None).end(_GRACE_SECONDS)

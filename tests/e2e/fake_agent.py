@@ -5,16 +5,20 @@ Arguments, each optional:
   --no-greeting      connect, but say nothing
   --stay             ignore SIGTERM, and go on when the connection ends
   --print TEXT       write TEXT to standard error first
+  --fork             have a child that keeps the connection, too
+  --private          let other processes of the user not look into this one
 Requests beyond the table: "8,quit" answers and ends, "8,vanish" ends without an answer, "8,env:NAME" answers
 an environment variable, "8,slow" answers only when the next request has arrived.
 """
 
 import argparse
+import ctypes
 import os
 import signal
 import socket
 import sys
 
+PR_SET_DUMPABLE = 4
 REPLIES = {
     "1": '0,l:\x0cQMainWindow : "Editor"\x0cQDialog (M) : "Save"',
     "2,Editor": '0,l:\x0c0 V QMainWindow : "main"\x0c1 V QPushButton : "ok"\x0c1 N QLabel : ""',
@@ -65,12 +69,18 @@ def main():
     parser.add_argument("--no-greeting", action="store_true")
     parser.add_argument("--stay", action="store_true")
     parser.add_argument("--print", default="")
+    parser.add_argument("--fork", action="store_true")
+    parser.add_argument("--private", action="store_true")
     options = parser.parse_args()
     if options.stay:
         signal.signal(signal.SIGTERM, signal.SIG_IGN)
     sys.stderr.write(options.print)
     sys.stderr.flush()
+    if options.private:
+        ctypes.CDLL(None).prctl(PR_SET_DUMPABLE, 0)
     with socket.create_connection(("127.0.0.1", 4242)) as connection:
+        if options.fork and os.fork() == 0:
+            signal.pause()
         if not options.no_greeting:
             connection.sendall(f"+client+ 2.1.0 {os.getpid()} -1 fake\n".encode("latin-1"))
         serve(connection)

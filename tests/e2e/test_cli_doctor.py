@@ -157,6 +157,12 @@ def test_a_missing_python_package_is_noted(examine, bare, package):
     assert findings[package]["remedy"] == f"apt install {package}"
 
 
+def test_without_the_package_that_tells_who_connects_nothing_can_be_driven(examine, bare):
+    findings, status = examine(environment=bare)
+    assert (findings["python3-psutil"]["result"], status) == ("problem", 1)
+    assert findings["python3-psutil"]["remedy"] == "apt install python3-psutil"
+
+
 def test_a_program_with_an_agent_is_well(examine):
     findings, _ = examine("speedcrunch")
     assert "uses Qt 5, and there is an agent for it" in findings["program"]["text"]

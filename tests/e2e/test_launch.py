@@ -111,6 +111,10 @@ class Impatience:
     def wait_for(self, *_, **__):
         eventually(lambda: self._note.exists() and self._note.read_text().endswith("\n")).is_true()
 
+    def others(self):
+        """Nobody else has come."""
+        return ""
+
 
 def without_environment(note, *command):
     """A command that clears its environment, starts another program, writes both process ids, and goes on as `command`."""

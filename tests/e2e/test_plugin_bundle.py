@@ -72,6 +72,26 @@ def test_the_transcript_has_requests_and_replies_with_times(failed):
     assert times == sorted(times)
 
 
+def test_the_transcript_says_who_was_refused(project):
+    project.write(
+        """
+        import socket
+        def test_it(qtdriver, request):
+            with socket.create_connection(("127.0.0.1", 4242)) as stranger:
+                stranger.sendall(b"GET / HTTP/1.1\\n")
+                app = request.getfixturevalue("app")
+                app.window(name="showcase").title()
+                raise RuntimeError
+        """
+    )
+    project.run()
+    folder = project.bundle("test_it")
+    refused = "not an agent's greeting: 'GET / HTTP/1.1'"
+    assert f"\nrefused before it: {refused}\n" in (folder / "transcript.txt").read_text()
+    (note,) = json.loads((folder / "trace" / "trace.json").read_text())["notes"]
+    assert note.startswith("refused before process ") and note.endswith(refused)
+
+
 def test_the_error_is_kept(failed):
     text = (failed.bundle / "error.txt").read_text()
     assert text.startswith("error in call:\n") and "RuntimeError: no coffee" in text

@@ -56,7 +56,7 @@ def test_the_port_is_free_again_at_once_after_a_connection():
 
 
 def test_the_greeting_is_known_after_accept(server):
-    with connected_agent(server) as connection:
+    with connected_agent(server, lambda agent: agent.recv(1)) as connection:
         assert (connection.greeting.pid, connection.greeting.hook_port) == (4711, -1)
         assert (connection.greeting.version, connection.greeting.build_tag) == ("2.1.0", "fake")
 
@@ -77,7 +77,7 @@ def test_a_client_that_leaves_or_speaks_otherwise_is_refused(server):
         with connected_agent(server, greeting=b"+client+"):
             pass
     with pytest.raises(errors.ProtocolError, match="GET /"):
-        with connected_agent(server, greeting=b"GET / HTTP/1.1\n"):
+        with connected_agent(server, lambda agent: agent.recv(1), greeting=b"GET / HTTP/1.1\n"):
             pass
 
 

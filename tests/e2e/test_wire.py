@@ -217,7 +217,7 @@ def test_a_reply_that_is_not_as_it_should_be_is_shown_raw():
 
 
 def test_the_package_imports_without_other_packages():
-    code = "import sys; sys.modules['elftools'] = None; sys.path.insert(0, sys.argv[1]); import qtdriver"
+    code = "import sys; sys.modules.update(elftools=None, psutil=None); sys.path.insert(0, sys.argv[1]); import qtdriver"
     folder = next(path for path in sys.path if path.endswith("runner"))
     subprocess.run([sys.executable, "-c", code, folder], check=True)
 

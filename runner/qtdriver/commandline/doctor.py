@@ -19,6 +19,7 @@ from .listeners import listener_of
 from .outcome import FAILED, OK, Outcome
 
 _MARKS = {"ok": "ok     ", "note": "note   ", "problem": "PROBLEM"}
+_NEEDED_PACKAGES = (("psutil", "python3-psutil", "telling which process has connected"),)
 _PACKAGES = (
     ("elftools", "python3-pyelftools", "finding out which Qt a program uses"),
     ("pytest", "python3-pytest", "tests"),
@@ -67,9 +68,10 @@ def _python(_: Optional[Path]) -> Iterator[Finding]:
         yield Finding(
             "Python", "problem", version, "use Python 3.9 or newer: QTDRIVER_PYTHON=/path/to/python3"
         )
-    for module, package, purpose in _PACKAGES:
-        if importlib.util.find_spec(module) is None:
-            yield Finding(package, "note", f"is missing; it is for {purpose}", f"apt install {package}")
+    for result, packages in (("problem", _NEEDED_PACKAGES), ("note", _PACKAGES)):
+        for module, package, purpose in packages:
+            if importlib.util.find_spec(module) is None:
+                yield Finding(package, result, f"is missing; it is for {purpose}", f"apt install {package}")
 
 
 def _agents(build: Optional[Path]) -> Iterator[Finding]:

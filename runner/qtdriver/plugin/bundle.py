@@ -135,6 +135,8 @@ def _describe_widget(record: WidgetRecord) -> str:
 def _describe_transcript(app: App, began: float) -> Iterable[str]:
     """Each request with its time, and its reply with how long it took, in seconds."""
     yield f"process {app.pid}; > request, < reply, ! no reply; seconds since the test began, and of waiting for a reply"
+    for refusal in app.connection.transcript.refusals:
+        yield f"refused before it: {refusal}"
     for exchange in app.connection.transcript.exchanges():
         yield f"{exchange.started - began:10.3f}  > {exchange.request}"
         answer = f"! {exchange.error}" if exchange.reply is None else f"< {_on_one_line(exchange.reply)}"

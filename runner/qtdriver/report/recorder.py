@@ -178,6 +178,10 @@ class Recorder(StepListener):
         if self._forgotten:
             self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
 
+        for entry in self._entries:
+            for refusal in entry.app.connection.transcript.refusals:
+                self._note(f"refused before process {entry.app.pid} came: {refusal}")
+
         def name(picture: Optional[Picture]) -> str:
             return "" if picture is None else names.get(picture, "")
 

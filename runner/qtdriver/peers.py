@@ -1,0 +1,116 @@
+"""Who has connected, as the system knows it: what a greeting says of itself proves nothing."""
+
+from __future__ import annotations
+
+import os
+import pwd
+import socket
+from typing import Any, Optional
+
+from .errors import ConnectionClosed, QtDriverError
+from .tcptable import Address, plain_host, tcp_sockets
+
+_KNOWN_USERS = "/proc/self/uid_map"
+
+
+class PeerReaderMissingError(QtDriverError):
+    """The Python package that tells which process has a socket is not installed."""
+
+    def __init__(self) -> None:
+        super().__init__(
+            "finding out which process has connected needs psutil, which is not installed: install it "
+            "(Debian: python3-psutil)"
+        )
+
+
+class Peer:
+    """The other end of a connection within this machine.
+
+    Attributes:
+        user: id of the user who made its socket.
+    """
+
+    def __init__(self, connected: socket.socket) -> None:
+        """Raises ConnectionClosed when this machine has no process at the other end, and PeerReaderMissingError."""
+        self._psutil = _psutil()
+        self._local: Address = connected.getpeername()[:2]
+        self._remote: Address = connected.getsockname()[:2]
+        ends = (end for end in tcp_sockets() if (end.local, end.remote) == (self._local, self._remote))
+        # A socket that nobody has any more counts as the administrator's.
+        held = next((end for end in ends if end.inode), None)
+        if held is None:
+            raise ConnectionClosed(
+                f"{self} closed the connection before its greeting, or is of another machine"
+            )
+        self.user = held.user
+
+    def __str__(self) -> str:
+        return "{}:{}".format(*self._local)
+
+    def is_of_this_user(self) -> bool:
+        """Whether the socket was made by the user of this process."""
+        return self.user == os.geteuid() and _users_are_told_apart()
+
+    def process(self, likely: Optional[int] = None) -> Optional[int]:
+        """Id of the process that has the socket, as this process sees it; None where the system hides it, as it does
+        with processes of other users and with those of another process namespace.
+
+        `likely` is looked at first: to look at all processes takes longer.
+        """
+        if likely is not None and self._is_held_by(likely):
+            return likely
+        for connection in self._psutil.net_connections("tcp"):
+            if self._is(connection):
+                return None if connection.pid is None else int(connection.pid)
+        return None
+
+    def description(self) -> str:
+        """Who it is, for a person."""
+        pid = self.process()
+        try:
+            user = f"{pwd.getpwuid(self.user).pw_name} ({self.user})"
+        except KeyError:
+            user = str(self.user)
+        return f"{self}, of user {user}, {describe_process(pid)}"
+
+    def _is_held_by(self, pid: int) -> bool:
+        try:
+            process = self._psutil.Process(pid)
+            # The name until psutil 6.
+            connections = getattr(process, "net_connections", None) or process.connections
+            return any(map(self._is, connections("tcp")))
+        except (self._psutil.Error, OverflowError, ValueError):
+            return False
+
+    def _is(self, connection: Any) -> bool:
+        ends = (connection.laddr, connection.raddr)
+        return [(plain_host(end[0]), end[1]) for end in ends if end] == [self._local, self._remote]
+
+
+def describe_process(pid: Optional[int]) -> str:
+    """A process with its name, for a person; None is one that cannot be seen."""
+    if pid is None:
+        return "a process that cannot be seen from here"
+    try:
+        with open(f"/proc/{pid}/comm", encoding="utf-8", errors="replace") as file:
+            return f"process {pid} ({file.read().strip()})"
+    except OSError:
+        return f"process {pid}"
+
+
+def _users_are_told_apart() -> bool:
+    """Whether the user namespace knows this user: otherwise all that it does not know have one id."""
+    try:
+        with open(_KNOWN_USERS, encoding="ascii") as file:
+            ranges = [tuple(map(int, line.split())) for line in file]
+    except OSError:
+        return True  # a system without such namespaces
+    return any(first <= os.geteuid() < first + count for first, _, count in ranges)
+
+
+def _psutil() -> Any:
+    try:
+        import psutil  # type: ignore[import]
+    except ImportError:
+        raise PeerReaderMissingError() from None
+    return psutil
