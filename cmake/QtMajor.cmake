@@ -15,17 +15,21 @@ add_library(qtdriver::qttest ALIAS qtdriver_qttest)
 
 if(QTDRIVER_QT EQUAL 4)
   find_package(Qt4 4.8 REQUIRED COMPONENTS QtCore QtGui QtNetwork QtTest)
+  set(qt_version ${QTVERSION})
   target_link_libraries(qtdriver_qt INTERFACE Qt4::QtCore Qt4::QtGui Qt4::QtNetwork)
   target_link_libraries(qtdriver_qttest INTERFACE qtdriver_qt Qt4::QtTest)
 elseif(QTDRIVER_QT EQUAL 5)
   find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network Test)
+  set(qt_version ${Qt5_VERSION})
   target_link_libraries(qtdriver_qt INTERFACE Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Network)
   target_link_libraries(qtdriver_qttest INTERFACE qtdriver_qt Qt5::Test)
 else()
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Test Core5Compat)
+  set(qt_version ${Qt6_VERSION})
   target_link_libraries(qtdriver_qt INTERFACE Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Network Qt6::Core5Compat)
   target_link_libraries(qtdriver_qttest INTERFACE qtdriver_qt Qt6::Test)
 endif()
+set(QTDRIVER_QT_VERSION ${qt_version} CACHE INTERNAL "The whole version of the Qt that was found")
 target_compile_definitions(qtdriver_qt INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
 
 if(QTDRIVER_QT EQUAL 6)
@@ -73,18 +77,30 @@ function(qtdriver_add_unit_test source)
   add_test(NAME unit/${name} COMMAND ${with_desktop} $<TARGET_FILE:${name}>)
   set_tests_properties(unit/${name} PROPERTIES TIMEOUT 120)
   if("OFFSCREEN" IN_LIST ARGN AND QTDRIVER_QT GREATER 4)
-    add_test(NAME unit/${name}/offscreen COMMAND ${name})
-    set_tests_properties(unit/${name}/offscreen PROPERTIES TIMEOUT 120 ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+    add_test(NAME unit/${name}/offscreen COMMAND env QT_QPA_PLATFORM=offscreen $<TARGET_FILE:${name}>)
+    set_tests_properties(unit/${name}/offscreen PROPERTIES TIMEOUT 120)
   endif()
 endfunction()
 
-# qtdriver_add_pytests(PREFIX SOURCES...): each file of pytest tests is a test of its own.
+# qtdriver_add_pytests(PREFIX SOURCES...): each file of pytest tests is a test of its own. Not quiet: how many tests pytest
+# has found, and how many of them ran, are compared (scripts/count_tests.py).
 function(qtdriver_add_pytests prefix)
   foreach(source IN LISTS ARGN)
     get_filename_component(name ${source} NAME_WE)
     add_test(NAME ${prefix}/${name}
-      COMMAND ${with_desktop} /usr/bin/python3 -m pytest -q -p no:cacheprovider --tb=short ${source})
+      COMMAND ${with_desktop} /usr/bin/python3 -m pytest -p no:cacheprovider --tb=short ${source})
     set_tests_properties(${prefix}/${name} PROPERTIES TIMEOUT 300
       ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};PYTHONDONTWRITEBYTECODE=1")
+  endforeach()
+endfunction()
+
+# qtdriver_add_pytests_once(PREFIX SOURCES...): tests that do not depend on the Qt. When several builds are tested, they
+# run once. They are told of no build, so that one which uses it fails.
+function(qtdriver_add_pytests_once prefix)
+  qtdriver_add_pytests(${prefix} ${ARGN})
+  foreach(source IN LISTS ARGN)
+    get_filename_component(name ${source} NAME_WE)
+    set_tests_properties(${prefix}/${name} PROPERTIES LABELS once
+      ENVIRONMENT "QTDRIVER_BUILD=/nonexistent;QTDRIVER_QT=none;PYTHONDONTWRITEBYTECODE=1")
   endforeach()
 endfunction()

@@ -1,17 +1,21 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs every test: scripts/test.sh [--qt N] [--asan]
-# By default for each Qt that the machine has: 5 and 6 from the packages, 4 where QMAKE4 names its qmake.
-# Ends with one line "N passed, N failed" for all suites together, and with a status that is not 0 when any failed.
+# Sets up, builds and runs every test: scripts/test.sh [--qt N]... [--asan] [--only REGEX]
+# By default for each Qt that the machine has, 5 and 6 from the packages, 4 where QMAKE4 names its qmake, and the suites that
+# talk to the agent once more in a build with sanitizers. --asan runs everything with sanitizers, and nothing without.
+# --only runs a part: the suites whose names the expression is found in, as "qt5/protocol/" or "checks/".
+# Builds and suites of all Qts are one queue for all cores. Ends with one line "N passed, N failed" for all suites
+# together, and with a status that is not 0 when any failed, was cut, or did not run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-majors=()
-flavour=""
+usage() { sed -n '2,7s/^# \?//p' "$0" >&2; exit 2; }
+majors=() flavour="" only="" notes=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --qt) majors+=("${2:?--qt needs a number}"); shift 2 ;;
         --asan) flavour=-asan; shift ;;
-        *) echo "usage: scripts/test.sh [--qt N]... [--asan]" >&2; exit 2 ;;
+        --only) only=${2:?--only needs a regular expression}; shift 2 ;;
+        *) usage ;;
     esac
 done
 if [ ${#majors[@]} -eq 0 ]; then
@@ -19,27 +23,32 @@ if [ ${#majors[@]} -eq 0 ]; then
     if [ -x "${QMAKE4:-}" ]; then
         majors+=(4)
     else
-        echo "test: no Qt 4.8 here (QMAKE4 does not name its qmake), so nothing is tested with it"
+        notes+=("no Qt 4.8 here (QMAKE4 does not name its qmake), so nothing is tested with it")
     fi
 fi
+builds=("${majors[@]/%/$flavour}")
+builds=("${builds[@]/#/qt}")
+if [ -z "$flavour" ]; then
+    sanitized=$(printf '%s\n' "${majors[@]}" | grep -m1 '[56]' || true)
+    [ -z "$sanitized" ] || builds+=("qt$sanitized-asan")
+    [ -n "$sanitized" ] || notes+=("nothing is tested with sanitizers, which need Qt 5 or 6")
+fi
+[ -z "$only" ] || notes+=("this is a part of the suites, those named like $only")
+for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 
 scripts/setup.sh
 export ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}
-jobs=$(($(nproc) + 1))
-logs=()
-for major in "${majors[@]}"; do
-    echo "test: building for Qt $major"
-    scripts/build.sh "$major" ${flavour:+--asan}
+for build in "${builds[@]}"; do
+    major=${build#qt}
+    case "$build" in *-asan) asan=--asan ;; *) asan="" ;; esac
+    scripts/build.sh "${major%-asan}" $asan --configure
 done
-for major in "${majors[@]}"; do
-    build=build/qt$major$flavour
-    echo "test: running the suites for Qt $major"
-    rm -f "$build/Testing/Temporary/LastTest.log"
-    ctest --test-dir "$build" --parallel "$jobs" --output-on-failure --no-tests=error || true
-    logs+=("$build/Testing/Temporary/LastTest.log")
-done
-echo "test: checking the sources, and fuzzing for a minute"
-mkdir -p build/checks
-QTDRIVER_BUILD=$PWD/build/qt${majors[0]}$flavour /usr/bin/python3 -m pytest -q -p no:cacheprovider --tb=short \
-    tests/checks tests/fuzz 2>&1 | tee build/checks/pytest.log || true
-exec /usr/bin/python3 scripts/count_tests.py build/checks/pytest.log "${logs[@]}"
+queue=build/suites
+rm -rf "$queue"
+/usr/bin/python3 scripts/suites.py "$queue" --only "$only" "${builds[@]}"
+status=0
+# Most suites wait for their applications now and then, so there is one more at a time than there are cores.
+ctest --test-dir "$queue" --parallel $(($(nproc) + 1)) --output-on-failure --no-tests=error \
+    --output-junit results.xml --test-output-size-passed 100000000 --test-output-size-failed 100000000 || status=$?
+for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
+exec /usr/bin/python3 scripts/count_tests.py "$queue/suites.json" "$queue/results.xml" "$status"
