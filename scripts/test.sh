@@ -48,7 +48,7 @@ rm -rf "$queue"
 /usr/bin/python3 scripts/suites.py "$queue" --only "$only" "${builds[@]}"
 status=0
 # Most suites wait for their applications now and then, so there is one more at a time than there are cores.
-ctest --test-dir "$queue" --parallel $(($(nproc) + 1)) --output-on-failure --no-tests=error \
+ctest --test-dir "$queue" --parallel $(($(nproc) + 1)) --output-on-failure --no-label-summary --no-tests=error \
     --output-junit results.xml --test-output-size-passed 100000000 --test-output-size-failed 100000000 || status=$?
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 exec /usr/bin/python3 scripts/count_tests.py "$queue/suites.json" "$queue/results.xml" "$status"
