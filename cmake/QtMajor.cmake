@@ -60,11 +60,29 @@ endif()
 if(QTDRIVER_ASAN OR QTDRIVER_FUZZ)
   # Without vptr: the type information of other libraries, hidden or in headers of Qt 4, makes false reports.
   set(sanitizers -fsanitize=address,undefined$<$<BOOL:${QTDRIVER_FUZZ}>:,fuzzer-no-link> -fno-sanitize=vptr)
-  add_compile_options(${sanitizers} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  # Optimised less and with less to debug than what is installed: it is compiled far oftener than it runs.
+  add_compile_options(${sanitizers} -fno-omit-frame-pointer -fno-sanitize-recover=undefined -O1 -g1)
   add_link_options(${sanitizers})
   # Qt's own checks in its headers, of indexes above all, which it has in debug builds only.
   add_compile_definitions($<$<BOOL:${QTDRIVER_FUZZ}>:QT_FORCE_ASSERTS>)
 endif()
+
+# qtdriver_compile_together(TARGET): has the sources of a target share Qt's headers, a dozen at a time.
+function(qtdriver_compile_together target)
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "\\.cpp$")
+  execute_process(COMMAND /usr/bin/python3 ${PROJECT_SOURCE_DIR}/scripts/together.py ${sources}
+    WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} OUTPUT_VARIABLE lines COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE ";" " " lines "${lines}")
+  string(REGEX MATCHALL "[^\n]+" lines "${lines}")
+  set(number 0)
+  foreach(line IN LISTS lines)
+    math(EXPR number "${number} + 1")
+    string(REPLACE " " ";" members "${line}")
+    set_source_files_properties(${members} PROPERTIES UNITY_GROUP ${number})
+  endforeach()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+endfunction()
 
 # Tests run on a private desktop, so that each owns the mouse, the keyboard focus and port 4242.
 set(with_desktop ${PROJECT_SOURCE_DIR}/scripts/with-desktop.sh)

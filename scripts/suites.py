@@ -23,6 +23,7 @@ SANITIZED = ("protocol/", "hostile/", "sanitized/")
 SANITIZED_FOLDERS = ("src", "tests/hosts", "tests/testtool")
 BUILD_COMMANDS = {"qt5-fuzz": [str(ROOT / "scripts" / "fuzz.sh"), "--build"]}
 BUILD_SECONDS = 3600
+CORES = str(os.cpu_count())
 ONCE = "once for all Qts"
 
 
@@ -66,7 +67,17 @@ def suites_of(build, builds):
 
 def build_command(build, builds):
     targets = [f"{folder}/all" for folder in SANITIZED_FOLDERS] if is_beside_plain(build, builds) else ["all"]
-    return ["cmake", "--build", str(ROOT / "build" / build), "--target", *targets, "--", "--quiet"]
+    return [
+        "cmake",
+        "--build",
+        str(ROOT / "build" / build),
+        "--target",
+        *targets,
+        "--parallel",
+        CORES,
+        "--",
+        "--quiet",
+    ]
 
 
 def builds_for(suites, builds):
@@ -78,7 +89,7 @@ def builds_for(suites, builds):
             "group": "builds",
             "kind": "build",
             "command": BUILD_COMMANDS.get(build) or build_command(build, builds),
-            "properties": {"FIXTURES_SETUP": [name], "PROCESSORS": os.cpu_count(), "TIMEOUT": BUILD_SECONDS},
+            "properties": {"FIXTURES_SETUP": [name], "PROCESSORS": CORES, "TIMEOUT": BUILD_SECONDS},
         }
 
 

@@ -20,7 +20,9 @@ while [ $# -gt 0 ]; do
 done
 if [ ${#majors[@]} -eq 0 ]; then
     majors=(5 6)
-    if [ -x "${QMAKE4:-}" ]; then
+    if [ -n "$flavour" ]; then
+        notes+=("only builds with sanitizers, which there are for Qt 5 and 6")
+    elif [ -x "${QMAKE4:-}" ]; then
         majors+=(4)
     else
         notes+=("no Qt 4.8 here (QMAKE4 does not name its qmake), so nothing is tested with it")
@@ -43,12 +45,12 @@ for build in "${builds[@]}"; do
     case "$build" in *-asan) asan=--asan ;; *) asan="" ;; esac
     scripts/build.sh "${major%-asan}" $asan --configure
 done
-queue=build/suites
-rm -rf "$queue"
+queue=build/suites # where ctest also remembers how long each suite took, to begin with the longest
+rm -f "$queue"/results.xml "$queue"/suites.json
 /usr/bin/python3 scripts/suites.py "$queue" --only "$only" "${builds[@]}"
 status=0
-# Most suites wait for their applications now and then, so there is one more at a time than there are cores.
-ctest --test-dir "$queue" --parallel $(($(nproc) + 1)) --output-on-failure --no-label-summary --no-tests=error \
+# Suites wait for their applications half of the time, so there are twice as many at a time as there are cores.
+ctest --test-dir "$queue" --parallel $(($(nproc) * 2)) --output-on-failure --no-label-summary --no-tests=error \
     --output-junit results.xml --test-output-size-passed 100000000 --test-output-size-failed 100000000 || status=$?
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 exec /usr/bin/python3 scripts/count_tests.py "$queue/suites.json" "$queue/results.xml" "$status"

@@ -38,7 +38,7 @@ def test_every_file_of_tests_is_run_by_a_suite(queue):
     if not any(build.endswith("-asan") for build in configured()):
         files -= set(tracked("tests/sanitized/*"))
     run = {Path(word) for suite in queue for word in suite["command"] if word.endswith(".py")}
-    assert files and sorted(files - run) == []
+    assert files and sorted(files - run) == [], "no build has them registered; scripts/build.sh does it"
 
 
 def test_every_program_of_unit_tests_is_run_by_a_suite(queue):

@@ -1,43 +1,22 @@
 """Runs clang-tidy over the sources of the agent that have changed since it last passed.
 
-Most of its time goes to Qt's headers, which each source includes. So sources that have no names in common are put together,
-and looked at as one.
+Sources that can share Qt's headers are put together and looked at as one, which takes a fraction of the time.
 """
 
 import hashlib
 import json
-import re
 import shlex
 import subprocess
+import sys
 from functools import lru_cache
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "scripts"))
+
+from together import groups  # noqa: E402
+
 CONFIGURATION = ROOT / ".clang-tidy"
-MOST_TOGETHER = 12
-
-# A name that begins at the start of a line is declared for the whole file: namespaces are not indented.
-FILE_SCOPE = re.compile(r"^(?![#/ }])[^\n;(={]*?\b(\w+) ?(?:\[[^\]\n]*\] ?)*(?:[;(={:]|$)", re.MULTILINE)
-
-
-def names(text):
-    """All names that a source may declare at the scope of its file; some more do no harm."""
-    return set(FILE_SCOPE.findall(text)) - {"namespace"}
-
-
-def groups(sources):
-    """Lists of sources that can be compiled as one: those of a list declare nothing by the same name."""
-    found = []
-    for source in sources:
-        declared = names(source.read_text())
-        for members, taken in found:
-            if len(members) < MOST_TOGETHER and not declared & taken:
-                members.append(source)
-                taken |= declared
-                break
-        else:
-            found.append(([source], declared))
-    return [members for members, _ in found]
 
 
 @lru_cache(maxsize=None)
@@ -100,7 +79,7 @@ class Tidy:
 
     def complaints_about_all(self, sources):
         """The complaints about some sources that are looked at as one."""
-        options = dict.fromkeys(option for source in sources for option in self.options(source))
+        options = [*self.options(sources[0]), *(f"-I{source.parent}" for source in sources)]
         together = self.folder / f"{sources[0].stem}_and_{len(sources) - 1}_others.cpp"
         together.write_text("".join(source.read_text() for source in sources))
         complaints = self.run(together, options)
