@@ -1,5 +1,7 @@
 #pragma once
 
+#include "compat/export.h"
+
 #include <QtCore/QString>
 
 class QObject;
@@ -17,7 +19,7 @@ protected:
 };
 
 // Installs the process-wide provider; null removes it. It must live until it is removed or replaced.
-void setNameProvider(NameProvider* provider);
+QTDRIVER_EXPORT void setNameProvider(NameProvider* provider);
 NameProvider* nameProvider();
 
 // The object's objectName() if it was ever set, even to the empty text; else the provider's answer; else

@@ -18,14 +18,18 @@ def exported(library):
     return [line.split(" ", 2)[2] for line in listing.stdout.splitlines()]
 
 
-def test_the_agent_exports_its_factory_and_its_class_and_nothing_else():
+NAME_PROVIDER = "LmSquishProxy::setNameProvider(LmSquishProxy::NameProvider*)"
+
+
+def test_the_agent_exports_its_factory_its_class_and_the_name_provider_and_nothing_else():
     names = exported("libqtdriver.so")
     assert "createTestClient" in names
     assert "TestClient::TestClient()" in names
+    assert NAME_PROVIDER in names
     others = [
         name
         for name in names
-        if name != "createTestClient"
+        if name not in ("createTestClient", NAME_PROVIDER)
         and not name.startswith("TestClient::")
         and name not in ("vtable for TestClient", "typeinfo for TestClient", "typeinfo name for TestClient")
     ]

@@ -1,13 +1,16 @@
 // An application that looks for the script-facing object inside itself and calls it, as a test tool does; see
 // tests/protocol/test_hook.py.
 
+#include "bridge/nameprovider.h"
 #include "signalhandler.h"
 #include "testhost.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QProcess>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QtCore/QLibrary>
 
 namespace {
 
@@ -57,6 +60,38 @@ void journalChildEnvironment(TestHost& host)
     host.journal(QLatin1String("child environment ") + QString::fromUtf8(child.readAllStandardOutput()).trimmed());
 }
 
+// Names the objects that have no name by a property, as the application that installs it likes.
+class PropertyProvider final : public LmSquishProxy::NameProvider
+{
+public:
+    QString name(const QObject* object) override { return object->property("providedName").toString(); }
+};
+
+// Through the function that the agent's library exports.
+void installNameProvider(TestHost& host, LmSquishProxy::NameProvider* provider)
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    QLibrary library(arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1));
+    const auto install = reinterpret_cast<decltype(&LmSquishProxy::setNameProvider)>(
+        library.resolve("_ZN13LmSquishProxy15setNameProviderEPNS_12NameProviderE"));
+    if (install)
+        install(provider);
+    else
+        host.journal(library.errorString());
+}
+
+void callFindByName(TestHost& host, const char* name)
+{
+    QWidget* found = nullptr;
+    QWidget* const object = scriptObjects().value(0);
+    const bool called = object
+        && QMetaObject::invokeMethod(object, "findWidgetByHierarchicalName", Q_RETURN_ARG(QWidget*, found),
+            Q_ARG(QStringList, QStringList(QLatin1String(name))));
+    host.journal(QString::fromLatin1("called %1 found %2")
+                     .arg(called)
+                     .arg(found ? QLatin1String(found->metaObject()->className()) : QLatin1String("nothing")));
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -66,6 +101,9 @@ void build(TestHost& host)
     auto* button = new QPushButton(QLatin1String("OK"));
     button->setObjectName(QLatin1String("ok"));
     window->layout()->addWidget(button);
+    auto* unnamed = new QCheckBox;
+    unnamed->setProperty("providedName", QLatin1String("provided"));
+    window->layout()->addWidget(unnamed);
     window->move(60, 60);
     window->show();
 
@@ -76,6 +114,12 @@ void build(TestHost& host)
     host.onRequest(QLatin1String("scriptObjects"), [&host] { journalScriptObjects(host); });
     host.onRequest(QLatin1String("callForButton"), [&host] { callGetWidget(host, "bridge/ok"); });
     host.onRequest(QLatin1String("callForNothing"), [&host] { callGetWidget(host, "nobody"); });
+    host.onRequest(QLatin1String("callForProvided"), [&host] { callFindByName(host, "provided"); });
+    host.onRequest(QLatin1String("installNameProvider"), [&host] {
+        static PropertyProvider provider;
+        installNameProvider(host, &provider);
+    });
+    host.onRequest(QLatin1String("removeNameProvider"), [&host] { installNameProvider(host, nullptr); });
     host.onRequest(QLatin1String("deleteScriptObject"), [] { delete scriptObjects().value(0); });
     host.onRequest(QLatin1String("watchScriptObject"), [&host] {
         // No child of the object: those are gone by the time of the signal.

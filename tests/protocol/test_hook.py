@@ -150,6 +150,19 @@ def test_scripts_can_call_the_script_object_later(hooked):
     ]
 
 
+def test_the_application_can_name_what_has_no_name(hooked):
+    hooked.do("callForProvided")
+    hooked.do("installNameProvider")
+    hooked.do("callForProvided")
+    hooked.do("removeNameProvider")
+    hooked.do("callForProvided")
+    assert hooked.events("called") == [
+        "called 1 found nothing",
+        "called 1 found QCheckBox",
+        "called 1 found nothing",
+    ]
+
+
 def test_the_libraries_stay_until_the_process_ends(hooked, tmp_path):
     hooked.do("deleteAgent")
     for name in ("libsquishhook.so", "libsquishqtwrapper.so"):
