@@ -12,6 +12,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtCore/QTimerEvent>
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QNetworkProxy>
@@ -34,6 +35,37 @@ const int mostUnreadReplyBytes = 4 * 1024 * 1024;
 const int sliceMilliseconds = 10;
 const int pauseMilliseconds = 1;
 
+// Has the agent execute what has arrived. An application may remove all events that are posted, whosoever they are; this
+// one comes again then.
+class TurnEvent : public QEvent
+{
+public:
+    explicit TurnEvent(TestClient* testClient)
+        : QEvent(eventType())
+        , client(testClient)
+    {
+    }
+
+    ~TurnEvent() override
+    {
+        if (client && !isDelivered && QCoreApplication::instance())
+            QTimer::singleShot(pauseMilliseconds, client.data(), SLOT(socketReadyRead()));
+    }
+
+    Q_DISABLE_COPY(TurnEvent)
+
+    static Type eventType()
+    {
+        static const int registered = registerEventType();
+        return static_cast<Type>(registered);
+    }
+
+    bool isDelivered = false;
+
+private:
+    const QPointer<TestClient> client;
+};
+
 } // namespace
 
 TestClient::TestClient()
@@ -41,7 +73,6 @@ TestClient::TestClient()
     connect(this, SIGNAL(connected()), SLOT(socketConnected()));
     connect(this, SIGNAL(readyRead()), SLOT(socketReadyRead()));
     connect(this, compat::socketErrorSignal(), SLOT(socketError(QAbstractSocket::SocketError)));
-    QCoreApplication::instance()->installEventFilter(new compat::IdleSocketFilter(this));
     buildTag = composeBuildTag();
     const TestToolHook hook = prepareTestToolHook(buildTag);
     hookPort = hook.port;
@@ -62,8 +93,15 @@ TestClient::~TestClient()
     }
 }
 
+void TestClient::close()
+{
+    QTcpSocket::close();
+    idleSocketFilter = nullptr;
+}
+
 void TestClient::socketConnected()
 {
+    idleSocketFilter = compat::IdleSocketFilter::installWhereNeeded();
     compat::setSocketNotInheritable(socketDescriptor());
     setSocketOption(LowDelayOption, 1);
     // The socket has a buffer of its own. Qt 4's second one in front of it would hide from it what there is to read.
@@ -74,18 +112,25 @@ void TestClient::socketConnected()
     flush();
 }
 
+// Nothing is executed here: a command runs the application's code, which may delete the agent, and Qt, which has emitted
+// the signal, goes on with the socket afterwards. An object may die in its own event.
 void TestClient::socketReadyRead()
+{
+    if (!isExecuting && !pause.isActive())
+        QCoreApplication::postEvent(this, new TurnEvent(this));
+}
+
+void TestClient::executeRequests()
 {
     // One at a time: a command may run an event loop, and what arrives there is executed after it.
     if (isExecuting || pause.isActive())
         return;
-    // A command runs the application's code, which may delete the agent.
     const QPointer<TestClient> self(this);
     isExecuting = true;
     QElapsedTimer slice;
     slice.start();
     QByteArray request;
-    while (self && takeRequest(request)) {
+    while (takeRequest(request)) {
         const QByteArray reply = executeCommand(request, *applicationProxy) + '\n';
         if (!self)
             return;
@@ -96,17 +141,16 @@ void TestClient::socketReadyRead()
             write(reply);
             flush();
         }
-        if (!self || isLast)
+        if (!self)
+            return;
+        if (isLast)
             break;
-        if (!isRetired && slice.hasExpired(sliceMilliseconds))
+        if (slice.hasExpired(sliceMilliseconds))
             startPause();
     }
-    if (!self)
-        return;
     isExecuting = false;
-    // From the event loop, when Qt has ended its signal.
     if (isRetired)
-        pause.start(0, this);
+        delete this;
 }
 
 // Takes the next complete request from the socket, without its line end.
@@ -132,8 +176,7 @@ bool TestClient::isServerBehind()
 {
     const bool isBehind = bytesToWrite() > mostUnreadReplyBytes;
     if (isBehind && !awaitsServer) {
-        // From the event loop: a command must not run within Qt's own writing.
-        connect(this, SIGNAL(bytesWritten(qint64)), SLOT(socketReadyRead()), Qt::QueuedConnection);
+        connect(this, SIGNAL(bytesWritten(qint64)), SLOT(socketReadyRead()));
     } else if (!isBehind && awaitsServer) {
         disconnect(this, SIGNAL(bytesWritten(qint64)), this, SLOT(socketReadyRead()));
     }
@@ -152,8 +195,12 @@ void TestClient::startPause()
 
 bool TestClient::event(QEvent* event)
 {
-    // A command may run an event loop that deletes what deleteLater() was called for; but the signal that had the command
-    // executed is on the stack below, and Qt goes on with the socket after it.
+    if (event->type() == TurnEvent::eventType()) {
+        static_cast<TurnEvent*>(event)->isDelivered = true;
+        executeRequests();
+        return true;
+    }
+    // A command may run an event loop that deletes what deleteLater() was called for. The command has its reply first.
     if (event->type() == QEvent::DeferredDelete && isExecuting) {
         isRetired = true;
         return true;
@@ -168,12 +215,8 @@ void TestClient::timerEvent(QTimerEvent* event)
         return;
     }
     pause.stop();
-    if (isRetired) {
-        delete this;
-        return;
-    }
     setReadBufferSize(readAheadBytes);
-    socketReadyRead();
+    executeRequests();
 }
 
 void TestClient::socketError(QAbstractSocket::SocketError)
@@ -184,5 +227,5 @@ void TestClient::socketError(QAbstractSocket::SocketError)
 
 TestClient* createTestClient()
 {
-    return new (std::nothrow) TestClient;
+    return QCoreApplication::instance() ? new (std::nothrow) TestClient : nullptr;
 }

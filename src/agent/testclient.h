@@ -1,17 +1,19 @@
 #pragma once
 
+#include "compat/export.h"
+
 #include <QtCore/QBasicTimer>
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtNetwork/QTcpSocket>
 
-#ifdef QTDRIVER_LIBRARY
-#define QTDRIVER_EXPORT Q_DECL_EXPORT
-#else
-#define QTDRIVER_EXPORT Q_DECL_IMPORT
-#endif
+#include <memory>
 
 class STApplicationProxy;
+
+namespace compat {
+class IdleSocketFilter;
+}
 
 namespace LmSquishProxy {
 class CPyTestProxy;
@@ -29,7 +31,11 @@ public:
     TestClient();
     // Sends what is still to be sent, however long the server takes to read it: call abort() first not to wait. The
     // proxy registry stays for the rest of the process, on purpose: a command may still be on the stack.
+    // It may be deleted at any time in its thread, even in a slot that one of its commands runs: that command has no
+    // reply then.
     ~TestClient() override;
+
+    void close() override;
 
 protected:
     bool event(QEvent* event) override;
@@ -41,6 +47,7 @@ private Q_SLOTS:
     void socketError(QAbstractSocket::SocketError error);
 
 private:
+    void executeRequests();
     bool takeRequest(QByteArray& request);
     bool isServerBehind();
     void startPause();
@@ -55,15 +62,17 @@ private:
     QByteArray incomplete;
     // A command is on the stack; it may run an event loop.
     bool isExecuting = false;
-    // To be deleted when that command has ended.
+    // To be deleted when that command has its reply.
     bool isRetired = false;
     // So many replies are unread that the next request waits until some have been written.
     bool awaitsServer = false;
-    // Runs between two slices of many requests, while the application has its turn, and before a retired agent's end.
+    // Runs between two slices of many requests, while the application has its turn.
     QBasicTimer pause;
+    // While the connection is open, where it is needed.
+    std::unique_ptr<compat::IdleSocketFilter> idleSocketFilter;
 };
 
-// Creates the agent, once, in the GUI thread of an application that has its QApplication. The caller owns it; while the
-// application runs, deleteLater() is the way to delete it, since a command may be on the stack. Null when there is no
-// memory.
+// Creates the agent, once, in the GUI thread of an application that has its QApplication. The caller owns it, and may
+// delete it whenever it likes; by deleteLater(), a command that is on the stack still has its reply. Null when there is
+// no application object yet, or no memory.
 extern "C" QTDRIVER_EXPORT TestClient* createTestClient();

@@ -2,6 +2,8 @@
 
 #include <QtCore/QObject>
 
+#include <memory>
+
 namespace compat {
 
 // An event filter for the application: a notifier of a socket is told of input only while there is some. Where GLib runs
@@ -12,7 +14,8 @@ namespace compat {
 class IdleSocketFilter : public QObject
 {
 public:
-    using QObject::QObject;
+    // A filter of the application as long as it lives; null where the event loop of this thread needs none.
+    static std::unique_ptr<IdleSocketFilter> installWhereNeeded();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 };

@@ -3,6 +3,7 @@
 #include "agent/buildtag.h"
 #include "waiting.h"
 
+#include <QApplication>
 #include <QMetaMethod>
 #include <QtTest>
 
@@ -10,11 +11,26 @@ class tst_TestClient : public QObject
 {
     Q_OBJECT
 
+public:
+    explicit tst_TestClient(const TestClient* created)
+        : beforeApplication(created)
+    {
+    }
+
 private Q_SLOTS:
+    void beforeAnyApplicationObjectThereIsNone();
     void theBuildTagIsTheOneThatServersKnow();
     void theSlotsHaveTheirPlacesInTheMetaObject();
     void itIsCreatedWithoutParentAndStartsConnecting();
+
+private:
+    const TestClient* const beforeApplication;
 };
+
+void tst_TestClient::beforeAnyApplicationObjectThereIsNone()
+{
+    QVERIFY(!beforeApplication);
+}
 
 void tst_TestClient::theBuildTagIsTheOneThatServersKnow()
 {
@@ -48,5 +64,12 @@ void tst_TestClient::itIsCreatedWithoutParentAndStartsConnecting()
     delete client;
 }
 
-QTEST_MAIN(tst_TestClient)
+int main(int argc, char** argv)
+{
+    const TestClient* const beforeApplication = createTestClient();
+    const QApplication application(argc, argv);
+    tst_TestClient test(beforeApplication);
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_testclient.moc"

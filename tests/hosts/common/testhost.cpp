@@ -85,10 +85,7 @@ TestHost::TestHost(const QString& library)
         const auto* socket = static_cast<TestClient*>(client);
         journal(QString::fromLatin1("agent open %1 state %2").arg(socket->isOpen()).arg(socket->state()));
     });
-    onRequest(QLatin1String("deleteAgent"), [this] {
-        delete client;
-        client = nullptr;
-    });
+    onRequest(QLatin1String("deleteAgent"), [this] { deleteAgent(); });
 }
 
 void TestHost::loadAgentWhenActive()
@@ -111,6 +108,12 @@ void TestHost::loadAgent()
     }
     client = create();
     journal(QLatin1String("agent loaded"));
+}
+
+void TestHost::deleteAgent()
+{
+    delete client;
+    client = nullptr;
 }
 
 void TestHost::retireAgent()

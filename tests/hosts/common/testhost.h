@@ -39,7 +39,10 @@ public:
     // "press edit 10,12 button 1 buttons 1 modifiers 0" or "keypress edit 65 'a' modifiers 0".
     void journalInput(QObject* object);
 
-    // Ends the agent while the application runs, as soon as the event loop is back.
+    // Null when there is none.
+    QObject* agent() const { return client; }
+    // Ends the agent while the application runs: at once, or as soon as the event loop is back.
+    void deleteAgent();
     void retireAgent();
 
     // The object with this name; null when there is none.
