@@ -4,6 +4,7 @@
 #include "agent/widgetaccess.h"
 #include "agent/wiretext.h"
 #include "agent/wirevalue.h"
+#include "compat/stacking.h"
 #include "compat/variant.h"
 #include "identify/objectname.h"
 #include "identify/widgetlookup.h"
@@ -149,7 +150,7 @@ QString locateWidget(const Request& request, STApplicationProxy&)
         return found.refusal;
     const QPointer<QWidget> widget(found.widget);
     const QString reply = QLatin1String("0,") + QLatin1String(widget->metaObject()->className());
-    widget->activateWindow();
+    compat::activateWindow(widget);
     if (widget)
         widget->window()->raise();
     if (widget)

@@ -2,6 +2,7 @@
 
 #include "agent/request.h"
 #include "agent/widgetaccess.h"
+#include "compat/stacking.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -43,7 +44,7 @@ QString changeWindow(const Request& request, Change change)
     if (window->isMinimized())
         window->showNormal();
     if (window)
-        window->activateWindow();
+        compat::activateWindow(window);
     if (window)
         window->raise();
     if (window)

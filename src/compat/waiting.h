@@ -1,5 +1,7 @@
 #pragma once
 
+#include "compat/stacking.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
@@ -10,6 +12,7 @@ namespace compat {
 inline void processEvents(QEventLoop::ProcessEventsFlags waiting = QEventLoop::AllEvents)
 {
     QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | waiting);
+    forgetWindows();
 }
 
 // Processes events, but those of sockets, until the condition holds or the time is over. The condition is asked after

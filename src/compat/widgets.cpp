@@ -1,8 +1,5 @@
 #include "compat/widgets.h"
 
-#include "compat/waiting.h"
-
-#include <QtCore/QPointer>
 #include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPixmap>
@@ -20,28 +17,6 @@
 #endif
 
 namespace compat {
-
-namespace {
-
-// Whether the user could make the window the active one.
-bool canBecomeActive(const QWidget* window)
-{
-    const QWidget* modal = QApplication::activeModalWidget();
-    const bool takesFocus = window->windowType() != Qt::ToolTip && window->windowType() != Qt::SplashScreen
-        && !(window->windowFlags() & Qt::X11BypassWindowManagerHint);
-    return window->isVisible() && takesFocus && (!modal || modal == window) && !QApplication::activePopupWidget();
-}
-
-bool isReachable(const QWidget* widget)
-{
-    const QWidget* window = widget->window();
-    if (!window->isActiveWindow())
-        return false;
-    const QPoint center = widget->mapToGlobal(widget->rect().center());
-    return !window->rect().contains(window->mapFromGlobal(center)) || QApplication::topLevelAt(center) == window;
-}
-
-} // namespace
 
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
@@ -81,21 +56,6 @@ QRect availableGeometry(const QWidget* widget)
 #else
     return QApplication::desktop()->availableGeometry(widget);
 #endif
-}
-
-void waitUntilReachable(QWidget* widget)
-{
-    if (!canBecomeActive(widget->window()) || isReachable(widget))
-        return;
-    const QPointer<QWidget> guarded(widget);
-    const int maximumMilliseconds = 500;
-    processEventsUntil([&] { return !guarded || isReachable(guarded); }, maximumMilliseconds);
-    // Qt can lose track of the focus when popups open and close in quick succession: the windowing system has it on the
-    // window, so nothing more will come, but Qt has no active window, or a popup that is closed, and no key would reach
-    // any widget.
-    const QWidget* active = QApplication::activeWindow();
-    if (guarded && (!active || !active->isVisible()))
-        QApplication::setActiveWindow(guarded->window());
 }
 
 QString keyCodeText(int key)

@@ -24,12 +24,6 @@ QPixmap pixmapOf(const QIcon& icon, const QSize& size);
 // The part of the widget's screen that panels leave free, in global coordinates.
 QRect availableGeometry(const QWidget* widget);
 
-// Lets the window of a widget, asked to show itself and become active, do so. On Windows that has happened at once; on
-// X11 the window manager does it some time later, and until then mouse clicks miss the window and keys go to another one.
-// Processes events, but those of sockets, until the window is active and on top where the widget's centre is: for half a
-// second at most, and not at all if the window cannot become active.
-void waitUntilReachable(QWidget* widget);
-
 // The text of a key event that is made from a key code: none, but for the space key since Qt 5. An item view of these
 // takes a space without text for a search for any text, and moves its current item on to the next one.
 QString keyCodeText(int key);

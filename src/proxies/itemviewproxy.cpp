@@ -1,5 +1,6 @@
 #include "proxies/itemviewproxy.h"
 
+#include "compat/stacking.h"
 #include "compat/variant.h"
 #include "proxies/itemmousecommand.h"
 #include "proxies/itemproperties.h"
@@ -73,7 +74,7 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
 
 void ItemViewProxy::takeFocusByKey(const QString& errorMessage)
 {
-    itemView()->activateWindow();
+    compat::activateWindow(itemView());
     itemView()->setFocus(Qt::OtherFocusReason);
     keyClick(Qt::Key_Up, Qt::NoModifier);
     syncEvents();

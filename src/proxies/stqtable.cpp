@@ -1,5 +1,6 @@
 #include "proxies/stqtable.h"
 
+#include "compat/stacking.h"
 #include "compat/variant.h"
 #include "proxies/itemproperties.h"
 #include "proxies/itemtext.h"
@@ -120,7 +121,7 @@ void STQTable::focusTable()
         return;
     tableView()->raise();
     syncEvents();
-    tableView()->activateWindow();
+    compat::activateWindow(tableView());
     syncEvents();
     for (int attempt = 0; attempt < 2; ++attempt) {
         tableView()->setFocus(Qt::OtherFocusReason);

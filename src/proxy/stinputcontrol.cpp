@@ -1,5 +1,7 @@
 #include "proxy/stinputcontrol.h"
 
+#include "compat/reachable.h"
+#include "compat/stacking.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/eventkiller.h"
@@ -32,7 +34,7 @@ QWidget* keyTarget()
 // While a popup is open it gets all mouse input outside its own children, as with a user's mouse.
 QWidget* mouseTarget(const QPoint& position)
 {
-    QWidget* under = QApplication::widgetAt(position);
+    QWidget* under = compat::widgetAt(position);
     QWidget* popup = QApplication::activePopupWidget();
     return !popup || (under && under->window() == popup) ? under : popup;
 }
@@ -135,9 +137,26 @@ void STInputControl::typeText(const QString& text)
         keyClick(character);
 }
 
+void STInputControl::awaitInFront(QWidget* widget)
+{
+    awaited = widget;
+}
+
+void STInputControl::waitForAwaited(const QPoint& position)
+{
+    const QPointer<QWidget> widget(awaited);
+    awaited = nullptr;
+    if (!widget)
+        return;
+    compat::waitUntilInFront(widget, position);
+    if (!widget)
+        raiseError(deadWidgetMessage);
+}
+
 void STInputControl::mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers)
 {
     syncEvents();
+    waitForAwaited(position);
     if (QCursor::pos() == position)
         return;
     QCursor::setPos(position);
@@ -170,9 +189,9 @@ void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers mo
         target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
     if (!target)
         return; // the press was its end
-    target->activateWindow();
+    compat::activateWindow(target);
     if (target && acceptsClickFocus(target))
-        target->setFocus(Qt::OtherFocusReason);
+        compat::setFocus(target);
 }
 
 void STInputControl::mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
@@ -204,9 +223,9 @@ void STInputControl::mouseDoubleClick(const QPoint& position, Qt::MouseButton bu
     postInputEvent(
         target, compat::newMouseEvent(QEvent::MouseButtonDblClick, target, position, button, button, modifiers));
     if (target && acceptsClickFocus(target)) {
-        target->activateWindow();
+        compat::activateWindow(target);
         if (target)
-            target->setFocus(Qt::OtherFocusReason);
+            compat::setFocus(target);
         syncEvents();
     }
 }

@@ -38,6 +38,8 @@ protected:
     // error, proxy without widget" and a release is dropped, instead of reaching whatever has the focus then.
     void dedicateKeysTo(QWidget* owner);
 
+    // Has the next move of the mouse wait until the widget's window is in front where the mouse goes.
+    void awaitInFront(QWidget* widget);
     // While a button is held this is a drag: the application sees a move event with the held buttons.
     void mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
     // At the cursor's position. A button stays held, from one command to the next, until it is released.
@@ -54,6 +56,9 @@ private:
     void postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);
     void postDragMove(const QPointer<QWidget>& target, const QPoint& position, Qt::KeyboardModifiers modifiers);
 
+    void waitForAwaited(const QPoint& position);
+
+    QPointer<QWidget> awaited;
     QPointer<QWidget> keyOwner;
     bool keysAreDedicated = false;
 };

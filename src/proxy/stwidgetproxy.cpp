@@ -1,5 +1,7 @@
 #include "proxy/stwidgetproxy.h"
 
+#include "compat/reachable.h"
+#include "compat/stacking.h"
 #include "compat/variant.h"
 #include "compat/widgets.h"
 
@@ -72,7 +74,9 @@ const BuiltInProperty builtInProperties[] = {
     {"globalRect",
         [](STWidgetProxy& proxy, const QString&) -> QVariant {
             proxy.prepareWidget();
-            const QWidget* widget = proxy.checkedWidget(nullptr);
+            QWidget* widget = proxy.checkedWidget(nullptr);
+            compat::waitUntilInFront(widget, widget->mapToGlobal(widget->rect().center()));
+            widget = proxy.checkedWidget(nullptr);
             return rectAt(widget->mapToGlobal(widget->rect().topLeft()), widget->rect().size());
         }},
 };
@@ -159,19 +163,21 @@ QWidget* STWidgetProxy::checkedWidget(const char* className)
 void STWidgetProxy::prepareWidget()
 {
     const QPointer<QWidget> window(checkedWidget(nullptr)->window());
+    compat::forgetWindows();
     if (window->isMinimized()) {
         window->showNormal();
         syncEvents();
     }
     if (window)
-        window->activateWindow();
+        compat::activateWindow(window);
     if (window)
         window->raise();
     if (window)
         moveOntoScreen(window);
     syncEvents();
     if (widget)
-        compat::waitUntilReachable(widget);
+        compat::waitUntilActive(widget);
+    awaitInFront(widget);
 }
 
 void STWidgetProxy::moveOntoScreen(QWidget* window)

@@ -36,7 +36,7 @@ public:
     // The bound widget. Raises an error when it is gone, or is not of the class (null for any).
     QWidget* checkedWidget(const char* className);
     // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen. Where
-    // a window manager does that in its own time, waits for it.
+    // a window manager does that in its own time, waits until it is active; the mouse waits until it is in front.
     void prepareWidget();
     // A built-in property ("pseudoPropertyNames", "propertyNames", "className", "silkClassName", "globalRect"), else
     // a pseudo-property, else a Qt property. Raises an error when none has a valid value.

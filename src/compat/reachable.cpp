@@ -1,0 +1,147 @@
+#include "compat/reachable.h"
+
+#include "compat/stacking.h"
+#include "compat/vainwaits.h"
+#include "compat/waiting.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QtGlobal>
+
+#if QT_VERSION >= 0x050000
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QWidget>
+#else
+#include <QtGui/QApplication>
+#include <QtGui/QDesktopWidget>
+#endif
+
+namespace compat {
+
+namespace {
+
+bool isOnScreen(const QPoint& point)
+{
+#if QT_VERSION >= 0x050000
+    return QGuiApplication::screenAt(point) != nullptr;
+#else
+    return QApplication::desktop()->screenGeometry(point).contains(point);
+#endif
+}
+
+bool letsInputThrough(const QWidget* window)
+{
+#if QT_VERSION >= 0x050000
+    return window->windowFlags() & Qt::WindowTransparentForInput;
+#else
+    Q_UNUSED(window)
+    return false;
+#endif
+}
+
+// Whether the windowing system was told that one window belongs above the other.
+bool isTransientFor(const QWidget* window, const QWidget* other)
+{
+#if QT_VERSION >= 0x050000
+    const QWindow* handle = window->windowHandle();
+    while (handle && handle != other->windowHandle())
+        handle = handle->transientParent();
+    return handle != nullptr;
+#else
+    while (window && window != other) {
+        const Qt::WindowType type = window->windowType();
+        const bool isTransient = type == Qt::Dialog || type == Qt::Sheet || type == Qt::Tool || type == Qt::SplashScreen
+            || type == Qt::ToolTip || type == Qt::Drawer || type == Qt::Popup;
+        const QWidget* parent = window->parentWidget();
+        window = isTransient && parent ? parent->window() : nullptr;
+    }
+    return window != nullptr;
+#endif
+}
+
+bool isUnmanaged(const QWidget* window)
+{
+    return window->windowType() == Qt::ToolTip || window->windowType() == Qt::Popup
+        || window->windowFlags() & Qt::X11BypassWindowManagerHint;
+}
+
+// Whether to raise the window does not bring it above the other one.
+bool staysBelow(const QWidget* window, const QWidget* other)
+{
+    const Qt::WindowFlags added = other->windowFlags() & ~window->windowFlags();
+    const Qt::WindowFlags missing = window->windowFlags() & ~other->windowFlags();
+    return isUnmanaged(other) || added & Qt::WindowStaysOnTopHint || missing & Qt::WindowStaysOnBottomHint
+        || isTransientFor(other, window);
+}
+
+// Whether the window can come to the front at all: it is on the screen by itself, and nothing of the application
+// blocks it.
+bool canComeToFront(const QWidget* window)
+{
+    const bool isShown = window->isVisible() && !window->graphicsProxyWidget()
+        && !window->testAttribute(Qt::WA_DontShowOnScreen) && !letsInputThrough(window);
+    const QWidget* modal = QApplication::activeModalWidget();
+    return isShown && !isUnmanaged(window) && (!modal || modal == window) && !QApplication::activePopupWidget();
+}
+
+bool canBecomeActive(const QWidget* window)
+{
+    return window->windowType() != Qt::SplashScreen && !refusesFocus(window);
+}
+
+// The window at a point of the widget, its own one where nothing can be told.
+QWidget* windowInFront(const QWidget* widget, const QPoint& localPosition)
+{
+    QWidget* window = widget->window();
+    const QPoint point = widget->mapToGlobal(localPosition);
+    return window->rect().contains(window->mapFromGlobal(point)) && isOnScreen(point) ? windowAt(point) : window;
+}
+
+enum class Goal { Active, InFront };
+
+bool isReached(Goal goal, const QWidget* widget, const QPoint& localPosition)
+{
+    const QWidget* window = widget->window();
+    if (goal == Goal::Active && !window->isActiveWindow() && canBecomeActive(window))
+        return false;
+    const QWidget* front = windowInFront(widget, localPosition);
+    return front == window || (front && staysBelow(window, front));
+}
+
+void waitFor(Goal goal, QWidget* widget, const QPoint& localPosition)
+{
+    const QPointer<QWidget> guarded(widget);
+    const auto isOver
+        = [&] { return !guarded || !canComeToFront(guarded->window()) || isReached(goal, guarded, localPosition); };
+    VainWaits& vainWaits = VainWaits::all();
+    if (isOver() || vainWaits.contain(widget->window(), windowInFront(widget, localPosition)))
+        return;
+    const int maximumMilliseconds = 500;
+    processEventsUntil(isOver, maximumMilliseconds);
+    if (isOver())
+        return;
+    // Qt can lose track of the focus when popups open and close in quick succession: the windowing system has it on the
+    // window, so nothing more will come, but Qt has no active window, or a popup that is closed, and no key would reach
+    // any widget.
+    const QWidget* active = QApplication::activeWindow();
+    if (canBecomeActive(guarded->window()) && (!active || !active->isVisible()))
+        QApplication::setActiveWindow(guarded->window());
+    if (guarded)
+        vainWaits.add(guarded->window(), windowInFront(guarded, localPosition));
+}
+
+} // namespace
+
+void waitUntilActive(QWidget* widget)
+{
+    if (!widget->isActiveWindow() && canBecomeActive(widget->window()))
+        waitFor(Goal::Active, widget, widget->rect().center());
+}
+
+void waitUntilInFront(QWidget* widget, const QPoint& globalPosition)
+{
+    waitFor(Goal::InFront, widget, widget->mapFromGlobal(globalPosition));
+}
+
+} // namespace compat

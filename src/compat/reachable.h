@@ -1,0 +1,22 @@
+#pragma once
+
+class QPoint;
+class QWidget;
+
+// Waits for the window manager.
+namespace compat {
+
+// A window that was asked to show itself and become active has done so at once on Windows. On X11 the window manager does
+// it some time later, and until then mouse clicks miss the window and keys go to another one. These process events, but
+// those of sockets, until it is done: for half a second at most, and not at all for a window that was waited for in vain
+// and stands as it did then.
+
+// Until the widget's window is active, and in front at the widget's centre. Not if it is active already, nor if it
+// cannot be because it refuses the focus, or something modal, a popup or a graphics view has it.
+void waitUntilActive(QWidget* widget);
+
+// Until the widget's window is in front at a point. Not if the point is beside the window, or if it stays below what is
+// there, as below a floating dock of its own.
+void waitUntilInFront(QWidget* widget, const QPoint& globalPosition);
+
+} // namespace compat

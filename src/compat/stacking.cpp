@@ -1,0 +1,100 @@
+#include "compat/stacking.h"
+
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+#include <QtCore/QRect>
+
+#if QT_VERSION >= 0x050000
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QWidget>
+#else
+#include <QtGui/QApplication>
+#include <QtGui/QWidget>
+#endif
+
+namespace compat {
+
+namespace {
+
+// The last answer of the windowing system, and how the window was placed then.
+struct WindowAtPoint
+{
+    QPoint point;
+    QPointer<QWidget> window;
+    QRect geometry;
+};
+
+WindowAtPoint lastAnswer;
+
+// An event filter of the application: when one of its windows changes, the windowing system is asked again.
+class WindowChanges : public QObject
+{
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const QEvent::Type type = event->type();
+        const bool isChange = type == QEvent::Show || type == QEvent::Hide || type == QEvent::Move
+            || type == QEvent::Resize || type == QEvent::ZOrderChange || type == QEvent::WindowStateChange;
+        if (isChange && watched->isWidgetType() && static_cast<QWidget*>(watched)->isWindow())
+            forgetWindows();
+        return false;
+    }
+};
+
+} // namespace
+
+QWidget* windowAt(const QPoint& point)
+{
+    const QWidget* window = lastAnswer.window;
+    const bool isKnown
+        = window && lastAnswer.point == point && window->isVisible() && window->geometry() == lastAnswer.geometry;
+    if (!isKnown) {
+        lastAnswer.point = point;
+        lastAnswer.window = QApplication::topLevelAt(point);
+        lastAnswer.geometry = lastAnswer.window ? lastAnswer.window->geometry() : QRect();
+    }
+    return lastAnswer.window;
+}
+
+bool refusesFocus(const QWidget* window)
+{
+#if QT_VERSION >= 0x050000
+    return window->windowFlags() & Qt::WindowDoesNotAcceptFocus;
+#else
+    return window->testAttribute(Qt::WA_X11DoNotAcceptFocus);
+#endif
+}
+
+void activateWindow(QWidget* widget)
+{
+    QWidget* window = widget->window();
+    if (!window->isActiveWindow())
+        forgetWindows();
+    if (!refusesFocus(window))
+        widget->activateWindow();
+}
+
+QWidget* widgetAt(const QPoint& globalPosition)
+{
+    QWidget* window = windowAt(globalPosition);
+    // Below a window that no mouse event reaches there may be another one.
+    if (!window || window->testAttribute(Qt::WA_TransparentForMouseEvents))
+        return QApplication::widgetAt(globalPosition);
+    QWidget* child = window->childAt(window->mapFromGlobal(globalPosition));
+    return child ? child : window;
+}
+
+void forgetWindows()
+{
+    lastAnswer = WindowAtPoint();
+}
+
+void setFocus(QWidget* widget)
+{
+    WindowChanges changes;
+    qApp->installEventFilter(&changes);
+    widget->setFocus(Qt::OtherFocusReason);
+    qApp->removeEventFilter(&changes);
+}
+
+} // namespace compat

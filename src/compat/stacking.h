@@ -1,0 +1,24 @@
+#pragma once
+
+class QPoint;
+class QWidget;
+
+// Which of the application's windows is in front, at a point and with the focus.
+namespace compat {
+
+// QApplication::topLevelAt(). Only the windowing system knows it, and each question takes several round trips to an X
+// server, so the last answer is kept until forgetWindows().
+QWidget* windowAt(const QPoint& globalPosition);
+// QApplication::widgetAt(), by that answer.
+QWidget* widgetAt(const QPoint& globalPosition);
+// To be called when a window may have appeared, moved or gone: events were handled, or the application's code ran.
+void forgetWindows();
+
+// Whether the window never becomes active, since the application has told the windowing system so.
+bool refusesFocus(const QWidget* window);
+// QWidget::activateWindow(), but silent for those windows, where Qt only warns.
+void activateWindow(QWidget* widget);
+// QWidget::setFocus(), which runs the application's code: if that changes a window, windows are forgotten.
+void setFocus(QWidget* widget);
+
+} // namespace compat

@@ -1,0 +1,126 @@
+// Windows that cannot become active, or cannot come to the front; see tests/protocol/test_fronts.py.
+
+#include "testhost.h"
+
+#include <QApplication>
+#include <QDockWidget>
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+
+namespace {
+
+// Qt::WindowDoesNotAcceptFocus, which Qt 4 does not have: there, the attribute does it.
+const auto doesNotAcceptFocus = static_cast<Qt::WindowType>(0x00200000);
+
+QPushButton* addButton(TestHost& host, QWidget* parent, const char* name, const QRect& place)
+{
+    auto* button = new QPushButton(QLatin1String(name), parent);
+    button->setObjectName(QLatin1String(name));
+    button->setGeometry(place);
+    host.journalSignal(button, SIGNAL(clicked()), QLatin1String("clicked"));
+    return button;
+}
+
+QWidget* addWindow(const char* name, const char* title, const QRect& place)
+{
+    auto* window = new QWidget;
+    window->setObjectName(QLatin1String(name));
+    window->setWindowTitle(QLatin1String(title));
+    window->setGeometry(place);
+    return window;
+}
+
+void buildMain(TestHost& host)
+{
+    auto* window = new QMainWindow;
+    window->setObjectName(QLatin1String("main"));
+    window->setWindowTitle(QLatin1String("Main"));
+    window->setGeometry(60, 60, 400, 300);
+    auto* central = new QWidget;
+    window->setCentralWidget(central);
+    addButton(host, central, "open", QRect(20, 20, 100, 40));
+    addButton(host, central, "covered", QRect(20, 200, 100, 40));
+
+    auto* dock = new QDockWidget(QLatin1String("Dock"), window);
+    dock->setObjectName(QLatin1String("dock"));
+    auto* content = new QWidget;
+    content->setObjectName(QLatin1String("content"));
+    host.journalInput(content);
+    dock->setWidget(content);
+    window->addDockWidget(Qt::RightDockWidgetArea, dock);
+    // Floating once the main window is on the screen, as a user has it: then the window manager keeps it above that.
+    host.onRequest(QLatin1String("floatDock"), [dock] {
+        dock->setFloating(true);
+        dock->setGeometry(60, 230, 200, 120);
+    });
+
+    // Another window of the application, which the main one can be raised above.
+    auto* cover = addWindow("cover", "Cover", QRect(50, 50, 200, 120));
+    cover->setAttribute(Qt::WA_ShowWithoutActivating);
+    host.onRequest(QLatin1String("coverMain"), [cover] {
+        cover->hide();
+        cover->show();
+        cover->raise();
+    });
+    window->show();
+}
+
+void buildRefusing(TestHost& host, const char* name, const char* title, Qt::WindowFlags flags)
+{
+    auto* window = addWindow(name, title, QRect(500, 60, 300, 200));
+    window->setAttribute(Qt::WA_X11DoNotAcceptFocus);
+    window->setWindowFlags(Qt::Window | flags);
+    addButton(host, window, "press", QRect(20, 20, 100, 40));
+    auto* edit = new QLineEdit(window);
+    edit->setObjectName(QLatin1String("edit"));
+    edit->setGeometry(20, 100, 200, 40);
+    host.journalInput(edit);
+    host.onRequest(QLatin1String("show-") + QLatin1String(name), [window] { window->show(); });
+}
+
+void buildScene(TestHost& host)
+{
+    auto* embedded = addWindow("embedded", "Embedded", QRect(0, 0, 200, 100));
+    addButton(host, embedded, "inner", QRect(20, 20, 100, 40));
+    auto* scene = new QGraphicsScene;
+    scene->addWidget(embedded);
+    auto* view = new QGraphicsView(scene);
+    scene->setParent(view);
+    view->setObjectName(QLatin1String("scene"));
+    view->setWindowTitle(QLatin1String("Scene"));
+    view->setGeometry(500, 400, 300, 200);
+    host.onRequest(QLatin1String("showScene"), [view] { view->show(); });
+}
+
+// A window with a hole where the centre of its button is: nothing brings that to the front.
+void buildHoled(TestHost& host)
+{
+    auto* window = addWindow("holed", "Holed", QRect(860, 400, 300, 200));
+    const QRect place(100, 80, 100, 40);
+    addButton(host, window, "lost", place);
+    host.onRequest(QLatin1String("showHoled"), [window, place] {
+        window->setMask(QRegion(window->rect()).subtracted(QRegion(place)));
+        window->show();
+    });
+    host.onRequest(QLatin1String("hideHoled"), [window] { window->hide(); });
+    host.onRequest(QLatin1String("mendHoled"), [window] { window->clearMask(); });
+}
+
+void build(TestHost& host)
+{
+    buildMain(host);
+    buildRefusing(host, "refusing", "Refusing", doesNotAcceptFocus);
+    buildRefusing(host, "reluctant", "Reluctant", Qt::WindowFlags());
+    buildScene(host);
+    buildHoled(host);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}

@@ -1,0 +1,98 @@
+"""Windows that cannot become active, or not come to the front: a command waits for what can happen, and for nothing else.
+
+A wait that ends in nothing takes half a second. No busy machine makes the quickest of several commands take as long.
+"""
+
+import time
+
+import pytest
+
+WAIT = 0.5
+HIDDEN = "8,Exception : Error: widget is hidden by another window"
+CLICK = "MouseClick:LeftButton:0.5:0.5:"
+
+
+@pytest.fixture
+def app(launch):
+    # A warning of Qt's ends the application: a command has none printed.
+    return launch("fronthost", env={"QT_FATAL_WARNINGS": "1"})
+
+
+def seconds(command, reply, times=1):
+    """The time of the quickest of several commands, which all are answered like this."""
+    taken = []
+    for _ in range(times):
+        start = time.monotonic()
+        assert command() == reply
+        taken.append(time.monotonic() - start)
+    return min(taken)
+
+
+def is_quick(command, reply):
+    return seconds(command, reply, times=4) < WAIT / 2
+
+
+@pytest.mark.parametrize("window", ["refusing", "reluctant"])
+def test_a_window_that_refuses_the_focus_is_not_waited_for(app, window):
+    app.do(f"show-{window}")
+    title = window.capitalize()
+    app.wait_until(window, "visible", "true")
+    app.activate(title, "press")  # the window manager has placed it
+    app.forget()
+    assert is_quick(lambda: app.activate(title, "press"), "0,QPushButton")
+    assert app.events("clicked") == ["clicked press"] * 4
+    assert is_quick(lambda: app.mouse(title, "edit", CLICK), "0,QLineEdit")
+    assert len(app.events("press")) == len(app.events("release")) == 4
+
+
+def test_commands_on_a_window_that_refuses_the_focus_print_nothing(app):
+    app.do("show-refusing")
+    assert app.activate("Refusing", "press") == "0,QPushButton"
+    app.wait_for("clicked press")
+    assert app.enter("Refusing", "edit", "s:") == "0,QLineEdit"
+    assert app.mouse("Refusing", "edit", "MouseDoubleClick:LeftButton:0.5:0.5:") == "0,QLineEdit"
+    assert app.request("4,Refusing,press") == "0,QPushButton"
+    assert app.request("10,Refusing,510,70") == "0,Refusing"
+    assert app.request("11,Refusing,310,210") == "0,Refusing"
+    assert app.get("refusing", "visible") == "true"
+
+
+def test_what_a_floating_dock_covers_is_not_waited_for(app):
+    app.do("floatDock")
+    app.wait_until("content", "visible", "true")
+    app.activate("Main", "covered")  # the window manager has placed the dock
+    app.forget()
+    assert is_quick(lambda: app.activate("Main", "covered"), "0,QPushButton")
+    assert app.events("clicked") == []
+    assert len(app.events("press")) == 4, "the dock gets the clicks"
+
+
+def test_a_widget_within_a_graphics_view_is_not_waited_for(app):
+    app.show("showScene", "scene")
+    assert is_quick(
+        lambda: app.mouse("Embedded", "inner", "MouseMove::::", class_name="QWidget"), "0,QWidget"
+    )
+    assert is_quick(lambda: app.activate("Embedded", "inner"), "0,QPushButton")
+    app.wait_for("clicked inner")
+
+
+def test_a_window_that_another_one_covers_is_waited_for(app):
+    app.wait_until("main", "isActiveWindow", "true")
+    for _ in range(5):
+        app.do("coverMain")
+        app.forget()
+        assert app.activate("Main", "open") == "0,QPushButton"
+        app.wait_for("clicked open")
+
+
+def test_a_wait_in_vain_is_not_repeated_while_the_window_stands_as_it_did(app):
+    app.show("showHoled", "holed")
+    assert seconds(lambda: app.activate("Holed", "lost"), HIDDEN) > 0.8 * WAIT
+    assert is_quick(lambda: app.activate("Holed", "lost"), HIDDEN)
+    app.do("hideHoled")
+    app.show("showHoled", "holed")
+    assert seconds(lambda: app.activate("Holed", "lost"), HIDDEN) > 0.8 * WAIT
+    app.do("mendHoled")
+    assert app.request("10,Holed,800,380") == "0,Holed"
+    assert app.activate("Holed", "lost") == "0,QPushButton"
+    app.wait_for("clicked lost")
