@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Optional, Set, Tuple
+from typing import Dict, Optional, Set, Tuple
 
 from .channel import DEFAULT_TIMEOUT, Channel
 from .commands import COMMAND_BY_NAME
@@ -27,6 +27,8 @@ class Connection(Channel):
 
     Attributes:
         visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
+        entered: the classes that served the widgets in which values were entered, by their windows, their paths, and the
+            classes that were asked for.
     """
 
     def __init__(
@@ -39,6 +41,7 @@ class Connection(Channel):
         """As that of the channel."""
         super().__init__(lines, greeting, timeout, process)
         self.visited: Set[Tuple[str, str]] = set()
+        self.entered: Dict[Tuple[str, str, str], str] = {}
 
     def _command(self, name: str, *texts: str) -> Reply:
         reply = self.request(COMMAND_BY_NAME[name].compose(*texts))
@@ -86,7 +89,9 @@ class Connection(Channel):
     def enter_widget(self, window: str, path: str, value: Argument, *, widget_class: str = "") -> str:
         """Enters `value` as a user would. Answers the class under which the widget was served."""
         text = encode_argument(value)
-        return self._command("enterWidget", window, path, widget_class, text, "").payload
+        served = self._command("enterWidget", window, path, widget_class, text, "").payload
+        self.entered[window, path, widget_class] = served
+        return served
 
     def read_property(
         self, window: str, path: str, name: str, argument: Optional[str] = None, *, widget_class: str = ""

@@ -36,13 +36,17 @@ class Menu:
     def __repr__(self) -> str:
         return f'{self.window}.menu("{self.path}")'
 
-    def activate(self, *, timeout: Optional[float] = None) -> None:
-        """Opens the menus on the way with the keyboard and chooses the entry."""
-        self._act("activate()", None, timeout)
+    def activate(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """Opens the menus on the way with the keyboard and chooses the entry.
 
-    def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
-        """Chooses the entry if it is not in that state; the menu is closed in any case."""
-        self._act(f"check({on})", on, timeout)
+        Before that the top right corner of the menu bar is clicked. Where that would press a button, it is a
+        CornerButtonError; `force` clicks nevertheless. A bar that was given by its path is not looked at.
+        """
+        self._act("activate()", None, force, timeout)
+
+    def check(self, on: bool = True, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """Chooses the entry if it is not in that state; the menu is closed in any case. `force` is as for activate()."""
+        self._act(f"check({on})", on, force, timeout)
 
     def is_enabled(self, *, timeout: Optional[float] = None) -> bool:
         """Whether the entry can be chosen."""
@@ -65,7 +69,7 @@ class Menu:
             raise ProtocolError(f"not a list: {value!r}")
         return value
 
-    def _act(self, action: str, state: Optional[bool], timeout: Optional[float]) -> None:
+    def _act(self, action: str, state: Optional[bool], force: bool, timeout: Optional[float]) -> None:
         connection = self.window.app.connection
         address = self.window.address
 
@@ -78,7 +82,7 @@ class Menu:
                 lambda: connection.activate_widget(address, bar, self.path, state),
             )
 
-        self._perform(action, repeatable(connection, address, choose), False, timeout)
+        self._perform(action, repeatable(connection, address, choose), False, timeout, opens=not force)
 
     def _read(self, name: str, timeout: Optional[float]) -> Value:
         connection = self.window.app.connection
@@ -90,13 +94,19 @@ class Menu:
         )
 
     def _perform(
-        self, action: str, call: Callable[[str], _Result], reads: bool, timeout: Optional[float]
+        self,
+        action: str,
+        call: Callable[[str], _Result],
+        reads: bool,
+        timeout: Optional[float],
+        *,
+        opens: bool = False,
     ) -> _Result:
-        """Makes `call` with the path of the widget that has the entries."""
+        """Makes `call` with the path of the widget that has the entries; `opens` says that it opens a menu by a click."""
         window = self.window
 
         def find_and_call() -> _Result:
-            return call(self._bar if self._bar is not None else window.menu_bar_path())
+            return call(self._bar if self._bar is not None else window.menu_bar_path(opens=opens))
 
         title = f'menu("{self.path}").{action}'
         return window.perform(title, find_and_call, reads=reads, path=self._bar or "", timeout=timeout)

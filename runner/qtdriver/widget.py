@@ -6,6 +6,7 @@ from contextlib import suppress
 from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, Type, TypeVar
 
+from .editing import refuse_without_editor
 from .errors import (
     RETRYABLE_ERRORS,
     RETRYABLE_LOOKUPS,
@@ -82,18 +83,23 @@ class Widget:
         """
         self.activate(item, timeout=timeout)
 
-    def enter(self, value: "str | int | bool", *, timeout: Optional[float] = None) -> str:
+    def enter(
+        self, value: "str | int | bool", *, force: bool = False, timeout: Optional[float] = None
+    ) -> str:
         """Replaces what the widget holds, with the keyboard: "Ada\\n" types Ada and presses Return.
 
-        In item views it edits the current item. Answers the class that served the widget.
+        In item views it edits the current item. A text for a list, tree or table whose edit triggers open no editor for
+        it is a NoEditorError, since the keys would do other things; `force` sends them nevertheless, for an application
+        that opens editors by itself. Answers the class that served the widget.
         """
-        return self._act(
-            f"enter({value!r})",
-            lambda path: self._connection.enter_widget(
-                self.window.address, path, value, widget_class=self.as_class
-            ),
-            timeout,
-        )
+        connection, address = self._connection, self.window.address
+
+        def act(path: str) -> str:
+            if not force:
+                refuse_without_editor(connection, address, path, value, self.as_class)
+            return connection.enter_widget(address, path, value, widget_class=self.as_class)
+
+        return self._act(f"enter({value!r}{', force=True' if force else ''})", act, timeout)
 
     def click(
         self,

@@ -5,13 +5,14 @@ from __future__ import annotations
 from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
+from .corners import refuse_corner_button
 from .derived import button_name
 from .errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
 from .explain import POPUP, checked_unique_path, list_tree
 from .menu import Menu
 from .mouse import repeatable
 from .steps import run_step
-from .tree import WidgetTree
+from .tree import Node, WidgetTree
 from .widget import Widget
 
 if TYPE_CHECKING:
@@ -138,24 +139,33 @@ class Window:
             retryable=retryable,
         )
 
-    def menu_bar_path(self) -> str:
-        """The path of what has the window's menu entries: the popup itself, or the menu bar. Does not wait."""
-        return "ActivePopupWidget" if self.address == POPUP else self._path_of("QMenuBar")
+    def menu_bar_path(self, *, opens: bool = False) -> str:
+        """The path of what has the window's menu entries: the popup itself, or the menu bar. Does not wait.
+
+        With `opens`, a bar whose menus cannot be opened without pressing a button is a CornerButtonError.
+        """
+        if self.address == POPUP:
+            return "ActivePopupWidget"
+        tree, bar, path = self._find("QMenuBar")
+        if opens:
+            refuse_corner_button(self.app.connection, self.address, tree, bar, path)
+        return path
 
     def _path_of(self, class_name: str) -> str:
-        """A path of the outermost visible widget of this very class."""
+        return self._find(class_name)[2]
+
+    def _find(self, class_name: str) -> Tuple[WidgetTree, Node, str]:
+        """The widgets of the window, the outermost visible one of this very class, and a path of it."""
         connection = self.app.connection
         tree = list_tree(connection, self.address)
         nodes = [node for node in tree.nodes if node.record.class_name == class_name and node.record.visible]
-        path = None
-        if nodes:
-            outermost = min(nodes, key=lambda node: node.record.depth)
-            path = checked_unique_path(connection, self.address, tree, outermost)
-        if path is None:
+        outermost = min(nodes, key=lambda node: node.record.depth, default=None)
+        path = None if outermost is None else checked_unique_path(connection, self.address, tree, outermost)
+        if outermost is None or path is None:
             problem = (
                 "there is one, but no path finds only that: set its object name in the application"
                 if nodes
                 else "there is no visible one in this window"
             )
             raise WidgetNotFoundError("5", f"Widget of class {class_name} not found", problem)
-        return path
+        return tree, outermost, path

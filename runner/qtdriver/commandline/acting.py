@@ -72,6 +72,9 @@ def _add_enter(parser: argparse.ArgumentParser) -> None:
     parser.add_argument(
         "--return", dest="press_return", action="store_true", help="press Return behind a text"
     )
+    parser.add_argument(
+        "--force", action="store_true", help="into an item view whose edit triggers open no editor, too"
+    )
     add_timeout(parser)
 
 
@@ -81,7 +84,7 @@ def _enter(app: App, arguments: Arguments) -> Outcome:
     assert value is not None
     if arguments["press_return"] and isinstance(value, str):
         value += "\n"
-    return _served(widget.enter(value, timeout=arguments["timeout"]))
+    return _served(widget.enter(value, force=arguments["force"], timeout=arguments["timeout"]))
 
 
 def _add_mouse(parser: argparse.ArgumentParser) -> None:
@@ -123,15 +126,19 @@ def _add_menu(parser: argparse.ArgumentParser) -> None:
     parser.add_argument("path", metavar="PATH", help="texts of the menus and of the entry: File/Save")
     parser.add_argument("--bar", metavar="PATH", help="path of the menu bar, where the window has several")
     parser.add_argument("--check", choices=("on", "off"), help="choose it only if it is not in that state")
+    parser.add_argument(
+        "--force", action="store_true", help="even if the click that opens it presses a button of the bar"
+    )
     add_timeout(parser)
 
 
 def _menu(app: App, arguments: Arguments) -> Outcome:
     entry = window_of(app, arguments).menu(arguments["path"], bar=arguments["bar"])
+    force, timeout = arguments["force"], arguments["timeout"]
     if arguments["check"] is None:
-        entry.activate(timeout=arguments["timeout"])
+        entry.activate(force=force, timeout=timeout)
     else:
-        entry.check(arguments["check"] == "on", timeout=arguments["timeout"])
+        entry.check(arguments["check"] == "on", force=force, timeout=timeout)
     return Outcome("OK", {})
 
 
