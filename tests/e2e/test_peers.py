@@ -222,6 +222,23 @@ def test_a_process_is_not_ended_because_a_hidden_application_that_hangs_says_its
             assert test.communicate(timeout=60)[0] == f"process {victim} could not be ended\nvictim: None\n"
 
 
+def test_where_no_user_can_be_told_from_another_none_counts_as_this_one():
+    """In a user namespace that knows no user all have the same id."""
+    with attaching("unshare", "-U", arguments="start_timeout=30") as test:
+        assert test.stdout.readline() == "\n"
+        with connected() as client:
+            assert is_lost(client)
+        test.kill()
+
+
+def test_a_connection_through_a_socket_of_the_other_protocol_has_its_process_too(server):
+    with socket.socket(socket.AF_INET6) as client:
+        client.connect(("::ffff:127.0.0.1", 4242))
+        client.sendall(b"+client+ 2.1.0 1 -1 fake\n")
+        with server.accept(30) as connection:
+            assert (connection.process, connection.greeting.pid) == (os.getpid(), 1)
+
+
 def test_an_application_that_lets_nobody_look_into_it_is_driven(build, fake_agent, tmp_path):
     program = (
         f"import sys; sys.path.insert(0, {RUNNER!r})\n"
