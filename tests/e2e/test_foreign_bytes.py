@@ -74,7 +74,7 @@ def test_a_reply_is_read_or_is_no_reply(line):
         assert value is None or reply.ok
 
 
-@made_up()
+@made_up(60)
 @given(st.text(max_size=50), st.integers(-(2**31), 2**31 - 1), st.lists(NAMES), st.binary(max_size=50))
 def test_values_that_the_agent_writes_are_read_as_they_were(text, number, items, data):
     assert Reply.parse(f"0,u:{text.encode().hex()}").value() == text
@@ -116,7 +116,7 @@ def test_a_record_is_read_or_is_none(text):
         read_or_refused(parse, text, errors.ProtocolError)
 
 
-@made_up()
+@made_up(60)
 @given(CLASSES, st.booleans(), NAMES, st.integers(0, 500))
 def test_records_that_the_agent_writes_are_read_as_they_were(class_name, flag, name, depth):
     window = WindowRecord.parse(f'{class_name}{" (M)" if flag else ""} : "{name}"')
@@ -125,7 +125,7 @@ def test_records_that_the_agent_writes_are_read_as_they_were(class_name, flag, n
     assert widget == WidgetRecord(depth, flag, class_name, name)
 
 
-@made_up()
+@made_up(60)
 @given(
     st.lists(
         st.builds(WidgetRecord, st.integers(0, 5), st.booleans(), CLASSES, st.sampled_from("abc") | NAMES)
@@ -203,7 +203,7 @@ def check_elf(path):
     read_or_refused(functools.partial(qt_major, environment={}), path, program.ProgramError)
 
 
-@made_up(200)
+@made_up(120)
 @given(PATCHES, st.integers(0, 256 * 1024))
 def test_a_damaged_program_is_read_or_refused(tmp_path, library, patches, end):
     path = tmp_path / "damaged"
@@ -243,7 +243,7 @@ def pictures(draw):
     return width, height, colours, draw(st.lists(row, min_size=height, max_size=height))
 
 
-@made_up(200)
+@made_up(50)
 @given(pictures())
 def test_a_picture_that_qt_writes_is_read_pixel_by_pixel(picture):
     width, height, colours, rows = picture
