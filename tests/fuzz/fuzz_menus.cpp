@@ -1,4 +1,4 @@
-// Menu paths. The first line of the input is a path, the others are a menu (menus/fuzzmenu.h). Rules: the same items,
+// Menu paths. The first line of the input is a path, the others are a menu (menus/menuitem.h). Rules: the same items,
 // lists, answers and errors as by a slow and obvious reading; and, when the path begins with "@", which is no part of it,
 // choosing it in the open menu triggers just that item.
 
@@ -28,36 +28,39 @@ QString answer(QWidget* widget, const char* property, const QString& path)
     return read.error.isEmpty() ? read.value.toString() : read.error;
 }
 
-void checkProperties(const FuzzMenu& host, const QString& path, const QString& detail)
+void checkProperties(const FuzzMenu& host, const naive::Items& items, const QString& path, const QString& detail)
 {
-    const QList<QAction*> actions = host.menu()->actions();
     const QStringList elements = path.split(QLatin1Char('/'));
-    check(menuItemList(actions) == naive::menuItemList(actions), "the list of a menu's items", detail);
-    check(menuItemList(host.menuBar()->actions()) == naive::menuItemList(actions), "the list of a bar's items", detail);
+    const QStringList list = naive::menuItemList(items);
+    check(menuItemList(host.menu()->actions()) == list, "the list of a menu's items", detail);
+    check(menuItemList(host.menuBar()->actions()) == list, "the list of a bar's items", detail);
 
     const auto same = [&](const QString& actual, const QString& expected, const char* rule) {
         check(actual == expected.left(2047), rule,
             detail + QLatin1Char('\n') + fuzzing::printable(actual) + QLatin1Char('\n') + fuzzing::printable(expected));
     };
-    same(answer(host.menu(), "pathDisabled", path), naive::menuPathDisabled(actions, elements),
-        "pathDisabled of a menu");
-    same(answer(host.menuBar(), "pathDisabled", path), naive::barPathDisabled(actions, elements),
-        "pathDisabled of a bar");
-    same(answer(host.menuBar(), "pathChecked", path), naive::barPathChecked(actions, elements), "pathChecked");
+    same(answer(host.menu(), "pathDisabled", path), naive::menuPathDisabled(items, elements), "pathDisabled of a menu");
+    same(
+        answer(host.menuBar(), "pathDisabled", path), naive::barPathDisabled(items, elements), "pathDisabled of a bar");
+    same(answer(host.menuBar(), "pathChecked", path), naive::barPathChecked(items, elements), "pathChecked");
 }
 
-void checkFinding(const FuzzMenu& host, const QString& path, const QString& detail)
+void checkFinding(const FuzzMenu& host, const naive::Items& items, const QString& path, const QString& detail)
 {
-    QStringList actualRest = splitMenuPath(path);
-    QStringList expectedRest = path.split(QLatin1Char('/'));
-    const QAction* found = findMenuItem(host.menu()->actions(), actualRest);
-    check(found == naive::takeMenuItem(host.menu()->actions(), expectedRest), "the item of a path", detail);
-    check(!found || actualRest.mid(1) == expectedRest, "what is left of a path", detail);
+    QStringList rest = splitMenuPath(path);
+    const QStringList elements = path.split(QLatin1Char('/'));
+    const naive::FoundItem expected = naive::findMenuItem(items, elements);
+    const QAction* found = findMenuItem(host.menu()->actions(), rest);
+    check((found != nullptr) == (expected.item != nullptr), "whether a path names an item", detail);
+    if (!found)
+        return;
+    check(found->objectName() == QString::number(expected.item->line), "the item of a path", detail);
+    check(rest.mid(1) == elements.mid(expected.length), "what is left of a path", detail);
 }
 
-void checkChoosing(const FuzzMenu& host, const QString& path, const QString& detail)
+void checkChoosing(const FuzzMenu& host, const naive::Items& items, const QString& path, const QString& detail)
 {
-    const QString expected = naive::chosenItem(host.menu()->actions(), path.split(QLatin1Char('/')));
+    const QString expected = naive::chosenItem(items, path.split(QLatin1Char('/')));
     host.menu()->popup(QPoint(10, 10));
     QCoreApplication::processEvents();
     const bool opened = QApplication::activePopupWidget() == host.menu(); // a menu without items does not open
@@ -80,12 +83,13 @@ extern "C" __attribute__((visibility("default"))) int LLVMFuzzerTestOneInput(con
 {
     const QStringList lines = fuzzing::linesOf(data, size);
     const QString detail = fuzzing::printable(lines.join(QLatin1String("\n")));
-    const FuzzMenu host(lines.mid(1));
+    const naive::Items items = menuOf(lines.mid(1));
+    const FuzzMenu host(items);
     const bool chooses = lines.first().startsWith(QLatin1Char('@'));
     const QString path = lines.first().mid(chooses ? 1 : 0);
-    checkFinding(host, path, detail);
-    checkProperties(host, path, detail);
+    checkFinding(host, items, path, detail);
+    checkProperties(host, items, path, detail);
     if (chooses)
-        checkChoosing(host, path, detail);
+        checkChoosing(host, items, path, detail);
     return 0;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "menuitem.h"
+
 #include <QtCore/QStringList>
 
 #include <memory>
@@ -8,22 +10,20 @@ class QMainWindow;
 class QMenu;
 class QWidget;
 
-// A menu and a menu bar with the same items. Each line is an item: ">" for each level below the first, then signs in any
-// order, and the text. "!" hidden, "#" disabled, "*" checkable, "+" checkable and checked, "-" a separator.
-// An item with items below it has them as its submenu. The triggered items are counted.
+// A menu and a menu bar with the same items. Each action has the number of its line as its object name.
 class FuzzMenu
 {
 public:
-    explicit FuzzMenu(const QStringList& lines);
+    explicit FuzzMenu(const std::vector<MenuItem>& items);
     ~FuzzMenu();
 
     QMenu* menu() const;
     QWidget* menuBar() const;
-    // The paths, by the order in which they were built, of the items that were triggered.
+    // The line numbers of the items that were triggered, in that order.
     QStringList triggered() const { return triggeredItems; }
 
 private:
-    void fill(QWidget* menuOrBar, const QStringList& lines, int& next, int depth);
+    void fill(QWidget* menuOrBar, const std::vector<MenuItem>& items);
 
     std::unique_ptr<QMainWindow> window;
     std::unique_ptr<QMenu> popup;

@@ -2,32 +2,93 @@
 
 #include "fuzzing.h"
 
-#include <QAction>
-#include <QMenu>
+#include <QtCore/QRegularExpression>
+
+#include <algorithm>
 
 namespace naive {
 
 namespace {
 
-QString itemText(const QAction* action)
+// Words with one blank in between; a separator has none.
+QString shownText(const MenuItem& item)
 {
-    if (action->isSeparator())
-        return QString();
-    QString text = action->text();
-    const auto mnemonic = text.indexOf(QLatin1Char('&'));
-    if (mnemonic >= 0)
-        text.remove(mnemonic, 1);
-    return text.simplified();
+    const auto mnemonic = item.text.indexOf(QLatin1Char('&'));
+    const QString text = mnemonic < 0 ? item.text : item.text.left(mnemonic) + item.text.mid(mnemonic + 1);
+    QString words;
+    bool isBetween = false;
+    for (const QChar character : text) {
+        if (isBetween && !character.isSpace() && !words.isEmpty())
+            words += QLatin1Char(' ');
+        isBetween = character.isSpace();
+        if (!isBetween)
+            words += character;
+    }
+    return item.isSeparator ? QString() : words;
 }
 
-QList<QAction*> countable(const QList<QAction*>& actions)
+bool canBeNamed(const MenuItem& item)
 {
-    QList<QAction*> items;
-    for (QAction* action : actions) {
-        if (action->isVisible() && !action->isSeparator())
-            items.append(action);
+    return !(item.isHidden || item.isSeparator);
+}
+
+// How many items that can be named there are before this one.
+int numberOf(const Items& items, const MenuItem& item)
+{
+    return static_cast<int>(std::count_if(items.data(), &item, canBeNamed));
+}
+
+// Only plain numbers are read here; blanks of all kinds and a plus sign are Qt's to judge.
+bool isNumber(const QString& digits, int number)
+{
+    static const QRegularExpression plain(QStringLiteral("\\A0*([0-9]{1,5})\\z"));
+    const QRegularExpressionMatch match = plain.match(digits);
+    if (match.hasMatch()) {
+        int value = 0;
+        for (const QChar digit : match.captured(1))
+            value = 10 * value + digit.unicode() - '0';
+        return value == number;
     }
-    return items;
+    bool ok = false;
+    const int value = digits.toInt(&ok, 10);
+    return ok && value == number;
+}
+
+// How many of the path's elements are the item's address among its siblings; 0 when none are.
+int fittingLength(const Items& items, const MenuItem& item, const QStringList& path)
+{
+    const QLatin1String numberWord("Item ");
+    if (!canBeNamed(item))
+        return 0;
+    if (path.first().startsWith(numberWord))
+        return isNumber(path.first().mid(numberWord.size()), numberOf(items, item)) ? 1 : 0;
+    const QStringList address = shownText(item).split(QLatin1Char('/'));
+    if (address.size() > path.size())
+        return 0;
+    const bool fits = std::equal(address.begin(), address.end(), path.begin());
+    return fits ? static_cast<int>(address.size()) : 0;
+}
+
+// The items on the way of a path, as far as it leads; their states do not matter.
+struct Step
+{
+    QString element; // what names the item
+    const MenuItem* item;
+    bool isLast;
+};
+
+std::vector<Step> way(const Items& items, const QStringList& path)
+{
+    const FoundItem found = findMenuItem(items, path);
+    const QStringList rest = path.mid(found.length);
+    const QString element = QStringList(path.mid(0, found.length)).join(QLatin1String("/"));
+    std::vector<Step> steps = {{element, found.item, rest.isEmpty()}};
+    if (!found.item || rest.isEmpty())
+        return steps;
+    // Without a submenu nothing is found there.
+    const std::vector<Step> further = way(found.item->items, rest);
+    steps.insert(steps.end(), further.begin(), further.end());
+    return steps;
 }
 
 QString boolText(bool value)
@@ -35,127 +96,88 @@ QString boolText(bool value)
     return QLatin1String(value ? "true" : "false");
 }
 
-QList<QAction*> below(const QAction* item)
+void appendEntries(QStringList& list, const MenuItem& item, const QString& path)
 {
-    return item->menu()->actions();
-}
-
-// The element that the agent's messages name: the item's whole text where it takes several elements.
-QString element(const QAction* item, const QString& first)
-{
-    return item && !first.startsWith(QLatin1String("Item ")) ? itemText(item) : first;
-}
-
-void appendItems(QStringList& list, const QAction* action, const QString& path)
-{
-    if (!action->menu()) {
+    if (item.items.empty())
         list.append(path);
-        return;
-    }
-    int number = 1;
-    const QList<QAction*> items = countable(below(action));
-    for (const QAction* item : items) {
-        const QString text = itemText(item);
-        const QString name = text.isEmpty() ? QString::fromLatin1("Item %1").arg(number) : text;
-        appendItems(list, item, path + QLatin1Char('/') + name);
-        ++number;
+    for (const MenuItem& below : item.items) {
+        const QString unnamed = QString::fromLatin1("Item %1").arg(numberOf(item.items, below) + 1);
+        const QString text = shownText(below);
+        if (canBeNamed(below))
+            appendEntries(list, below, path + QLatin1Char('/') + (text.isEmpty() ? unnamed : text));
     }
 }
 
 } // namespace
 
-QAction* takeMenuItem(const QList<QAction*>& actions, QStringList& path)
+FoundItem findMenuItem(const Items& items, const QStringList& path)
 {
-    const QList<QAction*> items = countable(actions);
-    const QString first = path.first();
-    if (first.startsWith(QLatin1String("Item "))) {
-        bool ok = false;
-        const int index = first.mid(5).toInt(&ok, 10);
-        path.removeFirst();
-        return ok ? items.value(index) : nullptr;
+    FoundItem best;
+    for (const MenuItem& item : items) {
+        const int length = fittingLength(items, item, path);
+        // The first one; but one that a single element names comes before all that take several.
+        if (length > 0 && (!best.item || (best.length > 1 && length == 1)))
+            best = {&item, length};
     }
-    // An item whose text is the first element comes before those whose texts are several.
-    for (const bool joined : {false, true}) {
-        for (QAction* item : items) {
-            const int length = joined ? 1 + static_cast<int>(itemText(item).count(QLatin1Char('/'))) : 1;
-            if (path.size() < length || QStringList(path.mid(0, length)).join(QLatin1String("/")) != itemText(item))
-                continue;
-            path = path.mid(length);
-            return item;
-        }
-    }
-    path.removeFirst();
-    return nullptr;
+    return best;
 }
 
-QStringList menuItemList(const QList<QAction*>& actions)
+QStringList menuItemList(const Items& items)
 {
     QStringList list;
-    for (const QAction* action : actions)
-        appendItems(list, action, itemText(action));
+    for (const MenuItem& item : items)
+        appendEntries(list, item, shownText(item));
     return list;
 }
 
-QString menuPathDisabled(const QList<QAction*>& actions, QStringList path)
+QString menuPathDisabled(const Items& items, const QStringList& path)
 {
-    const QAction* item = takeMenuItem(actions, path);
-    while (!path.isEmpty() && item && item->menu()) {
-        item = takeMenuItem(below(item), path);
-        if (item && !item->isEnabled() && !path.isEmpty())
-            item = nullptr; // not looked into
-    }
-    return item && path.isEmpty() ? boolText(!item->isEnabled()) : QLatin1String("Could not reach last item of path");
+    const std::vector<Step> steps = way(items, path);
+    const Step& last = steps.back();
+    // The first item may be disabled, and the last one.
+    const bool isBlocked = steps.size() > 1 && std::any_of(steps.begin() + 1, steps.end(), [](const Step& step) {
+        return !step.isLast && step.item && step.item->isDisabled;
+    });
+    return last.item && last.isLast && !isBlocked ? boolText(last.item->isDisabled)
+                                                  : QLatin1String("Could not reach last item of path");
 }
 
-QString barPathDisabled(const QList<QAction*>& actions, QStringList path)
+QString barPathDisabled(const Items& items, const QStringList& path)
 {
-    QList<QAction*> level = actions;
-    const QAction* item = nullptr;
-    bool top = true;
-    for (;;) {
-        const QString first = path.first();
-        item = takeMenuItem(level, path);
-        if (!item)
-            return QLatin1String("Could not find ") + fuzzing::shown(first);
-        if (path.isEmpty())
-            return boolText(!item->isEnabled());
-        if (!top && !item->isEnabled())
-            return fuzzing::shown(element(item, first)) + QLatin1String(" is disabled");
-        if (!item->menu())
-            return QLatin1String("Could not find ") + fuzzing::shown(path.first());
-        level = below(item);
-        top = false;
+    const std::vector<Step> steps = way(items, path);
+    for (const Step& step : steps) {
+        if (!step.item)
+            return QLatin1String("Could not find ") + fuzzing::shown(step.element);
+        if (!step.isLast && step.item->isDisabled && &step != &steps.front())
+            return fuzzing::shown(step.element) + QLatin1String(" is disabled");
     }
+    return boolText(steps.back().item->isDisabled);
 }
 
-QString barPathChecked(const QList<QAction*>& actions, QStringList path)
+QString barPathChecked(const Items& items, const QStringList& path)
 {
-    const QAction* item = takeMenuItem(actions, path);
-    while (!path.isEmpty() && item && item->menu()) {
-        if (!item->isEnabled())
-            return QLatin1String("Item is disabled");
-        item = takeMenuItem(below(item), path);
-    }
-    if (!path.isEmpty() || !item)
-        return QLatin1String("Invalid item");
-    return item->isCheckable() ? boolText(item->isChecked()) : QLatin1String("Item is not checkable");
-}
-
-QString chosenItem(const QList<QAction*>& actions, QStringList path)
-{
-    QList<QAction*> level = actions;
-    for (;;) {
-        const QAction* item = takeMenuItem(level, path);
-        if (!item)
+    const std::vector<Step> steps = way(items, path);
+    for (const Step& step : steps) {
+        if (!step.item || (!step.isLast && step.item->items.empty()))
             return QLatin1String("Invalid item");
-        if (!item->isEnabled())
+        if (!step.isLast && step.item->isDisabled)
             return QLatin1String("Item is disabled");
-        if (path.isEmpty())
-            return item->menu() ? QString() : item->objectName(); // a submenu only opens
-        if (!item->menu())
-            return QLatin1String("Invalid item");
-        level = below(item);
     }
+    const MenuItem& item = *steps.back().item;
+    return item.isCheckable ? boolText(item.isChecked) : QLatin1String("Item is not checkable");
+}
+
+QString chosenItem(const Items& items, const QStringList& path)
+{
+    const std::vector<Step> steps = way(items, path);
+    for (const Step& step : steps) {
+        if (!step.item)
+            return QLatin1String("Invalid item");
+        if (step.item->isDisabled)
+            return QLatin1String("Item is disabled");
+    }
+    const MenuItem& item = *steps.back().item;
+    return item.items.empty() ? QString::number(item.line) : QString();
 }
 
 } // namespace naive

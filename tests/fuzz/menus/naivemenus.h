@@ -1,24 +1,32 @@
 #pragma once
 
-#include <QtCore/QList>
+#include "menuitem.h"
+
 #include <QtCore/QStringList>
 
-class QAction;
-
-// The rules of menu paths once more, slow and obvious, to compare the agent's own with.
+// The rules of menu paths once more, slow and obvious, to compare the agent's own with. They are read off the input that
+// the menu is made of, without a look at its actions: a path is compared with the full address of each item, and the
+// properties follow from the items on its way.
 namespace naive {
 
-// The item that the beginning of a path names; takes that beginning off the path. Null when there is none.
-QAction* takeMenuItem(const QList<QAction*>& actions, QStringList& path);
-QStringList menuItemList(const QList<QAction*>& actions);
+using Items = std::vector<MenuItem>;
+
+// The item that the beginning of a path names, and how many elements that takes. Null and 1 when there is none.
+struct FoundItem
+{
+    const MenuItem* item = nullptr;
+    int length = 1;
+};
+FoundItem findMenuItem(const Items& items, const QStringList& path);
+QStringList menuItemList(const Items& items);
 
 // What a property of a menu or menu bar tells of a path: "true", "false" or the message of the error.
-QString menuPathDisabled(const QList<QAction*>& actions, QStringList path);
-QString barPathDisabled(const QList<QAction*>& actions, QStringList path);
-QString barPathChecked(const QList<QAction*>& actions, QStringList path);
+QString menuPathDisabled(const Items& items, const QStringList& path);
+QString barPathDisabled(const Items& items, const QStringList& path);
+QString barPathChecked(const Items& items, const QStringList& path);
 
-// What choosing a path in an open menu does: the object name of the item that is triggered, the empty text where a
+// What choosing a path in an open menu does: the line number of the item that is triggered, the empty text where a
 // submenu opens, or the message.
-QString chosenItem(const QList<QAction*>& actions, QStringList path);
+QString chosenItem(const Items& items, const QStringList& path);
 
 } // namespace naive
