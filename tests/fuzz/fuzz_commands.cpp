@@ -23,21 +23,26 @@ QString readable(const QByteArray& request, const QByteArray& reply)
     return fuzzing::printable(QString::fromLatin1(request) + QLatin1String(" -> ") + QString::fromLatin1(reply));
 }
 
+// Whether the request was refused before it did anything.
+bool isRefused(const QByteArray& reply)
+{
+    static const QRegularExpression refusal(
+        QStringLiteral("\\A[2-7]|\\A8,(Command|Exception : (Type error|Widget is not derived|.* is disabled\\.\\z))"));
+    return refusal.match(QString::fromLatin1(reply)).hasMatch();
+}
+
 // Whether the request may have changed the application: queries do not, nor does what is refused before it acts.
 bool mayHaveActed(const QByteArray& request, const QByteArray& reply)
 {
     static const QRegularExpression query(QStringLiteral("\\A([1238]|12)(,|\\z)|\\A7,(?!.*globalRect)"));
-    static const QRegularExpression refusal(
-        QStringLiteral("\\A[2-7]|\\A8,(Command|Exception : (Type error|Widget is not derived|.* is disabled\\.\\z))"));
-    return !query.match(QString::fromLatin1(request)).hasMatch()
-        && !refusal.match(QString::fromLatin1(reply)).hasMatch();
+    return !query.match(QString::fromLatin1(request)).hasMatch() && !isRefused(reply);
 }
 
 class Session
 {
 public:
     Session()
-        : player([this](const QByteArray& request, const QByteArray& reply) { judge(request, reply); })
+        : player([this](const QByteArray& request, const QByteArray& reply) { return judge(request, reply); })
     {
         host = std::make_unique<RichHost>();
     }
@@ -60,7 +65,7 @@ public:
     }
 
 private:
-    void judge(const QByteArray& request, const QByteArray& reply)
+    bool judge(const QByteArray& request, const QByteArray& reply)
     {
         static const QRegularExpression form(QStringLiteral("\\A(0,|\\?,|[2-7],(Window|Widget|Object) \\(|8,)"));
         if (talkative)
@@ -68,6 +73,7 @@ private:
         check(form.match(QString::fromLatin1(reply)).hasMatch(), "the form of a reply", readable(request, reply));
         dirty = dirty || mayHaveActed(request, reply);
         lastReply = reply;
+        return isRefused(reply);
     }
 
     RequestPlayer player;

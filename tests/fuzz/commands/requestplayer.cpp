@@ -20,7 +20,7 @@ int loopLevel()
 
 } // namespace
 
-RequestPlayer::RequestPlayer(std::function<void(const QByteArray&, const QByteArray&)> reporter)
+RequestPlayer::RequestPlayer(std::function<bool(const QByteArray&, const QByteArray&)> reporter)
     : report(std::move(reporter))
 {
     connect(QAbstractEventDispatcher::instance(), SIGNAL(aboutToBlock()), SLOT(applicationIsIdle()));
@@ -67,12 +67,22 @@ void RequestPlayer::execute()
         together = line.endsWith('\r');
         if (together)
             line.chop(1);
-        executing = true;
-        loopLevelOfRequest = loopLevel();
-        const QByteArray reply = executeCommand(line, registry);
-        executing = false;
-        report(line, reply);
+        const QByteArray reply = execute(line);
+        if (!report(line, reply))
+            continue;
+        const QByteArray again = execute(line);
+        fuzzing::check(again == reply, "a refused request is refused again",
+            fuzzing::printable(QString::fromLatin1(line + " -> " + reply + " -> " + again)));
     }
+}
+
+QByteArray RequestPlayer::execute(const QByteArray& line)
+{
+    executing = true;
+    loopLevelOfRequest = loopLevel();
+    const QByteArray reply = executeCommand(line, registry);
+    executing = false;
+    return reply;
 }
 
 void RequestPlayer::dismiss()

@@ -18,8 +18,9 @@ class RequestPlayer : public QObject
     Q_OBJECT
 
 public:
-    // `report` is told of each request and its reply.
-    explicit RequestPlayer(std::function<void(const QByteArray& request, const QByteArray& reply)> report);
+    // `report` is told of each request and its reply, and says whether the same request is to be executed once more, at
+    // once; then it has to have the same reply.
+    explicit RequestPlayer(std::function<bool(const QByteArray& request, const QByteArray& reply)> report);
 
     // Plays all lines of the input. Those that end in a carriage return arrive together with the next one.
     void play(const QByteArray& input);
@@ -30,10 +31,11 @@ private Q_SLOTS:
 
 private:
     void execute();
+    QByteArray execute(const QByteArray& line);
     void dismiss();
 
     STApplicationProxy registry;
-    std::function<void(const QByteArray&, const QByteArray&)> report;
+    std::function<bool(const QByteArray&, const QByteArray&)> report;
     QList<QByteArray> lines;
     QEventLoop* outerLoop = nullptr;
     bool executing = false;
