@@ -21,12 +21,18 @@ def server():
 
 @pytest.mark.parametrize("scenario", SCENARIOS)
 def test_each_command_has_one_reply_whatever_the_application_does(server, scenario):
-    played = replies = 0
+    played, codes, deeds = 0, Counter(), Counter()
     while played < COMMANDS:
         result = play(BUILD, scenario, FIXED_SEED + played, COMMANDS - played, server)
         played += max(result.played, 1)
-        replies += sum(result.codes.values())
-    assert replies > COMMANDS / 2, "the applications ended too soon for the commands to mean anything"
+        codes += result.codes
+        deeds += result.deeds
+    assert (
+        sum(codes.values()) > COMMANDS / 2
+    ), "the applications ended too soon for the commands to mean anything"
+    assert codes["0"] > COMMANDS / 10, f"too few commands were carried out: {codes}"
+    # By the application's own account; without deeds it would have been a peaceful one.
+    assert sum(deeds.values()) > 5, f"the applications have hardly done anything to themselves: {deeds}"
 
 
 def test_the_applications_are_hostile(server):

@@ -6,6 +6,8 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QStringList>
 
 namespace {
 
@@ -101,6 +103,10 @@ void build(TestHost& host)
 
     auto* doomed = add(host, window, "doomed", {{"One", ""}, {"Two", ""}});
     host.onRequest(QLatin1String("centers"), [&host, window] { journalCenters(host, window); });
+    host.onRequest(QLatin1String("reportCursor"), [&host, scrolled] {
+        const QPoint position = scrolled->mapFromGlobal(QCursor::pos());
+        host.journal(QString::fromLatin1("cursor %1,%2").arg(position.x()).arg(position.y()));
+    });
     host.onRequest(QLatin1String("scrollToEnd"), [scrolled] { scrolled->setCurrentIndex(19); });
     host.onRequest(QLatin1String("noneCurrent"), [window] {
         auto* bar = window->findChild<QTabBar*>(QLatin1String("menus"));
@@ -112,7 +118,9 @@ void build(TestHost& host)
         window->showMinimized();
     });
     host.onSignal(doomed, SIGNAL(currentChanged(int)), [doomed] { doomed->deleteLater(); });
-    window->move(60, 60);
+    // Aside, there is room on the screen for what is beside the window, on its left, too.
+    const bool aside = QCoreApplication::arguments().contains(QLatin1String("--aside"));
+    window->move(aside ? 600 : 60, 60);
     window->show();
 }
 

@@ -5,6 +5,7 @@ import re
 import pytest
 
 from hostapp import eventually
+from refusals import nothing_happens
 
 
 @pytest.fixture
@@ -120,8 +121,9 @@ def test_the_focus_widget_is_an_ordinary_name_to_a_property_read(app):
 
 def test_without_a_focus_widget_the_special_path_finds_nothing(app):
     app.do("clearFocus")
-    for reply in (app.activate("Editor", "FocusWidget"), app.mouse("Editor", "FocusWidget", "")):
-        assert reply == "5,Widget (FocusWidget) not found"
+    with nothing_happens(app):
+        for reply in (app.activate("Editor", "FocusWidget"), app.mouse("Editor", "FocusWidget", "")):
+            assert reply == "5,Widget (FocusWidget) not found"
 
 
 def test_a_disabled_widget_is_refused_and_its_window_not_raised(app):

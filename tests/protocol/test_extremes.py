@@ -3,6 +3,7 @@
 import pytest
 
 from hostapp import eventually
+from refusals import nothing_happens
 
 
 @pytest.fixture
@@ -17,8 +18,9 @@ def test_an_item_number_at_the_end_of_the_range_is_out_of_range(app, number):
     def activate(path):
         return app.activate("Thrower", "table", f"s:{path}", "s:ScrollTo", class_name="QAbstractItemView")
 
-    assert activate(number) == f"8,Exception : Row {number} is out of range (0..3)"
-    assert activate(f"1;{number}") == f"8,Exception : Column {number} is out of range (0..2)"
+    with nothing_happens(app):
+        assert activate(number) == f"8,Exception : Row {number} is out of range (0..3)"
+        assert activate(f"1;{number}") == f"8,Exception : Column {number} is out of range (0..2)"
 
 
 @pytest.mark.parametrize("x, y", [("2147483647", "0"), ("-2147483648", "-2147483648"), ("0", "2147483647")])

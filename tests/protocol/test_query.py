@@ -81,6 +81,12 @@ def test_an_unnamed_modal_window_is_told_as_the_active_modal_widget(app):
     assert app.request("3") == "?,QLabel,1,1,unnamed/label,ActiveModalWidget,"
 
 
+def cursor(app):
+    """Where the application sees the mouse cursor."""
+    app.do("reportCursor")
+    return app.journal[-1]
+
+
 def test_arguments_make_it_another_command(app):
     assert app.request("3,x") == "8,Command not found"
 
@@ -110,13 +116,18 @@ def test_locating_a_widget_puts_the_cursor_on_its_top_left_corner(app):
     ],
 )
 def test_a_path_is_located(app, path, reply):
+    app.request("4,Editor,edit")
+    before = cursor(app)
     assert app.request(f"4,Editor,{path}") == reply
+    assert (cursor(app) != before) == reply.startswith("0,")
 
 
 def test_locating_knows_object_names_only(app):
     app.show("showNames", "names")
+    before = cursor(app)
     path = "Cancel_dialog_button"
     assert app.request(f"4,Names,{path}") == f"5,Widget ({path}) not found"
+    assert cursor(app) == before
 
 
 def test_locating_finds_unnamed_widgets(app):

@@ -2,6 +2,8 @@
 
 import pytest
 
+from refusals import nothing_happens
+
 
 @pytest.fixture(scope="module")
 def app():
@@ -31,8 +33,9 @@ def test_a_base_class_can_be_asked_for(app):
 )
 def test_another_class_is_refused(app, class_name):
     reply = f"8,Exception : Widget is not derived from class {class_name}"
-    assert served(app, "twin", class_name) == reply
-    assert app.activate("Editor", "twin", class_name=class_name) == reply
+    with nothing_happens(app):
+        assert served(app, "twin", class_name) == reply
+        assert app.activate("Editor", "twin", class_name=class_name) == reply
 
 
 def test_a_custom_widget_falls_to_its_nearest_registered_base_class(app):
@@ -43,13 +46,15 @@ def test_a_custom_widget_falls_to_its_nearest_registered_base_class(app):
 @pytest.mark.parametrize("operation", ["activate", "enter"])
 def test_a_plain_widget_refuses_by_its_own_class(app, operation):
     reply = f'8,Exception : "{operation}" is not implemented for widget of class "ValueWidget"'
-    assert getattr(app, operation)("Editor", "canvas", "s:x") == reply
+    with nothing_happens(app):
+        assert getattr(app, operation)("Editor", "canvas", "s:x") == reply
 
 
 @pytest.mark.parametrize("name", ["twin", "a/ok"])
 def test_buttons_refuse_text(app, name):
     reply = '8,Exception : "enter" is not implemented for widget of class "QPushButton"'
-    assert app.enter("Editor", name, "s:x") == reply
+    with nothing_happens(app):
+        assert app.enter("Editor", name, "s:x") == reply
 
 
 @pytest.mark.parametrize(
@@ -78,5 +83,8 @@ def test_a_message_is_cut_at_2047_bytes(app):
 
 @pytest.mark.parametrize("path", ["100%s%n", "central/100%s%n"])
 def test_an_object_name_with_conversions_is_only_a_name(app, path):
-    reply = app.activate("Editor", path, "i:1")
-    assert reply == ('8,Exception : Type error: object "100%s%n" of class "QPushButton" accepts bool, none.')
+    with nothing_happens(app):
+        reply = app.activate("Editor", path, "i:1")
+        assert reply == (
+            '8,Exception : Type error: object "100%s%n" of class "QPushButton" accepts bool, none.'
+        )

@@ -8,6 +8,7 @@ STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Tabs"
 RANGE = '8,Exception : Type error: object "%s" of class "%s" accepts only values in the following range: %s.'
 TYPE = '8,Exception : Type error: object "menus" of class "QTabBar" accepts string, integer.'
+MISSED = "8,Exception : Error: widget is hidden by another window"
 BUILT_IN = ["propertyNames", "pseudoPropertyNames", "className", "silkClassName", "globalRect"]
 
 
@@ -153,11 +154,15 @@ def test_a_tab_in_sight_of_a_scrolled_bar_is_clicked_where_it_is(app):
     assert app.events("press", "release") == clicks("scrolled", point)
 
 
-def test_a_tab_out_of_sight_is_clicked_where_it_would_be(app):
-    point = center(app, "scrolled", 19)
+@pytest.mark.parametrize("direction", [[], ["-reverse"]], ids=["left-to-right", "right-to-left"])
+def test_for_a_tab_out_of_sight_the_mouse_goes_where_it_would_be(launch, style, direction):
+    app = launch("tabhost", "--aside", "-style", style, *direction)
+    point = center(app, "scrolled", 5)
     x = int(point.split(",")[0])
-    assert x > 300 or x < 0
-    app.activate(WINDOW, "scrolled", "s:Number 19")
+    assert x > int(app.get("tabs", "width")) or x < -50, "beside the window"
+    assert app.activate(WINDOW, "scrolled", "s:Number 5") == MISSED
+    app.do("reportCursor")
+    assert app.journal[-1] == f"cursor {point}"
     assert app.events("press", "release", "current") == []
     assert app.get("scrolled", "currentIndex") == "0"
 

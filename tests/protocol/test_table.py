@@ -2,6 +2,7 @@
 
 import pytest
 
+from refusals import nothing_happens
 from viewapp import DOWN, F2, LEFT, PASTE_OVER, RIGHT, SHIFT, TAB, UP, error, opener
 
 TYPE_ERROR = 'Type error: object "table" of class "QTableView" accepts '
@@ -61,7 +62,8 @@ def test_a_hidden_cell_is_refused(numbered, request_name, address):
 
 def test_header_texts_of_hidden_sections_are_names_for_activate_only(named):
     named.app.do("hideSecondColumn")
-    assert named.activate("s:1:Twice") == error("Same column name at column 2 and 3")
+    with nothing_happens(named.app):
+        assert named.activate("s:1:Twice") == error("Same column name at column 2 and 3")
     assert named.read("itemText", "s:1:Twice") == "u:R1C3"
 
 
@@ -90,11 +92,17 @@ def test_a_walk_that_cannot_arrive_ends_silently_after_five_presses_for_each_col
 
 
 def test_a_disabled_table_is_an_error(start):
-    assert start("disabling").activate("s:1:1") == error("table is not enabled")
+    view = start("disabling")
+    assert view.activate("s:1:1") == error("table is not enabled")
+    assert view.app.get("table", "enabled") == "false"
+    assert view.keys() == []
 
 
 def test_a_table_that_loses_the_focus_is_an_error(start):
-    assert start("thief").activate("s:1:1") == error("Oops, cant set the focus to the table")
+    view = start("thief")
+    assert view.activate("s:1:1") == error("Oops, cant set the focus to the table")
+    assert view.app.get("other", "focus") == "true"
+    assert view.keys() == []
 
 
 def test_a_table_without_focus_gets_it(numbered):
@@ -164,7 +172,9 @@ def test_a_cell_of_a_table_of_10000_rows_is_found(start):
 
 
 def test_a_table_that_dies_during_the_walk_is_an_error(start):
-    assert start("deleting-view").activate("s:4:3") == error("Internal error, proxy without widget")
+    view = start("deleting-view")
+    assert view.activate("s:4:3") == error("Internal error, proxy without widget")
+    assert view.app.get("table", "visible") == "<no object table>"
 
 
 # enter
@@ -190,7 +200,8 @@ def test_a_text_is_pasted_over_the_old_one_and_stays_on_the_clipboard(numbered):
 
 @pytest.mark.parametrize("value", ["", "i:1", "b:true"])
 def test_entering_takes_a_text(numbered, value):
-    assert numbered.enter(value) == error(TYPE_ERROR + "string.")
+    with nothing_happens(numbered.app):
+        assert numbered.enter(value) == error(TYPE_ERROR + "string.")
 
 
 @pytest.mark.parametrize(

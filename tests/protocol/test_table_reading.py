@@ -2,6 +2,7 @@
 
 import pytest
 
+from refusals import nothing_happens
 from viewapp import error, opener
 
 TYPE_ERROR = 'Type error: object "table" of class "QTableView" accepts '
@@ -66,12 +67,14 @@ def test_an_address_of_no_cell_is_an_error(named, address):
 
 
 def test_a_missing_address_is_an_error(numbered):
-    assert numbered.activate() == error("Missing item cell")
-    assert numbered.read("itemText") == error("Missing item cell")
+    with nothing_happens(numbered.app):
+        assert numbered.activate() == error("Missing item cell")
+        assert numbered.read("itemText") == error("Missing item cell")
 
 
 def test_an_address_is_a_text(numbered):
-    assert numbered.activate("i:1") == error(TYPE_ERROR + "string.")
+    with nothing_happens(numbered.app):
+        assert numbered.activate("i:1") == error(TYPE_ERROR + "string.")
 
 
 def test_cells_of_a_table_below_an_item_are_counted_there(start):
@@ -84,8 +87,9 @@ def test_cells_of_a_table_below_an_item_are_counted_there(start):
 
 def test_without_a_model_there_is_no_cell(start):
     view = start("no-model")
-    assert view.activate("s:1:1") == error("Invalid row 1 is out of range [1, 0]")
-    assert view.activate("s:a:1") == error("Row a not found")
+    with nothing_happens(view.app):
+        assert view.activate("s:1:1") == error("Invalid row 1 is out of range [1, 0]")
+        assert view.activate("s:a:1") == error("Row a not found")
     assert view.read("rowHeaderText", "s:1") == error("Invalid row 1 is out of range [1, 0]")
     assert view.read("rowCount") == "0,i:0"
     assert view.read("columnCount") == "0,i:0"
@@ -120,10 +124,11 @@ def test_a_cell_out_of_sight_sends_the_mouse_to_the_viewports_corner(numbered):
 
 
 def test_a_mouse_command_of_other_words_is_refused(numbered):
-    assert numbered.mouse("MouseMove:LeftButton:::") == error("Invalid mouse command")
-    assert numbered.mouse("MouseClick") == error("Invalid string value")
-    assert numbered.mouse("MouseClick:Left:::") == error("Mouse button not supported")
-    assert numbered.mouse("MouseClick:LeftButton:::NoModifier") == error("Mouse modifier not supported")
+    with nothing_happens(numbered.app):
+        assert numbered.mouse("MouseMove:LeftButton:::") == error("Invalid mouse command")
+        assert numbered.mouse("MouseClick") == error("Invalid string value")
+        assert numbered.mouse("MouseClick:Left:::") == error("Mouse button not supported")
+        assert numbered.mouse("MouseClick:LeftButton:::NoModifier") == error("Mouse modifier not supported")
 
 
 # Pseudo-properties

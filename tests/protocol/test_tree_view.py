@@ -2,6 +2,7 @@
 
 import pytest
 
+from refusals import nothing_happens
 from viewapp import BACKSPACE, DOWN, F2, PLUS, RETURN, RIGHT, SPACE, UP, error, opener
 
 TYPE_ERROR = 'Type error: object "tree" of class "QTreeView" accepts '
@@ -72,10 +73,14 @@ def test_an_empty_terminator_types_nothing(files):
 
 
 def test_a_view_that_has_the_focus_is_not_sent_the_first_up(files):
-    files.activate("s:A")
+    files.activate("s:last")
+    assert files.app.get("tree", "focus") == "true"
     files.app.forget()
-    files.activate("s:A")
+    # An Up would have moved the current item, and a walk back to it would have followed.
+    assert files.activate("s:last") == "0,QTreeView"
     assert files.keys() == []
+    assert files.current() == "last"
+    assert files.selected() == ["last", "5", "hidden"]
 
 
 def test_a_view_without_focus_gets_it_and_one_up(files):
@@ -89,18 +94,23 @@ def test_a_view_without_focus_gets_it_and_one_up(files):
 @pytest.mark.parametrize("path", ["nothing", "A/C", "docs/file/x"])
 def test_a_path_that_leads_nowhere_is_an_error(files, path):
     assert files.activate("s:" + path) == INVALID_PATH
+    assert files.key_codes() == [UP]  # the focus is taken first
+    assert files.app.events("expanded", "data") == []
 
 
 def test_an_item_in_a_hidden_row_is_an_error_but_what_is_below_it_is_looked_up(files):
     assert files.activate("s:secret") == error('item "secret:" is hidden')
     assert files.read("itemIsEnabled", "s:secret") == error('item "secret:" is hidden')
+    assert files.key_codes() == [UP]
     assert files.activate("s:secret/inside") == STUCK
+    assert files.current() == "last"
 
 
 def test_a_hidden_first_column_hides_every_item(files):
     files.app.do("hideFirstColumn")
     assert files.activate("s:9") == INVALID_PATH
     assert files.activate("s:5") == error('item "5" is hidden')
+    assert files.key_codes() == [UP]
 
 
 def test_a_disabled_item_is_refused_after_the_focus_is_taken(files):
@@ -110,11 +120,14 @@ def test_a_disabled_item_is_refused_after_the_focus_is_taken(files):
 
 def test_an_item_that_is_not_selectable_is_refused(files):
     assert files.activate("s:label") == error('item "label:" is not selectable')
+    assert files.key_codes() == [UP]
 
 
 def test_a_tree_that_does_not_expand_gets_the_walk_stuck(files):
     files.app.do("fixedTree")
     assert files.activate("s:docs/file") == STUCK
+    assert files.app.events("expanded") == []
+    assert files.current() == "last"
 
 
 def test_a_tree_without_selection_is_refused(files):
@@ -125,7 +138,8 @@ def test_a_tree_without_selection_is_refused(files):
 
 @pytest.mark.parametrize("value", ["", "b:true", "i:1"])
 def test_activating_takes_a_text_or_a_list(files, value):
-    assert files.activate(value) == error(TYPE_ERROR + "string, string list.")
+    with nothing_happens(files.app):
+        assert files.activate(value) == error(TYPE_ERROR + "string, string list.")
 
 
 def test_the_terminator_is_a_text_of_one_character(files):
@@ -137,6 +151,8 @@ def test_the_terminator_is_a_text_of_one_character(files):
 def test_a_view_that_loses_the_focus_is_an_error_with_a_replacement_character(start):
     view = start("thief")
     assert view.activate("s:A") == error(NO_FOCUS)
+    assert view.app.get("other", "focus") == "true"
+    assert view.app.events("expanded", "selection", "data") == []
 
 
 def test_in_multi_selection_the_selection_is_cleared_by_keys_and_the_item_only_made_current(start):
@@ -196,7 +212,11 @@ def test_without_a_model_no_path_leads_anywhere(start):
 
 
 def test_a_current_item_that_the_application_moves_in_circles_ends_the_walk(start):
-    assert start("wrapping").activate("s:docs/file") == STUCK
+    view = start("wrapping")
+    assert view.activate("s:docs/file") == STUCK
+    assert UP in view.key_codes()
+    assert view.current() != "file"
+    assert view.data() == []
 
 
 def test_the_walk_follows_an_item_while_rows_are_inserted(start):
@@ -216,7 +236,9 @@ def test_an_item_that_goes_away_during_the_walk_is_an_error(start, scenario, row
 
 
 def test_a_view_that_dies_during_the_walk_is_an_error(start):
-    assert start("deleting-view").activate("s:docs") == error("Internal error, proxy without widget")
+    view = start("deleting-view")
+    assert view.activate("s:docs") == error("Internal error, proxy without widget")
+    assert view.app.get("tree", "visible") == "<no object tree>"
 
 
 # enter
@@ -262,7 +284,8 @@ def test_a_bool_for_an_item_without_check_box_is_refused(files):
 @pytest.mark.parametrize("value", ["b:true", "s:0:x"])
 def test_entering_needs_a_current_item(files, value):
     files.app.do("noCurrent")
-    assert files.enter(value) == error("No item is current")
+    with nothing_happens(files.app):
+        assert files.enter(value) == error("No item is current")
 
 
 @pytest.mark.parametrize("hide, path", [("hideCurrent", "last:5"), ("hideFirstColumn", "5")])
@@ -277,7 +300,8 @@ def test_entering_needs_a_current_item_that_is_shown(files, hide, path, value):
 
 @pytest.mark.parametrize("value", ["", "i:1"])
 def test_entering_takes_a_bool_or_a_text(files, value):
-    assert files.enter(value) == error(TYPE_ERROR + "bool string.")
+    with nothing_happens(files.app):
+        assert files.enter(value) == error(TYPE_ERROR + "bool string.")
 
 
 def test_a_text_is_entered_in_the_cell_of_the_column_it_begins_with(files):
@@ -327,13 +351,15 @@ def test_a_column_without_a_text_empties_the_cell(files):
 @pytest.mark.parametrize("value", ["", "x:1", ":1"])
 def test_a_text_without_column_number_is_a_syntax_error(files, value):
     files.activate("s:last")
-    assert files.enter("s:" + value) == error('Syntax Error, format "%d:%s" expected')
+    with nothing_happens(files.app):
+        assert files.enter("s:" + value) == error('Syntax Error, format "%d:%s" expected')
 
 
 @pytest.mark.parametrize("column", [3, 10])
 def test_a_column_beyond_the_last_is_out_of_range(files, column):
     files.activate("s:last")
-    assert files.enter(f"s:{column}:x") == error(f"Invalid column {column} is out of range [0, 2]")
+    with nothing_happens(files.app):
+        assert files.enter(f"s:{column}:x") == error(f"Invalid column {column} is out of range [0, 2]")
 
 
 @pytest.mark.parametrize("column", [1, -1])
@@ -348,4 +374,6 @@ def test_a_current_item_that_goes_with_its_model_as_the_view_is_focused_is_an_er
     files.activate("s:" + item)
     files.app.do("focusOther")
     files.app.do("withoutModelOnFocus")
+    files.app.forget()
     assert files.enter(value) == error("Internal error")
+    assert files.data() == []

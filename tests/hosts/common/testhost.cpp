@@ -2,6 +2,7 @@
 
 #include "agent/testclient.h"
 #include "compat/variant.h"
+#include "inputcounter.h"
 #include "signalhandler.h"
 
 #include <QApplication>
@@ -63,6 +64,7 @@ int TestHost::run(QApplication&, const std::function<void(TestHost&)>& build)
 {
     const QStringList arguments = QCoreApplication::arguments();
     TestHost host(arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1));
+    new InputCounter; // the application's
     build(host);
     if (!arguments.contains(QLatin1String("--late")))
         QTimer::singleShot(0, &host, SLOT(loadAgentWhenActive()));
