@@ -70,26 +70,30 @@ void NameSearch::search(QWidget* top)
 void NameSearch::searchBelow(const QObject* parent)
 {
     for (QObject* child : parent->children()) {
-        const bool isWidget = child->isWidgetType();
-        if (isWidget) {
-            auto* widget = static_cast<QWidget*>(child);
-            levels.emplace_back(widget);
-            look(levels.back());
+        const bool hasChildren = !child->children().isEmpty();
+        if (!child->isWidgetType()) {
+            if (hasChildren)
+                searchBelow(child);
+            continue;
         }
-        if (!child->children().isEmpty())
+        const Level level(static_cast<QWidget*>(child));
+        const bool isObjectName = level.objectName == name;
+        const bool isFound = isObjectName || isDerivedName(level);
+        if (!isFound && !hasChildren)
+            continue;
+        levels.push_back(level);
+        if (isFound)
+            found(level.widget, isObjectName ? Kind::ObjectName : Kind::DerivedName);
+        if (hasChildren)
             searchBelow(child);
-        if (isWidget)
-            levels.pop_back();
+        levels.pop_back();
     }
 }
 
-void NameSearch::look(const Level& level)
+// An object name that was set, even to "", turns derived names off.
+bool NameSearch::isDerivedName(const Level& level) const
 {
-    if (level.objectName == name)
-        found(level.widget, Kind::ObjectName);
-    // An object name that was set, even to "", turns derived names off.
-    else if (hasDerivedStem && level.objectName.isNull() && hasDerivedStem(level.widget, stem))
-        found(level.widget, Kind::DerivedName);
+    return hasDerivedStem && level.objectName.isNull() && hasDerivedStem(level.widget, stem);
 }
 
 bool NameSearch::pathFitsFound(const QStringList& path) const

@@ -46,7 +46,7 @@ private:
     class LevelChain;
 
     void searchBelow(const QObject* parent);
-    void look(const Level& level);
+    bool isDerivedName(const Level& level) const;
 
     const QString name;
     bool (*hasDerivedStem)(const QObject* object, const QString& stem) = nullptr;

@@ -27,18 +27,46 @@ bool isInputDialogChild(const QObject* object)
     return qobject_cast<const QInputDialog*>(object->parent());
 }
 
-// An ASCII character in upper or lower case, as QChar has it.
-ushort inCase(ushort character, bool upper)
+const int asciiCount = 128;
+
+// The ASCII characters in one case. "&" and blanks, which no synthetic name has, are 0.
+struct AsciiCase
 {
-    const ushort difference = 'a' - 'A';
-    if (upper)
-        return character >= 'a' && character <= 'z' ? character - difference : character;
-    return character >= 'A' && character <= 'Z' ? character + difference : character;
+    ushort characters[asciiCount];
+};
+
+constexpr AsciiCase asciiCase(ushort from, ushort to, int difference)
+{
+    AsciiCase table{};
+    for (ushort code = 0; code < asciiCount; ++code) {
+        const bool isLeftOut = code == '&' || code == ' ' || (code >= '\t' && code <= '\r');
+        const bool isChanged = code >= from && code <= to;
+        table.characters[code] = static_cast<ushort>(isLeftOut ? 0 : isChanged ? code + difference : code);
+    }
+    return table;
 }
 
-bool isAsciiSpace(ushort character)
+constexpr AsciiCase upperCase = asciiCase('a', 'z', 'A' - 'a');
+constexpr AsciiCase lowerCase = asciiCase('A', 'Z', 'a' - 'A');
+
+// Whether the text and the name end alike but for case: false if the text cannot become the name. The labels of one
+// window, such as numbered ones, differ at their ends more often than at their beginnings.
+bool endsAlike(const QString& text, const QString& name)
 {
-    return character == ' ' || (character >= '\t' && character <= '\r');
+    const QChar* character = text.constData() + text.size();
+    const QChar* expected = name.constData() + name.size();
+    while (character != text.constData() && expected != name.constData()) {
+        const ushort code = (--character)->unicode();
+        if (code == 0 || code >= asciiCount)
+            break;
+        const ushort wanted = lowerCase.characters[code];
+        if (wanted == 0)
+            continue;
+        const ushort found = (--expected)->unicode();
+        if (found != wanted && found != upperCase.characters[code])
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -95,24 +123,24 @@ QString syntheticName(QString text)
 
 bool isSyntheticName(const QString& text, const QString& name)
 {
-    const ushort lastAscii = 0x7f;
+    if (!endsAlike(text, name))
+        return false;
     const QChar* expected = name.constData();
     const QChar* const end = expected + name.size();
-    bool startsWord = true;
+    const AsciiCase* inCase = &upperCase;
     for (const QChar character : text) {
         const ushort code = character.unicode();
-        if (code > lastAscii)
+        if (code >= asciiCount)
             return syntheticName(text) == name; // in another case, one character may be several
-        if (code == '&')
-            continue;
-        if (isAsciiSpace(code)) {
-            startsWord = true;
-            continue;
+        const ushort wanted = inCase->characters[code];
+        if (wanted != 0 || code == 0) {
+            if (expected == end || expected->unicode() != wanted)
+                return false;
+            ++expected;
+            inCase = &lowerCase;
+        } else if (code != '&') {
+            inCase = &upperCase;
         }
-        if (expected == end || expected->unicode() != inCase(code, startsWord))
-            return false;
-        ++expected;
-        startsWord = false;
     }
     const bool anyCharacter = expected != name.constData();
     return anyCharacter ? expected == end : name == QString(1, QChar());

@@ -54,8 +54,8 @@ void tst_ObjectName::syntheticName()
 
 void tst_ObjectName::namesAreComparedAsTheyAreMade()
 {
-    const QString letters
-        = QString::fromUtf8("aB1&. \t\xc3\xa4\xc4\xb0\xc3\x9f\xc2\xa0"); // the last four are not ASCII
+    // The last four of the text are not ASCII.
+    const QString letters = QString::fromUtf8("aB1&. \t\xc3\xa4\xc4\xb0\xc3\x9f\xc2\xa0") + QChar();
     std::mt19937 random(1);
     const auto number = [&random](int limit) { return int(random() % unsigned(limit)); };
     for (int i = 0; i < 2000; ++i) {
