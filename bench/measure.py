@@ -11,6 +11,7 @@ import re
 import subprocess
 from pathlib import Path
 
+import awaited
 import inprocess
 import roundtrips
 import startup
@@ -42,6 +43,7 @@ def main() -> None:
     build = options.build.resolve()
     results = startup.measure(build, options.quick)
     results += roundtrips.measure(build, options.quick)
+    results += awaited.measure(build, options.quick)
     results += inprocess.measure(build / "bin" / "benchmarks", options.quick)
     report = {"qt": qt_version(build), "processor": processor(), "quick": options.quick, "results": results}
     name = "bench-quick.json" if options.quick else "bench.json"

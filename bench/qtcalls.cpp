@@ -76,43 +76,73 @@ void locate(QWidget* window)
     QCursor::setPos(nextPoint(widget));
 }
 
+// A cursor that is there already is not moved.
+void moveCursor(const QPoint& position)
+{
+    if (QCursor::pos() != position)
+        QCursor::setPos(position);
+}
+
+// What the windowing system does for a user's press, and Qt does not do for a posted one.
+void giveFocus(QWidget* target)
+{
+    target->activateWindow();
+    target->setFocus(Qt::OtherFocusReason);
+}
+
 void click(QWidget* window)
 {
     const QWidget* button = named<QWidget>(window, "button55");
     bringToFront(window);
     handleEvents();
     const QPoint point = nextPoint(button);
-    QCursor::setPos(point);
+    moveCursor(point);
     QWidget* target = QApplication::widgetAt(point);
     postMouse(target, QEvent::MouseButtonPress, point, Qt::LeftButton);
+    giveFocus(target);
     postMouse(target, QEvent::MouseButtonRelease, point, Qt::NoButton);
 }
 
-void pressKey(QWidget* target, int key, Qt::KeyboardModifiers modifiers, const QString& text)
+// To whatever has the focus when all that was before is handled.
+void pressKey(int key, Qt::KeyboardModifiers modifiers, const QString& text)
 {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        handleEvents();
+        QWidget* target = QApplication::focusWidget();
+        handleEvents();
         QCoreApplication::postEvent(target, new QKeyEvent(type, key, modifiers, text));
         handleEvents();
     }
 }
 
+// To whatever is under the cursor: the events that were handled before can have changed it.
+QWidget* postMouseAtCursor(QEvent::Type type, Qt::MouseButtons buttons)
+{
+    const QPoint position = QCursor::pos();
+    QWidget* target = QApplication::widgetAt(position);
+    handleEvents();
+    postMouse(target, type, position, buttons);
+    handleEvents();
+    return target;
+}
+
 // A click into the field, its text deleted, one character typed.
 void enterText(QWidget* window)
 {
-    auto* line = named<QLineEdit>(window, "line");
+    const auto* line = named<QLineEdit>(window, "line");
     bringToFront(window);
     handleEvents();
     const QPoint point = nextPoint(line);
-    QCursor::setPos(point);
     handleEvents();
-    postMouse(line, QEvent::MouseButtonPress, point, Qt::LeftButton);
+    moveCursor(point);
+    use(QApplication::widgetAt(point) != nullptr);
     handleEvents();
-    postMouse(line, QEvent::MouseButtonRelease, point, Qt::NoButton);
-    handleEvents();
-    pressKey(line, Qt::Key_Home, Qt::NoModifier, QString());
-    pressKey(line, Qt::Key_End, Qt::ShiftModifier, QString());
-    pressKey(line, Qt::Key_Backspace, Qt::NoModifier, QString());
-    pressKey(line, Qt::Key_A, Qt::NoModifier, QString::fromLatin1("a"));
+    giveFocus(postMouseAtCursor(QEvent::MouseButtonPress, Qt::LeftButton));
+    postMouseAtCursor(QEvent::MouseButtonRelease, Qt::NoButton);
+    pressKey(Qt::Key_Home, Qt::NoModifier, QString());
+    pressKey(Qt::Key_End, Qt::ShiftModifier, QString());
+    pressKey(Qt::Key_Backspace, Qt::NoModifier, QString());
+    pressKey(Qt::Key_A, Qt::NoModifier, QString::fromLatin1("a"));
 }
 
 void readText(QWidget* window)
@@ -127,11 +157,15 @@ void readTitle(QWidget* window)
 
 void moveMouse(QWidget* window)
 {
-    const QWidget* widget = named<QWidget>(window, "button55");
-    bringToFront(window);
-    handleEvents();
+    const QWidget* widget = named<QWidget>(window, "line");
     const QPoint point = nextPoint(widget);
-    QCursor::setPos(point);
+    // For the command, and for the move that it is: a mouse command is given the place in words, which are read between.
+    for (int turn = 0; turn < 2; ++turn) {
+        bringToFront(window);
+        handleEvents();
+    }
+    handleEvents();
+    moveCursor(point);
     use(QApplication::widgetAt(point) != nullptr);
     handleEvents();
 }

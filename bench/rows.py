@@ -8,8 +8,9 @@ from typing import Dict, List, Optional
 class Row:
     """One kind of measurement.
 
-    Targets hold for the sizes that are named: `ratio` is the most that ours may cost of the floor, `limit` the most that
-    it may cost at all, in microseconds (or KiB, for memory).
+    Targets hold for the sizes that are named: `ratio` is the most that ours may cost of the floor, `qt_ratio` the most of
+    what Qt's own calls cost over the same connection, `limit` the most that it may cost at all, in microseconds (or KiB,
+    for memory).
     """
 
     group: str
@@ -18,6 +19,7 @@ class Row:
     ratio: Optional[float] = None
     limit: Optional[float] = None
     limit_size: Optional[int] = None
+    qt_ratio: Optional[float] = None
 
 
 FIND = "findChildren()"
@@ -26,6 +28,7 @@ ITEMS = "Items"
 TEXTS = "Texts"
 INPUT = "Input until its effect is seen"
 START = "Start-up"
+RUNNER = "The runner"
 TRIPS = "Round trips, window of 100 widgets"
 KEYS = "the same keys"
 MODEL = "the model's texts"
@@ -61,12 +64,18 @@ BENCHMARKS: Dict[str, Row] = {
 
 @dataclass(frozen=True)
 class Trip:
-    """A command to measure: its number, what it does, the requests to send in turn, and the most it may cost of the echo."""
+    """A command to measure.
+
+    `requests` are sent in turn, and are answered with replies that begin with `reply`. `ratio` is the most that it may
+    cost of the echo, `qt_ratio` the most of Qt's own calls.
+    """
 
     command: str
     what: str
     requests: List[str]
     ratio: Optional[float] = None
+    qt_ratio: Optional[float] = None
+    reply: str = "0,"
 
 
 def hexadecimal(text: str) -> str:
@@ -78,13 +87,15 @@ TYPED = hexadecimal("s:a")
 TRIPS_OF_COMMANDS: List[Trip] = [
     Trip("1", "list the windows", ["1"]),
     Trip("2", "list the tree", ["2,Bench"]),
-    Trip("3", "identify the widget under the cursor", ["3"]),
-    Trip("4", "locate a widget", ["4,Bench,button77", "4,Bench,button66"]),
-    Trip("5", "activate: a click", ["5,Bench,button77,,,", "5,Bench,button66,,,"]),
-    Trip("6", "enter one character", [f"6,Bench,line,,{TYPED},", f"6,Bench,other,,{TYPED},"]),
+    Trip("3", "identify the widget under the cursor", ["3"], reply="?,"),
+    Trip("4", "locate a widget", ["4,Bench,button77", "4,Bench,button66"], qt_ratio=1.3),
+    Trip("5", "activate: a click", ["5,Bench,button77,,,", "5,Bench,button66,,,"], qt_ratio=1.3),
+    Trip(
+        "6", "enter one character", [f"6,Bench,{name},,{TYPED}," for name in ("line", "other")], qt_ratio=1.3
+    ),
     Trip("7", "read a property by name", ["7,Bench,button77,,text,"], ratio=1.5),
     Trip("8", "check a window", ["8,Bench"]),
-    Trip("9", "move the mouse", [f"9,Bench,button77,,{word}," for word in MOUSE]),
+    Trip("9", "move the mouse", [f"9,Bench,line,,{word}," for word in MOUSE], qt_ratio=1.3),
     Trip("10", "move a window", ["10,Bench,20,20", "10,Bench,21,20"]),
     Trip("11", "resize a window", ["11,Bench,900,500", "11,Bench,901,500"]),
     Trip("12", "locate a tray icon", ["12,,icon"]),
