@@ -107,7 +107,7 @@ function(qtdriver_add_pytests prefix)
     get_filename_component(name ${source} NAME_WE)
     add_test(NAME ${prefix}/${name}
       COMMAND ${with_desktop} /usr/bin/python3 -m pytest -p no:cacheprovider --tb=short ${source})
-    set_tests_properties(${prefix}/${name} PROPERTIES TIMEOUT 300
+    set_tests_properties(${prefix}/${name} PROPERTIES TIMEOUT 600
       ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};PYTHONDONTWRITEBYTECODE=1")
   endforeach()
 endfunction()
