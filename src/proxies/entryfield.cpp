@@ -5,7 +5,7 @@
 void EntryField::clickInto(const QRect& rect)
 {
     mouseClick(globalCenter(rect), Qt::LeftButton, Qt::NoModifier);
-    dedicateKeysTo(checkedWidget(nullptr));
+    dedicateKeysTo(checkedWidget(nullptr), KeyScope::Focus);
 }
 
 void EntryField::selectLine()

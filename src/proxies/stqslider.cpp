@@ -25,23 +25,7 @@ void STQSlider::activate(const QVariant& value, const QVariant&)
         raiseError(unreachableMessage, wanted, nearest);
     const QPoint origin = globalCenter(subControl(QStyle::SC_SliderHandle));
     const QPoint axis = slider()->orientation() == Qt::Horizontal ? QPoint(1, 0) : QPoint(0, 1);
-    drag(origin + axis * pixelOf(slider()->value()), origin + axis * pixelOf(wanted));
-}
-
-void STQSlider::drag(const QPoint& from, const QPoint& to)
-{
-    mouseMove(from, Qt::NoModifier);
-    checkedWidget(nullptr);
-    mousePress(Qt::LeftButton, Qt::NoModifier);
-    try {
-        checkedWidget(nullptr);
-        mouseMove(to, Qt::NoModifier);
-    } catch (const STError&) {
-        // Nobody would let go of the button: all later moves would be drags.
-        mouseRelease(Qt::LeftButton, Qt::NoModifier);
-        throw;
-    }
-    mouseRelease(Qt::LeftButton, Qt::NoModifier);
+    mouseDrag(origin + axis * pixelOf(slider()->value()), origin + axis * pixelOf(wanted), Qt::LeftButton);
 }
 
 void STQSlider::mouseAction(const QVariant& command)

@@ -24,5 +24,4 @@ private:
     // Between values and pixels from the handle's place at the slider's origin.
     int pixelOf(int value);
     int valueAt(int pixel);
-    void drag(const QPoint& from, const QPoint& to);
 };

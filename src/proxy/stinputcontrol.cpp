@@ -54,6 +54,14 @@ bool acceptsClickFocus(const QWidget* target)
         || (proxy && (proxy->focusPolicy() & Qt::ClickFocus) == Qt::ClickFocus);
 }
 
+bool isPartOf(const QWidget* widget, const QWidget* owner)
+{
+    // Not QWidget::isAncestorOf(), which stops at windows: the list of an editor is one.
+    while (widget && widget != owner)
+        widget = widget->parentWidget();
+    return widget != nullptr;
+}
+
 int keyOf(QChar character)
 {
     const int code = character.toUpper().unicode();
@@ -84,19 +92,35 @@ void STInputControl::postInputEvent(QWidget* target, QEvent* event)
 void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
 {
     syncEvents();
-    if (keysAreDedicated && !keyOwner) {
+    if (isKeyOwnerGone()) {
         if (type == QEvent::KeyRelease)
             return; // what the press did may have been the owner's end
         raiseError(deadWidgetMessage);
     }
-    if (QWidget* target = keyTarget())
+    QWidget* target = keyTarget();
+    if (target && mayGetKeys(target))
         postInputEvent(target, new QKeyEvent(type, key, modifiers, text, false, 1));
 }
 
-void STInputControl::dedicateKeysTo(QWidget* owner)
+void STInputControl::dedicateKeysTo(QWidget* owner, KeyScope scope)
 {
     keyOwner = owner;
+    keyScope = scope;
     keysAreDedicated = true;
+}
+
+bool STInputControl::isKeyOwnerGone() const
+{
+    return keysAreDedicated && (!keyOwner || (keyScope == KeyScope::OpenEditor && !keyOwner->isVisible()));
+}
+
+bool STInputControl::mayGetKeys(const QWidget* target) const
+{
+    if (!keysAreDedicated || keyScope == KeyScope::Focus || isPartOf(target, keyOwner))
+        return true;
+    // The owner's focus can be that of another widget, and a list of completions has that of its field.
+    return isPartOf(target->focusProxy(), keyOwner)
+        || (keyOwner->focusProxy() && isPartOf(target, keyOwner->focusProxy()));
 }
 
 void STInputControl::keyPress(QChar character)
@@ -180,37 +204,103 @@ void STInputControl::postDragMove(
         target, compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldButtons, modifiers));
 }
 
+void STInputControl::dedicateMouseTo(QWidget* owner)
+{
+    mouseOwner = owner;
+    mouseIsDedicated = true;
+}
+
+void STInputControl::requireMouseOwner() const
+{
+    if (mouseIsDedicated && !mouseOwner)
+        raiseError(deadWidgetMessage);
+}
+
+void STInputControl::letGo(QWidget* pressed, Qt::MouseButton button)
+{
+    heldButtons &= ~Qt::MouseButtons(button);
+    if (pressed)
+        QCoreApplication::postEvent(pressed,
+            compat::newMouseEvent(
+                QEvent::MouseButtonRelease, pressed, QCursor::pos(), button, heldButtons, Qt::NoModifier));
+}
+
 void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    const QPoint position = QCursor::pos();
-    heldButtons |= button; // even when there is nothing to press
-    const QPointer<QWidget> target(requiredMouseTarget(position));
-    postInputEvent(
-        target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
-    if (!target)
-        return; // the press was its end
-    compat::activateWindow(target);
-    if (target && acceptsClickFocus(target))
-        compat::setFocus(target);
+    press(button, modifiers);
 }
 
 void STInputControl::mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
+    release(button, modifiers);
+}
+
+QPointer<QWidget> STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    requireMouseOwner();
     const QPoint position = QCursor::pos();
+    heldButtons |= button; // even when there is nothing to press
+    const QPointer<QWidget> target(requiredMouseTarget(position));
+    try {
+        postInputEvent(
+            target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
+        if (target) // unless the press was its end
+            compat::activateWindow(target);
+        if (target && acceptsClickFocus(target))
+            compat::setFocus(target);
+    } catch (...) {
+        letGo(target, button);
+        throw;
+    }
+    return target;
+}
+
+QPointer<QWidget> STInputControl::release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
     heldButtons &= ~Qt::MouseButtons(button);
+    requireMouseOwner();
+    const QPoint position = QCursor::pos();
     const QPointer<QWidget> target(requiredMouseTarget(position));
     postInputEvent(
         target, compat::newMouseEvent(QEvent::MouseButtonRelease, target, position, button, heldButtons, modifiers));
     if (target && button == Qt::RightButton)
         postInputEvent(target,
             new QContextMenuEvent(QContextMenuEvent::Mouse, target->mapFromGlobal(position), position, modifiers));
+    return target;
 }
 
 void STInputControl::mouseClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     mouseMove(position, Qt::NoModifier);
-    mousePress(button, modifiers);
-    mouseRelease(button, modifiers);
+    QPointer<QWidget> pressed;
+    try {
+        pressed = press(button, modifiers);
+        release(button, modifiers);
+    } catch (...) {
+        letGo(pressed, button);
+        throw;
+    }
+}
+
+void STInputControl::mouseDrag(const QPoint& from, const QPoint& to, Qt::MouseButton button)
+{
+    mouseMove(from, Qt::NoModifier);
+    QPointer<QWidget> pressed;
+    QPointer<QWidget> released;
+    try {
+        pressed = press(button, Qt::NoModifier);
+        requireMouseOwner();
+        mouseMove(to, Qt::NoModifier);
+        if (pressed) // unless the move was its end
+            released = release(button, Qt::NoModifier);
+    } catch (...) {
+        letGo(pressed, button);
+        throw;
+    }
+    if (pressed && released == pressed)
+        return;
+    letGo(pressed, button);
+    syncEvents();
 }
 
 void STInputControl::mouseDoubleClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)

@@ -34,31 +34,55 @@ protected:
     void keyRelease(int key, Qt::KeyboardModifiers modifiers);
     void keyClick(int key, Qt::KeyboardModifiers modifiers);
     void typeText(const QString& text);
+    // Which widgets get the keys that are for one of them, the owner.
+    enum class KeyScope {
+        Focus, // the one that has the focus
+        Owner, // the owner and what belongs to it, such as its editor; keys that others would get are dropped
+        OpenEditor, // the same, and an owner that is closed counts as deleted
+    };
     // From now on all keys are for this widget. Once the application has deleted it, a key press raises "Internal
     // error, proxy without widget" and a release is dropped, instead of reaching whatever has the focus then.
-    void dedicateKeysTo(QWidget* owner);
+    void dedicateKeysTo(QWidget* owner, KeyScope scope);
+    // From now on the mouse's buttons are pressed and released for this widget. Once the application has deleted it,
+    // both raise "Internal error, proxy without widget" instead of reaching what was below it.
+    void dedicateMouseTo(QWidget* owner);
 
     // Has the next move of the mouse wait until the widget's window is in front where the mouse goes.
     void awaitInFront(QWidget* widget);
     // While a button is held this is a drag: the application sees a move event with the held buttons.
     void mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
-    // At the cursor's position. A button stays held, from one command to the next, until it is released.
+    // At the cursor's position. A button stays held, from one command to the next, until it is released: also one that
+    // had nothing to press, but none whose press was another error.
     void mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    // Here and in the next two no error leaves the button held.
     void mouseClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Press, release, double click: there is no second press and no closing release.
     void mouseDoubleClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    // Press, move, release. The widget that was pressed sees a release wherever the drag ends.
+    void mouseDrag(const QPoint& from, const QPoint& to, Qt::MouseButton button);
 
     // False: events are only posted, for the application to handle when the command is over.
     bool processEventsEnabled = true;
 
 private:
+    bool isKeyOwnerGone() const;
+    bool mayGetKeys(const QWidget* target) const;
     void postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);
     void postDragMove(const QPointer<QWidget>& target, const QPoint& position, Qt::KeyboardModifiers modifiers);
+    void requireMouseOwner() const;
+    // Forgets that the button is held, and posts its release to the widget that was pressed, if there is one.
+    static void letGo(QWidget* pressed, Qt::MouseButton button);
+    // The widgets that got the event.
+    QPointer<QWidget> press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    QPointer<QWidget> release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 
     void waitForAwaited(const QPoint& position);
 
     QPointer<QWidget> awaited;
     QPointer<QWidget> keyOwner;
+    KeyScope keyScope = KeyScope::Focus;
     bool keysAreDedicated = false;
+    QPointer<QWidget> mouseOwner;
+    bool mouseIsDedicated = false;
 };

@@ -117,6 +117,7 @@ void STWidgetProxy::mouseAction(const QVariant& command)
 void STWidgetProxy::playMouse(
     MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
+    checkedWidget(nullptr); // what happens when it is prepared may be its end
     switch (type) {
     case MouseCommandType::Press:
         mouseMove(point, modifiers);
@@ -148,6 +149,7 @@ QVariant STWidgetProxy::pseudoProperty(const char*, const QVariant&)
 void STWidgetProxy::bind(QWidget* target, const char* className)
 {
     widget = target;
+    dedicateMouseTo(target);
     servedClassName = QString::fromLatin1(className);
 }
 

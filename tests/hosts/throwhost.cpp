@@ -51,7 +51,7 @@ void build(TestHost& host)
     auto* window = new QWidget; // the process's
     window->setWindowTitle(QLatin1String("Thrower"));
     new QVBoxLayout(window);
-    add(window, new QLineEdit, "plain");
+    host.journalInput(add(window, new QLineEdit, "plain"));
     auto* edit = add(window, new QLineEdit, "edit");
     auto* button = add(window, new QPushButton(QLatin1String("Push")), "button");
     host.journalSignal(button, SIGNAL(clicked()), QLatin1String("clicked"));

@@ -39,6 +39,19 @@ def test_an_event_filter_throws_while_a_button_is_pressed(app):
     check_that_it_goes_on(app)
 
 
+@pytest.mark.parametrize("act", ["press", "enter"])
+def test_no_button_stays_held_when_an_event_filter_throws_at_the_press(app, act):
+    app.do("throwAtPress")
+    if act == "press":
+        assert app.mouse("Thrower", "edit", "MousePress:LeftButton:::") == UNKNOWN
+    else:
+        assert app.enter("Thrower", "edit", "s:typed") == UNKNOWN
+    app.forget()
+    app.mouse("Thrower", "plain", "MouseMove::0.1:0.5:")
+    app.mouse("Thrower", "plain", "MouseMove::0.6:0.5:")
+    assert [line for line in app.events("move") if " buttons 1 " in line] == []
+
+
 def test_a_slot_throws_when_an_item_is_selected(app):
     reply = app.activate("Thrower", "table", "s:2;1", "s:Select", class_name="QAbstractItemView")
     assert reply == UNKNOWN

@@ -24,6 +24,7 @@ public:
     using STInputControl::keyRelease;
     using STInputControl::mouseClick;
     using STInputControl::mouseDoubleClick;
+    using STInputControl::mouseDrag;
     using STInputControl::mouseMove;
     using STInputControl::mousePress;
     using STInputControl::mouseRelease;
@@ -104,6 +105,8 @@ private Q_SLOTS:
     void movingToWhereTheCursorIsNeverFails();
     void movingToTheEmptyDesktopFails();
     void aPressOnTheEmptyDesktopLeavesTheButtonHeld();
+    void aClickOnTheEmptyDesktopLeavesNoButtonHeld();
+    void aDragThatLeavesItsWidgetReleasesIt();
     void aClickBesideAPopupGoesToThePopup();
     void withoutProcessingEventsAreOnlyPosted();
     void aTargetThatDiesBeforeTheEventIsAnError();
@@ -112,6 +115,8 @@ private Q_SLOTS:
     void aDragShowsTheTargetNoMoveWithoutButtons();
 
 private:
+    Qt::MouseButtons buttonsOfAMove();
+
     QWidget* window = nullptr;
     Recorder recorder;
     Control control;
@@ -136,6 +141,25 @@ void tst_STInputControl::cleanup()
 {
     delete window;
     QCoreApplication::processEvents();
+}
+
+// The buttons that the window sees held when the mouse moves into it.
+Qt::MouseButtons tst_STInputControl::buttonsOfAMove()
+{
+    struct MoveRecorder : QObject
+    {
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == QEvent::MouseMove)
+                buttons = static_cast<QMouseEvent*>(event)->buttons();
+            return false;
+        }
+        Qt::MouseButtons buttons = Qt::NoButton;
+    } moves;
+    window->setMouseTracking(false); // so that only a drag is seen
+    window->installEventFilter(&moves);
+    control.mouseMove(window->mapToGlobal(QPoint(20, 20)), Qt::NoModifier);
+    return moves.buttons;
 }
 
 void tst_STInputControl::charactersHaveTheKeyOfTheirUpperCaseForm()
@@ -207,23 +231,27 @@ void tst_STInputControl::aPressOnTheEmptyDesktopLeavesTheButtonHeld()
 {
     QCursor::setPos(emptyDesktop);
     QCOMPARE(errorOf([this] { control.mousePress(Qt::LeftButton, Qt::NoModifier); }), latin1(hidden));
-    window->setMouseTracking(false); // so that only a drag is seen
-    struct MoveRecorder : QObject
-    {
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            if (event->type() == QEvent::MouseMove)
-                buttons = static_cast<QMouseEvent*>(event)->buttons();
-            return false;
-        }
-        Qt::MouseButtons buttons = Qt::NoButton;
-    } moves;
-    window->installEventFilter(&moves);
-    control.mouseMove(window->mapToGlobal(QPoint(20, 20)), Qt::NoModifier);
-    QCOMPARE(int(moves.buttons), int(Qt::LeftButton));
+    QCOMPARE(int(buttonsOfAMove()), int(Qt::LeftButton));
     control.mouseRelease(Qt::LeftButton, Qt::NoModifier);
     QCursor::setPos(emptyDesktop);
     QCOMPARE(errorOf([this] { control.mouseRelease(Qt::LeftButton, Qt::NoModifier); }), latin1(hidden));
+}
+
+void tst_STInputControl::aClickOnTheEmptyDesktopLeavesNoButtonHeld()
+{
+    QCursor::setPos(emptyDesktop); // so that it is the press that fails, not the move
+    QVERIFY(becomesTrue([] { return QCursor::pos() == emptyDesktop; }));
+    QCOMPARE(errorOf([this] { control.mouseClick(emptyDesktop, Qt::LeftButton, Qt::NoModifier); }), latin1(hidden));
+    QCOMPARE(int(buttonsOfAMove()), int(Qt::NoButton));
+}
+
+void tst_STInputControl::aDragThatLeavesItsWidgetReleasesIt()
+{
+    const QPoint inside = window->mapToGlobal(QPoint(10, 12));
+    QCOMPARE(errorOf([&] { control.mouseDrag(inside, emptyDesktop, Qt::LeftButton); }), latin1(hidden));
+    QVERIFY(becomesTrue([this] { return recorder.events.size() == 2; }));
+    QVERIFY(recorder.events.last().startsWith(QString::fromLatin1("mouse %1 ").arg(int(QEvent::MouseButtonRelease))));
+    QCOMPARE(int(buttonsOfAMove()), int(Qt::NoButton));
 }
 
 void tst_STInputControl::aClickBesideAPopupGoesToThePopup()

@@ -1,0 +1,111 @@
+// Widgets that die at a chosen moment of the command that acts on them; see tests/protocol/test_presses.py. Time is
+// counted in rounds of events from the moment when the command has the window raised.
+
+#include "testhost.h"
+
+#include <QLineEdit>
+#include <QSlider>
+#include <QTimer>
+#include <QWidget>
+#include <QtCore/QBasicTimer>
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+
+namespace {
+
+const int mostRounds = 48;
+
+QString text(const char* latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+// Deletes a widget some rounds of events after its window was raised for the first time.
+class Death : public QObject
+{
+public:
+    Death(TestHost& testHost, QWidget* widget, int rounds)
+        : QObject(widget->window())
+        , host(testHost)
+        , victim(widget)
+        , roundsLeft(rounds)
+    {
+        setObjectName(text("death"));
+        parent()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::ZOrderChange && !timer.isActive())
+            timer.start(0, this);
+        return false;
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        if (roundsLeft-- > 0)
+            return;
+        timer.stop();
+        host.journal(text("died"));
+        delete victim;
+        deleteLater();
+    }
+
+private:
+    TestHost& host;
+    QPointer<QWidget> victim;
+    int roundsLeft;
+    QBasicTimer timer;
+};
+
+struct Victim
+{
+    const char* name;
+    QWidget* (*make)(QWidget* parent);
+};
+
+// All at the same place, with nothing but the window below them.
+const Victim victims[] = {
+    {"plain", [](QWidget* parent) { return new QWidget(parent); }},
+    {"field", [](QWidget* parent) -> QWidget* { return new QLineEdit(parent); }},
+    {"slider", [](QWidget* parent) -> QWidget* { return new QSlider(Qt::Horizontal, parent); }},
+};
+
+void build(TestHost& host)
+{
+    auto* window = new QWidget;
+    window->setObjectName(text("below"));
+    window->setWindowTitle(text("Deaths"));
+    host.journalInput(window);
+    for (const Victim& kind : victims) {
+        for (int rounds = 0; rounds < mostRounds; ++rounds) {
+            host.onRequest(text("%1In%2").arg(text(kind.name)).arg(rounds), [=, &host] {
+                QWidget* victim = kind.make(window);
+                victim->setObjectName(text("victim"));
+                victim->setAttribute(Qt::WA_NoMousePropagation);
+                victim->setGeometry(50, 50, 200, 40);
+                host.journalInput(victim);
+                victim->show();
+                new Death(host, victim, rounds);
+            });
+        }
+    }
+    host.onRequest(text("clear"), [window] {
+        delete window->findChild<QWidget*>(text("victim"));
+        qDeleteAll(window->findChildren<QObject*>(text("death")));
+    });
+    auto* witness = new QWidget(window);
+    witness->setObjectName(text("witness"));
+    witness->setGeometry(300, 100, 80, 80);
+    host.journalInput(witness);
+    window->setGeometry(60, 60, 400, 200);
+    window->show();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}
