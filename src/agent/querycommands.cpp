@@ -6,6 +6,7 @@
 #include "agent/wirevalue.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
+#include "compat/widgets.h"
 #include "identify/objectname.h"
 #include "identify/widgetlookup.h"
 #include "identify/widgetpath.h"
@@ -154,7 +155,7 @@ QString locateWidget(const Request& request, STApplicationProxy&)
     if (widget)
         widget->window()->raise();
     if (widget)
-        QCursor::setPos(widget->mapToGlobal(QPoint(0, 0)));
+        compat::setCursorPosition(widget->mapToGlobal(QPoint(0, 0)));
     return reply;
 }
 

@@ -1,5 +1,6 @@
 #include "compat/widgets.h"
 
+#include <QtGui/QCursor>
 #include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPixmap>
@@ -9,6 +10,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #elif QT_VERSION >= 0x050000
+#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDesktopWidget>
 #else
@@ -18,10 +20,62 @@
 
 namespace compat {
 
+#if QT_VERSION >= 0x050000
+
+namespace {
+
+// The widget whose native window gets the mouse events for the target.
+const QWidget* nativeHolder(const QWidget* target)
+{
+    const QWidget* holder = target->internalWinId() ? target : target->nativeParentWidget();
+    return holder ? holder : target->window();
+}
+
+int distance(const QRect& rect, const QPoint& point)
+{
+    const int x = qBound(rect.left(), point.x(), rect.right());
+    const int y = qBound(rect.top(), point.y(), rect.bottom());
+    return (point - QPoint(x, y)).manhattanLength();
+}
+
+// The screen at a point; where there is none, the nearest one. A point just beyond the edge of a screen must not be
+// read in the scale of another, which can put it into the middle of a window.
+QScreen* screenNear(const QPoint& point)
+{
+    if (QScreen* screen = QGuiApplication::screenAt(point))
+        return screen;
+    QScreen* nearest = QGuiApplication::primaryScreen();
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (QScreen* screen : screens) {
+        if (distance(screen->geometry(), point) < distance(nearest->geometry(), point))
+            nearest = screen;
+    }
+    return nearest;
+}
+
+} // namespace
+
+#endif
+
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
 {
-    return new QMouseEvent(type, target->mapFromGlobal(globalPosition), globalPosition, button, buttons, modifiers);
+    const QPoint position = target->mapFromGlobal(globalPosition);
+#if QT_VERSION >= 0x050000
+    const QPoint windowPosition = nativeHolder(target)->mapFromGlobal(globalPosition);
+    return new QMouseEvent(type, position, windowPosition, globalPosition, button, buttons, modifiers);
+#else
+    return new QMouseEvent(type, position, globalPosition, button, buttons, modifiers);
+#endif
+}
+
+void setCursorPosition(const QPoint& globalPosition)
+{
+#if QT_VERSION >= 0x050000
+    QCursor::setPos(screenNear(globalPosition), globalPosition);
+#else
+    QCursor::setPos(globalPosition);
+#endif
 }
 
 QPixmap pixmapOf(const QIcon& icon, const QSize& size)

@@ -14,9 +14,14 @@ class QWidget;
 // What Qt's majors spell differently about widgets, events and sockets.
 namespace compat {
 
-// A mouse event for the target at a point in global coordinates. The caller owns it.
+// A mouse event for the target at a point in global coordinates, with all the positions that a real one has: in the
+// target, in its native window, and on the desktop. The caller owns it.
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
+// Moves the cursor to a point in global coordinates. Each screen can have a scale of its own; beyond all screens it is
+// that of the nearest one.
+void setCursorPosition(const QPoint& globalPosition);
 
 // The icon as a pixmap of so many pixels at most, on screens of every density.
 QPixmap pixmapOf(const QIcon& icon, const QSize& size);

@@ -183,7 +183,7 @@ void STInputControl::mouseMove(const QPoint& position, Qt::KeyboardModifiers mod
     waitForAwaited(position);
     if (QCursor::pos() == position)
         return;
-    QCursor::setPos(position);
+    compat::setCursorPosition(position);
     const QPointer<QWidget> target(requiredMouseTarget(position));
     if (heldButtons != Qt::NoButton)
         postDragMove(target, position, modifiers);
