@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <QtCore/QLibrary>
+#include <QtCore/QVariant>
 
 namespace {
 
