@@ -14,6 +14,7 @@ namespace {
 
 const char deeds[] = "|*~<!#";
 const int repetitions = 200;
+const int mostRepeatedLines = 5;
 const int longRun = 70000;
 const int mostSent = 300 * 1000;
 const int largeReply = 2 * 1024 * 1024;
@@ -84,7 +85,8 @@ void Conversation::takeStep(char deed)
     switch (deed) {
     case '*': {
         const QByteArray line = piece.mid(piece.lastIndexOf('\n', qMax(0, static_cast<int>(piece.size()) - 2)) + 1);
-        return append(line.endsWith('\n') ? line.repeated(repetitions) : QByteArray());
+        const bool isRepeated = line.endsWith('\n') && repeatedLines++ < mostRepeatedLines;
+        return append(isRepeated ? line.repeated(repetitions) : QByteArray());
     }
     case '~':
         return append(QByteArray(piece.isEmpty() ? 0 : longRun, piece.isEmpty() ? ' ' : piece.back()));

@@ -14,7 +14,7 @@ class TestClient;
 // A server that speaks to a real agent, as the input says, and the agent's commands, which are stand-ins here. Bytes are
 // sent as they are, but for these, which are deeds of the server:
 //   |  what came before goes out, and the application handles its events
-//   *  the line before is sent 200 more times
+//   *  the line before is sent 200 more times; this five times at most
 //   ~  the byte before is sent 70,000 more times
 //   <  some of the replies are read
 //   !  the server ends its sending side
@@ -58,6 +58,7 @@ private:
     QByteArray sent;
     QList<QByteArray> requests; // as they were executed
     QList<QByteArray> replies; // of those that have one
+    int repeatedLines = 0;
     int largeReplies = 0;
     bool isExecuting = false;
     bool wasDeleted = false;
