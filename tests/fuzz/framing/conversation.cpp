@@ -13,6 +13,7 @@ using fuzzing::check;
 namespace {
 
 const char deeds[] = "|*~<!#";
+const char deedsWithEvents[] = "|<!#";
 const int repetitions = 200;
 const int mostRepeatedLines = 5;
 const int longRun = 70000;
@@ -62,22 +63,27 @@ void Conversation::run()
 {
     settle();
     while (position < input.size())
-        takeStep();
-    flush();
-    settle();
+        takeSteps();
     while (server->read(bytesOfARead) || server->send() || handleEvents())
         checkBounds();
     checkRequests();
     checkReplies();
 }
 
-void Conversation::takeStep()
+// What is sent, up to the next deed that has the application handle events, and that deed.
+void Conversation::takeSteps()
 {
-    const char byte = input.at(position++);
-    if (QByteArray(deeds).contains(byte))
-        takeStep(byte);
-    else
-        append(QByteArray(1, byte));
+    bool isOver = false;
+    while (position < input.size() && !isOver) {
+        const char byte = input.at(position++);
+        if (QByteArray(deeds).contains(byte))
+            takeStep(byte);
+        else
+            append(QByteArray(1, byte));
+        isOver = QByteArray(deedsWithEvents).contains(byte);
+    }
+    flush();
+    settle();
 }
 
 void Conversation::takeStep(char deed)
@@ -100,8 +106,6 @@ void Conversation::takeStep(char deed)
     default:
         break;
     }
-    flush();
-    settle();
 }
 
 // What the agent has not taken by then never arrives.
@@ -179,8 +183,7 @@ QByteArray Conversation::execute(const QByteArray& request, STApplicationProxy& 
         client->deleteLater();
     if (isLoop) {
         noticesEndInTime = false;
-        if (position < input.size())
-            takeStep();
+        takeSteps();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }

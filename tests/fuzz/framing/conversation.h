@@ -37,7 +37,7 @@ public:
     QByteArray execute(const QByteArray& request, STApplicationProxy& registry);
 
 private:
-    void takeStep();
+    void takeSteps();
     void takeStep(char deed);
     void append(const QByteArray& bytes);
     void end(bool closes);
