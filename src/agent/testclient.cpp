@@ -86,7 +86,7 @@ TestClient::TestClient()
 TestClient::~TestClient()
 {
     flush();
-    close();
+    TestClient::close();
     while (state() == ClosingState) {
         compat::sleepMilliseconds(1);
         flush();
