@@ -81,7 +81,7 @@ def build_command(build, builds):
 
 
 def builds_for(suites, builds):
-    """The builds that the suites wait for."""
+    """The builds that the suites wait for, one after the other, so that suites run beside them."""
     for name in dict.fromkeys(name for suite in suites for name in suite["properties"]["FIXTURES_REQUIRED"]):
         build = name.partition("/")[2]
         yield {
@@ -89,7 +89,12 @@ def builds_for(suites, builds):
             "group": "builds",
             "kind": "build",
             "command": BUILD_COMMANDS.get(build) or build_command(build, builds),
-            "properties": {"FIXTURES_SETUP": [name], "PROCESSORS": CORES, "TIMEOUT": BUILD_SECONDS},
+            "properties": {
+                "FIXTURES_SETUP": [name],
+                "PROCESSORS": CORES,
+                "RESOURCE_LOCK": ["builds"],
+                "TIMEOUT": BUILD_SECONDS,
+            },
         }
 
 
@@ -110,6 +115,17 @@ def in_cmake(suite):
     yield f"set_tests_properties({name} PROPERTIES {' '.join(properties)})"
 
 
+def guess_costs(suites):
+    """Has ctest begin with the long files, until a whole run has told it how long each suite takes."""
+    for suite in suites:
+        sizes = [
+            Path(word).stat().st_size
+            for word in suite["command"]
+            if word.endswith(".py") and Path(word).exists()
+        ]
+        suite["properties"].setdefault("COST", sum(sizes) / 1000)
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("folder", type=Path)
@@ -122,6 +138,8 @@ def main():
         for suite in suites_of(build, options.builds)
         if re.search(options.only, suite["name"])
     ]
+    if not (options.folder / "Testing" / "Temporary" / "CTestCostData.txt").exists():
+        guess_costs(suites)
     suites = [*builds_for(suites, options.builds), *suites]
     options.folder.mkdir(parents=True, exist_ok=True)
     (options.folder / "suites.json").write_text(json.dumps(suites, indent=1))
