@@ -49,7 +49,7 @@ queue=build/suites # where ctest also remembers how long each suite took, to beg
 rm -f "$queue"/results.xml "$queue"/suites.json
 /usr/bin/python3 scripts/suites.py "$queue" --only "$only" "${builds[@]}"
 status=0
-# Suites wait for their applications half of the time, so there are twice as many at a time as there are cores.
+# Suites also wait, for their applications and their desktops, so more of them run at a time than there are cores.
 ctest --test-dir "$queue" --parallel $(($(nproc) * 2)) --output-on-failure --no-label-summary --no-tests=error \
     --output-junit results.xml --test-output-size-passed 100000000 --test-output-size-failed 100000000 || status=$?
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
