@@ -36,6 +36,12 @@ void bringToFront(QWidget* window)
     window->raise();
 }
 
+// The window may be beyond an edge of the screen, and the widget with it.
+void lookWhereItIs(const QWidget* widget)
+{
+    use(QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size()).isEmpty());
+}
+
 // Two places in turn, and others than the agent's: a cursor that is there already is not moved.
 QPoint nextPoint(const QWidget* widget)
 {
@@ -94,6 +100,7 @@ void click(QWidget* window)
 {
     const QWidget* button = named<QWidget>(window, "button55");
     bringToFront(window);
+    lookWhereItIs(button);
     handleEvents();
     const QPoint point = nextPoint(button);
     moveCursor(point);
@@ -131,6 +138,7 @@ void enterText(QWidget* window)
 {
     const auto* line = named<QLineEdit>(window, "line");
     bringToFront(window);
+    lookWhereItIs(line);
     handleEvents();
     const QPoint point = nextPoint(line);
     handleEvents();
@@ -162,6 +170,7 @@ void moveMouse(QWidget* window)
     // For the command, and for the move that it is: a mouse command is given the place in words, which are read between.
     for (int turn = 0; turn < 2; ++turn) {
         bringToFront(window);
+        lookWhereItIs(widget);
         handleEvents();
     }
     handleEvents();

@@ -90,32 +90,32 @@ bool canBecomeActive(const QWidget* window)
     return window->windowType() != Qt::SplashScreen && !refusesFocus(window);
 }
 
-// The window at a point of the widget, its own one where nothing can be told.
-QWidget* windowInFront(const QWidget* widget, const QPoint& localPosition)
+// The application's window at a point of the screen; the given one where nothing can be told. Positions are compared with
+// the window's geometry: with Qt 4 each mapToGlobal() is a round trip to the X server.
+QWidget* windowInFront(QWidget* window, const QPoint& point)
 {
-    QWidget* window = widget->window();
-    const QPoint point = widget->mapToGlobal(localPosition);
-    return window->rect().contains(window->mapFromGlobal(point)) && isOnScreen(point) ? windowAt(point) : window;
+    return window->geometry().contains(point) && isOnScreen(point) ? windowAt(point) : window;
 }
 
 enum class Goal { Active, InFront };
 
-bool isReached(Goal goal, const QWidget* widget, const QPoint& localPosition)
+bool isReached(Goal goal, QWidget* window, const QPoint& point)
 {
-    const QWidget* window = widget->window();
     if (goal == Goal::Active && !window->isActiveWindow() && canBecomeActive(window))
         return false;
-    const QWidget* front = windowInFront(widget, localPosition);
+    const QWidget* front = windowInFront(window, point);
     return front == window || (front && staysBelow(window, front));
 }
 
-void waitFor(Goal goal, QWidget* widget, const QPoint& localPosition)
+// The point is asked for each time: the window manager may place the window meanwhile.
+template <class Point>
+void waitFor(Goal goal, QWidget* widget, Point point)
 {
     const QPointer<QWidget> guarded(widget);
     const auto isOver
-        = [&] { return !guarded || !canComeToFront(guarded->window()) || isReached(goal, guarded, localPosition); };
+        = [&] { return !guarded || !canComeToFront(guarded->window()) || isReached(goal, guarded->window(), point()); };
     VainWaits& vainWaits = VainWaits::all();
-    if (isOver() || vainWaits.contain(widget->window(), windowInFront(widget, localPosition)))
+    if (isOver() || vainWaits.contain(widget->window(), windowInFront(widget->window(), point())))
         return;
     const int maximumMilliseconds = 500;
     processEventsUntil(isOver, maximumMilliseconds);
@@ -128,20 +128,20 @@ void waitFor(Goal goal, QWidget* widget, const QPoint& localPosition)
     if (canBecomeActive(guarded->window()) && (!active || !active->isVisible()))
         QApplication::setActiveWindow(guarded->window());
     if (guarded)
-        vainWaits.add(guarded->window(), windowInFront(guarded, localPosition));
+        vainWaits.add(guarded->window(), windowInFront(guarded->window(), point()));
 }
 
 } // namespace
 
 void waitUntilActive(QWidget* widget)
 {
-    if (!widget->isActiveWindow() && canBecomeActive(widget->window()))
-        waitFor(Goal::Active, widget, widget->rect().center());
+    if (!widget->isActiveWindow())
+        waitFor(Goal::Active, widget, [widget] { return widget->mapToGlobal(widget->rect().center()); });
 }
 
 void waitUntilInFront(QWidget* widget, const QPoint& globalPosition)
 {
-    waitFor(Goal::InFront, widget, widget->mapFromGlobal(globalPosition));
+    waitFor(Goal::InFront, widget, [&globalPosition] { return globalPosition; });
 }
 
 } // namespace compat

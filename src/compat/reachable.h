@@ -11,8 +11,8 @@ namespace compat {
 // those of sockets, until it is done: for half a second at most, and not at all for a window that was waited for in vain
 // and stands as it did then.
 
-// Until the widget's window is active, and in front at the widget's centre. Not if it is active already, nor if it
-// cannot be because it refuses the focus, or something modal, a popup or a graphics view has it.
+// Until the widget's window is active, unless it refuses the focus, and in front at the widget's centre. Not if it is
+// active already, nor if it cannot be because something modal or a popup is open, or a graphics view has it.
 void waitUntilActive(QWidget* widget);
 
 // Until the widget's window is in front at a point. Not if the point is beside the window, or if it stays below what is

@@ -20,6 +20,7 @@ namespace {
 struct WindowAtPoint
 {
     QPoint point;
+    QPoint pointInWindow;
     QPointer<QWidget> window;
     QRect geometry;
 };
@@ -52,6 +53,7 @@ QWidget* windowAt(const QPoint& point)
         lastAnswer.point = point;
         lastAnswer.window = QApplication::topLevelAt(point);
         lastAnswer.geometry = lastAnswer.window ? lastAnswer.window->geometry() : QRect();
+        lastAnswer.pointInWindow = lastAnswer.window ? lastAnswer.window->mapFromGlobal(point) : QPoint();
     }
     return lastAnswer.window;
 }
@@ -80,7 +82,7 @@ QWidget* widgetAt(const QPoint& globalPosition)
     // Below a window that no mouse event reaches there may be another one.
     if (!window || window->testAttribute(Qt::WA_TransparentForMouseEvents))
         return QApplication::widgetAt(globalPosition);
-    QWidget* child = window->childAt(window->mapFromGlobal(globalPosition));
+    QWidget* child = window->childAt(lastAnswer.pointInWindow);
     return child ? child : window;
 }
 
