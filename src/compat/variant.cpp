@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstring>
 #include <iterator>
 
 namespace compat {
@@ -52,20 +53,29 @@ QString fontText(const QFont& font)
 }
 
 #if QT_VERSION < 0x050000
-QVariant withoutEnumType(const QVariant& value, const QObject* object, const char* name)
+// Only an enumeration that the application registered arrives as anything but int. Qt 4 does not know how large its type
+// is: the property itself writes as many bytes as it has.
+QVariant withoutEnumType(const QVariant& value, const QObject* object, const QMetaProperty& property)
 {
-    // Only types that the application registered itself arrive as anything but int.
-    if (value.userType() < QMetaType::User)
+    if (value.userType() < QMetaType::User || !property.isEnumType())
         return value;
-    const QMetaObject* metaObject = object->metaObject();
-    const QMetaProperty property = metaObject->property(metaObject->indexOfProperty(name));
-    return property.isEnumType() ? QVariant(*static_cast<const int*>(value.constData())) : value;
+    int number[4] = {}; // of which the largest type there is fills all
+    QVariant other;
+    int status = -1;
+    void* arguments[] = {number, &other, &status};
+    QMetaObject::metacall(const_cast<QObject*>(object), QMetaObject::ReadProperty, property.propertyIndex(), arguments);
+    return number[0];
 }
 #else
-QVariant withoutEnumType(const QVariant& value, const QObject*, const char*)
+QVariant withoutEnumType(const QVariant& value, const QObject*, const QMetaProperty&)
 {
-    const bool isEnumeration = QMetaType(typeOf(value)).flags() & QMetaType::IsEnumeration;
-    return isEnumeration ? QVariant(value.toInt()) : value;
+    const QMetaType type(typeOf(value));
+    if (!(type.flags() & QMetaType::IsEnumeration))
+        return value;
+    // A type smaller than an int fills part of one, as in Qt 4.8.
+    int number = 0;
+    std::memcpy(&number, value.constData(), qMin(sizeof number, static_cast<std::size_t>(type.sizeOf())));
+    return number;
 }
 #endif
 
@@ -82,7 +92,35 @@ int typeOf(const QVariant& value)
 
 QVariant readProperty(const QObject* object, const char* name)
 {
-    return withoutEnumType(object->property(name), object, name);
+    const QMetaObject* metaObject = object->metaObject();
+    const int index = metaObject->indexOfProperty(name);
+    const QMetaProperty property = metaObject->property(index);
+    // Qt prints a warning where it is asked for a value whose type it does not know, and returns none.
+    if (index >= 0 && property.userType() == 0)
+        return QVariant();
+    return withoutEnumType(index >= 0 ? property.read(object) : object->property(name), object, property);
+}
+
+int toInt(const QString& text, bool* ok)
+{
+    const int longest = 64;
+    if (text.size() <= longest)
+        return text.toInt(ok, 10);
+    const QChar* begin = text.constData();
+    const QChar* end = begin + text.size();
+    while (begin < end && begin->isSpace())
+        ++begin;
+    while (begin < end && (end - 1)->isSpace())
+        --end;
+    QString number;
+    if (begin < end && (*begin == QLatin1Char('-') || *begin == QLatin1Char('+')))
+        number += *begin++;
+    // Zeros at the beginning tell nothing but that what follows is to be a digit, for which one is enough.
+    while (begin + 1 < end && begin[0] == QLatin1Char('0') && begin[1] == QLatin1Char('0'))
+        ++begin;
+    if (end - begin <= longest)
+        number += QString(begin, static_cast<int>(end - begin));
+    return number.toInt(ok, 10);
 }
 
 float toFloat(const QString& text, bool* ok)
@@ -104,8 +142,14 @@ float toFloat(const QString& text, bool* ok)
 QString textOf(const QVariant& value)
 {
     switch (typeOf(value)) {
+    case QMetaType::Float:
+        return QString::number(value.toFloat(), 'g', FLT_DIG);
     case QMetaType::Double:
         return QString::number(value.toDouble(), 'g', DBL_DIG);
+#if QT_VERSION >= 0x050000
+    case QMetaType::QByteArray:
+        return QString::fromLatin1(value.toByteArray().constData()); // up to a NUL
+#endif
     case QMetaType::QTime:
         return value.toTime().toString(Qt::ISODate);
     case QMetaType::QDateTime:

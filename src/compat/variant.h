@@ -11,13 +11,17 @@ namespace compat {
 // The QMetaType id of the value; QMetaType::UnknownType's number (0 in Qt 4 and 5 and 6) when it is invalid.
 int typeOf(const QVariant& value);
 
-// The value of a property, invalid when there is none. Enumerations and flags are ints, whether or not their
-// type is registered with the meta-type system.
+// The value of a property, invalid when there is none, or one of a type that Qt does not know. Enumerations and flags are
+// ints, whether or not their type is registered with the meta-type system. Qt is not made to print anything.
 QVariant readProperty(const QObject* object, const char* name);
 
-// The value's text in the form of Qt 4.8's QVariant::toString(): doubles with 15 significant digits, times
-// without milliseconds, colours without alpha, fonts with ten fields and weights from 0 to 99.
+// The value's text in the form of Qt 4.8's QVariant::toString(): doubles with 15 significant digits, floats with 6, bytes
+// as Latin-1, times without milliseconds, colours without alpha, fonts with ten fields and weights from 0 to 99.
 QString textOf(const QVariant& value);
+
+// The integer that a text is in base 10, as QString::toInt() tells it. Not ok, and 0, where there is none. Unlike that, it
+// does not make copies of a text of millions of characters.
+int toInt(const QString& text, bool* ok);
 
 // The number that a text is, in the notation of the application's locale or else of the C locale. Not ok, and 0, where
 // there is none, or one too large for a float, infinity included; one that is too small is 0.

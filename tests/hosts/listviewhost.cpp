@@ -76,6 +76,7 @@ struct Stage
             view->setModel(model);
         window->layout()->addWidget(view);
         journalView(host, view);
+        host.onRequest(QLatin1String("deleteModel"), [=] { delete view->model(); });
         return view;
     }
 };
@@ -183,6 +184,37 @@ void sortedScenario(Stage& stage)
     stage.show(new QListView, proxy);
 }
 
+// Always has more rows, of which the sixth is disabled: keys pass it.
+class EndlessModel : public LazyModel
+{
+public:
+    using LazyModel::LazyModel;
+    bool canFetchMore(const QModelIndex&) const override { return true; }
+    Qt::ItemFlags flags(const QModelIndex& index) const override
+    {
+        return index.row() == 5 ? Qt::ItemFlags(Qt::NoItemFlags) : LazyModel::flags(index);
+    }
+};
+
+void endlessScenario(Stage& stage)
+{
+    stage.show(new QListView, new EndlessModel(stage.window));
+}
+
+// Items that hold anything but a text.
+void valueScenario(Stage& stage)
+{
+    const QVariant values[] = {1.0f / 3, 1e10f, 1.0 / 3, QByteArray("caf\xe9"), QByteArray("cut\0off", 7), QByteArray(),
+        7, true, QChar(0x20ac), QDate(2024, 2, 29)};
+    auto* model = new QStandardItemModel(stage.window);
+    for (const QVariant& value : values) {
+        auto* item = new QStandardItem;
+        item->setData(value, Qt::DisplayRole);
+        model->appendRow(item);
+    }
+    stage.show(new QListView, model);
+}
+
 void noModelScenario(Stage& stage)
 {
     stage.show(new QListView, nullptr);
@@ -246,6 +278,8 @@ const Scenario<Stage> scenarios[] = {
     {"icons", iconScenario},
     {"lazy", lazyScenario},
     {"sorted", sortedScenario},
+    {"endless", endlessScenario},
+    {"values", valueScenario},
     {"no-model", noModelScenario},
     {"thief", thiefScenario},
     {"inserting", insertingScenario},

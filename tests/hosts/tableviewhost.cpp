@@ -35,6 +35,7 @@ struct Stage
     void addRequests(QTableView* view) const
     {
         host.onRequest(QLatin1String("noCurrent"), [=] { view->setCurrentIndex(QModelIndex()); });
+        host.onRequest(QLatin1String("deleteModel"), [=] { delete view->model(); });
         host.onRequest(QLatin1String("hideThirdRow"), [=] { view->setRowHidden(2, true); });
         host.onRequest(QLatin1String("hideSecondColumn"), [=] { view->setColumnHidden(1, true); });
         host.onRequest(QLatin1String("swapColumns"), [=] { view->horizontalHeader()->swapSections(0, 1); });
@@ -74,6 +75,17 @@ void namedScenario(Stage& stage)
     QStandardItemModel* model = gridModel(6, 4, stage.window);
     model->setVerticalHeaderLabels(QString::fromLatin1("a same c 7 same f").split(QLatin1Char(' ')));
     model->setHorizontalHeaderLabels(QString::fromLatin1("Name Twice Twice 2").split(QLatin1Char(' ')));
+    stage.show(new QTableView, model);
+}
+
+// Headers and cells that hold bytes and numbers.
+void byteScenario(Stage& stage)
+{
+    auto* model = new QStandardItemModel(2, 2, stage.window);
+    model->setHeaderData(0, Qt::Horizontal, QByteArray("caf\xe9"));
+    model->setHeaderData(1, Qt::Horizontal, 1.0f / 3);
+    model->setData(model->index(1, 0), QByteArray("th\xe9"));
+    model->setData(model->index(1, 1), 2.0f / 3);
     stage.show(new QTableView, model);
 }
 
@@ -216,6 +228,7 @@ void resettingScenario(Stage& stage)
 const Scenario<Stage> scenarios[] = {
     {"numbered", numberedScenario},
     {"named", namedScenario},
+    {"bytes", byteScenario},
     {"widget", widgetScenario},
     {"rooted", rootedScenario},
     {"editors", editorScenario},

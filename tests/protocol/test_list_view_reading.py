@@ -172,3 +172,12 @@ def test_item_properties_need_an_item(letters, name):
 
 def test_an_unknown_name_is_no_property(letters):
     assert letters.read("itemIsBlue", "s:Ant") == error('Unknown property "itemIsBlue".')
+
+
+def test_items_that_hold_other_values_than_texts_read_the_same_on_every_qt(start):
+    values = start("values")
+    texts = ["0.333333", "1e+10", "0.333333333333333", "caf\xe9", "cut", "", "7", "true", "?", "2024-02-29"]
+    assert values.items("itemList") == texts
+    assert values.read("itemIsEnabled", "s:caf\xe9") == "0,b:true"
+    assert values.activate("s:0.333333") == "0,QListView"
+    assert values.state()[0] == 0

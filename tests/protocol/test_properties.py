@@ -24,7 +24,7 @@ def test_a_button_adds_its_text(app):
 def test_all_qt_properties_are_named_inherited_ones_first(app):
     names = app.read("Editor", "canvas", "propertyNames").split("\f")
     assert names[:2] == ["0,l:", "objectName"]
-    assert names[-5:] == ["level", "options", "alignment", "orientation", "thrower"]
+    assert names[-5:] == ["options", "alignment", "orientation", "unregistered", "thrower"]
 
 
 def test_an_exception_of_the_application_is_answered(app):

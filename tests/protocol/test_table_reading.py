@@ -197,3 +197,11 @@ def test_hidden_headers_are_refused(numbered):
 
 def test_an_unknown_name_is_no_property(numbered):
     assert numbered.read("itemFlavour", "s:1:1") == error('Unknown property "itemFlavour".')
+
+
+def test_headers_and_cells_of_bytes_and_numbers_read_the_same_on_every_qt(start):
+    table = start("bytes")
+    assert table.read("columnHeaderText", "s:1") == "u:caf\xe9"
+    assert table.read("columnHeaderText", "s:2") == "u:0.333333"
+    assert table.read("itemText", "s:2:caf\xe9") == "u:th\xe9"
+    assert table.read("itemText", "s:2:0.333333") == "u:0.666667"

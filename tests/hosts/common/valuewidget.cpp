@@ -31,6 +31,8 @@ QPixmap checkered()
 
 ValueWidget::ValueWidget()
 {
+    qRegisterMetaType<Small>("ValueWidget::Small");
+    qRegisterMetaType<Short>("ValueWidget::Short");
     QFont font(QLatin1String("DejaVu Sans"), 12, QFont::Bold);
     font.setUnderline(true);
     QPixmap large(200, 200);
