@@ -40,8 +40,9 @@ QVariant columnCount(const QAbstractItemView& view, const QModelIndex&)
 
 QVariant topLevelItemCount(const QAbstractItemView& view, const QModelIndex&)
 {
-    return view.inherits("QTreeWidget") ? static_cast<const QTreeWidget&>(view).topLevelItemCount()
-                                        : rowCountUnderRoot(view);
+    // A tree widget whose model the application has deleted does not stand the question.
+    return view.model() && view.inherits("QTreeWidget") ? static_cast<const QTreeWidget&>(view).topLevelItemCount()
+                                                        : rowCountUnderRoot(view);
 }
 
 QVariant pathList(const QAbstractItemView& view, const QModelIndex&)

@@ -71,6 +71,7 @@ struct Stage
         host.onRequest(QLatin1String("makeSmall"), [=] { view->setFixedHeight(100); });
         host.onRequest(
             QLatin1String("focusOther"), [=] { window->findChild<QWidget*>(QLatin1String("other"))->setFocus(); });
+        host.onRequest(QLatin1String("deleteModel"), [=] { delete view->model(); });
         host.onRequest(QLatin1String("selectLast"), [=] { select(view, view->model()->rowCount() - 1); });
         host.onRequest(QLatin1String("selectTwoAndFour"), [=] {
             select(view, 1);

@@ -22,6 +22,24 @@ View* putView(Stage& stage, QWidget* centre, const char* name, int depth)
     return view;
 }
 
+// A widget that has lost its model is of no more use, not to its application either: Qt does not look before it asks the
+// model for items.
+template <class View>
+bool isUsable(const QPointer<View>& view)
+{
+    return view && view->model();
+}
+
+// A widget's own model, in whose place no other can be put.
+void addModelTrick(Stage& stage, QAbstractItemView* view)
+{
+    const QPointer<QAbstractItemView> guarded(view);
+    stage.addTrick([=, &stage](QObject*) {
+        if (isUsable(guarded) && stage.chance.oneIn(3))
+            delete guarded->model();
+    });
+}
+
 void fillTree(QTreeWidget* tree)
 {
     for (int i = 1; i < 5; ++i) {
@@ -52,11 +70,12 @@ void buildLists(Stage& stage, QWidget* centre)
     const QPointer<QListWidget> list(put(centre, new QListWidget, "listWidget"));
     list->addItems(QStringList() << words("Item 1") << words("Item 2") << words("Item 3"));
     stage.addTrick([=, &stage](QObject*) {
-        if (list && list->count() > 3)
+        if (isUsable(list) && list->count() > 3)
             delete list->takeItem(stage.chance.below(list->count()));
-        else if (list)
+        else if (isUsable(list))
             list->addItems(QStringList() << words("Item 4") << words("Item 5"));
     });
+    addModelTrick(stage, list);
 }
 
 void buildTrees(Stage& stage, QWidget* centre)
@@ -68,15 +87,16 @@ void buildTrees(Stage& stage, QWidget* centre)
     tree->setColumnCount(2);
     fillTree(tree);
     stage.addTrick([=](QObject*) {
-        if (tree) {
+        if (isUsable(tree)) {
             tree->clear();
             fillTree(tree);
         }
     });
     stage.addTrick([=](QObject*) {
-        if (tree)
+        if (isUsable(tree))
             delete tree->currentItem();
     });
+    addModelTrick(stage, tree);
 }
 
 void buildTables(Stage& stage, QWidget* centre)
@@ -87,15 +107,16 @@ void buildTables(Stage& stage, QWidget* centre)
     const QPointer<QTableWidget> table(put(centre, new QTableWidget(4, 2), "tableWidget"));
     fillTable(table);
     stage.addTrick([=, &stage](QObject*) {
-        if (table) {
+        if (isUsable(table)) {
             table->setRowCount(stage.chance.below(6));
             fillTable(table);
         }
     });
     stage.addTrick([=](QObject*) {
-        if (table)
+        if (isUsable(table))
             table->clear();
     });
+    addModelTrick(stage, table);
 }
 
 void buildGeneric(Stage& stage, QWidget* centre)
