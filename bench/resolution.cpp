@@ -71,28 +71,28 @@ int lastNumber(const Row& row, int size)
     return row.widgetsPerNumber ? size / row.widgetsPerNumber - 1 : size - size / groupSize - 1;
 }
 
-QStringList pathIn(const Row& row, int size)
+QString pathIn(const Row& row, int size)
 {
     const QString path = QString::fromLatin1(row.path);
-    return splitPath(path.contains(QLatin1String("%1")) ? path.arg(lastNumber(row, size)) : path);
+    return path.contains(QLatin1String("%1")) ? path.arg(lastNumber(row, size)) : path;
 }
 
 Measured makeOurs(const Row& row, int size)
 {
     QWidget& window = sampleWindow(row.sample, size);
-    const QStringList path = pathIn(row, size);
+    const QString path = pathIn(row, size);
     const LookupError outcome = row.outcome;
     return [&window, path, outcome] {
-        if (findWidget(&window, path).error != outcome)
-            qFatal("%s has another outcome", qPrintable(path.join(QLatin1String("/"))));
+        if (findWidget(&window, WidgetPath(path)).error != outcome)
+            qFatal("%s has another outcome", qPrintable(path));
     };
 }
 
 Measured makeFloor(const Row& row, int size)
 {
     const QWidget& window = sampleWindow(row.sample, size);
-    const QString name = searchName(pathIn(row, size));
-    return [&window, name] { benchmark::DoNotOptimize(window.findChildren<QWidget*>(name)); };
+    const WidgetPath path(pathIn(row, size));
+    return [&window, path] { benchmark::DoNotOptimize(window.findChildren<QWidget*>(searchName(path.lastElement()))); };
 }
 
 MakeMeasured qtPart(const Row& row)

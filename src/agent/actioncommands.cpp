@@ -9,11 +9,15 @@
 #include "proxy/stapplicationproxy.h"
 
 #include <QApplication>
-#include <QStringList>
 #include <QVariant>
 #include <QWidget>
 
 namespace {
+
+QVariant typedValue(const Request& request, int section)
+{
+    return valueFromText(decodehex(request.text(section)));
+}
 
 enum class FocusWidgetElement { Special, Ordinary };
 
@@ -22,11 +26,11 @@ Access widgetIn(const Access& window, const Request& request, FocusWidgetElement
 {
     if (!window.widget)
         return window;
-    const QStringList path = splitPath(request.section(2));
+    const WidgetPath path(request.text(2));
     WidgetLookup lookup;
-    if (path.last() == activePopupWidget)
+    if (path.lastElement() == activePopupWidget)
         lookup = currentWidget(QApplication::activePopupWidget());
-    else if (path.last() == focusWidget && focusElement == FocusWidgetElement::Special)
+    else if (path.lastElement() == focusWidget && focusElement == FocusWidgetElement::Special)
         lookup = currentWidget(QApplication::focusWidget());
     else
         lookup = findWidget(window.widget, path);
@@ -36,29 +40,30 @@ Access widgetIn(const Access& window, const Request& request, FocusWidgetElement
 // Resolves the widget, has `act` run on it and replies with the class that serves it. The class is read first: the
 // widget may not live through the action.
 template <class Act>
-QString actOnWidget(const Access& window, const Request& request, STApplicationProxy& registry, Act act)
+QByteArray actOnWidget(const Access& window, const Request& request, STApplicationProxy& registry, Act act)
 {
     const Access access = widgetIn(window, request, FocusWidgetElement::Special);
     if (!access.widget)
         return access.refusal;
-    const QString requestedClass = request.section(3);
+    const QString requestedClass = request.text(3);
     const QVariant servedClass
         = registry.property(access.widget, requestedClass, QLatin1String("silkClassName"), QVariant());
-    act(access.widget, requestedClass, valueFromText(decodehex(request.section(4))));
-    return QLatin1String("0,") + servedClass.toString();
+    const QVariant value = typedValue(request, 4);
+    act(access.widget, requestedClass, value);
+    return "0," + servedClass.toString().toLatin1();
 }
 
 } // namespace
 
-QString activateWidget(const Request& request, STApplicationProxy& registry)
+QByteArray activateWidget(const Request& request, STApplicationProxy& registry)
 {
     return actOnWidget(reachableWindow(request.section(1), QApplication::activeWindow()), request, registry,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
-            registry.activate(widget, className, value, valueFromText(decodehex(request.section(5))));
+            registry.activate(widget, className, value, typedValue(request, 5));
         });
 }
 
-QString enterWidget(const Request& request, STApplicationProxy& registry)
+QByteArray enterWidget(const Request& request, STApplicationProxy& registry)
 {
     return actOnWidget(reachableWindow(request.section(1), QApplication::activeWindow()), request, registry,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
@@ -66,7 +71,7 @@ QString enterWidget(const Request& request, STApplicationProxy& registry)
         });
 }
 
-QString mouseWidget(const Request& request, STApplicationProxy& registry)
+QByteArray mouseWidget(const Request& request, STApplicationProxy& registry)
 {
     // A mouse reaches any window while a popup is open: it closes the popup. A modal widget still blocks.
     const Access window = QApplication::activePopupWidget() ? anyWindow(request.section(1))
@@ -77,11 +82,11 @@ QString mouseWidget(const Request& request, STApplicationProxy& registry)
         });
 }
 
-QString readProperty(const Request& request, STApplicationProxy& registry)
+QByteArray readProperty(const Request& request, STApplicationProxy& registry)
 {
     const Access access = widgetIn(anyWindow(request.section(1)), request, FocusWidgetElement::Ordinary);
     if (!access.widget)
         return access.refusal;
-    return replyForValue(
-        registry.property(access.widget, request.section(3), request.section(4), stringFromText(request.section(5))));
+    const QVariant argument = stringFromText(request.text(5));
+    return replyForValue(registry.property(access.widget, request.text(3), request.text(4), argument));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QByteArray>
 
 class Request;
 class STApplicationProxy;
@@ -10,11 +10,11 @@ class STApplicationProxy;
 // "ActivePopupWidget" stands for the open popup, and for the acting commands "FocusWidget" for the focus widget.
 
 // Section 4: value, section 5: option; typed values in hexadecimal.
-QString activateWidget(const Request& request, STApplicationProxy& registry);
+QByteArray activateWidget(const Request& request, STApplicationProxy& registry);
 // Section 4: value; a typed value in hexadecimal.
-QString enterWidget(const Request& request, STApplicationProxy& registry);
+QByteArray enterWidget(const Request& request, STApplicationProxy& registry);
 // Section 4: mouse command; a typed value in hexadecimal. Works behind an open popup, too.
-QString mouseWidget(const Request& request, STApplicationProxy& registry);
+QByteArray mouseWidget(const Request& request, STApplicationProxy& registry);
 // Section 4: property name, section 5: argument, "s:" and text; not in hexadecimal. Works behind popups and modal
 // widgets. Replies with the value.
-QString readProperty(const Request& request, STApplicationProxy& registry);
+QByteArray readProperty(const Request& request, STApplicationProxy& registry);

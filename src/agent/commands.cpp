@@ -12,7 +12,7 @@ struct CommandRow
 {
     const char* number;
     bool wholeLine; // the number is the whole line: the command takes no sections
-    QString (*execute)(const Request& request, STApplicationProxy& registry);
+    QByteArray (*execute)(const Request& request, STApplicationProxy& registry);
 };
 
 const CommandRow commandRows[] = {
@@ -30,14 +30,14 @@ const CommandRow commandRows[] = {
     {"12", false, locateTrayIcon},
 };
 
-QString executeRequest(const Request& request, STApplicationProxy& registry)
+QByteArray executeRequest(const Request& request, STApplicationProxy& registry)
 {
-    const QString number = request.section(0);
+    const QByteArray number = request.section(0);
     for (const CommandRow& row : commandRows) {
-        if (number == QLatin1String(row.number) && (!row.wholeLine || request.line() == number))
+        if (number == row.number && (!row.wholeLine || request.line() == number))
             return row.execute(request, registry);
     }
-    return QLatin1String("8,Command not found");
+    return "8,Command not found";
 }
 
 } // namespace
@@ -45,9 +45,9 @@ QString executeRequest(const Request& request, STApplicationProxy& registry)
 QByteArray executeCommand(const QByteArray& line, STApplicationProxy& registry)
 {
     try {
-        return executeRequest(Request(line), registry).toLatin1();
+        return executeRequest(Request(line), registry);
     } catch (const STError& error) {
-        return (QLatin1String("8,Exception : ") + error.message).toLatin1();
+        return "8,Exception : " + error.message.toLatin1();
     } catch (...) {
         return "8,Exception : Unknown exception";
     }

@@ -74,6 +74,11 @@ QString pathFromWindow(const QWidget* widget)
     return path;
 }
 
+QByteArray objectReply(char code, const Request& request, const QByteArray& outcome)
+{
+    return QByteArray(1, code) + ",Object (" + request.section(2) + outcome;
+}
+
 int visibleCount(const QList<QWidget*>& widgets)
 {
     return static_cast<int>(
@@ -82,7 +87,7 @@ int visibleCount(const QList<QWidget*>& widgets)
 
 } // namespace
 
-QString listWindows(const Request&, STApplicationProxy&)
+QByteArray listWindows(const Request&, STApplicationProxy&)
 {
     QString reply = QLatin1String("0,l:");
     const QWidgetList widgets = QApplication::topLevelWidgets();
@@ -93,10 +98,10 @@ QString listWindows(const Request&, STApplicationProxy&)
         reply += QLatin1Char('\f') + QLatin1String(widget->metaObject()->className())
             + QLatin1String(modal ? " (M) : \"" : " : \"") + widget->windowTitle() + QLatin1Char('"');
     }
-    return reply;
+    return reply.toLatin1();
 }
 
-QString windowTree(const Request& request, STApplicationProxy&)
+QByteArray windowTree(const Request& request, STApplicationProxy&)
 {
     const Access window = anyWindow(request.section(1));
     if (!window.widget)
@@ -105,14 +110,14 @@ QString windowTree(const Request& request, STApplicationProxy&)
     QTextStream stream(&reply, QIODevice::Append);
     widgetTree(window.widget, 0, stream);
     stream.flush();
-    return reply;
+    return reply.toLatin1();
 }
 
-QString identifyWidgetAtCursor(const Request&, STApplicationProxy& registry)
+QByteArray identifyWidgetAtCursor(const Request&, STApplicationProxy& registry)
 {
     QWidget* under = QApplication::widgetAt(QCursor::pos());
     if (!under)
-        return QLatin1String("?,,,,");
+        return "?,,,,";
     QWidget* widget = compositeOf(under);
     QWidget* window = widget->window();
 
@@ -124,24 +129,25 @@ QString identifyWidgetAtCursor(const Request&, STApplicationProxy& registry)
         = registry.property(widget, QString(), QLatin1String("silkClassName"), QVariant()).toString();
     // A menu is a popup: tests address it as such, not by a path.
     if (servedClass == QLatin1String("QMenu"))
-        return QLatin1String("?,QMenu,1,1,ActivePopupWidget,") + windowName + QLatin1Char(',')
-            + encodehex(QLatin1String("Widget:ActivePopupWidget"));
+        return "?,QMenu,1,1,ActivePopupWidget," + windowName.toLatin1() + ','
+            + encodehex(QLatin1String("Widget:ActivePopupWidget")).toLatin1();
 
     QList<QWidget*> namesakes;
-    widgetList(namesakes, window, searchName(QStringList(getName(widget))));
+    widgetList(namesakes, window, searchName(getName(widget)));
     return (QStringList() << QLatin1String("?") << servedClass << QString::number(namesakes.size())
                           << QString::number(visibleCount(namesakes)) << pathFromWindow(widget) << windowName
                           << encodehex(window->windowTitle()))
-        .join(QLatin1String(","));
+        .join(QLatin1String(","))
+        .toLatin1();
 }
 
-QString locateWidget(const Request& request, STApplicationProxy&)
+QByteArray locateWidget(const Request& request, STApplicationProxy&)
 {
     const Access window = anyWindow(request.section(1));
     if (!window.widget)
         return window.refusal;
-    const QStringList path = splitPath(request.section(2));
-    const QString name = searchName(path);
+    const WidgetPath path(request.text(2));
+    const QString name = searchName(path.lastElement());
     QList<QWidget*> candidates = window.widget->findChildren<QWidget*>(name);
     if (window.widget->objectName() == name)
         candidates.append(window.widget);
@@ -150,7 +156,7 @@ QString locateWidget(const Request& request, STApplicationProxy&)
     if (!found.widget)
         return found.refusal;
     const QPointer<QWidget> widget(found.widget);
-    const QString reply = QLatin1String("0,") + QLatin1String(widget->metaObject()->className());
+    const QByteArray reply = QByteArray("0,") + widget->metaObject()->className();
     compat::activateWindow(widget);
     if (widget)
         widget->window()->raise();
@@ -159,9 +165,10 @@ QString locateWidget(const Request& request, STApplicationProxy&)
     return reply;
 }
 
-QString locateTrayIcon(const Request& request, STApplicationProxy&)
+QByteArray locateTrayIcon(const Request& request, STApplicationProxy&)
 {
-    const QString name = request.section(2).isEmpty() ? QString(QLatin1String("")) : request.section(2);
+    // Never null: to QObject::findChildren() a null name means "any".
+    const QString name = request.section(2).isEmpty() ? QString(QLatin1String("")) : request.text(2);
     const QList<QSystemTrayIcon*> icons = qApp->findChildren<QSystemTrayIcon*>(name);
     const QSystemTrayIcon* visible = nullptr;
     int count = 0;
@@ -177,10 +184,9 @@ QString locateTrayIcon(const Request& request, STApplicationProxy&)
             raiseError("Rectangle not defined");
         return replyForRect(rect);
     }
-    const QString subject = QLatin1String(",Object (") + name;
     if (icons.isEmpty())
-        return QLatin1Char('2') + subject + QLatin1String(") not found");
+        return objectReply('2', request, ") not found");
     if (count > 1)
-        return QLatin1Char('7') + subject + QLatin1String(") visible,") + QString::number(count);
-    return QLatin1Char('6') + subject + QLatin1String(") not visible");
+        return objectReply('7', request, ") visible," + QByteArray::number(count));
+    return objectReply('6', request, ") not visible");
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QByteArray>
 
 class Request;
 class STApplicationProxy;
@@ -8,14 +8,14 @@ class STApplicationProxy;
 // The commands that find things. Each returns the reply line.
 
 // Sections: none. The visible windows: class name, " (M)" if modal, title.
-QString listWindows(const Request& request, STApplicationProxy& registry);
+QByteArray listWindows(const Request& request, STApplicationProxy& registry);
 // Sections: window. The window's widgets, depth first.
-QString windowTree(const Request& request, STApplicationProxy& registry);
+QByteArray windowTree(const Request& request, STApplicationProxy& registry);
 // Sections: none. Class, number of widgets of this name, how many of them are visible, path, window name and, in
 // hexadecimal, window title of the widget under the cursor.
-QString identifyWidgetAtCursor(const Request& request, STApplicationProxy& registry);
+QByteArray identifyWidgetAtCursor(const Request& request, STApplicationProxy& registry);
 // Sections: window, path. Puts the cursor on the widget's top-left corner and replies with its class name. Unlike
 // the widget commands it knows object names only, no derived ones.
-QString locateWidget(const Request& request, STApplicationProxy& registry);
+QByteArray locateWidget(const Request& request, STApplicationProxy& registry);
 // Sections: ignored, object name. The screen rectangle of a tray icon.
-QString locateTrayIcon(const Request& request, STApplicationProxy& registry);
+QByteArray locateTrayIcon(const Request& request, STApplicationProxy& registry);

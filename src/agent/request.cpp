@@ -1,7 +1,21 @@
 #include "agent/request.h"
 
-Request::Request(const QByteArray& line)
-    : text(QString::fromLatin1(line.constData(), line.size())) // with the size: a NUL is a character like any other
-    , sections(text.split(QLatin1Char(',')))
+QByteArray Request::section(int index) const
 {
+    const char separator = ',';
+    int begin = 0;
+    for (; index > 0; --index) {
+        begin = static_cast<int>(bytes.indexOf(separator, begin)) + 1;
+        if (begin == 0)
+            return QByteArray();
+    }
+    const int end = static_cast<int>(bytes.indexOf(separator, begin));
+    return QByteArray::fromRawData(bytes.constData() + begin, (end < 0 ? static_cast<int>(bytes.size()) : end) - begin);
+}
+
+QString Request::text(int index) const
+{
+    const QByteArray latin1 = section(index);
+    return QString::fromLatin1(
+        latin1.constData(), static_cast<int>(latin1.size())); // with the size: a NUL is a character
 }

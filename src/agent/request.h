@@ -1,21 +1,27 @@
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 
-// One request line: a command number and sections, separated by commas.
+// One request line: a command number and sections, separated by commas. A section is cut when it is asked for: a line
+// can hold millions of them, of which a command reads six at most.
 class Request
 {
 public:
     // The line's bytes, without the line end, are Latin-1.
-    explicit Request(const QByteArray& line);
+    explicit Request(const QByteArray& line)
+        : bytes(line)
+    {
+    }
 
     // The whole line.
-    const QString& line() const { return text; }
-    // A section's text; section 0 is the command number. A missing section is empty.
-    QString section(int index) const { return sections.value(index); }
+    const QByteArray& line() const { return bytes; }
+    // A section; section 0 is the command number. A missing section is empty. These are the line's own bytes, and not to be
+    // kept longer than the request.
+    QByteArray section(int index) const;
+    // The same as a text.
+    QString text(int index) const;
 
 private:
-    QString text;
-    QStringList sections;
+    QByteArray bytes;
 };

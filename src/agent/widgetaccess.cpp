@@ -7,46 +7,49 @@
 
 namespace {
 
-Access refused(const QString& reply)
+Access refused(const QByteArray& reply)
 {
     Access access;
     access.refusal = reply;
     return access;
 }
 
-QString windowReply(const char* code, const QString& name, const char* outcome)
+// `name` is as long as the request may be: the reply is made of it in one piece.
+QByteArray reply(const char* beginning, const QByteArray& name, const QByteArray& outcome)
 {
-    return QLatin1String(code) + QLatin1String(",Window (") + name + QLatin1String(outcome);
+    QByteArray text(beginning);
+    text.reserve(static_cast<int>(text.size() + name.size() + outcome.size()));
+    return text.append(name).append(outcome);
 }
 
-Access notModal(const QString& name)
+Access notModal(const QByteArray& name)
 {
-    return refused(windowReply("4", name, ") not active modal"));
+    return refused(reply("4,Window (", name, ") not active modal"));
 }
 
 } // namespace
 
-Access anyWindow(const QString& name)
+Access anyWindow(const QByteArray& name)
 {
     QWidget* window = nullptr;
-    const int count = findWindow(window, name);
+    const int count = findWindow(window, QString::fromLatin1(name.constData(), static_cast<int>(name.size())));
     if (count < 1)
-        return refused(windowReply("2", name, ") not found"));
+        return refused(reply("2,Window (", name, ") not found"));
     if (count > 1)
-        return refused(windowReply("3", name, ") visible,") + QString::number(count));
+        return refused(reply("3,Window (", name, ") visible," + QByteArray::number(count)));
     Access access;
     access.widget = window;
     return access;
 }
 
-Access reachableWindow(const QString& name, const QWidget* excused)
+Access reachableWindow(const QByteArray& name, const QWidget* excused)
 {
     const Access access = anyWindow(name);
     if (!access.widget)
         return access;
     switch (activityError(access.widget, excused)) {
     case WindowNotActivePopupError:
-        return refused(windowReply("4", name, ") not active popup"));
+        return refused(reply("4,Window (", name, ") not active popup"));
     case WindowNotActiveModalError:
         return notModal(name);
     default:
@@ -54,23 +57,22 @@ Access reachableWindow(const QString& name, const QWidget* excused)
     }
 }
 
-Access frontWindow(const QString& name)
+Access frontWindow(const QByteArray& name)
 {
     const Access access = reachableWindow(name, nullptr);
     const QWidget* modal = QApplication::activeModalWidget();
     return !access.widget || !modal || access.widget == modal ? access : notModal(name);
 }
 
-Access oneWidget(const WidgetLookup& lookup, const QString& path)
+Access oneWidget(const WidgetLookup& lookup, const QByteArray& path)
 {
-    const QString subject = QLatin1String(",Widget (") + path;
     switch (lookup.error) {
     case WidgetAmbiguousError:
-        return refused(QLatin1Char('7') + subject + QLatin1String(") visible,") + QString::number(lookup.visibleCount));
+        return refused(reply("7,Widget (", path, ") visible," + QByteArray::number(lookup.visibleCount)));
     case WidgetNotVisibleError:
-        return refused(QLatin1Char('6') + subject + QLatin1String(") not visible"));
+        return refused(reply("6,Widget (", path, ") not visible"));
     case WidgetNotFoundError:
-        return refused(QLatin1Char('5') + subject + QLatin1String(") not found"));
+        return refused(reply("5,Widget (", path, ") not found"));
     default:
         Access access;
         access.widget = lookup.widget;

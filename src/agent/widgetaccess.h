@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QByteArray>
 
 class QWidget;
 struct WidgetLookup;
@@ -10,18 +10,18 @@ struct WidgetLookup;
 struct Access
 {
     QWidget* widget = nullptr; // null: `refusal` is the reply
-    QString refusal;
+    QByteArray refusal;
 };
 
 // The one window of that name, whatever else is open. Refuses with code 2 or 3.
-Access anyWindow(const QString& name);
+Access anyWindow(const QByteArray& name);
 
 // The one window of that name, unless a popup other than it and `excused`, or another modal widget, is open: code 4.
-Access reachableWindow(const QString& name, const QWidget* excused);
+Access reachableWindow(const QByteArray& name, const QWidget* excused);
 
 // The same for commands that are about the window itself. While a modal widget is active they refuse every other window,
 // also its own popup, in which widgets can be used.
-Access frontWindow(const QString& name);
+Access frontWindow(const QByteArray& name);
 
 // The widget that the lookup of the path found. Refuses with code 5, 6 or 7.
-Access oneWidget(const WidgetLookup& lookup, const QString& path);
+Access oneWidget(const WidgetLookup& lookup, const QByteArray& path);

@@ -3,6 +3,7 @@
 #include "agent/request.h"
 #include "agent/widgetaccess.h"
 #include "compat/stacking.h"
+#include "compat/variant.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -20,27 +21,27 @@ int reachable(int coordinate)
     return qBound(-QWIDGETSIZE_MAX, coordinate, QWIDGETSIZE_MAX);
 }
 
-QString titleReply(const QWidget* window)
+QByteArray titleReply(const QWidget* window)
 {
-    return QLatin1String("0,") + window->windowTitle();
+    return "0," + window->windowTitle().toLatin1();
 }
 
 // Brings the window to the front and has `change` applied to the numbers in sections 2 and 3.
 template <class Change>
-QString changeWindow(const Request& request, Change change)
+QByteArray changeWindow(const Request& request, Change change)
 {
     const Access access = frontWindow(request.section(1));
     if (!access.widget)
         return access.refusal;
     bool firstOk = false;
     bool secondOk = false;
-    const int first = request.section(2).toInt(&firstOk, 10);
-    const int second = request.section(3).toInt(&secondOk, 10);
+    const int first = compat::toInt(request.text(2), &firstOk);
+    const int second = compat::toInt(request.text(3), &secondOk);
     if (!firstOk || !secondOk)
-        return QLatin1String(typeErrorReply);
+        return typeErrorReply;
     // Showing, moving and resizing run the window's event handlers, and one of them may be its end.
     const QPointer<QWidget> window(access.widget);
-    const QString reply = titleReply(window);
+    const QByteArray reply = titleReply(window);
     if (window->isMinimized())
         window->showNormal();
     if (window)
@@ -54,18 +55,18 @@ QString changeWindow(const Request& request, Change change)
 
 } // namespace
 
-QString checkWindow(const Request& request, STApplicationProxy&)
+QByteArray checkWindow(const Request& request, STApplicationProxy&)
 {
     const Access access = frontWindow(request.section(1));
     return access.widget ? titleReply(access.widget) : access.refusal;
 }
 
-QString moveWindow(const Request& request, STApplicationProxy&)
+QByteArray moveWindow(const Request& request, STApplicationProxy&)
 {
     return changeWindow(request, [](QWidget* window, int x, int y) { window->move(reachable(x), reachable(y)); });
 }
 
-QString resizeWindow(const Request& request, STApplicationProxy&)
+QByteArray resizeWindow(const Request& request, STApplicationProxy&)
 {
     return changeWindow(request, [](QWidget* window, int width, int height) {
         window->resize(qMin(width, maximumSide), qMin(height, maximumSide));

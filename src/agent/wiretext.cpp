@@ -2,12 +2,33 @@
 
 namespace {
 
-// The value of two hexadecimal digits, 0 when they are none.
-ushort valueOf(const QString& digits)
+// The value of a hexadecimal digit, -1 when it is none.
+int digitValue(QChar digit)
 {
-    bool ok = false;
-    const ushort value = digits.toUShort(&ok, 16);
-    return ok ? value : 0;
+    const ushort code = digit.unicode();
+    if (code >= '0' && code <= '9')
+        return code - '0';
+    const ushort lowerCase = code | 0x20;
+    return lowerCase >= 'a' && lowerCase <= 'f' ? lowerCase - 'a' + 10 : -1;
+}
+
+// Qt 5 takes the control character U+0085 for a space, too.
+bool isSpace(QChar character)
+{
+    return character.isSpace() && character.unicode() != 0x85;
+}
+
+// The number that two characters are to QString::toUShort() of Qt 4.8, 0 when they are none: it takes a sign before a
+// digit, and a space on either side.
+ushort numberOf(QChar first, QChar second)
+{
+    const int high = digitValue(first);
+    const int low = digitValue(second);
+    if (high >= 0 && low >= 0)
+        return static_cast<ushort>(high * 16 + low);
+    if (high >= 0)
+        return static_cast<ushort>(isSpace(second) ? high : 0);
+    return static_cast<ushort>(low >= 0 && (isSpace(first) || first == QLatin1Char('+')) ? low : 0);
 }
 
 } // namespace
@@ -23,9 +44,13 @@ QString encodehex(const QString& text)
 
 QString decodehex(const QString& hex)
 {
-    QString text;
-    text.reserve((hex.size() + 1) / 2);
-    for (int position = 0; position < hex.size(); position += 2)
-        text += QChar(valueOf(hex.mid(position, 2)));
+    QString text((hex.size() + 1) / 2, QChar());
+    const QChar* digits = hex.constData();
+    const QChar* const end = digits + hex.size();
+    for (QChar& character : text) {
+        const QChar second = digits + 1 < end ? digits[1] : QChar(QLatin1Char(' '));
+        character = numberOf(digits[0], second);
+        digits += 2;
+    }
     return text;
 }

@@ -11,63 +11,63 @@
 
 namespace {
 
-QString boolReply(const QVariant& value)
+QByteArray boolReply(const QVariant& value)
 {
-    return QLatin1String(value.toBool() ? "0,b:true" : "0,b:false");
+    return value.toBool() ? "0,b:true" : "0,b:false";
 }
 
-QString integerReply(const QVariant& value)
+QByteArray integerReply(const QVariant& value)
 {
-    return QLatin1String("0,i:") + value.toString();
+    return "0,i:" + value.toString().toLatin1();
 }
 
-QString textReply(const QVariant& value)
+QByteArray textReply(const QVariant& value)
 {
-    return QLatin1String("0,u:") + QLatin1String(compat::textOf(value).toUtf8().toHex().constData());
+    return "0,u:" + compat::textOf(value).toUtf8().toHex();
 }
 
-QString listReply(const QVariant& value)
+QByteArray listReply(const QVariant& value)
 {
-    QString reply = QLatin1String("0,l:");
+    QByteArray reply("0,l:");
     const QStringList items = value.toStringList();
     for (const QString& item : items)
-        reply += QLatin1Char('\f') + item;
+        reply += '\f' + item.toLatin1();
     return reply;
 }
 
-QString rectReply(const QVariant& value)
+QByteArray rectReply(const QVariant& value)
 {
     return replyForRect(value.toRect());
 }
 
-QString xpmReply(const QPixmap& pixmap)
+QByteArray xpmReply(const QPixmap& pixmap)
 {
     QByteArray xpm;
     QBuffer buffer(&xpm);
     buffer.open(QIODevice::WriteOnly);
     pixmap.save(&buffer, "XPM");
-    return QLatin1String("0,x:") + QLatin1String(xpm.toHex().constData());
+    return "0,x:" + xpm.toHex();
 }
 
-QString pixmapReply(const QVariant& value)
+QByteArray pixmapReply(const QVariant& value)
 {
     return xpmReply(value.value<QPixmap>());
 }
 
-QString iconReply(const QVariant& value)
+QByteArray iconReply(const QVariant& value)
 {
     return xpmReply(compat::pixmapOf(value.value<QIcon>(), QSize(64, 64)));
 }
 
-QString unsupportedReply(const QVariant&)
+QByteArray unsupportedReply(const QVariant&)
 {
-    return QLatin1String("8,Property type not supported");
+    return "8,Property type not supported";
 }
 
 struct TypeRow
 {
     int type;
-    QString (*reply)(const QVariant& value);
+    QByteArray (*reply)(const QVariant& value);
 };
 
 const TypeRow typeRows[] = {
@@ -116,13 +116,13 @@ QVariant valueFromText(const QString& text)
         return false;
     if (text.startsWith(QLatin1String("i:"))) {
         bool ok = false;
-        const int number = text.mid(2).toInt(&ok, 10);
+        const int number = compat::toInt(text.mid(2), &ok);
         return ok ? QVariant(number) : QVariant();
     }
     return stringFromText(text);
 }
 
-QString replyForValue(const QVariant& value)
+QByteArray replyForValue(const QVariant& value)
 {
     if (!value.isValid())
         return unsupportedReply(value);
@@ -130,10 +130,15 @@ QString replyForValue(const QVariant& value)
         if (row.type == compat::typeOf(value))
             return row.reply(value);
     }
-    return QLatin1String("8,Unknown property type");
+    return "8,Unknown property type";
 }
 
-QString replyForRect(const QRect& rect)
+QByteArray replyForRect(const QRect& rect)
 {
-    return QString::fromLatin1("0,r:%1,%2,%3,%4").arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom());
+    return QString::fromLatin1("0,r:%1,%2,%3,%4")
+        .arg(rect.left())
+        .arg(rect.top())
+        .arg(rect.right())
+        .arg(rect.bottom())
+        .toLatin1();
 }

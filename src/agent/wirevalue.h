@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 
@@ -13,7 +14,7 @@ QVariant stringFromText(const QString& text);
 
 // The whole reply for a property's value: "0,b:", "0,i:", "0,u:", "0,l:", "0,r:" or "0,x:" and the value, or code 8 for
 // a type that has no text.
-QString replyForValue(const QVariant& value);
+QByteArray replyForValue(const QVariant& value);
 
 // "0,r:" and left, top, right, bottom; right and bottom are inclusive, as QRect has them.
-QString replyForRect(const QRect& rect);
+QByteArray replyForRect(const QRect& rect);

@@ -16,7 +16,7 @@ WidgetLookup failure(LookupError error)
     return lookup;
 }
 
-WidgetLookup lookUp(const QString& windowName, const QStringList& path, bool checkModality)
+WidgetLookup lookUp(const QString& windowName, const WidgetPath& path, bool checkModality)
 {
     const QWidget* activeWindow = QApplication::activeWindow();
     QWidget* window = nullptr;
@@ -26,9 +26,9 @@ WidgetLookup lookUp(const QString& windowName, const QStringList& path, bool che
     const LookupError blocked = checkModality ? activityError(window, activeWindow) : NoError;
     if (blocked != NoError)
         return failure(blocked);
-    if (path.last() == activePopupWidget)
+    if (path.lastElement() == activePopupWidget)
         return currentWidget(QApplication::activePopupWidget());
-    if (path.last() == focusWidget)
+    if (path.lastElement() == focusWidget)
         return currentWidget(QApplication::focusWidget());
     return findWidget(window, path);
 }
@@ -42,7 +42,7 @@ CPyTestProxy::CPyTestProxy(const char* objectName)
 
 QWidget* CPyTestProxy::getWidget(const QString& p_cap, const QString& p_path, bool checkModality)
 {
-    const WidgetLookup lookup = lookUp(p_cap, splitPath(p_path), checkModality);
+    const WidgetLookup lookup = lookUp(p_cap, WidgetPath(p_path), checkModality);
     lastError = lookup.error;
     return lookup.error == NoError ? lookup.widget : nullptr;
 }

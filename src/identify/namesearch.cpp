@@ -96,7 +96,7 @@ bool NameSearch::isDerivedName(const Level& level) const
     return hasDerivedStem && level.objectName.isNull() && hasDerivedStem(level.widget, stem);
 }
 
-bool NameSearch::pathFitsFound(const QStringList& path) const
+bool NameSearch::pathFitsFound(const WidgetPath& path) const
 {
     return pathFits(LevelChain(levels), path);
 }

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 
 #include <vector>
 
 class QObject;
 class QWidget;
+class WidgetPath;
 
 // The search for all widgets with a name, in one walk, where QObject::findChildren() would take one for object names and
 // one for derived names. The walk reads each object name once, and keeps those on the way from the top to where it is.
@@ -32,7 +32,7 @@ protected:
     virtual void found(QWidget* widget, Kind kind) = 0;
 
     // Within found(): whether the path fits the widget that was found and its ancestors up to the top.
-    bool pathFitsFound(const QStringList& path) const;
+    bool pathFitsFound(const WidgetPath& path) const;
 
 private:
     struct Level

@@ -26,8 +26,8 @@ void addFitting(WidgetLookup& lookup, QWidget* widget)
 class PathSearch : public NameSearch
 {
 public:
-    explicit PathSearch(const QStringList& searchedPath)
-        : NameSearch(searchName(searchedPath))
+    explicit PathSearch(const WidgetPath& searchedPath)
+        : NameSearch(searchName(searchedPath.lastElement()))
         , path(searchedPath)
     {
     }
@@ -42,12 +42,12 @@ protected:
     }
 
 private:
-    const QStringList& path;
+    const WidgetPath& path;
 };
 
 } // namespace
 
-WidgetLookup chooseWidget(const QList<QWidget*>& candidates, const QWidget* window, const QStringList& path)
+WidgetLookup chooseWidget(const QList<QWidget*>& candidates, const QWidget* window, const WidgetPath& path)
 {
     WidgetLookup lookup;
     for (QWidget* candidate : candidates) {
@@ -57,7 +57,7 @@ WidgetLookup chooseWidget(const QList<QWidget*>& candidates, const QWidget* wind
     return lookup;
 }
 
-WidgetLookup findWidget(QWidget* window, const QStringList& path)
+WidgetLookup findWidget(QWidget* window, const WidgetPath& path)
 {
     PathSearch search(path);
     search.search(window);

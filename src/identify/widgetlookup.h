@@ -2,7 +2,9 @@
 
 #include "identify/windowlookup.h"
 
-#include <QtCore/QStringList>
+#include <QtCore/QList>
+
+class WidgetPath;
 
 // What a search for one widget below a window found.
 struct WidgetLookup
@@ -13,10 +15,10 @@ struct WidgetLookup
 };
 
 // Keeps, of the candidates, those that fit the path below the window. Exactly one of them must be visible.
-WidgetLookup chooseWidget(const QList<QWidget*>& candidates, const QWidget* window, const QStringList& path);
+WidgetLookup chooseWidget(const QList<QWidget*>& candidates, const QWidget* window, const WidgetPath& path);
 
 // The one visible widget at the path below the window.
-WidgetLookup findWidget(QWidget* window, const QStringList& path);
+WidgetLookup findWidget(QWidget* window, const WidgetPath& path);
 
 // The special last path elements that no search is made for.
 extern const QLatin1String activePopupWidget;

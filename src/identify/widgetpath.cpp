@@ -8,6 +8,14 @@
 
 namespace {
 
+const QLatin1Char separator('/');
+
+// The text's own characters from one place to another.
+QString part(const QString& text, int begin, int end)
+{
+    return QString::fromRawData(text.constData() + begin, end - begin);
+}
+
 // The chain of a widget and its parents.
 class ParentChain
 {
@@ -44,16 +52,34 @@ protected:
 
 } // namespace
 
-QStringList splitPath(const QString& path)
+WidgetPath::WidgetPath(const QString& path)
+    : text(path)
+    , last(part(text, static_cast<int>(text.lastIndexOf(separator)) + 1, static_cast<int>(text.size())))
+    , remaining(static_cast<int>(text.size()))
 {
-    return path.split(QLatin1Char('/'));
 }
 
-QString searchName(const QStringList& path)
+const WidgetPath::Step& WidgetPath::step(std::size_t fromEnd) const
+{
+    while (steps.size() <= fromEnd)
+        readStep();
+    return steps[fromEnd];
+}
+
+void WidgetPath::readStep() const
+{
+    int end = remaining;
+    while (end > 0 && text.at(end - 1) == separator)
+        --end;
+    const int begin = end > 0 ? static_cast<int>(text.lastIndexOf(separator, end - 1)) + 1 : 0;
+    steps.push_back({part(text, begin, end), end < remaining, begin == 0});
+    remaining = begin - 1; // the separator before the name ends the element before it
+}
+
+QString searchName(const QString& lastElement)
 {
     // Never null: to QObject::findChildren() a null name means "any".
-    const QString& last = path.last();
-    return last.isEmpty() || last == unnamed ? QString(QLatin1String("")) : last;
+    return lastElement.isEmpty() || lastElement == unnamed ? QString(QLatin1String("")) : lastElement;
 }
 
 void widgetList(QList<QWidget*>& result, QWidget* parent, const QString& name)
@@ -69,7 +95,7 @@ void widgetList(QList<QWidget*>& result, QWidget* parent, const QString& name)
         result.append(parent);
 }
 
-bool checkPath(const QWidget* widget, const QWidget* top, const QStringList& path)
+bool checkPath(const QWidget* widget, const QWidget* top, const WidgetPath& path)
 {
     return pathFits(ParentChain(widget, top), path);
 }

@@ -5,9 +5,17 @@
 
 namespace {
 
+const QLatin1Char separator(':');
 const QLatin1String objectNamePrefix("Widget:");
 const QLatin1String activePopupName("Widget:ActivePopupWidget");
 const QLatin1String activeModalName("Widget:ActiveModalWidget");
+
+// Whether the name is the special form, alone or followed by ":" and something.
+bool isForm(const QString& name, QLatin1String form)
+{
+    const int length = static_cast<int>(qstrlen(form.latin1()));
+    return name.startsWith(form) && (name.size() == length || name.at(length) == separator);
+}
 
 // The empty prefix fits every title. Qt 4 does not think so when the title was never set.
 bool titleStartsWith(const QWidget* window, const QString& prefix)
@@ -33,18 +41,14 @@ QString lookupErrorName(int error)
 
 int findWindow(QWidget*& window, const QString& name)
 {
-    const QLatin1Char separator(':');
-    const bool byObjectName = name.startsWith(objectNamePrefix);
-    if (byObjectName) {
-        const QString form = name.section(separator, 0, 1);
-        if (form == activePopupName) {
-            window = QApplication::activePopupWidget();
-            return window && window->isVisible() ? 1 : 0;
-        }
-        if (form == activeModalName)
-            return findActiveModal(window, name.section(separator, 2));
+    if (isForm(name, activePopupName)) {
+        window = QApplication::activePopupWidget();
+        return window && window->isVisible() ? 1 : 0;
     }
+    if (isForm(name, activeModalName))
+        return findActiveModal(window, name.mid(static_cast<int>(qstrlen(activeModalName.latin1())) + 1));
 
+    const bool byObjectName = name.startsWith(objectNamePrefix);
     int count = 0;
     const QWidgetList topLevels = QApplication::topLevelWidgets();
     for (QWidget* widget : topLevels) {

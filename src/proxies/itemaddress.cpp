@@ -1,9 +1,10 @@
 #include "proxies/itemaddress.h"
 
+#include "compat/variant.h"
 #include "proxies/itemtext.h"
 #include "proxy/sterror.h"
+#include "proxy/textparts.h"
 
-#include <QRegExp>
 #include <QtCore/QStringList>
 
 namespace {
@@ -34,7 +35,7 @@ int sectionCount(const QAbstractItemModel& model, Qt::Orientation header, const 
 // The section of a number from 1 or a header text, -1 for an unknown text. A number may be out of range.
 qint64 sectionOf(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count, bool* found)
 {
-    const qint64 number = text.toInt(found, 10);
+    const qint64 number = compat::toInt(text, found);
     if (*found)
         return number - 1;
     const int section = findHeaderText(model, header, text, 0, count);
@@ -61,8 +62,9 @@ int inRange(qint64 section, Qt::Orientation header, int count)
 
 QModelIndex childAt(const QAbstractItemModel& model, const QString& step, const QModelIndex& parent)
 {
-    const QStringList parts = step.split(QLatin1Char(';'));
-    if (parts.size() > 2)
+    const int mostParts = 2;
+    const QStringList parts = firstParts(step, QLatin1Char(';'), mostParts + 1);
+    if (parts.size() > mostParts)
         raiseError(syntaxMessage);
     const int rows = model.rowCount(parent);
     const int columns = model.columnCount(parent);
@@ -79,23 +81,25 @@ QModelIndex indexAtPath(const QAbstractItemModel& model, const QString& path)
     QModelIndex index;
     if (path.isEmpty())
         return index;
-    const QStringList steps = path.split(QLatin1Char('/'));
-    for (const QString& step : steps) {
-        index = childAt(model, step, index);
-        if (!index.isValid())
+    int depth = 0;
+    for (PathSegment step = firstSegment(path);; step = segmentAfter(path, step)) {
+        index = childAt(model, step.text, index);
+        if (!index.isValid() || ++depth > deepestItem)
             raiseError(pathNotFoundMessage);
+        if (step.isLast(path))
+            return index;
     }
-    return index;
 }
 
 bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, ItemAddress& address)
 {
-    QRegExp pattern(QLatin1String("(V|H|v|h):(.+)"));
-    if (!pattern.exactMatch(text))
+    const int prefixLength = 2;
+    if (text.size() <= prefixLength || text.at(1) != QLatin1Char(':')
+        || !QString::fromLatin1("VHvh").contains(text.at(0)))
         return false;
     // Only "V" means rows; a small "v" means columns, which is intended.
-    const Qt::Orientation header = pattern.cap(1) == QLatin1String("V") ? Qt::Vertical : Qt::Horizontal;
-    const QString name = pattern.cap(2);
+    const Qt::Orientation header = text.at(0) == QLatin1Char('V') ? Qt::Vertical : Qt::Horizontal;
+    const QString name = text.mid(prefixLength);
     const int count = sectionCount(model, header, QModelIndex());
     const qint64 section = knownSection(model, header, name, count);
     if (section < 0 || section >= count)

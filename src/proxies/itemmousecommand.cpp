@@ -1,6 +1,7 @@
 #include "proxies/itemmousecommand.h"
 
 #include "proxy/sterror.h"
+#include "proxy/textparts.h"
 #include "proxy/words.h"
 
 #include <QtCore/QStringList>
@@ -38,8 +39,9 @@ Value requiredValue(const Word<Value> (&words)[size], const QString& text, const
 
 ItemMouseCommand itemMouseCommand(const QString& text)
 {
-    const QStringList parts = text.split(QLatin1Char(':'));
-    if (parts.size() != 5)
+    const int partCount = 5;
+    const QStringList parts = firstParts(text, QLatin1Char(':'), partCount + 1);
+    if (parts.size() != partCount)
         raiseError("Invalid string value");
     const Qt::MouseButton button = requiredValue(buttons, parts.at(1), "Mouse button not supported");
     const Qt::KeyboardModifier modifier = requiredValue(modifiers, parts.at(4), "Mouse modifier not supported");

@@ -2,9 +2,30 @@
 
 #include "compat/variant.h"
 
+namespace {
+
+PathSegment segmentFrom(const QString& path, int begin)
+{
+    const int separator = static_cast<int>(path.indexOf(QLatin1Char('/'), begin));
+    const int end = separator < 0 ? static_cast<int>(path.size()) : separator;
+    return {QString::fromRawData(path.constData() + begin, end - begin), end};
+}
+
+} // namespace
+
 QModelIndex cellAt(const QAbstractItemModel* model, int row, int column, const QModelIndex& parent)
 {
     return model && model->hasIndex(row, column, parent) ? model->index(row, column, parent) : QModelIndex();
+}
+
+PathSegment firstSegment(const QString& path)
+{
+    return segmentFrom(path, 0);
+}
+
+PathSegment segmentAfter(const QString& path, const PathSegment& segment)
+{
+    return segmentFrom(path, segment.end + 1);
 }
 
 QString displayText(const QModelIndex& index)

@@ -12,6 +12,8 @@
 #include <QClipboard>
 #include <QLineEdit>
 
+#include <limits>
+
 namespace {
 
 const char noCurrentMessage[] = "No item is current";
@@ -87,14 +89,20 @@ void ItemViewProxy::pressUntil(Axis axis, const ItemPlace& place, int key, Qt::K
     const qint64 pressesPerSection = 5;
     const bool rows = axis == Axis::Rows;
     const auto count = [&] { return rows ? rowCountUnderRoot(*itemView()) : columnCountUnderRoot(*itemView()); };
-    const auto arrived = [&] {
-        const QModelIndex current = itemView()->currentIndex();
-        return rows ? current.row() == place.row() : current.column() == place.column();
+    const auto current = [&] {
+        const QModelIndex index = itemView()->currentIndex();
+        return rows ? index.row() : index.column();
     };
-    for (qint64 presses = 0; presses < pressesPerSection * count(); ++presses) {
+    const auto goal = [&] { return rows ? place.row() : place.column(); };
+    const bool isForward = current() < goal();
+    qint64 most = std::numeric_limits<qint64>::max();
+    for (qint64 presses = 0; presses < qMin(most, pressesPerSection * count()); ++presses) {
         keyClick(key, modifiers);
-        if (arrived())
+        if (current() == goal())
             return;
+        // What comes in behind a hidden goal, from a model that always has more, makes the walk no longer.
+        if (isForward ? current() > goal() : current() < goal())
+            most = qMin(most, pressesPerSection * count());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "proxies/menuitems.h"
 
+#include "compat/variant.h"
 #include "proxy/sterror.h"
 #include "proxy/stwidgetproxy.h"
 
@@ -26,7 +27,7 @@ QAction* itemAt(const QList<QAction*>& items, const QString& element)
 {
     const int prefixLength = 5;
     bool ok = false;
-    const int index = element.mid(prefixLength).toInt(&ok, 10);
+    const int index = compat::toInt(element.mid(prefixLength), &ok);
     return ok && index >= 0 && index < items.size() ? items.at(index) : nullptr;
 }
 
@@ -77,7 +78,9 @@ void appendEntries(QStringList& list, const QAction* item, const QString& path, 
 
 QStringList splitMenuPath(const QString& path)
 {
-    const QStringList elements = path.split(separator);
+    // No menus are as deep as that. Not cut, such a path names no item, either.
+    const int deepest = 1000;
+    const QStringList elements = path.count(separator) < deepest ? path.split(separator) : QStringList(path);
     if (elements.isEmpty())
         raiseError(invalidPathMessage);
     return elements;

@@ -4,6 +4,7 @@
 #include "compat/variant.h"
 #include "proxies/itemproperties.h"
 #include "proxies/itemtext.h"
+#include "proxy/textparts.h"
 
 #include <QTableWidget>
 
@@ -165,7 +166,7 @@ STQTable::Cell STQTable::resolveCell(const QVariant& address, HiddenSections hid
         raiseError(missingCellMessage);
     if (compat::typeOf(address) != QMetaType::QString)
         typeError("string");
-    const QStringList parts = address.toString().split(QLatin1Char(':'));
+    const QStringList parts = firstParts(address.toString(), QLatin1Char(':'), 2);
     if (parts.size() < 2)
         raiseError(syntaxMessage);
     const int row = resolveSection(Qt::Vertical, parts.at(0), hidden);
@@ -182,7 +183,7 @@ int STQTable::resolveSection(Qt::Orientation header, const QString& text, Hidden
         return named;
     }
     bool ok = false;
-    const int number = text.toInt(&ok, 10);
+    const int number = compat::toInt(text, &ok);
     if (!ok)
         raiseError(messages(header).unknown, text);
     requireInRange(number, header, messages(header).outOfRange);

@@ -4,6 +4,7 @@
 #include "proxies/itemtext.h"
 #include "proxies/treeitempath.h"
 #include "proxies/treeproperties.h"
+#include "proxy/textparts.h"
 
 #include <QTreeView>
 
@@ -144,10 +145,12 @@ void STQTreeView::enterCellText(const QModelIndex& current, const QString& value
     const QPersistentModelIndex item(current);
     ensureFocus();
     navigateTo(item);
-    makeCurrent(editableCell(value.section(QLatin1Char(':'), 0, 0)));
+    const QChar separator = QLatin1Char(':');
+    makeCurrent(editableCell(firstParts(value, separator, 1).first()));
     keyClick(Qt::Key_F2, Qt::NoModifier);
     keyClick(Qt::Key_Backspace, Qt::NoModifier);
-    typeText(value.section(QLatin1Char(':'), 1));
+    const int separatorIndex = static_cast<int>(value.indexOf(separator));
+    typeText(separatorIndex < 0 ? QString() : value.mid(separatorIndex + 1));
     processEventsEnabled = false;
     keyClick(Qt::Key_Return, Qt::NoModifier);
 }
@@ -155,7 +158,7 @@ void STQTreeView::enterCellText(const QModelIndex& current, const QString& value
 QModelIndex STQTreeView::editableCell(const QString& columnText)
 {
     bool ok = false;
-    const int column = columnText.toInt(&ok, 10);
+    const int column = compat::toInt(columnText, &ok);
     if (!ok)
         raiseError(syntaxMessage);
     const QTreeView* view = treeView();

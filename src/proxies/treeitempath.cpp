@@ -11,21 +11,14 @@ namespace {
 const QLatin1Char columnSeparator(':');
 const QLatin1Char levelSeparator('/');
 
-QModelIndex findBelow(const QTreeView& view, const QStringList& segments, int depth, const QModelIndex& parent)
+// How far the search has come below one item.
+struct SearchedLevel
 {
-    const QAbstractItemModel& model = *view.model();
-    for (int row = 0, rows = model.rowCount(parent); row < rows; ++row) {
-        const QModelIndex item = model.index(row, 0, parent);
-        if (!item.isValid() || !segmentMatches(segments.at(depth), treeRowText(view, row, parent)))
-            continue;
-        if (depth + 1 == segments.size())
-            return item;
-        const QModelIndex found = findBelow(view, segments, depth + 1, item);
-        if (found.isValid())
-            return found;
-    }
-    return QModelIndex();
-}
+    QModelIndex parent;
+    PathSegment segment;
+    int rows;
+    int nextRow;
+};
 
 // How far the listing has come below one item.
 struct Level
@@ -72,7 +65,27 @@ QString itemPathOf(const QTreeView& view, const QModelIndex& index)
 
 QModelIndex findItem(const QTreeView& view, const QString& path)
 {
-    return view.model() ? findBelow(view, path.split(levelSeparator), 0, view.rootIndex()) : QModelIndex();
+    if (!view.model())
+        return QModelIndex();
+    const QAbstractItemModel& model = *view.model();
+    // Not a recursion: the depth is the path's, the stack is not.
+    std::vector<SearchedLevel> levels{{view.rootIndex(), firstSegment(path), model.rowCount(view.rootIndex()), 0}};
+    while (!levels.empty()) {
+        SearchedLevel& level = levels.back();
+        if (level.nextRow == level.rows) {
+            levels.pop_back();
+            continue;
+        }
+        const int row = level.nextRow++;
+        const QModelIndex item = model.index(row, 0, level.parent);
+        if (!item.isValid() || !segmentMatches(level.segment.text, treeRowText(view, row, level.parent)))
+            continue;
+        if (level.segment.isLast(path))
+            return item;
+        if (levels.size() < deepestItem)
+            levels.push_back({item, segmentAfter(path, level.segment), model.rowCount(item), 0});
+    }
+    return QModelIndex();
 }
 
 QStringList treeItemPaths(const QTreeView& view)

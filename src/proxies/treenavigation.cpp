@@ -1,13 +1,16 @@
 // How the keyboard gets to an item of a tree: up to the top, then down past every row, expanding what the
 // item is in.
 
-#include "proxies/cycleguard.h"
 #include "proxies/itemproperties.h"
 #include "proxies/itemtext.h"
 #include "proxies/stqtreeview.h"
 #include "proxies/treeitempath.h"
+#include "proxies/walkguard.h"
 
 #include <QTreeView>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -28,6 +31,23 @@ bool isBelow(const QModelIndex& index, const QModelIndex& ancestor)
     while (parent.isValid() && parent != ancestor)
         parent = parent.parent();
     return parent.isValid();
+}
+
+// The rows that lead to an item, its own first.
+std::vector<int> rowsFromItem(QModelIndex item)
+{
+    std::vector<int> rows;
+    for (; item.isValid(); item = item.parent())
+        rows.push_back(item.row());
+    return rows;
+}
+
+// Whether an item comes after another one on the way down, as what is below it does.
+bool isAfter(const QModelIndex& item, const QModelIndex& other)
+{
+    const std::vector<int> rows = rowsFromItem(item);
+    const std::vector<int> otherRows = rowsFromItem(other);
+    return std::lexicographical_compare(otherRows.rbegin(), otherRows.rend(), rows.rbegin(), rows.rend());
 }
 
 } // namespace
@@ -65,29 +85,31 @@ bool STQTreeView::isSettledOn(const QModelIndex& target)
 
 void STQTreeView::walkToTop()
 {
-    CycleGuard guard;
+    WalkGuard guard(treeView()->model());
     for (;;) {
         const QPersistentModelIndex before(treeView()->currentIndex());
         keyClick(Qt::Key_Up, Qt::NoModifier);
         const QModelIndex now = treeView()->currentIndex();
-        if (now == before || guard.comesBackTo(now))
+        if (now == before || guard.isEndless(now, true))
             return;
     }
 }
 
 void STQTreeView::walkDownTo(const QPersistentModelIndex& target)
 {
-    CycleGuard guard;
+    WalkGuard guard(treeView()->model());
     for (;;) {
         const QPersistentModelIndex before(treeView()->currentIndex());
         if (!before.isValid() || !target.isValid())
             break;
         stepTowards(target);
         const QModelIndex now = treeView()->currentIndex();
-        if (now == before || guard.comesBackTo(now))
+        if (now == before)
             break;
         if (now == target)
             return;
+        if (guard.isEndless(now, !isAfter(now, target)))
+            break;
     }
     raiseError(stuckMessage);
 }

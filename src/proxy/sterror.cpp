@@ -1,29 +1,33 @@
 #include "proxy/sterror.h"
 
+#include <algorithm>
+
 const char deadWidgetMessage[] = "Internal error, proxy without widget";
 
 namespace {
 
-// What a function of C sees of a text: all before the first U+0000, if there is one.
-QString asCText(const QString& text)
+// How much a function of C sees of a text: all before the first U+0000, if there is one.
+int lengthInC(const QString& text)
 {
-    return text.left(text.indexOf(QChar(0)));
+    const int end = static_cast<int>(text.indexOf(QChar(0)));
+    return end < 0 ? static_cast<int>(text.size()) : end;
 }
 
 } // namespace
 
-QString formatMessage(const QString& wholeFormat, std::initializer_list<FormatArgument> arguments)
+QString formatMessage(const QString& format, std::initializer_list<FormatArgument> arguments)
 {
-    constexpr int maximumLength = 2047;
+    const int maximumLength = FormatArgument::maximumLength;
     const FormatArgument* next = arguments.begin();
-    const QString format = asCText(wholeFormat);
+    const int end = lengthInC(format);
     QString message;
-    message.reserve(format.size());
-    for (int i = 0; i < format.size(); ++i) {
-        const QChar conversion = format.at(i) == QLatin1Char('%') && i + 1 < format.size() ? format.at(i + 1) : QChar();
+    message.reserve(std::min(end, maximumLength));
+    for (int i = 0; i < end && message.size() < maximumLength; ++i) {
+        const QChar conversion = format.at(i) == QLatin1Char('%') && i + 1 < end ? format.at(i + 1) : QChar();
         const bool takesArgument = conversion == QLatin1Char('s') || conversion == QLatin1Char('d');
         if (takesArgument && next != arguments.end()) {
-            message += asCText((next++)->text);
+            message += next->text.left(lengthInC(next->text));
+            ++next;
             ++i;
         } else {
             message += format.at(i);

@@ -29,20 +29,23 @@ struct FormatArgument
     {
     }
     FormatArgument(const char* latin1)
-        : text(QString::fromLatin1(latin1))
+        : text(QString::fromLatin1(latin1, static_cast<int>(qstrnlen(latin1, maximumLength))))
     {
     }
     FormatArgument(const QString& string)
-        : text(string)
+        : text(string.left(maximumLength))
     {
     }
 
     QString text;
+
+    // More than that a message never has of it.
+    static const int maximumLength = 2047;
 };
 
 // Formats by printf's rules as far as messages need them: "%s" and "%d" take the next argument, "%%" is one percent
 // sign. A conversion that has no argument, or is of another kind, stays as written: formats can hold text that a
-// test sent, so they must never reach memory. The result is cut to 2047 characters,
+// test sent, so they must never reach memory. The result is cut to FormatArgument::maximumLength characters,
 // and the format and each argument end before their first U+0000, as texts do in C.
 QString formatMessage(const QString& format, std::initializer_list<FormatArgument> arguments);
 

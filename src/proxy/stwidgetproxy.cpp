@@ -4,6 +4,7 @@
 #include "compat/stacking.h"
 #include "compat/variant.h"
 #include "compat/widgets.h"
+#include "proxy/textparts.h"
 
 #include <QMetaProperty>
 #include <QWidget>
@@ -105,7 +106,8 @@ void STWidgetProxy::mouseAction(const QVariant& command)
 {
     if (compat::typeOf(command) != QMetaType::QString)
         typeError("string");
-    const QStringList sections = command.toString().split(QLatin1Char(':'));
+    const int sectionCount = 5;
+    const QStringList sections = firstParts(command.toString(), QLatin1Char(':'), sectionCount);
     const QWidget* target = checkedWidget(nullptr);
     const QPoint point = target->mapToGlobal(pointAtShares(target->rect(), sections.value(2), sections.value(3)));
     prepareWidget();

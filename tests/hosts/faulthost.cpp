@@ -6,9 +6,14 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QStringList>
+#include <QTableWidget>
 #include <QTimer>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 #include <QValidator>
 
@@ -142,6 +147,43 @@ private:
     TestHost& host;
 };
 
+void fill(QWidget* window)
+{
+    auto* menuBar = new QMenuBar(window);
+    menuBar->setObjectName(text("menuBar"));
+    menuBar->addMenu(text("File"))->addAction(text("Open"));
+    auto* tree = new QTreeWidget;
+    tree->setObjectName(text("tree"));
+    new QTreeWidgetItem(new QTreeWidgetItem(tree, QStringList(text("top"))), QStringList(text("below")));
+    auto* table = new QTableWidget(2, 2);
+    table->setObjectName(text("table"));
+    auto* list = new QListWidget;
+    list->setObjectName(text("list"));
+    list->addItem(text("item"));
+    const QList<QWidget*> views = QList<QWidget*>() << tree << table << list;
+    for (QWidget* view : views) {
+        view->setFixedHeight(80);
+        window->layout()->addWidget(view);
+    }
+}
+
+// So many widgets: ten in each other, every fifth with a name, every other fifth a button without one.
+void addCrowd(QWidget* window, int count)
+{
+    const int depth = 10;
+    auto* crowd = new QWidget;
+    crowd->setFixedHeight(20);
+    window->layout()->addWidget(crowd);
+    QWidget* parent = crowd;
+    for (int i = 0; i < count; ++i) {
+        if (i % depth == 0)
+            parent = crowd;
+        parent = i % 5 == 1 ? new QPushButton(text("Crowd"), parent) : new QWidget(parent);
+        if (i % 5 == 0)
+            parent->setObjectName(text("a"));
+    }
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -162,6 +204,13 @@ void build(TestHost& host)
     auto* counted = new Counted;
     counted->setObjectName(text("counted"));
     layout->addWidget(counted);
+
+    const QStringList arguments = QCoreApplication::arguments();
+    const int crowd = arguments.indexOf(text("--widgets"));
+    if (crowd > 0) {
+        fill(window);
+        addCrowd(window, arguments.at(crowd + 1).toInt());
+    }
 
     auto* pulse = new Pulse;
     host.onRequest(text("measure"), [pulse] { pulse->reset(); });

@@ -106,10 +106,14 @@ class FaultApp(HostApp):
         status = Path(f"/proc/{self.process.pid}/status").read_text()
         return int(status.split(f"{name}:")[1].split()[0]) * 1024
 
+    def forget_peak(self):
+        """Has VmHWM begin anew."""
+        Path(f"/proc/{self.process.pid}/clear_refs").write_text("5")
+
     @contextmanager
     def memory_within(self, bound):
         """The application's memory grows by no more than this many bytes in the meantime, not even for a moment."""
-        Path(f"/proc/{self.process.pid}/clear_refs").write_text("5")
+        self.forget_peak()
         before = self.memory()
         yield
         assert self.memory("VmHWM") - before <= bound

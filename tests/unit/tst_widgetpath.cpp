@@ -71,9 +71,10 @@ void tst_WidgetPath::searchName()
 {
     QFETCH(QString, path);
     QFETCH(QString, name);
-    QCOMPARE(::searchName(splitPath(path)), name);
-    QVERIFY(!::searchName(splitPath(path)).isNull());
-    QVERIFY(!::searchName(splitPath(QString())).isNull());
+    const WidgetPath widgetPath(path);
+    QCOMPARE(::searchName(widgetPath.lastElement()), name);
+    QVERIFY(!::searchName(widgetPath.lastElement()).isNull());
+    QVERIFY(!::searchName(WidgetPath(QString()).lastElement()).isNull());
 }
 
 void tst_WidgetPath::checkPath_data()
@@ -114,7 +115,7 @@ void tst_WidgetPath::checkPath()
     auto* unnamedLevel = new QWidget(a);
     auto* b = named(new QWidget(unnamedLevel), "b");
     const auto* ok = named(new QWidget(b), "ok");
-    QCOMPARE(::checkPath(ok, window, splitPath(path)), fits);
+    QCOMPARE(::checkPath(ok, window, WidgetPath(path)), fits);
 }
 
 void tst_WidgetPath::candidatesComeInChildOrderAndTheWindowLast()
@@ -143,7 +144,7 @@ void tst_WidgetPath::anEmptyNameThatWasSetTurnsDerivedNamesOff()
     QList<QWidget*> found;
     widgetList(found, &window, latin1("Go_dialog_button"));
     QVERIFY(found.isEmpty());
-    QCOMPARE(::searchName(splitPath(latin1("unnamed"))), latin1(""));
+    QCOMPARE(::searchName(latin1("unnamed")), latin1(""));
     widgetList(found, &window, latin1(""));
     QCOMPARE(found, QList<QWidget*>() << button);
 }
@@ -154,11 +155,11 @@ void tst_WidgetPath::theLastVisibleWidgetIsTheOneThatCounts()
     auto* shown = named(new QLabel(&window), "twin");
     named(new QLabel(&window), "twin")->hide();
     window.show();
-    const WidgetLookup one = findWidget(&window, splitPath(latin1("twin")));
+    const WidgetLookup one = findWidget(&window, WidgetPath(latin1("twin")));
     QCOMPARE(one.error, NoError);
     QVERIFY(one.widget == shown);
     named(new QLabel(&window), "twin")->show();
-    const WidgetLookup two = findWidget(&window, splitPath(latin1("twin")));
+    const WidgetLookup two = findWidget(&window, WidgetPath(latin1("twin")));
     QCOMPARE(two.error, WidgetAmbiguousError);
     QCOMPARE(two.visibleCount, 2);
 }
@@ -182,11 +183,12 @@ void tst_WidgetPath::oneSearchFindsWhatTheCandidatesOfTheNameTell()
     }
     window.show();
     for (int i = 0; i < 500; ++i) {
-        QStringList path;
-        for (int elements = 1 + number(4); elements > 0; --elements)
-            path << latin1(names[number(7)]);
+        QStringList elements;
+        for (int count = 1 + number(4); count > 0; --count)
+            elements << latin1(names[number(7)]);
+        const WidgetPath path(elements.join(QLatin1String("/")));
         QList<QWidget*> candidates;
-        widgetList(candidates, &window, ::searchName(path));
+        widgetList(candidates, &window, ::searchName(path.lastElement()));
         const WidgetLookup chosen = chooseWidget(candidates, &window, path);
         const WidgetLookup found = findWidget(&window, path);
         QCOMPARE(int(found.error), int(chosen.error));

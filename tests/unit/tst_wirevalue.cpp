@@ -59,7 +59,7 @@ void tst_WireValue::stringFromText()
 
 void tst_WireValue::noValueIsNotSupported()
 {
-    QCOMPARE(replyForValue(QVariant()), QString::fromLatin1("8,Property type not supported"));
+    QCOMPARE(replyForValue(QVariant()), QByteArray("8,Property type not supported"));
 }
 
 void tst_WireValue::otherTypesAreUnknown_data()
@@ -76,13 +76,13 @@ void tst_WireValue::otherTypesAreUnknown_data()
 void tst_WireValue::otherTypesAreUnknown()
 {
     QFETCH(QVariant, value);
-    QCOMPARE(replyForValue(value), QString::fromLatin1("8,Unknown property type"));
+    QCOMPARE(replyForValue(value), QByteArray("8,Unknown property type"));
 }
 
 void tst_WireValue::rectanglesAreInclusive()
 {
-    QCOMPARE(replyForRect(QRect(10, 20, 30, 40)), QString::fromLatin1("0,r:10,20,39,59"));
-    QCOMPARE(replyForRect(QRect(-5, -6, 1, 1)), QString::fromLatin1("0,r:-5,-6,-5,-6"));
+    QCOMPARE(replyForRect(QRect(10, 20, 30, 40)), QByteArray("0,r:10,20,39,59"));
+    QCOMPARE(replyForRect(QRect(-5, -6, 1, 1)), QByteArray("0,r:-5,-6,-5,-6"));
 }
 
 QTEST_APPLESS_MAIN(tst_WireValue)
