@@ -1,6 +1,7 @@
 # The only file that knows how each Qt major names its targets. Everything else links to
 #   qtdriver::qt       core, gui, widgets and network of the chosen Qt
 #   qtdriver::qttest   the above and QtTest
+#   qtdriver::qregexp  the class QRegExp, for tests only: in Qt 6 it is a library of its own, which need not be there
 # and adds tests with qtdriver_add_unit_test and qtdriver_add_protocol_test.
 
 set(QTDRIVER_QT "" CACHE STRING "Qt major version to build for: 4, 5 or 6")
@@ -24,12 +25,20 @@ elseif(QTDRIVER_QT EQUAL 5)
   target_link_libraries(qtdriver_qt INTERFACE Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Network)
   target_link_libraries(qtdriver_qttest INTERFACE qtdriver_qt Qt5::Test)
 else()
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Test Core5Compat)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Test OPTIONAL_COMPONENTS Core5Compat)
   set(qt_version ${Qt6_VERSION})
-  target_link_libraries(qtdriver_qt INTERFACE Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Network Qt6::Core5Compat)
+  target_link_libraries(qtdriver_qt INTERFACE Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Network)
   target_link_libraries(qtdriver_qttest INTERFACE qtdriver_qt Qt6::Test)
 endif()
 set(QTDRIVER_QT_VERSION ${qt_version} CACHE INTERNAL "The whole version of the Qt that was found")
+add_library(qtdriver_qregexp INTERFACE)
+add_library(qtdriver::qregexp ALIAS qtdriver_qregexp)
+if(QTDRIVER_QT LESS 6)
+  target_compile_definitions(qtdriver_qregexp INTERFACE QTDRIVER_HAS_QREGEXP)
+elseif(TARGET Qt6::Core5Compat)
+  target_compile_definitions(qtdriver_qregexp INTERFACE QTDRIVER_HAS_QREGEXP)
+  target_link_libraries(qtdriver_qregexp INTERFACE Qt6::Core5Compat)
+endif()
 target_compile_definitions(qtdriver_qt INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
 
 if(QTDRIVER_QT EQUAL 6)

@@ -2,9 +2,9 @@
 
 #include "bridge/hierarchicalname.h"
 #include "bridge/nameprovider.h"
+#include "compat/wildcard.h"
 
 #include <QApplication>
-#include <QRegExp>
 #include <QWidget>
 
 namespace LmSquishProxy {
@@ -24,19 +24,19 @@ class TitleRule
 public:
     explicit TitleRule(const HierarchicalQuery& query)
         : title(query.windowTitle)
-        , pattern(query.windowTitle, Qt::CaseSensitive, QRegExp::WildcardUnix)
+        , pattern(query.windowTitle)
         , isPattern(query.wildcardTitle)
     {
     }
 
     bool fits(const QWidget* window) const
     {
-        return isPattern ? pattern.exactMatch(window->windowTitle()) : window->windowTitle() == title;
+        return isPattern ? pattern.fits(window->windowTitle()) : window->windowTitle() == title;
     }
 
 private:
     QString title;
-    QRegExp pattern;
+    compat::Wildcard pattern;
     bool isPattern;
 };
 

@@ -1,10 +1,12 @@
 """What the products export and need."""
 
 import os
+import re
 import subprocess
 from pathlib import Path
 
 BUILD = Path(os.environ["QTDRIVER_BUILD"])
+QT = int(os.environ["QTDRIVER_QT"])
 
 
 def exported(library):
@@ -34,3 +36,12 @@ def test_the_agent_exports_its_factory_its_class_and_the_name_provider_and_nothi
         and name not in ("vtable for TestClient", "typeinfo for TestClient", "typeinfo name for TestClient")
     ]
     assert others == []
+
+
+def test_the_agent_needs_no_libraries_of_qt_but_those_of_every_widgets_application_and_the_network():
+    listing = subprocess.run(
+        ["readelf", "-d", str(BUILD / "lib" / "libqtdriver.so")], check=True, capture_output=True, text=True
+    ).stdout
+    needed = re.findall(r"\(NEEDED\) .*\[(libQt.*)\.so\.\d\]", listing)
+    modules = ["Core", "Gui", "Network"] + (["Widgets"] if QT > 4 else [])
+    assert sorted(needed) == [f"libQt{QT if QT > 4 else ''}{module}" for module in modules]
