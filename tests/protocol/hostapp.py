@@ -32,6 +32,7 @@ class HostApp:
         self.process = subprocess.Popen(
             command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, env={**ENVIRONMENT, **(env or {})}
         )
+        self._end_is_expected = False
         self._lines = queue.Queue()
         self.journal = []
         threading.Thread(target=self._read_output, daemon=True).start()
@@ -173,6 +174,19 @@ class HostApp:
         title = re.escape(self.get(name, "windowTitle"))
         search = ["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"]
         eventually(lambda: subprocess.run(search, capture_output=True, check=False).stdout, b"")
+
+    def wait_for_end(self):
+        """Waits for the end of the application, which the test expects, and returns the exit status."""
+        self._end_is_expected = True
+        return self.process.wait(DEADLINE)
+
+    def end(self):
+        """Ends the application, which must have run until now and end in order, if the test did not wait for its end."""
+        early = self.process.poll()
+        status = self.close()
+        if not self._end_is_expected:
+            assert early is None, f"the application ended by itself, with status {early}"
+            assert status == 0, f"the application ended with status {status}"
 
     def close(self):
         """Ends the application, if it has not ended yet, and returns its exit status."""

@@ -63,7 +63,7 @@ def test_the_socket_is_not_inherited_by_child_processes(app):
     assert int(re.search(r"flags:\s*(\d+)", flags).group(1), 8) & os.O_CLOEXEC
     app.start("quit")
     assert app.read_line() is None, "the child must not hold the connection open"
-    app.process.wait(10)
+    assert app.wait_for_end() == 0
 
 
 def test_deleting_the_agent_closes_the_connection_and_the_application_runs_on(app):
@@ -140,4 +140,4 @@ def test_the_application_may_quit_with_the_connection_open(launch):
     app = launch("corehost")
     app.start("quit")
     assert app.read_line() is None
-    assert app.process.wait(10) == 0
+    assert app.wait_for_end() == 0

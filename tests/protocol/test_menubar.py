@@ -274,7 +274,7 @@ def test_an_item_may_open_a_modal_dialog(plain):
 def test_an_item_may_quit_the_application(plain):
     assert choose(plain, "Acts/Quit") == "0,QMenuBar"
     plain.wait_for("exec returned")
-    assert plain.process.wait(10) == 0
+    assert plain.wait_for_end() == 0
 
 
 def test_an_item_may_delete_its_menu(plain):

@@ -19,7 +19,7 @@ KERNEL_BUFFERS = 16 * MEBIBYTE
 def app():
     app = FaultApp()
     yield app
-    assert app.close() == 0
+    app.end()
 
 
 def in_background(function):
@@ -186,4 +186,4 @@ def test_the_application_may_quit_when_replies_are_unread(app):
     app.start("quit")
     app.wait_for("exec returned")
     app.disappear()
-    assert app.process.wait(20) == 0
+    assert app.wait_for_end() == 0
