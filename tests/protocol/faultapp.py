@@ -12,8 +12,9 @@ from hostapp import BUILD, DEADLINE, HostApp, eventually
 IS_ASAN = BUILD.name.endswith("-asan")
 MOST_WORK = 600 if IS_ASAN else 150
 """Milliseconds that the application's thread may work without a tick of its timer in between."""
-LONGEST_GAP = DEADLINE * 1000
-"""Milliseconds between two ticks, also where many others want the machine: the event loop was never blocked."""
+LONGEST_GAP = MOST_WORK + 100
+"""Milliseconds on the clock between two ticks, but for those that the thread waited for a processor: the event loop was
+never blocked."""
 MEBIBYTE = 1 << 20
 CLOSED = "agent open 0 state 0"
 CLICK = b"5,Faults,own,,,\n"
@@ -22,6 +23,11 @@ PRESS, RELEASE = (
     b"9,Faults,pad,QWidget," + f"s:{word}:LeftButton:::".encode().hex().encode() + b",\n"
     for word in ("MousePress", "MouseRelease")
 )
+
+
+def crowding():
+    """How many times longer others take, such as the X server: 1 with up to two processes for each processor."""
+    return max(1.0, os.getloadavg()[0] / (2 * (os.cpu_count() or 1)))
 
 
 def end(connection, reset):
@@ -90,8 +96,8 @@ class FaultApp(HostApp):
         self.tick(5)
         work, gap = self.pulse("longestWork"), self.pulse("longestGap")
         print(f"between two ticks: {work} ms of work, {gap} ms in all")
-        assert work <= MOST_WORK
-        assert gap <= LONGEST_GAP
+        assert work <= MOST_WORK, f"the application worked for {work} ms without a tick"
+        assert gap <= LONGEST_GAP * crowding(), f"the event loop stood still for {gap} ms"
 
     def unread(self):
         """Bytes that the server has sent and the agent has not taken from its socket."""

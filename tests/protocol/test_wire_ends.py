@@ -2,6 +2,7 @@
 
 import pytest
 
+import faultapp
 from faultapp import CLICK, PRESS, RELEASE, UNKNOWN, FaultApp
 
 REQUESTS = b"8,Faults\n7,Faults,own,,text,\r\n" + CLICK
@@ -104,6 +105,13 @@ def test_requests_that_arrive_while_a_command_runs_the_event_loop_are_executed_a
     assert replies[:lead] + replies[lead + 4 :] == ["2,Window (Nowhere) not found"] * (lead + 10000)
     assert replies[lead : lead + 4] == ["0,QWidget"] * 2 + ["0,Faults", "0,QPushButton"]
     app.wait_for("clicked own")
+
+
+def test_an_event_loop_that_stands_still_would_be_noticed(app, monkeypatch):
+    monkeypatch.setattr(faultapp, "crowding", lambda: 1.0)
+    with pytest.raises(AssertionError, match="the event loop stood still"):
+        with app.undisturbed():
+            app.do("sleep")
 
 
 def test_a_server_that_refuses_the_connection_does_no_harm():
