@@ -3,12 +3,55 @@
 import pytest
 
 from hostapp import HostApp
+from sharedhost import SharedHost
+
+_FAILED = pytest.StashKey[bool]()
+
+
+def pytest_configure(config):
+    config.addinivalue_line(
+        "markers", "shared: the application is as it was after the test, and the next one uses it"
+    )
+
+
+def pytest_collection_modifyitems(items):
+    """Within a file those that share an application come first, by their fixtures: so few applications have to start."""
+    files = {path: number for number, path in enumerate(dict.fromkeys(item.path for item in items))}
+
+    def place(item):
+        if not item.get_closest_marker("shared"):
+            return files[item.path], True, [], []
+        parameters = item.callspec.params if hasattr(item, "callspec") else {}
+        kinds = [str(parameters.get(name)) for name in ("app", "style")]
+        return files[item.path], False, kinds, [name for name in item.fixturenames if name not in parameters]
+
+    items.sort(key=place)
+
+
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item):
+    """Remembers whether the test failed."""
+    report = (yield).get_result()
+    item.stash[_FAILED] = item.stash.get(_FAILED, False) or report.failed
+
+
+@pytest.fixture(scope="module")
+def shared_host():
+    """The application that tests of a file share."""
+    shared = SharedHost()
+    yield shared
+    shared.end()
 
 
 @pytest.fixture
-def launch():
-    """Starts host programs; at the end of the test each must end in order, with exit status 0, if the
-    test has not waited for its end."""
+def launch(request, shared_host):
+    """Starts host programs; at the end of the test each must end in order, with exit status 0, if the test has not seen
+    it end. A test that is marked "shared" may get one that ran for others, and must leave it as it was."""
+    if request.node.get_closest_marker("shared"):
+        yield shared_host.take
+        shared_host.give_back(failed=request.node.stash.get(_FAILED, False))
+        return
+    shared_host.end()  # two applications on one desktop take the focus from each other
     apps = []
 
     def start(program, *arguments, **options):

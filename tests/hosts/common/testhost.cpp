@@ -87,6 +87,13 @@ TestHost::TestHost(const QString& library)
         const auto* socket = static_cast<TestClient*>(client);
         journal(QString::fromLatin1("agent open %1 state %2").arg(socket->isOpen()).arg(socket->state()));
     });
+    onRequest(QLatin1String("rememberState"), [this] {
+        if (!state)
+            state.reset(new HostState);
+        remembered = state->values();
+    });
+    onRequest(QLatin1String("restore"), [this] { state->restore(); });
+    onRequest(QLatin1String("changes"), [this] { journalChanges(); });
     onRequest(QLatin1String("deleteAgent"), [this] { deleteAgent(); });
 }
 
@@ -240,6 +247,13 @@ void TestHost::execute(const QString& request)
     } else {
         journal(QLatin1String("not understood: ") + request);
     }
+}
+
+void TestHost::journalChanges()
+{
+    const QStringList changes = state->changesSince(remembered);
+    for (const QString& change : changes)
+        journal(QLatin1String("changed ") + change);
 }
 
 QObject* TestHost::find(const QString& objectName) const

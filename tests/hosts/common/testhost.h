@@ -1,10 +1,13 @@
 #pragma once
 
+#include "hoststate.h"
+
 #include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
 #include <functional>
+#include <memory>
 
 class QApplication;
 class QWidget;
@@ -13,6 +16,8 @@ class QWidget;
 //   standard output   one line for each thing that happened, as the host's slots report it by journal()
 //   standard input    one line for each thing that the test wants: "do NAME" runs a registered action, "get OBJECT
 //                     PROPERTY" prints a property of the object with that name as "value TEXT"
+//                     "do rememberState", "do restore" and "do changes" are for tests that share a host: the last one
+//                     prints each difference between the remembered state and now as "changed NAME was VALUE, is VALUE"
 // Options: --agent PATH, the agent's library, loaded once a window is active; --late, load it at "do loadAgent" only;
 // the rest is Qt's.
 class TestHost : public QObject
@@ -61,9 +66,12 @@ private Q_SLOTS:
 private:
     explicit TestHost(const QString& agentLibrary);
     void execute(const QString& request);
+    void journalChanges();
 
     QString agentLibrary;
     QByteArray pending;
     QMap<QString, std::function<void()>> actions;
     QObject* client = nullptr;
+    std::unique_ptr<HostState> state;
+    HostState::Values remembered;
 };
