@@ -1,5 +1,7 @@
 """What the tests of menus share: how the host programs tell of keys, popups and the keyboard's owner."""
 
+import pytest
+
 from hostapp import eventually
 
 POPUP = "Widget:ActivePopupWidget"
@@ -43,6 +45,11 @@ def wait_until_closed(app, focus="edit"):
     if input_state(app)["focus"] == "none":
         app.read("", focus, "globalRect")
     eventually(lambda: (input_state(app)["popup"], input_state(app)["focus"]), ("none", focus))
+
+
+def sharing(rows, but):
+    """Rows of parameters whose tests share an application, but for those that change it, by their paths."""
+    return [pytest.param(*row, id=row[0], marks=[] if row[0] in but else pytest.mark.shared) for row in rows]
 
 
 def error(message):

@@ -3,7 +3,7 @@
 import pytest
 
 from hostapp import QT
-from menus import POPUP, POPUP_PATH, error, input_state, keys, wait_until_closed
+from menus import POPUP, POPUP_PATH, error, input_state, keys, sharing, wait_until_closed
 from refusals import nothing_happens
 
 STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
@@ -56,12 +56,13 @@ ITEMS = [
 ]
 
 
-@pytest.mark.parametrize("path, name", ITEMS, ids=[path for path, _ in ITEMS])
+@pytest.mark.parametrize("path, name", sharing(ITEMS, but=["Options/Word wrap"]))
 def test_a_path_chooses_its_item_once(app, path, name):
     assert choose(app, path) == "0,QMenu"
     assert_chosen(app, name)
 
 
+@pytest.mark.shared
 def test_a_walk_is_down_to_the_item_right_into_its_menu_and_return_on_the_last(app):
     choose(app, "File/Save")
     app.wait_for("triggered popupSave")
@@ -74,6 +75,7 @@ def test_a_walk_is_down_to_the_item_right_into_its_menu_and_return_on_the_last(a
     ]
 
 
+@pytest.mark.shared
 def test_a_path_may_end_at_a_submenu_which_it_opens(app):
     assert choose(app, "Options") == "0,QMenu"
     app.wait_for("shown popupOptions")
@@ -81,6 +83,7 @@ def test_a_path_may_end_at_a_submenu_which_it_opens(app):
     assert_chosen(app, "popupPlain")
 
 
+@pytest.mark.shared
 def test_the_number_of_an_unnamed_item_in_the_list_is_one_more_than_that_in_a_path(app):
     assert "Options/Item 2" in app.read(POPUP, POPUP_PATH, "itemList").split("\f")
     choose(app, "Options/Item 2")
@@ -103,6 +106,7 @@ UNREACHABLE = [
 ]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("path, message", UNREACHABLE, ids=[path for path, _ in UNREACHABLE])
 def test_a_failed_walk_closes_all_menus_and_the_next_one_works(app, path, message):
     assert choose(app, path) == error(message)
@@ -113,6 +117,7 @@ def test_a_failed_walk_closes_all_menus_and_the_next_one_works(app, path, messag
     assert_chosen(app, "popupSave")
 
 
+@pytest.mark.shared
 def test_a_failed_walk_presses_escape_once_for_each_menu(plain):
     choose(plain, "File/Nope")
     assert keys(plain) == ["popup Down", "popup Right", "popupFile Escape", "popup Escape"]
@@ -121,6 +126,7 @@ def test_a_failed_walk_presses_escape_once_for_each_menu(plain):
 # Check states
 
 
+@pytest.mark.shared
 def test_an_item_in_the_wanted_check_state_is_left_alone_and_all_menus_closed(app):
     assert choose(app, "Options/Word wrap", "b:true") == "0,QMenu"
     assert keys(app)[-2:] == ["popupOptions Escape", "popup Escape"]
@@ -135,6 +141,7 @@ def test_an_item_in_the_other_check_state_is_chosen(app):
     assert app.get("popupWrap", "checked") == "false"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("option", ["b:true", "b:false"])
 @pytest.mark.parametrize("path", ["Last", "Options/Plain", "File"])
 def test_a_check_state_for_an_item_that_has_none_is_refused(plain, path, option):
@@ -145,6 +152,7 @@ def test_a_check_state_for_an_item_that_has_none_is_refused(plain, path, option)
 # Refusals that press no key
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "i:1", "b:true"])
 def test_the_path_must_be_a_string(plain, value):
     expected = error('Type error: object "popup" of class "QMenu" accepts string.')
@@ -153,6 +161,7 @@ def test_the_path_must_be_a_string(plain, value):
     assert input_state(plain)["popup"] == "popup"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("option", ["s:true", "i:1"])
 def test_the_option_must_be_a_bool_or_nothing(plain, option):
     expected = error('Type error: object "popup" of class "QMenu" accepts bool, none.')
@@ -160,6 +169,7 @@ def test_the_option_must_be_a_bool_or_nothing(plain, option):
     assert keys(plain) == []
 
 
+@pytest.mark.shared
 def test_a_menu_behind_its_open_submenu_has_no_focus(launch):
     app = launch("menuhost")
     app.do("openFile")
@@ -171,6 +181,7 @@ def test_a_menu_behind_its_open_submenu_has_no_focus(launch):
     assert_chosen(app, "popupSave")
 
 
+@pytest.mark.shared
 def test_a_failed_walk_from_a_submenu_leaves_its_parent_open(launch):
     app = launch("menuhost")
     app.do("openFile")
@@ -180,6 +191,7 @@ def test_a_failed_walk_from_a_submenu_leaves_its_parent_open(launch):
     assert input_state(app)["popup"] == "popup"
 
 
+@pytest.mark.shared
 def test_entering_is_not_implemented(plain):
     expected = error('"enter" is not implemented for widget of class "QMenu"')
     with nothing_happens(plain):
@@ -189,12 +201,14 @@ def test_entering_is_not_implemented(plain):
 # Right to left
 
 
+@pytest.mark.shared
 def test_right_to_left_items_of_the_first_level_can_be_chosen(launch):
     app = opened(launch, "-reverse")
     assert choose(app, "Last") == "0,QMenu"
     assert_chosen(app, "popupLast")
 
 
+@pytest.mark.shared
 def test_right_to_left_the_right_key_opens_no_submenu(launch):
     app = opened(launch, "-reverse")
     choose(app, "File/Save")
@@ -206,11 +220,13 @@ def test_right_to_left_the_right_key_opens_no_submenu(launch):
 # The mouse
 
 
+@pytest.mark.shared
 def test_the_mouse_command_is_that_of_all_widgets(plain):
     assert plain.mouse(POPUP, POPUP_PATH, "MouseClick:LeftButton:0.5:0.95:") == "0,QMenu"
     assert_chosen(plain, "popupLast")
 
 
+@pytest.mark.shared
 def test_the_menu_under_the_cursor_is_identified_as_the_popup(plain):
     plain.mouse(POPUP, POPUP_PATH, "MouseMove::0.5:0.5:")
     name = "Widget:ActivePopupWidget".encode().hex()
@@ -220,12 +236,14 @@ def test_the_menu_under_the_cursor_is_identified_as_the_popup(plain):
 # Pseudo-properties
 
 
+@pytest.mark.shared
 def test_the_pseudo_properties_are_listed_after_the_built_in_ones(plain):
     names = plain.read(POPUP, POPUP_PATH, "pseudoPropertyNames").split("\f")
     assert names[-2:] == ["itemList", "pathDisabled"]
     assert len(names) == 1 + 5 + 2
 
 
+@pytest.mark.shared
 def test_the_item_list_has_a_null_entry_for_a_separator_and_hidden_items_of_the_first_level(plain):
     assert plain.read(POPUP, POPUP_PATH, "itemList").split("\f") == [
         "0,l:",
@@ -271,18 +289,21 @@ DISABLED = [
 ]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("path, reply", DISABLED, ids=[path for path, _ in DISABLED])
 def test_path_disabled(plain, path, reply):
     assert plain.read(POPUP, POPUP_PATH, "pathDisabled", "s:" + path) == reply
     assert keys(plain) == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("argument", ["", "i:1", "File"])
 def test_a_path_must_be_given_as_a_string(plain, argument):
     expected = error('Type error: object "popup" of class "QMenu" accepts string.')
     assert plain.read(POPUP, POPUP_PATH, "pathDisabled", argument) == expected
 
 
+@pytest.mark.shared
 def test_a_menu_behind_its_submenu_can_be_read(launch):
     app = launch("menuhost")
     app.do("openFile")
@@ -290,6 +311,7 @@ def test_a_menu_behind_its_submenu_can_be_read(launch):
     assert app.read("Menus", "popup", "itemList").startswith("0,l:\fFile/Save")
 
 
+@pytest.mark.shared
 def test_menus_do_not_answer_for_check_states(plain):
     expected = error('Unknown property "pathChecked".')
     assert plain.read(POPUP, POPUP_PATH, "pathChecked", "s:Options/Word wrap") == expected

@@ -5,7 +5,7 @@ import re
 import pytest
 
 from hostapp import QT
-from menus import error, input_state, keys, wait_until_closed
+from menus import error, input_state, keys, sharing, wait_until_closed
 from refusals import nothing_happens
 
 STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
@@ -76,12 +76,13 @@ ITEMS = [
 ]
 
 
-@pytest.mark.parametrize("path, name", ITEMS, ids=[path for path, _ in ITEMS])
+@pytest.mark.parametrize("path, name", sharing(ITEMS, but=["Options/Word wrap", "Lazy/More/Late"]))
 def test_a_path_chooses_its_item_once(app, path, name):
     assert choose(app, path) == "0,QMenuBar"
     assert_chosen(app, name)
 
 
+@pytest.mark.shared
 def test_the_bar_is_clicked_at_its_top_right_corner_before_the_menu_opens_by_itself(plain):
     choose(plain, "File/Save")
     plain.wait_for("triggered save")
@@ -97,6 +98,7 @@ def test_the_bar_is_clicked_at_its_top_right_corner_before_the_menu_opens_by_its
     ]
 
 
+@pytest.mark.shared
 def test_each_submenu_is_opened_by_the_right_key(plain):
     choose(plain, "1/2/3/4/5/6")
     plain.wait_for("triggered deepest")
@@ -140,7 +142,7 @@ UNREACHABLE = [
 ]
 
 
-@pytest.mark.parametrize("path, message", UNREACHABLE, ids=[path for path, _ in UNREACHABLE])
+@pytest.mark.parametrize("path, message", sharing(UNREACHABLE, but=["Lazy/More/Later"]))
 def test_a_failed_walk_closes_all_menus_and_the_next_one_works(app, path, message):
     assert choose(app, path) == error(message)
     assert "shown" in [line.split(" ")[0] for line in app.events("shown")]
@@ -149,6 +151,7 @@ def test_a_failed_walk_closes_all_menus_and_the_next_one_works(app, path, messag
     assert_chosen(app, "save")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "path",
     [
@@ -172,6 +175,7 @@ def test_a_path_whose_first_element_opens_no_menu_is_refused_without_a_click_or_
     assert_nothing_happened(plain)
 
 
+@pytest.mark.shared
 def test_a_menu_title_alone_opens_the_menu_and_closes_it_with_two_escapes(plain):
     assert choose(plain, "File") == error("Invalid item")
     assert keys(plain) == ["fileMenu Down", "fileMenu Escape", "bar Escape"]
@@ -184,6 +188,7 @@ def test_an_error_two_levels_down_takes_one_escape_more(plain):
     assert keys(plain)[-3:] == ["moreMenu Escape", "lazyMenu Escape", "bar Escape"]
 
 
+@pytest.mark.shared
 def test_failing_again_and_again_always_returns_the_keyboard(app):
     for _ in range(30):
         choose(app, "File/Save")
@@ -203,6 +208,7 @@ def test_an_item_that_never_gets_the_highlight_is_tried_all_the_same(plain):
 # Check states
 
 
+@pytest.mark.shared
 def test_an_item_in_the_wanted_check_state_is_left_alone_and_the_menu_closed(app):
     assert choose(app, "Options/Word wrap", "b:true") == "0,QMenuBar"
     assert app.events("shown", "hidden") == ["shown optionsMenu", "hidden optionsMenu"]
@@ -228,6 +234,7 @@ def test_checking_one_item_of_an_exclusive_group_unchecks_the_other(app):
     assert (app.get("left", "checked"), app.get("right", "checked")) == ("false", "true")
 
 
+@pytest.mark.shared
 def test_a_check_state_for_an_item_that_has_none_is_refused(app):
     assert choose(app, "Options/Plain", "b:true") == error("Item is not checkable")
     assert_nothing_happened(app)
@@ -236,6 +243,7 @@ def test_a_check_state_for_an_item_that_has_none_is_refused(app):
 # Types
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "i:1", "b:true"])
 def test_the_path_must_be_a_string(plain, value):
     expected = error('Type error: object "bar" of class "QMenuBar" accepts string.')
@@ -243,6 +251,7 @@ def test_the_path_must_be_a_string(plain, value):
     assert plain.events("press", "keypress") == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("option", ["s:true", "i:1"])
 def test_the_option_must_be_a_bool_or_nothing(plain, option):
     expected = error('Type error: object "bar" of class "QMenuBar" accepts bool, none.')
@@ -250,6 +259,7 @@ def test_the_option_must_be_a_bool_or_nothing(plain, option):
     assert plain.events("press", "keypress") == []
 
 
+@pytest.mark.shared
 def test_entering_is_not_implemented(plain):
     expected = error('"enter" is not implemented for widget of class "QMenuBar"')
     with nothing_happens(plain):
@@ -259,6 +269,7 @@ def test_entering_is_not_implemented(plain):
 # What items do to the application
 
 
+@pytest.mark.shared
 def test_an_item_may_open_a_modal_dialog(plain):
     assert choose(plain, "Acts/Dialog") == "0,QMenuBar"
     plain.wait_until("dialog", "isActiveWindow", "true")
@@ -301,6 +312,7 @@ def test_an_item_that_dies_during_the_walk_is_an_error(plain):
 # Circumstances
 
 
+@pytest.mark.shared
 def test_an_open_popup_is_closed_by_the_click_beside_the_titles(plain):
     plain.do("popup")
     assert choose(plain, "File/Save") == "0,QMenuBar"
@@ -322,11 +334,13 @@ def right_to_left(launch):
     return host
 
 
+@pytest.mark.shared
 def test_right_to_left_items_of_the_first_level_can_be_chosen(right_to_left):
     assert choose(right_to_left, "File/Save") == "0,QMenuBar"
     assert_chosen(right_to_left, "save")
 
 
+@pytest.mark.shared
 def test_right_to_left_a_failed_walk_closes_the_menu(right_to_left):
     assert choose(right_to_left, "Texts/Nope") == error("Invalid item")
     assert_nothing_happened(right_to_left)

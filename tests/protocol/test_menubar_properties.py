@@ -4,6 +4,8 @@ import pytest
 
 from menus import error
 
+pytestmark = pytest.mark.shared
+
 WINDOW = "Menus"
 
 
