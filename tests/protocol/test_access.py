@@ -13,6 +13,7 @@ def app(launch):
     return launch("corehost")
 
 
+@pytest.mark.shared
 def test_a_modal_dialog_keeps_the_other_windows_widgets_untouched(app):
     app.show("openDialog", "dialog1")
     reply = "4,Window (Editor) not active modal"
@@ -24,6 +25,7 @@ def test_a_modal_dialog_keeps_the_other_windows_widgets_untouched(app):
     app.wait_for("dialog result 1")
 
 
+@pytest.mark.shared
 def test_properties_can_be_read_behind_a_modal_dialog(app):
     app.show("openDialog", "dialog1")
     assert app.read("Editor", "twin", "text") == "u:twin"
@@ -31,6 +33,7 @@ def test_properties_can_be_read_behind_a_modal_dialog(app):
     app.wait_for("dialog result 1")
 
 
+@pytest.mark.shared
 def test_a_click_that_opens_a_dialog_is_answered_and_the_dialog_is_driven(app):
     app.show("showDeadly", "deadly")
     assert app.activate("Deadly", "dialog") == "0,QPushButton"
@@ -39,6 +42,7 @@ def test_a_click_that_opens_a_dialog_is_answered_and_the_dialog_is_driven(app):
     app.wait_for("dialog result 1")
 
 
+@pytest.mark.shared
 def test_a_dialog_opened_from_a_dialog_is_driven(app):
     app.show("showDeadly", "deadly")
     app.mouse("Deadly", "dialog", "MouseClick:LeftButton:::")
@@ -102,6 +106,7 @@ def test_the_popup_is_addressed_by_a_special_path(app):
     assert app.read("Editor", "any/ActivePopupWidget", "objectName") == "u:popup"
 
 
+@pytest.mark.shared
 def test_the_focus_widget_is_addressed_by_a_special_path(app):
     app.wait_until("edit", "focus", "true")
     assert app.mouse("Editor", "FocusWidget", "MouseClick:LeftButton:::").startswith("0,Q")
@@ -114,11 +119,13 @@ def test_text_is_entered_in_the_focus_widget(app):
     assert app.get("edit", "text") == "typed"
 
 
+@pytest.mark.shared
 def test_the_focus_widget_is_an_ordinary_name_to_a_property_read(app):
     app.wait_until("edit", "focus", "true")
     assert app.read("Editor", "FocusWidget", "objectName") == "5,Widget (FocusWidget) not found"
 
 
+@pytest.mark.shared
 def test_without_a_focus_widget_the_special_path_finds_nothing(app):
     app.do("clearFocus")
     with nothing_happens(app):
@@ -126,6 +133,7 @@ def test_without_a_focus_widget_the_special_path_finds_nothing(app):
             assert reply == "5,Widget (FocusWidget) not found"
 
 
+@pytest.mark.shared
 def test_a_disabled_widget_is_refused_and_its_window_not_raised(app):
     app.show("showNames", "names")
     reply = '8,Exception : Error: widget "disabled" of class "QPushButton" is disabled.'

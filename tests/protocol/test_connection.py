@@ -32,6 +32,7 @@ def check_that_nobody_comes(app):
     assert select.select([app.server], [], [], 0)[0] == [], "the agent must not try again"
 
 
+@pytest.mark.shared
 def test_the_greeting_names_process_hook_port_and_build(app):
     assert app.greeting == f"+client+ 2.1.0 {app.process.pid} -1 qt486_vs2015_x64"
 
@@ -72,6 +73,7 @@ def test_deleting_the_agent_closes_the_connection_and_the_application_runs_on(ap
     assert app.get("main", "visible") == "true"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("line_end", [b"\n", b"\r\n"])
 def test_both_line_ends_end_a_request(app, line_end):
     app.send(b"8,Editor" + line_end)
@@ -88,12 +90,14 @@ def test_requests_that_arrive_together_are_all_answered_in_order(app):
     ]
 
 
+@pytest.mark.shared
 def test_many_requests_in_one_packet_are_all_answered(app):
     app.send(b"8,Editor\n" * 500 + b"5,Editor,a/ok,,,\n" * 20 + b"8,Editor\n")
     replies = [app.read_line() for _ in range(521)]
     assert replies == ["0,Editor"] * 500 + ["0,QPushButton"] * 20 + ["0,Editor"]
 
 
+@pytest.mark.shared
 def test_a_request_may_arrive_in_pieces(app):
     for byte in b"8,Editor\n":
         app.send(bytes([byte]))
@@ -101,16 +105,19 @@ def test_a_request_may_arrive_in_pieces(app):
     assert app.read_line() == "0,Editor"
 
 
+@pytest.mark.shared
 def test_a_request_of_one_mebibyte_is_answered(app):
     path = "x" * (1 << 20)
     assert app.request(f"7,Editor,{path},,text,") == f"5,Widget ({path}) not found"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("line", ["", "13", ",,,,", "0", " 1", "1,", "1,2", "3,", "01", "one", "\0", "1\0"])
 def test_an_unknown_command_is_answered(app, line):
     assert app.request(line) == "8,Command not found"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("number", [2, 4, 5, 6, 7, 8, 9, 10, 11])
 def test_missing_sections_are_empty(app, number):
     app.show("showNames", "names")  # the empty window name fits every window
@@ -118,12 +125,14 @@ def test_missing_sections_are_empty(app, number):
     assert reply == "3,Window () visible,2"
 
 
+@pytest.mark.shared
 def test_every_byte_is_answered_and_comes_back_as_latin_1(app):
     text = bytes(set(range(256)) - set(b"\n\r,"))
     app.send(b"8," + text + b"\n")
     assert app.read_line() == "2,Window (" + text.decode("latin-1") + ") not found"
 
 
+@pytest.mark.shared
 def test_replies_carry_latin_1_and_a_question_mark_beyond_it(app):
     assert app.read("Editor", "canvas", "aStringList") == "0,l:\fone, two\f\xe9\f"
 

@@ -21,6 +21,7 @@ def points(app, word):
     return [line.split(" ")[2] for line in app.events(word)]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "position, point",
     [
@@ -38,6 +39,7 @@ def test_a_click_lands_at_its_position(app, position, point):
     assert points(app, "release") == [point]
 
 
+@pytest.mark.shared
 def test_a_position_of_one_is_one_pixel_beyond_the_edge(app):
     assert play(app, "MouseClick:LeftButton:1:1:") == "0,QWidget"
     app.do("reportCursor")
@@ -46,6 +48,7 @@ def test_a_position_of_one_is_one_pixel_beyond_the_edge(app):
     assert app.events("press") == []
 
 
+@pytest.mark.shared
 def test_an_empty_command_moves_to_the_centre_without_pressing(app):
     for command in ("::::", ""):
         assert play(app, command) == "0,QWidget"
@@ -55,6 +58,7 @@ def test_an_empty_command_moves_to_the_centre_without_pressing(app):
     assert app.events("press", "release") == []
 
 
+@pytest.mark.shared
 def test_a_click_is_press_and_release(app):
     play(app, "MouseClick:LeftButton:::")
     app.wait_for(re.compile("release .*"))
@@ -64,6 +68,7 @@ def test_a_click_is_press_and_release(app):
     ]
 
 
+@pytest.mark.shared
 def test_a_right_click_asks_for_a_context_menu(app):
     play(app, "MouseClick:RightButton:::")
     app.wait_for(re.compile("contextmenu .*"))
@@ -84,6 +89,7 @@ def test_a_double_click_is_press_release_double_click(app):
     ]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "word, number",
     [("LeftButton", 1), ("RightButton", 2), ("MidButton", 4)],
@@ -94,6 +100,7 @@ def test_the_buttons(app, word, number):
     assert app.events("press") == [f"press canvas 99,49 button {number} buttons {number} modifiers 0"]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "word, number",
     [
@@ -110,6 +117,7 @@ def test_the_modifiers(app, word, number):
     assert app.events("press") == [f"press canvas 99,49 button 1 buttons 1 modifiers {number}"]
 
 
+@pytest.mark.shared
 def test_press_move_and_release_in_three_commands_are_a_drag(app):
     play(app, "MousePress:LeftButton:0.1:0.1:")
     play(app, "MouseMove::0.5:0.5:")
@@ -127,6 +135,7 @@ def test_press_move_and_release_in_three_commands_are_a_drag(app):
     ]
 
 
+@pytest.mark.shared
 def test_a_move_to_where_the_cursor_is_is_no_move(app):
     play(app, "MousePress:LeftButton:0.1:0.1:")
     for _ in range(3):
@@ -137,6 +146,7 @@ def test_a_move_to_where_the_cursor_is_is_no_move(app):
     assert drags == ["move canvas 100,50 button 0 buttons 1 modifiers 0"]
 
 
+@pytest.mark.shared
 def test_a_press_stays_held_until_its_release(app):
     play(app, "MousePress:LeftButton:0.1:0.1:")
     play(app, "MouseMove::0.2:0.2:")
@@ -172,6 +182,7 @@ def test_a_press_gives_the_focus_to_no_other_widget(launch, name):
     assert app.get("edit", "focus") == "true"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "command, message",
     [
@@ -201,12 +212,14 @@ def test_a_wrong_command_is_told_and_not_played(app, command, message):
     assert app.events("press", "release", "doubleclick") == []
 
 
+@pytest.mark.shared
 def test_a_wrong_type_is_told_only_after_the_window_was_raised(app):
     app.show("showNames", "names")
     assert play(app, "Click:LeftButton:::").startswith('8,Exception : "Click"')
     app.wait_until("main", "isActiveWindow", "true")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:1", "b:true", "", "LeftButton", "S:MouseClick"])
 def test_a_command_that_is_no_text_is_a_type_error(app, value):
     with nothing_happens(app):
@@ -214,10 +227,12 @@ def test_a_command_that_is_no_text_is_a_type_error(app, value):
         assert reply == '8,Exception : Type error: object "canvas" of class "ValueWidget" accepts string.'
 
 
+@pytest.mark.shared
 def test_the_option_is_ignored(app):
     assert app.request(f"9,Editor,canvas,,{'s:::::'.encode().hex()},{'s:x'.encode().hex()}") == "0,QWidget"
 
 
+@pytest.mark.shared
 def test_a_press_may_write_into_a_folder_that_the_application_watches(launch, tmp_path):
     app = launch("corehost", env={"WATCHED_FOLDER": str(tmp_path)})
     app.show("showSaver", "saver")

@@ -10,6 +10,7 @@ def app(launch):
     return launch("corehost")
 
 
+@pytest.mark.shared
 def test_a_plain_widget_has_exactly_the_built_in_pseudo_properties(app):
     names = ["propertyNames", "pseudoPropertyNames", "className", "silkClassName", "globalRect"]
     assert app.read("Editor", "canvas", "pseudoPropertyNames") == "0,l:" + "".join(
@@ -17,16 +18,19 @@ def test_a_plain_widget_has_exactly_the_built_in_pseudo_properties(app):
     )
 
 
+@pytest.mark.shared
 def test_a_button_adds_its_text(app):
     assert app.read("Editor", "twin", "pseudoPropertyNames").endswith("\fglobalRect\ftext")
 
 
+@pytest.mark.shared
 def test_all_qt_properties_are_named_inherited_ones_first(app):
     names = app.read("Editor", "canvas", "propertyNames").split("\f")
     assert names[:2] == ["0,l:", "objectName"]
     assert names[-5:] == ["options", "alignment", "orientation", "unregistered", "thrower"]
 
 
+@pytest.mark.shared
 def test_an_exception_of_the_application_is_answered(app):
     assert app.read("Editor", "canvas", "thrower") == "8,Exception : Unknown exception"
     assert app.request("8,Editor") == "0,Editor"
@@ -47,6 +51,7 @@ def as_the_application_has_it(reply):
     return "" if kind == "x" else value
 
 
+@pytest.mark.shared
 def test_every_named_property_has_the_value_that_the_application_has_or_a_type_without_one(app):
     names = app.read("Editor", "twin", "propertyNames").split("\f")[1:]
     refused = {reply: set() for reply in REFUSED}
@@ -60,6 +65,7 @@ def test_every_named_property_has_the_value_that_the_application_has_or_a_type_w
     assert {"text", "geometry", "checked", "width", "windowOpacity"} <= set(names)
 
 
+@pytest.mark.shared
 def test_the_global_rectangle_is_in_screen_coordinates_and_prepares_the_window(app):
     app.show("showNames", "names")
     left, top, right, bottom = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(","))
@@ -70,27 +76,32 @@ def test_the_global_rectangle_is_in_screen_coordinates_and_prepares_the_window(a
     assert app.journal[-1] == f"cursor {left},{top}"
 
 
+@pytest.mark.shared
 def test_other_properties_prepare_nothing(app):
     app.show("showNames", "names")
     assert app.read("Editor", "canvas", "className") == "u:ValueWidget"
     assert app.get("names", "isActiveWindow") == "true"
 
 
+@pytest.mark.shared
 def test_built_in_names_win_over_properties_of_the_same_name(app):
     app.do("shadowClassName")
     assert app.read("Editor", "canvas", "className") == "u:ValueWidget"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name", ["nothing", "classname", "pseudopropertynames"])
 def test_an_unknown_property_is_an_error(app, name):
     assert app.read("Editor", "canvas", name) == f'8,Exception : Unknown property "{name}".'
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("argument", ["s:x", "x", "", "b:true"])
 def test_an_argument_that_a_property_does_not_use_is_ignored(app, argument):
     assert app.read("Editor", "twin", "text", argument) == "u:twin"
 
 
+@pytest.mark.shared
 def test_a_minimised_window_is_shown_for_real_input(app):
     app.do("minimizeMain")
     app.wait_until_minimized("main")
@@ -99,6 +110,7 @@ def test_a_minimised_window_is_shown_for_real_input(app):
     assert app.get("main", "minimized") == "false"
 
 
+@pytest.mark.shared
 def test_a_window_is_active_when_it_is_acted_on(app):
     app.show("showNames", "names")
     assert app.mouse("Editor", "canvas", "") == "0,QWidget"
@@ -113,12 +125,14 @@ def test_a_window_partly_off_the_screen_is_moved_onto_it(app):
     assert left >= 0 and top >= 0
 
 
+@pytest.mark.shared
 def test_a_widget_on_the_screen_leaves_its_window_where_it_is(app):
     before = app.get("main", "geometry")
     app.mouse("Editor", "canvas", "")
     assert app.get("main", "geometry") == before
 
 
+@pytest.mark.shared
 def test_an_icon_has_as_many_pixels_on_a_screen_of_twice_the_density(launch):
     app = launch("corehost", env={"QT_SCALE_FACTOR": "2"})
     reply = app.read("Editor", "canvas", "anIcon")

@@ -21,34 +21,40 @@ def point_at(app, window, path, position="0.5:0.5"):
     assert app.mouse(window, path, f"MouseMove::{position}:", class_name="QWidget") == "0,QWidget"
 
 
+@pytest.mark.shared
 def test_no_widget_under_the_cursor(app):
     app.do("cursorToEmptyDesktop")
     assert app.request("3") == "?,,,,"
 
 
+@pytest.mark.shared
 def test_a_named_widget_is_told_with_its_path_and_window(app):
     app.request("4,Editor,a/ok")
     reply = f"?,QPushButton,2,2,main/central/a/ok,main,{hexed_title('Editor')}"
     assert app.request("3") == reply
 
 
+@pytest.mark.shared
 def test_hidden_namesakes_are_counted_apart(app):
     app.request("4,Editor,twin")
     assert app.request("3") == f"?,QPushButton,2,1,main/central/twin,main,{hexed_title('Editor')}"
 
 
+@pytest.mark.shared
 def test_a_window_is_its_own_path(app):
     app.show("showFrameless", "frameless")
     point_at(app, "Frameless", "frameless")
     assert app.request("3") == f"?,QWidget,1,1,frameless,frameless,{hexed_title('Frameless')}"
 
 
+@pytest.mark.shared
 def test_the_button_of_a_tool_box_is_told_as_the_tool_box(app):
     app.show("showViews", "views")
     point_at(app, "Views", "toolbox", "0.5:0.05")
     assert app.request("3").split(",")[4] == "views/toolbox"
 
 
+@pytest.mark.shared
 def test_an_unnamed_widget_is_counted_among_all_unnamed_ones(app):
     app.show("showUnnamed", "several")
     app.do("cursorToUnnamed")
@@ -74,6 +80,7 @@ def test_an_unnamed_widget_is_told_by_its_derived_name(app, opening, window, nam
     assert app.request("3").split(",")[4] == f"{window}/{name}"
 
 
+@pytest.mark.shared
 def test_an_unnamed_modal_window_is_told_as_the_active_modal_widget(app):
     app.do("openUntitledDialog")
     app.wait_until("label", "visible", "true")
@@ -87,10 +94,12 @@ def cursor(app):
     return app.journal[-1]
 
 
+@pytest.mark.shared
 def test_arguments_make_it_another_command(app):
     assert app.request("3,x") == "8,Command not found"
 
 
+@pytest.mark.shared
 def test_locating_a_widget_puts_the_cursor_on_its_top_left_corner(app):
     app.show("showNames", "names")
     assert app.request("4,Editor,edit") == "0,QLineEdit"
@@ -100,6 +109,7 @@ def test_locating_a_widget_puts_the_cursor_on_its_top_left_corner(app):
     assert app.journal[-1] == f"cursor {corner.group(1)},{corner.group(2)}"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "path, reply",
     [
@@ -122,6 +132,7 @@ def test_a_path_is_located(app, path, reply):
     assert (cursor(app) != before) == reply.startswith("0,")
 
 
+@pytest.mark.shared
 def test_locating_knows_object_names_only(app):
     app.show("showNames", "names")
     before = cursor(app)
@@ -130,12 +141,14 @@ def test_locating_knows_object_names_only(app):
     assert cursor(app) == before
 
 
+@pytest.mark.shared
 def test_locating_finds_unnamed_widgets(app):
     app.show("showUnnamed", "several")
     assert app.request("4,Single,unnamed") == "0,QLabel"
     assert app.request("4,Several,unnamed") == "7,Widget (unnamed) visible,2"
 
 
+@pytest.mark.shared
 def test_locating_works_behind_a_modal_dialog(app):
     app.show("openDialog", "dialog1")
     assert app.request("4,Editor,edit") == "0,QLineEdit"

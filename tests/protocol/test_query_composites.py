@@ -2,17 +2,16 @@
 
 import pytest
 
+pytestmark = pytest.mark.shared
+
 TITLE = "Composites".encode().hex()
 
 
-@pytest.fixture(scope="module")
-def app():
-    from hostapp import HostApp
-
-    host = HostApp("compositehost")
+@pytest.fixture
+def app(launch):
+    host = launch("compositehost")
     host.wait_until("composites", "isActiveWindow", "true")
-    yield host
-    assert host.close() == 0
+    return host
 
 
 def part_under_cursor(app, name):

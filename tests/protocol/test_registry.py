@@ -5,13 +5,12 @@ import pytest
 from refusals import nothing_happens
 
 
-@pytest.fixture(scope="module")
-def app():
-    from hostapp import HostApp
+pytestmark = pytest.mark.shared
 
-    host = HostApp("corehost")
-    yield host
-    assert host.close() == 0
+
+@pytest.fixture
+def app(launch):
+    return launch("corehost")
 
 
 def served(app, path, class_name=""):

@@ -2,15 +2,14 @@
 
 import pytest
 
+pytestmark = pytest.mark.shared
 
-@pytest.fixture(scope="module")
-def canvas(request):
-    from hostapp import HostApp
 
+@pytest.fixture
+def canvas(launch):
     # Memory that nobody has written to is not zero: a value that is read beyond its end tells.
-    app = HostApp("corehost", env={"MALLOC_PERTURB_": "165"})
-    yield lambda name: app.read("Editor", "canvas", name)
-    assert app.close() == 0
+    app = launch("corehost", env={"MALLOC_PERTURB_": "165"})
+    return lambda name: app.read("Editor", "canvas", name)
 
 
 @pytest.mark.parametrize(

@@ -28,6 +28,7 @@ def test_the_visible_windows_are_listed_with_class_and_title(app):
     ]
 
 
+@pytest.mark.shared
 def test_a_modal_window_is_marked(app):
     app.show("openDialog", "dialog1")
     assert titles(app.request("1")) == ['QDialog (M) : "Save changes? 1"', 'QMainWindow : "Editor"']
@@ -82,6 +83,7 @@ def test_the_active_popup_is_a_window_name(app):
         assert app.request(f"8,{name}") == "0,"
 
 
+@pytest.mark.shared
 def test_the_active_modal_widget_is_a_window_name_with_a_title_prefix(app):
     assert app.request("8,Widget:ActiveModalWidget") == "2,Window (Widget:ActiveModalWidget) not found"
     app.show("openDialog", "dialog1")
@@ -96,6 +98,7 @@ def test_the_active_modal_widget_is_a_window_name_with_a_title_prefix(app):
     app.wait_for("dialog result 1")
 
 
+@pytest.mark.shared
 def test_the_tree_lists_every_widget_with_depth_visibility_class_and_name(app):
     records = app.request("2,Editor").split("\f")
     assert records[0] == "0,l:"
@@ -108,10 +111,12 @@ def test_the_tree_lists_every_widget_with_depth_visibility_class_and_name(app):
     assert records.index('2 V QWidget : "a"') < records.index('2 V QWidget : "b"')
 
 
+@pytest.mark.shared
 def test_the_tree_of_an_unknown_window_is_not_found(app):
     assert app.request("2,Nothing") == "2,Window (Nothing) not found"
 
 
+@pytest.mark.shared
 def test_the_tree_of_a_window_behind_a_modal_dialog_is_listed(app):
     app.show("openDialog", "dialog1")
     assert app.request("2,Editor").startswith("0,l:\f0 V QMainWindow")
@@ -119,6 +124,7 @@ def test_the_tree_of_a_window_behind_a_modal_dialog_is_listed(app):
     app.wait_for("dialog result 1")
 
 
+@pytest.mark.shared
 def test_a_window_is_moved(app):
     # Without a frame: what Qt makes of a frame depends on when the window manager tells of it.
     app.show("showFrameless", "frameless")
@@ -139,6 +145,7 @@ def test_a_size_beyond_all_screens_is_cut(app):
     eventually(lambda: app.get("main", "geometry").split(" ")[1], "640x700")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("sections", ["abc,10", "10,abc", ",", "10", "1.5,2", "0x10,1", "99999999999,1"])
 @pytest.mark.parametrize("number", [10, 11])
 def test_numbers_that_are_none_leave_the_window_alone(app, number, sections):
@@ -157,6 +164,7 @@ def test_a_minimised_window_is_shown_before_it_is_moved_or_resized(app, request_
     app.wait_until("main", "isActiveWindow", "true")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("request_line", ["8,Editor", "10,Editor,1,2", "11,Editor,300,300"])
 def test_a_modal_dialog_blocks_the_other_windows(app, request_line):
     before = app.get("main", "geometry")
