@@ -39,6 +39,7 @@ def test_activating_without_a_value_clicks_once(app, name):
     assert app.events("clicked") == [f"clicked {name}"]
 
 
+@pytest.mark.shared
 def test_a_push_button_is_clicked_at_its_center(plain):
     assert plain.activate(WINDOW, "push") == "0,QPushButton"
     assert plain.events("press", "release") == [
@@ -56,6 +57,7 @@ def test_a_bool_toggles_only_when_needed(app, name):
     assert app.events("clicked") == [f"clicked {name}"]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name", ["check", "toggle"])
 def test_false_clicks_a_button_that_is_on_and_none_that_is_off(app, name):
     assert app.activate(WINDOW, name, "b:false").startswith("0,")
@@ -75,6 +77,7 @@ def test_the_option_is_not_looked_at(plain, name, value, option):
     assert plain.events("clicked") == [f"clicked {name}"]
 
 
+@pytest.mark.shared
 def test_a_checkable_group_box_is_toggled_at_its_check_box(app):
     assert app.activate(WINDOW, "checkableBox", "b:false") == "0,QGroupBox"
     app.wait_for("toggled checkableBox false")
@@ -97,6 +100,7 @@ def refused(name, class_name, expected):
 NO_VALUES = ["b:yes", "b:True", "B:true", "b:true ", "i:", "i:4x", "i:99999999999", "x:1", "true"]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", NO_VALUES)
 def test_what_is_no_value_reads_as_none(plain, value):
     assert plain.activate(WINDOW, "check", value) == refused("check", "QCheckBox", "bool")
@@ -105,12 +109,14 @@ def test_what_is_no_value_reads_as_none(plain, value):
     assert plain.events("clicked", "toggled") == ["clicked push"]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["s:true", "i:1"])
 def test_a_button_accepts_bool_or_nothing(plain, value):
     assert plain.activate(WINDOW, "push", value) == refused("push", "QPushButton", "bool, none")
     assert plain.events("clicked") == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["s:true", "i:1", ""])
 @pytest.mark.parametrize("name, class_name", [("check", "QCheckBox"), ("checkableBox", "QGroupBox")])
 def test_check_boxes_and_group_boxes_accept_only_bool(plain, name, class_name, value):
@@ -123,23 +129,27 @@ def test_a_check_box_addressed_as_a_plain_button_is_clicked_without_a_value(plai
     plain.wait_for("toggled check true")
 
 
+@pytest.mark.shared
 def test_a_button_that_is_not_checkable_refuses_a_bool_before_any_click(plain):
     assert plain.activate(WINDOW, "push", "b:true") == "8,Exception : Button is not a togglebutton"
     assert plain.events("press") == []
 
 
+@pytest.mark.shared
 def test_a_group_box_without_check_box_refuses(plain):
     reply = "8,Exception : activate, QGroupBox is not checkable"
     with nothing_happens(plain):
         assert plain.activate(WINDOW, "plainBox", "b:true") == reply
 
 
+@pytest.mark.shared
 def test_a_disabled_button_is_refused(plain):
     reply = '8,Exception : Error: widget "disabled" of class "QPushButton" is disabled.'
     assert plain.activate(WINDOW, "disabled") == reply
     assert plain.events("press") == []
 
 
+@pytest.mark.shared
 def test_a_check_box_is_no_push_button(plain):
     reply = "8,Exception : Widget is not derived from class QPushButton"
     assert plain.activate(WINDOW, "check", class_name="QPushButton") == reply
@@ -147,6 +157,7 @@ def test_a_check_box_is_no_push_button(plain):
     assert plain.events("press") == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name, class_name", [("push", "QPushButton"), ("check", "QCheckBox")])
 def test_buttons_cannot_be_entered(plain, name, class_name):
     reply = f'8,Exception : "enter" is not implemented for widget of class "{class_name}"'
@@ -154,6 +165,7 @@ def test_buttons_cannot_be_entered(plain, name, class_name):
         assert plain.enter(WINDOW, name, "s:x") == reply
 
 
+@pytest.mark.shared
 def test_a_group_box_cannot_be_entered(plain):
     reply = '8,Exception : "enter" is not implemented for widget of class "QGroupBox"'
     with nothing_happens(plain):
@@ -181,6 +193,7 @@ def test_the_mouse_commands_of_a_button(plain, command, events):
         plain.wait_for(re.compile("release .*"))
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "command",
     [
@@ -200,29 +213,34 @@ def test_other_mouse_commands_of_a_button_are_invalid(plain, command):
     assert plain.events("press") == []
 
 
+@pytest.mark.shared
 def test_a_mouse_command_that_is_no_text_is_a_type_error(plain):
     with nothing_happens(plain):
         reply = plain.request(f"9,{WINDOW},push,,{b'i:1'.hex()},")
         assert reply == refused("push", "QPushButton", "string")
 
 
+@pytest.mark.shared
 def test_a_left_click_of_the_mouse_opens_a_split_buttons_menu(app):
     assert app.mouse(WINDOW, "split", "MouseClick:LeftButton:::") == "0,QToolButton"
     app.wait_for("shown splitMenu")
     assert app.events("clicked") == []
 
 
+@pytest.mark.shared
 def test_a_right_click_of_the_mouse_goes_to_a_split_buttons_centre(plain):
     plain.mouse(WINDOW, "split", "MouseClick:RightButton:::")
     assert plain.events("press") == ["press split 59,19 button 2 buttons 2 modifiers 0"]
 
 
+@pytest.mark.shared
 def test_activating_a_split_button_clicks_its_body(app):
     app.activate(WINDOW, "split")
     app.wait_for("clicked split")
     assert app.events("shown") == []
 
 
+@pytest.mark.shared
 def test_the_parts_of_a_split_button_are_clicked_at_their_centres(plain):
     plain.activate(WINDOW, "split")
     plain.mouse(WINDOW, "split", "MouseClick:LeftButton:::")
@@ -234,21 +252,25 @@ def test_the_parts_of_a_split_button_are_clicked_at_their_centres(plain):
     assert (arrow - body, body < 59) == (60, True)
 
 
+@pytest.mark.shared
 def test_a_tool_button_without_a_menu_is_clicked_at_its_centre(plain):
     plain.mouse(WINDOW, "tool", "MouseClick:LeftButton:::")
     assert [line.split(" ")[2] for line in plain.events("press")] == [center(plain, "tool")]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name, text", [("push", "Save"), ("ampersands", "Drag & &drop"), ("check", "Check")])
 def test_the_text_of_a_button_loses_its_first_ampersand(plain, name, text):
     assert plain.read(WINDOW, name, "text") == f"u:{text}"
 
 
+@pytest.mark.shared
 def test_a_group_box_plays_the_generic_mouse_command(plain):
     assert plain.mouse(WINDOW, "plainBox", "MouseClick:LeftButton:0.5:0.5:ControlModifier") == "0,QGroupBox"
     plain.wait_for(re.compile("press plainBox .* modifiers 67108864"))
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "name, served",
     [

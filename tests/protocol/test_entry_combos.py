@@ -47,6 +47,7 @@ def test_items_are_chosen_one_after_the_other(app):
         assert app.get("choice", "currentIndex") == str(index)
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:2", "s:blue"])
 def test_the_current_item_is_left_alone(app, value):
     assert app.activate(WINDOW, "choice", value) == "0,QComboBox"
@@ -203,11 +204,13 @@ def test_an_empty_editable_combo_box_is_not_cleared(app):
 # Refusals
 
 
+@pytest.mark.shared
 def test_nothing_can_be_entered_into_a_combo_box_that_is_not_editable(plain):
     assert plain.enter(WINDOW, "choice", "s:red") == "8,Exception : enter, QComboBox is read only"
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("text", ["mauve", "", "GREEN", "gree"])
 def test_an_unknown_item_is_refused(plain, text):
     reply = plain.activate(WINDOW, "choice", f"s:{text}")
@@ -215,6 +218,7 @@ def test_an_unknown_item_is_refused(plain, text):
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name, index", [("choice", -1), ("choice", 5), ("nothing", 0), ("editable", 5)])
 def test_an_index_without_an_item_is_refused(plain, name, index):
     reply = plain.activate(WINDOW, name, f"i:{index}")
@@ -222,18 +226,21 @@ def test_an_index_without_an_item_is_refused(plain, name, index):
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["b:true", ""])
 def test_a_combo_box_is_activated_with_a_string_or_an_integer_only(plain, value):
     with nothing_happens(plain):
         assert plain.activate(WINDOW, "choice", value) == type_error("choice", "QComboBox", "string, integer")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:1", "b:true", ""])
 def test_a_string_only_can_be_entered_into_a_combo_box(plain, value):
     with nothing_happens(plain):
         assert plain.enter(WINDOW, "editable", value) == type_error("editable", "QComboBox", "string")
 
 
+@pytest.mark.shared
 def test_a_disabled_combo_box_is_refused(plain):
     assert plain.activate(WINDOW, "disabledChoice", "i:0") == disabled("disabledChoice", "QComboBox")
     assert plain.get("disabledChoice", "currentIndex") == "2"
@@ -242,12 +249,14 @@ def test_a_disabled_combo_box_is_refused(plain):
 # Pseudo-properties
 
 
+@pytest.mark.shared
 def test_the_item_list_is_the_texts_of_all_items(plain):
     assert plain.read(WINDOW, "choice", "itemList") == "0,l:\fred\fgreen\fblue\fgreen\fRed"
     assert plain.read(WINDOW, "nothing", "itemList") == "0,l:"
     assert plain.read(WINDOW, "disabledChoice", "itemList") == "0,l:\fred\fgreen\fblue\fgreen\fRed"
 
 
+@pytest.mark.shared
 def test_a_combo_box_lists_its_pseudo_property(plain):
     assert plain.read(WINDOW, "choice", "pseudoPropertyNames") == BUILT_IN_PROPERTIES + "\fitemList"
     assert plain.read(WINDOW, "choice", "items") == '8,Exception : Unknown property "items".'

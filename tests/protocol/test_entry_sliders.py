@@ -61,6 +61,7 @@ def test_a_slider_that_does_not_track_changes_at_the_release(app):
     ]
 
 
+@pytest.mark.shared
 def test_dragging_to_the_current_value_presses_and_releases_in_place(app):
     assert app.activate(WINDOW, "wide", "i:20") == "0,QSlider"
     app.wait_for("released wide")
@@ -73,6 +74,7 @@ def test_every_value_of_a_slider_that_is_long_enough_can_be_reached(plain):
         assert plain.get("wide", "value") == str(value)
 
 
+@pytest.mark.shared
 def test_a_value_between_two_pixels_is_refused_with_the_nearest_one(app):
     reply = app.activate(WINDOW, "narrow", "i:1")
     assert reply == "8,Exception : Unable to display value 1, try 0"
@@ -88,6 +90,7 @@ def test_the_nearest_value_of_the_message_can_be_reached(app):
     assert app.get("narrow", "value") == nearest
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "name, value, limits", [("wide", 101, "0, 100"), ("wide", -1, "0, 100"), ("shifted", -51, "-50, 50")]
 )
@@ -118,6 +121,7 @@ def test_the_first_pixel_of_a_vertical_slider_is_where_a_bare_handle_is(app):
     assert [line.split(" ")[2] for line in app.events("press", "release")] == [place, place]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name, reachable", [("upright", 0), ("uprightInverted", 10)])
 def test_a_vertical_slider_refuses_every_other_value(app, name, reachable):
     assert app.activate(WINDOW, name, "i:5") == f"8,Exception : Unable to display value 5, try {reachable}"
@@ -137,16 +141,19 @@ def test_a_vertical_slider_can_be_moved_by_mouse_commands_of_a_plain_widget(plai
 # Refusals
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["s:5", "b:true", ""])
 def test_a_slider_takes_nothing_but_integers(plain, value):
     assert plain.activate(WINDOW, "wide", value) == type_error("wide", "QSlider", "integer")
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 def test_nothing_can_be_entered_into_a_slider(plain):
     assert plain.enter(WINDOW, "wide", "i:5") == not_implemented("enter", "QSlider")
 
 
+@pytest.mark.shared
 def test_a_disabled_slider_is_refused(plain):
     assert plain.activate(WINDOW, "disabledSlider", "i:5") == disabled("disabledSlider", "QSlider")
     assert plain.get("disabledSlider", "value") == "0"
@@ -195,11 +202,13 @@ def test_a_button_pressed_by_one_command_is_released_by_another(plain, button, n
     ]
 
 
+@pytest.mark.shared
 def test_an_empty_mouse_command_does_nothing(plain):
     assert plain.request(f"9,{WINDOW},wide,,,") == "0,QSlider"
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "command", ["MouseClick:LeftButton:::", "MouseClick:MidButton", "MouseMove:", "Click", ""]
 )
@@ -208,6 +217,7 @@ def test_any_other_mouse_command_is_invalid(plain, command):
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:1", "b:true"])
 def test_a_mouse_command_must_be_a_string(plain, value):
     with nothing_happens(plain):

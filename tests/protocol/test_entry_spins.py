@@ -84,6 +84,7 @@ def test_a_read_only_spin_box_is_typed_at_in_vain(plain):
     assert plain.get("readOnlySpin", "value") == "0"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("act", ["activate", "enter"])
 @pytest.mark.parametrize("value", ["b:true", ""])
 def test_a_spin_box_takes_integers_and_strings_only(plain, act, value):
@@ -91,6 +92,7 @@ def test_a_spin_box_takes_integers_and_strings_only(plain, act, value):
     assert input_events(plain) == []
 
 
+@pytest.mark.shared
 def test_a_disabled_spin_box_is_refused(plain):
     assert plain.activate(WINDOW, "disabledSpin", "i:5") == disabled("disabledSpin", "QSpinBox")
     assert plain.get("disabledSpin", "value") == "0"
@@ -138,6 +140,7 @@ def test_a_date_that_is_not_taken_is_an_error(plain, act, text):
     assert plain.get("date", "text") == "2001-02-03"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("act", ["activate", "enter"])
 def test_a_read_only_date_is_refused_before_any_input(plain, act):
     plain.do("paste")
@@ -149,6 +152,7 @@ def test_a_read_only_date_is_refused_before_any_input(plain, act):
     assert plain.get("readOnlyDate", "text") == "2001-02-03"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("act", ["activate", "enter"])
 @pytest.mark.parametrize("value", ["i:20200101", "b:true", ""])
 def test_a_date_edit_takes_nothing_but_strings(plain, act, value):

@@ -113,28 +113,33 @@ def test_a_constrained_line_edit_that_keeps_another_text_is_an_error(app, name, 
     assert app.events("returned") == []
 
 
+@pytest.mark.shared
 def test_a_read_only_line_edit_is_refused_before_any_input(app):
     assert app.enter(WINDOW, "readOnlyLine", "s:abc") == "8,Exception : enter, QLineEdit is read only"
     assert input_events(app) == []
     assert app.get("readOnlyLine", "text") == "fixed"
 
 
+@pytest.mark.shared
 def test_a_disabled_line_edit_is_refused(app):
     assert app.enter(WINDOW, "disabledLine", "s:abc") == disabled("disabledLine", "QLineEdit")
     assert app.get("disabledLine", "text") == "off"
 
 
+@pytest.mark.shared
 def test_a_hidden_line_edit_is_not_found(app):
     assert app.enter(WINDOW, "hiddenLine", "s:abc").startswith("6,")
     assert app.get("hiddenLine", "text") == "unseen"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:5", "b:true", ""])
 def test_a_line_edit_takes_nothing_but_strings(app, value):
     assert app.enter(WINDOW, "line", value) == type_error("line", "QLineEdit", "string")
     assert input_events(app) == []
 
 
+@pytest.mark.shared
 def test_a_line_edit_cannot_be_activated(app):
     assert app.activate(WINDOW, "line", "s:abc") == not_implemented("activate", "QLineEdit")
 
@@ -198,18 +203,21 @@ def test_line_feeds_are_typed_into_a_text_edit_as_characters(app):
     assert app.get("paragraphs", "plainText") == "a\\nb\\n"
 
 
+@pytest.mark.shared
 def test_a_read_only_text_edit_is_refused_before_any_input(app):
     assert app.enter(WINDOW, "readOnlyNotes", "s:abc") == "8,Exception : enter, QTextEdit is read only"
     assert input_events(app) == []
     assert app.get("readOnlyNotes", "plainText") == "old\\ntext"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:5", "b:true", ""])
 def test_a_text_edit_takes_nothing_but_strings(app, value):
     assert app.enter(WINDOW, "notes", value) == type_error("notes", "QTextEdit", "string")
     assert app.get("notes", "plainText") == "old\\ntext"
 
 
+@pytest.mark.shared
 def test_a_text_edit_cannot_be_activated(app):
     assert app.activate(WINDOW, "notes", "s:abc") == not_implemented("activate", "QTextEdit")
 
@@ -221,6 +229,7 @@ def test_typing_stops_when_the_text_edit_dies(app):
     assert app.get("paragraphs", "plainText") == ""
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name", ["line", "notes", "amount", "price", "date", "wide"])
 def test_fields_without_pseudo_properties_have_the_built_in_ones_only(app, name):
     assert app.read(WINDOW, name, "pseudoPropertyNames") == BUILT_IN_PROPERTIES

@@ -37,11 +37,13 @@ PATHS = {
 }
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("path", PATHS)
 def test_a_path_leads_from_the_top_of_the_model_to_an_item(view, path):
     assert view.read("itemData", "s:" + path) == "u:" + PATHS[path]
 
 
+@pytest.mark.shared
 def test_a_header_text_that_occurs_twice_names_the_first(view):
     assert view.read("itemData", "s:same") == "u:r2c1"
 
@@ -73,6 +75,7 @@ PATH_ERRORS = {
 }
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("path", PATH_ERRORS)
 def test_a_path_that_leads_nowhere_is_an_error_and_nothing_is_scrolled(view, path):
     assert view.read("rowCount", "s:" + path) == error(PATH_ERRORS[path])
@@ -80,11 +83,13 @@ def test_a_path_that_leads_nowhere_is_an_error_and_nothing_is_scrolled(view, pat
     assert view.app.events("scrollTo", "selection") == []
 
 
+@pytest.mark.shared
 def test_a_model_that_has_no_index_for_a_cell_is_an_error(app):
     with nothing_happens(app):
         assert View(app, "Views", "promise").read("rowCount", "s:1") == error("Path not found")
 
 
+@pytest.mark.shared
 def test_a_view_without_model_is_an_error(app):
     modelless = View(app, "Views", "modelless")
     with nothing_happens(app):
@@ -174,6 +179,7 @@ def test_a_column_view_is_served_and_selects_deep_items(app):
     assert columns.read("silkClassName") == "u:QAbstractItemView"
 
 
+@pytest.mark.shared
 def test_entering_is_refused_and_the_mouse_is_that_of_any_widget(view):
     assert view.enter("s:x") == error('"enter" is not implemented for widget of class "QAbstractItemView"')
     assert view.mouse("MouseClick:MidButton:0.5:0.5:NoModifier") == "0,QAbstractItemView"
@@ -183,6 +189,7 @@ def test_entering_is_refused_and_the_mouse_is_that_of_any_widget(view):
 # Pseudo-properties
 
 
+@pytest.mark.shared
 def test_the_names_of_the_pseudo_properties(view):
     assert view.items("pseudoPropertyNames")[5:] == [
         "columnCount",
@@ -194,12 +201,14 @@ def test_the_names_of_the_pseudo_properties(view):
     ]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("argument", ["", "s:", "s:V:2", "s:h:1"])
 def test_counts_of_the_root_and_of_header_addresses_are_those_of_the_top_level(view, argument):
     assert view.read("rowCount", argument) == "0,i:4"
     assert view.read("columnCount", argument) == "0,i:3"
 
 
+@pytest.mark.shared
 def test_counts_of_an_item_are_those_below_it(view):
     assert view.read("rowCount", "s:2;3") == "0,i:2"
     assert view.read("columnCount", "s:2;3") == "0,i:3"
@@ -223,6 +232,7 @@ def test_only_trees_have_expanded_items(app, view):
     assert view.read("itemIsExpanded", "s:1") == error("Not a QTreeView")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "address, text",
     [
@@ -240,6 +250,7 @@ def test_a_small_v_addresses_a_column_and_a_capital_one_a_row(view, address, tex
     assert view.read("itemData", "s:" + address) == "u:" + text
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "address, message",
     [
@@ -257,25 +268,30 @@ def test_a_header_section_that_is_not_there_is_an_error(view, address, message):
     assert view.read("itemData", "s:" + address) == error(message)
 
 
+@pytest.mark.shared
 def test_the_root_has_no_data(view):
     assert view.read("itemData") == error('Unknown property "itemData".')
 
 
+@pytest.mark.shared
 def test_the_position_of_an_item_is_its_centre_relative_to_the_view(view):
     assert view.read("itemPosition", "s:1") == "u:0.4975;0.495"
     assert view.read("itemPosition", "s:2;2") == "u:0.4975;0.595"
 
 
+@pytest.mark.shared
 def test_an_item_without_rectangle_has_no_position(view):
     assert view.read("itemPosition", "s:2;3/1") == "u:"
     assert view.read("itemPosition") == "u:"
 
 
+@pytest.mark.shared
 def test_the_position_of_a_cell_counts_the_headers_in(app):
     app.do("cellCentre")
     assert generic(app, "table").read("itemPosition", "s:2;2") == "u:" + app.journal.pop()[len("centre ") :]
 
 
+@pytest.mark.shared
 def test_the_position_of_a_column_header_is_in_the_headers_coordinates(app):
     app.do("headerCentre")
     centre = app.journal.pop()[len("centre ") :]
@@ -283,10 +299,12 @@ def test_the_position_of_a_column_header_is_in_the_headers_coordinates(app):
     assert generic(app, "table").read("itemPosition", "s:H:2") != "u:"
 
 
+@pytest.mark.shared
 def test_a_row_header_has_no_position(app):
     assert generic(app, "table").read("itemPosition", "s:V:2") == "u:"
 
 
+@pytest.mark.shared
 def test_a_view_without_headers_is_an_error(app, view):
     assert view.read("itemPosition", "s:H:1") == error("View does not have a horizontal header.")
     assert view.read("itemPosition", "s:V:1") == error("View does not have a vertical header.")
@@ -294,5 +312,6 @@ def test_a_view_without_headers_is_an_error(app, view):
     assert tree.read("itemPosition", "s:V:1") == error("View does not have a vertical header.")
 
 
+@pytest.mark.shared
 def test_an_unknown_name_is_no_property(view):
     assert view.read("itemFlavour", "s:1") == error('Unknown property "itemFlavour".')

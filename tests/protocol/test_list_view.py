@@ -68,6 +68,7 @@ def test_of_two_items_with_one_text_the_first_is_reached(letters):
     assert letters.state()[0] == 1
 
 
+@pytest.mark.shared
 def test_a_hidden_row_is_not_found_by_text(letters):
     assert letters.activate("s:Dog") == error("activate, QListView unknown item Dog")
     assert letters.keys() == []
@@ -85,28 +86,33 @@ def test_a_disabled_row_ends_the_walk_silently(letters):
     letters.app.wait_for("keypress list 81 'q' modifiers 0")
 
 
+@pytest.mark.shared
 def test_lookup_is_case_sensitive(letters):
     with nothing_happens(letters.app):
         assert letters.activate("s:ant") == error("activate, QListView unknown item ant")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("number", [-1, 10])
 def test_a_number_that_is_no_row_is_refused(letters, number):
     assert letters.activate(f"i:{number}") == error(f"activate, QListView invalid index {number}")
     assert letters.keys() == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "b:true"])
 def test_activating_takes_a_text_or_an_int(letters, value):
     with nothing_happens(letters.app):
         assert letters.activate(value) == error(TYPE_ERROR + "String, int.")
 
 
+@pytest.mark.shared
 def test_the_terminator_is_a_text(letters):
     with nothing_happens(letters.app):
         assert letters.activate("s:Cat", "i:1") == error(TYPE_ERROR + "string.")
 
 
+@pytest.mark.shared
 def test_the_terminator_is_one_character(letters):
     assert letters.activate("s:Cat", "s:ab") == error("terminating key is more than one character")
     assert letters.keys() == []
@@ -151,6 +157,7 @@ def test_rows_are_those_of_the_sorted_and_filtered_model(start):
     assert view.state()[:3] == (2, 0, "Bee")
 
 
+@pytest.mark.shared
 def test_without_a_model_nothing_is_found(start):
     view = start("no-model")
     with nothing_happens(view.app):
@@ -218,6 +225,7 @@ def test_a_bool_for_an_item_without_check_box_is_refused(letters):
     assert letters.keys() == []
 
 
+@pytest.mark.shared
 def test_entering_needs_a_current_item(letters):
     letters.app.do("noCurrent")
     assert letters.enter("s:x") == error("No item is current")
@@ -225,6 +233,7 @@ def test_entering_needs_a_current_item(letters):
     assert letters.keys() == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "i:1"])
 def test_entering_takes_a_bool_or_a_text(letters, value):
     with nothing_happens(letters.app):

@@ -30,6 +30,7 @@ def test_the_mouse_goes_to_the_current_items_centre(letters):
     assert letters.app.events("press") == [f"press listViewport {point} button 1 buttons 1 modifiers 0"]
 
 
+@pytest.mark.shared
 def test_without_a_current_item_the_mouse_goes_to_the_viewports_centre(letters):
     letters.app.do("noCurrent")
     width, height = map(int, letters.app.get("listViewport", "geometry").split(" ")[1].split("x"))
@@ -87,12 +88,14 @@ BAD_COMMANDS = {
 }
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("command", BAD_COMMANDS)
 def test_a_mouse_command_of_other_words_is_refused(letters, command):
     assert letters.mouse(command) == error(BAD_COMMANDS[command])
     assert letters.app.events("press") == []
 
 
+@pytest.mark.shared
 def test_a_mouse_command_is_a_text(letters):
     with nothing_happens(letters.app):
         letters.app.send(b"9,Lists,list,," + b"b:true".hex().encode() + b",\n")
@@ -102,6 +105,7 @@ def test_a_mouse_command_is_a_text(letters):
 # Pseudo-properties
 
 
+@pytest.mark.shared
 def test_the_names_of_the_pseudo_properties(letters):
     assert letters.items("pseudoPropertyNames")[5:] == [
         "rowCount",
@@ -115,10 +119,12 @@ def test_the_names_of_the_pseudo_properties(letters):
     ]
 
 
+@pytest.mark.shared
 def test_row_count_counts_hidden_rows(letters):
     assert letters.read("rowCount") == "0,i:10"
 
 
+@pytest.mark.shared
 def test_row_count_of_a_list_widget_is_its_count(start):
     view = start("widget")
     assert view.read("rowCount") == "0,i:10"
@@ -132,10 +138,12 @@ def test_a_list_widget_whose_item_is_hidden_finds_the_next_of_the_text(start):
     assert view.state()[0] == 3
 
 
+@pytest.mark.shared
 def test_the_item_list_leaves_out_hidden_rows(letters):
     assert letters.items("itemList") == ["Ant", "Bee", "Cat", "Bee", "Eel", "Fox", "Gnu", "Hen", "Imp"]
 
 
+@pytest.mark.shared
 def test_the_current_items_rectangle_is_null_when_nothing_is_current(letters):
     letters.app.do("noCurrent")
     assert letters.read("currentItemRect") == "0,r:0,0,-1,-1"
@@ -163,6 +171,7 @@ def test_properties_of_an_item_named_by_its_text(letters, name, falsy, truthy):
     assert letters.read(name, "s:" + falsy) == "0,b:false"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name", ["itemIsEnabled", "itemIsChecked"])
 def test_item_properties_need_an_item(letters, name):
     assert letters.read(name) == error(TYPE_ERROR + "string.")
@@ -170,6 +179,7 @@ def test_item_properties_need_an_item(letters, name):
     assert letters.read(name, "s:Dog") == error("activate, QListView unknown item Dog")
 
 
+@pytest.mark.shared
 def test_an_unknown_name_is_no_property(letters):
     assert letters.read("itemIsBlue", "s:Ant") == error('Unknown property "itemIsBlue".')
 

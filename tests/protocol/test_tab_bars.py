@@ -45,6 +45,7 @@ def nothing_was_clicked(app):
     return app.events("press", "release", "current") == []
 
 
+@pytest.mark.shared
 def test_a_text_without_its_ampersand_clicks_its_tab(app):
     assert app.activate(WINDOW, "menus", "s:Edit") == "0,QTabBar"
     app.wait_for("current menus 1")
@@ -68,6 +69,7 @@ def test_a_tab_is_clicked_once_at_its_center(app, bar, value, index):
     assert app.events("press", "release", "doubleclick") == clicks(bar, point)
 
 
+@pytest.mark.shared
 def test_the_current_tab_is_clicked_too(plain):
     point = center(plain, "menus", 0)
     plain.activate(WINDOW, "menus", "s:File")
@@ -94,6 +96,7 @@ def test_the_empty_text_is_the_tab_without_a_text(plain):
     plain.wait_for("current same 4")
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "bar, value, allowed",
     [
@@ -115,18 +118,21 @@ def test_an_unknown_text_and_an_index_out_of_range_are_range_errors(plain, bar, 
     assert nothing_was_clicked(plain)
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["i:0", "s:Sizeless"])
 def test_a_tab_without_a_size_is_a_range_error(plain, value):
     assert plain.activate(WINDOW, "flat", value) == RANGE % ("flat", "FlatTabBar", "[0, 0]")
     assert nothing_was_clicked(plain)
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "b:true", "b:false", "i:x", "Edit"])
 def test_other_values_than_strings_and_integers_are_type_errors(plain, value):
     assert plain.activate(WINDOW, "menus", value) == TYPE
     assert nothing_was_clicked(plain)
 
 
+@pytest.mark.shared
 def test_a_click_on_a_disabled_tab_changes_nothing(plain):
     point = center(plain, "partly", 1)
     assert plain.activate(WINDOW, "partly", "s:Locked") == "0,QTabBar"
@@ -134,6 +140,7 @@ def test_a_click_on_a_disabled_tab_changes_nothing(plain):
     assert plain.get("partly", "currentIndex") == "0"
 
 
+@pytest.mark.shared
 def test_a_disabled_bar_is_refused(plain):
     refusal = '8,Exception : Error: widget "disabled" of class "QTabBar" is disabled.'
     assert plain.activate(WINDOW, "disabled", "s:Two") == refusal
@@ -141,6 +148,7 @@ def test_a_disabled_bar_is_refused(plain):
     assert plain.read(WINDOW, "disabled", "itemList") == "0,l:\fOne\fTwo"
 
 
+@pytest.mark.shared
 def test_a_hidden_bar_is_not_visible(plain):
     assert plain.activate(WINDOW, "hidden", "s:Two") == "6,Widget (hidden) not visible"
     assert plain.get("hidden", "currentIndex") == "0"
@@ -154,6 +162,7 @@ def test_a_tab_in_sight_of_a_scrolled_bar_is_clicked_where_it_is(app):
     assert app.events("press", "release") == clicks("scrolled", point)
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("direction", [[], ["-reverse"]], ids=["left-to-right", "right-to-left"])
 def test_for_a_tab_out_of_sight_the_mouse_goes_where_it_would_be(launch, style, direction):
     app = launch("tabhost", "--aside", "-style", style, *direction)
@@ -173,6 +182,7 @@ def test_the_tab_bar_of_a_tab_widget_switches_its_pages(app):
     assert app.get("pages", "currentIndex") == "1"
 
 
+@pytest.mark.shared
 def test_a_bar_of_an_own_class_is_served_as_a_tab_bar(plain):
     assert plain.read(WINDOW, "flat", "silkClassName") == "u:QTabBar"
     assert plain.read(WINDOW, "flat", "className") == "u:FlatTabBar"
@@ -192,11 +202,13 @@ def test_a_bar_that_dies_as_its_window_is_restored_is_an_error(plain):
     assert nothing_was_clicked(plain)
 
 
+@pytest.mark.shared
 def test_the_pseudo_properties_are_listed(plain):
     names = BUILT_IN + ["itemList", "toolTipList", "currentText", "currentToolTip"]
     assert plain.read(WINDOW, "menus", "pseudoPropertyNames") == "0,l:\f" + "\f".join(names)
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "bar, name, value",
     [
@@ -229,11 +241,13 @@ def test_a_bar_that_lost_its_tabs_has_no_current_one(plain):
     assert plain.read(WINDOW, "menus", "itemList") == "0,l:"
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name", ["ItemList", "items", "currentTex"])
 def test_other_names_are_unknown_properties(plain, name):
     assert plain.read(WINDOW, "menus", name) == f'8,Exception : Unknown property "{name}".'
 
 
+@pytest.mark.shared
 def test_entering_is_refused(plain):
     refusal = '8,Exception : "enter" is not implemented for widget of class "QTabBar"'
     assert plain.enter(WINDOW, "menus", "s:Edit") == refusal

@@ -198,6 +198,7 @@ def test_a_text_is_pasted_over_the_old_one_and_stays_on_the_clipboard(numbered):
     assert numbered.app.events("clipboard") == ["clipboard new"]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "i:1", "b:true"])
 def test_entering_takes_a_text(numbered, value):
     with nothing_happens(numbered.app):

@@ -34,11 +34,13 @@ def test_a_row_is_found_by_its_header_text_or_its_number(start, view, row):
     assert table.cell() == (2, 0)
 
 
+@pytest.mark.shared
 def test_a_number_is_looked_at_only_when_no_header_has_that_text(named):
     assert named.read("itemText", "s:7:2") == "u:R4C4"
     assert named.read("itemText", "s:4:4") == "u:R4C4"
 
 
+@pytest.mark.shared
 def test_what_follows_a_second_colon_is_not_looked_at(numbered):
     assert numbered.read("itemText", "s:1:2:nonsense") == "u:R1C2"
 
@@ -59,6 +61,7 @@ ADDRESS_ERRORS = {
 }
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("address", ADDRESS_ERRORS)
 def test_an_address_of_no_cell_is_an_error(named, address):
     assert named.activate("s:" + address) == error(ADDRESS_ERRORS[address])
@@ -66,12 +69,14 @@ def test_an_address_of_no_cell_is_an_error(named, address):
     assert named.keys() == []
 
 
+@pytest.mark.shared
 def test_a_missing_address_is_an_error(numbered):
     with nothing_happens(numbered.app):
         assert numbered.activate() == error("Missing item cell")
         assert numbered.read("itemText") == error("Missing item cell")
 
 
+@pytest.mark.shared
 def test_an_address_is_a_text(numbered):
     with nothing_happens(numbered.app):
         assert numbered.activate("i:1") == error(TYPE_ERROR + "string.")
@@ -123,6 +128,7 @@ def test_a_cell_out_of_sight_sends_the_mouse_to_the_viewports_corner(numbered):
     numbered.app.wait_for("press tableViewport 0,0 button 2 buttons 2 modifiers 0")
 
 
+@pytest.mark.shared
 def test_a_mouse_command_of_other_words_is_refused(numbered):
     with nothing_happens(numbered.app):
         assert numbered.mouse("MouseMove:LeftButton:::") == error("Invalid mouse command")
@@ -134,6 +140,7 @@ def test_a_mouse_command_of_other_words_is_refused(numbered):
 # Pseudo-properties
 
 
+@pytest.mark.shared
 def test_the_names_of_the_pseudo_properties(numbered):
     assert numbered.items("pseudoPropertyNames")[5:] == [
         "rowCount",
@@ -146,11 +153,13 @@ def test_the_names_of_the_pseudo_properties(numbered):
     ]
 
 
+@pytest.mark.shared
 def test_counts_of_a_table_view_are_the_models(numbered):
     assert numbered.read("rowCount") == "0,i:6"
     assert numbered.read("columnCount") == "0,i:4"
 
 
+@pytest.mark.shared
 def test_counts_of_a_table_widget_are_its_own(start):
     view = start("widget")
     assert view.read("rowCount") == "0,i:" + view.app.get("table", "rowCount")
@@ -166,6 +175,7 @@ def test_the_current_cell_counts_from_one_and_is_zero_for_none(numbered):
     assert numbered.read("currentColumn") == "0,i:2"
 
 
+@pytest.mark.shared
 def test_header_texts_by_number(named):
     assert named.read("rowHeaderText", "s:4") == "u:7"
     assert named.read("columnHeaderText", "s:1") == "u:Name"
@@ -183,6 +193,7 @@ HEADER_ERRORS = [
 ]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("name, argument, message", HEADER_ERRORS)
 def test_a_header_that_is_not_there_is_an_error(numbered, name, argument, message):
     assert numbered.read(name, argument) == error(message)
@@ -195,6 +206,7 @@ def test_hidden_headers_are_refused(numbered):
     assert numbered.read("columnHeaderText", "s:2") == error("column 2 is hidden")
 
 
+@pytest.mark.shared
 def test_an_unknown_name_is_no_property(numbered):
     assert numbered.read("itemFlavour", "s:1:1") == error('Unknown property "itemFlavour".')
 

@@ -136,12 +136,14 @@ def test_a_tree_without_selection_is_refused(files):
     assert files.key_codes() == [UP]
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "b:true", "i:1"])
 def test_activating_takes_a_text_or_a_list(files, value):
     with nothing_happens(files.app):
         assert files.activate(value) == error(TYPE_ERROR + "string, string list.")
 
 
+@pytest.mark.shared
 def test_the_terminator_is_a_text_of_one_character(files):
     assert files.activate("s:A", "b:true") == error(TYPE_ERROR + "string.")
     assert files.activate("s:A", "s:ab") == error("terminating key is more than one character")
@@ -200,6 +202,7 @@ def test_children_of_a_lazy_model_are_not_there_before_it_loads_them(start):
     assert view.current() == "child"
 
 
+@pytest.mark.shared
 def test_without_a_model_no_path_leads_anywhere(start):
     view = start("no-model")
     assert view.activate("s:a") == INVALID_PATH
@@ -281,6 +284,7 @@ def test_a_bool_for_an_item_without_check_box_is_refused(files):
     assert files.keys() == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["b:true", "s:0:x"])
 def test_entering_needs_a_current_item(files, value):
     files.app.do("noCurrent")
@@ -298,6 +302,7 @@ def test_entering_needs_a_current_item_that_is_shown(files, hide, path, value):
     assert files.keys() == []
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "i:1"])
 def test_entering_takes_a_bool_or_a_text(files, value):
     with nothing_happens(files.app):

@@ -42,21 +42,25 @@ PATHS = [
 ]
 
 
+@pytest.mark.shared
 def test_the_path_list_has_collapsed_items_and_leaves_out_hidden_ones_with_their_children(files):
     assert files.items("pathList") == PATHS
 
 
+@pytest.mark.shared
 def test_of_two_rows_that_fit_a_segment_the_one_under_which_the_rest_is_found_counts(files):
     assert files.read("itemPath", "s:A/B") == "u:A:/B:1"
     assert files.read("itemIsExpandable", "s:A/B") == "0,b:false"
     assert files.read("itemIsExpandable", "s:A") == "0,b:false"  # the first of the two
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize("path, found", [("file", "12"), ("file:12", "12"), ("file:14", "14")])
 def test_a_segment_may_name_the_first_columns_only(files, path, found):
     assert files.read("itemPath", "s:docs/" + path) == "u:docs:3/file:" + found
 
 
+@pytest.mark.shared
 @pytest.mark.parametrize(
     "path", ["docs/file:13", "docs/fil", "docs/file:12:", "DOCS", "docs/", "", "docs//file", "/"]
 )
@@ -64,10 +68,12 @@ def test_a_segment_that_fits_no_row_leads_nowhere(files, path):
     assert files.read("itemPath", "s:" + path) == INVALID_PATH
 
 
+@pytest.mark.shared
 def test_an_empty_first_column_adds_nothing_to_the_rows_text(files):
     assert files.read("itemPath", "s:docs/x") == "u:docs:3/x"
 
 
+@pytest.mark.shared
 def test_an_item_whose_text_has_a_slash_is_out_of_reach(files):
     assert files.read("itemPath", "s:docs/a/b") == INVALID_PATH
 
@@ -107,6 +113,7 @@ def test_a_current_item_out_of_sight_sends_the_mouse_to_the_viewports_corner(fil
     files.mouse("MouseRelease:RightButton:::")
 
 
+@pytest.mark.shared
 def test_a_mouse_command_of_other_words_is_refused(files):
     with nothing_happens(files.app):
         assert files.mouse("MouseMove:LeftButton:::") == error("Invalid mouse command")
@@ -118,6 +125,7 @@ def test_a_mouse_command_of_other_words_is_refused(files):
 # Pseudo-properties
 
 
+@pytest.mark.shared
 def test_the_names_of_the_pseudo_properties_have_one_of_them_twice(files):
     assert files.items("pseudoPropertyNames")[5:] == [
         "columnTextList",
@@ -144,11 +152,13 @@ def test_column_texts_come_in_visual_order_without_hidden_columns(files):
     assert files.items("columnTextList") == ["Size", "Name"]
 
 
+@pytest.mark.shared
 def test_counts_of_a_tree_view_are_the_models(files):
     assert files.read("columnCount") == "0,i:3"
     assert files.read("topLevelItemCount") == "0,i:10"
 
 
+@pytest.mark.shared
 def test_counts_of_a_tree_widget_are_its_own(start):
     view = start("widget")
     assert view.read("columnCount") == "0,i:2"
@@ -205,6 +215,7 @@ def test_no_item_is_expandable_in_a_tree_that_does_not_expand(files):
     assert files.read("itemIsExpandable", "s:docs") == "0,b:false"
 
 
+@pytest.mark.shared
 def test_item_properties_need_a_path(files):
     assert files.read("itemIsOpen") == error("Missing item path")
     assert files.read("itemIsOpen", "i:1") == error("Missing item path")  # only texts arrive as arguments
