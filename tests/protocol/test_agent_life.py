@@ -39,7 +39,7 @@ def test_a_slot_that_a_command_runs_may_delete_the_agent(app, field, following):
     app.wait_for(f"changed {field} x")
     assert app.get("life", "visible") == "true"
     app.start("quit")
-    assert app.process.wait(10) == 0
+    assert app.wait_for_end() == 0
 
 
 def test_after_an_agent_that_was_deleted_in_a_command_another_one_works(app):
