@@ -9,6 +9,7 @@
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QChildEvent>
 #include <QClipboard>
 #include <QLineEdit>
 
@@ -22,6 +23,43 @@ const char notVisibleMessage[] = "Current item not visible";
 const char longTerminatorMessage[] = "terminating key is more than one character";
 const char lineEditMessage[] = "enter, QLineEdit validate error\n";
 const char spinBoxMessage[] = "enter, QAbstractSpinBox validate error\n";
+
+// Remembers the widget that was put into a viewport last: an editor can be gone before the key that opened it has been
+// handled to its end.
+class LastChild : public QObject
+{
+public:
+    explicit LastChild(QObject* viewport) { viewport->installEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::ChildAdded) {
+            child = static_cast<QChildEvent*>(event)->child();
+            wasAdded = true;
+        }
+        return false;
+    }
+
+    // Whether there was one that is closed or deleted already.
+    bool isGone() const
+    {
+        const QWidget* widget = qobject_cast<QWidget*>(child.data());
+        return wasAdded && (!widget || !widget->isVisible());
+    }
+
+private:
+    QPointer<QObject> child;
+    bool wasAdded = false;
+};
+
+// The editor that has the focus in a view; null when the view has none open.
+QWidget* focusedEditor(const QAbstractItemView& view)
+{
+    QWidget* editor = QApplication::focusWidget();
+    while (editor && editor->parentWidget() != view.viewport())
+        editor = editor->parentWidget();
+    return editor;
+}
 
 } // namespace
 
@@ -74,8 +112,32 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
     playMouse(mouse.type, point, mouse.button, mouse.modifiers);
 }
 
+void ItemViewProxy::keepKeysInView()
+{
+    dedicateKeysTo(itemView(), KeyScope::Owner);
+}
+
+void ItemViewProxy::openEditor()
+{
+    const LastChild opened(itemView()->viewport());
+    keyClick(Qt::Key_F2, Qt::NoModifier);
+    if (QWidget* editor = focusedEditor(*itemView()))
+        dedicateKeysTo(editor, KeyScope::OpenEditor);
+    else if (opened.isGone())
+        raiseError(deadWidgetMessage);
+}
+
+void ItemViewProxy::commitEditor()
+{
+    // An editor may have closed itself with the last of the text: the key is the view's then.
+    keepKeysInView();
+    processEventsEnabled = false;
+    keyClick(Qt::Key_Return, Qt::NoModifier);
+}
+
 void ItemViewProxy::takeFocusByKey(const QString& errorMessage)
 {
+    keepKeysInView();
     compat::activateWindow(itemView());
     itemView()->setFocus(Qt::OtherFocusReason);
     keyClick(Qt::Key_Up, Qt::NoModifier);
@@ -126,14 +188,13 @@ void ItemViewProxy::typeTerminatingKey(const QString& key)
 
 void ItemViewProxy::replaceTextInEditor(const QString& text)
 {
-    keyClick(Qt::Key_F2, Qt::NoModifier);
+    openEditor();
     QApplication::clipboard()->setText(text, QClipboard::Clipboard);
     keyClick(Qt::Key_End, Qt::NoModifier);
     keyClick(Qt::Key_Home, Qt::ShiftModifier);
     keyClick(Qt::Key_V, Qt::ControlModifier);
     requireTextInEditor(text);
-    processEventsEnabled = false;
-    keyClick(Qt::Key_Return, Qt::NoModifier);
+    commitEditor();
 }
 
 void ItemViewProxy::requireTextInEditor(const QString& text)

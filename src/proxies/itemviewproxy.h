@@ -48,6 +48,8 @@ protected:
     // empty rectangle has its centre, which is intended.
     void playMouseAtCurrentItem(const QVariant& command, Visibility visibility);
 
+    // From now on keys go to the view, its editor and what belongs to these, and nowhere else.
+    void keepKeysInView();
     // Focuses the view and presses Up once. Raises the message when the view does not have the focus then.
     void takeFocusByKey(const QString& errorMessage);
     // Presses a key until the current item's row or column is that of the place, at most five times per row
@@ -60,6 +62,11 @@ protected:
     // Types it, unless it is empty, as the operation's last input.
     void typeTerminatingKey(const QString& key);
 
+    // F2, which opens the current item's editor. The keys that follow are for that editor: once it is closed or
+    // deleted, they raise "Internal error, proxy without widget". If none has opened they go to the view.
+    void openEditor();
+    // Return in the editor, as the operation's last input.
+    void commitEditor();
     // Opens the current item's editor, replaces its text by a paste from the clipboard, and commits it.
     // Raises "enter, QLineEdit validate error\n", or the same for QAbstractSpinBox, when the editor does not
     // take the text; it stays open then.

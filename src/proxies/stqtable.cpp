@@ -118,6 +118,7 @@ void STQTable::goTo(const ItemPlace& place)
 
 void STQTable::focusTable()
 {
+    keepKeysInView();
     if (tableView()->hasFocus())
         return;
     tableView()->raise();

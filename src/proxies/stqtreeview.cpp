@@ -69,6 +69,7 @@ void STQTreeView::activate(const QVariant& value, const QVariant& option)
 
 void STQTreeView::ensureFocus()
 {
+    keepKeysInView();
     if (!treeView()->hasFocus())
         takeFocusByKey(noFocusMessage());
 }
@@ -147,12 +148,11 @@ void STQTreeView::enterCellText(const QModelIndex& current, const QString& value
     navigateTo(item);
     const QChar separator = QLatin1Char(':');
     makeCurrent(editableCell(firstParts(value, separator, 1).first()));
-    keyClick(Qt::Key_F2, Qt::NoModifier);
+    openEditor();
     keyClick(Qt::Key_Backspace, Qt::NoModifier);
     const int separatorIndex = static_cast<int>(value.indexOf(separator));
     typeText(separatorIndex < 0 ? QString() : value.mid(separatorIndex + 1));
-    processEventsEnabled = false;
-    keyClick(Qt::Key_Return, Qt::NoModifier);
+    commitEditor();
 }
 
 QModelIndex STQTreeView::editableCell(const QString& columnText)

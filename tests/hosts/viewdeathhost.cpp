@@ -1,0 +1,185 @@
+// Item views that lose the focus, their editor or their life between two keys; see tests/protocol/test_view_keys.py.
+// "do VIEW-DEED-ROUNDS" makes a new view, for example "list-endEditor-3". The deed is done so many rounds of events after
+// the view has opened an editor or, for "takeFocusOnTheWay", after its current item has changed. Then another widget gets
+// the focus.
+
+#include "testhost.h"
+#include "viewjournal.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QStandardItemModel>
+#include <QStyledItemDelegate>
+#include <QTableView>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <QtCore/QBasicTimer>
+#include <QtCore/QPointer>
+#include <QtCore/QTimerEvent>
+
+namespace {
+
+const int mostRounds = 64;
+
+QString text(const char* latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+using Deed = void (*)(QAbstractItemView* view, QWidget* editor);
+
+// Does a deed, once, some rounds of events after it was told to, and gives the focus away.
+class Culprit : public QObject
+{
+public:
+    Culprit(TestHost& testHost, QAbstractItemView* victim, QWidget* heir, Deed theDeed, int rounds)
+        : QObject(victim->window())
+        , host(testHost)
+        , view(victim)
+        , other(heir)
+        , deed(theDeed)
+        , roundsLeft(rounds)
+    {
+        setObjectName(text("culprit"));
+    }
+
+    void start(QWidget* openedEditor)
+    {
+        editor = openedEditor;
+        if (editor)
+            editor->installEventFilter(this);
+        if (roundsLeft >= 0)
+            timer.start(0, this);
+    }
+
+    // Return closes the editor: Qt does not bear that it dies before it has done so.
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return)
+            editor = nullptr;
+        return false;
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        if (roundsLeft-- > 0)
+            return;
+        timer.stop();
+        deed(view, editor);
+        other->setFocus();
+        host.journal(text("deed is done"));
+    }
+
+private:
+    TestHost& host;
+    QAbstractItemView* const view;
+    QPointer<QWidget> editor;
+    QWidget* const other;
+    const Deed deed;
+    int roundsLeft;
+    QBasicTimer timer;
+};
+
+// Makes editors, and tells the culprit of each.
+class EditorMaker : public QStyledItemDelegate
+{
+public:
+    EditorMaker(QObject* owner, Culprit* watcher)
+        : QStyledItemDelegate(owner)
+        , culprit(watcher)
+    {
+    }
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
+        culprit->start(editor);
+        return editor;
+    }
+
+private:
+    Culprit* const culprit;
+};
+
+struct ViewKind
+{
+    const char* name;
+    QAbstractItemView* (*make)(QWidget* parent);
+};
+
+const ViewKind viewKinds[] = {
+    {"list", [](QWidget* parent) -> QAbstractItemView* { return new QListView(parent); }},
+    {"tree", [](QWidget* parent) -> QAbstractItemView* { return new QTreeView(parent); }},
+    {"table", [](QWidget* parent) -> QAbstractItemView* { return new QTableView(parent); }},
+};
+
+struct DeedKind
+{
+    const char* name;
+    bool isOnTheWay;
+    Deed deed;
+};
+
+const DeedKind deedKinds[] = {
+    {"endEditor", false, [](QAbstractItemView*, QWidget* editor) { delete editor; }},
+    {"endView", false, [](QAbstractItemView* view, QWidget*) { delete view; }},
+    {"takeFocus", false, [](QAbstractItemView*, QWidget*) {}},
+    {"takeFocusOnTheWay", true, [](QAbstractItemView*, QWidget*) {}},
+};
+
+void show(TestHost& host, QWidget* window, const ViewKind& viewKind, const DeedKind& deedKind, int rounds)
+{
+    delete window->findChild<QAbstractItemView*>(text("view"));
+    delete window->findChild<QObject*>(text("culprit"));
+    auto* other = window->findChild<QLineEdit*>(text("other"));
+    other->clear();
+
+    QAbstractItemView* view = viewKind.make(window);
+    view->setObjectName(text("view"));
+    auto* model = new QStandardItemModel(5, 2, view);
+    for (int row = 0; row < 5; ++row) {
+        for (int column = 0; column < 2; ++column)
+            model->setData(model->index(row, column), QString::fromLatin1("R%1C%2").arg(row).arg(column));
+    }
+    view->setModel(model);
+    view->setCurrentIndex(model->index(2, 0));
+    auto* culprit = new Culprit(host, view, other, deedKind.deed, rounds);
+    view->setItemDelegate(new EditorMaker(view, culprit));
+    if (deedKind.isOnTheWay) {
+        host.onSignal(view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
+            [culprit] { culprit->start(nullptr); });
+    }
+    window->layout()->addWidget(view);
+    journalView(host, view);
+}
+
+void build(TestHost& host)
+{
+    auto* window = new QWidget;
+    window->setObjectName(text("window"));
+    window->setWindowTitle(text("Views"));
+    new QVBoxLayout(window);
+    auto* other = new QLineEdit;
+    other->setObjectName(text("other"));
+    host.journalInput(other);
+    window->layout()->addWidget(other);
+    for (const ViewKind& view : viewKinds) {
+        for (const DeedKind& deed : deedKinds) {
+            for (int rounds = 0; rounds < mostRounds; ++rounds) {
+                host.onRequest(text("%1-%2-%3").arg(text(view.name), text(deed.name)).arg(rounds),
+                    [&host, window, &view, &deed, rounds] { show(host, window, view, deed, rounds); });
+            }
+        }
+    }
+    window->setGeometry(60, 60, 400, 400);
+    window->show();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}
