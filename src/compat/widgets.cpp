@@ -18,6 +18,8 @@
 #include <QtGui/QDesktopWidget>
 #endif
 
+#include <algorithm>
+
 namespace compat {
 
 #if QT_VERSION >= 0x050000
@@ -31,26 +33,25 @@ const QWidget* nativeHolder(const QWidget* target)
     return holder ? holder : target->window();
 }
 
-int distance(const QRect& rect, const QPoint& point)
+QPoint nearestPoint(const QRect& rect, const QPoint& point)
 {
-    const int x = qBound(rect.left(), point.x(), rect.right());
-    const int y = qBound(rect.top(), point.y(), rect.bottom());
-    return (point - QPoint(x, y)).manhattanLength();
+    return QPoint(qBound(rect.left(), point.x(), rect.right()), qBound(rect.top(), point.y(), rect.bottom()));
 }
 
-// The screen at a point; where there is none, the nearest one. A point just beyond the edge of a screen must not be
-// read in the scale of another, which can put it into the middle of a window.
+int distance(const QScreen* screen, const QPoint& point)
+{
+    return (point - nearestPoint(screen->geometry(), point)).manhattanLength();
+}
+
+// The screen at a point; where there is none, the nearest one. Null when the last screen has been unplugged.
 QScreen* screenNear(const QPoint& point)
 {
     if (QScreen* screen = QGuiApplication::screenAt(point))
         return screen;
-    QScreen* nearest = QGuiApplication::primaryScreen();
     const QList<QScreen*> screens = QGuiApplication::screens();
-    for (QScreen* screen : screens) {
-        if (distance(screen->geometry(), point) < distance(nearest->geometry(), point))
-            nearest = screen;
-    }
-    return nearest;
+    const auto nearest = std::min_element(screens.begin(), screens.end(),
+        [&point](const QScreen* a, const QScreen* b) { return distance(a, point) < distance(b, point); });
+    return nearest == screens.end() ? nullptr : *nearest;
 }
 
 } // namespace
@@ -72,7 +73,10 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
 void setCursorPosition(const QPoint& globalPosition)
 {
 #if QT_VERSION >= 0x050000
-    QCursor::setPos(screenNear(globalPosition), globalPosition);
+    // Qt may read a point just beyond the edge of a screen in the scale of another, which can put it into the middle of
+    // a window. The windowing system would take it to the edge.
+    if (QScreen* screen = screenNear(globalPosition))
+        QCursor::setPos(screen, nearestPoint(screen->geometry(), globalPosition));
 #else
     QCursor::setPos(globalPosition);
 #endif

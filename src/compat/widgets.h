@@ -19,8 +19,8 @@ namespace compat {
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
 
-// Moves the cursor to a point in global coordinates. Each screen can have a scale of its own; beyond all screens it is
-// that of the nearest one.
+// Moves the cursor to a point in global coordinates, in which each screen can have a scale of its own. A point beyond all
+// screens is taken to the edge of the nearest one.
 void setCursorPosition(const QPoint& globalPosition);
 
 // The icon as a pixmap of so many pixels at most, on screens of every density.
