@@ -2,6 +2,8 @@
 
 import pytest
 
+from hostapp import eventually
+
 DIED = "8,Exception : Internal error, proxy without widget"
 HIDDEN = "8,Exception : Error: widget is hidden by another window"
 
@@ -9,7 +11,9 @@ HIDDEN = "8,Exception : Error: widget is hidden by another window"
 @pytest.fixture
 def app(launch):
     app = launch("sliderhost")
-    app.wait_until("crowded", "visible", "true")
+    for window, name in (("Crowded", "crowded"), ("Lonely", "lonely"), ("Doomed", "doomed")):
+        # Until the window manager has shown it where Qt takes it to be.
+        eventually(lambda: app.mouse(window, name, "MouseMove::::", class_name="QWidget"), "0,QWidget")
     app.forget()
     return app
 
