@@ -39,7 +39,12 @@ class HostApp:
         self.greeting = None
         self.socket = None
         if serve and agent:
-            self.accept()
+            try:
+                self.accept()
+            except BaseException:  # the next test needs the port
+                self.process.kill()
+                self.close()
+                raise
 
     def accept(self):
         """Waits for the agent's connection and greeting."""

@@ -3,7 +3,7 @@
 import pytest
 
 import hostapp
-from hostapp import DEADLINE, HostApp, hexed
+from hostapp import DEADLINE, HostApp, hexed, listen
 from sharedhost import SharedHost
 
 PRESS = f"9,Editor,canvas,,{hexed('s:MousePress:LeftButton:::')},"
@@ -56,6 +56,13 @@ def test_one_whose_end_the_test_has_waited_for_is_none(app):
     app.start("quit")
     assert app.wait_for_end() == 0
     app.end()
+
+
+def test_an_application_whose_agent_does_not_come_leaves_the_port_to_the_next(monkeypatch):
+    impatiently(monkeypatch)
+    with pytest.raises(TimeoutError):
+        HostApp("corehost", "--late")
+    listen().close()
 
 
 # Sharing
