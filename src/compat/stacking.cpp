@@ -72,8 +72,11 @@ void activateWindow(QWidget* widget)
     QWidget* window = widget->window();
     if (!window->isActiveWindow())
         forgetWindows();
-    if (!refusesFocus(window))
-        widget->activateWindow();
+#if QT_VERSION >= 0x050000
+    if (refusesFocus(window))
+        return; // Qt would only warn; Qt 4 does activate such a window
+#endif
+    widget->activateWindow();
 }
 
 QWidget* widgetAt(const QPoint& globalPosition)

@@ -16,7 +16,7 @@ void forgetWindows();
 
 // Whether the window never becomes active, since the application has told the windowing system so.
 bool refusesFocus(const QWidget* window);
-// QWidget::activateWindow(), but silent for those windows, where Qt only warns.
+// QWidget::activateWindow(), but silent for those windows where Qt 5 and 6 do nothing but warn.
 void activateWindow(QWidget* widget);
 // QWidget::setFocus(), which runs the application's code: if that changes a window, windows are forgotten.
 void setFocus(QWidget* widget);

@@ -188,7 +188,7 @@ def test_a_program_that_may_not_be_ended_is_told_and_not_waited_for(powerless, b
 
 def test_an_application_that_connects_without_greeting_is_reported(start, fake_agent):
     with pytest.raises(NoGreetingError):
-        start([*fake_agent, "--no-greeting"], start_timeout=1)
+        start([*fake_agent, "--no-greeting", "--stay"], start_timeout=1)
 
 
 def test_something_else_that_connects_is_no_agent(start):
