@@ -60,9 +60,7 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/agents)
 file(CREATE_LINK ${CMAKE_BINARY_DIR} ${CMAKE_BINARY_DIR}/agents/qt${QTDRIVER_QT} SYMBOLIC)
 find_program(CCACHE ccache)
 if(CCACHE)
-  # What one checkout has compiled serves another one, too.
-  set(CMAKE_CXX_COMPILER_LAUNCHER
-    ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
 if(NOT MSVC)

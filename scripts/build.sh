@@ -18,6 +18,8 @@ if [ "$major" = 4 ] && [ ! -x "${QMAKE4:-}" ]; then
     exit 2
 fi
 
+# What one checkout has compiled serves another one, too.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 log=build/$preset/configure.log
 mkdir -p "build/$preset"
 cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }

@@ -235,7 +235,7 @@ void STInputControl::mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers 
     release(button, modifiers);
 }
 
-QPointer<QWidget> STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     requireMouseOwner();
     const QPoint position = QCursor::pos();
@@ -252,10 +252,10 @@ QPointer<QWidget> STInputControl::press(Qt::MouseButton button, Qt::KeyboardModi
         letGo(target, button);
         throw;
     }
-    return target;
+    return target.data();
 }
 
-QPointer<QWidget> STInputControl::release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+QWidget* STInputControl::release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     heldButtons &= ~Qt::MouseButtons(button);
     requireMouseOwner();
@@ -266,7 +266,7 @@ QPointer<QWidget> STInputControl::release(Qt::MouseButton button, Qt::KeyboardMo
     if (target && button == Qt::RightButton)
         postInputEvent(target,
             new QContextMenuEvent(QContextMenuEvent::Mouse, target->mapFromGlobal(position), position, modifiers));
-    return target;
+    return target.data();
 }
 
 void STInputControl::mouseClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)

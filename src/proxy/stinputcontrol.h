@@ -73,9 +73,9 @@ private:
     void requireMouseOwner() const;
     // Forgets that the button is held, and posts its release to the widget that was pressed, if there is one.
     static void letGo(QWidget* pressed, Qt::MouseButton button);
-    // The widgets that got the event.
-    QPointer<QWidget> press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
-    QPointer<QWidget> release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    // The widget that got the event; null if that was its end.
+    QWidget* press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    QWidget* release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 
     void waitForAwaited(const QPoint& position);
 

@@ -32,7 +32,7 @@ def test_each_command_has_one_reply_whatever_the_application_does(server, scenar
     ), "the applications ended too soon for the commands to mean anything"
     assert codes["0"] > COMMANDS / 10, f"too few commands were carried out: {codes}"
     # By the application's own account; without deeds it would have been a peaceful one.
-    assert sum(deeds.values()) > 5, f"the applications have hardly done anything to themselves: {deeds}"
+    assert deeds, "the applications have done nothing to themselves"
 
 
 def test_the_applications_are_hostile(server):
