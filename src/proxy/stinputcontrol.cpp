@@ -168,7 +168,7 @@ void STInputControl::awaitInFront(QWidget* widget)
 
 void STInputControl::waitForAwaited(const QPoint& position)
 {
-    const QPointer<QWidget> widget(awaited);
+    const QPointer<QWidget> widget(awaited.data());
     awaited = nullptr;
     if (!widget)
         return;
