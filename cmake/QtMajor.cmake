@@ -62,6 +62,11 @@ find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
+# More than a hundred test programs are linked for each Qt, and GNU ld takes five times as long.
+find_program(LLD ld.lld)
+if(LLD AND UNIX AND NOT APPLE AND NOT CMAKE_CROSSCOMPILING)
+  add_link_options(-fuse-ld=lld)
+endif()
 
 if(NOT MSVC)
   add_compile_options(-Wall -Wextra $<$<BOOL:${QTDRIVER_WERROR}>:-Werror>)

@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     # build
-    g++ cmake ninja-build ccache qtbase5-dev qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
+    g++ cmake ninja-build ccache lld qtbase5-dev qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
     # desktop for tests, demo and benchmarks
     xvfb xserver-xephyr openbox x11-utils x11-xserver-utils xdotool xclip imagemagick fonts-dejavu-core util-linux iproute2
     # runner and its tests
