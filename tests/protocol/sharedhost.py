@@ -36,13 +36,13 @@ class SharedHost:
             # Its agent is there, and no reply is left over.
             assert self.app.request("13") == "8,Command not found"
             # The windowing system takes its time to bring the focus back.
-            eventually(self._changes, [])
+            eventually(self.changes, [])
         except BaseException:
             self.app.close()
             self.app = None
             raise
 
-    def _changes(self):
+    def changes(self):
         """What of the application is not as it was, after all that is open was closed again."""
         self.app.do("restore")
         self.app.forget()

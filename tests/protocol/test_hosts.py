@@ -3,7 +3,7 @@
 import pytest
 
 import hostapp
-from hostapp import DEADLINE, HostApp, hexed, listen
+from hostapp import DEADLINE, HostApp, eventually, hexed, listen
 from sharedhost import SharedHost
 
 PRESS = f"9,Editor,canvas,,{hexed('s:MousePress:LeftButton:::')},"
@@ -119,6 +119,7 @@ def test_what_a_test_leaves_behind_is_told_and_the_application_not_used_again(sh
     line, told = LEFT_BEHIND[name]
     app = shared.take("corehost")
     assert app.request(line).startswith("0,")
+    eventually(lambda: bool(shared.changes()), True)  # the windowing system may take its time
     impatiently(monkeypatch)
     with pytest.raises(AssertionError, match=told):
         shared.give_back()

@@ -55,7 +55,6 @@ def test_an_item_is_chosen_once(app, menu, path, item):
     assert app.events("triggered", "clicked") == [f"triggered {menu}{item}"]
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize("path, option", [("Nope", ""), ("Sub/Nope", ""), ("Sub", "b:true")])
 def test_a_failed_walk_closes_the_menu_and_it_can_be_opened_again(app, menu, path, option):
     message = "Item is not checkable" if option else "Invalid item"

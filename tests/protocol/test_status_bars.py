@@ -12,7 +12,6 @@ def app(launch):
     return launch("toolboxhost")
 
 
-@pytest.mark.shared
 def test_the_current_message_is_the_temporary_one(app):
     app.do("say")
     assert app.read(WINDOW, "status", "currentMessage") == "u:Saved & sound"
@@ -25,7 +24,6 @@ def test_without_a_message_it_is_empty(app):
     assert app.read(WINDOW, "status", "currentMessage") == "u:"
 
 
-@pytest.mark.shared
 def test_the_pseudo_property_is_listed(app):
     names = [
         "propertyNames",
@@ -38,13 +36,11 @@ def test_the_pseudo_property_is_listed(app):
     assert app.read(WINDOW, "status", "pseudoPropertyNames") == "0,l:\f" + "\f".join(names)
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize("name", ["currentmessage", "message", "itemList"])
 def test_other_names_are_unknown_properties(app, name):
     assert app.read(WINDOW, "status", name) == f'8,Exception : Unknown property "{name}".'
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "s:Saved"])
 def test_activating_is_refused(app, value):
     refusal = '8,Exception : "activate" is not implemented for widget of class "QStatusBar"'
@@ -52,14 +48,12 @@ def test_activating_is_refused(app, value):
         assert app.activate(WINDOW, "status", value) == refusal
 
 
-@pytest.mark.shared
 def test_entering_is_refused(app):
     refusal = '8,Exception : "enter" is not implemented for widget of class "QStatusBar"'
     with nothing_happens(app):
         assert app.enter(WINDOW, "status", "s:Saved") == refusal
 
 
-@pytest.mark.shared
 def test_the_general_mouse_command_is_accepted(app):
     app.do("journalStatus")
     assert app.mouse(WINDOW, "status", "MouseClick:LeftButton:0:0:") == "0,QStatusBar"

@@ -32,7 +32,6 @@ def test_a_text_clicks_the_header_of_its_page(app, text, index):
     assert app.get("chapters", "currentIndex") == str(index)
 
 
-@pytest.mark.shared
 def test_a_header_is_clicked_once_at_its_center(app):
     rect = app.get("qt_toolbox_toolboxbutton", "geometry")
     width, height = map(int, rect.split(" ")[1].split("x"))
@@ -56,7 +55,6 @@ def test_a_hidden_header_is_passed_over_for_a_visible_one(app):
     assert app.get("twice", "currentIndex") == "2"
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize(
     "box, text",
     [
@@ -74,14 +72,12 @@ def test_a_text_that_no_visible_header_has_is_an_error(plain, box, text):
     assert plain.events("press", "current") == []
 
 
-@pytest.mark.shared
 def test_a_disabled_header_is_an_error(plain):
     assert plain.activate(WINDOW, "partly", "s:Locked") == "8,Exception : activate, ToolBoxButton is disabled"
     assert plain.events("current") == []
     assert plain.get("partly", "currentIndex") == "0"
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize("value", ["", "i:1", "b:true"])
 def test_other_values_than_strings_are_type_errors(plain, value):
     error = '8,Exception : Type error: object "chapters" of class "QToolBox" accepts string.'
@@ -94,7 +90,6 @@ def test_an_option_is_ignored(plain):
     plain.wait_for("current chapters 1")
 
 
-@pytest.mark.shared
 def test_a_disabled_box_is_refused(plain):
     refusal = '8,Exception : Error: widget "disabled" of class "QToolBox" is disabled.'
     assert plain.activate(WINDOW, "disabled", "s:Other") == refusal
@@ -102,7 +97,6 @@ def test_a_disabled_box_is_refused(plain):
     assert plain.read(WINDOW, "disabled", "itemList") == "0,l:\fOpen\fOther"
 
 
-@pytest.mark.shared
 def test_a_hidden_box_is_not_visible(plain):
     assert plain.activate(WINDOW, "hidden", "s:Other") == "6,Widget (hidden) not visible"
     assert plain.get("hidden", "currentIndex") == "0"
@@ -124,13 +118,11 @@ def test_the_headers_of_a_box_within_a_page_belong_to_both(plain):
     plain.wait_for("current outer 1")
 
 
-@pytest.mark.shared
 def test_the_pseudo_properties_are_listed(plain):
     names = BUILT_IN + ["itemList", "currentText"]
     assert plain.read(WINDOW, "chapters", "pseudoPropertyNames") == "0,l:\f" + "\f".join(names)
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize(
     "box, name, value",
     [
@@ -151,13 +143,11 @@ def test_the_current_text_follows_the_current_page(plain):
     assert plain.read(WINDOW, "chapters", "currentText") == "u:Middle"
 
 
-@pytest.mark.shared
 @pytest.mark.parametrize("name", ["toolTipList", "currentToolTip", "ItemList"])
 def test_other_names_are_unknown_properties(plain, name):
     assert plain.read(WINDOW, "chapters", name) == f'8,Exception : Unknown property "{name}".'
 
 
-@pytest.mark.shared
 def test_entering_is_refused(plain):
     refusal = '8,Exception : "enter" is not implemented for widget of class "QToolBox"'
     assert plain.enter(WINDOW, "chapters", "s:Middle") == refusal

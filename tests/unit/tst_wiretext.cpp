@@ -61,9 +61,8 @@ void tst_WireText::everyPairIsTheNumberThatQtReads()
         for (int second = 0; second < 256; ++second) {
             QString pair = QString(QChar(ushort(first))) + QChar(ushort(second));
             const QString decoded = ::decodehex(pair);
-            // Qt 6 no longer takes a U+00A0 at the end for a space, and takes a U+0000 for one. Qt 5 began with U+0085.
-            if (second == 0xa0)
-                pair[1] = QLatin1Char(' ');
+            // Qt 6 no longer takes U+00A0 for a space, but a U+0000 at the end. Qt 5 began with U+0085.
+            pair.replace(QChar(0xa0), QLatin1Char(' '));
             bool ok = false;
             const ushort number = pair.toUShort(&ok, 16);
             ok = ok && first != 0x85 && second != 0x85 && second != 0;
