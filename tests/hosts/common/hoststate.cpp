@@ -179,6 +179,11 @@ bool isBefore(const QWidget* one, const QWidget* other)
     return nameOf(one) < nameOf(other);
 }
 
+bool isInPopup(const QObject* object)
+{
+    return object->isWidgetType() && static_cast<const QWidget*>(object)->window()->windowType() == Qt::Popup;
+}
+
 } // namespace
 
 HostState::HostState()
@@ -270,7 +275,8 @@ bool HostState::eventFilter(QObject* watched, QEvent* event)
         heldButtons.remove(int(static_cast<QMouseEvent*>(event)->button()));
         break;
     case QEvent::KeyPress:
-        heldKeys.insert(static_cast<QKeyEvent*>(event)->key());
+        if (!isInPopup(watched)) // a key that closes it may leave nobody to see the release
+            heldKeys.insert(static_cast<QKeyEvent*>(event)->key());
         break;
     case QEvent::KeyRelease:
         heldKeys.remove(static_cast<QKeyEvent*>(event)->key());
