@@ -121,8 +121,9 @@ def test_a_window_partly_off_the_screen_is_moved_onto_it(app):
     app.do("moveMainOffScreen")
     eventually(lambda: int(app.get("main", "x")) < 0, True)
     app.mouse("Editor", "canvas", "")
-    left, top = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(",")[:2])
-    assert left >= 0 and top >= 0
+    # The window manager may still tell of where the window was.
+    eventually(lambda: "-" not in app.read("Editor", "canvas", "globalRect"), True)
+    assert int(app.get("main", "x")) >= 0
 
 
 @pytest.mark.shared
