@@ -30,7 +30,10 @@ class HostApp:
         self.server = listen() if serve else None
         command = [str(BUILD / "bin" / program), "--agent", str(BUILD / "lib" / "libqtdriver.so"), *arguments]
         self.process = subprocess.Popen(
-            command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, env={**os.environ, **ENVIRONMENT, **(env or {})}
+            command,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            env={**os.environ, **ENVIRONMENT, **(env or {})},
         )
         self._end_is_expected = False
         self._lines = queue.Queue()
