@@ -10,6 +10,8 @@ from session import SCENARIOS, listen, play
 
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
 COMMANDS = 150
+LEAST_CARRIED_OUT = 15
+MOST_COMMANDS = 10 * COMMANDS
 FIXED_SEED = 7
 
 
@@ -22,15 +24,16 @@ def server():
 @pytest.mark.parametrize("scenario", SCENARIOS)
 def test_each_command_has_one_reply_whatever_the_application_does(server, scenario):
     played, codes, deeds = 0, Counter(), Counter()
-    while played < COMMANDS:
-        result = play(BUILD, scenario, FIXED_SEED + played, COMMANDS - played, server)
+    # When an application hides its windows, and so how many commands find one, depends on the machine's pace.
+    while played < COMMANDS or (codes["0"] < LEAST_CARRIED_OUT and played < MOST_COMMANDS):
+        result = play(BUILD, scenario, FIXED_SEED + played, max(COMMANDS - played, COMMANDS // 2), server)
         played += max(result.played, 1)
         codes += result.codes
         deeds += result.deeds
     assert (
         sum(codes.values()) > COMMANDS / 2
     ), "the applications ended too soon for the commands to mean anything"
-    assert codes["0"] > COMMANDS / 10, f"too few commands were carried out: {codes}"
+    assert codes["0"] >= LEAST_CARRIED_OUT, f"too few commands were carried out: {codes}"
     # By the application's own account; without deeds it would have been a peaceful one.
     assert deeds, "the applications have done nothing to themselves"
 
