@@ -114,6 +114,9 @@ function(qtdriver_add_unit_test source)
   endif()
 endfunction()
 
+# Test files are compiled once for all suites, outside of the sources.
+set(python_cache "PYTHONDONTWRITEBYTECODE=;PYTHONPYCACHEPREFIX=${PROJECT_SOURCE_DIR}/build/pycache")
+
 # qtdriver_add_pytests(PREFIX SOURCES...): each file of pytest tests is a test of its own. Not quiet: how many tests pytest
 # has found, and how many of them ran, are compared (scripts/count_tests.py).
 function(qtdriver_add_pytests prefix)
@@ -122,7 +125,7 @@ function(qtdriver_add_pytests prefix)
     add_test(NAME ${prefix}/${name}
       COMMAND ${with_desktop} /usr/bin/python3 -m pytest -p no:cacheprovider --tb=short ${source})
     set_tests_properties(${prefix}/${name} PROPERTIES TIMEOUT 600
-      ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};PYTHONDONTWRITEBYTECODE=1")
+      ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};${python_cache}")
   endforeach()
 endfunction()
 
@@ -133,6 +136,17 @@ function(qtdriver_add_pytests_once prefix)
   foreach(source IN LISTS ARGN)
     get_filename_component(name ${source} NAME_WE)
     set_tests_properties(${prefix}/${name} PROPERTIES LABELS once
-      ENVIRONMENT "QTDRIVER_BUILD=/nonexistent;QTDRIVER_QT=none;PYTHONDONTWRITEBYTECODE=1")
+      ENVIRONMENT "QTDRIVER_BUILD=/nonexistent;QTDRIVER_QT=none;${python_cache}")
+  endforeach()
+endfunction()
+
+# qtdriver_add_pytests_with_any_build(PREFIX SOURCES...): tests that use what a build has made, and for which it does not
+# matter which. When several builds are tested, they run once, with the first of them.
+function(qtdriver_add_pytests_with_any_build prefix)
+  qtdriver_add_pytests(${prefix} ${ARGN})
+  get_filename_component(build ${CMAKE_BINARY_DIR} NAME)
+  foreach(source IN LISTS ARGN)
+    get_filename_component(name ${source} NAME_WE)
+    set_tests_properties(${prefix}/${name} PROPERTIES LABELS once FIXTURES_REQUIRED build/${build})
   endforeach()
 endfunction()
