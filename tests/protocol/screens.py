@@ -50,7 +50,8 @@ def _xinerama():
         _wait_for(["xprop", "-root", "-f", "none", "8s"], environment, server)
         manager = _start(["openbox", "--sm-disable"], environment)
         try:
-            _wait_for(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], environment, manager, b"window id")
+            # It announces itself before it gives the keyboard to windows that appear: it is ready when it does as asked.
+            _wait_for(["xdotool", "set_num_desktops", "7", "get_num_desktops"], environment, manager, b"7")
             yield environment
         finally:
             _end(manager)
