@@ -42,9 +42,13 @@ def wait_until_closed(app, focus="edit"):
     agent makes the window active again.
     """
     eventually(lambda: input_state(app)["popup"], "none")
-    if input_state(app)["focus"] == "none":
-        app.read("", focus, "globalRect")
-    eventually(lambda: (input_state(app)["popup"], input_state(app)["focus"]), ("none", focus))
+
+    def owner():
+        if input_state(app)["focus"] == "none":
+            app.read("", focus, "globalRect")
+        return input_state(app)["focus"]
+
+    eventually(owner, focus)
 
 
 def sharing(rows, but):

