@@ -86,15 +86,6 @@ def test_a_tree_that_edits_at_any_key_takes_a_text_but_not_an_empty_one(start):
     assert view.current() == "new"
 
 
-@pytest.mark.parametrize("scenario", ["list", "table"])
-def test_lists_and_tables_that_edit_at_any_key_but_f2_take_no_text(start, scenario):
-    view = start(scenario)
-    view.app.do("triggersAnyKey")
-    view.enter("s:new")
-    view.app.wait_for("accepted window")
-    assert texts(view) == UNCHANGED
-
-
 def test_a_tree_that_edits_each_new_current_item_takes_a_text(start):
     view = start("tree")
     view.app.do("triggersCurrentChanged")
@@ -103,11 +94,23 @@ def test_a_tree_that_edits_each_new_current_item_takes_a_text(start):
     assert view.app.get("window", "visible") == "true"
 
 
-def test_a_tree_that_edits_each_new_current_item_has_no_editor_for_the_one_that_is_current_already(start):
-    view = start("tree")
-    view.app.do("currentR4C1")
-    view.app.do("triggersCurrentChanged")
-    view.enter("s:0:new")
+WITHOUT_AN_EDITOR = {
+    "a list that edits at any key but F2": ("list", ["triggersAnyKey"], "s:new"),
+    "a table that edits at any key but F2": ("table", ["triggersAnyKey"], "s:new"),
+    "a tree that edits each new current item, and has this one already": (
+        "tree",
+        ["currentR4C1", "triggersCurrentChanged"],
+        "s:0:new",
+    ),
+}
+
+
+@pytest.mark.parametrize("scenario, steps, value", WITHOUT_AN_EDITOR.values(), ids=WITHOUT_AN_EDITOR.keys())
+def test_a_text_for_a_view_that_opens_no_editor_changes_nothing(start, scenario, steps, value):
+    view = start(scenario)
+    for step in steps:
+        view.app.do(step)
+    view.enter(value)
     view.app.wait_for("accepted window")
     assert texts(view) == UNCHANGED
 
