@@ -3,6 +3,7 @@
 
 #include "signalhandler.h"
 #include "testhost.h"
+#include "texts.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -15,11 +16,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 // As a dialog within a slot does whose own handlers end the agent: it is over before the slot returns.
 void deleteAgentInEventLoop(TestHost& host)

@@ -2,6 +2,7 @@
 // counted in rounds of events from the moment when the command has the window raised.
 
 #include "testhost.h"
+#include "texts.h"
 
 #include <QLineEdit>
 #include <QSlider>
@@ -14,11 +15,6 @@
 namespace {
 
 const int mostRounds = 48;
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 // Deletes a widget some rounds of events after its window was raised for the first time.
 class Death : public QObject

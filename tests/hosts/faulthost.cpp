@@ -2,6 +2,7 @@
 // tests/protocol/test_wire_*.py.
 
 #include "testhost.h"
+#include "texts.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -26,11 +27,6 @@
 namespace {
 
 const int tickMilliseconds = 5;
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 double milliseconds(clockid_t clock)
 {

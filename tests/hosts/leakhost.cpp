@@ -2,6 +2,7 @@
 
 #include "resourceusage.h"
 #include "testhost.h"
+#include "texts.h"
 #include "valuewidget.h"
 
 #include <QAbstractItemView>
@@ -36,11 +37,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 // What a leak of each kind looks like, planted by reading a property.
 class Leaky : public QWidget

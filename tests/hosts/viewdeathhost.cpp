@@ -4,6 +4,7 @@
 // the focus.
 
 #include "testhost.h"
+#include "texts.h"
 #include "viewjournal.h"
 
 #include <QKeyEvent>
@@ -21,11 +22,6 @@
 namespace {
 
 const int mostRounds = 64;
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 using Deed = void (*)(QAbstractItemView* view, QWidget* editor);
 

@@ -4,9 +4,8 @@ import re
 
 import pytest
 
-from hostapp import QT
+from styles import STYLES
 
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Entries"
 DIED = "8,Exception : Internal error, proxy without widget"
 CLEAR = ["Home", "Shift+End", "Backspace"]

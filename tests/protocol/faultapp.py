@@ -7,7 +7,7 @@ import struct
 from contextlib import contextmanager, suppress
 from pathlib import Path
 
-from hostapp import BUILD, DEADLINE, HostApp, eventually
+from hostapp import BUILD, CLOSED, DEADLINE, HostApp, eventually
 
 IS_ASAN = BUILD.name.endswith("-asan")
 PLAIN_MEMORY = {"MALLOC_MMAP_THRESHOLD_": str(256 * 1024)}
@@ -19,7 +19,6 @@ LONGEST_GAP = MOST_WORK + 100
 """Milliseconds on the clock between two ticks, but for those that the thread waited for a processor: the event loop was
 never blocked."""
 MEBIBYTE = 1 << 20
-CLOSED = "agent open 0 state 0"
 CLICK = b"5,Faults,own,,,\n"
 UNKNOWN = b"8,Nowhere\n"
 PRESS, RELEASE = (
@@ -74,14 +73,6 @@ class FaultApp(HostApp):
         while self.agent_state() != CLOSED:
             with suppress(socket.timeout):
                 end(self.server.accept()[0], reset)
-
-    def agent_state(self):
-        self.do("agentState")
-        return self.journal.pop()
-
-    def wait_until_closed(self):
-        """Waits until the agent has noticed."""
-        eventually(self.agent_state, CLOSED)
 
     def pulse(self, name):
         return int(self.get("pulse", name))

@@ -14,6 +14,7 @@ BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
 QT = int(os.environ.get("QTDRIVER_QT", "5"))
 DEADLINE = 20.0
 """Seconds after which a test stops waiting for what must happen."""
+CLOSED = "agent open 0 state 0"
 ENVIRONMENT = {"QT_XCB_GL_INTEGRATION": "none"}
 """Without OpenGL, which no host uses, an application of Qt 5 or 6 starts in half the time."""
 
@@ -170,6 +171,15 @@ class HostApp:
             assert line is not None, f"the application ended before {expected!r}; {self.journal}"
             if fits(line):
                 return self.journal.pop()
+
+    def agent_state(self):
+        """What the application says of its agent's socket."""
+        self.do("agentState")
+        return self.journal.pop()
+
+    def wait_until_agent_is_closed(self):
+        """Waits until the agent has noticed that its connection has ended."""
+        eventually(self.agent_state, CLOSED)
 
     def wait_until(self, name, prop, value):
         """Waits until a property of the application's object has a value."""

@@ -54,7 +54,3 @@ def wait_until_closed(app, focus="edit"):
 def sharing(rows, but):
     """Rows of parameters whose tests share an application, but for those that change it, by their paths."""
     return [pytest.param(*row, id=row[0], marks=[] if row[0] in but else pytest.mark.shared) for row in rows]
-
-
-def error(message):
-    return "8,Exception : " + message

@@ -2,7 +2,7 @@
 
 import pytest
 
-from hostapp import eventually, hexed
+from hostapp import hexed
 
 FREED_MEMORY_IS_OVERWRITTEN = {"MALLOC_PERTURB_": "165"}
 """What goes on with a deleted agent crashes, even without a sanitizer."""
@@ -25,10 +25,6 @@ def idle_notifier_is_told(app):
 def uses_glib(app):
     app.do("nameDispatcher")
     return app.events("dispatcher")[-1] == "dispatcher of GLib"
-
-
-def wait_until_closed(app):
-    eventually(lambda: (app.do("agentState"), app.journal[-1])[1], "agent open 0 state 0")
 
 
 @pytest.mark.parametrize("field", ["delete", "deleteInLoop"])
@@ -66,12 +62,12 @@ def test_notifiers_are_held_back_only_while_the_agent_is_connected_and_only_with
     assert idle_notifier_is_told(app) != uses_glib(app)
     app.socket.close()
     app._reader.close()
-    wait_until_closed(app)
+    app.wait_until_agent_is_closed()
     assert idle_notifier_is_told(app)
 
 
 def test_without_a_server_no_notifier_is_held_back(launch):
     app = launch("agentlifehost", serve=False)
     app.wait_for("agent loaded")
-    wait_until_closed(app)
+    app.wait_until_agent_is_closed()
     assert idle_notifier_is_told(app)

@@ -4,10 +4,9 @@ import re
 
 import pytest
 
-from hostapp import QT
 from refusals import nothing_happens
+from styles import STYLES
 
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Buttons"
 
 

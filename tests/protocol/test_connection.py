@@ -7,7 +7,7 @@ from pathlib import Path
 
 import pytest
 
-from hostapp import eventually, listen
+from hostapp import CLOSED, eventually, listen
 
 
 @pytest.fixture
@@ -15,20 +15,11 @@ def app(launch):
     return launch("corehost")
 
 
-def agent_state(app):
-    app.do("agentState")
-    return app.journal[-1]
-
-
-def wait_until_closed(app):
-    eventually(lambda: agent_state(app), "agent open 0 state 0")
-
-
 def check_that_nobody_comes(app):
     """The application lives on, and while its event loop turns fifty times nobody connects to its server."""
     app.do("startTicking")
     eventually(lambda: len(app.events("tick")) > 50, True)
-    assert agent_state(app) == "agent open 0 state 0"
+    assert app.agent_state() == CLOSED
     assert select.select([app.server], [], [], 0)[0] == [], "the agent must not try again"
 
 
@@ -40,7 +31,7 @@ def test_the_greeting_names_process_hook_port_and_build(app):
 def test_without_a_server_the_application_runs_and_the_agent_stays_closed(launch):
     app = launch("corehost", serve=False)
     app.wait_for("agent loaded")
-    wait_until_closed(app)
+    app.wait_until_agent_is_closed()
     app.server = listen()
     check_that_nobody_comes(app)
 
@@ -49,7 +40,7 @@ def test_a_remote_close_closes_the_agent_for_good(app):
     app.socket.close()
     app._reader.close()
     app.server.close()
-    wait_until_closed(app)
+    app.wait_until_agent_is_closed()
     app.server = listen()
     check_that_nobody_comes(app)
 

@@ -90,7 +90,6 @@ def test_the_server_goes_while_a_command_runs(app):
     app.socket.close()
     app._reader.close()
     app.wait_until("dialog1", "visible", "true")
-    app.do("agentState")
-    eventually(lambda: (app.do("agentState"), app.journal[-1])[1], "agent open 0 state 0")
+    app.wait_until_agent_is_closed()
     app.start("quit")
     assert app.wait_for_end() == 0

@@ -101,5 +101,5 @@ def test_a_wait_in_vain_is_not_repeated_while_the_window_stands_as_it_did(app):
     app.show("showHoled", "holed")
     assert seconds(lambda: app.activate("Holed", "lost"), HIDDEN) > 0.8 * WAIT
     app.do("mendHoled")
-    assert app.activate("Holed", "lost") == "0,QPushButton"
+    eventually(lambda: app.activate("Holed", "lost"), "0,QPushButton")  # the window manager takes its time
     app.wait_for("clicked lost")

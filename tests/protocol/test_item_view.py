@@ -3,7 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import View, error
+from viewapp import View
+from replies import error
 
 
 @pytest.fixture

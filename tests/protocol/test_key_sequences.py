@@ -5,7 +5,8 @@ import re
 import pytest
 
 from hostapp import QT
-from menus import error, input_state
+from menus import input_state
+from replies import error
 from viewapp import View
 
 ENTERED = {"list": "s:new", "table": "s:new", "tree": "s:0:new"}

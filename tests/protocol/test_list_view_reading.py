@@ -3,7 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import error, opener
+from viewapp import opener
+from replies import error
 
 TYPE_ERROR = 'Type error: object "list" of class "QListView" accepts '
 

@@ -2,11 +2,10 @@
 
 import pytest
 
-from hostapp import QT
-from menus import POPUP, POPUP_PATH, error, input_state, keys, sharing, wait_until_closed
+from menus import POPUP, POPUP_PATH, input_state, keys, sharing, wait_until_closed
 from refusals import nothing_happens
-
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
+from replies import error
+from styles import STYLES
 
 
 def opened(launch, *arguments):

@@ -4,11 +4,11 @@ import re
 
 import pytest
 
-from hostapp import QT
-from menus import error, input_state, keys, sharing, wait_until_closed
+from menus import input_state, keys, sharing, wait_until_closed
 from refusals import nothing_happens
+from replies import error
+from styles import STYLES
 
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Menus"
 
 

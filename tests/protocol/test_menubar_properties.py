@@ -2,7 +2,7 @@
 
 import pytest
 
-from menus import error
+from replies import error
 
 pytestmark = pytest.mark.shared
 

@@ -2,7 +2,8 @@
 
 import pytest
 
-from viewapp import View, error
+from viewapp import View
+from replies import error
 
 LIST = ("listviewhost", "Lists", "list")
 TREE = ("treeviewhost", "Trees", "tree")

@@ -2,11 +2,12 @@
 
 import pytest
 
-from hostapp import QT, eventually
-from menus import POPUP, POPUP_PATH, error, input_state, sharing, wait_for_popup, wait_until_closed
+from hostapp import eventually
+from menus import POPUP, POPUP_PATH, input_state, sharing, wait_for_popup, wait_until_closed
 from refusals import nothing_happens
+from replies import error
+from styles import STYLES
 
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 RIGHT_CLICK = "MouseClick:RightButton:::"
 WINDOW = "Popups"
 

@@ -2,9 +2,8 @@
 
 import pytest
 
-from hostapp import QT
+from styles import STYLES
 
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Tabs"
 RANGE = '8,Exception : Type error: object "%s" of class "%s" accepts only values in the following range: %s.'
 TYPE = '8,Exception : Type error: object "menus" of class "QTabBar" accepts string, integer.'

@@ -2,9 +2,8 @@
 
 import pytest
 
-from hostapp import QT
+from styles import STYLES
 
-STYLES = ["windows", "plastique" if QT == 4 else "fusion"]
 WINDOW = "Tool boxes"
 NOT_FOUND = "8,Exception : activate, ToolBoxButton not found"
 BUILT_IN = ["propertyNames", "pseudoPropertyNames", "className", "silkClassName", "globalRect"]

@@ -3,7 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import error, opener
+from viewapp import opener
+from replies import error
 
 INVALID_PATH = error("Invalid item path")
 

@@ -39,7 +39,7 @@ def test_the_server_may_end_after_any_byte_that_it_has_read(app, reset):
             read = read_exactly(connection, count)
             assert (app.greeting.encode() + b"\n" + REPLIES).startswith(read)
             app.disappear(reset)
-            app.wait_until_closed()
+            app.wait_until_agent_is_closed()
 
 
 @ENDS
@@ -51,7 +51,7 @@ def test_the_server_may_end_after_any_byte_that_it_has_written(app, reset):
             read_exactly(connection, len(app.greeting) + 1)
             connection.sendall(REQUESTS[:count])
             app.disappear(reset)
-            app.wait_until_closed()
+            app.wait_until_agent_is_closed()
         # The last request of each conversation was not complete.
         assert "clicked own" not in app.events()
 
@@ -83,7 +83,7 @@ def test_the_server_may_end_while_a_command_runs_the_event_loop(app, reset, lead
     app.wait_until("question", "visible", "true")
     with app.undisturbed():
         app.disappear(reset)
-        app.wait_until_closed()
+        app.wait_until_agent_is_closed()
         app.tick(5)
     assert app.get("question", "visible") == "true"
     app.do("closeDialog")
@@ -118,7 +118,7 @@ def test_a_server_that_refuses_the_connection_does_no_harm():
     app = FaultApp(serve=False)
     app.wait_for("agent loaded")
     with app.undisturbed():
-        app.wait_until_closed()
+        app.wait_until_agent_is_closed()
     assert app.close() == 0
 
 

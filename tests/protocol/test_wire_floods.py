@@ -36,7 +36,7 @@ def test_64_mebibytes_without_a_line_end_end_the_connection(app):
 
     with app.undisturbed(), app.memory_within(3 * LONGEST_REQUEST):
         flood()
-        app.wait_until_closed()
+        app.wait_until_agent_is_closed()
 
 
 def test_the_longest_request_is_answered_and_one_more_byte_is_not(app):
@@ -45,7 +45,7 @@ def test_the_longest_request_is_answered_and_one_more_byte_is_not(app):
     assert reply == f"2,Window ({path}) not found"
     app.send(b"x" * (LONGEST_REQUEST + 1))
     assert app.read_line() is None
-    app.wait_until_closed()
+    app.wait_until_agent_is_closed()
 
 
 @pytest.mark.parametrize("beyond", [-1, 0, 1])
@@ -177,7 +177,7 @@ def test_a_server_may_end_that_has_not_read_its_replies(app, reset):
         eventually(lambda: int(app.get("counted", "reads")) > 0, True)
         app.tick(50)
         app.disappear(reset)
-        app.wait_until_closed()
+        app.wait_until_agent_is_closed()
 
 
 def test_the_application_may_quit_when_replies_are_unread(app):

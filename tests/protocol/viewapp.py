@@ -67,7 +67,3 @@ class View:
 def opener(launch, program, window, name):
     """A function that starts the program in one of its scenarios and returns its view."""
     return lambda scenario: View(launch(program, "--scenario", scenario), window, name)
-
-
-def error(message):
-    return "8,Exception : " + message

@@ -1,6 +1,7 @@
 #include "hoststate.h"
 
 #include "compat/variant.h"
+#include "texts.h"
 
 #include <QAction>
 #include <QApplication>
@@ -19,11 +20,6 @@
 namespace {
 
 const int mostItems = 500;
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 QString nameOf(const QObject* object)
 {

@@ -1,0 +1,28 @@
+#include "corewindows.h"
+
+#include "testhost.h"
+
+#include <QPushButton>
+
+QWidget* addWindow(const char* name, const char* title, const QPoint& position)
+{
+    auto* window = named(new QWidget, name);
+    window->setWindowTitle(text(title));
+    window->move(position);
+    new QVBoxLayout(window);
+    return window;
+}
+
+QWidget* addFrame(QWidget* parent, const char* name)
+{
+    auto* frame = add(parent, named(new QWidget, name));
+    new QVBoxLayout(frame);
+    return frame;
+}
+
+QPushButton* addButton(TestHost& host, QWidget* parent, const char* name)
+{
+    auto* button = add(parent, named(new QPushButton(text(name)), name));
+    host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
+    return button;
+}

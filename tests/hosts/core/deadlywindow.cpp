@@ -1,0 +1,84 @@
+#include "corewindows.h"
+#include "testhost.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QtCore/QEvent>
+#include <QtCore/QEventLoop>
+
+#include <cstdlib>
+
+namespace {
+
+// Deletes a window after an event of an object in it, as soon as the event loop runs again.
+class Killer : public QObject
+{
+public:
+    Killer(TestHost& testHost, QObject* watched, QEvent::Type type, QWidget* victim)
+        : QObject(victim)
+        , host(testHost)
+        , eventType(type)
+        , window(victim)
+    {
+        watched->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == eventType) {
+            auto* timer = new QTimer(window);
+            timer->setSingleShot(true);
+            QWidget* victim = window;
+            host.onSignal(timer, SIGNAL(timeout()), [victim] { delete victim; });
+            timer->start(0);
+        }
+        return false;
+    }
+
+private:
+    TestHost& host;
+    QEvent::Type eventType;
+    QWidget* window;
+};
+
+// As a dialog within a slot does whose own handlers delete the agent: the loop ends it before the slot returns.
+void retireAgentInEventLoop(TestHost& host)
+{
+    QEventLoop loop;
+    QTimer retirement;
+    host.onSignal(&retirement, SIGNAL(timeout()), [&host] { host.retireAgent(); });
+    retirement.setSingleShot(true);
+    retirement.start(0);
+    QTimer::singleShot(100, &loop, SLOT(quit()));
+    loop.exec();
+}
+
+} // namespace
+
+// Buttons whose slots are the end of something.
+void buildDeadlyWindow(TestHost& host)
+{
+    host.onRequest(text("showDeadly"), [&host] {
+        auto* window = addWindow("deadly", "Deadly", QPoint(500, 30));
+        auto* self = addButton(host, window, "deleteSelf");
+        host.onSignal(self, SIGNAL(pressed()), [self] { delete self; });
+        auto* later = addButton(host, window, "deleteOnClick");
+        host.onSignal(later, SIGNAL(clicked()), [later] { delete later; });
+        host.onSignal(addButton(host, window, "closeWindow"), SIGNAL(clicked()), [window] { delete window; });
+        host.onSignal(addButton(host, window, "closeOnPress"), SIGNAL(pressed()), [window] { delete window; });
+        host.onSignal(addButton(host, window, "quit"), SIGNAL(clicked()), [] { QCoreApplication::quit(); });
+        host.onSignal(addButton(host, window, "exit"), SIGNAL(clicked()), [] { ::exit(7); });
+        host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
+        host.onSignal(add(window, named(new QLineEdit, "retire")), SIGNAL(textChanged(QString)),
+            [&host] { retireAgentInEventLoop(host); });
+        auto* mover = add(window, named(new QWidget, "mover"));
+        mover->setMinimumSize(100, 50);
+        host.onRequest(
+            text("dieOnMove"), [&host, window, mover] { new Killer(host, mover, QEvent::MouseMove, window); });
+        host.onRequest(
+            text("dieOnActivate"), [&host, window] { new Killer(host, window, QEvent::WindowActivate, window); });
+        window->show();
+    });
+}
