@@ -1,11 +1,9 @@
 """Drives Qt widgets applications from tests: server, client and launcher for the qtdriver agent."""
 
-from .agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
 from .addresses import cell, column_header, menu_entry, menu_path, model_item, row_header, tree_path, tree_row
+from .agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
 from .app import App
 from .clipboard import ClipboardError
-from .commands import COMMANDS, Answer, Command, Section
-from .connection import Connection
 from .desktop import Desktop, DesktopError
 from .driver import Driver
 from .elf import ElfReaderMissingError
@@ -34,10 +32,8 @@ from .errors import (
     WindowBlockedError,
 )
 from .expect import eventually
-from .greeting import Greeting
 from .launch import EarlyExitError, NoGreetingError, preload_environment
 from .menu import Menu
-from .peers import PeerReaderMissingError
 from .pictures import PictureError
 from .process import Process, describe_exit
 from .program import (
@@ -47,15 +43,19 @@ from .program import (
     ScriptProgramError,
     UnknownFormatError,
 )
+from .protocol.commands import COMMANDS, Answer, Command, Section
+from .protocol.connection import Connection
+from .protocol.greeting import Greeting
+from .protocol.peers import PeerReaderMissingError
+from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
+from .protocol.server import HOST, PORT, Server
+from .protocol.transcript import Exchange, Step, Transcript
+from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
 from .qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
-from .records import CursorWidget, WidgetRecord, WindowRecord
-from .server import HOST, PORT, Server
 from .steps import StepListener
-from .transcript import Exchange, Step, Transcript
 from .tree import Node, WidgetTree
 from .widget import Widget
 from .window import Window
-from .wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
 
 __all__ = [
     "AgentNotBuiltError",

@@ -9,17 +9,17 @@ from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
 from . import endings
 from .clipboard import read_clipboard
-from .closing import ClosedOnLeaving
-from .connection import Connection
 from .errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
 from .explain import MODAL, POPUP, explain
 from .pictures import save_screenshot
 from .process import GRACE_SECONDS, Process
-from .records import CursorWidget, WindowRecord
+from .protocol.closing import ClosedOnLeaving
+from .protocol.connection import Connection
+from .protocol.records import CursorWidget, WindowRecord
+from .protocol.waiting import Deadline, retry
+from .protocol.wire import Rect
 from .steps import StepListener, run_step
-from .waiting import Deadline, retry
 from .window import Window
-from .wire import Rect
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

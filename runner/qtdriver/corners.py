@@ -6,11 +6,11 @@ from typing import TYPE_CHECKING, List
 
 from .errors import CornerButtonError, ReplyError
 from .explain import checked_unique_path
+from .protocol.wire import Rect
 from .tree import Node, WidgetTree
-from .wire import Rect
 
 if TYPE_CHECKING:
-    from .connection import Connection
+    from .protocol.connection import Connection
 
 _PRESSED = ("QAbstractButton", "QPushButton", "QToolButton", "QRadioButton", "QCheckBox", "QComboBox")
 """The classes, as the agent serves them, of what a click does something to."""

@@ -8,16 +8,16 @@ from pathlib import Path
 from typing import Dict, List, Mapping, Optional, Tuple
 
 from .app import DEFAULT_WAIT, App
-from .channel import DEFAULT_TIMEOUT
-from .closing import ClosedOnLeaving
 from .desktop import Desktop
 from .errors import NoClientError
 from .launch import launch
 from .processes import is_within
-from .reception import Reception
-from .server import Server
+from .protocol.channel import DEFAULT_TIMEOUT
+from .protocol.closing import ClosedOnLeaving
+from .protocol.reception import Reception
+from .protocol.server import Server
+from .protocol.waiting import Deadline
 from .steps import StepListener
-from .waiting import Deadline
 
 
 class Driver(ClosedOnLeaving):

@@ -6,10 +6,10 @@ from enum import IntFlag
 from typing import TYPE_CHECKING, Dict
 
 from .errors import CommandError, NoEditorError
-from .wire import encode_argument
+from .protocol.wire import encode_argument
 
 if TYPE_CHECKING:
-    from .connection import Connection
+    from .protocol.connection import Connection
 
 _FOCUS_WIDGET = "FocusWidget"
 

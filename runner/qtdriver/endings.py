@@ -16,10 +16,10 @@ from .errors import (
 from .explain import describe_windows
 from .process import describe_exit
 from .processes import Descendant
-from .records import WindowRecord
-from .transcript import Exchange
-from .waiting import Deadline, attempts
-from .wire import Reply
+from .protocol.records import WindowRecord
+from .protocol.transcript import Exchange
+from .protocol.waiting import Deadline, attempts
+from .protocol.wire import Reply
 
 if TYPE_CHECKING:
     from .app import App

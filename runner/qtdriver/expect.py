@@ -14,11 +14,11 @@ from .errors import (
     ReplyError,
     WidgetNotFoundError,
 )
+from .protocol.waiting import Deadline, attempts
+from .protocol.wire import Value
 from .steps import run_step
-from .waiting import Deadline, attempts
 from .widget import Widget
 from .window import Window
-from .wire import Value
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

@@ -5,7 +5,6 @@ from __future__ import annotations
 import difflib
 from typing import Callable, Dict, Iterable, List, Optional, Sequence, Type, TypeVar
 
-from .connection import Connection
 from .derived import probe_derived_names
 from .errors import (
     AmbiguousError,
@@ -19,7 +18,8 @@ from .errors import (
     WidgetNotFoundError,
     WindowBlockedError,
 )
-from .records import WindowRecord
+from .protocol.connection import Connection
+from .protocol.records import WindowRecord
 from .tree import UNKNOWN, Node, WidgetTree
 
 POPUP = "Widget:ActivePopupWidget"

@@ -9,15 +9,15 @@ from typing import Dict, Mapping, Optional, Sequence
 
 from .agent import agent_library, require_same_architecture
 from .app import DEFAULT_WAIT, App
-from .channel import DEFAULT_TIMEOUT
-from .connection import Connection
 from .custody import Custody
 from .errors import QtDriverError
 from .process import Process, describe_exit
 from .program import ProgramNotExecutableError, find_program
+from .protocol.channel import DEFAULT_TIMEOUT
+from .protocol.connection import Connection
+from .protocol.reception import Reception
+from .protocol.waiting import Deadline
 from .qtversion import qt_major
-from .reception import Reception
-from .waiting import Deadline
 
 
 class EarlyExitError(QtDriverError):

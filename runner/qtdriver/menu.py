@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 from .errors import ProtocolError
 from .explain import explaining_item
 from .mouse import repeatable
-from .wire import Value
+from .protocol.wire import Value
 
 if TYPE_CHECKING:
     from .window import Window

@@ -8,7 +8,7 @@ from typing import TYPE_CHECKING, Callable, Dict, Literal, Optional, Tuple, Type
 from .errors import HiddenError
 
 if TYPE_CHECKING:
-    from .connection import Connection
+    from .protocol.connection import Connection
 
 _Result = TypeVar("_Result")
 

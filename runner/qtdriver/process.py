@@ -9,7 +9,7 @@ from typing import Optional
 
 from .custody import Custody
 from .output import OutputTail
-from .waiting import Deadline, attempts
+from .protocol.waiting import Deadline, attempts
 
 _LAST_WORDS = 20
 """Lines of output that a message quotes."""

@@ -20,10 +20,10 @@ from .errors import (
 from .explain import explaining_item
 from .mouse import GESTURES, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
-from .wire import Argument, Rect, Value
+from .protocol.wire import Argument, Rect, Value
 
 if TYPE_CHECKING:
-    from .connection import Connection
+    from .protocol.connection import Connection
     from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own

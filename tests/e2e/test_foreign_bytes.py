@@ -20,7 +20,7 @@ from qtdriver import decode_hex, encode_argument, encode_hex, errors, program
 from qtdriver.commandline.readable import describe_reply
 from qtdriver.elf import ElfFile, contains_qt_widgets, read_elf
 from qtdriver.endings import last_windows
-from qtdriver.lines import LineSocket
+from qtdriver.protocol.lines import LineSocket
 from qtdriver.pictures import read_xpm
 from qtdriver.qtversion import qt_major
 from qtdriver.report.page import TestResult, write_page

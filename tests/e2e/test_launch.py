@@ -18,7 +18,7 @@ from qtdriver import (
 )
 from qtdriver.launch import launch
 from qtdriver.output import OutputTail
-from qtdriver.reception import Reception
+from qtdriver.protocol.reception import Reception
 
 
 @pytest.fixture

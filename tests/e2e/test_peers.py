@@ -24,8 +24,8 @@ from qtdriver import (
     Server,
     eventually,
 )
-from qtdriver.reception import Reception
-from qtdriver.waiting import Deadline
+from qtdriver.protocol.reception import Reception
+from qtdriver.protocol.waiting import Deadline
 
 RUNNER = str(Path(__file__).resolve().parents[2] / "runner")
 NO_MORE_RIGHTS = ("setpriv", "--bounding-set=-all", "--inh-caps=-all")

@@ -12,7 +12,7 @@ from Xlib import X, display
 
 from qtdriver import Desktop, Driver, PortInUseError, Server, agent_library, eventually, preload_environment
 from qtdriver.desktop import SCRIPT
-from qtdriver.tcptable import LISTENING, tcp_sockets
+from qtdriver.protocol.tcptable import LISTENING, tcp_sockets
 
 from showcase import AGENTS, PROGRAM, QT, running
 

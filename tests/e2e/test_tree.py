@@ -16,7 +16,7 @@ from qtdriver import (
 )
 from qtdriver.derived import button_name
 from qtdriver.mouse import mouse_command
-from qtdriver.records import WidgetRecord
+from qtdriver.protocol.records import WidgetRecord
 
 
 def tree(*lines):

@@ -7,7 +7,7 @@ from typing import Optional
 
 from ..app import App
 from ..mouse import MouseButton, mouse_command
-from ..wire import Argument
+from ..protocol.wire import Argument
 from .outcome import Outcome
 from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, window_of
 

@@ -7,7 +7,7 @@ from pathlib import Path
 from typing import List, NoReturn, Sequence, Tuple
 
 from ..agent import QT_MAJORS
-from ..channel import DEFAULT_TIMEOUT
+from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
 from .outcome import EXIT_STATUSES, UsageError
 from .verbs import Verb, all_verbs, seconds

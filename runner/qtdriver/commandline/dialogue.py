@@ -8,7 +8,7 @@ from typing import Any, Callable, Iterable
 
 from ..app import App
 from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
-from ..wire import Reply
+from ..protocol.wire import Reply
 from .arguments import verb_parser
 from .outcome import plain
 from .readable import describe_commands, describe_reply

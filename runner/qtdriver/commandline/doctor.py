@@ -12,7 +12,7 @@ from typing import Any, Callable, Iterator, List, Optional
 
 from ..agent import QT_MAJORS, AgentNotBuiltError, AgentPathError, agent_library
 from ..errors import PortInUseError, QtDriverError
-from ..server import HOST, PORT, Server
+from ..protocol.server import HOST, PORT, Server
 from .application_check import MOVE_BUILD, check_application
 from .finding import Finding
 from .listeners import listener_of

@@ -16,7 +16,7 @@ from .. import desktop
 from ..app import App
 from ..driver import Driver
 from ..errors import QtDriverError
-from ..waiting import given_up_when
+from ..protocol.waiting import given_up_when
 from .control import STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
 from .verbs import FAILURES, Arguments, verb_named

@@ -6,7 +6,7 @@ import os
 from pathlib import Path
 from typing import Optional
 
-from ..tcptable import LISTENING, tcp_sockets
+from ..protocol.tcptable import LISTENING, tcp_sockets
 
 
 def listener_of(port: int) -> Optional[str]:

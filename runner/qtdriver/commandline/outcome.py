@@ -20,7 +20,7 @@ from ..errors import (
     WidgetNotFoundError,
     WindowBlockedError,
 )
-from ..wire import Rect
+from ..protocol.wire import Rect
 
 OK, FAILED, USAGE, NOT_FOUND, AMBIGUOUS, BLOCKED, NO_APPLICATION, HANGS = range(8)
 INTERRUPTED = 128 + signal.SIGINT

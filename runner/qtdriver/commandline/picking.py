@@ -7,7 +7,7 @@ from typing import Any, Dict, Optional
 
 from ..app import App
 from ..errors import CommandError, QtDriverError, ReplyError
-from ..waiting import Deadline, attempts
+from ..protocol.waiting import Deadline, attempts
 from ..window import Window
 from .outcome import NOT_FOUND, Outcome, plain
 from .readable import describe_value

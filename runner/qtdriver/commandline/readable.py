@@ -5,10 +5,10 @@ from __future__ import annotations
 import re
 from typing import List, Optional
 
-from ..commands import COMMAND_BY_NUMBER, COMMANDS, Answer, Command
 from ..errors import ProtocolError
-from ..records import CursorWidget
-from ..wire import Rect, Reply, Value
+from ..protocol.commands import COMMAND_BY_NUMBER, COMMANDS, Answer, Command
+from ..protocol.records import CursorWidget
+from ..protocol.wire import Rect, Reply, Value
 
 _XPM_VALUES = re.compile(rb'"\s*(\d{1,9})\s+(\d{1,9})\s+(\d{1,9})\s+\d+')
 

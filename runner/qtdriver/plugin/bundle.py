@@ -16,9 +16,9 @@ from ..endings import last_windows
 from ..errors import QtDriverError
 from ..explain import MODAL, POPUP, describe_windows
 from ..process import describe_exit
-from ..records import WidgetRecord, WindowRecord
-from ..waiting import Deadline
-from ..wire import LIST_MARK
+from ..protocol.records import WidgetRecord, WindowRecord
+from ..protocol.waiting import Deadline
+from ..protocol.wire import LIST_MARK
 
 _SCREENSHOT_SECONDS = 15.0
 _WINDOWS_SECONDS = 5.0

@@ -10,7 +10,7 @@ import pytest
 from ..desktop import Desktop
 from ..driver import Driver
 from ..errors import PortInUseError
-from ..server import HOST, PORT, Server
+from ..protocol.server import HOST, PORT, Server
 from .evidence import Evidence
 from .hooks import EVIDENCE
 from .parallel import has_own_desktop

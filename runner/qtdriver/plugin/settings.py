@@ -10,7 +10,7 @@ import pytest
 
 from ..agent import QT_MAJORS
 from ..app import DEFAULT_WAIT
-from ..channel import DEFAULT_TIMEOUT
+from ..protocol.channel import DEFAULT_TIMEOUT
 
 TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
 OWN_DESKTOPS, PLAIN = "own-desktops", "plain"

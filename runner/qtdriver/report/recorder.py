@@ -12,8 +12,8 @@ from pathlib import Path
 from typing import TYPE_CHECKING, Deque, Dict, Iterator, List, Optional, Tuple
 
 from ..pictures import PictureError, grab_screen
+from ..protocol.transcript import Exchange, Step
 from ..steps import StepListener
-from ..transcript import Exchange, Step
 from .album import KEPT_BYTES, Album, Picture
 from .trace import RecordedStep, Trace
 from .widgets import TooSlow, WidgetLister

@@ -9,10 +9,10 @@ from pathlib import Path
 from typing import Dict, List
 
 from ..commandline.readable import describe_reply
-from ..commands import COMMAND_BY_NUMBER
 from ..errors import ProtocolError
-from ..transcript import Exchange, Step
-from ..wire import Reply, decode_hex
+from ..protocol.commands import COMMAND_BY_NUMBER
+from ..protocol.transcript import Exchange, Step
+from ..protocol.wire import Reply, decode_hex
 
 TRACE_FILE = "trace.json"
 FORMAT = 1

@@ -7,10 +7,10 @@ import time
 from contextlib import contextmanager
 from typing import Iterator, List
 
-from ..connection import Connection
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
 from ..explain import POPUP
-from ..records import WidgetRecord, WindowRecord
+from ..protocol.connection import Connection
+from ..protocol.records import WidgetRecord, WindowRecord
 
 KEPT_LINES = 3000
 """Widgets of a tree that are told; a table has a few, a page of a settings dialog some hundreds."""

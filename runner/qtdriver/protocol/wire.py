@@ -5,7 +5,7 @@ from __future__ import annotations
 from dataclasses import dataclass
 from typing import Callable, Dict, Optional, Tuple, Union
 
-from .errors import REPLY_ERRORS, ProtocolError, UnsupportedTextError, reply_error
+from ..errors import REPLY_ERRORS, ProtocolError, UnsupportedTextError, reply_error
 
 LIST_MARK = "\x0c"
 """The form feed in front of each item of a list."""

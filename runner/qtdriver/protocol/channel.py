@@ -6,8 +6,8 @@ import socket
 import time
 from typing import Optional, Type, TypeVar
 
+from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .closing import ClosedOnLeaving
-from .errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .greeting import Greeting
 from .lines import LineSocket
 from .peers import Peer

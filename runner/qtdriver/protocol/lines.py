@@ -6,7 +6,7 @@ import socket
 import time
 from typing import Optional
 
-from .errors import ProtocolError
+from ..errors import ProtocolError
 
 _CHUNK_BYTES = 65536
 

@@ -7,7 +7,7 @@ from contextlib import contextmanager
 from contextvars import ContextVar
 from typing import Callable, Iterator, Tuple, Type, TypeVar
 
-from .errors import QtDriverError
+from ..errors import QtDriverError
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

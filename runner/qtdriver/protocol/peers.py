@@ -7,7 +7,7 @@ import pwd
 import socket
 from typing import Any, Optional
 
-from .errors import ConnectionClosed, QtDriverError
+from ..errors import ConnectionClosed, QtDriverError
 from .tcptable import Address, plain_host, tcp_sockets
 
 _KNOWN_USERS = "/proc/self/uid_map"

@@ -6,7 +6,7 @@ from dataclasses import dataclass
 from enum import Enum
 from typing import Dict, Tuple
 
-from .errors import UnsupportedTextError
+from ..errors import UnsupportedTextError
 from .wire import encode_hex
 
 

@@ -7,10 +7,10 @@ import socket
 import time
 from typing import Callable, Optional
 
+from ..errors import ClientRefusedError, ConnectionClosed, NoClientError, PortInUseError, QtDriverError
 from .channel import DEFAULT_TIMEOUT
 from .closing import ClosedOnLeaving
 from .connection import Connection
-from .errors import ClientRefusedError, ConnectionClosed, NoClientError, PortInUseError, QtDriverError
 from .peers import Peer
 
 HOST = "127.0.0.1"

@@ -5,7 +5,7 @@ from __future__ import annotations
 import re
 from dataclasses import dataclass
 
-from .errors import ProtocolError
+from ..errors import ProtocolError
 
 _GREETING = re.compile(r"\+client\+ (\S+) (\d{1,10}) (-?\d{1,10}) (\S*)", re.ASCII)
 

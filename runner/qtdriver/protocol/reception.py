@@ -6,8 +6,8 @@ import select
 from collections import deque
 from typing import Callable, Deque, List, Optional
 
+from ..errors import ClientRefusedError, ConnectionClosed, ProtocolError, RequestTimeout
 from .connection import Connection
-from .errors import ClientRefusedError, ConnectionClosed, ProtocolError, RequestTimeout
 from .peers import describe_process
 from .server import Server
 from .waiting import Deadline

@@ -4,9 +4,9 @@ from __future__ import annotations
 
 from typing import Dict, Optional, Set, Tuple
 
+from ..errors import ProtocolError
 from .channel import DEFAULT_TIMEOUT, Channel
 from .commands import COMMAND_BY_NAME
-from .errors import ProtocolError
 from .greeting import Greeting
 from .lines import LineSocket
 from .records import CursorWidget, WidgetRecord, WindowRecord

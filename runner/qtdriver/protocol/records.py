@@ -6,7 +6,7 @@ import re
 from dataclasses import dataclass
 from typing import Optional
 
-from .errors import ProtocolError
+from ..errors import ProtocolError
 from .wire import decode_hex
 
 _WINDOW = re.compile(r'(?P<class>.*?)(?P<modal> \(M\))? : "(?P<title>.*)"', re.DOTALL)

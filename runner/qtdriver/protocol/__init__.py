@@ -1,0 +1,1 @@
+"""What travels between a test and an agent: lines, their text forms, the connection, the server."""
