@@ -33,6 +33,7 @@ from .errors import (
 )
 from .expect import eventually
 from .launch import EarlyExitError, NoGreetingError, preload_environment
+from .lookup.tree import Node, WidgetTree
 from .menu import Menu
 from .pictures import PictureError
 from .process import Process, describe_exit
@@ -53,7 +54,6 @@ from .protocol.transcript import Exchange, Step, Transcript
 from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
 from .qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
 from .steps import StepListener
-from .tree import Node, WidgetTree
 from .widget import Widget
 from .window import Window
 

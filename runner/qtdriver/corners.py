@@ -5,9 +5,9 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, List
 
 from .errors import CornerButtonError, ReplyError
-from .explain import checked_unique_path
+from .lookup.explain import checked_unique_path
+from .lookup.tree import Node, WidgetTree
 from .protocol.wire import Rect
-from .tree import Node, WidgetTree
 
 if TYPE_CHECKING:
     from .protocol.connection import Connection

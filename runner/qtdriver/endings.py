@@ -13,7 +13,7 @@ from .errors import (
     ReplyError,
     RequestTimeout,
 )
-from .explain import describe_windows
+from .lookup.explain import describe_windows
 from .process import describe_exit
 from .processes import Descendant
 from .protocol.records import WindowRecord

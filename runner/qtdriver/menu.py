@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
 from .errors import ProtocolError
-from .explain import explaining_item
+from .lookup.explain import explaining_item
 from .mouse import repeatable
 from .protocol.wire import Value
 

@@ -17,7 +17,7 @@ from .errors import (
     ReplyError,
     WidgetNotFoundError,
 )
-from .explain import explaining_item
+from .lookup.explain import explaining_item
 from .mouse import GESTURES, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
 from .protocol.wire import Argument, Rect, Value

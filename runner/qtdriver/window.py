@@ -6,13 +6,13 @@ from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
 from .corners import refuse_corner_button
-from .derived import button_name
 from .errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
-from .explain import POPUP, checked_unique_path, list_tree
+from .lookup.derived import button_name
+from .lookup.explain import POPUP, checked_unique_path, list_tree
+from .lookup.tree import Node, WidgetTree
 from .menu import Menu
 from .mouse import repeatable
 from .steps import run_step
-from .tree import Node, WidgetTree
 from .widget import Widget
 
 if TYPE_CHECKING:

@@ -14,7 +14,7 @@ from qtdriver import (
     tree_path,
     tree_row,
 )
-from qtdriver.derived import button_name
+from qtdriver.lookup.derived import button_name
 from qtdriver.mouse import mouse_command
 from qtdriver.protocol.records import WidgetRecord
 

@@ -10,8 +10,8 @@ from typing import Callable, Dict, Iterable, Iterator, List, Tuple
 
 from ..app import App
 from ..errors import QtDriverError
-from ..explain import list_tree
-from ..tree import UNNAMED
+from ..lookup.explain import list_tree
+from ..lookup.tree import UNNAMED
 from .verbs import all_verbs
 
 PROMPT = "qtdriver> "

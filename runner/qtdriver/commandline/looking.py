@@ -7,8 +7,8 @@ import os
 from typing import Any, Dict, List
 
 from ..app import App
-from ..explain import checked_unique_path
-from ..tree import UNKNOWN, Node, WidgetTree
+from ..lookup.explain import checked_unique_path
+from ..lookup.tree import UNKNOWN, Node, WidgetTree
 from .outcome import Outcome, plain
 from .readable import describe_value
 from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, window_of

@@ -8,7 +8,7 @@ from contextlib import contextmanager
 from typing import Iterator, List
 
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
-from ..explain import POPUP
+from ..lookup.explain import POPUP
 from ..protocol.connection import Connection
 from ..protocol.records import WidgetRecord, WindowRecord
 

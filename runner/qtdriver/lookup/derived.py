@@ -4,8 +4,8 @@ from __future__ import annotations
 
 from typing import Dict, List
 
-from .errors import AmbiguousError, ReplyError
-from .protocol.connection import Connection
+from ..errors import AmbiguousError, ReplyError
+from ..protocol.connection import Connection
 from .tree import UNKNOWN, Node, WidgetTree
 
 DIALOG_BUTTON = "_dialog_button"

@@ -5,8 +5,7 @@ from __future__ import annotations
 import difflib
 from typing import Callable, Dict, Iterable, List, Optional, Sequence, Type, TypeVar
 
-from .derived import probe_derived_names
-from .errors import (
+from ..errors import (
     AmbiguousError,
     AmbiguousWindowError,
     CommandError,
@@ -18,8 +17,9 @@ from .errors import (
     WidgetNotFoundError,
     WindowBlockedError,
 )
-from .protocol.connection import Connection
-from .protocol.records import WindowRecord
+from ..protocol.connection import Connection
+from ..protocol.records import WindowRecord
+from .derived import probe_derived_names
 from .tree import UNKNOWN, Node, WidgetTree
 
 POPUP = "Widget:ActivePopupWidget"

@@ -5,7 +5,7 @@ from __future__ import annotations
 from dataclasses import dataclass, field
 from typing import Dict, Iterable, Iterator, List, Optional, Sequence, Tuple
 
-from .protocol.records import WidgetRecord
+from ..protocol.records import WidgetRecord
 
 UNNAMED = "unnamed"
 """The path element for a widget that has no name."""
