@@ -1,12 +1,10 @@
 """Drives Qt widgets applications from tests: server, client and launcher for the qtdriver agent."""
 
 from .addresses import cell, column_header, menu_entry, menu_path, model_item, row_header, tree_path, tree_row
-from .agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
 from .app import App
 from .clipboard import ClipboardError
 from .desktop import Desktop, DesktopError
 from .driver import Driver
-from .elf import ElfReaderMissingError
 from .errors import (
     AmbiguousError,
     AmbiguousWindowError,
@@ -32,18 +30,21 @@ from .errors import (
     WindowBlockedError,
 )
 from .expect import eventually
-from .launch import EarlyExitError, NoGreetingError, preload_environment
-from .lookup.tree import Node, WidgetTree
-from .menu import Menu
-from .pictures import PictureError
-from .process import Process, describe_exit
-from .program import (
+from .launch.agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
+from .launch.elf import ElfReaderMissingError
+from .launch.process import Process, describe_exit
+from .launch.program import (
     ProgramError,
     ProgramNotExecutableError,
     ProgramNotFoundError,
     ScriptProgramError,
     UnknownFormatError,
 )
+from .launch.qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
+from .launch.starting import EarlyExitError, NoGreetingError, preload_environment
+from .lookup.tree import Node, WidgetTree
+from .menu import Menu
+from .pictures import PictureError
 from .protocol.commands import COMMANDS, Answer, Command, Section
 from .protocol.connection import Connection
 from .protocol.greeting import Greeting
@@ -52,7 +53,6 @@ from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
 from .protocol.server import HOST, PORT, Server
 from .protocol.transcript import Exchange, Step, Transcript
 from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
-from .qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
 from .steps import StepListener
 from .widget import Widget
 from .window import Window

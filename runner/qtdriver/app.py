@@ -10,9 +10,9 @@ from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 from . import endings
 from .clipboard import read_clipboard
 from .errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
+from .launch.process import GRACE_SECONDS, Process
 from .lookup.explain import MODAL, POPUP, explain
 from .pictures import save_screenshot
-from .process import GRACE_SECONDS, Process
 from .protocol.closing import ClosedOnLeaving
 from .protocol.connection import Connection
 from .protocol.records import CursorWidget, WindowRecord

@@ -10,8 +10,8 @@ from typing import Dict, List, Mapping, Optional, Tuple
 from .app import DEFAULT_WAIT, App
 from .desktop import Desktop
 from .errors import NoClientError
-from .launch import launch
-from .processes import is_within
+from .launch.processes import is_within
+from .launch.starting import launch
 from .protocol.channel import DEFAULT_TIMEOUT
 from .protocol.closing import ClosedOnLeaving
 from .protocol.reception import Reception

@@ -13,9 +13,9 @@ from .errors import (
     ReplyError,
     RequestTimeout,
 )
+from .launch.process import describe_exit
+from .launch.processes import Descendant
 from .lookup.explain import describe_windows
-from .process import describe_exit
-from .processes import Descendant
 from .protocol.records import WindowRecord
 from .protocol.transcript import Exchange
 from .protocol.waiting import Deadline, attempts

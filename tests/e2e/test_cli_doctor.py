@@ -11,7 +11,8 @@ from pathlib import Path
 
 import pytest
 
-from qtdriver import Desktop, Server, eventually, watchman
+from qtdriver import Desktop, Server, eventually
+from qtdriver.launch import linux
 from qtdriver.commandline.listeners import listener_of
 
 MARK = "QTDRIVER_TESTED_DOCTOR"
@@ -121,7 +122,7 @@ def test_a_window_manager_that_has_ended_is_missed(examine, tmp_path, monkeypatc
     with closing(Desktop()) as desktop:
         (manager,) = [
             pid
-            for pid in watchman.Launch(MARK, str(tmp_path)).processes()
+            for pid in linux.Launch(MARK, str(tmp_path)).processes()
             if Path(f"/proc/{pid}/comm").read_text() == "openbox\n"
         ]
         os.kill(manager, signal.SIGTERM)

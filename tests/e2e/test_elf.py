@@ -5,8 +5,9 @@ import shutil
 
 import pytest
 
-from qtdriver import agent, errors, program, qtversion
-from qtdriver.qtversion import qt_major
+from qtdriver import errors
+from qtdriver.launch import agent, program, qtversion
+from qtdriver.launch.qtversion import qt_major
 
 MAIN = "int main(void) { return 0; }"
 

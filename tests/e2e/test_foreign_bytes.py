@@ -16,13 +16,14 @@ from hypothesis import example, given
 from hypothesis import strategies as st
 
 from qtdriver import CursorWidget, Exchange, Greeting, Rect, Reply, WidgetRecord, WidgetTree, WindowRecord
-from qtdriver import decode_hex, encode_argument, encode_hex, errors, program
+from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.commandline.readable import describe_reply
-from qtdriver.elf import ElfFile, contains_qt_widgets, read_elf
+from qtdriver.launch import program
+from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
 from qtdriver.endings import last_windows
 from qtdriver.protocol.lines import LineSocket
 from qtdriver.pictures import read_xpm
-from qtdriver.qtversion import qt_major
+from qtdriver.launch.qtversion import qt_major
 from qtdriver.report.page import TestResult, write_page
 from qtdriver.report.trace import describe_request
 

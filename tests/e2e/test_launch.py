@@ -14,10 +14,10 @@ from qtdriver import (
     describe_exit,
     eventually,
     preload_environment,
-    watchman,
 )
-from qtdriver.launch import launch
-from qtdriver.output import OutputTail
+from qtdriver.launch import linux
+from qtdriver.launch.starting import launch
+from qtdriver.launch.output import OutputTail
 from qtdriver.protocol.reception import Reception
 
 
@@ -35,7 +35,7 @@ def start(server, build):
 
 def is_alive(pid):
     """Whether there is such a process, and more of it than its exit status."""
-    return watchman.session_of(pid) is not None
+    return linux.session_of(pid) is not None
 
 
 def test_the_application_is_driven_and_ended(start, fake_agent):
@@ -171,8 +171,8 @@ def powerless(monkeypatch, tmp_path):
     idle = tmp_path / "idle.py"
     idle.write_text("import sys; sys.stdin.read()")
     with monkeypatch.context() as patch:
-        patch.setattr(watchman.os, "kill", refuse)
-        patch.setattr(watchman, "__file__", str(idle))
+        patch.setattr(linux.os, "kill", refuse)
+        patch.setattr(linux, "__file__", str(idle))
         yield
 
 

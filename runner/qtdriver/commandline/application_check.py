@@ -5,23 +5,23 @@ from __future__ import annotations
 from pathlib import Path
 from typing import Iterator, Optional, Tuple, Type
 
-from ..agent import (
+from ..errors import QtDriverError
+from ..launch.agent import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
     agent_library,
     require_same_architecture,
 )
-from ..elf import ElfReaderMissingError
-from ..errors import QtDriverError
-from ..program import (
+from ..launch.elf import ElfReaderMissingError
+from ..launch.program import (
     ProgramNotExecutableError,
     ProgramNotFoundError,
     ScriptProgramError,
     UnknownFormatError,
     find_program,
 )
-from ..qtversion import NoQtError, NoWidgetsError, StaticProgramError, qt_major
+from ..launch.qtversion import NoQtError, NoWidgetsError, StaticProgramError, qt_major
 from .finding import Finding
 
 MOVE_BUILD = "move the build folder to a path without them, or name another one with --build DIR"

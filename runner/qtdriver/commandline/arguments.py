@@ -6,7 +6,7 @@ import argparse
 from pathlib import Path
 from typing import List, NoReturn, Sequence, Tuple
 
-from ..agent import QT_MAJORS
+from ..launch.agent import QT_MAJORS
 from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
 from .outcome import EXIT_STATUSES, UsageError

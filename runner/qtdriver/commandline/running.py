@@ -11,7 +11,7 @@ from typing import ContextManager, Iterator, Optional, TextIO
 from ..app import App
 from ..driver import Driver
 from ..errors import QtDriverError
-from ..process import describe_exit
+from ..launch.process import describe_exit
 from .console import prompted_lines
 from .dialogue import Dialogue
 from .outcome import FAILED, OK

@@ -14,8 +14,8 @@ from typing import Callable, Dict, Iterable, List, Optional, Sequence
 from ..app import App
 from ..endings import last_windows
 from ..errors import QtDriverError
+from ..launch.process import describe_exit
 from ..lookup.explain import MODAL, POPUP, describe_windows
-from ..process import describe_exit
 from ..protocol.records import WidgetRecord, WindowRecord
 from ..protocol.waiting import Deadline
 from ..protocol.wire import LIST_MARK

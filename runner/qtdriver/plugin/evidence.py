@@ -10,7 +10,7 @@ from .. import endings
 from ..app import App
 from ..driver import Driver
 from ..errors import ApplicationEndedError
-from ..process import describe_exit
+from ..launch.process import describe_exit
 from ..report.recorder import Recorder
 from . import folders
 from .bundle import write_bundle

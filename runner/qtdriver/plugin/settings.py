@@ -8,8 +8,8 @@ from typing import Any, Callable, Dict, NamedTuple, Optional, Tuple
 
 import pytest
 
-from ..agent import QT_MAJORS
 from ..app import DEFAULT_WAIT
+from ..launch.agent import QT_MAJORS
 from ..protocol.channel import DEFAULT_TIMEOUT
 
 TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"

@@ -8,7 +8,7 @@ import subprocess
 import sys
 from typing import Dict, Mapping, Optional
 
-from . import watchman
+from . import linux as watchman
 
 _MARK = "QTDRIVER_LAUNCH"
 _WATCHMAN_SECONDS = 10.0

@@ -5,12 +5,12 @@ from __future__ import annotations
 from pathlib import Path
 from typing import Optional
 
+from ..errors import QtDriverError
 from .elf import read_elf
-from .errors import QtDriverError
 from .program import ProgramError
 
 QT_MAJORS = (4, 5, 6)
-_CHECKOUT = Path(__file__).resolve().parents[2]
+_CHECKOUT = Path(__file__).resolve().parents[3]
 
 
 class AgentNotBuiltError(QtDriverError):

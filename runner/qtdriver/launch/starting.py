@@ -7,17 +7,17 @@ import subprocess
 from pathlib import Path
 from typing import Dict, Mapping, Optional, Sequence
 
+from ..app import DEFAULT_WAIT, App
+from ..errors import QtDriverError
+from ..protocol.channel import DEFAULT_TIMEOUT
+from ..protocol.connection import Connection
+from ..protocol.reception import Reception
+from ..protocol.waiting import Deadline
 from .agent import agent_library, require_same_architecture
-from .app import DEFAULT_WAIT, App
-from .custody import Custody
-from .errors import QtDriverError
 from .process import Process, describe_exit
 from .program import ProgramNotExecutableError, find_program
-from .protocol.channel import DEFAULT_TIMEOUT
-from .protocol.connection import Connection
-from .protocol.reception import Reception
-from .protocol.waiting import Deadline
 from .qtversion import qt_major
+from .supervision import Custody
 
 
 class EarlyExitError(QtDriverError):

@@ -10,7 +10,7 @@ from functools import lru_cache
 from pathlib import Path
 from typing import Any, Iterator, Optional, Tuple
 
-from .errors import QtDriverError
+from ..errors import QtDriverError
 
 ELF_MAGIC = b"\x7fELF"
 _SYMBOL_NAMES = (".strtab", ".dynstr")

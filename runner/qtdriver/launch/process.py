@@ -7,9 +7,9 @@ import signal
 import subprocess
 from typing import Optional
 
-from .custody import Custody
+from ..protocol.waiting import Deadline, attempts
 from .output import OutputTail
-from .protocol.waiting import Deadline, attempts
+from .supervision import Custody
 
 _LAST_WORDS = 20
 """Lines of output that a message quotes."""

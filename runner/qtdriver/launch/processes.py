@@ -5,7 +5,7 @@ from __future__ import annotations
 import os
 from typing import Optional
 
-from .watchman import status_of
+from .linux import status_of
 
 
 def _start_of(pid: int) -> Optional[str]:

@@ -6,8 +6,8 @@ import os
 import shutil
 from pathlib import Path
 
+from ..errors import QtDriverError
 from .elf import is_elf
-from .errors import QtDriverError
 
 
 class ProgramError(QtDriverError):

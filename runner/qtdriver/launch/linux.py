@@ -1,6 +1,6 @@
 """The processes of one launch, and how they are ended. As a program: ends them when its parent is gone.
 
-Started as `watchman.py NAME`, it waits for the end of its standard input, which comes with the end of the process that
+Started as `linux.py NAME`, it waits for the end of its standard input, which comes with the end of the process that
 started it, however that ends. What it reads until then is the value, and the session of the launch if the program was
 started, a line each. The value is no argument: every user can read those, and pass for a process of the launch.
 Stands on the standard library alone, so that it starts quickly.
