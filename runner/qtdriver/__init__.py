@@ -1,10 +1,25 @@
 """Drives Qt widgets applications from tests: server, client and launcher for the qtdriver agent."""
 
-from .addresses import cell, column_header, menu_entry, menu_path, model_item, row_header, tree_path, tree_row
-from .app import App
-from .clipboard import ClipboardError
+from .api.addresses import (
+    cell,
+    column_header,
+    menu_entry,
+    menu_path,
+    model_item,
+    row_header,
+    tree_path,
+    tree_row,
+)
+from .api.app import App
+from .api.clipboard import ClipboardError
+from .api.driver import Driver
+from .api.expect import eventually
+from .api.menu import Menu
+from .api.pictures import PictureError
+from .api.steps import StepListener
+from .api.widget import Widget
+from .api.window import Window
 from .desktop import Desktop, DesktopError
-from .driver import Driver
 from .errors import (
     AmbiguousError,
     AmbiguousWindowError,
@@ -29,7 +44,6 @@ from .errors import (
     WidgetNotFoundError,
     WindowBlockedError,
 )
-from .expect import eventually
 from .launch.agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
 from .launch.elf import ElfReaderMissingError
 from .launch.process import Process, describe_exit
@@ -43,8 +57,6 @@ from .launch.program import (
 from .launch.qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
 from .launch.starting import EarlyExitError, NoGreetingError, preload_environment
 from .lookup.tree import Node, WidgetTree
-from .menu import Menu
-from .pictures import PictureError
 from .protocol.commands import COMMANDS, Answer, Command, Section
 from .protocol.connection import Connection
 from .protocol.greeting import Greeting
@@ -53,9 +65,6 @@ from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
 from .protocol.server import HOST, PORT, Server
 from .protocol.transcript import Exchange, Step, Transcript
 from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
-from .steps import StepListener
-from .widget import Widget
-from .window import Window
 
 __all__ = [
     "AgentNotBuiltError",

@@ -22,7 +22,7 @@ from .protocol.waiting import Deadline, attempts
 from .protocol.wire import Reply
 
 if TYPE_CHECKING:
-    from .app import App
+    from .api.app import App
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

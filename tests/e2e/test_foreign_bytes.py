@@ -22,7 +22,7 @@ from qtdriver.launch import program
 from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
 from qtdriver.endings import last_windows
 from qtdriver.protocol.lines import LineSocket
-from qtdriver.pictures import read_xpm
+from qtdriver.api.pictures import read_xpm
 from qtdriver.launch.qtversion import qt_major
 from qtdriver.report.page import TestResult, write_page
 from qtdriver.report.trace import describe_request

@@ -15,7 +15,7 @@ from qtdriver import (
     tree_row,
 )
 from qtdriver.lookup.derived import button_name
-from qtdriver.mouse import mouse_command
+from qtdriver.api.mouse import mouse_command
 from qtdriver.protocol.records import WidgetRecord
 
 

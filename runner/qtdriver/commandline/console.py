@@ -8,7 +8,7 @@ import time
 from pathlib import Path
 from typing import Callable, Dict, Iterable, Iterator, List, Tuple
 
-from ..app import App
+from ..api.app import App
 from ..errors import QtDriverError
 from ..lookup.explain import list_tree
 from ..lookup.tree import UNNAMED

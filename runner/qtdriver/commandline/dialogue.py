@@ -6,7 +6,7 @@ import json
 import shlex
 from typing import Any, Callable, Iterable
 
-from ..app import App
+from ..api.app import App
 from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
 from ..protocol.wire import Reply
 from .arguments import verb_parser

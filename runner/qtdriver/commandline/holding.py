@@ -13,8 +13,8 @@ from pathlib import Path
 from typing import List
 
 from .. import desktop
-from ..app import App
-from ..driver import Driver
+from ..api.app import App
+from ..api.driver import Driver
 from ..errors import QtDriverError
 from ..protocol.waiting import given_up_when
 from .control import STOP, ControlSocket, Request, socket_path

@@ -6,7 +6,7 @@ import argparse
 import os
 from typing import Any, Dict, List
 
-from ..app import App
+from ..api.app import App
 from ..lookup.explain import checked_unique_path
 from ..lookup.tree import UNKNOWN, Node, WidgetTree
 from .outcome import Outcome, plain

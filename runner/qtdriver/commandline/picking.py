@@ -5,10 +5,10 @@ from __future__ import annotations
 import argparse
 from typing import Any, Dict, Optional
 
-from ..app import App
+from ..api.app import App
+from ..api.window import Window
 from ..errors import CommandError, QtDriverError, ReplyError
 from ..protocol.waiting import Deadline, attempts
-from ..window import Window
 from .outcome import NOT_FOUND, Outcome, plain
 from .readable import describe_value
 from .verbs import Arguments, Verb, seconds

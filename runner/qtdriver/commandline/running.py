@@ -8,8 +8,8 @@ from contextlib import nullcontext
 from pathlib import Path
 from typing import ContextManager, Iterator, Optional, TextIO
 
-from ..app import App
-from ..driver import Driver
+from ..api.app import App
+from ..api.driver import Driver
 from ..errors import QtDriverError
 from ..launch.process import describe_exit
 from .console import prompted_lines

@@ -6,9 +6,9 @@ import argparse
 from dataclasses import dataclass
 from typing import Any, Callable, Dict, Tuple
 
-from ..app import App
+from ..api.app import App
+from ..api.window import Window
 from ..errors import QtDriverError
-from ..window import Window
 from .outcome import Outcome
 
 Arguments = Dict[str, Any]

@@ -7,7 +7,7 @@ import subprocess
 from pathlib import Path
 from typing import Dict, Mapping, Optional, Sequence
 
-from ..app import DEFAULT_WAIT, App
+from ..api.app import DEFAULT_WAIT, App
 from ..errors import QtDriverError
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.connection import Connection

@@ -11,7 +11,7 @@ import sys
 from pathlib import Path
 from typing import Callable, Dict, Iterable, List, Optional, Sequence
 
-from ..app import App
+from ..api.app import App
 from ..endings import last_windows
 from ..errors import QtDriverError
 from ..launch.process import describe_exit
@@ -22,7 +22,7 @@ from ..protocol.wire import LIST_MARK
 
 _SCREENSHOT_SECONDS = 15.0
 _WINDOWS_SECONDS = 5.0
-_SAVE = "import sys; from qtdriver.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
+_SAVE = "import sys; from qtdriver.api.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
 
 
 def write_bundle(apps: Sequence[App], folder: Path, began: float) -> List[str]:

@@ -7,8 +7,8 @@ from pathlib import Path
 from typing import List, Optional
 
 from .. import endings
-from ..app import App
-from ..driver import Driver
+from ..api.app import App
+from ..api.driver import Driver
 from ..errors import ApplicationEndedError
 from ..launch.process import describe_exit
 from ..report.recorder import Recorder

@@ -8,7 +8,7 @@ from typing import Any, Callable, Dict, NamedTuple, Optional, Tuple
 
 import pytest
 
-from ..app import DEFAULT_WAIT
+from ..api.app import DEFAULT_WAIT
 from ..launch.agent import QT_MAJORS
 from ..protocol.channel import DEFAULT_TIMEOUT
 

@@ -11,15 +11,15 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import TYPE_CHECKING, Deque, Dict, Iterator, List, Optional, Tuple
 
-from ..pictures import PictureError, grab_screen
+from ..api.pictures import PictureError, grab_screen
+from ..api.steps import StepListener
 from ..protocol.transcript import Exchange, Step
-from ..steps import StepListener
 from .album import KEPT_BYTES, Album, Picture
 from .trace import RecordedStep, Trace
 from .widgets import TooSlow, WidgetLister
 
 if TYPE_CHECKING:
-    from ..app import App
+    from ..api.app import App
 
 KEPT_STEPS = 2000
 """Steps of a test that are recorded, the last ones."""

@@ -5,7 +5,7 @@ from __future__ import annotations
 import re
 from typing import Callable, Generic, List, Optional, Pattern, TypeVar, Union, overload
 
-from .errors import (
+from ..errors import (
     RETRYABLE_ERRORS,
     AmbiguousError,
     ConditionError,
@@ -14,8 +14,8 @@ from .errors import (
     ReplyError,
     WidgetNotFoundError,
 )
-from .protocol.waiting import Deadline, attempts
-from .protocol.wire import Value
+from ..protocol.waiting import Deadline, attempts
+from ..protocol.wire import Value
 from .steps import run_step
 from .widget import Widget
 from .window import Window

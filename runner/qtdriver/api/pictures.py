@@ -7,7 +7,7 @@ import re
 from pathlib import Path
 from typing import TYPE_CHECKING, Dict, Optional, Tuple
 
-from .errors import ProtocolError, QtDriverError
+from ..errors import ProtocolError, QtDriverError
 
 if TYPE_CHECKING:
     from PIL.Image import Image  # type: ignore[import]

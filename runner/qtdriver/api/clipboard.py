@@ -6,7 +6,7 @@ import os
 import subprocess
 from typing import Optional
 
-from .errors import QtDriverError
+from ..errors import QtDriverError
 
 _SECONDS = 5.0
 

@@ -5,11 +5,11 @@ from __future__ import annotations
 from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
+from ..errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
+from ..lookup.derived import button_name
+from ..lookup.explain import POPUP, checked_unique_path, list_tree
+from ..lookup.tree import Node, WidgetTree
 from .corners import refuse_corner_button
-from .errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
-from .lookup.derived import button_name
-from .lookup.explain import POPUP, checked_unique_path, list_tree
-from .lookup.tree import Node, WidgetTree
 from .menu import Menu
 from .mouse import repeatable
 from .steps import run_step

@@ -6,7 +6,7 @@ import time
 from contextlib import contextmanager
 from typing import TYPE_CHECKING, Iterator, Optional
 
-from .protocol.transcript import Step
+from ..protocol.transcript import Step
 
 if TYPE_CHECKING:
     from .app import App

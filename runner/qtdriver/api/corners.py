@@ -4,13 +4,13 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, List
 
-from .errors import CornerButtonError, ReplyError
-from .lookup.explain import checked_unique_path
-from .lookup.tree import Node, WidgetTree
-from .protocol.wire import Rect
+from ..errors import CornerButtonError, ReplyError
+from ..lookup.explain import checked_unique_path
+from ..lookup.tree import Node, WidgetTree
+from ..protocol.wire import Rect
 
 if TYPE_CHECKING:
-    from .protocol.connection import Connection
+    from ..protocol.connection import Connection
 
 _PRESSED = ("QAbstractButton", "QPushButton", "QToolButton", "QRadioButton", "QCheckBox", "QComboBox")
 """The classes, as the agent serves them, of what a click does something to."""

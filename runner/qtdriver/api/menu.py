@@ -4,10 +4,10 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
-from .errors import ProtocolError
-from .lookup.explain import explaining_item
+from ..errors import ProtocolError
+from ..lookup.explain import explaining_item
+from ..protocol.wire import Value
 from .mouse import repeatable
-from .protocol.wire import Value
 
 if TYPE_CHECKING:
     from .window import Window

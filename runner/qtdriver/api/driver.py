@@ -7,16 +7,16 @@ from functools import partial
 from pathlib import Path
 from typing import Dict, List, Mapping, Optional, Tuple
 
+from ..desktop import Desktop
+from ..errors import NoClientError
+from ..launch.processes import is_within
+from ..launch.starting import launch
+from ..protocol.channel import DEFAULT_TIMEOUT
+from ..protocol.closing import ClosedOnLeaving
+from ..protocol.reception import Reception
+from ..protocol.server import Server
+from ..protocol.waiting import Deadline
 from .app import DEFAULT_WAIT, App
-from .desktop import Desktop
-from .errors import NoClientError
-from .launch.processes import is_within
-from .launch.starting import launch
-from .protocol.channel import DEFAULT_TIMEOUT
-from .protocol.closing import ClosedOnLeaving
-from .protocol.reception import Reception
-from .protocol.server import Server
-from .protocol.waiting import Deadline
 from .steps import StepListener
 
 

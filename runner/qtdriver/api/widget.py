@@ -6,8 +6,7 @@ from contextlib import suppress
 from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, Type, TypeVar
 
-from .editing import refuse_without_editor
-from .errors import (
+from ..errors import (
     RETRYABLE_ERRORS,
     RETRYABLE_LOOKUPS,
     AmbiguousError,
@@ -17,13 +16,14 @@ from .errors import (
     ReplyError,
     WidgetNotFoundError,
 )
-from .lookup.explain import explaining_item
+from ..lookup.explain import explaining_item
+from ..protocol.wire import Argument, Rect, Value
+from .editing import refuse_without_editor
 from .mouse import GESTURES, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
-from .protocol.wire import Argument, Rect, Value
 
 if TYPE_CHECKING:
-    from .protocol.connection import Connection
+    from ..protocol.connection import Connection
     from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own

@@ -5,11 +5,11 @@ from __future__ import annotations
 from enum import IntFlag
 from typing import TYPE_CHECKING, Dict
 
-from .errors import CommandError, NoEditorError
-from .protocol.wire import encode_argument
+from ..errors import CommandError, NoEditorError
+from ..protocol.wire import encode_argument
 
 if TYPE_CHECKING:
-    from .protocol.connection import Connection
+    from ..protocol.connection import Connection
 
 _FOCUS_WIDGET = "FocusWidget"
 

@@ -8,7 +8,7 @@ from __future__ import annotations
 
 from typing import Sequence, Tuple, Union
 
-from .errors import UnsupportedTextError
+from ..errors import UnsupportedTextError
 
 Section = Union[str, int]
 """A row or column: the text of its header, or its number, the first being 1."""

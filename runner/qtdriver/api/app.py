@@ -7,17 +7,17 @@ from contextlib import contextmanager, suppress
 from pathlib import Path
 from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
-from . import endings
+from .. import endings
+from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
+from ..launch.process import GRACE_SECONDS, Process
+from ..lookup.explain import MODAL, POPUP, explain
+from ..protocol.closing import ClosedOnLeaving
+from ..protocol.connection import Connection
+from ..protocol.records import CursorWidget, WindowRecord
+from ..protocol.waiting import Deadline, retry
+from ..protocol.wire import Rect
 from .clipboard import read_clipboard
-from .errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
-from .launch.process import GRACE_SECONDS, Process
-from .lookup.explain import MODAL, POPUP, explain
 from .pictures import save_screenshot
-from .protocol.closing import ClosedOnLeaving
-from .protocol.connection import Connection
-from .protocol.records import CursorWidget, WindowRecord
-from .protocol.waiting import Deadline, retry
-from .protocol.wire import Rect
 from .steps import StepListener, run_step
 from .window import Window
 

@@ -5,10 +5,10 @@ from __future__ import annotations
 from contextlib import suppress
 from typing import TYPE_CHECKING, Callable, Dict, Literal, Optional, Tuple, TypeVar
 
-from .errors import HiddenError
+from ..errors import HiddenError
 
 if TYPE_CHECKING:
-    from .protocol.connection import Connection
+    from ..protocol.connection import Connection
 
 _Result = TypeVar("_Result")
 
