@@ -7,7 +7,7 @@ import pytest
 
 from qtdriver import NotFoundError
 from qtdriver.report.page import TestResult, write_page
-from qtdriver.report.recorder import Recorder
+from qtdriver.trace.recorder import Recorder
 
 from chromium import DOWN, ESCAPE, HOME, RIGHT, UP, browser, quiet  # noqa: F401 (fixtures)
 from showcase import running

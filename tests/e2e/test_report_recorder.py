@@ -8,9 +8,9 @@ import pytest
 from PIL import Image
 
 from qtdriver import ApplicationEndedError, ApplicationHangsError, WidgetNotFoundError, eventually
-from qtdriver.report import recorder as module
-from qtdriver.report.album import Album
-from qtdriver.report.recorder import Recorder
+from qtdriver.trace import recorder as module
+from qtdriver.trace.album import Album
+from qtdriver.trace.recorder import Recorder
 
 from showcase import running
 
@@ -220,7 +220,7 @@ def test_a_display_that_is_not_there_is_noted_once(recorded):
 
 
 def test_an_application_that_lists_slowly_is_asked_twice_and_then_no_more(recorded, monkeypatch):
-    from qtdriver.report import widgets
+    from qtdriver.trace import widgets
 
     monkeypatch.setattr(widgets, "SLOW_SECONDS", 0.0)
     trace = recorded(order)

@@ -11,7 +11,7 @@ import qtdriver
 from qtdriver import COMMANDS, CursorWidget, Greeting, Rect, Reply, WidgetRecord, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.protocol.commands import COMMAND_BY_NAME
-from qtdriver.commandline.readable import describe_reply
+from qtdriver.trace.readable import describe_reply
 from qtdriver.commandline.typed_line import to_request
 
 

@@ -9,9 +9,9 @@ from typing import Any, Callable, Iterable
 from ..api.app import App
 from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
 from ..protocol.wire import Reply
+from ..trace.readable import describe_commands, describe_reply
 from .arguments import verb_parser
 from .outcome import plain
-from .readable import describe_commands, describe_reply
 from .typed_line import to_request
 from .verbs import FAILURES, Verb, all_verbs, verb_named
 

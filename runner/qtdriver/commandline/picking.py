@@ -9,8 +9,8 @@ from ..api.app import App
 from ..api.window import Window
 from ..errors import CommandError, QtDriverError, ReplyError
 from ..protocol.waiting import Deadline, attempts
+from ..trace.readable import describe_value
 from .outcome import NOT_FOUND, Outcome, plain
-from .readable import describe_value
 from .verbs import Arguments, Verb, seconds
 
 _CLICK_SECONDS = 60.0

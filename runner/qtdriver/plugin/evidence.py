@@ -11,7 +11,7 @@ from ..api.app import App
 from ..api.driver import Driver
 from ..errors import ApplicationEndedError
 from ..launch.process import describe_exit
-from ..report.recorder import Recorder
+from ..trace.recorder import Recorder
 from . import folders
 from .bundle import write_bundle
 from .settings import TRACE_OFF, TRACE_ON, Settings

@@ -8,11 +8,11 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Dict, List
 
-from ..commandline.readable import describe_reply
 from ..errors import ProtocolError
 from ..protocol.commands import COMMAND_BY_NUMBER
 from ..protocol.transcript import Exchange, Step
 from ..protocol.wire import Reply, decode_hex
+from .readable import describe_reply
 
 TRACE_FILE = "trace.json"
 FORMAT = 1
