@@ -19,7 +19,7 @@ from .api.pictures import PictureError
 from .api.steps import StepListener
 from .api.widget import Widget
 from .api.window import Window
-from .desktop import Desktop, DesktopError
+from .desktop.desktop import Desktop, DesktopError
 from .errors import (
     AmbiguousError,
     AmbiguousWindowError,

@@ -12,7 +12,7 @@ import pytest
 
 from qtdriver import Desktop, DesktopError, PortInUseError, Server, eventually
 from qtdriver.launch import linux
-from qtdriver.desktop import SCRIPT
+from qtdriver.desktop.desktop import SCRIPT
 
 MARK = "QTDRIVER_TESTED_DESKTOP"
 TELL = 'echo "$DISPLAY"; echo "$XDG_RUNTIME_DIR"; echo $$; readlink /proc/self/ns/net; exec cat'
@@ -142,7 +142,7 @@ def test_where_the_port_is_taken_a_desktop_of_its_own_is_named_and_has_a_free_on
     with Server():
         with pytest.raises(PortInUseError) as caught:
             Server()
-        beside = run(environment, sys.executable, "-c", listen, str(SCRIPT.parents[1]))
+        beside = run(environment, sys.executable, "-c", listen, str(SCRIPT.parents[2]))
     assert str(caught.value).endswith(
         "or wait for its end. Where the system allows network namespaces, you can also run 'scripts/with-desktop.sh "
         "COMMAND' or 'qtdriver run --headless', which has a network of its own"

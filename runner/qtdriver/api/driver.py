@@ -7,7 +7,7 @@ from functools import partial
 from pathlib import Path
 from typing import Dict, List, Mapping, Optional, Tuple
 
-from ..desktop import Desktop
+from ..desktop.desktop import Desktop
 from ..errors import NoClientError
 from ..launch.processes import is_within
 from ..launch.starting import launch

@@ -12,9 +12,9 @@ import sys
 from pathlib import Path
 from typing import List
 
-from .. import desktop
 from ..api.app import App
 from ..api.driver import Driver
+from ..desktop import desktop
 from ..errors import QtDriverError
 from ..protocol.waiting import given_up_when
 from .control import STOP, ControlSocket, Request, socket_path

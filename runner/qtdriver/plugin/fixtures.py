@@ -8,7 +8,7 @@ from typing import Iterator, NamedTuple, Optional
 import pytest
 
 from ..api.driver import Driver
-from ..desktop import Desktop
+from ..desktop.desktop import Desktop
 from ..errors import PortInUseError
 from ..protocol.server import HOST, PORT, Server
 from .evidence import Evidence

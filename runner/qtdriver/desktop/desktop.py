@@ -7,7 +7,7 @@ import subprocess
 from pathlib import Path
 from typing import Dict, Optional
 
-from .errors import QtDriverError
+from ..errors import QtDriverError
 
 SCRIPT = Path(__file__).with_name("with-desktop.sh")
 """Runs a command on a desktop of its own, in a network namespace of its own."""
