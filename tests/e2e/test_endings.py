@@ -6,7 +6,8 @@ import subprocess
 
 import pytest
 
-from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver, endings
+from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver
+from qtdriver.errors import endings
 
 from showcase import running
 

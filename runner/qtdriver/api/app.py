@@ -7,8 +7,8 @@ from contextlib import contextmanager, suppress
 from pathlib import Path
 from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
-from .. import endings
 from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
+from ..errors import endings
 from ..launch.process import GRACE_SECONDS, Process
 from ..lookup.explain import MODAL, POPUP, explain
 from ..protocol.closing import ClosedOnLeaving

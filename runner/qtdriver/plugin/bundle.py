@@ -12,8 +12,8 @@ from pathlib import Path
 from typing import Callable, Dict, Iterable, List, Optional, Sequence
 
 from ..api.app import App
-from ..endings import last_windows
 from ..errors import QtDriverError
+from ..errors.endings import last_windows
 from ..launch.process import describe_exit
 from ..lookup.explain import MODAL, POPUP, describe_windows
 from ..protocol.records import WidgetRecord, WindowRecord

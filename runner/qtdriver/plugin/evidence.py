@@ -6,10 +6,10 @@ import time
 from pathlib import Path
 from typing import List, Optional
 
-from .. import endings
 from ..api.app import App
 from ..api.driver import Driver
 from ..errors import ApplicationEndedError
+from ..errors import endings
 from ..launch.process import describe_exit
 from ..trace.recorder import Recorder
 from . import folders

@@ -5,7 +5,7 @@ from __future__ import annotations
 import signal
 from typing import TYPE_CHECKING, List
 
-from .errors import (
+from ..errors import (
     ApplicationEndedError,
     ApplicationHangsError,
     ProtocolError,
@@ -13,16 +13,16 @@ from .errors import (
     ReplyError,
     RequestTimeout,
 )
-from .launch.process import describe_exit
-from .launch.processes import Descendant
-from .lookup.explain import describe_windows
-from .protocol.records import WindowRecord
-from .protocol.transcript import Exchange
-from .protocol.waiting import Deadline, attempts
-from .protocol.wire import Reply
+from ..launch.process import describe_exit
+from ..launch.processes import Descendant
+from ..lookup.explain import describe_windows
+from ..protocol.records import WindowRecord
+from ..protocol.transcript import Exchange
+from ..protocol.waiting import Deadline, attempts
+from ..protocol.wire import Reply
 
 if TYPE_CHECKING:
-    from .api.app import App
+    from ..api.app import App
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
