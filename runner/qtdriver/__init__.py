@@ -44,9 +44,10 @@ from .errors import (
     WidgetNotFoundError,
     WindowBlockedError,
 )
+from .errors.endings import describe_exit
 from .launch.agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
 from .launch.elf import ElfReaderMissingError
-from .launch.process import Process, describe_exit
+from .launch.process import Process
 from .launch.program import (
     ProgramError,
     ProgramNotExecutableError,

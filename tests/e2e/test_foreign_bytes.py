@@ -20,7 +20,7 @@ from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.trace.readable import describe_reply
 from qtdriver.launch import program
 from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
-from qtdriver.errors.endings import last_windows
+from qtdriver.lookup.explain import last_windows
 from qtdriver.protocol.lines import LineSocket
 from qtdriver.api.pictures import read_xpm
 from qtdriver.launch.qtversion import qt_major

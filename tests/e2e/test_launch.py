@@ -9,6 +9,7 @@ from pathlib import Path
 import pytest
 
 from qtdriver import (
+    App,
     EarlyExitError,
     NoGreetingError,
     describe_exit,
@@ -16,8 +17,8 @@ from qtdriver import (
     preload_environment,
 )
 from qtdriver.launch import linux
-from qtdriver.launch.starting import launch
 from qtdriver.launch.output import OutputTail
+from qtdriver.launch.starting import start as start_application
 from qtdriver.protocol.reception import Reception
 
 
@@ -28,7 +29,7 @@ def start(server, build):
 
     def call(command, **options):
         options.setdefault("start_timeout", 10)
-        return launch(command, reception=reception, qt=5, build=build, **options)
+        return App(*start_application(command, reception=reception, qt=5, build=build, **options))
 
     return call
 
@@ -125,7 +126,9 @@ def without_environment(note, *command):
 def test_a_program_that_clears_its_environment_is_ended_with_what_it_started(build, tmp_path, goes_on):
     note = tmp_path / "pids"
     with pytest.raises((NoGreetingError, EarlyExitError)):
-        launch(without_environment(note, goes_on, "1000"), reception=Impatience(note), qt=5, build=build)
+        start_application(
+            without_environment(note, goes_on, "1000"), reception=Impatience(note), qt=5, build=build
+        )
     assert [is_alive(int(pid)) for pid in note.read_text().split()] == [False, False]
 
 
@@ -180,7 +183,7 @@ def test_a_program_that_may_not_be_ended_is_told_and_not_waited_for(powerless, b
     note = tmp_path / "pid"
     command = ["/bin/sh", "-c", f"echo $$ >{note}; exec sleep 1000"]
     with pytest.raises(NoGreetingError) as caught:
-        launch(command, reception=Impatience(note), qt=5, build=build)
+        start_application(command, reception=Impatience(note), qt=5, build=build)
     pid = int(note.read_text())
     assert f"It could not be ended: process {pid} still runs" in str(caught.value)
     subprocess.run(["kill", "-KILL", str(pid)], check=True)

@@ -8,7 +8,6 @@ from pathlib import Path
 from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
 from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
-from ..errors import endings
 from ..launch.process import GRACE_SECONDS, Process
 from ..lookup.explain import MODAL, POPUP, explain
 from ..protocol.closing import ClosedOnLeaving
@@ -17,6 +16,7 @@ from ..protocol.records import CursorWidget, WindowRecord
 from ..protocol.waiting import Deadline, retry
 from ..protocol.wire import Rect
 from .clipboard import read_clipboard
+from .disconnection import ended_error, error_for
 from .pictures import save_screenshot
 from .steps import StepListener, run_step
 from .window import Window
@@ -175,7 +175,7 @@ class App(ClosedOnLeaving):
             yield
         except (ConnectionClosed, RequestTimeout) as error:
             self._end_is_known = True
-            raise endings.describe(self, error) from None
+            raise error_for(self, error) from None
 
     def wait_for_exit(self, timeout: Optional[float] = None) -> int:
         """Waits for the application to end by itself and answers its exit status, negative for a signal.
@@ -196,7 +196,7 @@ class App(ClosedOnLeaving):
         waited for it, not ended it, and no call of it has raised. None otherwise, and for one that came by itself.
         """
         status = None if self.process is None or self._end_is_known else self.process.status()
-        return endings.describe_end(self) if status else None
+        return ended_error(self) if status else None
 
     def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
         """Closes the connection and ends the application and everything that was started for it.

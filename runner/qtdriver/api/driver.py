@@ -10,7 +10,7 @@ from typing import Dict, List, Mapping, Optional, Tuple
 from ..desktop.desktop import Desktop
 from ..errors import NoClientError
 from ..launch.processes import is_within
-from ..launch.starting import launch
+from ..launch.starting import start
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.closing import ClosedOnLeaving
 from ..protocol.reception import Reception
@@ -92,18 +92,19 @@ class Driver(ClosedOnLeaving):
         Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError, EarlyExitError and
         NoGreetingError, each with the program's last output.
         """
-        app = launch(
+        surroundings = self._environment(environment, self._headless if headless is None else headless)
+        connection, process = start(
             [str(program), *arguments],
             reception=self._reception,
             qt=self._qt if qt is None else qt,
             build=self._build,
             start_timeout=self.start_timeout if start_timeout is None else start_timeout,
             request_timeout=self.request_timeout if request_timeout is None else request_timeout,
-            timeout=self.timeout if timeout is None else timeout,
-            environment=self._environment(environment, self._headless if headless is None else headless),
+            environment=surroundings,
             working_directory=working_directory,
         )
-        return self._taken(app)
+        seconds = self.timeout if timeout is None else timeout
+        return self._taken(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
 
     def attach(
         self,

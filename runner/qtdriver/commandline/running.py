@@ -11,7 +11,7 @@ from typing import ContextManager, Iterator, Optional, TextIO
 from ..api.app import App
 from ..api.driver import Driver
 from ..errors import QtDriverError
-from ..launch.process import describe_exit
+from ..errors.endings import describe_exit
 from .console import prompted_lines
 from .dialogue import Dialogue
 from .outcome import FAILED, OK

@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import os
-import signal
 import subprocess
 from typing import Optional
 
@@ -17,16 +16,6 @@ _LAST_WORDS = 20
 GRACE_SECONDS = 5.0
 _OUTPUT_SECONDS = 1.0
 _EXIT_SECONDS = 1.0
-
-
-def describe_exit(status: int) -> str:
-    """An exit status of subprocess in words: "exit status 3", or "signal SIGSEGV" for a negative one."""
-    if status >= 0:
-        return f"exit status {status}"
-    try:
-        return f"signal {signal.Signals(-status).name}"
-    except ValueError:
-        return f"signal {-status}"
 
 
 class Process:

@@ -5,16 +5,16 @@ from __future__ import annotations
 import os
 import subprocess
 from pathlib import Path
-from typing import Dict, Mapping, Optional, Sequence
+from typing import Dict, Mapping, Optional, Sequence, Tuple
 
-from ..api.app import DEFAULT_WAIT, App
 from ..errors import QtDriverError
+from ..errors.endings import describe_exit
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.connection import Connection
 from ..protocol.reception import Reception
 from ..protocol.waiting import Deadline
 from .agent import agent_library, require_same_architecture
-from .process import Process, describe_exit
+from .process import Process
 from .program import ProgramNotExecutableError, find_program
 from .qtversion import qt_major
 from .supervision import Custody
@@ -74,7 +74,7 @@ def preload_environment(library: Path, environment: Optional[Mapping[str, str]] 
     return result
 
 
-def launch(
+def start(
     command: Sequence[str],
     *,
     reception: Reception,
@@ -82,16 +82,15 @@ def launch(
     build: Optional[Path] = None,
     start_timeout: float = DEFAULT_TIMEOUT,
     request_timeout: float = DEFAULT_TIMEOUT,
-    timeout: float = DEFAULT_WAIT,
     environment: Optional[Mapping[str, str]] = None,
     working_directory: "Optional[Path | str]" = None,
-) -> App:
+) -> Tuple[Connection, Process]:
     """Starts `command`, program and arguments, with the agent inside, and waits until the agent has greeted.
 
     `reception` listens already: the agent looks for its server once. `qt` is the application's Qt major; None finds it
     out from the program's libraries. `build` is the folder with the agents (see agent_library()). `start_timeout` is
-    how long the greeting may take, `request_timeout` how long each request may, `timeout` how long calls wait for
-    windows and widgets, all in seconds. `environment` is for the application, by default that of this process.
+    how long the greeting may take, `request_timeout` how long each request may, both in seconds. `environment` is for
+    the application, by default that of this process.
 
     Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError. Everything
     that was started is ended then.
@@ -109,7 +108,7 @@ def launch(
     except BaseException:
         process.terminate()
         raise
-    return App(connection, process, timeout=timeout, display=environment.get("DISPLAY"))
+    return connection, process
 
 
 def _start(

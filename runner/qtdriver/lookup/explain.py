@@ -19,6 +19,8 @@ from ..errors import (
 )
 from ..protocol.connection import Connection
 from ..protocol.records import WindowRecord
+from ..protocol.transcript import Exchange
+from ..protocol.wire import Reply
 from .derived import probe_derived_names
 from .tree import UNKNOWN, Node, WidgetTree
 
@@ -51,6 +53,25 @@ def describe_windows(windows: Iterable[WindowRecord]) -> List[str]:
     """A line for each window, indented; one line that says so when there are none."""
     lines = [f'  "{window.title}" ({_kind(window)})' for window in windows]
     return lines or ["  (no visible window)"]
+
+
+def last_windows(exchanges: Sequence[Exchange]) -> List[WindowRecord]:
+    """The windows of the last listing in a transcript; none if there is no listing."""
+    for exchange in reversed(exchanges):
+        if exchange.request == "1" and exchange.reply is not None:
+            return _parse(exchange.reply)
+    return []
+
+
+def _parse(line: str) -> List[WindowRecord]:
+    windows = []
+    try:
+        items = Reply.parse(line).value()
+        for item in items if isinstance(items, tuple) else ():
+            windows.append(WindowRecord.parse(item))
+    except (ProtocolError, ReplyError):
+        pass  # the transcript cuts long replies: what is whole is told
+    return windows
 
 
 def _kind(window: WindowRecord) -> str:

@@ -13,9 +13,8 @@ from typing import Callable, Dict, Iterable, List, Optional, Sequence
 
 from ..api.app import App
 from ..errors import QtDriverError
-from ..errors.endings import last_windows
-from ..launch.process import describe_exit
-from ..lookup.explain import MODAL, POPUP, describe_windows
+from ..errors.endings import describe_exit
+from ..lookup.explain import MODAL, POPUP, describe_windows, last_windows
 from ..protocol.records import WidgetRecord, WindowRecord
 from ..protocol.waiting import Deadline
 from ..protocol.wire import LIST_MARK

@@ -7,10 +7,10 @@ from pathlib import Path
 from typing import List, Optional
 
 from ..api.app import App
+from ..api.disconnection import ended_error
 from ..api.driver import Driver
 from ..errors import ApplicationEndedError
-from ..errors import endings
-from ..launch.process import describe_exit
+from ..errors.endings import describe_exit
 from ..trace.recorder import Recorder
 from . import folders
 from .bundle import write_bundle
@@ -116,4 +116,4 @@ def _crash(app: App) -> Optional[ApplicationEndedError]:
     status = None if app.process is None else app.process.status()
     if status is None or describe_exit(status).rpartition(" ")[2] not in _CRASHES:
         return None
-    return endings.describe_end(app)
+    return ended_error(app)
