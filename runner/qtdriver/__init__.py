@@ -11,57 +11,65 @@ from .api.addresses import (
     tree_row,
 )
 from .api.app import App
-from .api.clipboard import ClipboardError
 from .api.driver import Driver
 from .api.expect import eventually
 from .api.menu import Menu
-from .api.pictures import PictureError
 from .api.steps import StepListener
 from .api.widget import Widget
 from .api.window import Window
-from .desktop.desktop import Desktop, DesktopError
+from .desktop.desktop import Desktop
 from .errors import (
+    AgentNotBuiltError,
+    AgentPathError,
     AmbiguousError,
     AmbiguousWindowError,
     ApplicationEndedError,
     ApplicationHangsError,
+    ArchitectureError,
     ClientRefusedError,
+    ClipboardError,
     CommandError,
     ConditionError,
     ConnectionClosed,
     CornerButtonError,
+    DesktopError,
+    EarlyExitError,
+    ElfReaderMissingError,
     HiddenError,
     NoClientError,
     NoEditorError,
+    NoGreetingError,
+    NoQtError,
+    NoWidgetsError,
     NotFoundError,
     NotVisibleError,
+    PeerReaderMissingError,
+    PictureError,
     PortInUseError,
+    ProgramError,
+    ProgramNotExecutableError,
+    ProgramNotFoundError,
     ProtocolError,
     QtDriverError,
     ReplyError,
     RequestTimeout,
+    ScriptProgramError,
+    StaticProgramError,
+    StaticQtError,
+    UnknownFormatError,
     UnsupportedTextError,
     WidgetNotFoundError,
     WindowBlockedError,
 )
 from .errors.endings import describe_exit
-from .launch.agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
-from .launch.elf import ElfReaderMissingError
+from .launch.agent import agent_library, default_build
 from .launch.process import Process
-from .launch.program import (
-    ProgramError,
-    ProgramNotExecutableError,
-    ProgramNotFoundError,
-    ScriptProgramError,
-    UnknownFormatError,
-)
-from .launch.qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
-from .launch.starting import EarlyExitError, NoGreetingError, preload_environment
+from .launch.qtversion import qt_major
+from .launch.starting import preload_environment
 from .lookup.tree import Node, WidgetTree
 from .protocol.commands import COMMANDS, Answer, Command, Section
 from .protocol.connection import Connection
 from .protocol.greeting import Greeting
-from .protocol.peers import PeerReaderMissingError
 from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
 from .protocol.server import HOST, PORT, Server
 from .protocol.transcript import Exchange, Step, Transcript

@@ -18,7 +18,6 @@ from hypothesis import strategies as st
 from qtdriver import CursorWidget, Exchange, Greeting, Rect, Reply, WidgetRecord, WidgetTree, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.trace.readable import describe_reply
-from qtdriver.launch import program
 from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
 from qtdriver.lookup.explain import last_windows
 from qtdriver.protocol.lines import LineSocket
@@ -201,7 +200,7 @@ def check_elf(path):
     elf = read_or_refused(read_elf, path, ValueError)
     assert elf is None or isinstance(elf, ElfFile)
     read_or_refused(contains_qt_widgets, path, ValueError)
-    read_or_refused(functools.partial(qt_major, environment={}), path, program.ProgramError)
+    read_or_refused(functools.partial(qt_major, environment={}), path, errors.ProgramError)
 
 
 @made_up(120)

@@ -229,3 +229,21 @@ def test_every_public_error_can_be_imported_from_the_package():
         if isinstance(value, type) and value.__module__ == errors.__name__
     }
     assert public and public <= set(qtdriver.__all__)
+
+
+def test_the_tree_at_the_top_of_the_errors_is_that_of_the_classes():
+    _, _, tree = errors.__doc__.partition("\n\n")
+    above = []
+    for line in tree.split("\n\n")[0].splitlines():
+        depth = (len(line) - len(line.lstrip())) // 4 - 1
+        kind = getattr(errors, line.split()[0])
+        if depth:
+            assert above[depth - 1] in kind.__bases__
+        above[depth:] = [kind]
+        assert kind.__doc__
+    told = {line.split()[0] for line in tree.split("\n\n")[0].splitlines()}
+    assert told == {name for name, value in vars(errors).items() if isinstance(value, type)}
+
+
+def test_tracebacks_name_an_error_as_it_is_imported():
+    assert errors.WidgetNotFoundError.__module__ == errors.EarlyExitError.__module__ == "qtdriver.errors"

@@ -6,13 +6,9 @@ import os
 import subprocess
 from typing import Optional
 
-from ..errors import QtDriverError
+from ..errors import ClipboardError
 
 _SECONDS = 5.0
-
-
-class ClipboardError(QtDriverError):
-    """The clipboard cannot be read."""
 
 
 def read_clipboard(display: Optional[str] = None) -> str:

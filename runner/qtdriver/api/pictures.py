@@ -7,7 +7,7 @@ import re
 from pathlib import Path
 from typing import TYPE_CHECKING, Dict, Optional, Tuple
 
-from ..errors import ProtocolError, QtDriverError
+from ..errors import PictureError, ProtocolError
 
 if TYPE_CHECKING:
     from PIL.Image import Image  # type: ignore[import]
@@ -15,10 +15,6 @@ if TYPE_CHECKING:
 _XPM_STRING = re.compile(r'"([^"]*)"')
 _COLOUR = re.compile(r"\bc\s+(\S+)")
 _CLEAR = (0, 0, 0, 0)
-
-
-class PictureError(QtDriverError):
-    """There is no picture, or Pillow, which makes them, is missing."""
 
 
 def grab_screen(display: Optional[str] = None) -> "Image":

@@ -5,23 +5,23 @@ from __future__ import annotations
 from pathlib import Path
 from typing import Iterator, Optional, Tuple, Type
 
-from ..errors import QtDriverError
-from ..launch.agent import (
+from ..errors import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
-    agent_library,
-    require_same_architecture,
-)
-from ..launch.elf import ElfReaderMissingError
-from ..launch.program import (
+    ElfReaderMissingError,
+    NoQtError,
+    NoWidgetsError,
     ProgramNotExecutableError,
     ProgramNotFoundError,
+    QtDriverError,
     ScriptProgramError,
+    StaticProgramError,
     UnknownFormatError,
-    find_program,
 )
-from ..launch.qtversion import NoQtError, NoWidgetsError, StaticProgramError, qt_major
+from ..launch.agent import agent_library, require_same_architecture
+from ..launch.program import find_program
+from ..launch.qtversion import qt_major
 from .finding import Finding
 
 MOVE_BUILD = "move the build folder to a path without them, or name another one with --build DIR"

@@ -10,8 +10,8 @@ import sys
 from pathlib import Path
 from typing import Any, Callable, Iterator, List, Optional
 
-from ..errors import PortInUseError, QtDriverError
-from ..launch.agent import QT_MAJORS, AgentNotBuiltError, AgentPathError, agent_library
+from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
+from ..launch.agent import QT_MAJORS, agent_library
 from ..protocol.server import HOST, PORT, Server
 from .application_check import MOVE_BUILD, check_application
 from .finding import Finding

@@ -20,6 +20,7 @@ from ..errors import (
     WidgetNotFoundError,
     WindowBlockedError,
 )
+from ..errors.commandline import NoApplicationError, UsageError
 from ..protocol.wire import Rect
 
 OK, FAILED, USAGE, NOT_FOUND, AMBIGUOUS, BLOCKED, NO_APPLICATION, HANGS = range(8)
@@ -38,14 +39,6 @@ EXIT_STATUSES = (
     (INTERRUPTED, "interrupted"),
     (128 + signal.SIGTERM, "terminated (SIGTERM)"),
 )
-
-
-class UsageError(QtDriverError, ValueError):
-    """The command line is wrong."""
-
-
-class NoApplicationError(QtDriverError):
-    """There is no application that the command could talk to."""
 
 
 _STATUS_OF: Tuple[Tuple[Type[QtDriverError], int], ...] = (

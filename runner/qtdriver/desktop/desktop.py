@@ -7,7 +7,7 @@ import subprocess
 from pathlib import Path
 from typing import Dict, Optional
 
-from ..errors import QtDriverError
+from ..errors import DesktopError
 
 SCRIPT = Path(__file__).with_name("with-desktop.sh")
 """Runs a command on a desktop of its own, in a network namespace of its own."""
@@ -23,10 +23,6 @@ def environment_for_own_network() -> Dict[str, str]:
     Where the system has no namespaces the script has noted that, and its runs take turns: that stays.
     """
     return {name: value for name, value in os.environ.items() if (name, value) != (_NAMESPACE, "1")}
-
-
-class DesktopError(QtDriverError):
-    """The X server or the window manager could not be started."""
 
 
 class Desktop:

@@ -5,7 +5,7 @@ from __future__ import annotations
 import signal
 from typing import Sequence
 
-from . import ApplicationEndedError, ApplicationHangsError, RequestTimeout
+from .connection import ApplicationEndedError, ApplicationHangsError, RequestTimeout
 
 
 def describe_exit(status: int) -> str:

@@ -5,24 +5,11 @@ from __future__ import annotations
 from pathlib import Path
 from typing import Optional
 
-from ..errors import QtDriverError
+from ..errors import AgentNotBuiltError, AgentPathError, ArchitectureError
 from .elf import read_elf
-from .program import ProgramError
 
 QT_MAJORS = (4, 5, 6)
 _CHECKOUT = Path(__file__).resolve().parents[3]
-
-
-class AgentNotBuiltError(QtDriverError):
-    """There is no agent for the Qt of the application."""
-
-
-class AgentPathError(QtDriverError):
-    """The agent's path cannot be written into LD_PRELOAD."""
-
-
-class ArchitectureError(ProgramError):
-    """The application and the agent are made for different processors."""
 
 
 def checkout_file(relative: str) -> Optional[Path]:

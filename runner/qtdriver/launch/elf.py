@@ -10,23 +10,13 @@ from functools import lru_cache
 from pathlib import Path
 from typing import Any, Iterator, Optional, Tuple
 
-from ..errors import QtDriverError
+from ..errors import ElfReaderMissingError
 
 ELF_MAGIC = b"\x7fELF"
 _SYMBOL_NAMES = (".strtab", ".dynstr")
 _NAMES_OF_QT_SYMBOLS = (b"\0_ZN7QWidget", b"\0qVersion\0")
 # A text of the constructor of QWidget that every Qt has; it survives stripping.
 _WARNING_OF_QWIDGET = b"QWidget: Must construct a QApplication before"
-
-
-class ElfReaderMissingError(QtDriverError):
-    """The Python package that reads ELF files is not installed."""
-
-    def __init__(self) -> None:
-        super().__init__(
-            "finding out which Qt a program links needs pyelftools, which is not installed: install it "
-            "(Debian: python3-pyelftools), or name the Qt version with --qt N"
-        )
 
 
 @dataclass(frozen=True)

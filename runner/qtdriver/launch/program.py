@@ -6,28 +6,8 @@ import os
 import shutil
 from pathlib import Path
 
-from ..errors import QtDriverError
+from ..errors import ProgramNotExecutableError, ProgramNotFoundError, ScriptProgramError, UnknownFormatError
 from .elf import is_elf
-
-
-class ProgramError(QtDriverError):
-    """Base of the reasons why a program cannot be started with the agent inside."""
-
-
-class ProgramNotFoundError(ProgramError):
-    """No file has the name of the program."""
-
-
-class ProgramNotExecutableError(ProgramError):
-    """The file of the program cannot be executed."""
-
-
-class ScriptProgramError(ProgramError):
-    """The program is a script: which Qt it uses shows only in the program that it starts."""
-
-
-class UnknownFormatError(ProgramError):
-    """The program is neither an ELF program nor a script."""
 
 
 def find_program(name: str) -> Path:

@@ -8,28 +8,20 @@ from collections import deque
 from pathlib import Path
 from typing import Iterator, Mapping, Optional
 
+from ..errors import (
+    NoQtError,
+    NoWidgetsError,
+    ProgramError,
+    StaticProgramError,
+    StaticQtError,
+    UnknownFormatError,
+)
 from .elf import contains_qt_widgets
 from .libraries import LoadedFile, find_library, load_program
-from .program import ProgramError, UnknownFormatError, require_elf
+from .program import require_elf
 
 _QT_LIBRARY = re.compile(r"libQt\d*[A-Z]\w*\.so\.\d+")
 _WIDGETS_LIBRARIES = {"libQtGui.so.4": 4, "libQt5Widgets.so.5": 5, "libQt6Widgets.so.6": 6}
-
-
-class StaticProgramError(ProgramError):
-    """The program is statically linked: nothing can be loaded into it."""
-
-
-class StaticQtError(StaticProgramError):
-    """Qt is inside the program itself: the agent, which brings the Qt libraries, would meet a second Qt."""
-
-
-class NoWidgetsError(ProgramError):
-    """The program links Qt, but not Qt's widgets."""
-
-
-class NoQtError(ProgramError):
-    """The program links no Qt."""
 
 
 def qt_major(program: Path, environment: Optional[Mapping[str, str]] = None) -> int:

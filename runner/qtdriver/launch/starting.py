@@ -7,63 +7,16 @@ import subprocess
 from pathlib import Path
 from typing import Dict, Mapping, Optional, Sequence, Tuple
 
-from ..errors import QtDriverError
-from ..errors.endings import describe_exit
+from ..errors import EarlyExitError, NoGreetingError, ProgramNotExecutableError
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.connection import Connection
 from ..protocol.reception import Reception
 from ..protocol.waiting import Deadline
 from .agent import agent_library, require_same_architecture
 from .process import Process
-from .program import ProgramNotExecutableError, find_program
+from .program import find_program
 from .qtversion import qt_major
 from .supervision import Custody
-
-
-class EarlyExitError(QtDriverError):
-    """The application ended before its agent greeted.
-
-    Attributes:
-        status: the exit status, negative for a signal.
-    """
-
-    def __init__(self, program: str, status: int, last_words: str, others: str = "") -> None:
-        """`others` tells who else has connected."""
-        hint = ""
-        if status == 0:
-            hint = (
-                ". If it started the application and left, name the application itself; if it handed over to "
-                "an instance that was running already, end that one"
-            )
-        output = f"; its last output:\n{last_words}" if last_words else ", without any output"
-        super().__init__(
-            f"{program} ended ({describe_exit(status)}) before its agent connected{hint}{output}{others}"
-        )
-        self.status = status
-
-
-class NoGreetingError(QtDriverError):
-    """The application runs, but its agent has not greeted in time. It has been ended, if this user may do that."""
-
-    def __init__(
-        self,
-        program: str,
-        timeout: float,
-        last_words: str,
-        remaining: Optional[int] = None,
-        others: str = "",
-    ) -> None:
-        """`remaining` is the process that could not be ended; `others` tells who else has connected."""
-        end = "It was ended"
-        if remaining is not None:
-            end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
-        output = f"; its last output:\n{last_words}" if last_words else ""
-        super().__init__(
-            f"{program} runs, but its agent has not connected within {timeout:g} seconds. Is it a Qt widgets "
-            "application, of the Qt version given with --qt? Does it show a display error, wait for "
-            "something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
-            f"is dropped then), or need longer (--timeout)? {end}{output}{others}"
-        )
 
 
 def preload_environment(library: Path, environment: Optional[Mapping[str, str]] = None) -> Dict[str, str]:

@@ -7,20 +7,10 @@ import pwd
 import socket
 from typing import Any, Optional
 
-from ..errors import ConnectionClosed, QtDriverError
+from ..errors import ConnectionClosed, PeerReaderMissingError
 from .tcptable import Address, plain_host, tcp_sockets
 
 _KNOWN_USERS = "/proc/self/uid_map"
-
-
-class PeerReaderMissingError(QtDriverError):
-    """The Python package that tells which process has a socket is not installed."""
-
-    def __init__(self) -> None:
-        super().__init__(
-            "finding out which process has connected needs psutil, which is not installed: install it "
-            "(Debian: python3-psutil)"
-        )
 
 
 class Peer:

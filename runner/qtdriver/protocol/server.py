@@ -5,7 +5,7 @@ from __future__ import annotations
 import errno
 import socket
 import time
-from typing import Callable, Optional
+from typing import Callable
 
 from ..errors import ClientRefusedError, ConnectionClosed, NoClientError, PortInUseError, QtDriverError
 from .channel import DEFAULT_TIMEOUT

@@ -7,7 +7,7 @@ from contextlib import contextmanager
 from contextvars import ContextVar
 from typing import Callable, Iterator, Tuple, Type, TypeVar
 
-from ..errors import QtDriverError
+from ..errors.internal import GivenUpError
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -19,10 +19,6 @@ _GROWTH = 1.5
 _LONGEST_PAUSE = 0.1
 
 _is_given_up: "ContextVar[Callable[[], bool]]" = ContextVar("is_given_up", default=lambda: False)
-
-
-class GivenUpError(QtDriverError):
-    """Nobody waits for the result any more."""
 
 
 @contextmanager

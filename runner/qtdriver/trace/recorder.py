@@ -11,12 +11,14 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import TYPE_CHECKING, Deque, Dict, Iterator, List, Optional, Tuple
 
-from ..api.pictures import PictureError, grab_screen
+from ..api.pictures import grab_screen
 from ..api.steps import StepListener
+from ..errors import PictureError
+from ..errors.internal import TooSlow
 from ..protocol.transcript import Exchange, Step
 from .album import KEPT_BYTES, Album, Picture
 from .trace import RecordedStep, Trace
-from .widgets import TooSlow, WidgetLister
+from .widgets import WidgetLister
 
 if TYPE_CHECKING:
     from ..api.app import App

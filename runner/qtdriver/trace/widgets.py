@@ -8,6 +8,7 @@ from contextlib import contextmanager
 from typing import Iterator, List
 
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
+from ..errors.internal import TooSlow
 from ..lookup.explain import POPUP
 from ..protocol.connection import Connection
 from ..protocol.records import WidgetRecord, WindowRecord
@@ -25,10 +26,6 @@ PAINT_SECONDS = 0.01
 """Qt paints a change 5 ms later, with all that changes meanwhile; this leaves its timer as much again."""
 
 _STRIKES = 2
-
-
-class TooSlow(QtDriverError):
-    """The application does not answer quickly enough to be asked after each step."""
 
 
 class WidgetLister:
