@@ -13,7 +13,7 @@ import pytest
 
 from qtdriver import Desktop, Server, eventually
 from qtdriver.launch import linux
-from qtdriver.commandline.listeners import listener_of
+from qtdriver.protocol.peers import describe_listener
 
 MARK = "QTDRIVER_TESTED_DOCTOR"
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
@@ -101,7 +101,7 @@ def test_without_namespaces_a_taken_port_can_only_be_waited_for(examine, refusin
 
 
 def test_nobody_listens_on_a_free_port():
-    assert listener_of(4242) is None
+    assert describe_listener(4242) is None
 
 
 def test_a_display_that_is_not_there_is_a_problem(examine):

@@ -24,6 +24,8 @@ from qtdriver import (
     Server,
     eventually,
 )
+from qtdriver.launch.supervision import is_within
+from qtdriver.protocol.peers import describe_process
 from qtdriver.protocol.reception import Reception
 from qtdriver.protocol.waiting import Deadline
 
@@ -280,6 +282,21 @@ def test_without_the_package_that_tells_who_connects_it_is_named(server, monkeyp
         with pytest.raises(PeerReaderMissingError, match="needs psutil.*python3-psutil"):
             server.accept(30)
         assert is_lost(client)
+
+
+def test_a_process_is_within_those_that_have_started_it():
+    with subprocess.Popen(["/bin/sh", "-c", "sleep 100 & echo $!; wait"], stdout=subprocess.PIPE) as shell:
+        sleep = int(shell.stdout.readline())
+        assert is_within(os.getpid(), sleep) and is_within(shell.pid, sleep) and is_within(sleep, sleep)
+        assert not is_within(sleep, shell.pid)
+        os.kill(sleep, signal.SIGKILL)
+        shell.kill()
+
+
+@pytest.mark.parametrize("pid", [2**31, 9_999_999_999])
+def test_a_process_that_there_cannot_be_is_told_by_its_number(pid):
+    assert describe_process(pid) == f"process {pid}"
+    assert not is_within(os.getpid(), pid)
 
 
 def test_no_argument_of_a_process_tells_what_marks_a_launch(driver, fake_agent):

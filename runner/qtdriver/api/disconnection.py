@@ -2,13 +2,11 @@
 
 from __future__ import annotations
 
-import signal
 from typing import TYPE_CHECKING
 
 from ..errors import ApplicationEndedError, ApplicationHangsError, QtDriverError, RequestTimeout, endings
-from ..launch.processes import Descendant
+from ..launch.supervision import end_foreign_process
 from ..lookup.explain import describe_windows, last_windows
-from ..protocol.waiting import Deadline, attempts
 
 if TYPE_CHECKING:
     from .app import App
@@ -58,15 +56,4 @@ def _end_process(app: "App") -> bool:
         return app.process.has_ended()
     if app.connection.process is None:
         return False  # which process it is only its greeting says: it could be any
-    try:
-        process = Descendant(app.connection.process)
-        for number in (signal.SIGTERM, signal.SIGKILL):
-            process.send_signal(number)
-            for _ in attempts(Deadline(_GRACE_SECONDS)):
-                if not process.is_alive():
-                    return True
-        return False
-    except ProcessLookupError:
-        return True
-    except PermissionError:
-        return False
+    return end_foreign_process(app.connection.process, _GRACE_SECONDS)

@@ -9,8 +9,8 @@ from typing import Dict, List, Mapping, Optional, Tuple
 
 from ..desktop.desktop import Desktop
 from ..errors import NoClientError
-from ..launch.processes import is_within
 from ..launch.starting import start
+from ..launch.supervision import is_within
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.closing import ClosedOnLeaving
 from ..protocol.reception import Reception

@@ -12,10 +12,10 @@ from typing import Any, Callable, Iterator, List, Optional
 
 from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
 from ..launch.agent import QT_MAJORS, agent_library
+from ..protocol.peers import describe_listener
 from ..protocol.server import HOST, PORT, Server
 from .application_check import MOVE_BUILD, check_application
 from .finding import Finding
-from .listeners import listener_of
 from .outcome import FAILED, OK, Outcome
 
 _MARKS = {"ok": "ok     ", "note": "note   ", "problem": "PROBLEM"}
@@ -113,7 +113,7 @@ def _port(_: Optional[Path]) -> Iterator[Finding]:
     try:
         Server().close()
     except PortInUseError:
-        owner = listener_of(PORT)
+        owner = describe_listener(PORT)
         yield Finding(
             f"port {PORT}",
             "problem",

@@ -1,9 +1,11 @@
-"""The processes of one launch, and how they are ended. As a program: ends them when its parent is gone.
+"""The processes of one launch on Linux, and how they are ended. As a program: ends them when its parent is gone.
+
+What supervision needs of an operating system is here: `Launch`, and this file as the watchman.
 
 Started as `linux.py NAME`, it waits for the end of its standard input, which comes with the end of the process that
 started it, however that ends. What it reads until then is the value, and the session of the launch if the program was
 started, a line each. The value is no argument: every user can read those, and pass for a process of the launch.
-Stands on the standard library alone, so that it starts quickly.
+Stands on the standard library alone, so that it starts quickly, with any Python and whatever is installed.
 """
 
 from __future__ import annotations
@@ -58,7 +60,7 @@ class Launch(NamedTuple):
     value: str
     session: Optional[int] = None
 
-    def holds(self, pid: int) -> bool:
+    def owns(self, pid: int) -> bool:
         """Whether this living process belongs to the launch."""
         if self.session is not None and session_of(pid) == self.session:
             return True
@@ -67,7 +69,7 @@ class Launch(NamedTuple):
     def processes(self) -> Iterator[int]:
         """All of them, the calling process left out."""
         for entry in os.listdir("/proc"):
-            if entry.isdigit() and int(entry) != os.getpid() and self.holds(int(entry)):
+            if entry.isdigit() and int(entry) != os.getpid() and self.owns(int(entry)):
                 yield int(entry)
 
     def end(self, grace: float) -> None:

@@ -8,7 +8,7 @@ from typing import Optional
 
 from ..protocol.waiting import Deadline, attempts
 from .output import OutputTail
-from .supervision import Custody
+from .supervision import LaunchedProcesses
 
 _LAST_WORDS = 20
 """Lines of output that a message quotes."""
@@ -25,25 +25,25 @@ class Process:
         pid: its id.
         output: the end of its standard output.
         errors: the end of its standard error.
-        custody: knows what else was started for it.
+        launched: the process, and what was started for it in turn.
     """
 
-    def __init__(self, popen: "subprocess.Popen[bytes]", custody: Custody) -> None:
+    def __init__(self, popen: "subprocess.Popen[bytes]", launched: LaunchedProcesses) -> None:
         """Takes over `popen`, whose standard output and error are pipes and which leads a session, and everything in
-        `custody`."""
+        `launched`."""
         assert popen.stdout is not None and popen.stderr is not None
         self._popen = popen
         self.pid = popen.pid
         self.output = OutputTail(popen.stdout)
         self.errors = OutputTail(popen.stderr)
-        self.custody = custody
-        custody.take_session(popen.pid)
+        self.launched = launched
+        launched.set_session_leader(popen.pid)
 
     def status(self) -> Optional[int]:
         """The exit status, negative for a signal; None while the process runs."""
         if self._popen.returncode is not None:
             return self._popen.returncode
-        try:  # to look only: custody asks not to reap it before everything is ended
+        try:  # to look only: it is not to be reaped before everything is ended
             ended = os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT)
         except ChildProcessError:  # somebody else has reaped it
             return self._popen.poll()
@@ -60,7 +60,7 @@ class Process:
 
     def has_ended(self) -> bool:
         """Whether it has ended, and with it everything that it started."""
-        return self.status() is not None and not self.custody.has_any()
+        return self.status() is not None and not self.launched.has_any()
 
     def last_words(self) -> str:
         """The last lines of standard error, of standard output when there are none; empty without output."""
@@ -75,7 +75,7 @@ class Process:
 
         Answers its exit status; None if it still runs, because this user may not end it.
         """
-        self.custody.end(grace)
+        self.launched.end(grace)
         try:
             return self._popen.wait(_EXIT_SECONDS)
         except subprocess.TimeoutExpired:

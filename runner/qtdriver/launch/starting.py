@@ -16,7 +16,7 @@ from .agent import agent_library, require_same_architecture
 from .process import Process
 from .program import find_program
 from .qtversion import qt_major
-from .supervision import Custody
+from .supervision import LaunchedProcesses
 
 
 def preload_environment(library: Path, environment: Optional[Mapping[str, str]] = None) -> Dict[str, str]:
@@ -70,22 +70,22 @@ def _start(
     environment: Mapping[str, str],
     working_directory: "Optional[Path | str]",
 ) -> Process:
-    custody = Custody()
+    launched = LaunchedProcesses()
     try:
         popen = subprocess.Popen(
             [str(program), *command[1:]],
-            env=custody.environment(environment),
+            env=launched.environment(environment),
             cwd=working_directory,
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             bufsize=0,
-            start_new_session=True,  # by which custody knows what clears its environment
+            start_new_session=True,  # by which what clears its environment is known
         )
     except OSError as error:
-        custody.end(0)
+        launched.end(0)
         raise ProgramNotExecutableError(f"{program} cannot be executed: {error.strerror}") from error
-    return Process(popen, custody)
+    return Process(popen, launched)
 
 
 def _wait_for_greeting(
@@ -93,7 +93,7 @@ def _wait_for_greeting(
 ) -> Connection:
     """The first agent of the process that was started, or of one that it has started in turn."""
     connection = reception.wait_for(
-        process.custody.holds,
+        process.launched.owns,
         Deadline(timeout),
         request_timeout,
         given_up=process.has_ended,

@@ -1,4 +1,4 @@
-"""Who has connected, as the system knows it: what a greeting says of itself proves nothing."""
+"""Who has connected, and who listens, as the system knows it: what a greeting says of itself proves nothing."""
 
 from __future__ import annotations
 
@@ -22,7 +22,7 @@ class Peer:
 
     def __init__(self, connected: socket.socket) -> None:
         """Raises ConnectionClosed when this machine has no process at the other end, and PeerReaderMissingError."""
-        self._psutil = _psutil()
+        self._psutil = load_psutil()
         self._local: Address = connected.getpeername()[:2]
         self._remote: Address = connected.getsockname()[:2]
         ends = (end for end in tcp_sockets() if (end.local, end.remote) == (self._local, self._remote))
@@ -81,11 +81,8 @@ def describe_process(pid: Optional[int]) -> str:
     """A process with its name, for a person; None is one that cannot be seen."""
     if pid is None:
         return "a process that cannot be seen from here"
-    try:
-        with open(f"/proc/{pid}/comm", encoding="utf-8", errors="replace") as file:
-            return f"process {pid} ({file.read().strip()})"
-    except OSError:
-        return f"process {pid}"
+    name = _process_name(pid)
+    return f"process {pid} ({name})" if name else f"process {pid}"
 
 
 def _users_are_told_apart() -> bool:
@@ -98,7 +95,33 @@ def _users_are_told_apart() -> bool:
     return any(first <= os.geteuid() < first + count for first, _, count in ranges)
 
 
-def _psutil() -> Any:
+def describe_listener(port: int) -> Optional[str]:
+    """The process that listens on a TCP port, as "name (process N)"; None when the system hides it, or without psutil."""
+    try:
+        psutil = load_psutil()
+    except PeerReaderMissingError:
+        return None
+    for connection in psutil.net_connections("tcp"):
+        listens = connection.status == psutil.CONN_LISTEN and connection.laddr.port == port
+        if listens and connection.pid is not None:
+            return f"{_process_name(connection.pid)} (process {connection.pid})"
+    return None
+
+
+def _process_name(pid: int) -> str:
+    """The name of a process, empty when it has ended."""
+    psutil = load_psutil()
+    try:
+        return str(psutil.Process(pid).name())
+    except psutil.Error:
+        return ""
+
+
+def load_psutil() -> Any:
+    """The package. Imported when it is needed: who only speaks the protocol needs no other package.
+
+    Raises PeerReaderMissingError.
+    """
     try:
         import psutil  # type: ignore[import]
     except ImportError:
