@@ -19,7 +19,7 @@ from qtdriver import CursorWidget, Exchange, Greeting, Rect, Reply, WidgetRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
 from qtdriver.trace.readable import describe_reply
 from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
-from qtdriver.lookup.explain import last_windows
+from qtdriver.lookup.windows import last_windows
 from qtdriver.protocol.lines import LineSocket
 from qtdriver.api.pictures import read_xpm
 from qtdriver.launch.qtversion import qt_major

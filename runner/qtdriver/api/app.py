@@ -9,7 +9,8 @@ from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
 
 from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
 from ..launch.process import GRACE_SECONDS, Process
-from ..lookup.explain import MODAL, POPUP, explain
+from ..lookup.explain import explain
+from ..lookup.windows import MODAL, POPUP
 from ..protocol.closing import ClosedOnLeaving
 from ..protocol.connection import Connection
 from ..protocol.records import CursorWidget, WindowRecord

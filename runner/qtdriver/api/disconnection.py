@@ -6,7 +6,7 @@ from typing import TYPE_CHECKING
 
 from ..errors import ApplicationEndedError, ApplicationHangsError, QtDriverError, RequestTimeout, endings
 from ..launch.supervision import end_foreign_process
-from ..lookup.explain import describe_windows, last_windows
+from ..lookup.windows import describe_windows, last_windows
 
 if TYPE_CHECKING:
     from .app import App

@@ -7,8 +7,9 @@ from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
 from ..errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
 from ..lookup.derived import button_name
-from ..lookup.explain import POPUP, checked_unique_path, list_tree
+from ..lookup.explain import checked_unique_path, list_tree
 from ..lookup.tree import Node, WidgetTree
+from ..lookup.windows import POPUP
 from .corners import refuse_corner_button
 from .menu import Menu
 from .mouse import repeatable

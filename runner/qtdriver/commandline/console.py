@@ -12,6 +12,7 @@ from ..api.app import App
 from ..errors import QtDriverError
 from ..lookup.explain import list_tree
 from ..lookup.tree import UNNAMED
+from ..lookup.windows import OBJECT_NAME, certain_beginning, walk_windows
 from .verbs import all_verbs
 
 PROMPT = "qtdriver> "
@@ -133,16 +134,11 @@ class Words:
 
 
 def _windows(app: App) -> List[str]:
-    windows = app.connection.list_windows()
-    names = [record.title for record in windows if record.title]
-    for title in list(names):
-        try:
-            root = app.connection.window_tree(title)[0]
-        except (QtDriverError, ValueError):
-            continue
-        if root.object_name:
-            names.append(f"Widget:{root.object_name}")
-    return names
+    """The titles, as far as a request can carry them, and the object names."""
+    windows = list(walk_windows(app.connection))
+    titles = [certain_beginning(window.record.title) for window in windows]
+    names = [window.widgets[0].object_name for window in windows if window.record.title and window.widgets]
+    return [*filter(None, titles), *(f"{OBJECT_NAME}{name}" for name in names if name)]
 
 
 def _widgets(app: App, window: str) -> List[str]:

@@ -19,14 +19,9 @@ from ..errors import (
 )
 from ..protocol.connection import Connection
 from ..protocol.records import WindowRecord
-from ..protocol.transcript import Exchange
-from ..protocol.wire import Reply
 from .derived import probe_derived_names
 from .tree import UNKNOWN, Node, WidgetTree
-
-POPUP = "Widget:ActivePopupWidget"
-MODAL = "Widget:ActiveModalWidget"
-_OBJECT_NAME = "Widget:"
+from .windows import MODAL, OBJECT_NAME, POPUP, describe_windows, walk_windows
 
 _Result = TypeVar("_Result")
 
@@ -49,42 +44,13 @@ def explain(connection: Connection, error: ReplyError, window: str, path: str) -
         return f"(what is there instead could not be listed: {another})"
 
 
-def describe_windows(windows: Iterable[WindowRecord]) -> List[str]:
-    """A line for each window, indented; one line that says so when there are none."""
-    lines = [f'  "{window.title}" ({_kind(window)})' for window in windows]
-    return lines or ["  (no visible window)"]
-
-
-def last_windows(exchanges: Sequence[Exchange]) -> List[WindowRecord]:
-    """The windows of the last listing in a transcript; none if there is no listing."""
-    for exchange in reversed(exchanges):
-        if exchange.request == "1" and exchange.reply is not None:
-            return _parse(exchange.reply)
-    return []
-
-
-def _parse(line: str) -> List[WindowRecord]:
-    windows = []
-    try:
-        items = Reply.parse(line).value()
-        for item in items if isinstance(items, tuple) else ():
-            windows.append(WindowRecord.parse(item))
-    except (ProtocolError, ReplyError):
-        pass  # the transcript cuts long replies: what is whole is told
-    return windows
-
-
-def _kind(window: WindowRecord) -> str:
-    return f"{window.class_name}, modal" if window.modal else window.class_name
-
-
 def _no_window(connection: Connection, window: str, path: str) -> List[str]:
     windows = connection.list_windows()
     lines = [f"looked for {_wanted_window(window)}; these windows exist:", *describe_windows(windows)]
     similar = [record.title for record in windows if record.title.casefold().startswith(window.casefold())]
-    if similar and not window.startswith(_OBJECT_NAME):
+    if similar and not window.startswith(OBJECT_NAME):
         lines.append(f'upper and lower case count: did you mean "{similar[0]}"?')
-    if window.startswith(_OBJECT_NAME):
+    if window.startswith(OBJECT_NAME):
         lines += _window_names(connection, windows)
     return lines
 
@@ -96,22 +62,19 @@ def _wanted_window(window: str) -> str:
         return "a modal dialog"
     if window.startswith(f"{MODAL}:"):
         return f'a modal dialog whose title begins with "{window[len(MODAL) + 1 :]}"'
-    if window.startswith(_OBJECT_NAME):
-        return f'a visible window with the object name "{window[len(_OBJECT_NAME) :]}"'
+    if window.startswith(OBJECT_NAME):
+        return f'a visible window with the object name "{window[len(OBJECT_NAME) :]}"'
     return f'a visible window whose title begins with "{window}"'
 
 
 def _window_names(connection: Connection, windows: Sequence[WindowRecord]) -> List[str]:
     """The object names of those windows whose title tells them apart."""
-    names = []
-    for title in sorted({record.title for record in windows if record.title}):
-        try:
-            root = connection.window_tree(title)[0]
-        except (ReplyError, ValueError):
-            continue
-        if root.object_name:
-            names.append(f'"{root.object_name}" ("{title}")')
-    return ["their object names: " + ", ".join(names)] if names else []
+    names = {
+        window.record.title: f'"{window.widgets[0].object_name}" ("{window.record.title}")'
+        for window in walk_windows(connection, [record for record in windows if record.title])
+        if window.error is None and window.widgets[0].object_name
+    }
+    return ["their object names: " + ", ".join(names[title] for title in sorted(names))] if names else []
 
 
 def _several_windows(connection: Connection, window: str, path: str) -> List[str]:
@@ -121,7 +84,7 @@ def _several_windows(connection: Connection, window: str, path: str) -> List[str
 
 
 def _matches(record: WindowRecord, window: str) -> bool:
-    return window.startswith(_OBJECT_NAME) or record.title.startswith(window)
+    return window.startswith(OBJECT_NAME) or record.title.startswith(window)
 
 
 def _blocked(connection: Connection, window: str, path: str) -> List[str]:

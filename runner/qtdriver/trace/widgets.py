@@ -7,11 +7,11 @@ import time
 from contextlib import contextmanager
 from typing import Iterator, List
 
-from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
+from ..errors import ConnectionClosed, RequestTimeout
 from ..errors.internal import TooSlow
-from ..lookup.explain import POPUP
+from ..lookup.windows import walk_windows
 from ..protocol.connection import Connection
-from ..protocol.records import WidgetRecord, WindowRecord
+from ..protocol.records import WidgetRecord
 
 KEPT_LINES = 3000
 """Widgets of a tree that are told; a table has a few, a page of a settings dialog some hundreds."""
@@ -84,32 +84,18 @@ def _let_paint(connection: Connection) -> None:
 
 def _list_windows(connection: Connection) -> List[str]:
     lines: List[str] = []
-    for window in connection.list_windows():
-        lines.append(f"window {_quoted(window.title)}{' modal' if window.modal else ''}")
-        lines += _list_widgets(connection, window)
+    for window in walk_windows(connection):
+        if isinstance(window.error, (ConnectionClosed, RequestTimeout)):
+            raise window.error
+        modal = " modal" if window.record.modal else ""
+        lines.append(f"window {_quoted(window.record.title)}{modal}")
+        lines += map(_line, window.widgets)
+        if window.error is not None:
+            lines.append(f"  (its widgets cannot be listed: {window.error})")
         if len(lines) > KEPT_LINES:
             more = len(lines) - KEPT_LINES
             return [*lines[:KEPT_LINES], f"(and {more} more, and the windows behind this one)"]
     return lines
-
-
-def _list_widgets(connection: Connection, window: WindowRecord) -> List[str]:
-    try:
-        return [_line(record) for record in connection.window_tree(_address(window.title))]
-    except (ConnectionClosed, RequestTimeout):
-        raise
-    except QtDriverError as error:
-        return [f"  (its widgets cannot be listed: {error})"]
-
-
-def _address(title: str) -> str:
-    """As much of the title as a request can carry. Windows without a title are popups, as a rule."""
-    if not title:
-        return POPUP
-    for position, character in enumerate(title):
-        if character in ",\n\r" or ord(character) > 0xFF:
-            return title[:position]
-    return title
 
 
 def _line(record: WidgetRecord) -> str:
