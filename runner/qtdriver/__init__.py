@@ -1,5 +1,7 @@
 """Drives Qt widgets applications from tests: server, client and launcher for the qtdriver agent."""
 
+from typing import TYPE_CHECKING
+
 from .api.addresses import (
     cell,
     column_header,
@@ -35,14 +37,13 @@ from .errors import (
     DesktopError,
     EarlyExitError,
     ElfReaderMissingError,
-    HiddenError,
     NoClientError,
     NoEditorError,
     NoGreetingError,
     NoQtError,
     NoWidgetsError,
-    NotFoundError,
     NotVisibleError,
+    ObscuredError,
     PeerReaderMissingError,
     PictureError,
     PortInUseError,
@@ -60,6 +61,8 @@ from .errors import (
     UnsupportedTextError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
+    by_former_name,
 )
 from .errors.endings import describe_exit
 from .launch.agent import agent_library, default_build
@@ -74,6 +77,14 @@ from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
 from .protocol.server import HOST, PORT, Server
 from .protocol.transcript import Exchange, Step, Transcript
 from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
+
+if TYPE_CHECKING:
+    from .errors import HiddenError, NotFoundError
+else:
+
+    def __getattr__(name):
+        return by_former_name(__name__, name)
+
 
 __all__ = [
     "AgentNotBuiltError",
@@ -104,7 +115,6 @@ __all__ = [
     "Exchange",
     "Greeting",
     "HOST",
-    "HiddenError",
     "Menu",
     "NoClientError",
     "NoEditorError",
@@ -112,8 +122,8 @@ __all__ = [
     "NoQtError",
     "NoWidgetsError",
     "Node",
-    "NotFoundError",
     "NotVisibleError",
+    "ObscuredError",
     "PORT",
     "PeerReaderMissingError",
     "PictureError",
@@ -145,6 +155,7 @@ __all__ = [
     "WidgetTree",
     "Window",
     "WindowBlockedError",
+    "WindowNotFoundError",
     "WindowRecord",
     "agent_library",
     "cell",

@@ -19,17 +19,17 @@ from qtdriver import (
 from qtdriver.launch import linux
 from qtdriver.launch.output import OutputTail
 from qtdriver.launch.starting import start as start_application
-from qtdriver.protocol.reception import Reception
+from qtdriver.protocol.pending_agents import PendingAgents
 
 
 @pytest.fixture
 def start(server, build):
     """Starts a command as an application of Qt 5."""
-    reception = Reception(server)
+    pending_agents = PendingAgents(server)
 
     def call(command, **options):
         options.setdefault("start_timeout", 10)
-        return App(*start_application(command, reception=reception, qt=5, build=build, **options))
+        return App(*start_application(command, pending_agents=pending_agents, qt=5, build=build, **options))
 
     return call
 
@@ -104,7 +104,7 @@ def test_an_application_that_never_greets_is_ended(start, tmp_path):
 
 
 class Impatience:
-    """In place of a reception: gives up as soon as the program has written its note."""
+    """In place of the pending agents: gives up as soon as the program has written its note."""
 
     def __init__(self, note):
         self._note = note
@@ -127,7 +127,7 @@ def test_a_program_that_clears_its_environment_is_ended_with_what_it_started(bui
     note = tmp_path / "pids"
     with pytest.raises((NoGreetingError, EarlyExitError)):
         start_application(
-            without_environment(note, goes_on, "1000"), reception=Impatience(note), qt=5, build=build
+            without_environment(note, goes_on, "1000"), pending_agents=Impatience(note), qt=5, build=build
         )
     assert [is_alive(int(pid)) for pid in note.read_text().split()] == [False, False]
 
@@ -183,7 +183,7 @@ def test_a_program_that_may_not_be_ended_is_told_and_not_waited_for(powerless, b
     note = tmp_path / "pid"
     command = ["/bin/sh", "-c", f"echo $$ >{note}; exec sleep 1000"]
     with pytest.raises(NoGreetingError) as caught:
-        start_application(command, reception=Impatience(note), qt=5, build=build)
+        start_application(command, pending_agents=Impatience(note), qt=5, build=build)
     pid = int(note.read_text())
     assert f"It could not be ended: process {pid} still runs" in str(caught.value)
     subprocess.run(["kill", "-KILL", str(pid)], check=True)

@@ -26,7 +26,7 @@ from qtdriver import (
 )
 from qtdriver.launch.supervision import is_within
 from qtdriver.protocol.peers import describe_process
-from qtdriver.protocol.reception import Reception
+from qtdriver.protocol.pending_agents import PendingAgents
 from qtdriver.protocol.waiting import Deadline
 
 RUNNER = str(Path(__file__).resolve().parents[2] / "runner")
@@ -266,9 +266,9 @@ class CrowdedServer(Server):
 def test_who_connects_again_and_again_does_not_keep_a_wait_beyond_its_time():
     with CrowdedServer() as server, connected():
         server.over = time.monotonic() + 20
-        reception = Reception(server)
-        assert reception.wait_for(None, Deadline(0.2), 30) is None
-        assert reception.others().count("gone") == 20, "as many are told as a person reads"
+        pending_agents = PendingAgents(server)
+        assert pending_agents.wait_for(None, Deadline(0.2), 30) is None
+        assert pending_agents.others().count("gone") == 20, "as many are told as a person reads"
 
 
 def test_a_greeting_without_an_end_is_none(server):

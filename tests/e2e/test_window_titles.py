@@ -4,7 +4,14 @@ import json
 
 import pytest
 
-from qtdriver import AmbiguousWindowError, Driver, NotFoundError, RequestTimeout, WidgetRecord, WindowRecord
+from qtdriver import (
+    AmbiguousWindowError,
+    Driver,
+    WindowNotFoundError,
+    RequestTimeout,
+    WidgetRecord,
+    WindowRecord,
+)
 from qtdriver.commandline.console import Words
 from qtdriver.lookup.windows import certain_beginning, walk_windows
 from qtdriver.plugin.bundle import write_bundle
@@ -66,7 +73,7 @@ def test_the_console_offers_the_object_name_of_each_window(titles):
 
 
 def test_an_explanation_tells_the_object_name_of_each_window(titles):
-    with pytest.raises(NotFoundError) as caught:
+    with pytest.raises(WindowNotFoundError) as caught:
         titles.window(name="other").title(timeout=0)
     assert [f'"{name}" ("' in str(caught.value) for name in NAMES] == [True, True, True]
 
@@ -99,7 +106,7 @@ class Windows:
         else:
             found = [window for window in self.windows if window[0].startswith(address)]
         if len(found) != 1:
-            raise AmbiguousWindowError("3", "several") if found else NotFoundError("2", "none")
+            raise AmbiguousWindowError("3", "several") if found else WindowNotFoundError("2", "none")
         return (WidgetRecord(0, True, found[0][1], found[0][0]),)
 
 

@@ -97,7 +97,7 @@ def test_a_line_without_a_known_code_is_no_reply(line):
 @pytest.mark.parametrize(
     "code, kind",
     [
-        ("2", errors.NotFoundError),
+        ("2", errors.WindowNotFoundError),
         ("3", errors.AmbiguousWindowError),
         ("4", errors.WindowBlockedError),
         ("5", errors.WidgetNotFoundError),
@@ -116,12 +116,12 @@ def test_each_refusal_raises_its_own_error_with_the_words_of_the_agent(code, kin
 
 def test_of_the_refusals_to_act_only_that_of_a_hidden_widget_can_clear():
     for words, kind in (
-        ("widget is hidden by another window", errors.HiddenError),
+        ("widget is hidden by another window", errors.ObscuredError),
         ("hidden", errors.CommandError),
     ):
         error = errors.reply_error("8", f"Exception : Error: {words}")
         assert type(error) is kind and isinstance(error, errors.RETRYABLE_ERRORS) is (
-            kind is errors.HiddenError
+            kind is errors.ObscuredError
         )
 
 
@@ -247,3 +247,19 @@ def test_the_tree_at_the_top_of_the_errors_is_that_of_the_classes():
 
 def test_tracebacks_name_an_error_as_it_is_imported():
     assert errors.WidgetNotFoundError.__module__ == errors.EarlyExitError.__module__ == "qtdriver.errors"
+
+
+@pytest.mark.parametrize("module", [qtdriver, errors])
+@pytest.mark.parametrize(
+    "former, error", [("NotFoundError", "WindowNotFoundError"), ("HiddenError", "ObscuredError")]
+)
+def test_an_error_has_its_former_name_too_for_one_version(module, former, error):
+    with pytest.warns(DeprecationWarning, match=f"{former} is {error} now") as warned:
+        assert getattr(module, former) is getattr(module, error)
+    assert warned[0].filename == __file__
+    assert former not in qtdriver.__all__
+
+
+def test_another_name_is_none_of_the_package():
+    with pytest.raises(AttributeError, match="module 'qtdriver' has no attribute 'VanishedError'"):
+        qtdriver.VanishedError

@@ -13,7 +13,7 @@ from ..launch.starting import start
 from ..launch.supervision import is_within
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.closing import ClosedOnLeaving
-from ..protocol.reception import Reception
+from ..protocol.pending_agents import PendingAgents
 from ..protocol.server import Server
 from ..protocol.waiting import Deadline
 from .app import DEFAULT_WAIT, App
@@ -59,7 +59,7 @@ class Driver(ClosedOnLeaving):
         self._headless = headless
         self._owns_server = server is None
         self._server = Server() if server is None else server
-        self._reception = Reception(self._server)
+        self._pending_agents = PendingAgents(self._server)
         self._owns_desktop = desktop is None
         self._desktop = desktop
         self._apps: List[App] = []
@@ -95,7 +95,7 @@ class Driver(ClosedOnLeaving):
         surroundings = self._environment(environment, self._headless if headless is None else headless)
         connection, process = start(
             [str(program), *arguments],
-            reception=self._reception,
+            pending_agents=self._pending_agents,
             qt=self._qt if qt is None else qt,
             build=self._build,
             start_timeout=self.start_timeout if start_timeout is None else start_timeout,
@@ -122,7 +122,7 @@ class Driver(ClosedOnLeaving):
         """
         seconds = self.start_timeout if start_timeout is None else start_timeout
         wanted = None if pid is None else partial(is_within, pid)
-        connection = self._reception.wait_for(
+        connection = self._pending_agents.wait_for(
             wanted,
             Deadline(seconds),
             self.request_timeout if request_timeout is None else request_timeout,
@@ -131,7 +131,7 @@ class Driver(ClosedOnLeaving):
             whose = "no agent" if pid is None else f"no agent of process {pid}"
             raise NoClientError(
                 f"{whose} connected within {seconds:g} seconds. An agent looks for its server once, when it is "
-                f"created: start the driver first{self._reception.others()}"
+                f"created: start the driver first{self._pending_agents.others()}"
             )
         return self._taken(App(connection, timeout=self.timeout if timeout is None else timeout))
 
@@ -156,7 +156,7 @@ class Driver(ClosedOnLeaving):
         """
         for app in self._apps:
             app.terminate()
-        self._reception.close()
+        self._pending_agents.close()
         if self._owns_server:
             self._server.close()
         else:

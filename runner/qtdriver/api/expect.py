@@ -3,13 +3,14 @@
 from __future__ import annotations
 
 import re
+import warnings
 from typing import Callable, Generic, List, Optional, Pattern, TypeVar, Union, overload
 
 from ..errors import (
     RETRYABLE_ERRORS,
     AmbiguousError,
     ConditionError,
-    NotFoundError,
+    WindowNotFoundError,
     NotVisibleError,
     ReplyError,
     WidgetNotFoundError,
@@ -48,14 +49,15 @@ def eventually(
 def eventually(
     subject: "Widget | Window | Callable[[], _Result]", *, timeout: Optional[float] = None
 ) -> "WidgetConditions | WindowConditions | ResultConditions[_Result]":
-    """What shall come true within `timeout` seconds, by default the application's, of a function 5:
+    """Waits for a condition of a widget, of a window or of what a function returns:
 
         eventually(window.widget("status")).has(text="Saved")
         eventually(app.window("Editor")).is_closed()
         eventually(lambda: path.exists()).is_true()
 
-    The methods of the answer return as soon as it is true, and raise ConditionError, an AssertionError, when the time
-    is over, with what was there instead.
+    The methods of the answer return as soon as their condition is true. After `timeout` seconds, by default those of
+    the application and 5 for a function, they raise ConditionError, an AssertionError, which tells what was there
+    instead.
     """
     if isinstance(subject, Widget):
         return WidgetConditions(subject, timeout)
@@ -74,9 +76,9 @@ class WidgetConditions:
     def has(self, **properties: Expected) -> None:
         """Each of these properties has its value, or fits its pattern or function."""
         for name, expected in properties.items():
-            self.reads(name, expected)
+            self.has_property(name, expected)
 
-    def reads(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
+    def has_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
         """One property fits; `argument` is for those that take one."""
         shown = name if argument is None else f"{name}({argument!r})"
         self._wait(
@@ -84,6 +86,11 @@ class WidgetConditions:
             lambda: self._widget.read(name, argument, timeout=0),
             lambda value: _fits(value, expected),
         )
+
+    def reads(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
+        """The name of has_property() until version 2; it goes with version 3."""
+        warnings.warn("reads() is has_property() now", DeprecationWarning, stacklevel=2)
+        self.has_property(name, expected, argument)
 
     def is_visible(self) -> None:
         """The user can see it."""
@@ -96,7 +103,7 @@ class WidgetConditions:
     def _is_hidden(self) -> bool:
         try:
             self._widget.class_name(timeout=0)
-        except (NotFoundError, WidgetNotFoundError, NotVisibleError):
+        except (WindowNotFoundError, WidgetNotFoundError, NotVisibleError):
             return True
         except AmbiguousError:
             pass  # several are visible
@@ -104,15 +111,15 @@ class WidgetConditions:
 
     def is_enabled(self) -> None:
         """It can be used."""
-        self.reads("enabled", True)
+        self.has_property("enabled", True)
 
     def is_disabled(self) -> None:
         """It cannot be used."""
-        self.reads("enabled", False)
+        self.has_property("enabled", False)
 
     def is_checked(self, on: bool = True) -> None:
         """It is checked; with False, it is not."""
-        self.reads("checked", on)
+        self.has_property("checked", on)
 
     def _wait(self, wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object]) -> None:
         _wait_in(self._widget.window, self._widget, wanted, read, satisfied, self._timeout)

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
 from ..errors import ProtocolError
-from ..lookup.explain import explaining_item
+from ..lookup.explain import with_item_suggestions
 from ..protocol.wire import Value
 from .mouse import repeatable
 
@@ -74,7 +74,7 @@ class Menu:
         address = self.window.address
 
         def choose(bar: str) -> str:
-            return explaining_item(
+            return with_item_suggestions(
                 connection,
                 address,
                 bar,

@@ -5,7 +5,7 @@ from __future__ import annotations
 from contextlib import suppress
 from typing import TYPE_CHECKING, Callable, Dict, Literal, Optional, Tuple, TypeVar
 
-from ..errors import HiddenError
+from ..errors import ObscuredError
 
 if TYPE_CHECKING:
     from ..protocol.connection import Connection
@@ -24,7 +24,7 @@ _MODIFIERS: Dict[str, str] = {
     "control": "ControlModifier",
     "alt": "AltModifier",
 }
-GESTURES = ("MousePress", "MouseClick", "MouseDoubleClick")
+RETRYABLE_KINDS = ("MousePress", "MouseClick", "MouseDoubleClick")
 """Those that begin with the mouse's way to the widget, and can begin anew if that missed."""
 
 _ASIDE = "{}:{}:0.27:0.23:"  # a place that nobody asks for
@@ -47,7 +47,7 @@ def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str)
 def repeatable(
     connection: "Connection", window: str, act: Callable[[str], _Result], button: MouseButton = "left"
 ) -> Callable[[str], _Result]:
-    """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a HiddenError.
+    """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a ObscuredError.
 
     A mouse that missed stands where it was to go. Started again from there, the agent has no move to make and presses at
     once, and a press that misses, too, leaves the button held: the next move is a drag. So the mouse goes aside first.
@@ -62,7 +62,7 @@ def repeatable(
             connection.mouse_widget(window, path, _ASIDE.format("MouseMove", ""), widget_class="QWidget")
         try:
             return act(path)
-        except HiddenError:
+        except ObscuredError:
             may_have_been_there = (window, path) in connection.visited
             if may_have_been_there and not missed and button:
                 _let_go(connection, window, path, button)
@@ -79,6 +79,6 @@ def _let_go(connection: "Connection", window: str, path: str, button: MouseButto
     has come to the front."""
     command = _ASIDE.format("MouseRelease", _BUTTONS[button])
     for _ in range(2):
-        with suppress(HiddenError):
+        with suppress(ObscuredError):
             connection.mouse_widget(window, path, command, widget_class="QWidget")
             return

@@ -16,10 +16,10 @@ from ..errors import (
     ReplyError,
     WidgetNotFoundError,
 )
-from ..lookup.explain import explaining_item
+from ..lookup.explain import with_item_suggestions
 from ..protocol.wire import Argument, Rect, Value
 from .editing import refuse_without_editor
-from .mouse import GESTURES, Modifier, MouseButton, Position, mouse_command, repeatable
+from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
 
 if TYPE_CHECKING:
@@ -62,7 +62,7 @@ class Widget:
         connection, address = self._connection, self.window.address
 
         def act(path: str) -> str:
-            return explaining_item(
+            return with_item_suggestions(
                 connection,
                 address,
                 path,
@@ -165,7 +165,7 @@ class Widget:
         A move or a release may be part of a drag, which would lose a move if it were repeated: where no window of the
         application is, they fail at once.
         """
-        self._play_mouse(kind, button, at, modifier, timeout, kind in GESTURES)
+        self._play_mouse(kind, button, at, modifier, timeout, kind in RETRYABLE_KINDS)
 
     def _play_mouse(
         self,
@@ -177,7 +177,7 @@ class Widget:
         is_repeatable: bool,
     ) -> None:
         command = mouse_command(kind, button, at, modifier)
-        # A position is a matter of plain widgets: buttons and item views have places of their own.
+        # Served as buttons or item views, widgets choose the place of a click themselves and ignore a position.
         served_as = self.as_class or ("" if at is None else "QWidget")
         self._act(
             f"mouse({command!r})",
@@ -192,7 +192,7 @@ class Widget:
     def locate(self, *, timeout: Optional[float] = None) -> str:
         """Brings the window to the front, puts the cursor on the widget's top left pixel, answers its class.
 
-        Of derived names only "unnamed" is known to this as the last of a path.
+        The path has to end with an object name or "unnamed": the agent does not look for derived names here.
         """
         return self._act(
             "locate()", lambda path: self._connection.locate_widget(self.window.address, path), timeout

@@ -5,7 +5,13 @@ from __future__ import annotations
 from pathlib import Path
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
-from ..errors import RETRYABLE_ERRORS, NotFoundError, ReplyError, WidgetNotFoundError, WindowBlockedError
+from ..errors import (
+    RETRYABLE_ERRORS,
+    WindowNotFoundError,
+    ReplyError,
+    WidgetNotFoundError,
+    WindowBlockedError,
+)
 from ..lookup.derived import button_name
 from ..lookup.explain import checked_unique_path, list_tree
 from ..lookup.tree import Node, WidgetTree
@@ -91,7 +97,7 @@ class Window:
         with run_step(self.app, f"{self}.is_open()", True), self.app.watched():
             try:
                 self.app.connection.check_window(self.address)
-            except NotFoundError:
+            except WindowNotFoundError:
                 return False
             except WindowBlockedError:
                 pass

@@ -16,7 +16,7 @@ from ..lookup.windows import OBJECT_NAME, certain_beginning, walk_windows
 from .verbs import all_verbs
 
 PROMPT = "qtdriver> "
-_FRESH_SECONDS = 1.0
+_MAX_ANSWER_AGE = 1.0
 
 
 def prompted_lines(app: App) -> Iterator[str]:
@@ -124,7 +124,7 @@ class Words:
     def _ask(self, question: Tuple[str, ...]) -> List[str]:
         asked, answer = self._answers.get(question, (0.0, []))
         now = time.monotonic()
-        if not asked or now - asked > _FRESH_SECONDS:
+        if not asked or now - asked > _MAX_ANSWER_AGE:
             try:
                 answer = _ASKING[question[0]](self._app, *question[1:])
             except (QtDriverError, ValueError):

@@ -169,7 +169,11 @@ def _screen(_: Optional[Path]) -> Iterator[Finding]:
 
 
 def _has_window_manager(connection: Any) -> bool:
-    """Whether one announces itself on this display, by a window that exists: the announcement outlives its writer."""
+    """Whether a window manager runs on this display.
+
+    It announces itself by a property that names a window of its own. The property stays when the window manager ends,
+    so the window is asked for, too.
+    """
     from Xlib.error import BadWindow
 
     check = connection.intern_atom("_NET_SUPPORTING_WM_CHECK")

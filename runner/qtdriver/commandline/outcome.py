@@ -12,7 +12,7 @@ from ..errors import (
     AmbiguousWindowError,
     ConnectionClosed,
     NoClientError,
-    NotFoundError,
+    WindowNotFoundError,
     NotVisibleError,
     QtDriverError,
     ReplyError,
@@ -43,7 +43,7 @@ EXIT_STATUSES = (
 
 _STATUS_OF: Tuple[Tuple[Type[QtDriverError], int], ...] = (
     (UsageError, USAGE),
-    (NotFoundError, NOT_FOUND),
+    (WindowNotFoundError, NOT_FOUND),
     (WidgetNotFoundError, NOT_FOUND),
     (NotVisibleError, NOT_FOUND),
     (AmbiguousError, AMBIGUOUS),

@@ -2,14 +2,14 @@
 
     QtDriverError
         ReplyError                      the agent refused a request
-            NotFoundError               no such window
+            WindowNotFoundError         no such window
             AmbiguousWindowError        several such windows
             WindowBlockedError          a popup or a modal window is in front
             WidgetNotFoundError         no such widget
             NotVisibleError             the widget is hidden
             AmbiguousError              several such widgets
             CommandError                the widget could not do it
-                HiddenError             another window is in front of the place
+                ObscuredError           another window is in front of the place
         ConditionError                  what was expected has not come true; an AssertionError, too
         UnsupportedTextError            the protocol cannot carry a text; a ValueError, too
         NoEditorError                   a text would not be entered, but act on the view
@@ -47,6 +47,9 @@ Those of the command line are in `errors.commandline`.
 
 from __future__ import annotations
 
+import warnings
+from typing import TYPE_CHECKING, Type
+
 from .base import QtDriverError
 from .connection import (
     ApplicationEndedError,
@@ -74,12 +77,12 @@ from .replies import (
     AmbiguousError,
     AmbiguousWindowError,
     CommandError,
-    HiddenError,
-    NotFoundError,
     NotVisibleError,
+    ObscuredError,
     ReplyError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
     reply_error,
 )
 from .starting import (
@@ -118,14 +121,13 @@ __all__ = [
     "DesktopError",
     "EarlyExitError",
     "ElfReaderMissingError",
-    "HiddenError",
     "NoClientError",
     "NoEditorError",
     "NoGreetingError",
     "NoQtError",
     "NoWidgetsError",
-    "NotFoundError",
     "NotVisibleError",
+    "ObscuredError",
     "PeerReaderMissingError",
     "PictureError",
     "PortInUseError",
@@ -146,8 +148,31 @@ __all__ = [
     "UnsupportedTextError",
     "WidgetNotFoundError",
     "WindowBlockedError",
+    "WindowNotFoundError",
     "reply_error",
 ]
+
+_FORMER_NAMES = {"HiddenError": "ObscuredError", "NotFoundError": "WindowNotFoundError"}
+"""Names that tests written for version 2 import; they go with version 3."""
+
+
+def by_former_name(module: str, name: str) -> Type[QtDriverError]:
+    """The error that had this name, for the function __getattr__() of `module`, whose caller is warned."""
+    if name not in _FORMER_NAMES:
+        raise AttributeError(f"module {module!r} has no attribute {name!r}")
+    warnings.warn(f"{name} is {_FORMER_NAMES[name]} now", DeprecationWarning, stacklevel=3)
+    error: Type[QtDriverError] = globals()[_FORMER_NAMES[name]]
+    return error
+
+
+if TYPE_CHECKING:
+    HiddenError = ObscuredError
+    NotFoundError = WindowNotFoundError
+else:  # which a type checker does not see, as it would take any name for one of this module
+
+    def __getattr__(name: str) -> Type[QtDriverError]:
+        return by_former_name(__name__, name)
+
 
 # Tracebacks name the errors as tests import them, wherever in this package they are written.
 for _value in list(globals().values()):

@@ -27,7 +27,7 @@ class ReplyError(QtDriverError):
         return type(self), (self.code, self.message, self.explanation)
 
 
-class NotFoundError(ReplyError):
+class WindowNotFoundError(ReplyError):
     """Code 2: no window, or no tray icon, has this name."""
 
 
@@ -55,7 +55,7 @@ class CommandError(ReplyError):
     """Code 8: the command is unknown, or the widget could not do what was asked."""
 
 
-class HiddenError(CommandError):
+class ObscuredError(CommandError):
     """Code 8 in a case that can clear: the mouse found no window of the application where the widget is. Another
     program's window is in front of it, or the window manager has not shown it yet."""
 
@@ -63,7 +63,7 @@ class HiddenError(CommandError):
 _HIDDEN = "Exception : Error: widget is hidden by another window"
 
 REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
-    "2": NotFoundError,
+    "2": WindowNotFoundError,
     "3": AmbiguousWindowError,
     "4": WindowBlockedError,
     "5": WidgetNotFoundError,
@@ -75,10 +75,10 @@ REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
 RETRYABLE_LOOKUPS = tuple(error for code, error in REPLY_ERRORS.items() if code != "8")
 """What can clear by itself: a window or widget that is about to appear, a dialog that is about to close."""
 
-RETRYABLE_ERRORS = RETRYABLE_LOOKUPS + (HiddenError,)
+RETRYABLE_ERRORS = RETRYABLE_LOOKUPS + (ObscuredError,)
 """The same, and a window that is about to come to the front, for an action that can begin anew."""
 
 
 def reply_error(code: str, message: str) -> ReplyError:
     """The error for a reply with this code, "2" to "8", and this payload."""
-    return HiddenError(code, message) if message == _HIDDEN else REPLY_ERRORS[code](code, message)
+    return ObscuredError(code, message) if message == _HIDDEN else REPLY_ERRORS[code](code, message)

@@ -10,7 +10,7 @@ from typing import Dict, Mapping, Optional, Sequence, Tuple
 from ..errors import EarlyExitError, NoGreetingError, ProgramNotExecutableError
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.connection import Connection
-from ..protocol.reception import Reception
+from ..protocol.pending_agents import PendingAgents
 from ..protocol.waiting import Deadline
 from .agent import agent_library, require_same_architecture
 from .process import Process
@@ -30,7 +30,7 @@ def preload_environment(library: Path, environment: Optional[Mapping[str, str]] 
 def start(
     command: Sequence[str],
     *,
-    reception: Reception,
+    pending_agents: PendingAgents,
     qt: Optional[int] = None,
     build: Optional[Path] = None,
     start_timeout: float = DEFAULT_TIMEOUT,
@@ -40,8 +40,8 @@ def start(
 ) -> Tuple[Connection, Process]:
     """Starts `command`, program and arguments, with the agent inside, and waits until the agent has greeted.
 
-    `reception` listens already: the agent looks for its server once. `qt` is the application's Qt major; None finds it
-    out from the program's libraries. `build` is the folder with the agents (see agent_library()). `start_timeout` is
+    `pending_agents` belongs to a server that listens already: the agent looks for it once. `qt` is the application's Qt
+    major; None finds it out from the program's libraries. `build` is the folder with the agents (see agent_library()). `start_timeout` is
     how long the greeting may take, `request_timeout` how long each request may, both in seconds. `environment` is for
     the application, by default that of this process.
 
@@ -57,7 +57,7 @@ def start(
         library = agent_library(qt, build)
     process = _start(program, command, preload_environment(library, environment), working_directory)
     try:
-        connection = _wait_for_greeting(command[0], process, reception, start_timeout, request_timeout)
+        connection = _wait_for_greeting(command[0], process, pending_agents, start_timeout, request_timeout)
     except BaseException:
         process.terminate()
         raise
@@ -80,7 +80,7 @@ def _start(
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             bufsize=0,
-            start_new_session=True,  # by which what clears its environment is known
+            start_new_session=True,  # tells processes of the launch that clear their environment
         )
     except OSError as error:
         launched.end(0)
@@ -89,10 +89,10 @@ def _start(
 
 
 def _wait_for_greeting(
-    program: str, process: Process, reception: Reception, timeout: float, request_timeout: float
+    program: str, process: Process, pending_agents: PendingAgents, timeout: float, request_timeout: float
 ) -> Connection:
     """The first agent of the process that was started, or of one that it has started in turn."""
-    connection = reception.wait_for(
+    connection = pending_agents.wait_for(
         process.launched.owns,
         Deadline(timeout),
         request_timeout,
@@ -102,7 +102,9 @@ def _wait_for_greeting(
         return connection
     status = process.status()
     if status is not None:
-        raise EarlyExitError(program, status, process.last_words(), reception.others())
+        raise EarlyExitError(program, status, process.last_words(), pending_agents.others())
     last_words = process.last_words()
     ended = process.terminate() is not None
-    raise NoGreetingError(program, timeout, last_words, None if ended else process.pid, reception.others())
+    raise NoGreetingError(
+        program, timeout, last_words, None if ended else process.pid, pending_agents.others()
+    )

@@ -9,8 +9,8 @@ from ..errors import (
     AmbiguousError,
     AmbiguousWindowError,
     CommandError,
-    HiddenError,
-    NotFoundError,
+    ObscuredError,
+    WindowNotFoundError,
     NotVisibleError,
     ProtocolError,
     ReplyError,
@@ -175,13 +175,13 @@ def checked_unique_path(connection: Connection, window: str, tree: WidgetTree, n
     return path if same else None
 
 
-def explaining_item(
+def with_item_suggestions(
     connection: Connection, window: str, path: str, item: str, call: Callable[[], _Result]
 ) -> _Result:
     """What `call` returns, which chooses `item`; when the widget refuses it, the error tells what items there are."""
     try:
         return call()
-    except HiddenError:
+    except ObscuredError:
         raise  # the item was not looked for yet
     except CommandError as error:
         explanation = _explain_item(connection, window, path, item) if item else ""
@@ -227,11 +227,11 @@ def _covered(connection: Connection, window: str, path: str) -> List[str]:
 
 
 _EXPLANATIONS: Dict[Type[ReplyError], Callable[[Connection, str, str], List[str]]] = {
-    NotFoundError: _no_window,
+    WindowNotFoundError: _no_window,
     AmbiguousWindowError: _several_windows,
     WindowBlockedError: _blocked,
     WidgetNotFoundError: _no_widget,
     NotVisibleError: _hidden,
     AmbiguousError: _several_widgets,
-    HiddenError: _covered,
+    ObscuredError: _covered,
 }

@@ -6,7 +6,7 @@ import re
 from dataclasses import dataclass
 from typing import Iterable, Iterator, List, Optional, Sequence, Tuple
 
-from ..errors import NotFoundError, ProtocolError, QtDriverError, ReplyError
+from ..errors import WindowNotFoundError, ProtocolError, QtDriverError, ReplyError
 from ..protocol.connection import Connection
 from ..protocol.records import WidgetRecord, WindowRecord
 from ..protocol.transcript import Exchange
@@ -53,7 +53,7 @@ def walk_windows(
 
 
 def _widgets_of(connection: Connection, record: WindowRecord) -> WindowWidgets:
-    refusal: ReplyError = NotFoundError("2", f"no request names the window ({record.title}) alone")
+    refusal: ReplyError = WindowNotFoundError("2", f"no request names the window ({record.title}) alone")
     for address in reversed(list(_addresses(record))):
         try:
             widgets = connection.window_tree(address)

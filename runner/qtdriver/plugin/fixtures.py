@@ -11,8 +11,8 @@ from ..api.driver import Driver
 from ..desktop.desktop import Desktop
 from ..errors import PortInUseError
 from ..protocol.server import HOST, PORT, Server
-from .evidence import Evidence
-from .hooks import EVIDENCE
+from .artifacts import TestArtifacts
+from .hooks import ARTIFACTS
 from .parallel import has_own_desktop
 from .settings import Settings, read_settings
 
@@ -68,9 +68,9 @@ def qtdriver(
         desktop=_qtdriver_place.desktop,
     )
     with driver:
-        evidence = Evidence(driver, settings, request.node.nodeid)
-        request.node.stash[EVIDENCE] = evidence
+        artifacts = TestArtifacts(driver, settings, request.node.nodeid)
+        request.node.stash[ARTIFACTS] = artifacts
         yield driver
-        unexpected = evidence.close_driver()
+        unexpected = artifacts.close_driver()
         if unexpected is not None:
             pytest.fail(f"{type(unexpected).__name__}: {unexpected}", pytrace=False)

@@ -16,7 +16,7 @@ from ..api.steps import StepListener
 from ..errors import PictureError
 from ..errors.internal import TooSlow
 from ..protocol.transcript import Exchange, Step
-from .album import KEPT_BYTES, Album, Picture
+from .screenshots import KEPT_BYTES, ScreenshotStore, Picture
 from .trace import RecordedStep, Trace
 from .widgets import WidgetLister
 
@@ -26,7 +26,7 @@ if TYPE_CHECKING:
 KEPT_STEPS = 2000
 """Steps of a test that are recorded, the last ones."""
 
-FRESH_SECONDS = 0.05
+MAX_PICTURE_AGE = 0.05
 """A picture that is not older shows what there is before the next step."""
 
 _KEPT_NOTES = 20
@@ -60,7 +60,7 @@ class Recorder(StepListener):
         self._entries: Deque[_Entry] = deque(maxlen=KEPT_STEPS)
         self._forgotten = 0
         self._notes: List[str] = []
-        self._album: Optional[Album] = Album(kept_bytes) if screenshots else None
+        self._store: Optional[ScreenshotStore] = ScreenshotStore(kept_bytes) if screenshots else None
         self._screenshots = screenshots
         self._latest: Dict[str, Tuple[Picture, float]] = {}
         self._before: Optional[Picture] = None
@@ -73,7 +73,7 @@ class Recorder(StepListener):
         self._before = None
         if not step.reads and not self._closed:
             with self._noting("no picture before a step"):
-                self._before = self._picture(app, FRESH_SECONDS)
+                self._before = self._picture(app, MAX_PICTURE_AGE)
 
     def step_ended(self, app: "App", step: Step) -> None:
         """Takes the step in, with what can be seen now."""
@@ -99,17 +99,18 @@ class Recorder(StepListener):
         if self._closed:
             return
         if keep:
-            self._look_at_the_end()
+            self._attach_final_widgets()
         self._closed = True
         if keep:
             self._folder.mkdir(parents=True, exist_ok=True)
             self._trace().write(self._folder)
         self._entries.clear()
-        self._album = None
+        self._store = None
         self._trees.clear()
 
-    def _look_at_the_end(self) -> None:
-        """What a test asserts of what it has read fails without a step: the last step gets what there is then."""
+    def _attach_final_widgets(self) -> None:
+        """Gives the last step the widgets that are there at the end: an assertion on a value that a test has read before
+        fails without a step of its own."""
         if not self._entries:
             return
         entry = self._entries[-1]
@@ -132,7 +133,7 @@ class Recorder(StepListener):
 
     def _picture(self, app: "App", fresh: float = 0.0) -> Optional[Picture]:
         """The screen as it is now, or as it was not longer than `fresh` seconds ago."""
-        if self._album is None or not self._screenshots:
+        if self._store is None or not self._screenshots:
             return None
         display = app.display or ""
         latest = self._latest.get(display)
@@ -144,7 +145,7 @@ class Recorder(StepListener):
             # There is no screen: it will not appear during the test, and looking for it costs time.
             self._screenshots = False
             raise
-        picture = self._album.add(image, display)
+        picture = self._store.add(image, display)
         self._latest[display] = (picture, time.monotonic())
         return picture
 
@@ -169,14 +170,14 @@ class Recorder(StepListener):
 
     def _trace(self) -> Trace:
         names: Dict[Picture, str] = {}
-        if self._album is not None:
+        if self._store is not None:
             pictures = [picture for entry in self._entries for picture in (entry.before, entry.after)]
             with self._noting("the pictures could not be saved"):
-                names = self._album.save(
+                names = self._store.save(
                     self._folder, [picture for picture in pictures if picture is not None]
                 )
-            if self._album.dropped:
-                self._note(f"the {self._album.dropped} oldest pictures were dropped to save memory")
+            if self._store.dropped:
+                self._note(f"the {self._store.dropped} oldest pictures were dropped to save memory")
         if self._forgotten:
             self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
 

@@ -21,8 +21,8 @@ _ERROR = "error.txt"
 _CRASHES = {"SIGSEGV", "SIGABRT", "SIGBUS", "SIGFPE", "SIGILL", "SIGSYS", "SIGTRAP"}
 
 
-class Evidence:
-    """Follows one test with its driver.
+class TestArtifacts:
+    """Follows one test with its driver, and keeps what it leaves.
 
     Attributes:
         folder: where its bundle and its trace are, if there are any.
@@ -31,6 +31,8 @@ class Evidence:
         passed: whether the body of the test has passed.
         is_open: whether the driver, and with it the applications, may still be there.
     """
+
+    __test__ = False  # this is no test, whatever pytest makes of its name
 
     def __init__(self, driver: Driver, settings: Settings, node_id: str) -> None:
         """Begins to record the steps of the driver, if the settings want it. What an earlier attempt at this test
@@ -91,7 +93,7 @@ class Evidence:
         return ends[0] if ends and self.passed else None
 
     def finish(self, keep_trace: bool = False) -> None:
-        """Ends the recording; nothing more comes. Without `keep_trace` a passed test keeps it only if it shall."""
+        """Ends the recording. Its trace is kept if the test failed, the settings keep every trace, or `keep_trace` is set."""
         self._keeps_trace = self._keeps_trace or keep_trace
         self._end_recording()
 

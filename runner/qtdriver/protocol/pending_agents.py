@@ -17,7 +17,7 @@ _LONGEST_WAIT = 0.1
 _KEPT_REFUSALS = 20
 
 
-class Reception:
+class PendingAgents:
     """Keeps the agents that have connected until somebody asks for them. Other users' processes are refused."""
 
     def __init__(self, server: Server) -> None:

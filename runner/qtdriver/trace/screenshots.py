@@ -28,7 +28,7 @@ _Box = Tuple[int, int, int, int]
 
 @dataclass(eq=False)
 class Picture:
-    """A picture that was handed to an album: bands of some rows, of which most are those of the picture before.
+    """A picture that was given to a store: bands of some rows, of which most are those of the picture before.
 
     Attributes:
         size: width and height in pixels.
@@ -45,7 +45,7 @@ class _Band:
     users: int = 0
 
 
-class Album:
+class ScreenshotStore:
     """Holds pictures compressed without loss, what they have in common once, and drops the oldest beyond a limit.
 
     Attributes:
