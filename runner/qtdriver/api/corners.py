@@ -2,15 +2,13 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, List
+from typing import List
 
 from ..errors import CornerButtonError, ReplyError
 from ..lookup.explain import checked_unique_path
 from ..lookup.tree import Node, WidgetTree
+from ..protocol.connection import Connection
 from ..protocol.wire import Rect
-
-if TYPE_CHECKING:
-    from ..protocol.connection import Connection
 
 _PRESSED = ("QAbstractButton", "QPushButton", "QToolButton", "QRadioButton", "QCheckBox", "QComboBox")
 """The classes, as the agent serves them, of what a click does something to."""
@@ -19,9 +17,7 @@ _EXTENSION = "qt_menubar_ext_button"
 """Qt's own button, for titles that do not fit into the bar: it only opens a menu, which the next step closes."""
 
 
-def refuse_corner_button(
-    connection: "Connection", window: str, tree: WidgetTree, bar: Node, path: str
-) -> None:
+def refuse_corner_button(connection: Connection, window: str, tree: WidgetTree, bar: Node, path: str) -> None:
     """Raises CornerButtonError where a button has the top right pixel of the menu bar `bar`, whose path is `path`.
 
     `tree` are the widgets of the window. Asks nothing where the bar has no other widgets in it than its menus; cannot

@@ -3,13 +3,11 @@
 from __future__ import annotations
 
 from enum import IntFlag
-from typing import TYPE_CHECKING, Dict
+from typing import Dict
 
 from ..errors import CommandError, NoEditorError
+from ..protocol.connection import Connection
 from ..protocol.wire import encode_argument
-
-if TYPE_CHECKING:
-    from ..protocol.connection import Connection
 
 _FOCUS_WIDGET = "FocusWidget"
 
@@ -36,7 +34,7 @@ _SUFFICIENT: Dict[str, EditTrigger] = {
 
 
 def refuse_without_editor(
-    connection: "Connection", window: str, path: str, value: object, widget_class: str
+    connection: Connection, window: str, path: str, value: object, widget_class: str
 ) -> None:
     """Raises NoEditorError where the widget is an item view whose edit triggers have no editor open for this value.
 

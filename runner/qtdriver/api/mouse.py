@@ -3,12 +3,11 @@
 from __future__ import annotations
 
 from contextlib import suppress
-from typing import TYPE_CHECKING, Callable, Dict, Literal, Optional, Tuple, TypeVar
+from typing import Callable, Dict, Literal, Optional, Tuple, TypeVar
 
 from ..errors import ObscuredError
 
-if TYPE_CHECKING:
-    from ..protocol.connection import Connection
+from ..protocol.connection import Connection
 
 _Result = TypeVar("_Result")
 
@@ -45,7 +44,7 @@ def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str)
 
 
 def repeatable(
-    connection: "Connection", window: str, act: Callable[[str], _Result], button: MouseButton = "left"
+    connection: Connection, window: str, act: Callable[[str], _Result], button: MouseButton = "left"
 ) -> Callable[[str], _Result]:
     """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a ObscuredError.
 
@@ -74,7 +73,7 @@ def repeatable(
     return act_again
 
 
-def _let_go(connection: "Connection", window: str, path: str, button: MouseButton) -> None:
+def _let_go(connection: Connection, window: str, path: str, button: MouseButton) -> None:
     """Releases the button of a press that may have missed. The first request only gets the mouse there, unless the window
     has come to the front."""
     command = _ASIDE.format("MouseRelease", _BUTTONS[button])

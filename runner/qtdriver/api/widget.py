@@ -17,13 +17,13 @@ from ..errors import (
     WidgetNotFoundError,
 )
 from ..lookup.explain import with_item_suggestions
+from ..protocol.connection import Connection
 from ..protocol.wire import Argument, Rect, Value
 from .editing import refuse_without_editor
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
 
 if TYPE_CHECKING:
-    from ..protocol.connection import Connection
     from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -283,7 +283,7 @@ class Widget:
         return file
 
     @property
-    def _connection(self) -> "Connection":
+    def _connection(self) -> Connection:
         return self.window.app.connection
 
     def _act(

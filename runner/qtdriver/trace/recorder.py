@@ -9,8 +9,9 @@ from collections import deque
 from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
-from typing import TYPE_CHECKING, Deque, Dict, Iterator, List, Optional, Tuple
+from typing import Deque, Dict, Iterator, List, Optional, Tuple
 
+from ..api.app import App
 from ..api.pictures import grab_screen
 from ..api.steps import StepListener
 from ..errors import PictureError
@@ -19,9 +20,6 @@ from ..protocol.transcript import Exchange, Step
 from .screenshots import KEPT_BYTES, ScreenshotStore, Picture
 from .trace import RecordedStep, Trace
 from .widgets import WidgetLister
-
-if TYPE_CHECKING:
-    from ..api.app import App
 
 KEPT_STEPS = 2000
 """Steps of a test that are recorded, the last ones."""
@@ -36,7 +34,7 @@ _KEPT_NOTES = 20
 class _Entry:
     """A step and what was seen around it."""
 
-    app: "App"
+    app: App
     step: Step
     before: Optional[Picture]
     after: Optional[Picture]
@@ -68,14 +66,14 @@ class Recorder(StepListener):
         self._trees: Dict[str, bytes] = {}
         self._closed = False
 
-    def step_started(self, app: "App", step: Step) -> None:
+    def step_started(self, app: App, step: Step) -> None:
         """Takes the picture before a step that acts, unless the last one is as good."""
         self._before = None
         if not step.reads and not self._closed:
             with self._noting("no picture before a step"):
                 self._before = self._picture(app, MAX_PICTURE_AGE)
 
-    def step_ended(self, app: "App", step: Step) -> None:
+    def step_ended(self, app: App, step: Step) -> None:
         """Takes the step in, with what can be seen now."""
         if self._closed:
             return
@@ -131,7 +129,7 @@ class Recorder(StepListener):
         if note not in self._notes and len(self._notes) < _KEPT_NOTES:
             self._notes.append(note)
 
-    def _picture(self, app: "App", fresh: float = 0.0) -> Optional[Picture]:
+    def _picture(self, app: App, fresh: float = 0.0) -> Optional[Picture]:
         """The screen as it is now, or as it was not longer than `fresh` seconds ago."""
         if self._store is None or not self._screenshots:
             return None
@@ -149,7 +147,7 @@ class Recorder(StepListener):
         self._latest[display] = (picture, time.monotonic())
         return picture
 
-    def _widgets(self, app: "App", exchanges: List[Exchange]) -> str:
+    def _widgets(self, app: App, exchanges: List[Exchange]) -> str:
         """The key of the text that lists the widgets; empty when the application cannot be asked."""
         last = (exchanges or app.connection.transcript.exchanges())[-1:]
         if (last and last[0].error) or _has_ended(app):
@@ -197,5 +195,5 @@ class Recorder(StepListener):
         return Trace(self._began, self._began_at, time.monotonic() - self._began, steps, trees, self._notes)
 
 
-def _has_ended(app: "App") -> bool:
+def _has_ended(app: App) -> bool:
     return app.process is not None and app.process.status() is not None
