@@ -11,8 +11,8 @@ from pathlib import Path
 import pytest
 
 from qtdriver import Desktop, DesktopError, PortInUseError, Server, eventually
-from qtdriver.launch import linux
 from qtdriver.desktop.desktop import SCRIPT
+from qtdriver.launch import linux
 
 MARK = "QTDRIVER_TESTED_DESKTOP"
 TELL = 'echo "$DISPLAY"; echo "$XDG_RUNTIME_DIR"; echo $$; readlink /proc/self/ns/net; exec cat'

@@ -10,10 +10,10 @@ from qtdriver import (
     AmbiguousWindowError,
     CommandError,
     ConditionError,
-    WindowNotFoundError,
     NotVisibleError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
     eventually,
 )
 

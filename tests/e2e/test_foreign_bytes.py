@@ -17,13 +17,13 @@ from hypothesis import strategies as st
 
 from qtdriver import CursorWidget, Exchange, Greeting, Rect, Reply, WidgetRecord, WidgetTree, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
-from qtdriver.trace.readable import describe_reply
+from qtdriver.api.pictures import read_xpm
 from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
+from qtdriver.launch.qtversion import qt_major
 from qtdriver.lookup.windows import last_windows
 from qtdriver.protocol.lines import LineSocket
-from qtdriver.api.pictures import read_xpm
-from qtdriver.launch.qtversion import qt_major
 from qtdriver.report.page import TestResult, write_page
+from qtdriver.trace.readable import describe_reply
 from qtdriver.trace.trace import describe_request
 
 hypothesis.configuration.set_hypothesis_home_dir(tempfile.gettempdir())  # nothing is kept in the checkout

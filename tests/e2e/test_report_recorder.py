@@ -9,8 +9,8 @@ from PIL import Image
 
 from qtdriver import ApplicationEndedError, ApplicationHangsError, WidgetNotFoundError, eventually
 from qtdriver.trace import recorder as module
-from qtdriver.trace.screenshots import ScreenshotStore
 from qtdriver.trace.recorder import Recorder
+from qtdriver.trace.screenshots import ScreenshotStore
 
 from showcase import running
 

@@ -14,8 +14,8 @@ from qtdriver import (
     tree_path,
     tree_row,
 )
-from qtdriver.lookup.derived import button_name
 from qtdriver.api.mouse import mouse_command
+from qtdriver.lookup.derived import button_name
 from qtdriver.protocol.records import WidgetRecord
 
 

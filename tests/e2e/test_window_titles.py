@@ -7,9 +7,9 @@ import pytest
 from qtdriver import (
     AmbiguousWindowError,
     Driver,
-    WindowNotFoundError,
     RequestTimeout,
     WidgetRecord,
+    WindowNotFoundError,
     WindowRecord,
 )
 from qtdriver.commandline.console import Words

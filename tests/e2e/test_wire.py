@@ -10,9 +10,9 @@ import pytest
 import qtdriver
 from qtdriver import COMMANDS, CursorWidget, Greeting, Rect, Reply, WidgetRecord, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
+from qtdriver.commandline.typed_line import to_request
 from qtdriver.protocol.commands import COMMAND_BY_NAME
 from qtdriver.trace.readable import describe_reply
-from qtdriver.commandline.typed_line import to_request
 
 
 @pytest.mark.parametrize("text, digits", [("", ""), ("A,", "412c"), ("\n\0ÿ", "0a00ff")])

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import List
 
 from ..errors import CornerButtonError, ReplyError
-from ..lookup.explain import checked_unique_path
+from ..lookup.paths import checked_unique_path
 from ..lookup.tree import Node, WidgetTree
 from ..protocol.connection import Connection
 from ..protocol.wire import Rect

@@ -10,10 +10,10 @@ from ..errors import (
     RETRYABLE_ERRORS,
     AmbiguousError,
     ConditionError,
-    WindowNotFoundError,
     NotVisibleError,
     ReplyError,
     WidgetNotFoundError,
+    WindowNotFoundError,
 )
 from ..protocol.waiting import Deadline, attempts
 from ..protocol.wire import Value

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
 from ..errors import ProtocolError
-from ..lookup.explain import with_item_suggestions
+from ..lookup.near_names import with_item_suggestions
 from ..protocol.wire import Value
 from .mouse import repeatable
 

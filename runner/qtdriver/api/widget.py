@@ -16,7 +16,7 @@ from ..errors import (
     ReplyError,
     WidgetNotFoundError,
 )
-from ..lookup.explain import with_item_suggestions
+from ..lookup.near_names import with_item_suggestions
 from ..protocol.connection import Connection
 from ..protocol.wire import Argument, Rect, Value
 from .editing import refuse_without_editor

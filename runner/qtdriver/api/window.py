@@ -7,13 +7,13 @@ from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
 
 from ..errors import (
     RETRYABLE_ERRORS,
-    WindowNotFoundError,
     ReplyError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
 )
 from ..lookup.derived import button_name
-from ..lookup.explain import checked_unique_path, list_tree
+from ..lookup.paths import checked_unique_path, list_tree
 from ..lookup.tree import Node, WidgetTree
 from ..lookup.windows import POPUP
 from .corners import refuse_corner_button

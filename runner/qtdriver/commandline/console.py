@@ -10,7 +10,7 @@ from typing import Callable, Dict, Iterable, Iterator, List, Tuple
 
 from ..api.app import App
 from ..errors import QtDriverError
-from ..lookup.explain import list_tree
+from ..lookup.paths import list_tree
 from ..lookup.tree import UNNAMED
 from ..lookup.windows import OBJECT_NAME, certain_beginning, walk_windows
 from .verbs import all_verbs

@@ -7,7 +7,7 @@ import os
 from typing import Any, Dict, List
 
 from ..api.app import App
-from ..lookup.explain import checked_unique_path
+from ..lookup.paths import checked_unique_path
 from ..lookup.tree import UNKNOWN, Node, WidgetTree
 from ..trace.readable import describe_value
 from .outcome import Outcome, plain

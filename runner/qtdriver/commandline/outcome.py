@@ -12,13 +12,13 @@ from ..errors import (
     AmbiguousWindowError,
     ConnectionClosed,
     NoClientError,
-    WindowNotFoundError,
     NotVisibleError,
     QtDriverError,
     ReplyError,
     RequestTimeout,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
 )
 from ..errors.commandline import NoApplicationError, UsageError
 from ..protocol.wire import Rect

@@ -2,33 +2,27 @@
 
 from __future__ import annotations
 
-import difflib
-from typing import Callable, Dict, Iterable, List, Optional, Sequence, Type, TypeVar
+from typing import Callable, Dict, List, Sequence, Type
 
 from ..errors import (
     AmbiguousError,
     AmbiguousWindowError,
-    CommandError,
-    ObscuredError,
-    WindowNotFoundError,
     NotVisibleError,
+    ObscuredError,
     ProtocolError,
     ReplyError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
 )
 from ..protocol.connection import Connection
 from ..protocol.records import WindowRecord
-from .derived import probe_derived_names
+from .near_names import nearest_names
+from .paths import checked_unique_path, list_tree
 from .tree import UNKNOWN, Node, WidgetTree
 from .windows import MODAL, OBJECT_NAME, POPUP, describe_windows, walk_windows
 
-_Result = TypeVar("_Result")
-
 _SHOWN = 8
-_NEAREST = 5
-_TREE_LIMIT = 20_000
-_SIMILARITY = 0.5
 
 
 def explain(connection: Connection, error: ReplyError, window: str, path: str) -> str:
@@ -113,7 +107,7 @@ def _no_widget(connection: Connection, window: str, path: str) -> List[str]:
     if namesakes:
         lines = [f'"{last}" is there, but not under that path:']
         return lines + _describe_nodes(connection, window, tree, namesakes)
-    nearest = _nearest(last, tree.names())
+    nearest = nearest_names(last, tree.names())
     if not nearest:
         lines = [f"no widget in this window has a name like that; it has {len(tree.nodes)} widgets"]
         unknown = len(tree.named(UNKNOWN))
@@ -124,21 +118,6 @@ def _no_widget(connection: Connection, window: str, path: str) -> List[str]:
         return lines
     nodes = [node for name in nearest for node in tree.named(name)]
     return ["the nearest names in this window:", *_describe_nodes(connection, window, tree, nodes)]
-
-
-def list_tree(connection: Connection, window: str) -> WidgetTree:
-    """The widgets of a window, with the derived names that can be found out."""
-    tree = WidgetTree(connection.window_tree(window))
-    probe_derived_names(connection, window, tree)
-    return tree
-
-
-def _nearest(name: str, names: Iterable[str]) -> List[str]:
-    by_folded: Dict[str, str] = {known.casefold(): known for known in names}
-    folded = name.casefold()
-    containing = [known for known in by_folded if folded and (folded in known or known in folded)]
-    similar = difflib.get_close_matches(folded, by_folded, n=_NEAREST, cutoff=_SIMILARITY)
-    return [by_folded[known] for known in dict.fromkeys([*similar, *sorted(containing, key=len)])][:_NEAREST]
 
 
 def _describe_nodes(
@@ -160,46 +139,6 @@ def _describe_node(connection: Connection, window: str, tree: WidgetTree, node: 
         return f"{node.name} {kind}: {path}"
     above = "/".join(reversed([ancestor.name or "(button)" for ancestor in node.ancestors()]))
     return f"{node.name} {kind}: no path is unique; it is in {above or 'no other widget'}"
-
-
-def checked_unique_path(connection: Connection, window: str, tree: WidgetTree, node: Node) -> Optional[str]:
-    """A path that finds only this widget, or None. For a visible widget the agent is asked: its names can derive
-    from what a listing does not tell."""
-    path = tree.unique_path(node) if len(tree.nodes) <= _TREE_LIMIT else None
-    if path is None or not node.record.visible:
-        return path
-    try:
-        same = connection.read_property(window, path, "className") == node.record.class_name
-    except (ReplyError, ValueError):
-        return None
-    return path if same else None
-
-
-def with_item_suggestions(
-    connection: Connection, window: str, path: str, item: str, call: Callable[[], _Result]
-) -> _Result:
-    """What `call` returns, which chooses `item`; when the widget refuses it, the error tells what items there are."""
-    try:
-        return call()
-    except ObscuredError:
-        raise  # the item was not looked for yet
-    except CommandError as error:
-        explanation = _explain_item(connection, window, path, item) if item else ""
-        raise CommandError(error.code, error.message, explanation) from None
-
-
-def _explain_item(connection: Connection, window: str, path: str, item: str) -> str:
-    """What items there are instead of `item`, which the widget refused; empty when it has that item or tells none."""
-    for name in ("pathList", "itemList"):
-        try:
-            items = connection.read_property(window, path, name)
-        except (ReplyError, ValueError):
-            continue
-        if isinstance(items, tuple) and item not in items:
-            nearest = _nearest(item, items) or list(items[:_SHOWN])
-            shown = ", ".join(f'"{text}"' for text in nearest) or "none at all"
-            return f'there is no item "{item}" among its {len(items)}; the nearest: {shown}'
-    return ""
 
 
 def _hidden(connection: Connection, window: str, path: str) -> List[str]:

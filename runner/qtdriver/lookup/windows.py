@@ -6,7 +6,7 @@ import re
 from dataclasses import dataclass
 from typing import Iterable, Iterator, List, Optional, Sequence, Tuple
 
-from ..errors import WindowNotFoundError, ProtocolError, QtDriverError, ReplyError
+from ..errors import ProtocolError, QtDriverError, ReplyError, WindowNotFoundError
 from ..protocol.connection import Connection
 from ..protocol.records import WidgetRecord, WindowRecord
 from ..protocol.transcript import Exchange

@@ -6,7 +6,7 @@ import re
 from typing import List, Optional
 
 from ..errors import ProtocolError
-from ..protocol.commands import COMMAND_BY_NUMBER, COMMANDS, Answer, Command
+from ..protocol.commands import COMMANDS, COMMAND_BY_NUMBER, Answer, Command
 from ..protocol.records import CursorWidget
 from ..protocol.wire import Rect, Reply, Value
 

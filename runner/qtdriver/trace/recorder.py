@@ -17,7 +17,7 @@ from ..api.steps import StepListener
 from ..errors import PictureError
 from ..errors.internal import TooSlow
 from ..protocol.transcript import Exchange, Step
-from .screenshots import KEPT_BYTES, ScreenshotStore, Picture
+from .screenshots import KEPT_BYTES, Picture, ScreenshotStore
 from .trace import RecordedStep, Trace
 from .widgets import WidgetLister
 
