@@ -1,1 +1,1 @@
-"""What the author of a test holds: the driver, applications, windows, widgets, menus, and conditions of them."""
+"""The objects of a test: the driver, applications, windows, widgets, menus, and conditions of them."""

@@ -77,7 +77,7 @@ def _history_file() -> Path:
 
 
 class Words:
-    """What can be typed: commands, then windows, then the widgets of that window, then the widget's properties.
+    """Completes commands, then windows, then the widgets of that window, then the properties of that widget.
 
     The application is asked at most once a second.
     """
@@ -87,7 +87,7 @@ class Words:
         self._answers: Dict[Tuple[str, ...], Tuple[float, List[str]]] = {}
 
     def completions(self, text: str) -> List[Tuple[str, int]]:
-        """What can stand for the last word of `text`, each with the length of what it replaces."""
+        """Completions of the last word of `text`, each with the length of the text that it replaces."""
         complete, partial = _divide(text)
         if partial and not complete and partial[0].isdigit():
             return self._request_completions(partial)
@@ -96,7 +96,7 @@ class Words:
         ]
 
     def _request_completions(self, partial: str) -> List[Tuple[str, int]]:
-        """Of a raw request, whose sections are separated by commas."""
+        """Completions of a raw request, whose sections are separated by commas."""
         number, *sections = partial.split(",")
         if not sections or number == "1":
             return []

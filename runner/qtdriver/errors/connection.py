@@ -31,7 +31,7 @@ class NoClientError(QtDriverError):
 
 
 class ClientRefusedError(QtDriverError):
-    """Who has connected is not who may: a process of another user, or one that has closed again."""
+    """A process has connected that may not, as it is another user's, or has closed its connection again."""
 
 
 class PeerReaderMissingError(QtDriverError):

@@ -37,7 +37,7 @@ def ended_elsewhere(pid: int, request: str) -> ApplicationEndedError:
 
 
 def closed_its_connection(pid: int, request: str, process: int) -> ApplicationEndedError:
-    """The error for an application, process `pid`, that is gone for the test while `process`, which was started, runs."""
+    """The error for an application, process `pid`, that has left the test while `process`, which was started, runs."""
     return ApplicationEndedError(
         f"the application (process {pid}) closed its connection{request}, but process {process} still runs"
     )

@@ -1,4 +1,4 @@
-"""Errors that no test sees: who raises them and who catches them are both in this package."""
+"""Errors that no test sees: the runner raises and catches them."""
 
 from __future__ import annotations
 

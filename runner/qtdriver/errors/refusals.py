@@ -66,7 +66,7 @@ class CornerButtonError(QtDriverError):
 
 
 class ConditionError(QtDriverError, AssertionError):
-    """What a test expected has not come true in time. The message tells what was there instead."""
+    """A condition has not come true in time. The message tells what was there instead."""
 
 
 class PictureError(QtDriverError):

@@ -73,7 +73,7 @@ REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
 }
 
 RETRYABLE_LOOKUPS = tuple(error for code, error in REPLY_ERRORS.items() if code != "8")
-"""What can clear by itself: a window or widget that is about to appear, a dialog that is about to close."""
+"""Refusals that can clear by themselves: a window or widget is about to appear, a dialog is about to close."""
 
 RETRYABLE_ERRORS = RETRYABLE_LOOKUPS + (ObscuredError,)
 """The same, and a window that is about to come to the front, for an action that can begin anew."""

@@ -1,4 +1,4 @@
-"""What an ELF file tells the dynamic loader."""
+"""Reads of ELF files what they tell the dynamic loader."""
 
 from __future__ import annotations
 

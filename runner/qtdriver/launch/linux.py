@@ -49,7 +49,7 @@ def session_of(pid: int) -> Optional[int]:
 
 
 class Launch(NamedTuple):
-    """What the processes of one launch are known by. Children inherit both, so those too whose parent has ended.
+    """The marks of the processes of one launch. Children inherit both, also those whose parent has ended.
 
     Attributes:
         name, value: what they have in their environment, unless it was cleared or cannot be read.

@@ -40,10 +40,12 @@ def start(
 ) -> Tuple[Connection, Process]:
     """Starts `command`, program and arguments, with the agent inside, and waits until the agent has greeted.
 
-    `pending_agents` belongs to a server that listens already: the agent looks for it once. `qt` is the application's Qt
-    major; None finds it out from the program's libraries. `build` is the folder with the agents (see agent_library()). `start_timeout` is
-    how long the greeting may take, `request_timeout` how long each request may, both in seconds. `environment` is for
-    the application, by default that of this process.
+    `pending_agents` is of a server that listens already: the agent looks for it once. `qt` is the application's Qt
+    major; None finds it out from the program's libraries. `build` is the folder with the agents (see agent_library()).
+    `start_timeout` is how long the greeting may take, `request_timeout` how long each request may, both in seconds.
+    `environment` is for the application, by default that of this process.
+
+    Answers the connection and the process.
 
     Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError. Everything
     that was started is ended then.

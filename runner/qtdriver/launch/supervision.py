@@ -41,8 +41,8 @@ class LaunchedProcesses:
         return {**environment, _MARK: self._launch.value}
 
     def set_session_leader(self, leader: int) -> None:
-        """Adds the session of the started process, `leader`, which is not to be reaped before end() has returned: its id
-        could be given to another process then."""
+        """Adds the session of the started process, `leader`, which is not to be reaped before end() has returned: its
+        id could be given to another process then."""
         self._launch = self._launch._replace(session=leader)
         self._tell_watchman(str(leader))
 

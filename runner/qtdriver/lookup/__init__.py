@@ -1,1 +1,1 @@
-"""What there is in an application: its windows, their widgets, the names and paths that find them."""
+"""Finding windows and widgets: listings, trees, names, paths, and explanations where nothing is found."""

@@ -14,7 +14,7 @@ STANDARD_TEXTS = (
     "OK", "Cancel", "Close", "Yes", "No", "Apply", "Save", "Open", "Help", "Reset", "Discard", "Retry", "Ignore",
     "Abort", "Save All", "Yes to All", "No to All", "Restore Defaults", "Don't Save", "Close without Saving",
 )  # fmt: skip
-"""What Qt writes on the buttons of its dialogs, in English."""
+"""The texts of the buttons of Qt's dialogs, in English."""
 
 
 def button_name(text: str) -> str:

@@ -1,4 +1,4 @@
-"""What there is instead of what a test looked for: the second half of an error message."""
+"""Explains why a window or widget was not found: the second half of an error message."""
 
 from __future__ import annotations
 

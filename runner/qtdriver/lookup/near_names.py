@@ -27,7 +27,7 @@ def nearest_names(name: str, names: Iterable[str]) -> List[str]:
 def with_item_suggestions(
     connection: Connection, window: str, path: str, item: str, call: Callable[[], _Result]
 ) -> _Result:
-    """What `call` returns, which chooses `item`; when the widget refuses it, the error tells what items there are."""
+    """Makes `call`, which chooses `item`, and returns its result; when the widget refuses, the error suggests items."""
     try:
         return call()
     except ObscuredError:
@@ -38,7 +38,7 @@ def with_item_suggestions(
 
 
 def _explain_item(connection: Connection, window: str, path: str, item: str) -> str:
-    """What items there are instead of `item`, which the widget refused; empty when it has that item or tells none."""
+    """Names the nearest items of a widget that refused `item`; empty when it has that item or lists none."""
     for name in ("pathList", "itemList"):
         try:
             items = connection.read_property(window, path, name)

@@ -66,7 +66,7 @@ def _widgets_of(connection: Connection, record: WindowRecord) -> WindowWidgets:
 
 
 def _addresses(record: WindowRecord) -> Iterator[str]:
-    """What may name the window, the best last: titles need not tell it apart, and what has none may be in front."""
+    """Names of the window in a request, the best last: several windows can have a title, and popups have none."""
     beginning = certain_beginning(record.title)
     yield beginning  # an empty one finds the only window of an application
     if record.modal:

@@ -1,4 +1,4 @@
-"""What is kept of one test: the bundle of a failure, and the trace of its steps."""
+"""The files that one test leaves: the bundle of a failure, and the trace of its steps."""
 
 from __future__ import annotations
 
@@ -93,7 +93,7 @@ class TestArtifacts:
         return ends[0] if ends and self.passed else None
 
     def finish(self, keep_trace: bool = False) -> None:
-        """Ends the recording. Its trace is kept if the test failed, the settings keep every trace, or `keep_trace` is set."""
+        """Ends the recording. Its trace is kept if the test failed, the settings keep all, or `keep_trace` is set."""
         self._keeps_trace = self._keeps_trace or keep_trace
         self._end_recording()
 

@@ -1,4 +1,4 @@
-"""What is kept of a failed test's applications: the screen, the windows, the conversation, the output.
+"""The bundle of a failed test: the screen, and the windows, the requests and the output of its applications.
 
 Nothing here waits long for anything: applications may hang, and so may the X server when one of them has grabbed it.
 """

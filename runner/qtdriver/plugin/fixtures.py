@@ -20,7 +20,7 @@ _WAY_OUT = "run with -n 1 (pytest-xdist)"
 
 
 class _Place(NamedTuple):
-    """What the drivers of a run use one after the other."""
+    """The server and the desktop that the drivers of a run use one after the other."""
 
     server: Server
     desktop: Optional[Desktop]
@@ -45,7 +45,7 @@ def _qtdriver_place(pytestconfig: pytest.Config, qtdriver_settings: Settings) ->
         if qtdriver_settings.headless and not has_own_desktop(pytestconfig):
             desktop = Desktop()
             stack.callback(desktop.close)
-            # What tests start themselves, such as xclip, looks at the same screen, as it does in a worker.
+            # Programs that tests start themselves, such as xclip, look at the same screen, as they do in a worker.
             patch = stack.enter_context(pytest.MonkeyPatch.context())
             patch.setenv("DISPLAY", desktop.environment["DISPLAY"])
         yield _Place(server, desktop)

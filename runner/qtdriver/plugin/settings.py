@@ -1,4 +1,4 @@
-"""What a run is told: options of the command line, and their defaults in pytest's configuration file."""
+"""Settings of a run: options of the command line, and their defaults in pytest's configuration file."""
 
 from __future__ import annotations
 

@@ -1,1 +1,1 @@
-"""What travels between a test and an agent: lines, their text forms, the connection, the server."""
+"""The conversation with an agent: its text forms, the lines that carry it, the connection, the server."""

@@ -1,4 +1,4 @@
-"""What is closed at the end of its `with` block."""
+"""Closing an object at the end of its `with` block."""
 
 from __future__ import annotations
 

@@ -11,7 +11,7 @@ from .wire import encode_hex
 
 
 class Answer(Enum):
-    """What a command answers when it succeeds."""
+    """The kinds of answers to a command that succeeds."""
 
     LIST = "a list"
     CURSOR = "the widget under the cursor"

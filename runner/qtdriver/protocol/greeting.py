@@ -12,7 +12,7 @@ _GREETING = re.compile(r"\+client\+ (\S+) (\d{1,10}) (-?\d{1,10}) (\S*)", re.ASC
 
 @dataclass(frozen=True)
 class Greeting:
-    """Who has connected.
+    """An agent as it introduces itself.
 
     Attributes:
         version: the agent's protocol version, for example "2.1.0".

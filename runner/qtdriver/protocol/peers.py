@@ -1,4 +1,4 @@
-"""Who has connected, and who listens, as the system knows it: what a greeting says of itself proves nothing."""
+"""Looks up in the system which process has connected, or listens: a greeting proves nothing of that."""
 
 from __future__ import annotations
 
@@ -55,7 +55,7 @@ class Peer:
         return None
 
     def description(self) -> str:
-        """Who it is, for a person."""
+        """Its address, user and process, for a person."""
         pid = self.process()
         try:
             user = f"{pwd.getpwuid(self.user).pw_name} ({self.user})"
@@ -96,7 +96,7 @@ def _users_are_told_apart() -> bool:
 
 
 def describe_listener(port: int) -> Optional[str]:
-    """The process that listens on a TCP port, as "name (process N)"; None when the system hides it, or without psutil."""
+    """The process that listens on a TCP port, as "name (process N)"; None where it is hidden, or without psutil."""
     try:
         psutil = load_psutil()
     except PeerReaderMissingError:

@@ -54,7 +54,7 @@ class PendingAgents:
                 return None
 
     def others(self) -> str:
-        """Who else has connected, and was refused or waits to be asked for, to follow an error message; may be empty."""
+        """Lines to follow an error message: who was refused, and whose agents wait. Empty for nobody."""
         lines = [f"refused a connection: {refusal}" for refusal in self._refusals]
         lines += [f"{describe_process(connection.pid)} has connected, too" for connection in self._waiting]
         return "".join(f"\n{line}" for line in lines)

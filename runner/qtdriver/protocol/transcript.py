@@ -1,4 +1,4 @@
-"""What was asked and answered: exchanges with an agent, and the steps of a test that they belong to."""
+"""The exchanges with an agent, and the steps of a test that they belong to."""
 
 from __future__ import annotations
 

@@ -13,7 +13,8 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 _Result = TypeVar("_Result")
 
-# What comes true late is seen late by half of that time at most, and a wait of seconds takes next to no processor time.
+# A condition that takes some time to come true is seen half of that time later at most, and a wait of seconds takes
+# next to no processor time.
 _FIRST_PAUSE = 0.0005
 _GROWTH = 1.5
 _LONGEST_PAUSE = 0.1
@@ -66,7 +67,7 @@ def attempts(deadline: Deadline) -> Iterator[None]:
 def retry(
     call: Callable[[], _Result], errors: Tuple[Type[BaseException], ...], deadline: Deadline
 ) -> _Result:
-    """What `call` returns as soon as it raises none of `errors`; at the deadline the last error is raised."""
+    """Repeats `call` until it raises none of `errors`, and returns its result; raises the last one at the deadline."""
     for _ in attempts(deadline):
         try:
             return call()

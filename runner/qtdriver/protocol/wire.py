@@ -34,10 +34,10 @@ class Rect:
 
 
 Argument = Union[None, bool, int, str]
-"""What a request can carry as a value; None is "no value"."""
+"""A value in a request; None is "no value"."""
 
 Value = Union[bool, int, str, Tuple[str, ...], Rect, bytes]
-"""What a reply can carry; bytes are a picture in the XPM format."""
+"""A value in a reply; bytes are a picture in the XPM format."""
 
 
 def encode_hex(text: str) -> str:

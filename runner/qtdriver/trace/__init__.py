@@ -1,1 +1,1 @@
-"""What is recorded of a test: its steps, pictures of the screen, the widgets; and the trace that keeps them."""
+"""The record of a test: its steps with pictures of the screen and the widgets, in memory and as a trace."""

@@ -107,8 +107,8 @@ class Recorder(StepListener):
         self._trees.clear()
 
     def _attach_final_widgets(self) -> None:
-        """Gives the last step the widgets that are there at the end: an assertion on a value that a test has read before
-        fails without a step of its own."""
+        """Gives the last step the widgets that are there at the end: an assertion on a value that a test has read
+        before fails without a step of its own."""
         if not self._entries:
             return
         entry = self._entries[-1]

@@ -42,7 +42,7 @@ class RecordedStep:
 
 @dataclass(frozen=True)
 class Trace:
-    """What was recorded of one test.
+    """The record of one test.
 
     Attributes:
         began: when, in seconds of time.monotonic().
