@@ -79,7 +79,8 @@ from .protocol.transcript import Exchange, Step, Transcript
 from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
 
 if TYPE_CHECKING:
-    from .errors import HiddenError, NotFoundError
+    from .errors import HiddenError as HiddenError
+    from .errors import NotFoundError as NotFoundError
 else:
 
     def __getattr__(name):
