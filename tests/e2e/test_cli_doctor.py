@@ -164,6 +164,14 @@ def test_without_the_package_that_tells_who_connects_nothing_can_be_driven(exami
     assert findings["python3-psutil"]["remedy"] == "apt install python3-psutil"
 
 
+def test_without_that_package_a_taken_port_has_an_owner_who_cannot_be_seen(examine, bare):
+    with Server():
+        findings, _ = examine(environment=bare)
+    assert (
+        findings["port 4242"]["text"] == "127.0.0.1:4242 is taken by a process that cannot be seen from here"
+    )
+
+
 def test_a_program_with_an_agent_is_well(examine):
     findings, _ = examine("speedcrunch")
     assert "uses Qt 5, and there is an agent for it" in findings["program"]["text"]

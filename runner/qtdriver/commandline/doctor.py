@@ -117,7 +117,7 @@ def _port(_: Optional[Path]) -> Iterator[Finding]:
         yield Finding(
             f"port {PORT}",
             "problem",
-            f"{place} is taken by {owner or 'a process of another user'}",
+            f"{place} is taken by {owner or 'a process that cannot be seen from here'}",
             f"end that process, or wait for its end{_OWN_NETWORK if _namespaces_allowed() else ''}",
         )
         return

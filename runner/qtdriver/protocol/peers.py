@@ -103,8 +103,9 @@ def describe_listener(port: int) -> Optional[str]:
         return None
     for connection in psutil.net_connections("tcp"):
         listens = connection.status == psutil.CONN_LISTEN and connection.laddr.port == port
-        if listens and connection.pid is not None:
-            return f"{_process_name(connection.pid)} (process {connection.pid})"
+        name = _process_name(connection.pid) if listens and connection.pid is not None else ""
+        if name:
+            return f"{name} (process {connection.pid})"
     return None
 
 
