@@ -1,4 +1,4 @@
 #!/usr/bin/env bash
 # Runs a command on a desktop of its own: scripts/with-desktop.sh COMMAND ARGS...
 # A private X server with a window manager, in a private network namespace; the runner's own script tells the rest.
-exec "$(dirname "$(readlink -f "$0")")/../runner/qtdriver/with-desktop.sh" "$@"
+exec "$(dirname "$(readlink -f "$0")")/../runner/qtdriver/desktop/with-desktop.sh" "$@"

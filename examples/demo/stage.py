@@ -5,7 +5,7 @@ import time
 from pathlib import Path
 
 from qtdriver import encode_hex
-from qtdriver.commandline.readable import describe_reply
+from qtdriver.trace.readable import describe_reply
 
 DEADLINE = 10.0
 """Seconds after which an effect that has not come is counted as missing."""

@@ -9,7 +9,7 @@ def test_every_extra_is_checked_by_the_context_menu(showcase, roastery, open_pag
     extras.click("right", at=(0.5, 0.9))
     showcase.popup().menu("Check all").activate()
     for extra in extras.items():
-        eventually(extras).reads("itemIsChecked", True, extra)
+        eventually(extras).has_property("itemIsChecked", True, extra)
 
 
 def test_a_blend_is_found_in_its_tree(roastery, open_page):
@@ -26,4 +26,4 @@ def test_a_price_is_changed_in_its_cell(roastery, open_page):
     prices = roastery.widget("priceTable")
     prices.select(cell("Espresso", "Medium"))
     prices.enter("1.80")
-    eventually(prices).reads("itemText", "1.80", cell("Espresso", "Medium"))
+    eventually(prices).has_property("itemText", "1.80", cell("Espresso", "Medium"))

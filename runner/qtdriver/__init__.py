@@ -1,61 +1,91 @@
 """Drives Qt widgets applications from tests: server, client and launcher for the qtdriver agent."""
 
-from .agent import AgentNotBuiltError, AgentPathError, ArchitectureError, agent_library, default_build
-from .addresses import cell, column_header, menu_entry, menu_path, model_item, row_header, tree_path, tree_row
-from .app import App
-from .clipboard import ClipboardError
-from .commands import COMMANDS, Answer, Command, Section
-from .connection import Connection
-from .desktop import Desktop, DesktopError
-from .driver import Driver
-from .elf import ElfReaderMissingError
+from typing import TYPE_CHECKING
+
+from .api.addresses import (
+    cell,
+    column_header,
+    menu_entry,
+    menu_path,
+    model_item,
+    row_header,
+    tree_path,
+    tree_row,
+)
+from .api.app import App
+from .api.driver import Driver
+from .api.expect import eventually
+from .api.menu import Menu
+from .api.steps import StepListener
+from .api.widget import Widget
+from .api.window import Window
+from .desktop.desktop import Desktop
 from .errors import (
+    AgentNotBuiltError,
+    AgentPathError,
     AmbiguousError,
     AmbiguousWindowError,
     ApplicationEndedError,
     ApplicationHangsError,
+    ArchitectureError,
     ClientRefusedError,
+    ClipboardError,
     CommandError,
     ConditionError,
     ConnectionClosed,
     CornerButtonError,
-    HiddenError,
+    DesktopError,
+    EarlyExitError,
+    ElfReaderMissingError,
     NoClientError,
     NoEditorError,
-    NotFoundError,
+    NoGreetingError,
+    NoQtError,
+    NoWidgetsError,
     NotVisibleError,
+    ObscuredError,
+    PeerReaderMissingError,
+    PictureError,
     PortInUseError,
+    ProgramError,
+    ProgramNotExecutableError,
+    ProgramNotFoundError,
     ProtocolError,
     QtDriverError,
     ReplyError,
     RequestTimeout,
+    ScriptProgramError,
+    StaticProgramError,
+    StaticQtError,
+    UnknownFormatError,
     UnsupportedTextError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
+    by_former_name,
 )
-from .expect import eventually
-from .greeting import Greeting
-from .launch import EarlyExitError, NoGreetingError, preload_environment
-from .menu import Menu
-from .peers import PeerReaderMissingError
-from .pictures import PictureError
-from .process import Process, describe_exit
-from .program import (
-    ProgramError,
-    ProgramNotExecutableError,
-    ProgramNotFoundError,
-    ScriptProgramError,
-    UnknownFormatError,
-)
-from .qtversion import NoQtError, NoWidgetsError, StaticProgramError, StaticQtError, qt_major
-from .records import CursorWidget, WidgetRecord, WindowRecord
-from .server import HOST, PORT, Server
-from .steps import StepListener
-from .transcript import Exchange, Step, Transcript
-from .tree import Node, WidgetTree
-from .widget import Widget
-from .window import Window
-from .wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
+from .errors.endings import describe_exit
+from .launch.agent import agent_library, default_build
+from .launch.process import Process
+from .launch.qtversion import qt_major
+from .launch.starting import preload_environment
+from .lookup.tree import Node, WidgetTree
+from .protocol.commands import COMMANDS, Answer, Command, Section
+from .protocol.connection import Connection
+from .protocol.greeting import Greeting
+from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
+from .protocol.server import HOST, PORT, Server
+from .protocol.transcript import Exchange, Step, Transcript
+from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
+
+if TYPE_CHECKING:
+    from .errors import HiddenError as HiddenError
+    from .errors import NotFoundError as NotFoundError
+else:
+
+    def __getattr__(name):
+        return by_former_name(__name__, name)
+
 
 __all__ = [
     "AgentNotBuiltError",
@@ -86,7 +116,6 @@ __all__ = [
     "Exchange",
     "Greeting",
     "HOST",
-    "HiddenError",
     "Menu",
     "NoClientError",
     "NoEditorError",
@@ -94,8 +123,8 @@ __all__ = [
     "NoQtError",
     "NoWidgetsError",
     "Node",
-    "NotFoundError",
     "NotVisibleError",
+    "ObscuredError",
     "PORT",
     "PeerReaderMissingError",
     "PictureError",
@@ -127,6 +156,7 @@ __all__ = [
     "WidgetTree",
     "Window",
     "WindowBlockedError",
+    "WindowNotFoundError",
     "WindowRecord",
     "agent_library",
     "cell",

@@ -9,7 +9,7 @@ from pathlib import Path
 
 import pytest
 
-from qtdriver.watchman import session_of
+from qtdriver.launch.linux import session_of
 
 from showcase import AGENTS, PROGRAM, QT
 

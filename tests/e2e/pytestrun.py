@@ -10,7 +10,8 @@ import textwrap
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
-from qtdriver import eventually, watchman
+from qtdriver import eventually
+from qtdriver.launch import linux
 from showcase import AGENTS, PROGRAM, QT
 
 RUNNER = Path(__file__).resolve().parents[2] / "runner"
@@ -114,7 +115,7 @@ class Project:
     def processes(self):
         """What runs for this project now: process ids and command lines."""
         found = {}
-        for pid in watchman.Launch(MARK, self.mark).processes():
+        for pid in linux.Launch(MARK, self.mark).processes():
             try:
                 words = (
                     Path(f"/proc/{pid}/cmdline")

@@ -90,6 +90,14 @@ def test_a_picture_becomes_an_image_file(window, tmp_path):
         assert len(image.convert("RGBA").getcolors(maxcolors=1 << 24)) > 1
 
 
+def test_has_property_has_its_former_name_too_for_one_version(window):
+    brew = eventually(window.widget("brewButton"))
+    with pytest.warns(DeprecationWarning, match=r"reads\(\) is has_property\(\) now"):
+        brew.reads("text", "Brew a cup")
+    with pytest.raises(ConditionError), pytest.warns(DeprecationWarning):
+        eventually(window.widget("brewButton"), timeout=0).reads("text", "Brew a pot")
+
+
 def test_items_are_chosen_by_their_addresses(window, show):
     show("Entry fields")
     beans = window.widget("beanCombo")
@@ -130,7 +138,7 @@ def test_an_entry_of_a_context_menu_is_chosen(app, window, show):
     last = extras.items()[-1]
     extras.click("right", at=(0.5, 0.9))
     app.popup().menu("Check all").activate()
-    eventually(extras).reads("itemIsChecked", True, last)
+    eventually(extras).has_property("itemIsChecked", True, last)
 
 
 def test_a_dialog_is_answered_by_the_text_of_its_button(app, window, show):
@@ -184,7 +192,7 @@ def test_a_drag_that_does_not_arrive_fails_after_one_wait_and_releases_the_butto
         window.widget("extrasList").drag_to(window.widget("nowhere"), timeout=3)
     assert time.monotonic() - started < 5.5  # not two waits
     origins.hover(at=(0.5, 0.9))  # with a held button it would choose what it passes
-    eventually(origins).reads("itemIsSelected", True, chosen)
+    eventually(origins).has_property("itemIsSelected", True, chosen)
 
 
 def test_a_window_is_resized_and_moved_and_its_title_read(window):

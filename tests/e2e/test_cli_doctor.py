@@ -11,8 +11,9 @@ from pathlib import Path
 
 import pytest
 
-from qtdriver import Desktop, Server, eventually, watchman
-from qtdriver.commandline.listeners import listener_of
+from qtdriver import Desktop, Server, eventually
+from qtdriver.launch import linux
+from qtdriver.protocol.peers import describe_listener
 
 MARK = "QTDRIVER_TESTED_DOCTOR"
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
@@ -100,7 +101,7 @@ def test_without_namespaces_a_taken_port_can_only_be_waited_for(examine, refusin
 
 
 def test_nobody_listens_on_a_free_port():
-    assert listener_of(4242) is None
+    assert describe_listener(4242) is None
 
 
 def test_a_display_that_is_not_there_is_a_problem(examine):
@@ -121,7 +122,7 @@ def test_a_window_manager_that_has_ended_is_missed(examine, tmp_path, monkeypatc
     with closing(Desktop()) as desktop:
         (manager,) = [
             pid
-            for pid in watchman.Launch(MARK, str(tmp_path)).processes()
+            for pid in linux.Launch(MARK, str(tmp_path)).processes()
             if Path(f"/proc/{pid}/comm").read_text() == "openbox\n"
         ]
         os.kill(manager, signal.SIGTERM)
@@ -161,6 +162,14 @@ def test_without_the_package_that_tells_who_connects_nothing_can_be_driven(exami
     findings, status = examine(environment=bare)
     assert (findings["python3-psutil"]["result"], status) == ("problem", 1)
     assert findings["python3-psutil"]["remedy"] == "apt install python3-psutil"
+
+
+def test_without_that_package_a_taken_port_has_an_owner_who_cannot_be_seen(examine, bare):
+    with Server():
+        findings, _ = examine(environment=bare)
+    assert (
+        findings["port 4242"]["text"] == "127.0.0.1:4242 is taken by a process that cannot be seen from here"
+    )
 
 
 def test_a_program_with_an_agent_is_well(examine):

@@ -8,7 +8,8 @@ from contextlib import contextmanager
 import pytest
 
 from qtdriver import eventually
-from qtdriver.commandline.picking import PickError, wait_for_click
+from qtdriver.commandline.picking import wait_for_click
+from qtdriver.errors.commandline import PickError
 
 from oneshot import QTDRIVER, data, held, interrupt, qtdriver, runtime, to_interrupt  # noqa: F401
 

@@ -8,7 +8,8 @@ import stat
 import pytest
 
 from qtdriver import eventually
-from qtdriver.commandline.control import ControlSocketError, ask, peer_user, socket_path
+from qtdriver.commandline.control import ask, peer_user, socket_path
+from qtdriver.errors.commandline import ControlSocketError
 
 from oneshot import held, hold, is_running, qtdriver, runtime  # noqa: F401
 from showcase import QT

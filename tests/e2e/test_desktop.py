@@ -10,8 +10,9 @@ from pathlib import Path
 
 import pytest
 
-from qtdriver import Desktop, DesktopError, PortInUseError, Server, eventually, watchman
-from qtdriver.desktop import SCRIPT
+from qtdriver import Desktop, DesktopError, PortInUseError, Server, eventually
+from qtdriver.desktop.desktop import SCRIPT
+from qtdriver.launch import linux
 
 MARK = "QTDRIVER_TESTED_DESKTOP"
 TELL = 'echo "$DISPLAY"; echo "$XDG_RUNTIME_DIR"; echo $$; readlink /proc/self/ns/net; exec cat'
@@ -52,7 +53,7 @@ def is_gone(environment, display):
     number = display.lstrip(":")
     leftovers = [f"/tmp/.X{number}-lock", f"/tmp/.X11-unix/X{number}", *Path(environment["TMPDIR"]).iterdir()]
     return not any(map(os.path.exists, leftovers)) and not list(
-        watchman.Launch(MARK, environment[MARK]).processes()
+        linux.Launch(MARK, environment[MARK]).processes()
     )
 
 
@@ -141,7 +142,7 @@ def test_where_the_port_is_taken_a_desktop_of_its_own_is_named_and_has_a_free_on
     with Server():
         with pytest.raises(PortInUseError) as caught:
             Server()
-        beside = run(environment, sys.executable, "-c", listen, str(SCRIPT.parents[1]))
+        beside = run(environment, sys.executable, "-c", listen, str(SCRIPT.parents[2]))
     assert str(caught.value).endswith(
         "or wait for its end. Where the system allows network namespaces, you can also run 'scripts/with-desktop.sh "
         "COMMAND' or 'qtdriver run --headless', which has a network of its own"
@@ -152,7 +153,7 @@ def test_where_the_port_is_taken_a_desktop_of_its_own_is_named_and_has_a_free_on
 def test_an_unknown_command_is_status_127_and_leaves_nothing(environment):
     done = run(environment, "no-such-command")
     assert done.returncode == 127 and "no-such-command" in done.stderr
-    assert list(watchman.Launch(MARK, environment[MARK]).processes()) == []
+    assert list(linux.Launch(MARK, environment[MARK]).processes()) == []
     assert os.listdir(environment["TMPDIR"]) == []
 
 

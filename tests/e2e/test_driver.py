@@ -19,7 +19,7 @@ from qtdriver import (
     PortInUseError,
     eventually,
 )
-from qtdriver.watchman import session_of
+from qtdriver.launch.linux import session_of
 
 
 @pytest.fixture

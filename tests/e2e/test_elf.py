@@ -5,8 +5,9 @@ import shutil
 
 import pytest
 
-from qtdriver import agent, errors, program, qtversion
-from qtdriver.qtversion import qt_major
+from qtdriver import errors
+from qtdriver.launch import agent, program
+from qtdriver.launch.qtversion import qt_major
 
 MAIN = "int main(void) { return 0; }"
 
@@ -77,7 +78,7 @@ def test_a_library_uses_the_rpath_of_the_program_but_not_its_runpath(fake_librar
     runpath = program_linking(
         outer, "-Wl,--enable-new-dtags,-rpath,$ORIGIN/../lib", f"-Wl,-rpath-link,{inner.parent}"
     )
-    with pytest.raises(qtversion.NoQtError):
+    with pytest.raises(errors.NoQtError):
         qt_major(runpath, {})
 
 
@@ -85,7 +86,7 @@ def test_libraries_are_looked_for_under_the_environment_of_the_application(fake_
     private = fake_library("libprivate.so.1", fake_library("libQt5Widgets.so.5"))
     path = program_linking(private)
     assert qt_major(path, {"LD_LIBRARY_PATH": f"/nowhere:{private.parent}"}) == 5
-    with pytest.raises(qtversion.NoQtError):
+    with pytest.raises(errors.NoQtError):
         qt_major(path, {})
 
 
@@ -103,7 +104,7 @@ def test_libraries_that_link_each_other_are_each_read_once(fake_library, program
     second = fake_library("libsecond.so.1", first, "-Wl,-rpath,$ORIGIN")
     fake_library("libfirst.so.1", second, "-Wl,-rpath,$ORIGIN")
     path = program_linking("-L", first.parent, "-l:libfirst.so.1", "-Wl,-rpath,$ORIGIN/../lib")
-    with pytest.raises(qtversion.NoQtError):
+    with pytest.raises(errors.NoQtError):
         qt_major(path, {})
 
 
@@ -114,45 +115,45 @@ def test_a_program_changed_on_disk_is_read_again(fake_library, program_linking):
 
 def test_qt_without_widgets_has_its_own_message(fake_library, program_linking):
     path = program_linking(fake_library("libQt5Core.so.5"), fake_library("libQt5Gui.so.5"))
-    with pytest.raises(qtversion.NoWidgetsError, match="links libQt5Core.so.5, but not Qt's widgets.*--qt N"):
+    with pytest.raises(errors.NoWidgetsError, match="links libQt5Core.so.5, but not Qt's widgets.*--qt N"):
         qt_major(path, {})
 
 
 def test_a_program_without_qt_is_told_of_plugins():
-    with pytest.raises(qtversion.NoQtError, match="/bin/true links no Qt.*plugin.*--qt N"):
+    with pytest.raises(errors.NoQtError, match="/bin/true links no Qt.*plugin.*--qt N"):
         qt_major(program.find_program("/bin/true"))
 
 
 def test_a_static_program_is_told_that_nothing_can_be_loaded(program_linking):
-    with pytest.raises(qtversion.StaticProgramError, match="statically linked") as caught:
+    with pytest.raises(errors.StaticProgramError, match="statically linked") as caught:
         qt_major(program_linking("-static"))
-    assert not isinstance(caught.value, qtversion.StaticQtError)
+    assert not isinstance(caught.value, errors.StaticQtError)
 
 
 @pytest.mark.parametrize("options", [(), ("-static",), ("-rdynamic", "-s")])
 def test_qt_inside_the_program_is_found_by_its_symbols(program_linking, options):
     source = "const char *qVersion(void) { return 0; } " + MAIN
-    with pytest.raises(qtversion.StaticQtError, match="Qt is linked into .*/program statically"):
+    with pytest.raises(errors.StaticQtError, match="Qt is linked into .*/program statically"):
         qt_major(program_linking(*options, source=source))
 
 
 def test_qt_inside_a_stripped_program_is_found_by_a_text_of_its_own(program_linking):
     text = "QWidget: Must construct a QApplication before a QWidget"
     source = f'#include <stdio.h>\nint main(void) {{ puts("{text}"); }}'
-    with pytest.raises(qtversion.StaticQtError):
+    with pytest.raises(errors.StaticQtError):
         qt_major(program_linking("-s", source=source))
 
 
 def test_a_program_that_asks_for_qt_by_name_has_no_qt_inside(program_linking):
     source = '#include <stdio.h>\nint main(void) { puts("qVersion"); }'
-    with pytest.raises(qtversion.NoQtError):
+    with pytest.raises(errors.NoQtError):
         qt_major(program_linking(source=source))
 
 
 def test_a_script_is_told_to_name_its_binary(tmp_path):
     script = tmp_path / "start"
     script.write_text("#!/bin/sh\nexec true\n")
-    with pytest.raises(program.ScriptProgramError, match=r"script \(run by /bin/sh\).*--qt N"):
+    with pytest.raises(errors.ScriptProgramError, match=r"script \(run by /bin/sh\).*--qt N"):
         qt_major(script)
 
 
@@ -160,14 +161,14 @@ def test_a_script_is_told_to_name_its_binary(tmp_path):
 def test_a_file_that_is_no_program_is_refused(tmp_path, content):
     path = tmp_path / "file"
     path.write_bytes(content)
-    with pytest.raises(program.UnknownFormatError):
+    with pytest.raises(errors.UnknownFormatError):
         qt_major(path)
 
 
 def test_a_truncated_program_is_refused(tmp_path, program_linking):
     path = tmp_path / "half"
     path.write_bytes(program_linking().read_bytes()[:700])
-    with pytest.raises(program.ProgramError):
+    with pytest.raises(errors.ProgramError):
         qt_major(path)
 
 
@@ -182,17 +183,17 @@ def test_programs_are_looked_up_in_the_path_and_as_files(tmp_path, monkeypatch):
 
 def test_a_missing_program_and_one_that_cannot_be_executed_are_told_apart(tmp_path):
     (tmp_path / "text").write_text("")
-    with pytest.raises(program.ProgramNotFoundError, match="in PATH"):
+    with pytest.raises(errors.ProgramNotFoundError, match="in PATH"):
         program.find_program("no-such-program-anywhere")
-    with pytest.raises(program.ProgramNotFoundError, match="no such file"):
+    with pytest.raises(errors.ProgramNotFoundError, match="no such file"):
         program.find_program(f"{tmp_path}/missing")
     for path in (tmp_path / "text", tmp_path):
-        with pytest.raises(program.ProgramNotExecutableError):
+        with pytest.raises(errors.ProgramNotExecutableError):
             program.find_program(str(path))
 
 
 def test_a_missing_agent_is_told_with_its_place_and_the_command_that_builds_it(tmp_path):
-    with pytest.raises(agent.AgentNotBuiltError) as caught:
+    with pytest.raises(errors.AgentNotBuiltError) as caught:
         agent.agent_library(6, tmp_path)
     for part in ("Qt 6", f"{tmp_path}/qt6/lib/libqtdriver-preload.so", "scripts/build.sh 6"):
         assert part in str(caught.value)
@@ -200,7 +201,7 @@ def test_a_missing_agent_is_told_with_its_place_and_the_command_that_builds_it(t
 
 def test_an_agent_whose_path_the_loader_cannot_take_is_refused(tmp_path, build):
     shutil.copytree(build, tmp_path / "my build")
-    with pytest.raises(agent.AgentPathError, match="blank"):
+    with pytest.raises(errors.AgentPathError, match="blank"):
         agent.agent_library(5, tmp_path / "my build")
 
 
@@ -210,12 +211,12 @@ def test_a_program_for_another_processor_is_refused(tmp_path, build, program_lin
     content[18:20] = (243).to_bytes(2, "little")
     other = tmp_path / "other"
     other.write_bytes(content)
-    with pytest.raises(agent.ArchitectureError, match="EM_RISCV"):
+    with pytest.raises(errors.ArchitectureError, match="EM_RISCV"):
         agent.require_same_architecture(other, agent.agent_library(5, build))
     agent.require_same_architecture(path, agent.agent_library(5, build))
 
 
 def test_every_error_is_one_that_the_command_line_reports():
-    kinds = (program.ProgramError, agent.AgentNotBuiltError, agent.AgentPathError)
+    kinds = (errors.ProgramError, errors.AgentNotBuiltError, errors.AgentPathError)
     assert all(issubclass(kind, errors.QtDriverError) for kind in kinds)
     assert os.path.isabs(agent.default_build())

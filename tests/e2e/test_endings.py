@@ -6,7 +6,8 @@ import subprocess
 
 import pytest
 
-from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver, endings
+from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver
+from qtdriver.api import disconnection
 
 from showcase import running
 
@@ -56,7 +57,7 @@ def test_a_hanging_application_that_was_attached_is_ended_too(fake_agent):
 def test_an_application_that_only_closes_its_connection_is_told_with_its_process(
     fake_agent, build, monkeypatch
 ):
-    monkeypatch.setattr(endings, "_EXIT_SECONDS", 0.1)
+    monkeypatch.setattr(disconnection, "_EXIT_SECONDS", 0.1)
     with Driver(qt=5, build=build) as driver:
         app = driver.launch(*fake_agent, "--stay")
         message = said(ApplicationEndedError, app.window("vanish").title)

@@ -10,10 +10,10 @@ from qtdriver import (
     AmbiguousWindowError,
     CommandError,
     ConditionError,
-    NotFoundError,
     NotVisibleError,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
     eventually,
 )
 
@@ -60,7 +60,7 @@ def text(lines):
 
 
 def test_a_window_that_is_not_there_names_those_that_are(app, window):
-    assert said(NotFoundError, app.window("Rostery").title) == text(
+    assert said(WindowNotFoundError, app.window("Rostery").title) == text(
         """
         Window (Rostery) not found
         waited 0.1 s
@@ -72,12 +72,12 @@ def test_a_window_that_is_not_there_names_those_that_are(app, window):
 
 def test_a_title_in_another_case_is_pointed_out(app, window):
     assert 'upper and lower case count: did you mean "Roastery"?' in said(
-        NotFoundError, app.window("roast").title
+        WindowNotFoundError, app.window("roast").title
     )
 
 
 def test_a_window_with_another_object_name_is_told_with_its_own(app, window):
-    assert said(NotFoundError, app.window(name="showcas").title) == text(
+    assert said(WindowNotFoundError, app.window(name="showcas").title) == text(
         """
         Window (Widget:showcas) not found
         waited 0.1 s
@@ -89,10 +89,12 @@ def test_a_window_with_another_object_name_is_told_with_its_own(app, window):
 
 
 def test_a_popup_and_a_dialog_that_are_not_open_are_called_so(app, window):
-    assert "looked for an open popup, such as a menu; these windows" in said(NotFoundError, app.popup().title)
-    assert "looked for a modal dialog; these windows" in said(NotFoundError, app.modal().title)
+    assert "looked for an open popup, such as a menu; these windows" in said(
+        WindowNotFoundError, app.popup().title
+    )
+    assert "looked for a modal dialog; these windows" in said(WindowNotFoundError, app.modal().title)
     assert 'looked for a modal dialog whose title begins with "Save"; these' in said(
-        NotFoundError, app.modal("Save").title
+        WindowNotFoundError, app.modal("Save").title
     )
 
 

@@ -16,15 +16,15 @@ from hypothesis import example, given
 from hypothesis import strategies as st
 
 from qtdriver import CursorWidget, Exchange, Greeting, Rect, Reply, WidgetRecord, WidgetTree, WindowRecord
-from qtdriver import decode_hex, encode_argument, encode_hex, errors, program
-from qtdriver.commandline.readable import describe_reply
-from qtdriver.elf import ElfFile, contains_qt_widgets, read_elf
-from qtdriver.endings import last_windows
-from qtdriver.lines import LineSocket
-from qtdriver.pictures import read_xpm
-from qtdriver.qtversion import qt_major
+from qtdriver import decode_hex, encode_argument, encode_hex, errors
+from qtdriver.api.pictures import read_xpm
+from qtdriver.launch.elf import ElfFile, contains_qt_widgets, read_elf
+from qtdriver.launch.qtversion import qt_major
+from qtdriver.lookup.windows import last_windows
+from qtdriver.protocol.lines import LineSocket
 from qtdriver.report.page import TestResult, write_page
-from qtdriver.report.trace import describe_request
+from qtdriver.trace.readable import describe_reply
+from qtdriver.trace.trace import describe_request
 
 hypothesis.configuration.set_hypothesis_home_dir(tempfile.gettempdir())  # nothing is kept in the checkout
 
@@ -200,7 +200,7 @@ def check_elf(path):
     elf = read_or_refused(read_elf, path, ValueError)
     assert elf is None or isinstance(elf, ElfFile)
     read_or_refused(contains_qt_widgets, path, ValueError)
-    read_or_refused(functools.partial(qt_major, environment={}), path, program.ProgramError)
+    read_or_refused(functools.partial(qt_major, environment={}), path, errors.ProgramError)
 
 
 @made_up(120)

@@ -9,7 +9,7 @@ from pathlib import Path
 import pytest
 from Xlib import display
 
-from qtdriver import Driver, HiddenError, eventually
+from qtdriver import Driver, ObscuredError, eventually
 
 from showcase import AGENTS, PROGRAM, QT, running
 
@@ -136,7 +136,7 @@ def test_an_application_whose_window_manager_is_slow_gets_its_first_click():
 
 
 def test_what_stays_hidden_is_told_with_the_reason(window):
-    with cover(), pytest.raises(HiddenError) as caught:
+    with cover(), pytest.raises(ObscuredError) as caught:
         window.widget("brewButton").click(timeout=SECONDS)
     assert str(caught.value) == (
         "Exception : Error: widget is hidden by another window\n"
@@ -158,7 +158,7 @@ def test_a_click_that_stays_hidden_leaves_no_button_held(window, place):
     eventually(lambda: origins.read("itemIsSelected", chosen)).is_true()
     if place == "the mouse is there":
         window.widget("pages/qt_tabwidget_tabbar").select("Lists")
-    with cover(), pytest.raises(HiddenError):
+    with cover(), pytest.raises(ObscuredError):
         window.widget("pages/qt_tabwidget_tabbar").select("Lists", timeout=SECONDS)
     origins.hover(at=(0.5, 0.9))  # with a held button it would choose what it passes
     assert origins.read("itemIsSelected", chosen)
@@ -167,6 +167,6 @@ def test_a_click_that_stays_hidden_leaves_no_button_held(window, place):
 @pytest.mark.parametrize("kind", ["MouseMove", "MouseRelease"])
 def test_a_part_of_a_drag_is_not_repeated(window, kind):
     before = len(window.app.connection.transcript.exchanges())
-    with cover(), pytest.raises(HiddenError):
+    with cover(), pytest.raises(ObscuredError):
         window.widget("tastingPad").mouse(kind, "left", at=(0.5, 0.5), timeout=60)
     assert len(window.app.connection.transcript.exchanges()) == before + 1

@@ -9,33 +9,34 @@ from pathlib import Path
 import pytest
 
 from qtdriver import (
+    App,
     EarlyExitError,
     NoGreetingError,
     describe_exit,
     eventually,
     preload_environment,
-    watchman,
 )
-from qtdriver.launch import launch
-from qtdriver.output import OutputTail
-from qtdriver.reception import Reception
+from qtdriver.launch import linux
+from qtdriver.launch.output import OutputTail
+from qtdriver.launch.starting import start as start_application
+from qtdriver.protocol.pending_agents import PendingAgents
 
 
 @pytest.fixture
 def start(server, build):
     """Starts a command as an application of Qt 5."""
-    reception = Reception(server)
+    pending_agents = PendingAgents(server)
 
     def call(command, **options):
         options.setdefault("start_timeout", 10)
-        return launch(command, reception=reception, qt=5, build=build, **options)
+        return App(*start_application(command, pending_agents=pending_agents, qt=5, build=build, **options))
 
     return call
 
 
 def is_alive(pid):
     """Whether there is such a process, and more of it than its exit status."""
-    return watchman.session_of(pid) is not None
+    return linux.session_of(pid) is not None
 
 
 def test_the_application_is_driven_and_ended(start, fake_agent):
@@ -103,7 +104,7 @@ def test_an_application_that_never_greets_is_ended(start, tmp_path):
 
 
 class Impatience:
-    """In place of a reception: gives up as soon as the program has written its note."""
+    """In place of the pending agents: gives up as soon as the program has written its note."""
 
     def __init__(self, note):
         self._note = note
@@ -125,7 +126,9 @@ def without_environment(note, *command):
 def test_a_program_that_clears_its_environment_is_ended_with_what_it_started(build, tmp_path, goes_on):
     note = tmp_path / "pids"
     with pytest.raises((NoGreetingError, EarlyExitError)):
-        launch(without_environment(note, goes_on, "1000"), reception=Impatience(note), qt=5, build=build)
+        start_application(
+            without_environment(note, goes_on, "1000"), pending_agents=Impatience(note), qt=5, build=build
+        )
     assert [is_alive(int(pid)) for pid in note.read_text().split()] == [False, False]
 
 
@@ -171,8 +174,8 @@ def powerless(monkeypatch, tmp_path):
     idle = tmp_path / "idle.py"
     idle.write_text("import sys; sys.stdin.read()")
     with monkeypatch.context() as patch:
-        patch.setattr(watchman.os, "kill", refuse)
-        patch.setattr(watchman, "__file__", str(idle))
+        patch.setattr(linux.os, "kill", refuse)
+        patch.setattr(linux, "__file__", str(idle))
         yield
 
 
@@ -180,7 +183,7 @@ def test_a_program_that_may_not_be_ended_is_told_and_not_waited_for(powerless, b
     note = tmp_path / "pid"
     command = ["/bin/sh", "-c", f"echo $$ >{note}; exec sleep 1000"]
     with pytest.raises(NoGreetingError) as caught:
-        launch(command, reception=Impatience(note), qt=5, build=build)
+        start_application(command, pending_agents=Impatience(note), qt=5, build=build)
     pid = int(note.read_text())
     assert f"It could not be ended: process {pid} still runs" in str(caught.value)
     subprocess.run(["kill", "-KILL", str(pid)], check=True)

@@ -41,7 +41,7 @@ def start(project, *arguments, pause=0):
     run = project.start(*arguments)
     worker, display, network = project.line("started")
     running = " ".join(project.processes().values())
-    for name in ("Xvfb", "openbox", "desktop_keeper.py", "watchman.py", "showcase", "sleep"):
+    for name in ("Xvfb", "openbox", "desktop_keeper.py", "linux.py", "showcase", "sleep"):
         assert name in running
     assert Path(f"/tmp/.X{display[1:]}-lock").exists()
     return run, int(worker), display, network

@@ -24,8 +24,10 @@ from qtdriver import (
     Server,
     eventually,
 )
-from qtdriver.reception import Reception
-from qtdriver.waiting import Deadline
+from qtdriver.launch.supervision import is_within
+from qtdriver.protocol.peers import describe_process
+from qtdriver.protocol.pending_agents import PendingAgents
+from qtdriver.protocol.waiting import Deadline
 
 RUNNER = str(Path(__file__).resolve().parents[2] / "runner")
 NO_MORE_RIGHTS = ("setpriv", "--bounding-set=-all", "--inh-caps=-all")
@@ -264,9 +266,9 @@ class CrowdedServer(Server):
 def test_who_connects_again_and_again_does_not_keep_a_wait_beyond_its_time():
     with CrowdedServer() as server, connected():
         server.over = time.monotonic() + 20
-        reception = Reception(server)
-        assert reception.wait_for(None, Deadline(0.2), 30) is None
-        assert reception.others().count("gone") == 20, "as many are told as a person reads"
+        pending_agents = PendingAgents(server)
+        assert pending_agents.wait_for(None, Deadline(0.2), 30) is None
+        assert pending_agents.others().count("gone") == 20, "as many are told as a person reads"
 
 
 def test_a_greeting_without_an_end_is_none(server):
@@ -280,6 +282,21 @@ def test_without_the_package_that_tells_who_connects_it_is_named(server, monkeyp
         with pytest.raises(PeerReaderMissingError, match="needs psutil.*python3-psutil"):
             server.accept(30)
         assert is_lost(client)
+
+
+def test_a_process_is_within_those_that_have_started_it():
+    with subprocess.Popen(["/bin/sh", "-c", "sleep 100 & echo $!; wait"], stdout=subprocess.PIPE) as shell:
+        sleep = int(shell.stdout.readline())
+        assert is_within(os.getpid(), sleep) and is_within(shell.pid, sleep) and is_within(sleep, sleep)
+        assert not is_within(sleep, shell.pid)
+        os.kill(sleep, signal.SIGKILL)
+        shell.kill()
+
+
+@pytest.mark.parametrize("pid", [2**31, 9_999_999_999])
+def test_a_process_that_there_cannot_be_is_told_by_its_number(pid):
+    assert describe_process(pid) == f"process {pid}"
+    assert not is_within(os.getpid(), pid)
 
 
 def test_no_argument_of_a_process_tells_what_marks_a_launch(driver, fake_agent):

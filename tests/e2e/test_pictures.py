@@ -4,9 +4,10 @@ import os
 
 import pytest
 
-from qtdriver import ClipboardError, PictureError, ProtocolError, clipboard
-from qtdriver.clipboard import read_clipboard
-from qtdriver.pictures import grab_screen, read_xpm
+from qtdriver import ClipboardError, PictureError, ProtocolError
+from qtdriver.api import clipboard
+from qtdriver.api.clipboard import read_clipboard
+from qtdriver.api.pictures import grab_screen, read_xpm
 
 XPM = b'/* XPM */\nstatic char *image[]={\n"3 2 3 2",\n"   c None",\n".. c #ff8000",\n"## c #000000",\n"  ..##",\n"##..  "};\n'
 

@@ -5,9 +5,9 @@ import re
 
 import pytest
 
-from qtdriver import NotFoundError
+from qtdriver import WindowNotFoundError
 from qtdriver.report.page import TestResult, write_page
-from qtdriver.report.recorder import Recorder
+from qtdriver.trace.recorder import Recorder
 
 from chromium import DOWN, ESCAPE, HOME, RIGHT, UP, browser, quiet  # noqa: F401 (fixtures)
 from showcase import running
@@ -27,10 +27,10 @@ def order_page(tmp_path_factory):
         window.widget("brewButton").activate()
         window.widget("clickCount").text()
         window.widget("pages/qt_tabwidget_tabbar").select("Entry fields")
-        with pytest.raises(NotFoundError) as caught:
+        with pytest.raises(WindowNotFoundError) as caught:
             app.window("Roostery").widget("customerEdit").enter("Ada")
         recorder.close(True)
-    message = f"E   qtdriver.errors.NotFoundError: {caught.value}"
+    message = f"E   qtdriver.errors.WindowNotFoundError: {caught.value}"
     results = [
         TestResult("tests/test_menu.py::test_first", "passed", 0.25, "", None, None),
         TestResult("tests/test_tray.py::test_icon", "skipped", 0.0, "no tray here", None, None),

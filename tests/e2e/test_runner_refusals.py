@@ -9,8 +9,8 @@ import pytest
 sys.path.append(str(Path(__file__).resolve().parents[1] / "protocol"))
 
 from hostapp import HostApp
-from qtdriver.commandline.dialogue import Dialogue
 from qtdriver import CommandError, CornerButtonError, Driver, NoEditorError, WidgetNotFoundError, eventually
+from qtdriver.commandline.dialogue import Dialogue
 
 from showcase import AGENTS, running
 

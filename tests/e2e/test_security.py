@@ -11,8 +11,8 @@ from PIL import Image
 from Xlib import X, display
 
 from qtdriver import Desktop, Driver, PortInUseError, Server, agent_library, eventually, preload_environment
-from qtdriver.desktop import SCRIPT
-from qtdriver.tcptable import LISTENING, tcp_sockets
+from qtdriver.desktop.desktop import SCRIPT
+from qtdriver.protocol.tcptable import LISTENING, tcp_sockets
 
 from showcase import AGENTS, PROGRAM, QT, running
 

@@ -14,9 +14,9 @@ from qtdriver import (
     tree_path,
     tree_row,
 )
-from qtdriver.derived import button_name
-from qtdriver.mouse import mouse_command
-from qtdriver.records import WidgetRecord
+from qtdriver.api.mouse import mouse_command
+from qtdriver.lookup.derived import button_name
+from qtdriver.protocol.records import WidgetRecord
 
 
 def tree(*lines):

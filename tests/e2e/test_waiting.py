@@ -5,7 +5,7 @@ import time
 import pytest
 
 from qtdriver import ConditionError, Driver, eventually
-from qtdriver.waiting import Deadline, attempts, retry
+from qtdriver.protocol.waiting import Deadline, attempts, retry
 
 
 def test_the_first_attempt_is_made_at_once_also_without_any_time():

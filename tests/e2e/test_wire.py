@@ -10,9 +10,9 @@ import pytest
 import qtdriver
 from qtdriver import COMMANDS, CursorWidget, Greeting, Rect, Reply, WidgetRecord, WindowRecord
 from qtdriver import decode_hex, encode_argument, encode_hex, errors
-from qtdriver.commands import COMMAND_BY_NAME
-from qtdriver.commandline.readable import describe_reply
 from qtdriver.commandline.typed_line import to_request
+from qtdriver.protocol.commands import COMMAND_BY_NAME
+from qtdriver.trace.readable import describe_reply
 
 
 @pytest.mark.parametrize("text, digits", [("", ""), ("A,", "412c"), ("\n\0ÿ", "0a00ff")])
@@ -97,7 +97,7 @@ def test_a_line_without_a_known_code_is_no_reply(line):
 @pytest.mark.parametrize(
     "code, kind",
     [
-        ("2", errors.NotFoundError),
+        ("2", errors.WindowNotFoundError),
         ("3", errors.AmbiguousWindowError),
         ("4", errors.WindowBlockedError),
         ("5", errors.WidgetNotFoundError),
@@ -116,12 +116,12 @@ def test_each_refusal_raises_its_own_error_with_the_words_of_the_agent(code, kin
 
 def test_of_the_refusals_to_act_only_that_of_a_hidden_widget_can_clear():
     for words, kind in (
-        ("widget is hidden by another window", errors.HiddenError),
+        ("widget is hidden by another window", errors.ObscuredError),
         ("hidden", errors.CommandError),
     ):
         error = errors.reply_error("8", f"Exception : Error: {words}")
         assert type(error) is kind and isinstance(error, errors.RETRYABLE_ERRORS) is (
-            kind is errors.HiddenError
+            kind is errors.ObscuredError
         )
 
 
@@ -229,3 +229,37 @@ def test_every_public_error_can_be_imported_from_the_package():
         if isinstance(value, type) and value.__module__ == errors.__name__
     }
     assert public and public <= set(qtdriver.__all__)
+
+
+def test_the_tree_at_the_top_of_the_errors_is_that_of_the_classes():
+    _, _, tree = errors.__doc__.partition("\n\n")
+    above = []
+    for line in tree.split("\n\n")[0].splitlines():
+        depth = (len(line) - len(line.lstrip())) // 4 - 1
+        kind = getattr(errors, line.split()[0])
+        if depth:
+            assert above[depth - 1] in kind.__bases__
+        above[depth:] = [kind]
+        assert kind.__doc__
+    told = {line.split()[0] for line in tree.split("\n\n")[0].splitlines()}
+    assert told == {name for name, value in vars(errors).items() if isinstance(value, type)}
+
+
+def test_tracebacks_name_an_error_as_it_is_imported():
+    assert errors.WidgetNotFoundError.__module__ == errors.EarlyExitError.__module__ == "qtdriver.errors"
+
+
+@pytest.mark.parametrize("module", [qtdriver, errors])
+@pytest.mark.parametrize(
+    "former, error", [("NotFoundError", "WindowNotFoundError"), ("HiddenError", "ObscuredError")]
+)
+def test_an_error_has_its_former_name_too_for_one_version(module, former, error):
+    with pytest.warns(DeprecationWarning, match=f"{former} is {error} now") as warned:
+        assert getattr(module, former) is getattr(module, error)
+    assert warned[0].filename == __file__
+    assert former not in qtdriver.__all__
+
+
+def test_another_name_is_none_of_the_package():
+    with pytest.raises(AttributeError, match="module 'qtdriver' has no attribute 'VanishedError'"):
+        qtdriver.VanishedError

@@ -6,10 +6,10 @@ import random
 import time
 from typing import Callable, Container, Dict, List, Sequence, Tuple
 
-from qtdriver.commands import COMMAND_BY_NUMBER
 from qtdriver.errors import ProtocolError
-from qtdriver.records import WidgetRecord, WindowRecord
-from qtdriver.wire import Reply, encode_argument
+from qtdriver.protocol.commands import COMMAND_BY_NUMBER
+from qtdriver.protocol.records import WidgetRecord, WindowRecord
+from qtdriver.protocol.wire import Reply, encode_argument
 
 import valuepool
 

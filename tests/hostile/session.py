@@ -15,9 +15,9 @@ from pathlib import Path
 from typing import IO, Counter, Deque, List, Optional
 
 from qtdriver.errors import ProtocolError
-from qtdriver.greeting import Greeting
-from qtdriver.lines import LineSocket
-from qtdriver.wire import Reply, encode_line
+from qtdriver.protocol.greeting import Greeting
+from qtdriver.protocol.lines import LineSocket
+from qtdriver.protocol.wire import Reply, encode_line
 
 from player import Player
 

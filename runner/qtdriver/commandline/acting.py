@@ -5,9 +5,9 @@ from __future__ import annotations
 import argparse
 from typing import Optional
 
-from ..app import App
-from ..mouse import MouseButton, mouse_command
-from ..wire import Argument
+from ..api.app import App
+from ..api.mouse import MouseButton, mouse_command
+from ..protocol.wire import Argument
 from .outcome import Outcome
 from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, window_of
 

@@ -1,31 +1,31 @@
-"""What the command `doctor` says of an application, and how to mend it."""
+"""The checks of an application by the command `doctor`, with a remedy for each problem."""
 
 from __future__ import annotations
 
 from pathlib import Path
 from typing import Iterator, Optional, Tuple, Type
 
-from ..agent import (
+from ..errors import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
-    agent_library,
-    require_same_architecture,
-)
-from ..elf import ElfReaderMissingError
-from ..errors import QtDriverError
-from ..program import (
+    ElfReaderMissingError,
+    NoQtError,
+    NoWidgetsError,
     ProgramNotExecutableError,
     ProgramNotFoundError,
+    QtDriverError,
     ScriptProgramError,
+    StaticProgramError,
     UnknownFormatError,
-    find_program,
 )
-from ..qtversion import NoQtError, NoWidgetsError, StaticProgramError, qt_major
+from ..launch.agent import agent_library, require_same_architecture
+from ..launch.program import find_program
+from ..launch.qtversion import qt_major
 from .finding import Finding
 
 MOVE_BUILD = "move the build folder to a path without them, or name another one with --build DIR"
-"""What to do about a path of the agents that LD_PRELOAD cannot hold."""
+"""The remedy for a path of the agents that LD_PRELOAD cannot hold."""
 
 _SAY_QT = "say which Qt it uses: 'qtdriver run --qt N', or launch(..., qt=N) in a test"
 _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
@@ -42,7 +42,7 @@ _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
     (UnknownFormatError, "name the application's own file"),
     (QtDriverError, "see docs/troubleshooting.md"),
 )
-"""What to do about an application that cannot be driven. The first row that fits counts."""
+"""Remedies for an application that cannot be driven. The first row that fits counts."""
 
 
 def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]:

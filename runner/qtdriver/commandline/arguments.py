@@ -6,10 +6,11 @@ import argparse
 from pathlib import Path
 from typing import List, NoReturn, Sequence, Tuple
 
-from ..agent import QT_MAJORS
-from ..channel import DEFAULT_TIMEOUT
+from ..errors.commandline import UsageError
+from ..launch.agent import QT_MAJORS
+from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
-from .outcome import EXIT_STATUSES, UsageError
+from .outcome import EXIT_STATUSES
 from .verbs import Verb, all_verbs, seconds
 
 _RAW = argparse.RawDescriptionHelpFormatter

@@ -11,7 +11,7 @@ from pathlib import Path
 from types import FrameType
 from typing import Callable, Dict, List, Optional, Sequence
 
-from .. import desktop
+from ..desktop import desktop
 from ..errors import QtDriverError
 from . import control, holding
 from .arguments import parse_arguments, wants_json

@@ -8,14 +8,15 @@ import time
 from pathlib import Path
 from typing import Callable, Dict, Iterable, Iterator, List, Tuple
 
-from ..app import App
+from ..api.app import App
 from ..errors import QtDriverError
-from ..explain import list_tree
-from ..tree import UNNAMED
+from ..lookup.paths import list_tree
+from ..lookup.tree import UNNAMED
+from ..lookup.windows import OBJECT_NAME, certain_beginning, walk_windows
 from .verbs import all_verbs
 
 PROMPT = "qtdriver> "
-_FRESH_SECONDS = 1.0
+_MAX_ANSWER_AGE = 1.0
 
 
 def prompted_lines(app: App) -> Iterator[str]:
@@ -76,7 +77,7 @@ def _history_file() -> Path:
 
 
 class Words:
-    """What can be typed: commands, then windows, then the widgets of that window, then the widget's properties.
+    """Completes commands, then windows, then the widgets of that window, then the properties of that widget.
 
     The application is asked at most once a second.
     """
@@ -86,7 +87,7 @@ class Words:
         self._answers: Dict[Tuple[str, ...], Tuple[float, List[str]]] = {}
 
     def completions(self, text: str) -> List[Tuple[str, int]]:
-        """What can stand for the last word of `text`, each with the length of what it replaces."""
+        """Completions of the last word of `text`, each with the length of the text that it replaces."""
         complete, partial = _divide(text)
         if partial and not complete and partial[0].isdigit():
             return self._request_completions(partial)
@@ -95,7 +96,7 @@ class Words:
         ]
 
     def _request_completions(self, partial: str) -> List[Tuple[str, int]]:
-        """Of a raw request, whose sections are separated by commas."""
+        """Completions of a raw request, whose sections are separated by commas."""
         number, *sections = partial.split(",")
         if not sections or number == "1":
             return []
@@ -123,7 +124,7 @@ class Words:
     def _ask(self, question: Tuple[str, ...]) -> List[str]:
         asked, answer = self._answers.get(question, (0.0, []))
         now = time.monotonic()
-        if not asked or now - asked > _FRESH_SECONDS:
+        if not asked or now - asked > _MAX_ANSWER_AGE:
             try:
                 answer = _ASKING[question[0]](self._app, *question[1:])
             except (QtDriverError, ValueError):
@@ -133,16 +134,11 @@ class Words:
 
 
 def _windows(app: App) -> List[str]:
-    windows = app.connection.list_windows()
-    names = [record.title for record in windows if record.title]
-    for title in list(names):
-        try:
-            root = app.connection.window_tree(title)[0]
-        except (QtDriverError, ValueError):
-            continue
-        if root.object_name:
-            names.append(f"Widget:{root.object_name}")
-    return names
+    """The titles, as far as a request can carry them, and the object names."""
+    windows = list(walk_windows(app.connection))
+    titles = [certain_beginning(window.record.title) for window in windows]
+    names = [window.widgets[0].object_name for window in windows if window.record.title and window.widgets]
+    return [*filter(None, titles), *(f"{OBJECT_NAME}{name}" for name in names if name)]
 
 
 def _widgets(app: App, window: str) -> List[str]:

@@ -18,8 +18,8 @@ from contextlib import suppress
 from pathlib import Path
 from typing import Optional
 
-from ..errors import QtDriverError
-from .outcome import NoApplicationError, Outcome
+from ..errors.commandline import AlreadyHeldError, ControlSocketError, NoApplicationError
+from .outcome import Outcome
 from .verbs import Arguments
 
 DEFAULT_NAME = "default"
@@ -29,14 +29,6 @@ _LINE_SECONDS = 5.0
 _LONGEST_PATH = 107  # bytes: what the address of a Unix socket has room for
 _START = "start one with: qtdriver run --background -- APP"
 _ELSEWHERE = "set XDG_RUNTIME_DIR to another folder"
-
-
-class ControlSocketError(QtDriverError):
-    """There can be no control socket where it belongs."""
-
-
-class AlreadyHeldError(QtDriverError):
-    """Another process holds an application under the name."""
 
 
 def valid_name(text: str) -> str:

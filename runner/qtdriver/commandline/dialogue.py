@@ -6,12 +6,12 @@ import json
 import shlex
 from typing import Any, Callable, Iterable
 
-from ..app import App
+from ..api.app import App
 from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
-from ..wire import Reply
+from ..protocol.wire import Reply
+from ..trace.readable import describe_commands, describe_reply
 from .arguments import verb_parser
 from .outcome import plain
-from .readable import describe_commands, describe_reply
 from .typed_line import to_request
 from .verbs import FAILURES, Verb, all_verbs, verb_named
 

@@ -10,12 +10,12 @@ import sys
 from pathlib import Path
 from typing import Any, Callable, Iterator, List, Optional
 
-from ..agent import QT_MAJORS, AgentNotBuiltError, AgentPathError, agent_library
-from ..errors import PortInUseError, QtDriverError
-from ..server import HOST, PORT, Server
+from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
+from ..launch.agent import QT_MAJORS, agent_library
+from ..protocol.peers import describe_listener
+from ..protocol.server import HOST, PORT, Server
 from .application_check import MOVE_BUILD, check_application
 from .finding import Finding
-from .listeners import listener_of
 from .outcome import FAILED, OK, Outcome
 
 _MARKS = {"ok": "ok     ", "note": "note   ", "problem": "PROBLEM"}
@@ -113,11 +113,11 @@ def _port(_: Optional[Path]) -> Iterator[Finding]:
     try:
         Server().close()
     except PortInUseError:
-        owner = listener_of(PORT)
+        owner = describe_listener(PORT)
         yield Finding(
             f"port {PORT}",
             "problem",
-            f"{place} is taken by {owner or 'a process of another user'}",
+            f"{place} is taken by {owner or 'a process that cannot be seen from here'}",
             f"end that process, or wait for its end{_OWN_NETWORK if _namespaces_allowed() else ''}",
         )
         return
@@ -169,7 +169,11 @@ def _screen(_: Optional[Path]) -> Iterator[Finding]:
 
 
 def _has_window_manager(connection: Any) -> bool:
-    """Whether one announces itself on this display, by a window that exists: the announcement outlives its writer."""
+    """Whether a window manager runs on this display.
+
+    It announces itself by a property that names a window of its own. The property stays when the window manager ends,
+    so the window is asked for, too.
+    """
     from Xlib.error import BadWindow
 
     check = connection.intern_atom("_NET_SUPPORTING_WM_CHECK")

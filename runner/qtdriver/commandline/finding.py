@@ -1,4 +1,4 @@
-"""What the command `doctor` finds."""
+"""The findings of the command `doctor`."""
 
 from __future__ import annotations
 
@@ -7,7 +7,7 @@ from dataclasses import dataclass
 
 @dataclass(frozen=True)
 class Finding:
-    """What one check found.
+    """The finding of one check.
 
     Attributes:
         check: what was looked at.

@@ -12,11 +12,11 @@ import sys
 from pathlib import Path
 from typing import List
 
-from .. import desktop
-from ..app import App
-from ..driver import Driver
+from ..api.app import App
+from ..api.driver import Driver
+from ..desktop import desktop
 from ..errors import QtDriverError
-from ..waiting import given_up_when
+from ..protocol.waiting import given_up_when
 from .control import STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
 from .verbs import FAILURES, Arguments, verb_named

@@ -6,11 +6,11 @@ import argparse
 import os
 from typing import Any, Dict, List
 
-from ..app import App
-from ..explain import checked_unique_path
-from ..tree import UNKNOWN, Node, WidgetTree
+from ..api.app import App
+from ..lookup.paths import checked_unique_path
+from ..lookup.tree import UNKNOWN, Node, WidgetTree
+from ..trace.readable import describe_value
 from .outcome import Outcome, plain
-from .readable import describe_value
 from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, window_of
 
 _UNIQUE = "*"

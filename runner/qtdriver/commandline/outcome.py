@@ -1,4 +1,4 @@
-"""What a command of the command line answers: text for a person, data for a program, and an exit status."""
+"""The answer of a command: text for a person, data for a program, and an exit status."""
 
 from __future__ import annotations
 
@@ -12,15 +12,16 @@ from ..errors import (
     AmbiguousWindowError,
     ConnectionClosed,
     NoClientError,
-    NotFoundError,
     NotVisibleError,
     QtDriverError,
     ReplyError,
     RequestTimeout,
     WidgetNotFoundError,
     WindowBlockedError,
+    WindowNotFoundError,
 )
-from ..wire import Rect
+from ..errors.commandline import NoApplicationError, UsageError
+from ..protocol.wire import Rect
 
 OK, FAILED, USAGE, NOT_FOUND, AMBIGUOUS, BLOCKED, NO_APPLICATION, HANGS = range(8)
 INTERRUPTED = 128 + signal.SIGINT
@@ -40,17 +41,9 @@ EXIT_STATUSES = (
 )
 
 
-class UsageError(QtDriverError, ValueError):
-    """The command line is wrong."""
-
-
-class NoApplicationError(QtDriverError):
-    """There is no application that the command could talk to."""
-
-
 _STATUS_OF: Tuple[Tuple[Type[QtDriverError], int], ...] = (
     (UsageError, USAGE),
-    (NotFoundError, NOT_FOUND),
+    (WindowNotFoundError, NOT_FOUND),
     (WidgetNotFoundError, NOT_FOUND),
     (NotVisibleError, NOT_FOUND),
     (AmbiguousError, AMBIGUOUS),
@@ -79,14 +72,14 @@ class Outcome:
 
     @classmethod
     def of_error(cls, error: QtDriverError) -> "Outcome":
-        """What is said of an error: {"error": its kind, "message": its text, "code": the agent's, or null}."""
+        """The outcome of an error. Its data: {"error": its kind, "message": its text, "code": the agent's, or null}."""
         status = next((status for kind, status in _STATUS_OF if isinstance(error, kind)), FAILED)
         code: Optional[str] = error.code if isinstance(error, ReplyError) else None
         data: Dict[str, Any] = {"error": type(error).__name__, "message": str(error), "code": code}
         return cls(str(error), data, status)
 
     def shown(self, as_json: bool) -> str:
-        """What is printed."""
+        """The line or lines to print."""
         return json.dumps(self.data, ensure_ascii=False) if as_json else self.text
 
     def to_line(self) -> str:

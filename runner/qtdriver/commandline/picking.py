@@ -5,20 +5,17 @@ from __future__ import annotations
 import argparse
 from typing import Any, Dict, Optional
 
-from ..app import App
-from ..errors import CommandError, QtDriverError, ReplyError
-from ..waiting import Deadline, attempts
-from ..window import Window
+from ..api.app import App
+from ..api.window import Window
+from ..errors import CommandError, ReplyError
+from ..errors.commandline import PickError
+from ..protocol.waiting import Deadline, attempts
+from ..trace.readable import describe_value
 from .outcome import NOT_FOUND, Outcome, plain
-from .readable import describe_value
 from .verbs import Arguments, Verb, seconds
 
 _CLICK_SECONDS = 60.0
 _GRAB_SECONDS = 1.0
-
-
-class PickError(QtDriverError):
-    """The X server cannot be asked for a click."""
 
 
 def _add_pick(parser: argparse.ArgumentParser) -> None:

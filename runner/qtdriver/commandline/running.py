@@ -8,10 +8,10 @@ from contextlib import nullcontext
 from pathlib import Path
 from typing import ContextManager, Iterator, Optional, TextIO
 
-from ..app import App
-from ..driver import Driver
+from ..api.app import App
+from ..api.driver import Driver
 from ..errors import QtDriverError
-from ..process import describe_exit
+from ..errors.endings import describe_exit
 from .console import prompted_lines
 from .dialogue import Dialogue
 from .outcome import FAILED, OK

@@ -4,8 +4,8 @@ from __future__ import annotations
 
 from typing import List, Tuple
 
-from ..commands import COMMAND_BY_NUMBER
-from ..wire import encode_hex
+from ..protocol.commands import COMMAND_BY_NUMBER
+from ..protocol.wire import encode_hex
 
 PLAIN_MARK = "="
 _ESCAPES = {",": ",", "\\": "\\", "n": "\n", "t": "\t"}

@@ -6,16 +6,16 @@ import argparse
 from dataclasses import dataclass
 from typing import Any, Callable, Dict, Tuple
 
-from ..app import App
+from ..api.app import App
+from ..api.window import Window
 from ..errors import QtDriverError
-from ..window import Window
 from .outcome import Outcome
 
 Arguments = Dict[str, Any]
 """The values of a command line by their names: what JSON can hold."""
 
 FAILURES = (QtDriverError, OSError, KeyError, TypeError, ValueError)
-"""What running a command may raise. Files make the second one, values that do not fit the others."""
+"""The exceptions of running a command. Files raise the second one, values that do not fit the others."""
 
 
 @dataclass(frozen=True)
@@ -37,7 +37,7 @@ class Verb:
     run: Callable[[App, Arguments], Outcome]
 
     def failure(self, error: Exception) -> Outcome:
-        """What is said when `run` has raised one of FAILURES."""
+        """The outcome when `run` has raised one of FAILURES."""
         if not isinstance(error, QtDriverError):
             error = QtDriverError(f"{self.name}: {error}")
         return Outcome.of_error(error)

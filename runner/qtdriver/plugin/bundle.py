@@ -1,4 +1,4 @@
-"""What is kept of a failed test's applications: the screen, the windows, the conversation, the output.
+"""The bundle of a failed test: the screen, and the windows, the requests and the output of its applications.
 
 Nothing here waits long for anything: applications may hang, and so may the X server when one of them has grabbed it.
 """
@@ -11,18 +11,17 @@ import sys
 from pathlib import Path
 from typing import Callable, Dict, Iterable, List, Optional, Sequence
 
-from ..app import App
-from ..endings import last_windows
+from ..api.app import App
 from ..errors import QtDriverError
-from ..explain import MODAL, POPUP, describe_windows
-from ..process import describe_exit
-from ..records import WidgetRecord, WindowRecord
-from ..waiting import Deadline
-from ..wire import LIST_MARK
+from ..errors.endings import describe_exit
+from ..lookup.windows import describe_windows, last_windows, walk_windows
+from ..protocol.records import WidgetRecord
+from ..protocol.waiting import Deadline
+from ..protocol.wire import LIST_MARK
 
 _SCREENSHOT_SECONDS = 15.0
 _WINDOWS_SECONDS = 5.0
-_SAVE = "import sys; from qtdriver.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
+_SAVE = "import sys; from qtdriver.api.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
 
 
 def write_bundle(apps: Sequence[App], folder: Path, began: float) -> List[str]:
@@ -97,13 +96,13 @@ def _describe_windows(app: App, notes: List[str]) -> List[str]:
     try:
         connection.timeout = _WINDOWS_SECONDS
         windows = connection.list_windows()
-        for address, window in _addresses(windows):
+        connection.timeout = max(deadline.remaining(), 0.1)
+        for window in walk_windows(connection, windows):
             connection.timeout = max(deadline.remaining(), 0.1)
-            lines += ["", *describe_windows([window])]
-            try:
-                lines += [_describe_widget(record) for record in connection.window_tree(address)]
-            except (QtDriverError, ValueError) as error:
-                lines.append(f"    its widgets could not be listed: {error}")
+            lines += ["", *describe_windows([window.record])]
+            lines += [_describe_widget(record) for record in window.widgets]
+            if window.error is not None:
+                lines.append(f"    its widgets could not be listed: {window.error}")
     except QtDriverError as error:
         return lines or _not_asked(app, str(error), notes)
     finally:
@@ -115,15 +114,6 @@ def _not_asked(app: App, reason: str, notes: List[str]) -> List[str]:
     notes.append(f"{reason}: no list of its windows")
     seen = describe_windows(last_windows(app.connection.transcript.exchanges()))
     return [reason, "", "the windows that were last seen:", *seen]
-
-
-def _addresses(windows: Sequence[WindowRecord]) -> "Iterable[tuple[str, WindowRecord]]":
-    """How to ask for the widgets of each window: what has no title of its own may still be a modal dialog or a popup."""
-    for window in windows:
-        if window.modal:
-            yield f"{MODAL}:{window.title}" if window.title else MODAL, window
-        else:
-            yield window.title or POPUP, window
 
 
 def _describe_widget(record: WidgetRecord) -> str:

@@ -7,12 +7,12 @@ from typing import Iterator, NamedTuple, Optional
 
 import pytest
 
-from ..desktop import Desktop
-from ..driver import Driver
+from ..api.driver import Driver
+from ..desktop.desktop import Desktop
 from ..errors import PortInUseError
-from ..server import HOST, PORT, Server
-from .evidence import Evidence
-from .hooks import EVIDENCE
+from ..protocol.server import HOST, PORT, Server
+from .artifacts import TestArtifacts
+from .hooks import ARTIFACTS
 from .parallel import has_own_desktop
 from .settings import Settings, read_settings
 
@@ -20,7 +20,7 @@ _WAY_OUT = "run with -n 1 (pytest-xdist)"
 
 
 class _Place(NamedTuple):
-    """What the drivers of a run use one after the other."""
+    """The server and the desktop that the drivers of a run use one after the other."""
 
     server: Server
     desktop: Optional[Desktop]
@@ -45,7 +45,7 @@ def _qtdriver_place(pytestconfig: pytest.Config, qtdriver_settings: Settings) ->
         if qtdriver_settings.headless and not has_own_desktop(pytestconfig):
             desktop = Desktop()
             stack.callback(desktop.close)
-            # What tests start themselves, such as xclip, looks at the same screen, as it does in a worker.
+            # Programs that tests start themselves, such as xclip, look at the same screen, as they do in a worker.
             patch = stack.enter_context(pytest.MonkeyPatch.context())
             patch.setenv("DISPLAY", desktop.environment["DISPLAY"])
         yield _Place(server, desktop)
@@ -68,9 +68,9 @@ def qtdriver(
         desktop=_qtdriver_place.desktop,
     )
     with driver:
-        evidence = Evidence(driver, settings, request.node.nodeid)
-        request.node.stash[EVIDENCE] = evidence
+        artifacts = TestArtifacts(driver, settings, request.node.nodeid)
+        request.node.stash[ARTIFACTS] = artifacts
         yield driver
-        unexpected = evidence.close_driver()
+        unexpected = artifacts.close_driver()
         if unexpected is not None:
             pytest.fail(f"{type(unexpected).__name__}: {unexpected}", pytrace=False)

@@ -9,11 +9,11 @@ from typing import Any, Generator, Optional
 import pytest
 from _pytest._code.code import ExceptionRepr
 
-from .evidence import Evidence
+from .artifacts import TestArtifacts
 from .hookimpl import hookimpl
 
-EVIDENCE = pytest.StashKey[Evidence]()
-"""Where a test that has a driver keeps its evidence."""
+ARTIFACTS = pytest.StashKey[TestArtifacts]()
+"""Where a test that has a driver keeps its artifacts."""
 
 BUNDLE_PROPERTY, TRACE_PROPERTY = "qtdriver_bundle", "qtdriver_trace"
 """Properties of a test in its reports, and so in a JUnit XML file: paths of folders."""
@@ -39,44 +39,44 @@ class TestHooks:
         if _FIXTURE not in getattr(item, "fixturenames", ()):
             return
         setattr(report, MARK, True)
-        evidence = item.stash.get(EVIDENCE, None)
-        if evidence is None:
+        artifacts = item.stash.get(ARTIFACTS, None)
+        if artifacts is None:
             return
         if report.failed:
-            _add_failure(evidence, report, item.config.invocation_params.dir)
+            _add_failure(artifacts, report, item.config.invocation_params.dir)
         elif report.when == "call":
-            evidence.passed = report.passed
+            artifacts.passed = report.passed
         if report.when == "teardown":
-            evidence.finish()
-            del item.stash[EVIDENCE]
-        _set_property(item, report, BUNDLE_PROPERTY, evidence.bundle)
-        _set_property(item, report, TRACE_PROPERTY, evidence.trace)
+            artifacts.finish()
+            del item.stash[ARTIFACTS]
+        _set_property(item, report, BUNDLE_PROPERTY, artifacts.bundle)
+        _set_property(item, report, TRACE_PROPERTY, artifacts.trace)
 
     def pytest_fixture_post_finalizer(self, request: pytest.FixtureRequest) -> None:
         """Collects when a fixture that uses the driver fails at its end: after it the applications are ended, and the
         failure is reported later still. pytest has the error at hand, as the one that is being handled, up to
         version 7; with later ones the bundle has no living application."""
-        evidence = request.node.stash.get(EVIDENCE, None)
-        if evidence is not None and evidence.is_open and sys.exc_info()[1] is not None:
-            evidence.collect()
+        artifacts = request.node.stash.get(ARTIFACTS, None)
+        if artifacts is not None and artifacts.is_open and sys.exc_info()[1] is not None:
+            artifacts.collect()
 
     @hookimpl(trylast=True)
     def pytest_sessionfinish(self, session: pytest.Session) -> None:
         """Keeps the trace of a test that was interrupted, and gives it a result where there are results."""
         results = session.config.pluginmanager.get_plugin(RESULTS)
         for item in getattr(session, "items", ()):
-            evidence = item.stash.get(EVIDENCE, None)
-            if evidence is not None:
-                evidence.finish(keep_trace=True)
+            artifacts = item.stash.get(ARTIFACTS, None)
+            if artifacts is not None:
+                artifacts.finish(keep_trace=True)
                 if results is not None:
-                    results.pytest_runtest_logreport(_interrupted(item, evidence))
+                    results.pytest_runtest_logreport(_interrupted(item, artifacts))
 
 
-def _add_failure(evidence: Evidence, report: pytest.TestReport, base: Path) -> None:
+def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, base: Path) -> None:
     try:
-        evidence.collect()
-        evidence.add_error(report.when or "", report.longreprtext)
-        text = evidence.describe(base)
+        artifacts.collect()
+        artifacts.add_error(report.when or "", report.longreprtext)
+        text = artifacts.describe(base)
     except OSError as error:
         text = f"nothing could be kept of this failure: {error}"
     if isinstance(report.longrepr, ExceptionRepr):
@@ -85,10 +85,10 @@ def _add_failure(evidence: Evidence, report: pytest.TestReport, base: Path) -> N
         report.sections.append((_SECTION, text))
 
 
-def _interrupted(item: pytest.Item, evidence: Evidence) -> pytest.TestReport:
+def _interrupted(item: pytest.Item, artifacts: TestArtifacts) -> pytest.TestReport:
     report = pytest.TestReport(item.nodeid, item.location, {}, "failed", "interrupted", "call")
     setattr(report, MARK, True)
-    _set_property(item, report, TRACE_PROPERTY, evidence.trace)
+    _set_property(item, report, TRACE_PROPERTY, artifacts.trace)
     return report
 
 

@@ -10,7 +10,7 @@ from typing import Any, List, Sequence
 
 import pytest
 
-from ..desktop import SCRIPT
+from ..desktop.desktop import SCRIPT
 from .hookimpl import hookimpl
 from .settings import OWN_DESKTOPS, Settings
 

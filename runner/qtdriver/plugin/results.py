@@ -23,7 +23,7 @@ _RANKS = ("", "passed", "skipped", "error", "failed")
 
 @dataclass
 class _Test:
-    """What the reports of a test have said so far."""
+    """The result of a test, as far as its reports have come."""
 
     outcome: str = ""
     seconds: float = 0.0

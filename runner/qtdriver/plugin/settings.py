@@ -1,4 +1,4 @@
-"""What a run is told: options of the command line, and their defaults in pytest's configuration file."""
+"""Settings of a run: options of the command line, and their defaults in pytest's configuration file."""
 
 from __future__ import annotations
 
@@ -8,9 +8,9 @@ from typing import Any, Callable, Dict, NamedTuple, Optional, Tuple
 
 import pytest
 
-from ..agent import QT_MAJORS
-from ..app import DEFAULT_WAIT
-from ..channel import DEFAULT_TIMEOUT
+from ..api.app import DEFAULT_WAIT
+from ..launch.agent import QT_MAJORS
+from ..protocol.channel import DEFAULT_TIMEOUT
 
 TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
 OWN_DESKTOPS, PLAIN = "own-desktops", "plain"

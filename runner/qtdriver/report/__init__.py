@@ -1,1 +1,1 @@
-"""What a run leaves for people to look at: the recorded steps of a test, and a page that shows them."""
+"""The page of a run, which shows its tests, their steps and their pictures."""

@@ -13,8 +13,8 @@ from pathlib import Path
 from typing import TYPE_CHECKING, Dict, Iterator, List, Optional, Sequence
 from urllib.parse import quote
 
+from ..trace.trace import TRACE_FILE
 from .embedding import Embedding
-from .trace import TRACE_FILE
 
 if TYPE_CHECKING:
     from jinja2 import Environment

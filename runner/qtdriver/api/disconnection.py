@@ -1,0 +1,59 @@
+"""Finding out what became of an application whose connection is closed, or that does not answer."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING
+
+from ..errors import ApplicationEndedError, ApplicationHangsError, QtDriverError, RequestTimeout, endings
+from ..launch.supervision import end_foreign_process
+from ..lookup.windows import describe_windows, last_windows
+
+if TYPE_CHECKING:
+    from .app import App
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_EXIT_SECONDS = 5.0
+_GRACE_SECONDS = 2.0
+
+
+def error_for(app: "App", error: QtDriverError) -> QtDriverError:
+    """The error to raise for `error`, which is a ConnectionClosed or a RequestTimeout of the application's
+    connection. An application that does not answer is ended."""
+    if isinstance(error, (ApplicationEndedError, ApplicationHangsError)):
+        return error
+    if not isinstance(error, RequestTimeout):
+        return ended_error(app)
+    windows = describe_windows(last_windows(app.connection.transcript.exchanges()))
+    return endings.hangs(error, app.pid, _end_process(app), windows)
+
+
+def ended_error(app: "App") -> ApplicationEndedError:
+    """The error for an application whose connection is closed, or whose process has ended."""
+    request = _describe_request(app)
+    process = app.process
+    if process is None:
+        return endings.ended_elsewhere(app.pid, request)
+    # A closed connection comes a moment before the end of its process.
+    status = process.wait(_EXIT_SECONDS)
+    if status is None:
+        return endings.closed_its_connection(app.pid, request, process.pid)
+    return endings.ended(status, request, process.last_words())
+
+
+def _describe_request(app: "App") -> str:
+    """At which request, or after which one, the application ended; empty before the first."""
+    exchanges = app.connection.transcript.exchanges()
+    if not exchanges:
+        return ""
+    return f" {'at' if exchanges[-1].error else 'after'} the request {exchanges[-1].request!r}"
+
+
+def _end_process(app: "App") -> bool:
+    """Ends the application, also one that came by itself; whether that could be done."""
+    app.terminate(_GRACE_SECONDS)
+    if app.process is not None:
+        return app.process.has_ended()
+    if app.connection.process is None:
+        return False  # which process it is only its greeting says: it could be any
+    return end_foreign_process(app.connection.process, _GRACE_SECONDS)

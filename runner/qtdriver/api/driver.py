@@ -1,0 +1,166 @@
+"""The test's side of everything: a server, and the applications that it drives."""
+
+from __future__ import annotations
+
+import os
+from functools import partial
+from pathlib import Path
+from typing import Dict, List, Mapping, Optional, Tuple
+
+from ..desktop.desktop import Desktop
+from ..errors import NoClientError
+from ..launch.starting import start
+from ..launch.supervision import is_within
+from ..protocol.channel import DEFAULT_TIMEOUT
+from ..protocol.closing import ClosedOnLeaving
+from ..protocol.pending_agents import PendingAgents
+from ..protocol.server import Server
+from ..protocol.waiting import Deadline
+from .app import DEFAULT_WAIT, App
+from .steps import StepListener
+
+
+class Driver(ClosedOnLeaving):
+    """Starts applications, or waits for them, and ends them. A context manager: leaving it ends what it started.
+
+    Agents look for their server at a fixed place, so there can be one driver at a time in a network namespace.
+
+    Attributes:
+        timeout: seconds that calls wait for windows and widgets, for applications that are not told otherwise.
+        request_timeout: seconds that a request may take before the application counts as hanging.
+        start_timeout: seconds that an application may take until its agent is there.
+        listeners: are told of the steps of every application.
+    """
+
+    def __init__(
+        self,
+        *,
+        qt: Optional[int] = None,
+        build: Optional[Path] = None,
+        headless: bool = False,
+        timeout: float = DEFAULT_WAIT,
+        request_timeout: float = DEFAULT_TIMEOUT,
+        start_timeout: float = DEFAULT_TIMEOUT,
+        server: Optional[Server] = None,
+        desktop: Optional[Desktop] = None,
+    ) -> None:
+        """Starts to listen. `qt`, `build` and `headless` are for launch() where it is not told otherwise.
+
+        `server` and `desktop` are for drivers that come one after the other: they stay the caller's, and open.
+
+        Raises PortInUseError when another process listens already.
+        """
+        self.timeout = timeout
+        self.request_timeout = request_timeout
+        self.start_timeout = start_timeout
+        self.listeners: List[StepListener] = []
+        self._qt = qt
+        self._build = build
+        self._headless = headless
+        self._owns_server = server is None
+        self._server = Server() if server is None else server
+        self._pending_agents = PendingAgents(self._server)
+        self._owns_desktop = desktop is None
+        self._desktop = desktop
+        self._apps: List[App] = []
+
+    @property
+    def apps(self) -> Tuple[App, ...]:
+        """The applications in the order in which they were started or attached, ended ones included."""
+        return tuple(self._apps)
+
+    def launch(
+        self,
+        program: "str | Path",
+        *arguments: str,
+        qt: Optional[int] = None,
+        environment: Optional[Mapping[str, str]] = None,
+        working_directory: "Optional[str | Path]" = None,
+        headless: Optional[bool] = None,
+        start_timeout: Optional[float] = None,
+        timeout: Optional[float] = None,
+        request_timeout: Optional[float] = None,
+    ) -> App:
+        """Starts a program with the agent inside, and waits until the agent is there.
+
+        `program` is a path, or a name to be found in PATH. `qt` is its Qt version, 4, 5 or 6; needed where the program
+        does not link Qt itself: scripts, interpreters, wrappers. `environment` is added to that of this process.
+        `headless` gives it a desktop without a screen, which all such applications of the driver share.
+
+        `start_timeout`, `timeout` and `request_timeout`: as the attributes, which are the defaults.
+
+        Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError, EarlyExitError and
+        NoGreetingError, each with the program's last output.
+        """
+        surroundings = self._environment(environment, self._headless if headless is None else headless)
+        connection, process = start(
+            [str(program), *arguments],
+            pending_agents=self._pending_agents,
+            qt=self._qt if qt is None else qt,
+            build=self._build,
+            start_timeout=self.start_timeout if start_timeout is None else start_timeout,
+            request_timeout=self.request_timeout if request_timeout is None else request_timeout,
+            environment=surroundings,
+            working_directory=working_directory,
+        )
+        seconds = self.timeout if timeout is None else timeout
+        return self._taken(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
+
+    def attach(
+        self,
+        *,
+        pid: Optional[int] = None,
+        start_timeout: Optional[float] = None,
+        timeout: Optional[float] = None,
+        request_timeout: Optional[float] = None,
+    ) -> App:
+        """Waits for an application that loads the agent itself, or was started elsewhere with the agent inside.
+
+        `pid` is its process id, or that of a process that starts it; None takes the first application of this user.
+        Raises NoClientError when none comes in `start_timeout` seconds. The application is not ended with the driver:
+        it only loses its connection.
+        """
+        seconds = self.start_timeout if start_timeout is None else start_timeout
+        wanted = None if pid is None else partial(is_within, pid)
+        connection = self._pending_agents.wait_for(
+            wanted,
+            Deadline(seconds),
+            self.request_timeout if request_timeout is None else request_timeout,
+        )
+        if connection is None:
+            whose = "no agent" if pid is None else f"no agent of process {pid}"
+            raise NoClientError(
+                f"{whose} connected within {seconds:g} seconds. An agent looks for its server once, when it is "
+                f"created: start the driver first{self._pending_agents.others()}"
+            )
+        return self._taken(App(connection, timeout=self.timeout if timeout is None else timeout))
+
+    def _taken(self, app: App) -> App:
+        app.listeners = self.listeners
+        self._apps.append(app)
+        return app
+
+    def _environment(self, additional: Optional[Mapping[str, str]], headless: bool) -> Dict[str, str]:
+        environment = dict(os.environ)
+        if headless:
+            if self._desktop is None:
+                self._desktop = Desktop()
+            environment.update(self._desktop.environment)
+        environment.update(additional or {})
+        return environment
+
+    def close(self) -> None:
+        """Ends every application that was started here, and stops listening. Closing twice is harmless.
+
+        Agents that have connected and that nobody asked for lose their connection.
+        """
+        for app in self._apps:
+            app.terminate()
+        self._pending_agents.close()
+        if self._owns_server:
+            self._server.close()
+        else:
+            self._server.drop_waiting()
+        if self._owns_desktop and self._desktop is not None:
+            self._desktop.close()
+            self._desktop = None

@@ -1,0 +1,71 @@
+"""Which item views would open no editor for a text, so that its keys would act on the view and the application."""
+
+from __future__ import annotations
+
+from enum import IntFlag
+from typing import Dict
+
+from ..errors import CommandError, NoEditorError
+from ..protocol.connection import Connection
+from ..protocol.wire import encode_argument
+
+_FOCUS_WIDGET = "FocusWidget"
+
+
+class EditTrigger(IntFlag):
+    """The bits of the property "editTriggers" of item views, as Qt names them."""
+
+    CurrentChanged = 1
+    DoubleClicked = 2
+    SelectedClicked = 4
+    EditKeyPressed = 8
+    AnyKeyPressed = 16
+
+
+_F2 = EditTrigger.EditKeyPressed
+_TREE = _F2 | EditTrigger.AnyKeyPressed | EditTrigger.CurrentChanged
+_SUFFICIENT: Dict[str, EditTrigger] = {
+    "QListView": _F2,
+    "QTableView": _F2,
+    "QTableWidget": _F2,
+    "QTreeView": _TREE,  # its text is typed, key by key; and its editor may be open already
+}
+"""Each of these triggers can open the editor for a text, by the class that serves the view."""
+
+
+def refuse_without_editor(
+    connection: Connection, window: str, path: str, value: object, widget_class: str
+) -> None:
+    """Raises NoEditorError where the widget is an item view whose edit triggers have no editor open for this value.
+
+    Asks nothing about widgets that are known, from earlier replies to "enter", to be no lists, trees or tables. Cannot
+    know the focus widget, which has no properties under that name, nor whether the item is editable, has an editor open
+    already, or gets one from the application's own code. The errors of the lookup are those that "enter" would get.
+    """
+    if not isinstance(value, str) or path.rsplit("/", 1)[-1] == _FOCUS_WIDGET:
+        return
+    encode_argument(value)  # raises what "enter" would, before anything is sent
+    known = connection.entered.get((window, path, widget_class))
+    if known is not None and known not in _SUFFICIENT:
+        return
+    try:
+        triggers = connection.read_property(window, path, "editTriggers", widget_class=widget_class)
+        if isinstance(triggers, bool) or not isinstance(triggers, int) or triggers & _F2:
+            return
+        served = connection.read_property(window, path, "silkClassName", widget_class=widget_class)
+    except CommandError:
+        return  # no such property: no item view
+    if triggers & _sufficient(str(served), value) == 0 and served in _SUFFICIENT:
+        raise NoEditorError(str(served), _names(triggers), value)
+
+
+def _sufficient(served: str, value: str) -> EditTrigger:
+    """The triggers of which one can open an editor for this value."""
+    triggers = _SUFFICIENT.get(served, EditTrigger(0))
+    types_nothing = served == "QTreeView" and not value.partition(":")[2]
+    return triggers & ~EditTrigger.AnyKeyPressed if types_nothing else triggers
+
+
+def _names(triggers: int) -> str:
+    """The triggers as Qt's documentation names them."""
+    return " | ".join(trigger.name or "" for trigger in EditTrigger if trigger & triggers) or "NoEditTriggers"

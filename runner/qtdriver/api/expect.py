@@ -1,0 +1,237 @@
+"""Conditions that come true eventually: what a test asserts of an application that takes its time."""
+
+from __future__ import annotations
+
+import re
+import warnings
+from typing import Callable, Generic, List, Optional, Pattern, TypeVar, Union, overload
+
+from ..errors import (
+    RETRYABLE_ERRORS,
+    AmbiguousError,
+    ConditionError,
+    NotVisibleError,
+    ReplyError,
+    WidgetNotFoundError,
+    WindowNotFoundError,
+)
+from ..protocol.waiting import Deadline, attempts
+from ..protocol.wire import Value
+from .steps import run_step
+from .widget import Widget
+from .window import Window
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+Expected = Union[Value, List[str], Pattern[str], Callable[[Value], object]]
+"""A value, items, a pattern to be found in a text, or a function that answers whether it is satisfied."""
+
+_Result = TypeVar("_Result")
+
+
+@overload
+def eventually(subject: Widget, *, timeout: Optional[float] = None) -> "WidgetConditions":
+    ...
+
+
+@overload
+def eventually(subject: Window, *, timeout: Optional[float] = None) -> "WindowConditions":
+    ...
+
+
+@overload
+def eventually(
+    subject: Callable[[], _Result], *, timeout: Optional[float] = None
+) -> "ResultConditions[_Result]":
+    ...
+
+
+def eventually(
+    subject: "Widget | Window | Callable[[], _Result]", *, timeout: Optional[float] = None
+) -> "WidgetConditions | WindowConditions | ResultConditions[_Result]":
+    """Waits for a condition of a widget, of a window or of what a function returns:
+
+        eventually(window.widget("status")).has(text="Saved")
+        eventually(app.window("Editor")).is_closed()
+        eventually(lambda: path.exists()).is_true()
+
+    The methods of the answer return as soon as their condition is true. After `timeout` seconds, by default those of
+    the application and 5 for a function, they raise ConditionError, an AssertionError, which tells what was there
+    instead.
+    """
+    if isinstance(subject, Widget):
+        return WidgetConditions(subject, timeout)
+    if isinstance(subject, Window):
+        return WindowConditions(subject, timeout)
+    return ResultConditions(subject, timeout)
+
+
+class WidgetConditions:
+    """Conditions of a widget."""
+
+    def __init__(self, widget: Widget, timeout: Optional[float]) -> None:
+        self._widget = widget
+        self._timeout = timeout
+
+    def has(self, **properties: Expected) -> None:
+        """Each of these properties has its value, or fits its pattern or function."""
+        for name, expected in properties.items():
+            self.has_property(name, expected)
+
+    def has_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
+        """One property fits; `argument` is for those that take one."""
+        shown = name if argument is None else f"{name}({argument!r})"
+        self._wait(
+            f"{shown} {_wanted(expected)}",
+            lambda: self._widget.read(name, argument, timeout=0),
+            lambda value: _fits(value, expected),
+        )
+
+    def reads(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
+        """The name of has_property() until version 2; it goes with version 3."""
+        warnings.warn("reads() is has_property() now", DeprecationWarning, stacklevel=2)
+        self.has_property(name, expected, argument)
+
+    def is_visible(self) -> None:
+        """The user can see it."""
+        self._wait("it to be visible", lambda: self._widget.class_name(timeout=0), lambda _: True)
+
+    def is_hidden(self) -> None:
+        """The user cannot see it: it is hidden, or there is no such widget."""
+        self._wait("it to be hidden", self._is_hidden, bool)
+
+    def _is_hidden(self) -> bool:
+        try:
+            self._widget.class_name(timeout=0)
+        except (WindowNotFoundError, WidgetNotFoundError, NotVisibleError):
+            return True
+        except AmbiguousError:
+            pass  # several are visible
+        return False
+
+    def is_enabled(self) -> None:
+        """It can be used."""
+        self.has_property("enabled", True)
+
+    def is_disabled(self) -> None:
+        """It cannot be used."""
+        self.has_property("enabled", False)
+
+    def is_checked(self, on: bool = True) -> None:
+        """It is checked; with False, it is not."""
+        self.has_property("checked", on)
+
+    def _wait(self, wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object]) -> None:
+        _wait_in(self._widget.window, self._widget, wanted, read, satisfied, self._timeout)
+
+
+class WindowConditions:
+    """Conditions of a window."""
+
+    def __init__(self, window: Window, timeout: Optional[float]) -> None:
+        self._window = window
+        self._timeout = timeout
+
+    def is_open(self) -> None:
+        """There is such a window."""
+        self._wait("it to be open", self._window.is_open, lambda opened: opened)
+
+    def is_closed(self) -> None:
+        """There is no such window."""
+        self._wait("it to be closed", lambda: not self._window.is_open(), lambda closed: closed)
+
+    def has_title(self, expected: "str | Pattern[str]") -> None:
+        """Its whole title is this, or the pattern is found in it."""
+        self._wait(
+            f"title {_wanted(expected)}",
+            lambda: self._window.title(timeout=0),
+            lambda title: _fits(title, expected),
+        )
+
+    def _wait(self, wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object]) -> None:
+        _wait_in(self._window, None, wanted, read, satisfied, self._timeout)
+
+
+class ResultConditions(Generic[_Result]):
+    """Conditions of what a function returns."""
+
+    def __init__(self, function: Callable[[], _Result], timeout: Optional[float]) -> None:
+        self._function = function
+        self._seconds = 5.0 if timeout is None else timeout
+
+    def is_true(self) -> None:
+        """It returns something true."""
+        self.satisfies(bool)
+
+    def equals(self, expected: object) -> None:
+        """It returns this."""
+        _wait_for(f"expected {expected!r}", self._function, lambda value: value == expected, self._seconds)
+
+    def satisfies(self, condition: Callable[[_Result], object]) -> None:
+        """It returns something for which `condition` answers true."""
+        name = getattr(condition, "__name__", repr(condition))
+        _wait_for(f"expected {name} of it to be true", self._function, condition, self._seconds)
+
+
+def _wait_in(
+    window: Window,
+    widget: Optional[Widget],
+    wanted: str,
+    read: Callable[[], _Result],
+    satisfied: Callable[[_Result], object],
+    timeout: Optional[float],
+) -> None:
+    app = window.app
+    seconds = app.timeout if timeout is None else timeout
+    subject = window if widget is None else widget
+    path = "" if widget is None else widget.path
+    with run_step(app, f"eventually({subject}): {wanted}", True), app.watched():
+        _wait_for(
+            f"{subject}: expected {wanted}",
+            read,
+            satisfied,
+            seconds,
+            lambda error: app.explained(error, window.address, path, seconds),
+        )
+
+
+def _wait_for(
+    wanted: str,
+    read: Callable[[], _Result],
+    satisfied: Callable[[_Result], object],
+    seconds: float,
+    explained: Callable[[ReplyError], ReplyError] = lambda error: error,
+) -> None:
+    refusal: Optional[ReplyError] = None
+    found = ""
+    for _ in attempts(Deadline(seconds)):
+        try:
+            value = read()
+        except RETRYABLE_ERRORS as error:
+            refusal = error
+            continue
+        if satisfied(value):
+            return
+        refusal, found = None, f"it was {value!r}"
+    if refusal is not None:
+        found = f"it could not be read: {explained(refusal)}"
+    raise ConditionError(f"{wanted}, but after {seconds:g} s {found}")
+
+
+def _wanted(expected: Expected) -> str:
+    if isinstance(expected, re.Pattern):
+        return f"to match {expected.pattern!r}"
+    if callable(expected):
+        return f"to satisfy {getattr(expected, '__name__', repr(expected))}"
+    return f"to be {expected!r}"
+
+
+def _fits(value: Value, expected: Expected) -> bool:
+    if isinstance(expected, re.Pattern):
+        return isinstance(value, str) and expected.search(value) is not None
+    if callable(expected):
+        return bool(expected(value))
+    if isinstance(expected, list):
+        expected = tuple(expected)  # as read() has the values
+    # True is 1 to Python, but a checked box is no number.
+    return value == expected and isinstance(value, bool) == isinstance(expected, bool)

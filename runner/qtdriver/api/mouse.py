@@ -1,0 +1,83 @@
+"""Mouse commands as the protocol writes them."""
+
+from __future__ import annotations
+
+from contextlib import suppress
+from typing import Callable, Dict, Literal, Optional, Tuple, TypeVar
+
+from ..errors import ObscuredError
+
+from ..protocol.connection import Connection
+
+_Result = TypeVar("_Result")
+
+MouseButton = Literal["left", "right", "middle", ""]
+Modifier = Literal["", "shift", "control", "alt"]
+Position = Tuple[float, float]
+"""Shares of a widget's width and height, from the top left: (0.5, 0.5) is the centre; 1.0 is one pixel beyond."""
+
+_BUTTONS: Dict[str, str] = {"left": "LeftButton", "right": "RightButton", "middle": "MidButton", "": ""}
+_MODIFIERS: Dict[str, str] = {
+    "": "",
+    "shift": "ShiftModifier",
+    "control": "ControlModifier",
+    "alt": "AltModifier",
+}
+RETRYABLE_KINDS = ("MousePress", "MouseClick", "MouseDoubleClick")
+"""Those that begin with the mouse's way to the widget, and can begin anew if that missed."""
+
+_ASIDE = "{}:{}:0.27:0.23:"  # a place that nobody asks for
+_KINDS = ("MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "MouseMove")
+
+
+def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str) -> str:
+    """The command "type:button:x:y:modifier". Raises ValueError for an unknown word or a position outside."""
+    for word, words in ((kind, _KINDS), (button, _BUTTONS), (modifier, _MODIFIERS)):
+        if word not in words:
+            raise ValueError(f"{word!r} is not known here, but {', '.join(filter(None, words))}")
+    x = y = ""
+    if at is not None:
+        if not all(0.0 <= share <= 1.0 for share in at):
+            raise ValueError(f"a position has shares from 0.0 to 1.0 of width and height, not {at}")
+        x, y = (format(float(share), ".6g") for share in at)
+    return f"{kind}:{_BUTTONS[button]}:{x}:{y}:{_MODIFIERS[modifier]}"
+
+
+def repeatable(
+    connection: Connection, window: str, act: Callable[[str], _Result], button: MouseButton = "left"
+) -> Callable[[str], _Result]:
+    """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a ObscuredError.
+
+    A mouse that missed stands where it was to go. Started again from there, the agent has no move to make and presses at
+    once, and a press that misses, too, leaves the button held: the next move is a drag. So the mouse goes aside first.
+    An act that missed has reached no widget, but for one whose press has the window go away: when it is back, the press
+    is made again.
+    """
+    missed = False
+
+    def act_again(path: str) -> _Result:
+        nonlocal missed
+        if missed:
+            connection.mouse_widget(window, path, _ASIDE.format("MouseMove", ""), widget_class="QWidget")
+        try:
+            return act(path)
+        except ObscuredError:
+            may_have_been_there = (window, path) in connection.visited
+            if may_have_been_there and not missed and button:
+                _let_go(connection, window, path, button)
+            missed = True
+            raise
+        finally:
+            connection.visited.add((window, path))
+
+    return act_again
+
+
+def _let_go(connection: Connection, window: str, path: str, button: MouseButton) -> None:
+    """Releases the button of a press that may have missed. The first request only gets the mouse there, unless the window
+    has come to the front."""
+    command = _ASIDE.format("MouseRelease", _BUTTONS[button])
+    for _ in range(2):
+        with suppress(ObscuredError):
+            connection.mouse_widget(window, path, command, widget_class="QWidget")
+            return

@@ -1,0 +1,178 @@
+"""A window of an application."""
+
+from __future__ import annotations
+
+from pathlib import Path
+from typing import TYPE_CHECKING, Callable, Optional, Tuple, Type, TypeVar
+
+from ..errors import (
+    RETRYABLE_ERRORS,
+    ReplyError,
+    WidgetNotFoundError,
+    WindowBlockedError,
+    WindowNotFoundError,
+)
+from ..lookup.derived import button_name
+from ..lookup.paths import checked_unique_path, list_tree
+from ..lookup.tree import Node, WidgetTree
+from ..lookup.windows import POPUP
+from .corners import refuse_corner_button
+from .menu import Menu
+from .mouse import repeatable
+from .steps import run_step
+from .widget import Widget
+
+if TYPE_CHECKING:
+    from .app import App
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_Result = TypeVar("_Result")
+
+
+class Window:
+    """The name of a window: each call finds the window anew, and waits until it can.
+
+    `timeout` of the methods is how many seconds they wait, by default as long as the application says.
+
+    Attributes:
+        app: the application.
+        address: the window as a request names it.
+    """
+
+    def __init__(self, app: "App", address: str, title: str) -> None:
+        """`title` is how messages and reports call the window."""
+        self.app = app
+        self.address = address
+        self._title = title
+
+    def __repr__(self) -> str:
+        return self._title
+
+    def widget(self, path: str, *, as_class: str = "") -> Widget:
+        """The widget at `path`: its name, and as many names of its ancestors in front as it takes, joined by "/".
+
+        "dialog//ok" is an "ok" at any depth below "dialog". `as_class` is one of its base classes, to be served as.
+        """
+        return Widget(self, path, as_class=as_class)
+
+    def button(self, text: str) -> Widget:
+        """The push button without an object name that shows `text`, as the buttons of most dialogs."""
+        return Widget(self, button_name(text))
+
+    def focus_widget(self) -> Widget:
+        """The widget that has the keyboard focus: for activate, enter and mouse, which act on it."""
+        return Widget(self, "FocusWidget")
+
+    def menu(self, path: str, *, bar: Optional[str] = None) -> Menu:
+        """An entry of the window's menu bar: menu("File/Save as..."); of a popup(), an entry of that menu.
+
+        `bar` is the path of the menu bar, for a window where it is not the only one or has no unique name.
+        """
+        return Menu(self, path, bar)
+
+    def file(self, path: "Path | str", *, timeout: Optional[float] = None) -> None:
+        """Chooses a file in the file dialog that this window is, and accepts the dialog.
+
+        Relative paths count from the folder that the dialog shows. Only for the dialogs that Qt draws.
+        """
+        connection = self.app.connection
+        choose = repeatable(
+            connection,
+            self.address,
+            lambda dialog: connection.activate_widget(self.address, dialog, str(path)),
+        )
+        self.perform(
+            f'file("{path}")', lambda: choose(self._path_of("QFileDialog")), reads=False, timeout=timeout
+        )
+
+    def title(self, *, timeout: Optional[float] = None) -> str:
+        """The whole title. Waits until no popup and no modal dialog is in front of the window."""
+        return self.perform(
+            "title()", lambda: self.app.connection.check_window(self.address), timeout=timeout
+        )
+
+    def is_open(self) -> bool:
+        """Whether there is such a window now, reachable or not. Does not wait."""
+        with run_step(self.app, f"{self}.is_open()", True), self.app.watched():
+            try:
+                self.app.connection.check_window(self.address)
+            except WindowNotFoundError:
+                return False
+            except WindowBlockedError:
+                pass
+            return True
+
+    def move(self, x: int, y: int, *, timeout: Optional[float] = None) -> None:
+        """Moves the window's frame to a point of the screen, in pixels."""
+        self.perform(
+            f"move({x}, {y})",
+            lambda: self.app.connection.move_window(self.address, x, y),
+            reads=False,
+            timeout=timeout,
+        )
+
+    def resize(self, width: int, height: int, *, timeout: Optional[float] = None) -> None:
+        """Sets the size without the frame, in pixels."""
+        self.perform(
+            f"resize({width}, {height})",
+            lambda: self.app.connection.resize_window(self.address, width, height),
+            reads=False,
+            timeout=timeout,
+        )
+
+    def tree(self, *, timeout: Optional[float] = None) -> WidgetTree:
+        """All widgets of the window, with the names that paths call them by as far as they can be known."""
+        return self.perform("tree()", lambda: list_tree(self.app.connection, self.address), timeout=timeout)
+
+    def perform(
+        self,
+        action: str,
+        call: Callable[[], _Result],
+        *,
+        reads: bool = True,
+        path: str = "",
+        timeout: Optional[float] = None,
+        retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
+    ) -> _Result:
+        """As App.perform(), for a call that looks for this window and, if `path` is given, for a widget in it."""
+        return self.app.perform(
+            f"{self}.{action}",
+            call,
+            reads=reads,
+            window=self.address,
+            path=path,
+            timeout=timeout,
+            retryable=retryable,
+        )
+
+    def menu_bar_path(self, *, opens: bool = False) -> str:
+        """The path of what has the window's menu entries: the popup itself, or the menu bar. Does not wait.
+
+        With `opens`, a bar whose menus cannot be opened without pressing a button is a CornerButtonError.
+        """
+        if self.address == POPUP:
+            return "ActivePopupWidget"
+        tree, bar, path = self._find("QMenuBar")
+        if opens:
+            refuse_corner_button(self.app.connection, self.address, tree, bar, path)
+        return path
+
+    def _path_of(self, class_name: str) -> str:
+        return self._find(class_name)[2]
+
+    def _find(self, class_name: str) -> Tuple[WidgetTree, Node, str]:
+        """The widgets of the window, the outermost visible one of this very class, and a path of it."""
+        connection = self.app.connection
+        tree = list_tree(connection, self.address)
+        nodes = [node for node in tree.nodes if node.record.class_name == class_name and node.record.visible]
+        outermost = min(nodes, key=lambda node: node.record.depth, default=None)
+        path = None if outermost is None else checked_unique_path(connection, self.address, tree, outermost)
+        if outermost is None or path is None:
+            problem = (
+                "there is one, but no path finds only that: set its object name in the application"
+                if nodes
+                else "there is no visible one in this window"
+            )
+            raise WidgetNotFoundError("5", f"Widget of class {class_name} not found", problem)
+        return tree, outermost, path

@@ -1,0 +1,180 @@
+"""All errors that a test can meet, as a tree:
+
+    QtDriverError
+        ReplyError                      the agent refused a request
+            WindowNotFoundError         no such window
+            AmbiguousWindowError        several such windows
+            WindowBlockedError          a popup or a modal window is in front
+            WidgetNotFoundError         no such widget
+            NotVisibleError             the widget is hidden
+            AmbiguousError              several such widgets
+            CommandError                the widget could not do it
+                ObscuredError           another window is in front of the place
+        ConditionError                  what was expected has not come true; an AssertionError, too
+        UnsupportedTextError            the protocol cannot carry a text; a ValueError, too
+        NoEditorError                   a text would not be entered, but act on the view
+        CornerButtonError               a menu would not be opened, but a button pressed
+        ConnectionClosed                the application is gone
+            ApplicationEndedError       how it ended
+        RequestTimeout                  the application does not answer
+            ApplicationHangsError       it was ended for that
+        ProtocolError                   what came is not the protocol
+        NoClientError                   no agent has come
+        ClientRefusedError              another user's process has come
+        PortInUseError                  another process listens for agents
+        PeerReaderMissingError          psutil is missing
+        ProgramError                    the program cannot have an agent
+            ProgramNotFoundError
+            ProgramNotExecutableError
+            ScriptProgramError
+            UnknownFormatError
+            ArchitectureError
+            NoQtError
+            NoWidgetsError
+            StaticProgramError
+                StaticQtError
+        ElfReaderMissingError           pyelftools is missing
+        AgentNotBuiltError              there is no agent for the Qt of the program
+        AgentPathError                  the agent is where it cannot be loaded from
+        EarlyExitError                  the program ended before its agent came
+        NoGreetingError                 the program runs without an agent
+        DesktopError                    the desktop without a screen does not start
+        PictureError                    there is no picture
+        ClipboardError                  the clipboard cannot be read
+
+Those of the command line are in `errors.commandline`.
+"""
+
+from __future__ import annotations
+
+import warnings
+from typing import TYPE_CHECKING, Type
+
+from .base import QtDriverError
+from .connection import (
+    ApplicationEndedError,
+    ApplicationHangsError,
+    ClientRefusedError,
+    ConnectionClosed,
+    NoClientError,
+    PeerReaderMissingError,
+    PortInUseError,
+    ProtocolError,
+    RequestTimeout,
+)
+from .refusals import (
+    ClipboardError,
+    ConditionError,
+    CornerButtonError,
+    NoEditorError,
+    PictureError,
+    UnsupportedTextError,
+)
+from .replies import (
+    REPLY_ERRORS,
+    RETRYABLE_ERRORS,
+    RETRYABLE_LOOKUPS,
+    AmbiguousError,
+    AmbiguousWindowError,
+    CommandError,
+    NotVisibleError,
+    ObscuredError,
+    ReplyError,
+    WidgetNotFoundError,
+    WindowBlockedError,
+    WindowNotFoundError,
+    reply_error,
+)
+from .starting import (
+    AgentNotBuiltError,
+    AgentPathError,
+    ArchitectureError,
+    DesktopError,
+    EarlyExitError,
+    ElfReaderMissingError,
+    NoGreetingError,
+    NoQtError,
+    NoWidgetsError,
+    ProgramError,
+    ProgramNotExecutableError,
+    ProgramNotFoundError,
+    ScriptProgramError,
+    StaticProgramError,
+    StaticQtError,
+    UnknownFormatError,
+)
+
+__all__ = [
+    "AgentNotBuiltError",
+    "AgentPathError",
+    "AmbiguousError",
+    "AmbiguousWindowError",
+    "ApplicationEndedError",
+    "ApplicationHangsError",
+    "ArchitectureError",
+    "ClientRefusedError",
+    "ClipboardError",
+    "CommandError",
+    "ConditionError",
+    "ConnectionClosed",
+    "CornerButtonError",
+    "DesktopError",
+    "EarlyExitError",
+    "ElfReaderMissingError",
+    "NoClientError",
+    "NoEditorError",
+    "NoGreetingError",
+    "NoQtError",
+    "NoWidgetsError",
+    "NotVisibleError",
+    "ObscuredError",
+    "PeerReaderMissingError",
+    "PictureError",
+    "PortInUseError",
+    "ProgramError",
+    "ProgramNotExecutableError",
+    "ProgramNotFoundError",
+    "ProtocolError",
+    "QtDriverError",
+    "REPLY_ERRORS",
+    "RETRYABLE_ERRORS",
+    "RETRYABLE_LOOKUPS",
+    "ReplyError",
+    "RequestTimeout",
+    "ScriptProgramError",
+    "StaticProgramError",
+    "StaticQtError",
+    "UnknownFormatError",
+    "UnsupportedTextError",
+    "WidgetNotFoundError",
+    "WindowBlockedError",
+    "WindowNotFoundError",
+    "reply_error",
+]
+
+_FORMER_NAMES = {"HiddenError": "ObscuredError", "NotFoundError": "WindowNotFoundError"}
+"""Names that tests written for version 2 import; they go with version 3."""
+
+
+def by_former_name(module: str, name: str) -> Type[QtDriverError]:
+    """The error that had this name, for the function __getattr__() of `module`, whose caller is warned."""
+    if name not in _FORMER_NAMES:
+        raise AttributeError(f"module {module!r} has no attribute {name!r}")
+    warnings.warn(f"{name} is {_FORMER_NAMES[name]} now", DeprecationWarning, stacklevel=3)
+    error: Type[QtDriverError] = globals()[_FORMER_NAMES[name]]
+    return error
+
+
+if TYPE_CHECKING:
+    HiddenError = ObscuredError
+    NotFoundError = WindowNotFoundError
+else:  # which a type checker does not see, as it would take any name for one of this module
+
+    def __getattr__(name: str) -> Type[QtDriverError]:
+        return by_former_name(__name__, name)
+
+
+# Tracebacks name the errors as tests import them, wherever in this package they are written.
+for _value in list(globals().values()):
+    if isinstance(_value, type) and issubclass(_value, QtDriverError):
+        _value.__module__ = __name__

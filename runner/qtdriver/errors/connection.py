@@ -1,0 +1,62 @@
+"""Errors between the server of a test and an agent: nobody comes, the wrong one comes, an agent goes or is silent."""
+
+from __future__ import annotations
+
+from .base import QtDriverError
+
+
+class ProtocolError(QtDriverError):
+    """The other side sent a line that the protocol does not have."""
+
+
+class PortInUseError(QtDriverError):
+    """Another process listens on the port on which the agent looks for its test server."""
+
+    def __init__(
+        self,
+        host: str,
+        port: int,
+        way_out: str = "run 'scripts/with-desktop.sh COMMAND' or 'qtdriver run --headless'",
+    ) -> None:
+        """`way_out` is how a run gets a network of its own."""
+        super().__init__(
+            f"{host}:{port} is taken: another test run or test server listens there, and the agent knows no "
+            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for its end. Where the "
+            f"system allows network namespaces, you can also {way_out}, which has a network of its own"
+        )
+
+
+class NoClientError(QtDriverError):
+    """No agent connected to the server in the time that was given."""
+
+
+class ClientRefusedError(QtDriverError):
+    """A process has connected that may not, as it is another user's, or has closed its connection again."""
+
+
+class PeerReaderMissingError(QtDriverError):
+    """The Python package that tells which process has a socket is not installed."""
+
+    def __init__(self) -> None:
+        super().__init__(
+            "finding out which process has connected needs psutil, which is not installed: install it "
+            "(Debian: python3-psutil)"
+        )
+
+
+class ConnectionClosed(QtDriverError):
+    """The application ended, or its agent closed the connection: no further request can be answered."""
+
+
+class RequestTimeout(QtDriverError):
+    """The agent has not answered a request in the time that was given. The connection stays usable: the next
+    request first waits for the late reply and drops it."""
+
+
+class ApplicationEndedError(ConnectionClosed):
+    """The application ended at a request. The message tells how, the request, and its last output."""
+
+
+class ApplicationHangsError(RequestTimeout):
+    """The application did not answer a request in time, and was ended. The message tells the request and the windows
+    that were last seen."""

@@ -1,0 +1,53 @@
+"""The errors for an application that ended or hangs, made of what is known of its end."""
+
+from __future__ import annotations
+
+import signal
+from typing import Sequence
+
+from .connection import ApplicationEndedError, ApplicationHangsError, RequestTimeout
+
+
+def describe_exit(status: int) -> str:
+    """An exit status of subprocess in words: "exit status 3", or "signal SIGSEGV" for a negative one."""
+    if status >= 0:
+        return f"exit status {status}"
+    try:
+        return f"signal {signal.Signals(-status).name}"
+    except ValueError:
+        return f"signal {-status}"
+
+
+def ended(status: int, request: str, last_words: str) -> ApplicationEndedError:
+    """The error for an application that was started by the test.
+
+    `status` is its exit status, `last_words` the end of its output, and `request` the end of a sentence that tells the
+    latest request; it may be empty.
+    """
+    output = f"; its last output:\n{last_words}" if last_words else ", without any output"
+    return ApplicationEndedError(f"the application ended ({describe_exit(status)}){request}{output}")
+
+
+def ended_elsewhere(pid: int, request: str) -> ApplicationEndedError:
+    """The error for an application, process `pid`, that was not started by the test."""
+    return ApplicationEndedError(
+        f"the application (process {pid}) ended{request}; it was not started by this test, so its exit "
+        "status and its output are not known"
+    )
+
+
+def closed_its_connection(pid: int, request: str, process: int) -> ApplicationEndedError:
+    """The error for an application, process `pid`, that has left the test while `process`, which was started, runs."""
+    return ApplicationEndedError(
+        f"the application (process {pid}) closed its connection{request}, but process {process} still runs"
+    )
+
+
+def hangs(error: RequestTimeout, pid: int, was_ended: bool, windows: Sequence[str]) -> ApplicationHangsError:
+    """The error for an application that did not answer, as `error` tells; `windows` are the lines that describe those
+    that were last seen."""
+    end = "was ended" if was_ended else "could not be ended"
+    seen = ["the windows that were last seen:", *windows]
+    return ApplicationHangsError(
+        "\n".join([f"{error}; the application hangs, and process {pid} {end}", *seen])
+    )

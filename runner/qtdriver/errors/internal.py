@@ -1,0 +1,13 @@
+"""Errors that no test sees: the runner raises and catches them."""
+
+from __future__ import annotations
+
+from .base import QtDriverError
+
+
+class GivenUpError(QtDriverError):
+    """Nobody waits for the result any more."""
+
+
+class TooSlow(QtDriverError):
+    """The application does not answer quickly enough to be asked after each step."""

@@ -1,0 +1,77 @@
+"""Errors of the runner alone: it refuses a call, lacks what the call needs, or has waited for a condition."""
+
+from __future__ import annotations
+
+from typing import Type
+
+from .base import QtDriverError
+
+
+class UnsupportedTextError(QtDriverError, ValueError):
+    """A text that the protocol cannot carry: a character beyond U+00FF, a comma or a line break in a name. Nothing has
+    been sent."""
+
+
+class NoEditorError(QtDriverError):
+    """A text was not entered in a list, tree or table, since its edit triggers open no editor for it. Nothing was done.
+
+    Attributes:
+        view_class: the class that serves the view.
+        triggers: the names of its edit triggers, as Qt writes them.
+        value: what was to be entered.
+    """
+
+    def __init__(self, view_class: str, triggers: str, value: str) -> None:
+        super().__init__(
+            f'{value!r} was not entered: this {view_class} opens no editor at the keys of "enter", since its '
+            f"editTriggers are {triggers}. The keys would act on the view itself: move its current item, run shortcuts "
+            "of the application, and press Return, which activates the item and a dialog's default button.\n"
+            "Open the editor as a user does, for example by double_click() where that edits, and enter the text in "
+            "window.focus_widget(). Where the application opens an editor at F2 by itself, or has one open for the "
+            "item, enter(..., force=True) sends the keys"
+        )
+        self.view_class = view_class
+        self.triggers = triggers
+        self.value = value
+
+    def __reduce__(self) -> "tuple[Type[NoEditorError], tuple[str, str, str]]":
+        """All arguments travel when the error is copied to another process, as parallel test runs do."""
+        return type(self), (self.view_class, self.triggers, self.value)
+
+
+class CornerButtonError(QtDriverError):
+    """An entry of a menu bar was not chosen, since the click that comes first would press a button in the bar's corner.
+    Nothing was done.
+
+    Attributes:
+        button_class: the class that serves the button.
+        button: its path.
+        bar: the path of the menu bar.
+    """
+
+    def __init__(self, button_class: str, button: str, bar: str) -> None:
+        super().__init__(
+            f'the menu was not opened: before it comes a click at the top right corner of the menu bar "{bar}", where '
+            f'the {button_class} "{button}" is, which it would press.\n'
+            f'Open the menu by a click on its title, window.widget("{bar}").click(at=(0.02, 0.5)) for the first one, and '
+            "choose from app.popup(). Where the button may be pressed, say force=True"
+        )
+        self.button_class = button_class
+        self.button = button
+        self.bar = bar
+
+    def __reduce__(self) -> "tuple[Type[CornerButtonError], tuple[str, str, str]]":
+        """All arguments travel when the error is copied to another process, as parallel test runs do."""
+        return type(self), (self.button_class, self.button, self.bar)
+
+
+class ConditionError(QtDriverError, AssertionError):
+    """A condition has not come true in time. The message tells what was there instead."""
+
+
+class PictureError(QtDriverError):
+    """There is no picture, or Pillow, which makes them, is missing."""
+
+
+class ClipboardError(QtDriverError):
+    """The clipboard cannot be read."""

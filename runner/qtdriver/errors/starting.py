@@ -1,0 +1,116 @@
+"""Errors before an agent is there: what cannot be started with the agent inside, or ends too early."""
+
+from __future__ import annotations
+
+from typing import Optional
+
+from .base import QtDriverError
+from .endings import describe_exit
+
+
+class ProgramError(QtDriverError):
+    """Base of the reasons why a program cannot be started with the agent inside."""
+
+
+class ProgramNotFoundError(ProgramError):
+    """No file has the name of the program."""
+
+
+class ProgramNotExecutableError(ProgramError):
+    """The file of the program cannot be executed."""
+
+
+class ScriptProgramError(ProgramError):
+    """The program is a script: which Qt it uses shows only in the program that it starts."""
+
+
+class UnknownFormatError(ProgramError):
+    """The program is neither an ELF program nor a script."""
+
+
+class ArchitectureError(ProgramError):
+    """The application and the agent are made for different processors."""
+
+
+class NoQtError(ProgramError):
+    """The program links no Qt."""
+
+
+class NoWidgetsError(ProgramError):
+    """The program links Qt, but not Qt's widgets."""
+
+
+class StaticProgramError(ProgramError):
+    """The program is statically linked: nothing can be loaded into it."""
+
+
+class StaticQtError(StaticProgramError):
+    """Qt is inside the program itself: the agent, which brings the Qt libraries, would meet a second Qt."""
+
+
+class ElfReaderMissingError(QtDriverError):
+    """The Python package that reads ELF files is not installed."""
+
+    def __init__(self) -> None:
+        super().__init__(
+            "finding out which Qt a program links needs pyelftools, which is not installed: install it "
+            "(Debian: python3-pyelftools), or name the Qt version with --qt N"
+        )
+
+
+class AgentNotBuiltError(QtDriverError):
+    """There is no agent for the Qt of the application."""
+
+
+class AgentPathError(QtDriverError):
+    """The agent's path cannot be written into LD_PRELOAD."""
+
+
+class DesktopError(QtDriverError):
+    """The X server or the window manager could not be started."""
+
+
+class EarlyExitError(QtDriverError):
+    """The application ended before its agent greeted.
+
+    Attributes:
+        status: the exit status, negative for a signal.
+    """
+
+    def __init__(self, program: str, status: int, last_words: str, others: str = "") -> None:
+        """`others` tells who else has connected."""
+        hint = ""
+        if status == 0:
+            hint = (
+                ". If it started the application and left, name the application itself; if it handed over to "
+                "an instance that was running already, end that one"
+            )
+        output = f"; its last output:\n{last_words}" if last_words else ", without any output"
+        super().__init__(
+            f"{program} ended ({describe_exit(status)}) before its agent connected{hint}{output}{others}"
+        )
+        self.status = status
+
+
+class NoGreetingError(QtDriverError):
+    """The application runs, but its agent has not greeted in time. It has been ended, if this user may do that."""
+
+    def __init__(
+        self,
+        program: str,
+        timeout: float,
+        last_words: str,
+        remaining: Optional[int] = None,
+        others: str = "",
+    ) -> None:
+        """`remaining` is the process that could not be ended; `others` tells who else has connected."""
+        end = "It was ended"
+        if remaining is not None:
+            end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
+        output = f"; its last output:\n{last_words}" if last_words else ""
+        super().__init__(
+            f"{program} runs, but its agent has not connected within {timeout:g} seconds. Is it a Qt widgets "
+            "application, of the Qt version given with --qt? Does it show a display error, wait for "
+            "something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
+            f"is dropped then), or need longer (--timeout)? {end}{output}{others}"
+        )

@@ -1,0 +1,129 @@
+"""Reads of ELF files what they tell the dynamic loader."""
+
+from __future__ import annotations
+
+import mmap
+import os
+from contextlib import contextmanager
+from dataclasses import dataclass
+from functools import lru_cache
+from pathlib import Path
+from typing import Any, Iterator, Optional, Tuple
+
+from ..errors import ElfReaderMissingError
+
+ELF_MAGIC = b"\x7fELF"
+_SYMBOL_NAMES = (".strtab", ".dynstr")
+_NAMES_OF_QT_SYMBOLS = (b"\0_ZN7QWidget", b"\0qVersion\0")
+# A text of the constructor of QWidget that every Qt has; it survives stripping.
+_WARNING_OF_QWIDGET = b"QWidget: Must construct a QApplication before"
+
+
+@dataclass(frozen=True)
+class ElfFile:
+    """The dynamic section of a program or library.
+
+    Attributes:
+        path: the file.
+        architecture: class and machine, for example "ELFCLASS64 EM_X86_64"; files of one process share it.
+        interpreter: the dynamic loader that the file asks for, None for a statically linked program.
+        needed: the libraries it links (DT_NEEDED).
+        rpath: directories of DT_RPATH, as written.
+        runpath: directories of DT_RUNPATH, as written; where it is given, DT_RPATH does not count.
+    """
+
+    path: Path
+    architecture: str
+    interpreter: Optional[str]
+    needed: Tuple[str, ...]
+    rpath: Tuple[str, ...]
+    runpath: Tuple[str, ...]
+
+
+def is_elf(path: Path) -> bool:
+    """Whether the file begins as an ELF file. Raises OSError when it cannot be read."""
+    with path.open("rb") as file:
+        return file.read(len(ELF_MAGIC)) == ELF_MAGIC
+
+
+def read_elf(path: Path) -> ElfFile:
+    """Reads the file, or remembers what it read while the file stays unchanged.
+
+    Raises OSError when it cannot be read, ValueError when it is damaged or neither program nor library, and
+    ElfReaderMissingError.
+    """
+    status = path.stat()
+    return _read_elf(path, status.st_mtime_ns, status.st_size)
+
+
+@lru_cache(maxsize=1024)
+def _read_elf(path: Path, _modified: int, _size: int) -> ElfFile:
+    with path.open("rb") as file:
+        return _describe(path, _open_elf(file))
+
+
+def _open_elf(file: Any) -> Any:
+    """pyelftools' view of a file. Imported here: who only speaks the protocol needs no other package."""
+    try:
+        from elftools.elf.elffile import ELFFile  # type: ignore[import]
+    except ImportError:
+        raise ElfReaderMissingError() from None
+    with _refusing_damage(Path(file.name)):
+        return ELFFile(file)
+
+
+@contextmanager
+def _refusing_damage(path: Path) -> Iterator[None]:
+    """Makes a ValueError of whatever pyelftools raises within it: on damaged files the errors of its parsers get through."""
+    try:
+        yield
+    except Exception as error:
+        raise ValueError(f"{path} is no readable ELF file: {error or type(error).__name__}") from error
+
+
+def _describe(path: Path, elf: Any) -> ElfFile:
+    interpreter = None
+    entries = []
+    if elf["e_type"] not in ("ET_EXEC", "ET_DYN"):
+        raise ValueError(f"{path} is neither a program nor a shared library")
+    with _refusing_damage(path):
+        for segment in elf.iter_segments():
+            if segment["p_type"] == "PT_INTERP":
+                interpreter = str(segment.get_interp_name())
+            elif segment["p_type"] == "PT_DYNAMIC":
+                entries = list(segment.iter_tags())
+
+    def directories(tag: str, attribute: str) -> Tuple[str, ...]:
+        texts = [getattr(entry, attribute) for entry in entries if entry.entry.d_tag == tag]
+        return tuple(directory for text in texts for directory in text.split(":") if directory)
+
+    return ElfFile(
+        path=path,
+        architecture=f"{elf['e_ident']['EI_CLASS']} {elf['e_machine']}",
+        interpreter=interpreter,
+        needed=tuple(entry.needed for entry in entries if entry.entry.d_tag == "DT_NEEDED"),
+        rpath=directories("DT_RPATH", "rpath"),
+        runpath=directories("DT_RUNPATH", "runpath"),
+    )
+
+
+def contains_qt_widgets(path: Path) -> bool:
+    """Whether Qt's widgets are inside the file itself: their symbols, or a text of theirs if it is stripped.
+
+    Raises the errors of read_elf().
+    """
+    with path.open("rb") as file:
+        elf = _open_elf(file)
+        with _refusing_damage(path):
+            for name in _SYMBOL_NAMES:
+                section = elf.get_section_by_name(name)
+                if section is not None and _holds_any(section.data(), _NAMES_OF_QT_SYMBOLS):
+                    return True
+        if os.fstat(file.fileno()).st_size == 0:
+            return False
+        with mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ) as content:
+            return content.find(_WARNING_OF_QWIDGET) >= 0
+
+
+def _holds_any(data: bytes, names: Tuple[bytes, ...]) -> bool:
+    return any(name in data for name in names)

@@ -1,0 +1,82 @@
+"""The process of an application that was started with the agent inside."""
+
+from __future__ import annotations
+
+import os
+import subprocess
+from typing import Optional
+
+from ..protocol.waiting import Deadline, attempts
+from .output import OutputTail
+from .supervision import LaunchedProcesses
+
+_LAST_WORDS = 20
+"""Lines of output that a message quotes."""
+
+GRACE_SECONDS = 5.0
+_OUTPUT_SECONDS = 1.0
+_EXIT_SECONDS = 1.0
+
+
+class Process:
+    """The process that was started, with the end of its output.
+
+    Attributes:
+        pid: its id.
+        output: the end of its standard output.
+        errors: the end of its standard error.
+        launched: the process, and what was started for it in turn.
+    """
+
+    def __init__(self, popen: "subprocess.Popen[bytes]", launched: LaunchedProcesses) -> None:
+        """Takes over `popen`, whose standard output and error are pipes and which leads a session, and everything in
+        `launched`."""
+        assert popen.stdout is not None and popen.stderr is not None
+        self._popen = popen
+        self.pid = popen.pid
+        self.output = OutputTail(popen.stdout)
+        self.errors = OutputTail(popen.stderr)
+        self.launched = launched
+        launched.set_session_leader(popen.pid)
+
+    def status(self) -> Optional[int]:
+        """The exit status, negative for a signal; None while the process runs."""
+        if self._popen.returncode is not None:
+            return self._popen.returncode
+        try:  # to look only: it is not to be reaped before everything is ended
+            ended = os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT)
+        except ChildProcessError:  # somebody else has reaped it
+            return self._popen.poll()
+        if ended is None:
+            return None
+        return ended.si_status if ended.si_code == os.CLD_EXITED else -ended.si_status
+
+    def wait(self, timeout: float) -> Optional[int]:
+        """Waits at most `timeout` seconds for the end. Answers as status()."""
+        for _ in attempts(Deadline(timeout)):
+            if self.status() is not None:
+                break
+        return self.status()
+
+    def has_ended(self) -> bool:
+        """Whether it has ended, and with it everything that it started."""
+        return self.status() is not None and not self.launched.has_any()
+
+    def last_words(self) -> str:
+        """The last lines of standard error, of standard output when there are none; empty without output."""
+        for tail in (self.errors, self.output):
+            tail.wait_for_end(_OUTPUT_SECONDS if self.status() is not None else 0)
+            if tail.lines():
+                return "\n".join(tail.lines()[-_LAST_WORDS:])
+        return ""
+
+    def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
+        """Ends the process and everything that it started: SIGTERM, and SIGKILL after `grace` seconds.
+
+        Answers its exit status; None if it still runs, because this user may not end it.
+        """
+        self.launched.end(grace)
+        try:
+            return self._popen.wait(_EXIT_SECONDS)
+        except subprocess.TimeoutExpired:
+            return None

@@ -1,0 +1,47 @@
+"""Finding the program that was named, and telling what kind of file it is."""
+
+from __future__ import annotations
+
+import os
+import shutil
+from pathlib import Path
+
+from ..errors import ProgramNotExecutableError, ProgramNotFoundError, ScriptProgramError, UnknownFormatError
+from .elf import is_elf
+
+
+def find_program(name: str) -> Path:
+    """The file of a program, looked up in PATH unless the name has a slash.
+
+    Raises ProgramNotFoundError and ProgramNotExecutableError.
+    """
+    if "/" not in name:
+        found = shutil.which(name)
+        if found is None:
+            raise ProgramNotFoundError(f"{name}: no such program in PATH; give its path if it is elsewhere")
+        return Path(os.path.abspath(found))
+    path = Path(os.path.abspath(name))
+    if not path.exists():
+        raise ProgramNotFoundError(f"{name}: no such file")
+    if not path.is_file() or not os.access(path, os.X_OK):
+        raise ProgramNotExecutableError(f"{name} is not an executable file")
+    return path
+
+
+def require_elf(program: Path) -> None:
+    """Does nothing for an ELF program. Raises ScriptProgramError, UnknownFormatError, or
+    ProgramNotExecutableError when the file cannot be read."""
+    try:
+        if is_elf(program):
+            return
+        with program.open("rb") as file:
+            first_line = file.readline(200)
+    except OSError as error:
+        raise ProgramNotExecutableError(f"{program} cannot be read: {error.strerror}") from error
+    if first_line.startswith(b"#!"):
+        interpreter = first_line[2:].decode("latin-1").strip()
+        raise ScriptProgramError(
+            f"{program} is a script (run by {interpreter}): name the binary that it starts, or the Qt "
+            "version that this binary uses, with --qt N"
+        )
+    raise UnknownFormatError(f"{program} is neither an ELF program nor a script")

@@ -1,0 +1,88 @@
+"""Which Qt a program's widgets come from, told by the libraries that it links."""
+
+from __future__ import annotations
+
+import os
+import re
+from collections import deque
+from pathlib import Path
+from typing import Iterator, Mapping, Optional
+
+from ..errors import (
+    NoQtError,
+    NoWidgetsError,
+    ProgramError,
+    StaticProgramError,
+    StaticQtError,
+    UnknownFormatError,
+)
+from .elf import contains_qt_widgets
+from .libraries import LoadedFile, find_library, load_program
+from .program import require_elf
+
+_QT_LIBRARY = re.compile(r"libQt\d*[A-Z]\w*\.so\.\d+")
+_WIDGETS_LIBRARIES = {"libQtGui.so.4": 4, "libQt5Widgets.so.5": 5, "libQt6Widgets.so.6": 6}
+
+
+def qt_major(program: Path, environment: Optional[Mapping[str, str]] = None) -> int:
+    """The major version of the Qt whose widgets `program` links, itself or through its libraries.
+
+    Libraries are looked for as under `environment`, by default that of this process. Raises the ProgramError
+    subclasses of this file and of require_elf(), and ElfReaderMissingError.
+    """
+    require_elf(program)
+    try:
+        return _qt_major(program, os.environ if environment is None else environment)
+    except ValueError as error:
+        raise UnknownFormatError(str(error)) from error
+
+
+def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
+    loaded = load_program(program)
+    other_qt_library = None
+    count = 0
+    for name in _linked_libraries(loaded, environment):
+        count += 1
+        file_name = os.path.basename(name)
+        if file_name in _WIDGETS_LIBRARIES:
+            return _WIDGETS_LIBRARIES[file_name]
+        if other_qt_library is None and _QT_LIBRARY.fullmatch(file_name):
+            other_qt_library = file_name
+    if other_qt_library is not None:
+        raise NoWidgetsError(
+            f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives: if "
+            "it loads them later, as a plugin, name the Qt version with --qt N"
+        )
+    raise _error_without_qt(program, loaded, count)
+
+
+def _linked_libraries(program: LoadedFile, environment: Mapping[str, str]) -> Iterator[str]:
+    """The names of all libraries of the process, breadth first, each once."""
+    seen = set()
+    users = deque([program])
+    while users:
+        user = users.popleft()
+        new_names = [name for name in user.elf.needed if name not in seen]
+        seen.update(new_names)
+        yield from new_names
+        for name in new_names:
+            library = find_library(name, user, environment)
+            if library is not None:
+                users.append(library)
+
+
+def _error_without_qt(program: Path, loaded: LoadedFile, count: int) -> ProgramError:
+    if contains_qt_widgets(loaded.elf.path):
+        return StaticQtError(
+            f"Qt is linked into {program} statically, and the agent cannot be loaded beside it: build the "
+            "application with shared Qt libraries"
+        )
+    if loaded.elf.interpreter is None:
+        return StaticProgramError(
+            f"{program} is statically linked, and the agent cannot be loaded into it: build the application "
+            "with shared libraries"
+        )
+    return NoQtError(
+        f"{program} links no Qt ({count} libraries looked through): if it loads Qt later, as a plugin, name "
+        "the Qt version with --qt N"
+    )

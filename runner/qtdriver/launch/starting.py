@@ -1,0 +1,112 @@
+"""Starting an application with the agent inside and waiting for its greeting."""
+
+from __future__ import annotations
+
+import os
+import subprocess
+from pathlib import Path
+from typing import Dict, Mapping, Optional, Sequence, Tuple
+
+from ..errors import EarlyExitError, NoGreetingError, ProgramNotExecutableError
+from ..protocol.channel import DEFAULT_TIMEOUT
+from ..protocol.connection import Connection
+from ..protocol.pending_agents import PendingAgents
+from ..protocol.waiting import Deadline
+from .agent import agent_library, require_same_architecture
+from .process import Process
+from .program import find_program
+from .qtversion import qt_major
+from .supervision import LaunchedProcesses
+
+
+def preload_environment(library: Path, environment: Optional[Mapping[str, str]] = None) -> Dict[str, str]:
+    """`environment`, by default that of this process, with `library` in front of what LD_PRELOAD names."""
+    result = dict(os.environ if environment is None else environment)
+    already = result.get("LD_PRELOAD", "")
+    result["LD_PRELOAD"] = f"{library}:{already}" if already else str(library)
+    return result
+
+
+def start(
+    command: Sequence[str],
+    *,
+    pending_agents: PendingAgents,
+    qt: Optional[int] = None,
+    build: Optional[Path] = None,
+    start_timeout: float = DEFAULT_TIMEOUT,
+    request_timeout: float = DEFAULT_TIMEOUT,
+    environment: Optional[Mapping[str, str]] = None,
+    working_directory: "Optional[Path | str]" = None,
+) -> Tuple[Connection, Process]:
+    """Starts `command`, program and arguments, with the agent inside, and waits until the agent has greeted.
+
+    `pending_agents` is of a server that listens already: the agent looks for it once. `qt` is the application's Qt
+    major; None finds it out from the program's libraries. `build` is the folder with the agents (see agent_library()).
+    `start_timeout` is how long the greeting may take, `request_timeout` how long each request may, both in seconds.
+    `environment` is for the application, by default that of this process.
+
+    Answers the connection and the process.
+
+    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError. Everything
+    that was started is ended then.
+    """
+    environment = os.environ if environment is None else environment
+    program = find_program(command[0])
+    if qt is None:
+        library = agent_library(qt_major(program, environment), build)
+        require_same_architecture(program, library)
+    else:
+        library = agent_library(qt, build)
+    process = _start(program, command, preload_environment(library, environment), working_directory)
+    try:
+        connection = _wait_for_greeting(command[0], process, pending_agents, start_timeout, request_timeout)
+    except BaseException:
+        process.terminate()
+        raise
+    return connection, process
+
+
+def _start(
+    program: Path,
+    command: Sequence[str],
+    environment: Mapping[str, str],
+    working_directory: "Optional[Path | str]",
+) -> Process:
+    launched = LaunchedProcesses()
+    try:
+        popen = subprocess.Popen(
+            [str(program), *command[1:]],
+            env=launched.environment(environment),
+            cwd=working_directory,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            bufsize=0,
+            start_new_session=True,  # tells processes of the launch that clear their environment
+        )
+    except OSError as error:
+        launched.end(0)
+        raise ProgramNotExecutableError(f"{program} cannot be executed: {error.strerror}") from error
+    return Process(popen, launched)
+
+
+def _wait_for_greeting(
+    program: str, process: Process, pending_agents: PendingAgents, timeout: float, request_timeout: float
+) -> Connection:
+    """The first agent of the process that was started, or of one that it has started in turn."""
+    connection = pending_agents.wait_for(
+        process.launched.owns,
+        Deadline(timeout),
+        request_timeout,
+        given_up=process.has_ended,
+    )
+    if connection is not None:
+        return connection
+    status = process.status()
+    if status is not None:
+        raise EarlyExitError(program, status, process.last_words(), pending_agents.others())
+    last_words = process.last_words()
+    ended = process.terminate() is not None
+    raise NoGreetingError(
+        program, timeout, last_words, None if ended else process.pid, pending_agents.others()
+    )

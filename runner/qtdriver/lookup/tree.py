@@ -1,0 +1,153 @@
+"""The widgets of a window as a tree, and which of them a path finds."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass, field
+from typing import Dict, Iterable, Iterator, List, Optional, Sequence, Tuple
+
+from ..protocol.records import WidgetRecord
+
+UNNAMED = "unnamed"
+"""The path element for a widget that has no name."""
+
+UNKNOWN = ""
+"""The name of a push button without an object name: the agent derives it from the button's text, which a listing does
+not tell."""
+
+_INPUT_DIALOG = "QInputDialog"
+
+
+@dataclass(eq=False)
+class Node:
+    """A widget of a window.
+
+    Attributes:
+        record: what the agent listed.
+        parent: None for the window.
+        children: in the order of the window.
+        name: the name that a path calls it by: its object name, a derived name, "unnamed", or UNKNOWN.
+    """
+
+    record: WidgetRecord
+    parent: Optional["Node"]
+    name: str
+    children: List["Node"] = field(default_factory=list, repr=False)
+
+    @property
+    def has_certain_name(self) -> bool:
+        """Whether `name` is what the agent calls it. A tool button without an object name may be named after its
+        action, which a listing does not tell."""
+        return self.name != UNKNOWN and (self.name != UNNAMED or self.record.class_name != "QToolButton")
+
+    def ancestors(self) -> Iterator["Node"]:
+        """Its parent, the parent's parent, and so on up to the window."""
+        node = self.parent
+        while node is not None:
+            yield node
+            node = node.parent
+
+
+class WidgetTree:
+    """The widgets of one window as they were when they were listed."""
+
+    def __init__(self, records: Iterable[WidgetRecord]) -> None:
+        """`records` come parents first, as Connection.window_tree() has them."""
+        self.nodes: List[Node] = []
+        self._by_name: Dict[str, List[Node]] = {}
+        chain: List[Node] = []
+        for record in records:
+            del chain[record.depth :]
+            parent = chain[-1] if chain else None
+            node = Node(record, parent, _name(record, parent))
+            if parent is not None:
+                parent.children.append(node)
+            chain.append(node)
+            self.nodes.append(node)
+            self._by_name.setdefault(node.name, []).append(node)
+
+    def rename(self, node: Node, name: str) -> None:
+        """Gives a widget the derived name that has become known."""
+        self._by_name[node.name].remove(node)
+        self._by_name.setdefault(name, []).append(node)
+        node.name = name
+
+    def names(self) -> Tuple[str, ...]:
+        """Every known name in the window once, but "unnamed"."""
+        return tuple(
+            name for name, nodes in self._by_name.items() if nodes and name not in (UNNAMED, UNKNOWN)
+        )
+
+    def named(self, name: str) -> Tuple[Node, ...]:
+        """The widgets of this name, hidden ones included."""
+        return tuple(self._by_name.get(name, ()))
+
+    def find(self, path: str) -> Tuple[Node, ...]:
+        """The widgets that a path finds, hidden ones included.
+
+        A path that ends with "/" finds every widget without an object name below what it names.
+        """
+        names = path.split("/")
+        if names[-1] == "":
+            candidates: Sequence[Node] = [node for node in self.nodes if not node.record.object_name]
+        else:
+            candidates = self.named(names[-1])
+        return tuple(node for node in candidates if _fits(node, names))
+
+    def unique_path(self, target: Node) -> Optional[str]:
+        """A short path that finds only this visible widget; None when its names do not tell it apart, or when it is
+        hidden while another of its paths is visible."""
+        if not target.has_certain_name:
+            return None
+        path = target.name
+        if self._finds_only(path, target):
+            return path
+        gap = False
+        for ancestor in target.ancestors():
+            if not ancestor.has_certain_name or ancestor.name == UNNAMED:
+                gap = True
+                continue
+            longer = f"{ancestor.name}/{'/' if gap else ''}{path}"
+            if self._finds_only(longer, target):
+                return longer
+        return self._whole_path(target)
+
+    def _whole_path(self, target: Node) -> Optional[str]:
+        chain = [target, *target.ancestors()]
+        if not all(node.has_certain_name for node in chain):
+            return None
+        path = "/".join(node.name for node in reversed(chain))
+        return path if self._finds_only(path, target) else None
+
+    def _finds_only(self, path: str, target: Node) -> bool:
+        found = self.find(path)
+        visible = [node for node in found if node.record.visible]
+        return visible == [target] if target.record.visible else list(found) == [target]
+
+
+def _name(record: WidgetRecord, parent: Optional[Node]) -> str:
+    if record.object_name:
+        return record.object_name
+    if record.class_name == "QPushButton":
+        return UNKNOWN
+    if parent is not None and parent.record.class_name == _INPUT_DIALOG:
+        return f"{record.class_name}__widget__"
+    return UNNAMED
+
+
+def _fits(node: Node, names: Sequence[str]) -> bool:
+    """Whether a widget and its ancestors fit the path; an empty name stands for any number of levels.
+
+    Behind the window nothing fits, not even an empty name.
+    """
+    current: Optional[Node] = node
+    gap = False
+    for position in range(len(names) - 1, -1, -1):
+        if not names[position]:
+            gap = True
+            continue
+        while gap and current is not None and current.name != names[position]:
+            current = current.parent
+        if current is None or current.name != names[position]:
+            return False
+        current, gap = current.parent, False
+    return current is not None or names[0] != ""

@@ -1,0 +1,114 @@
+"""The windows of an application: how requests name them, all of them with their widgets, and as text."""
+
+from __future__ import annotations
+
+import re
+from dataclasses import dataclass
+from typing import Iterable, Iterator, List, Optional, Sequence, Tuple
+
+from ..errors import ProtocolError, QtDriverError, ReplyError, WindowNotFoundError
+from ..protocol.connection import Connection
+from ..protocol.records import WidgetRecord, WindowRecord
+from ..protocol.transcript import Exchange
+from ..protocol.wire import Reply
+
+POPUP = "Widget:ActivePopupWidget"
+MODAL = "Widget:ActiveModalWidget"
+OBJECT_NAME = "Widget:"
+
+_CERTAIN = re.compile(r"[^,\n\r?]*")
+
+
+@dataclass(frozen=True)
+class WindowWidgets:
+    """A window with its widgets.
+
+    Attributes:
+        record: the window.
+        address: what names it in a request; empty where nothing has found only this window.
+        widgets: the window itself and all widgets in it, each parent before its children; none after an error.
+        error: why they could not be listed.
+    """
+
+    record: WindowRecord
+    address: str = ""
+    widgets: Tuple[WidgetRecord, ...] = ()
+    error: Optional[QtDriverError] = None
+
+
+def walk_windows(
+    connection: Connection, windows: Optional[Iterable[WindowRecord]] = None
+) -> Iterator[WindowWidgets]:
+    """Every visible window with its widgets, each asked for when it is its turn. `windows` is a listing that is there
+    already.
+
+    Raises what the listing of the windows raises. An error in the widgets of one window is with that window, also where
+    the application does not answer or has ended.
+    """
+    for record in connection.list_windows() if windows is None else windows:
+        try:
+            yield _widgets_of(connection, record)
+        except QtDriverError as error:
+            yield WindowWidgets(record, error=error)
+
+
+def _widgets_of(connection: Connection, record: WindowRecord) -> WindowWidgets:
+    refusal: ReplyError = WindowNotFoundError("2", f"no request names the window ({record.title}) alone")
+    for address in reversed(list(_addresses(record))):
+        try:
+            widgets = connection.window_tree(address)
+        except ReplyError as error:
+            refusal = error
+            continue
+        if widgets and widgets[0].class_name == record.class_name:
+            return WindowWidgets(record, address, widgets)
+    raise refusal
+
+
+def _addresses(record: WindowRecord) -> Iterator[str]:
+    """Names of the window in a request, the best last: several windows can have a title, and popups have none."""
+    beginning = certain_beginning(record.title)
+    yield beginning  # an empty one finds the only window of an application
+    if record.modal:
+        yield f"{MODAL}:{beginning}" if beginning else MODAL
+    elif not record.title:
+        yield POPUP
+
+
+def certain_beginning(title: str) -> str:
+    """As much of a title in a reply as names its window in a request.
+
+    Requests have no commas and no line breaks in titles, and replies have "?" for characters beyond U+00FF.
+    """
+    match = _CERTAIN.match(title)
+    beginning = match[0] if match else ""
+    return OBJECT_NAME[:-1] if beginning.startswith(OBJECT_NAME) else beginning
+
+
+def describe_windows(windows: Iterable[WindowRecord]) -> List[str]:
+    """A line for each window, indented; one line that says so when there are none."""
+    lines = [f'  "{window.title}" ({_kind(window)})' for window in windows]
+    return lines or ["  (no visible window)"]
+
+
+def _kind(window: WindowRecord) -> str:
+    return f"{window.class_name}, modal" if window.modal else window.class_name
+
+
+def last_windows(exchanges: Sequence[Exchange]) -> List[WindowRecord]:
+    """The windows of the last listing in a transcript; none if there is no listing."""
+    for exchange in reversed(exchanges):
+        if exchange.request == "1" and exchange.reply is not None:
+            return _parse(exchange.reply)
+    return []
+
+
+def _parse(line: str) -> List[WindowRecord]:
+    windows = []
+    try:
+        items = Reply.parse(line).value()
+        for item in items if isinstance(items, tuple) else ():
+            windows.append(WindowRecord.parse(item))
+    except (ProtocolError, ReplyError):
+        pass  # the transcript cuts long replies: what is whole is told
+    return windows

@@ -1,0 +1,121 @@
+"""The files that one test leaves: the bundle of a failure, and the trace of its steps."""
+
+from __future__ import annotations
+
+import time
+from pathlib import Path
+from typing import List, Optional
+
+from ..api.app import App
+from ..api.disconnection import ended_error
+from ..api.driver import Driver
+from ..errors import ApplicationEndedError
+from ..errors.endings import describe_exit
+from ..trace.recorder import Recorder
+from . import folders
+from .bundle import write_bundle
+from .settings import TRACE_OFF, TRACE_ON, Settings
+
+_TRACE = "trace"
+_ERROR = "error.txt"
+_CRASHES = {"SIGSEGV", "SIGABRT", "SIGBUS", "SIGFPE", "SIGILL", "SIGSYS", "SIGTRAP"}
+
+
+class TestArtifacts:
+    """Follows one test with its driver, and keeps what it leaves.
+
+    Attributes:
+        folder: where its bundle and its trace are, if there are any.
+        bundle: the same folder once it holds the bundle of a failure.
+        trace: the folder of the trace once it is written.
+        passed: whether the body of the test has passed.
+        is_open: whether the driver, and with it the applications, may still be there.
+    """
+
+    __test__ = False  # this is no test, whatever pytest makes of its name
+
+    def __init__(self, driver: Driver, settings: Settings, node_id: str) -> None:
+        """Begins to record the steps of the driver, if the settings want it. What an earlier attempt at this test
+        has left is removed."""
+        self.folder = folders.folder_of(settings.output, node_id)
+        self.bundle: Optional[Path] = None
+        self.trace: Optional[Path] = None
+        self.passed = False
+        self._driver = driver
+        self._began = time.monotonic()
+        self._notes: List[str] = []
+        self._keeps_trace = settings.trace == TRACE_ON
+        self._recorder: Optional[Recorder] = None
+        self.is_open = True
+        folders.remove(self.folder)
+        if settings.trace != TRACE_OFF:
+            self._recorder = Recorder(self.folder / _TRACE)
+            driver.listeners.append(self._recorder)
+
+    def collect(self) -> None:
+        """Writes the bundle, the first time, with what can be had now."""
+        if self.bundle is not None:
+            return
+        self.bundle = self.folder
+        folders.make(self.folder)
+        if not self.is_open:
+            self._notes.append(
+                "the applications had been ended before this failure: it came after the driver's end"
+            )
+        self._notes += write_bundle(self._driver.apps, self.folder, self._began)
+        self._keeps_trace = True
+        self._end_recording()
+
+    def add_error(self, phase: str, text: str) -> None:
+        """Adds an error of "setup", "call" or "teardown" to the bundle."""
+        with (self.folder / _ERROR).open("a", encoding="utf-8", errors="backslashreplace") as file:
+            file.write(f"error in {phase}:\n{text}\n")
+
+    def describe(self, base: Path) -> str:
+        """The bundle in words: where it is, seen from the folder `base`, what it holds, what it could not get."""
+        names = sorted(path.name for path in self.folder.iterdir() if not path.name.startswith("."))
+        return "\n".join([f"{folders.shown(self.folder, base)}: {', '.join(names)}", *self._notes])
+
+    def close_driver(self) -> Optional[ApplicationEndedError]:
+        """Ends the applications. Answers an error when one has crashed, or ended with an error status, while the test
+        passed without knowing."""
+        ends = [error for error in (app.unexpected_end() for app in self._driver.apps) if error is not None]
+        if ends and self.passed:
+            self.collect()
+        if self._keeps_trace:
+            self._end_recording()
+        running = [
+            app for app in self._driver.apps if app.process is not None and app.process.status() is None
+        ]
+        self._driver.close()
+        self.is_open = False
+        ends += [error for error in map(_crash, running) if error is not None]
+        return ends[0] if ends and self.passed else None
+
+    def finish(self, keep_trace: bool = False) -> None:
+        """Ends the recording. Its trace is kept if the test failed, the settings keep all, or `keep_trace` is set."""
+        self._keeps_trace = self._keeps_trace or keep_trace
+        self._end_recording()
+
+    def _end_recording(self) -> None:
+        recorder, self._recorder = self._recorder, None
+        if recorder is None:
+            return
+        self._driver.listeners.remove(recorder)
+        if self._keeps_trace:
+            folders.make(self.folder)
+        try:
+            recorder.close(self._keeps_trace)
+        except OSError as error:
+            self._notes.append(f"no trace: {error}")
+            return
+        if self._keeps_trace:
+            self.trace = self.folder / _TRACE
+
+
+def _crash(app: App) -> Optional[ApplicationEndedError]:
+    """The error for an application that ran until now and crashed instead of ending."""
+    status = None if app.process is None else app.process.status()
+    if status is None or describe_exit(status).rpartition(" ")[2] not in _CRASHES:
+        return None
+    return ended_error(app)

@@ -1,0 +1,145 @@
+"""Requests out and replies in, one at a time."""
+
+from __future__ import annotations
+
+import socket
+import time
+from typing import Optional, Type, TypeVar
+
+from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
+from .closing import ClosedOnLeaving
+from .greeting import Greeting
+from .lines import LineSocket
+from .peers import Peer
+from .transcript import KEPT_REPLY, Exchange, Transcript
+from .wire import Reply, encode_line
+
+DEFAULT_TIMEOUT = 30.0
+"""Seconds that a greeting or a request may take where nothing else is said."""
+
+_LONGEST_GREETING = 1000
+
+_Self = TypeVar("_Self", bound="Channel")
+
+
+class Channel(ClosedOnLeaving):
+    """A greeted agent, spoken to in raw lines. Not for use by several threads at the same time.
+
+    Attributes:
+        greeting: what the agent said of itself.
+        process: id of the process at the other end, as this process sees it; None where the system hides it.
+        timeout: seconds that a request may take, the waiting for a late earlier reply included.
+        transcript: what was asked and answered.
+    """
+
+    def __init__(
+        self,
+        lines: LineSocket,
+        greeting: Greeting,
+        timeout: float = DEFAULT_TIMEOUT,
+        process: Optional[int] = None,
+    ) -> None:
+        """Takes over `lines`, whose greeting has been read. `timeout`: seconds that a request may take."""
+        self.greeting = greeting
+        self.process = process
+        self.timeout = timeout
+        self.transcript = Transcript()
+        self._lines = lines
+        self._unanswered: Optional[str] = None
+
+    @classmethod
+    def greet(
+        cls: Type[_Self], connected: socket.socket, deadline: float, timeout: float, peer: Peer
+    ) -> _Self:
+        """Waits for the greeting of a fresh connection from `peer` until `deadline`, a time of time.monotonic().
+
+        Raises RequestTimeout, ConnectionClosed or ProtocolError when no greeting comes, and then closes.
+        """
+        lines = LineSocket(connected)
+        try:
+            line = lines.read_line(deadline, _LONGEST_GREETING)
+            if line is None:
+                raise ConnectionClosed("the client closed the connection before its greeting")
+            greeting = Greeting.parse(line)
+            return cls(lines, greeting, timeout, peer.process(greeting.pid))
+        except BaseException as error:
+            lines.close()
+            if isinstance(error, socket.timeout):
+                raise RequestTimeout("a client connected, but sent no greeting in time") from None
+            if isinstance(error, OSError):
+                raise ConnectionClosed(f"the connection broke before the greeting: {error}") from error
+            raise
+
+    @property
+    def pid(self) -> int:
+        """Id of the application's process, as this process sees it; from the greeting where the system hides it."""
+        return self.greeting.pid if self.process is None else self.process
+
+    def close(self) -> None:
+        """Ends the connection; the application goes on without it. Closing twice is harmless."""
+        self._lines.close()
+
+    def fileno(self) -> int:
+        """The descriptor of the socket: readable when the application has ended, since agents never speak unasked."""
+        return self._lines.fileno()
+
+    def is_closed(self) -> bool:
+        """Whether the application has ended or closed the connection. Does not wait."""
+        return not self._lines.is_open()
+
+    def request(self, line: str, timeout: Optional[float] = None) -> Reply:
+        """Sends one request line and waits for its reply, of whatever code.
+
+        `timeout` in seconds, by default that of the connection. Raises RequestTimeout, ConnectionClosed,
+        ProtocolError for an answer that is no reply, and UnsupportedTextError for a line that cannot be sent.
+        """
+        data = encode_line(line)
+        started = time.monotonic()
+        answer, failure = None, ""
+        try:
+            answer = self._exchange(line, data, self.timeout if timeout is None else timeout)
+            return Reply.parse(answer)
+        except QtDriverError as error:
+            failure = str(error)
+            raise
+        finally:
+            kept = None if answer is None else answer[:KEPT_REPLY]
+            self.transcript.add(Exchange(line, kept, started, time.monotonic() - started, failure))
+
+    def _exchange(self, line: str, data: bytes, seconds: float) -> str:
+        deadline = time.monotonic() + seconds
+        try:
+            self._clear_the_way(deadline)
+            self._unanswered = "" if self.transcript.is_paused else line
+            self._lines.send(data, deadline)
+            return self._read_reply(deadline)
+        except socket.timeout:
+            waiting_for = self._unanswered or line  # what a listener asked is nothing that the test knows
+            raise RequestTimeout(f"no reply to {waiting_for!r} within {seconds:g} seconds") from None
+        except OSError as error:
+            raise ConnectionClosed(f"the application ended before it answered {line!r} ({error})") from error
+
+    def _clear_the_way(self, deadline: float) -> None:
+        """Takes what belongs to earlier requests off the line: the next reply is the one asked for."""
+        if self._unanswered is not None:
+            self._read_reply(deadline)
+        if not self._lines.discard_arrived():
+            raise ConnectionResetError("the connection is closed")
+
+    def _read_reply(self, deadline: float) -> str:
+        """The text of the one reply under way.
+
+        The agent never speaks unasked. So what stands behind the line end is the rest of this reply, in which
+        a window title or an object name has a line break.
+        """
+        reply = self._read_line(deadline)
+        while self._lines.has_more:
+            reply += "\n" + self._read_line(deadline)
+        self._unanswered = None
+        return reply
+
+    def _read_line(self, deadline: float) -> str:
+        line = self._lines.read_line(deadline)
+        if line is None:
+            raise ConnectionResetError("the connection is closed")
+        return line

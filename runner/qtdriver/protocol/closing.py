@@ -1,0 +1,21 @@
+"""Closing an object at the end of its `with` block."""
+
+from __future__ import annotations
+
+from typing import TypeVar
+
+_Self = TypeVar("_Self", bound="ClosedOnLeaving")
+
+
+class ClosedOnLeaving:
+    """A context manager whose end is its method close()."""
+
+    def close(self) -> None:
+        """Ends it. Ending it twice is harmless."""
+        raise NotImplementedError
+
+    def __enter__(self: _Self) -> _Self:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.close()

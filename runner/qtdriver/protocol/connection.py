@@ -1,0 +1,133 @@
+"""The connection to one application: a method for each command."""
+
+from __future__ import annotations
+
+from typing import Dict, Optional, Set, Tuple
+
+from ..errors import ProtocolError
+from .channel import DEFAULT_TIMEOUT, Channel
+from .commands import COMMAND_BY_NAME
+from .greeting import Greeting
+from .lines import LineSocket
+from .records import CursorWidget, WidgetRecord, WindowRecord
+from .wire import Argument, Rect, Reply, Value, encode_argument
+
+
+class Connection(Channel):
+    """A greeted agent. Not for use by several threads at the same time.
+
+    Every command method raises a ReplyError subclass when the agent refuses, ConnectionClosed when the
+    application has ended, RequestTimeout when no answer comes in time, and UnsupportedTextError, before
+    anything is sent, for text that the protocol cannot carry.
+
+    The methods share these arguments: `window` is the beginning of a window title or one of the forms
+    "Widget:name", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget"; `path` holds object names from
+    the outside in, joined by "/", an empty one standing for any number of levels; `widget_class` is the class
+    to serve the widget as, one of its base classes, or empty for the nearest that the agent knows.
+
+    Attributes:
+        visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
+        entered: the classes that served the widgets in which values were entered, by their windows, their paths, and the
+            classes that were asked for.
+    """
+
+    def __init__(
+        self,
+        lines: LineSocket,
+        greeting: Greeting,
+        timeout: float = DEFAULT_TIMEOUT,
+        process: Optional[int] = None,
+    ) -> None:
+        """As that of the channel."""
+        super().__init__(lines, greeting, timeout, process)
+        self.visited: Set[Tuple[str, str]] = set()
+        self.entered: Dict[Tuple[str, str, str], str] = {}
+
+    def _command(self, name: str, *texts: str) -> Reply:
+        reply = self.request(COMMAND_BY_NAME[name].compose(*texts))
+        reply.raise_for_code()
+        return reply
+
+    def _items(self, reply: Reply) -> Tuple[str, ...]:
+        items = reply.value()
+        if not isinstance(items, tuple):
+            raise ProtocolError(f"not a list: {reply.raw!r}")
+        return items
+
+    def list_windows(self) -> Tuple[WindowRecord, ...]:
+        """The visible windows, in the application's order."""
+        return tuple(map(WindowRecord.parse, self._items(self._command("listWindows"))))
+
+    def window_tree(self, window: str) -> Tuple[WidgetRecord, ...]:
+        """The window and all widgets in it, each parent before its children."""
+        return tuple(map(WidgetRecord.parse, self._items(self._command("windowTree", window))))
+
+    def identify_widget_at_cursor(self) -> Optional[CursorWidget]:
+        """The widget under the mouse cursor, None where the application has none."""
+        return CursorWidget.parse(self._command("identifyWidgetAtCursor").payload)
+
+    def locate_widget(self, window: str, path: str) -> str:
+        """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
+        return self._command("locateWidget", window, path).payload
+
+    def activate_widget(
+        self,
+        window: str,
+        path: str,
+        value: Argument = None,
+        option: Argument = None,
+        *,
+        widget_class: str = "",
+    ) -> str:
+        """Does what the widget is for; its class decides what `value` and `option` mean.
+
+        Answers the class under which the widget was served.
+        """
+        texts = (encode_argument(value), encode_argument(option))
+        return self._command("activateWidget", window, path, widget_class, *texts).payload
+
+    def enter_widget(self, window: str, path: str, value: Argument, *, widget_class: str = "") -> str:
+        """Enters `value` as a user would. Answers the class under which the widget was served."""
+        text = encode_argument(value)
+        served = self._command("enterWidget", window, path, widget_class, text, "").payload
+        self.entered[window, path, widget_class] = served
+        return served
+
+    def read_property(
+        self, window: str, path: str, name: str, argument: Optional[str] = None, *, widget_class: str = ""
+    ) -> Value:
+        """The value of the property `name`; `argument` is for the few properties that take one."""
+        text = encode_argument(argument)
+        return self._command("readProperty", window, path, widget_class, name, text).value()
+
+    def check_window(self, window: str) -> str:
+        """The full title of the window; WindowBlockedError while a popup or modal window is in front."""
+        return self._command("checkWindow", window).payload
+
+    def mouse_widget(self, window: str, path: str, command: str, *, widget_class: str = "") -> str:
+        """Plays a mouse command "type:button:x:y:modifier" on the widget.
+
+        For example "MouseClick:LeftButton:0.5:0.5:NoModifier", x and y being fractions of the widget's size.
+        Answers the class under which the widget was served.
+        """
+        text = encode_argument(command)
+        return self._command("mouseWidget", window, path, widget_class, text, "").payload
+
+    def move_window(self, window: str, x: int, y: int) -> str:
+        """Moves the window's frame to global pixel coordinates. Answers the window title."""
+        return self._command("moveWindow", window, str(x), str(y)).payload
+
+    def resize_window(self, window: str, width: int, height: int) -> str:
+        """Sets the size of the window without its frame, in pixels. Answers the window title."""
+        return self._command("resizeWindow", window, str(width), str(height)).payload
+
+    def locate_tray_icon(self, name: str) -> Rect:
+        """The screen rectangle of the tray icon with this object name, in global pixels.
+
+        Raises CommandError when the desktop does not tell it.
+        """
+        reply = self._command("locateTrayIcon", "", name)
+        rect = reply.value()
+        if not isinstance(rect, Rect):
+            raise ProtocolError(f"not a rectangle: {reply.raw!r}")
+        return rect

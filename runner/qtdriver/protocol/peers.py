@@ -1,0 +1,130 @@
+"""Looks up in the system which process has connected, or listens: a greeting proves nothing of that."""
+
+from __future__ import annotations
+
+import os
+import pwd
+import socket
+from typing import Any, Optional
+
+from ..errors import ConnectionClosed, PeerReaderMissingError
+from .tcptable import Address, plain_host, tcp_sockets
+
+_KNOWN_USERS = "/proc/self/uid_map"
+
+
+class Peer:
+    """The other end of a connection within this machine.
+
+    Attributes:
+        user: id of the user who made its socket.
+    """
+
+    def __init__(self, connected: socket.socket) -> None:
+        """Raises ConnectionClosed when this machine has no process at the other end, and PeerReaderMissingError."""
+        self._psutil = load_psutil()
+        self._local: Address = connected.getpeername()[:2]
+        self._remote: Address = connected.getsockname()[:2]
+        ends = (end for end in tcp_sockets() if (end.local, end.remote) == (self._local, self._remote))
+        # A socket that nobody has any more counts as the administrator's.
+        held = next((end for end in ends if end.inode), None)
+        if held is None:
+            raise ConnectionClosed(
+                f"{self} closed the connection before its greeting, or is of another machine"
+            )
+        self.user = held.user
+
+    def __str__(self) -> str:
+        return "{}:{}".format(*self._local)
+
+    def is_of_this_user(self) -> bool:
+        """Whether the socket was made by the user of this process."""
+        return self.user == os.geteuid() and _users_are_told_apart()
+
+    def process(self, likely: Optional[int] = None) -> Optional[int]:
+        """Id of the process that has the socket, as this process sees it; None where the system hides it, as it does
+        with processes of other users and with those of another process namespace.
+
+        `likely` is looked at first: to look at all processes takes longer.
+        """
+        if likely is not None and self._is_held_by(likely):
+            return likely
+        for connection in self._psutil.net_connections("tcp"):
+            if self._is(connection):
+                return None if connection.pid is None else int(connection.pid)
+        return None
+
+    def description(self) -> str:
+        """Its address, user and process, for a person."""
+        pid = self.process()
+        try:
+            user = f"{pwd.getpwuid(self.user).pw_name} ({self.user})"
+        except KeyError:
+            user = str(self.user)
+        return f"{self}, of user {user}, {describe_process(pid)}"
+
+    def _is_held_by(self, pid: int) -> bool:
+        try:
+            process = self._psutil.Process(pid)
+            # The name until psutil 6.
+            connections = getattr(process, "net_connections", None) or process.connections
+            return any(map(self._is, connections("tcp")))
+        except (self._psutil.Error, OverflowError, ValueError):
+            return False
+
+    def _is(self, connection: Any) -> bool:
+        ends = (connection.laddr, connection.raddr)
+        return [(plain_host(end[0]), end[1]) for end in ends if end] == [self._local, self._remote]
+
+
+def describe_process(pid: Optional[int]) -> str:
+    """A process with its name, for a person; None is one that cannot be seen."""
+    if pid is None:
+        return "a process that cannot be seen from here"
+    name = _process_name(pid)
+    return f"process {pid} ({name})" if name else f"process {pid}"
+
+
+def _users_are_told_apart() -> bool:
+    """Whether the user namespace knows this user: otherwise all that it does not know have one id."""
+    try:
+        with open(_KNOWN_USERS, encoding="ascii") as file:
+            ranges = [tuple(map(int, line.split())) for line in file]
+    except OSError:
+        return True  # a system without such namespaces
+    return any(first <= os.geteuid() < first + count for first, _, count in ranges)
+
+
+def describe_listener(port: int) -> Optional[str]:
+    """The process that listens on a TCP port, as "name (process N)"; None where it is hidden, or without psutil."""
+    try:
+        psutil = load_psutil()
+    except PeerReaderMissingError:
+        return None
+    for connection in psutil.net_connections("tcp"):
+        listens = connection.status == psutil.CONN_LISTEN and connection.laddr.port == port
+        name = _process_name(connection.pid) if listens and connection.pid is not None else ""
+        if name:
+            return f"{name} (process {connection.pid})"
+    return None
+
+
+def _process_name(pid: int) -> str:
+    """The name of a process, empty when it has ended."""
+    psutil = load_psutil()
+    try:
+        return str(psutil.Process(pid).name())
+    except psutil.Error:
+        return ""
+
+
+def load_psutil() -> Any:
+    """The package. Imported when it is needed: who only speaks the protocol needs no other package.
+
+    Raises PeerReaderMissingError.
+    """
+    try:
+        import psutil  # type: ignore[import]
+    except ImportError:
+        raise PeerReaderMissingError() from None
+    return psutil

@@ -1,0 +1,95 @@
+"""The test server: where agents look for the test."""
+
+from __future__ import annotations
+
+import errno
+import socket
+import time
+from typing import Callable
+
+from ..errors import ClientRefusedError, ConnectionClosed, NoClientError, PortInUseError, QtDriverError
+from .channel import DEFAULT_TIMEOUT
+from .closing import ClosedOnLeaving
+from .connection import Connection
+from .peers import Peer
+
+HOST = "127.0.0.1"
+PORT = 4242
+_BACKLOG = 16
+
+
+class Server(ClosedOnLeaving):
+    """Listens where agents connect. A context manager: leaving it stops listening, not the connections.
+
+    An agent looks for its server once, when its application starts. So the server has to listen before that.
+    """
+
+    def __init__(self, host: str = HOST, port: int = PORT) -> None:
+        """Starts to listen. Raises PortInUseError when another process already does, and QtDriverError for
+        another reason why it cannot.
+
+        An agent always connects to the defaults; other values serve what forwards a connection.
+        """
+        self._socket = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
+        try:
+            self._socket.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+            self._socket.bind((host, port))
+            self._socket.listen(_BACKLOG)
+        except OSError as error:
+            self._socket.close()
+            if error.errno == errno.EADDRINUSE:
+                raise PortInUseError(host, port) from None
+            raise QtDriverError(f"cannot listen on {host}:{port}: {error.strerror}") from error
+        self.port: int = self._socket.getsockname()[1]
+
+    def close(self) -> None:
+        """Stops listening. Closing twice is harmless."""
+        self._socket.close()
+
+    def drop_waiting(self) -> None:
+        """Closes the connections of the clients that wait to be accepted."""
+        self._socket.settimeout(0)
+        try:
+            while True:
+                self._socket.accept()[0].close()
+        except OSError:
+            pass  # nobody waits any more
+
+    def fileno(self) -> int:
+        """The descriptor of the listening socket; it is readable when a client waits to be accepted."""
+        return self._socket.fileno()
+
+    def accept(
+        self,
+        timeout: float = DEFAULT_TIMEOUT,
+        request_timeout: float = DEFAULT_TIMEOUT,
+        *,
+        admits: Callable[[int], bool] = lambda pid: False,
+    ) -> Connection:
+        """Waits for an agent and for its greeting, `timeout` seconds for both together.
+
+        `request_timeout` is the time in seconds that each later request may take. An agent of another user is refused
+        before anything is read of it, unless `admits` answers true for its process.
+
+        Raises NoClientError when nobody connects, ClientRefusedError when it is not for this user, and RequestTimeout,
+        ConnectionClosed or ProtocolError when a client sends no greeting.
+        """
+        deadline = time.monotonic() + timeout
+        self._socket.settimeout(max(timeout, 0))
+        try:
+            connected, _ = self._socket.accept()
+        except (socket.timeout, BlockingIOError):
+            raise NoClientError(f"no agent connected within {timeout:g} seconds") from None
+        try:
+            peer = Peer(connected)
+            if not peer.is_of_this_user():
+                pid = peer.process()
+                if pid is None or not admits(pid):
+                    raise ClientRefusedError(f"{peer.description()}: another user's")
+        except OSError as error:
+            connected.close()
+            raise ConnectionClosed(f"a client closed the connection before its greeting: {error}") from error
+        except BaseException:
+            connected.close()
+            raise
+        return Connection.greet(connected, deadline, request_timeout, peer)

@@ -1,0 +1,115 @@
+"""The exchanges with an agent, and the steps of a test that they belong to."""
+
+from __future__ import annotations
+
+import time
+from collections import deque
+from contextlib import contextmanager
+from dataclasses import dataclass, field
+from typing import Deque, Iterator, List, Optional, Tuple
+
+KEPT_EXCHANGES = 5000
+"""How many exchanges a transcript keeps; the oldest ones go first."""
+
+KEPT_REPLY = 2000
+"""Characters of a reply that a transcript keeps: listings and pictures can have millions."""
+
+
+@dataclass(frozen=True)
+class Exchange:
+    """One request and what came of it.
+
+    Attributes:
+        request: the request line.
+        reply: the reply line, cut to KEPT_REPLY characters; None when there was none.
+        started: when it was sent, in seconds of time.monotonic().
+        seconds: how long it took.
+        error: why there was no reply, empty otherwise.
+    """
+
+    request: str
+    reply: Optional[str]
+    started: float
+    seconds: float
+    error: str = ""
+
+
+@dataclass
+class Step:
+    """One call of a test, such as a click: its exchanges and how it went.
+
+    Attributes:
+        title: the call as a person reads it: widget("ok").click().
+        reads: whether it only reads; the others act on the application.
+        started: when it began, in seconds of time.monotonic().
+        seconds: how long it took, waiting included; None while it goes on.
+        exchanges: the first ones and the last ones, if there were many while it waited.
+        skipped: how many exchanges between these were left out.
+        error: the message with which it failed, empty otherwise.
+    """
+
+    title: str
+    reads: bool
+    started: float = field(default_factory=time.monotonic)
+    seconds: Optional[float] = None
+    exchanges: List[Exchange] = field(default_factory=list)
+    skipped: int = 0
+    error: str = ""
+
+    def add(self, exchange: Exchange) -> None:
+        """Takes an exchange in; of more than ten, the first five and the last five stay."""
+        self.exchanges.append(exchange)
+        if len(self.exchanges) > 10:
+            del self.exchanges[5]
+            self.skipped += 1
+
+
+class Transcript:
+    """Collects the exchanges with one agent, and the step that they belong to.
+
+    Attributes:
+        refusals: who else had connected before this agent was there, and was refused.
+    """
+
+    def __init__(self) -> None:
+        self.refusals: Tuple[str, ...] = ()
+        self._exchanges: Deque[Exchange] = deque(maxlen=KEPT_EXCHANGES)
+        self._step: Optional[Step] = None
+        self._paused = False
+
+    def add(self, exchange: Exchange) -> None:
+        """Takes in what the connection has just done."""
+        if self._paused:
+            return
+        self._exchanges.append(exchange)
+        if self._step is not None:
+            self._step.add(exchange)
+
+    def exchanges(self) -> Tuple[Exchange, ...]:
+        """The exchanges so far, oldest first, KEPT_EXCHANGES at most."""
+        return tuple(self._exchanges)
+
+    def begin(self, step: Step) -> bool:
+        """Gives what is done from now on to this step. False when it is within another one, which keeps it."""
+        if self._step is not None:
+            return False
+        self._step = step
+        return True
+
+    def end(self) -> None:
+        """Ends the step that began."""
+        self._step = None
+
+    @property
+    def is_paused(self) -> bool:
+        """Whether nothing is taken in now."""
+        return self._paused
+
+    @contextmanager
+    def paused(self) -> Iterator[None]:
+        """Within it nothing is taken in: for what a listener asks, which is no part of the test."""
+        before, self._paused = self._paused, True
+        try:
+            yield
+        finally:
+            self._paused = before

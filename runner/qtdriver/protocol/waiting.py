@@ -1,0 +1,76 @@
+"""Waiting for something until a deadline, without sleeping longer than it takes."""
+
+from __future__ import annotations
+
+import time
+from contextlib import contextmanager
+from contextvars import ContextVar
+from typing import Callable, Iterator, Tuple, Type, TypeVar
+
+from ..errors.internal import GivenUpError
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_Result = TypeVar("_Result")
+
+# A condition that takes some time to come true is seen half of that time later at most, and a wait of seconds takes
+# next to no processor time.
+_FIRST_PAUSE = 0.0005
+_GROWTH = 1.5
+_LONGEST_PAUSE = 0.1
+
+_is_given_up: "ContextVar[Callable[[], bool]]" = ContextVar("is_given_up", default=lambda: False)
+
+
+@contextmanager
+def given_up_when(condition: Callable[[], bool]) -> Iterator[None]:
+    """Within it no attempt is made once `condition` is true: a GivenUpError is raised instead."""
+    token = _is_given_up.set(condition)
+    try:
+        yield
+    finally:
+        _is_given_up.reset(token)
+
+
+class Deadline:
+    """A point in time some seconds from now, on the monotonic clock: setting the system's time does not move it."""
+
+    def __init__(self, seconds: float) -> None:
+        """`seconds` from now; 0 or less has passed already."""
+        self.seconds = seconds
+        self._end = time.monotonic() + seconds
+
+    def remaining(self) -> float:
+        """Seconds that are left, 0 when it has passed."""
+        return max(self._end - time.monotonic(), 0.0)
+
+    def passed(self) -> bool:
+        """Whether no time is left."""
+        return self.remaining() == 0.0
+
+
+def attempts(deadline: Deadline) -> Iterator[None]:
+    """Yields for each attempt: at once, then after pauses that grow from a half to 100 milliseconds, for the last
+    time at the deadline. There is one attempt at least. Raises GivenUpError within given_up_when()."""
+    pause = _FIRST_PAUSE
+    while True:
+        if _is_given_up.get()():
+            raise GivenUpError("given up")
+        last = deadline.passed()
+        yield
+        if last:
+            return
+        time.sleep(min(pause, deadline.remaining()))
+        pause = min(pause * _GROWTH, _LONGEST_PAUSE)
+
+
+def retry(
+    call: Callable[[], _Result], errors: Tuple[Type[BaseException], ...], deadline: Deadline
+) -> _Result:
+    """Repeats `call` until it raises none of `errors`, and returns its result; raises the last one at the deadline."""
+    for _ in attempts(deadline):
+        try:
+            return call()
+        except errors as error:
+            failure = error
+    raise failure

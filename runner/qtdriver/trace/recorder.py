@@ -1,0 +1,199 @@
+"""Records the steps of one test: requests, pictures of the screen, widgets."""
+
+from __future__ import annotations
+
+import hashlib
+import time
+import zlib
+from collections import deque
+from contextlib import contextmanager
+from dataclasses import dataclass
+from pathlib import Path
+from typing import Deque, Dict, Iterator, List, Optional, Tuple
+
+from ..api.app import App
+from ..api.pictures import grab_screen
+from ..api.steps import StepListener
+from ..errors import PictureError
+from ..errors.internal import TooSlow
+from ..protocol.transcript import Exchange, Step
+from .screenshots import KEPT_BYTES, Picture, ScreenshotStore
+from .trace import RecordedStep, Trace
+from .widgets import WidgetLister
+
+KEPT_STEPS = 2000
+"""Steps of a test that are recorded, the last ones."""
+
+MAX_PICTURE_AGE = 0.05
+"""A picture that is not older shows what there is before the next step."""
+
+_KEPT_NOTES = 20
+
+
+@dataclass
+class _Entry:
+    """A step and what was seen around it."""
+
+    app: App
+    step: Step
+    before: Optional[Picture]
+    after: Optional[Picture]
+    widgets: str
+
+
+class Recorder(StepListener):
+    """Records the steps of a test from its creation to close(). Add it to the listeners of a driver.
+
+    An acting step has a picture of the screen before and after it, and the widgets after it; a step that only reads
+    has the picture after it, and the widgets if it failed. The application is asked nothing if it has left a request
+    without an answer. Whatever goes wrong here is noted in the trace and disturbs the test no further.
+    """
+
+    def __init__(self, folder: Path, *, screenshots: bool = True, kept_bytes: int = KEPT_BYTES) -> None:
+        """`folder` is for the trace, if it is kept; it need not exist. `kept_bytes` is how much memory the pictures
+        may take: the oldest ones go first."""
+        self._folder = folder
+        self._began = time.monotonic()
+        self._began_at = time.time()
+        self._entries: Deque[_Entry] = deque(maxlen=KEPT_STEPS)
+        self._forgotten = 0
+        self._notes: List[str] = []
+        self._store: Optional[ScreenshotStore] = ScreenshotStore(kept_bytes) if screenshots else None
+        self._screenshots = screenshots
+        self._latest: Dict[str, Tuple[Picture, float]] = {}
+        self._before: Optional[Picture] = None
+        self._listers: Dict[int, WidgetLister] = {}
+        self._trees: Dict[str, bytes] = {}
+        self._closed = False
+
+    def step_started(self, app: App, step: Step) -> None:
+        """Takes the picture before a step that acts, unless the last one is as good."""
+        self._before = None
+        if not step.reads and not self._closed:
+            with self._noting("no picture before a step"):
+                self._before = self._picture(app, MAX_PICTURE_AGE)
+
+    def step_ended(self, app: App, step: Step) -> None:
+        """Takes the step in, with what can be seen now."""
+        if self._closed:
+            return
+        entry = _Entry(app, step, self._before, None, "")
+        self._before = None
+        if len(self._entries) == KEPT_STEPS:
+            self._forgotten += 1
+        self._entries.append(entry)
+        # The widgets come first: once they are listed, the application has painted itself.
+        if step.error or not step.reads:
+            with self._noting("the widgets could not be listed"):
+                entry.widgets = self._widgets(app, step.exchanges)
+        with self._noting("no picture after a step"):
+            entry.after = self._picture(app)
+
+    def close(self, keep: bool) -> None:
+        """Ends the recording. With `keep` the trace and its pictures are in the folder then; without, nothing is.
+
+        Raises OSError when the folder cannot be written. Closing twice is harmless.
+        """
+        if self._closed:
+            return
+        if keep:
+            self._attach_final_widgets()
+        self._closed = True
+        if keep:
+            self._folder.mkdir(parents=True, exist_ok=True)
+            self._trace().write(self._folder)
+        self._entries.clear()
+        self._store = None
+        self._trees.clear()
+
+    def _attach_final_widgets(self) -> None:
+        """Gives the last step the widgets that are there at the end: an assertion on a value that a test has read
+        before fails without a step of its own."""
+        if not self._entries:
+            return
+        entry = self._entries[-1]
+        if entry.widgets or _has_ended(entry.app):
+            return
+        with self._noting("the widgets could not be listed at the end"):
+            entry.widgets = self._widgets(entry.app, entry.step.exchanges)
+
+    @contextmanager
+    def _noting(self, what: str) -> Iterator[None]:
+        """Makes an error within it a note in the trace, once."""
+        try:
+            yield
+        except Exception as error:  # whatever it is: a test does not fail because it is recorded
+            self._note(f"{what}: {str(error) or type(error).__name__}")
+
+    def _note(self, note: str) -> None:
+        if note not in self._notes and len(self._notes) < _KEPT_NOTES:
+            self._notes.append(note)
+
+    def _picture(self, app: App, fresh: float = 0.0) -> Optional[Picture]:
+        """The screen as it is now, or as it was not longer than `fresh` seconds ago."""
+        if self._store is None or not self._screenshots:
+            return None
+        display = app.display or ""
+        latest = self._latest.get(display)
+        if latest is not None and time.monotonic() - latest[1] < fresh:
+            return latest[0]
+        try:
+            image = grab_screen(app.display)
+        except PictureError:
+            # There is no screen: it will not appear during the test, and looking for it costs time.
+            self._screenshots = False
+            raise
+        picture = self._store.add(image, display)
+        self._latest[display] = (picture, time.monotonic())
+        return picture
+
+    def _widgets(self, app: App, exchanges: List[Exchange]) -> str:
+        """The key of the text that lists the widgets; empty when the application cannot be asked."""
+        last = (exchanges or app.connection.transcript.exchanges())[-1:]
+        if (last and last[0].error) or _has_ended(app):
+            return ""
+        lister = self._listers.setdefault(id(app.connection), WidgetLister(app.connection))
+        try:
+            text = lister.list()
+        except TooSlow as error:
+            self._note(f"process {app.pid}: {error}")
+            return ""
+        if not text:
+            return ""
+        data = text.encode("utf-8", "backslashreplace")
+        key = hashlib.sha1(data).hexdigest()[:20]
+        if key not in self._trees:
+            self._trees[key] = zlib.compress(data, 1)
+        return key
+
+    def _trace(self) -> Trace:
+        names: Dict[Picture, str] = {}
+        if self._store is not None:
+            pictures = [picture for entry in self._entries for picture in (entry.before, entry.after)]
+            with self._noting("the pictures could not be saved"):
+                names = self._store.save(
+                    self._folder, [picture for picture in pictures if picture is not None]
+                )
+            if self._store.dropped:
+                self._note(f"the {self._store.dropped} oldest pictures were dropped to save memory")
+        if self._forgotten:
+            self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
+
+        for entry in self._entries:
+            for refusal in entry.app.connection.transcript.refusals:
+                self._note(f"refused before process {entry.app.pid} came: {refusal}")
+
+        def name(picture: Optional[Picture]) -> str:
+            return "" if picture is None else names.get(picture, "")
+
+        steps = [
+            RecordedStep(entry.step, entry.app.pid, name(entry.before), name(entry.after), entry.widgets)
+            for entry in self._entries
+        ]
+        wanted = {entry.widgets for entry in self._entries}
+        trees = {key: zlib.decompress(data).decode() for key, data in self._trees.items() if key in wanted}
+        return Trace(self._began, self._began_at, time.monotonic() - self._began, steps, trees, self._notes)
+
+
+def _has_ended(app: App) -> bool:
+    return app.process is not None and app.process.status() is not None

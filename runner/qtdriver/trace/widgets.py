@@ -1,0 +1,108 @@
+"""The widgets of an application as text, asked for so that a test does not notice."""
+
+from __future__ import annotations
+
+import json
+import time
+from contextlib import contextmanager
+from typing import Iterator, List
+
+from ..errors import ConnectionClosed, RequestTimeout
+from ..errors.internal import TooSlow
+from ..lookup.windows import walk_windows
+from ..protocol.connection import Connection
+from ..protocol.records import WidgetRecord
+
+KEPT_LINES = 3000
+"""Widgets of a tree that are told; a table has a few, a page of a settings dialog some hundreds."""
+
+SECONDS = 0.5
+"""How long an application may take to answer a recorder's request."""
+
+SLOW_SECONDS = 0.25
+"""An application whose widgets take longer than this to list is too slow to be asked after each step."""
+
+PAINT_SECONDS = 0.01
+"""Qt paints a change 5 ms later, with all that changes meanwhile; this leaves its timer as much again."""
+
+_STRIKES = 2
+
+
+class WidgetLister:
+    """Lists the widgets of one application, as long as it answers quickly."""
+
+    def __init__(self, connection: Connection) -> None:
+        self._connection = connection
+        self._strikes = 0
+
+    def list(self) -> str:
+        """A line for each window and each of its widgets, indented by two blanks for each level.
+
+        The application has painted itself as it is listed. Raises TooSlow, once, when it is to stop; from then on the
+        text is empty. It is also empty when the application has ended. Nothing of this appears in the transcript,
+        and the connection keeps its own timeout.
+        """
+        if self._strikes >= _STRIKES:
+            return ""
+        started = time.monotonic()
+        try:
+            with _unnoticed(self._connection):
+                text = "\n".join(_list_windows(self._connection))
+                _let_paint(self._connection)
+        except ConnectionClosed:
+            return ""
+        except RequestTimeout:
+            text = ""
+        if time.monotonic() - started > SLOW_SECONDS:
+            self._strikes += 1
+            if self._strikes == _STRIKES:
+                raise TooSlow(
+                    f"its widgets take longer than {SLOW_SECONDS:g} s to list: they are no longer recorded"
+                )
+        return text
+
+
+@contextmanager
+def _unnoticed(connection: Connection) -> Iterator[None]:
+    """Requests that are no part of the test, and that it does not wait long for."""
+    usual = connection.timeout
+    connection.timeout = min(usual, SECONDS)
+    try:
+        with connection.transcript.paused():
+            yield
+    finally:
+        connection.timeout = usual
+
+
+def _let_paint(connection: Connection) -> None:
+    """Waits until the application has painted what it did before its latest reply."""
+    time.sleep(PAINT_SECONDS)
+    # The first of these may be answered in the same round of the event loop in which the painting is due, and before it.
+    connection.list_windows()
+    connection.list_windows()
+
+
+def _list_windows(connection: Connection) -> List[str]:
+    lines: List[str] = []
+    for window in walk_windows(connection):
+        if isinstance(window.error, (ConnectionClosed, RequestTimeout)):
+            raise window.error
+        modal = " modal" if window.record.modal else ""
+        lines.append(f"window {_quoted(window.record.title)}{modal}")
+        lines += map(_line, window.widgets)
+        if window.error is not None:
+            lines.append(f"  (its widgets cannot be listed: {window.error})")
+        if len(lines) > KEPT_LINES:
+            more = len(lines) - KEPT_LINES
+            return [*lines[:KEPT_LINES], f"(and {more} more, and the windows behind this one)"]
+    return lines
+
+
+def _line(record: WidgetRecord) -> str:
+    name = f" {_quoted(record.object_name)}" if record.object_name else ""
+    return f"{'  ' * (record.depth + 1)}{record.class_name}{name}{'' if record.visible else ' hidden'}"
+
+
+def _quoted(text: str) -> str:
+    """In quotes and on one line."""
+    return json.dumps(text, ensure_ascii=False)
