@@ -5,7 +5,7 @@
 #include "items/itemviews.h"
 #include "items/naiveitems.h"
 #include "items/served.h"
-#include "proxies/itemaddress.h"
+#include "proxies/views/itemaddress.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QTableView>

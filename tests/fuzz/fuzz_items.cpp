@@ -6,8 +6,8 @@
 #include "items/itemviews.h"
 #include "items/naiveitems.h"
 #include "items/served.h"
-#include "proxies/itemaddress.h"
-#include "proxies/treeitempath.h"
+#include "proxies/views/itemaddress.h"
+#include "proxies/views/treeitempath.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QListView>

@@ -6,7 +6,7 @@
 #include "items/served.h"
 #include "menus/fuzzmenu.h"
 #include "menus/naivemenus.h"
-#include "proxies/menuitems.h"
+#include "proxies/menus/menuitems.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QApplication>

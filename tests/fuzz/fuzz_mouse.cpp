@@ -5,7 +5,7 @@
 #include "fuzzing.h"
 #include "mouse/naivemouse.h"
 #include "proxies/clickcommand.h"
-#include "proxies/itemmousecommand.h"
+#include "proxies/views/itemmousecommand.h"
 #include "proxy/stapplicationproxy.h"
 #include "proxy/sterror.h"
 

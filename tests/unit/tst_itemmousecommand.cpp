@@ -1,6 +1,6 @@
 // The words of a mouse command of item views, and the order in which they are looked at.
 
-#include "proxies/itemmousecommand.h"
+#include "proxies/views/itemmousecommand.h"
 #include "proxy/sterror.h"
 
 #include <QtTest/QtTest>

@@ -1,10 +1,10 @@
 // What of the item view proxies no request of the protocol can reach: lists of texts, ints as arguments of
 // properties, pseudo-properties of unknown names, other widgets. And the cost of looking up header texts.
 
-#include "proxies/stqabstractitemview.h"
-#include "proxies/stqlistview.h"
-#include "proxies/stqtable.h"
-#include "proxies/stqtreeview.h"
+#include "proxies/views/stqabstractitemview.h"
+#include "proxies/views/stqlistview.h"
+#include "proxies/views/stqtable.h"
+#include "proxies/views/stqtreeview.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 // Finding menu items by paths, and listing the paths of all items.
 
-#include "proxies/menuitems.h"
+#include "proxies/menus/menuitems.h"
 
 #include <QAction>
 #include <QMenu>

@@ -1,6 +1,6 @@
 // Tree item paths: how segments fit rows, and what looking for items costs.
 
-#include "proxies/treeitempath.h"
+#include "proxies/views/treeitempath.h"
 
 #include <QStandardItemModel>
 #include <QTreeView>

@@ -1,0 +1,41 @@
+#include "proxies/containers/stqfiledialog.h"
+
+#include "compat/variant.h"
+
+#include <QFileDialog>
+#include <QLineEdit>
+
+namespace {
+
+const char notFoundMessage[] = "activate, fileNameEdit not found";
+
+} // namespace
+
+void STQFileDialog::activate(const QVariant& value, const QVariant&)
+{
+    if (compat::typeOf(value) != QMetaType::QString)
+        typeError("string");
+    // The field is looked up anew each time: a click changes the focus, to which the application may react.
+    for (int click = 0; click < 2; ++click) {
+        const QLineEdit* field = fileNameEdit();
+        clickCenter(field, field->rect());
+    }
+    if (!fileNameEdit()->text().isEmpty()) {
+        keyClick(Qt::Key_Home, Qt::NoModifier);
+        keyClick(Qt::Key_End, Qt::ShiftModifier);
+        keyClick(Qt::Key_Backspace, Qt::NoModifier);
+    }
+    typeText(value.toString());
+    processEventsEnabled = false;
+    keyClick(Qt::Key_Return, Qt::NoModifier);
+}
+
+QLineEdit* STQFileDialog::fileNameEdit()
+{
+    const QWidget* dialog = checkedWidget("QFileDialog");
+    const QList<QLineEdit*> fields = dialog->findChildren<QLineEdit*>(QLatin1String("fileNameEdit"));
+    // A dialog that the operating system shows instead of Qt can have a field, but nowhere on the screen.
+    if (fields.isEmpty() || dialog->testAttribute(Qt::WA_DontShowOnScreen))
+        raiseError(notFoundMessage);
+    return fields.first();
+}

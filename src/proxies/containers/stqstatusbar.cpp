@@ -1,0 +1,23 @@
+#include "proxies/containers/stqstatusbar.h"
+
+#include "proxies/pseudoproperties.h"
+
+#include <QStatusBar>
+
+namespace {
+
+const PseudoProperty<QStatusBar> pseudoProperties[] = {
+    {"currentMessage", [](const QStatusBar& bar) -> QVariant { return bar.currentMessage(); }},
+};
+
+} // namespace
+
+QStringList STQStatusBar::pseudoPropertyNames()
+{
+    return namesOf(pseudoProperties);
+}
+
+QVariant STQStatusBar::pseudoProperty(const char* name, const QVariant&)
+{
+    return valueOf(pseudoProperties, *static_cast<const QStatusBar*>(checkedWidget("QStatusBar")), name);
+}

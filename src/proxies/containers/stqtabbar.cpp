@@ -1,0 +1,56 @@
+#include "proxies/containers/stqtabbar.h"
+
+#include "compat/variant.h"
+
+#include <QTabBar>
+
+namespace {
+
+const char indexRange[] = "[0, %d]";
+
+} // namespace
+
+// The list of tool tips is stripped and the current tool tip is not: this is intended.
+const PseudoProperty<QTabBar> STQTabBar::pseudoProperties[] = {
+    {"itemList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabText); }},
+    {"toolTipList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabToolTip); }},
+    {"currentText", [](const QTabBar& bar) -> QVariant { return stripMnemonic(bar.tabText(bar.currentIndex())); }},
+    {"currentToolTip", [](const QTabBar& bar) -> QVariant { return bar.tabToolTip(bar.currentIndex()); }},
+};
+
+void STQTabBar::activate(const QVariant& value, const QVariant&)
+{
+    const int type = compat::typeOf(value);
+    if (type != QMetaType::QString && type != QMetaType::Int)
+        typeError("string, integer");
+    const QTabBar* bar = tabBar();
+    const int index
+        = type == QMetaType::Int ? value.toInt() : strippedTexts(*bar, &QTabBar::tabText).indexOf(value.toString());
+    const QRect rect = bar->tabRect(index);
+    if (rect.isNull()) // also for an index that no tab has, such as the -1 of an unknown text
+        rangeError(indexRange, bar->count() - 1);
+    clickCenter(bar, rect);
+}
+
+QStringList STQTabBar::pseudoPropertyNames()
+{
+    return namesOf(pseudoProperties);
+}
+
+QVariant STQTabBar::pseudoProperty(const char* name, const QVariant&)
+{
+    return valueOf(pseudoProperties, *tabBar(), name);
+}
+
+QStringList STQTabBar::strippedTexts(const QTabBar& bar, QString (QTabBar::*text)(int) const)
+{
+    QStringList texts;
+    for (int i = 0; i < bar.count(); ++i)
+        texts.append(stripMnemonic((bar.*text)(i)));
+    return texts;
+}
+
+const QTabBar* STQTabBar::tabBar()
+{
+    return static_cast<const QTabBar*>(checkedWidget("QTabBar"));
+}

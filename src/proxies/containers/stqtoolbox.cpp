@@ -1,0 +1,57 @@
+#include "proxies/containers/stqtoolbox.h"
+
+#include "compat/variant.h"
+#include "proxies/pseudoproperties.h"
+
+#include <QAbstractButton>
+#include <QToolBox>
+
+#include <algorithm>
+
+namespace {
+
+const char notFoundMessage[] = "activate, ToolBoxButton not found";
+const char disabledMessage[] = "activate, ToolBoxButton is disabled";
+
+// What Qt names the header of each page.
+const QLatin1String headerName("qt_toolbox_toolboxbutton");
+
+QStringList itemTexts(const QToolBox& box)
+{
+    QStringList texts;
+    for (int i = 0; i < box.count(); ++i)
+        texts.append(box.itemText(i));
+    return texts;
+}
+
+const PseudoProperty<QToolBox> pseudoProperties[] = {
+    {"itemList", [](const QToolBox& box) -> QVariant { return itemTexts(box); }},
+    {"currentText", [](const QToolBox& box) -> QVariant { return box.itemText(box.currentIndex()); }},
+};
+
+} // namespace
+
+void STQToolBox::activate(const QVariant& value, const QVariant&)
+{
+    if (compat::typeOf(value) != QMetaType::QString)
+        typeError("string");
+    const QString text = value.toString();
+    const QList<QAbstractButton*> headers = checkedWidget("QToolBox")->findChildren<QAbstractButton*>(headerName);
+    const auto header = std::find_if(headers.begin(), headers.end(),
+        [&text](const QAbstractButton* button) { return button->isVisible() && button->text() == text; });
+    if (header == headers.end())
+        raiseError(notFoundMessage);
+    if (!(*header)->isEnabled())
+        raiseError(disabledMessage);
+    clickCenter(*header, (*header)->rect());
+}
+
+QStringList STQToolBox::pseudoPropertyNames()
+{
+    return namesOf(pseudoProperties);
+}
+
+QVariant STQToolBox::pseudoProperty(const char* name, const QVariant&)
+{
+    return valueOf(pseudoProperties, *static_cast<const QToolBox*>(checkedWidget("QToolBox")), name);
+}

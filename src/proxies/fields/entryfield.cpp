@@ -1,0 +1,27 @@
+#include "proxies/fields/entryfield.h"
+
+#include <QWidget>
+
+void EntryField::clickInto(const QRect& rect)
+{
+    mouseClick(globalCenter(rect), Qt::LeftButton, Qt::NoModifier);
+    dedicateKeysTo(checkedWidget(nullptr), KeyScope::Focus);
+}
+
+void EntryField::selectLine()
+{
+    keyClick(Qt::Key_Home, Qt::NoModifier);
+    keyClick(Qt::Key_End, Qt::ShiftModifier);
+}
+
+void EntryField::clearField()
+{
+    selectLine();
+    keyClick(Qt::Key_Backspace, Qt::NoModifier);
+}
+
+void EntryField::confirm()
+{
+    processEventsEnabled = false;
+    keyClick(Qt::Key_Return, Qt::NoModifier);
+}

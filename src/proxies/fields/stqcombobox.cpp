@@ -1,0 +1,166 @@
+#include "proxies/fields/stqcombobox.h"
+
+#include "compat/variant.h"
+#include "compat/waiting.h"
+#include "proxy/eventkiller.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPointer>
+
+namespace {
+
+const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
+const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
+const char readOnlyMessage[] = "enter, QComboBox is read only";
+
+// How long a list may take to open or to roll out, and how long an editable combo box gets, which opens none.
+const int listMilliseconds = 1000;
+const int editableMilliseconds = 200;
+
+// Waits for a popup, which may open from within another one. Null when none did.
+QWidget* openedPopup(const QWidget* outer, int maximumMilliseconds)
+{
+    const auto opened = [outer] {
+        QWidget* popup = QApplication::activePopupWidget();
+        return popup == outer ? nullptr : popup;
+    };
+    compat::processEventsUntil([&] { return opened() != nullptr; }, maximumMilliseconds);
+    return opened();
+}
+
+// A move of the mouse chooses what is under it in the open list. The windowing system may tell of where the cursor has
+// been only now, between two arrow keys, and the keys would go on from that item.
+class MouseMoveStop
+{
+public:
+    explicit MouseMoveStop(QWidget* popup)
+    {
+        if (!popup)
+            return;
+        killer = new EventKiller(QEvent::MouseMove, popup);
+        const QList<QWidget*> parts = popup->findChildren<QWidget*>();
+        for (QWidget* part : parts)
+            part->installEventFilter(killer);
+    }
+
+    // Stops moves until the keys that are posted so far are handled.
+    ~MouseMoveStop()
+    {
+        if (killer)
+            killer->deleteLater();
+    }
+
+private:
+    QPointer<EventKiller> killer;
+};
+
+// Where the arrow keys start: a move of the mouse may have come before the first of them.
+int currentRow(const QComboBox* box, QWidget* popup)
+{
+    const auto* list = popup ? popup->findChild<QAbstractItemView*>() : nullptr;
+    const QModelIndex current = list ? list->currentIndex() : QModelIndex();
+    return current.isValid() ? current.row() : box->currentIndex();
+}
+
+} // namespace
+
+void STQComboBox::activate(const QVariant& value, const QVariant&)
+{
+    const int index = indexOf(value);
+    const bool editable = comboBox()->isEditable();
+    if (!editable && comboBox()->currentIndex() == index)
+        return;
+    const QWidget* outerPopup = QApplication::activePopupWidget();
+    if (editable)
+        clickText();
+    else
+        clickForList();
+    const QPointer<QWidget> popup(openedPopup(outerPopup, editable ? editableMilliseconds : listMilliseconds));
+    const MouseMoveStop stop(popup);
+    if (editable)
+        keyClick(Qt::Key_Up, Qt::NoModifier);
+    move(currentRow(comboBox(), editable ? nullptr : popup.data()), index);
+    if (!editable)
+        confirm();
+}
+
+int STQComboBox::indexOf(const QVariant& value)
+{
+    const int type = compat::typeOf(value);
+    if (type != QMetaType::QString && type != QMetaType::Int)
+        typeError("string, integer");
+    if (type == QMetaType::QString) {
+        const int index = itemTexts().indexOf(value.toString());
+        if (index < 0)
+            raiseError(unknownItemMessage, value.toString());
+        return index;
+    }
+    const int index = value.toInt();
+    if (index < 0 || index >= comboBox()->count())
+        raiseError(invalidIndexMessage, index);
+    return index;
+}
+
+void STQComboBox::clickText()
+{
+    clickInto(comboBox()->lineEdit()->geometry());
+}
+
+// Both halves of the click are posted before either is handled, so that the release reaches the combo box as well. Over
+// the open list Qt takes a release for a choice once the double click interval is over, and a list may open as slowly.
+void STQComboBox::clickForList()
+{
+    mouseMove(globalCenter(comboBox()->rect()), Qt::NoModifier);
+    processEventsEnabled = false;
+    clickInto(comboBox()->rect());
+    processEventsEnabled = true;
+}
+
+void STQComboBox::move(int current, int index)
+{
+    // Without a current item the list starts at the first one, hence no step more.
+    const int steps = current == -1 ? index : index - current;
+    for (int i = 0; i < qAbs(steps); ++i)
+        keyClick(steps < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
+}
+
+void STQComboBox::enter(const QVariant& value)
+{
+    if (compat::typeOf(value) != QMetaType::QString)
+        typeError("string");
+    if (!comboBox()->isEditable() || !comboBox()->lineEdit())
+        raiseError(readOnlyMessage);
+    clickText();
+    const QLineEdit* edit = comboBox()->lineEdit();
+    if (edit && !edit->text().isEmpty())
+        clearField();
+    typeText(value.toString());
+    processEventsEnabled = false;
+}
+
+QStringList STQComboBox::itemTexts()
+{
+    const QComboBox* box = comboBox();
+    QStringList texts;
+    for (int i = 0; i < box->count(); ++i)
+        texts.append(box->itemText(i));
+    return texts;
+}
+
+QStringList STQComboBox::pseudoPropertyNames()
+{
+    return QStringList(QLatin1String("itemList"));
+}
+
+QVariant STQComboBox::pseudoProperty(const char* name, const QVariant&)
+{
+    return qstrcmp(name, "itemList") == 0 ? QVariant(itemTexts()) : QVariant();
+}
+
+QComboBox* STQComboBox::comboBox()
+{
+    return static_cast<QComboBox*>(checkedWidget("QComboBox"));
+}

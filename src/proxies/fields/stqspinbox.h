@@ -1,0 +1,14 @@
+#pragma once
+
+#include "proxies/fields/entryfield.h"
+
+// Spin boxes, of integers and of doubles. The value is an integer or a string (a double as the box shows it);
+// what the box makes of it is not checked.
+class STQSpinBox : public EntryField
+{
+public:
+    // Types the value and confirms it with Return. `option` is ignored.
+    void activate(const QVariant& value, const QVariant& option) override;
+    // Types the value and leaves it at that.
+    void enter(const QVariant& value) override;
+};

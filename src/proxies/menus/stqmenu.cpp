@@ -1,0 +1,53 @@
+#include "proxies/menus/stqmenu.h"
+
+#include "proxies/menus/menuitems.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+
+namespace {
+
+const char noFocusMessage[] = "No focus";
+const char unreachableMessage[] = "Could not reach last item of path";
+
+} // namespace
+
+void STQMenu::activate(const QVariant& value, const QVariant& option)
+{
+    const QStringList path = checkedPath(value, option);
+    if (QApplication::activePopupWidget() != checkedWidget("QMenu"))
+        raiseError(noFocusMessage);
+    keyClick(Qt::Key_Down, Qt::NoModifier);
+    chooseItem(static_cast<QMenu*>(checkedWidget("QMenu")), path, option, [this] { pressEscape(); });
+}
+
+QStringList STQMenu::pseudoPropertyNames()
+{
+    return QStringList() << QLatin1String("itemList") << QLatin1String("pathDisabled");
+}
+
+QVariant STQMenu::pseudoProperty(const char* name, const QVariant& argument)
+{
+    if (qstrcmp(name, "itemList") == 0)
+        return menuItemList(checkedWidget("QMenu")->actions());
+    if (qstrcmp(name, "pathDisabled") == 0)
+        return pathDisabled(checkedPath(argument));
+    return QVariant();
+}
+
+bool STQMenu::pathDisabled(QStringList path)
+{
+    const QAction* item = findMenuItem(checkedWidget("QMenu")->actions(), path);
+    path.removeFirst();
+    // A disabled item on the first level is looked into, one below it is not. That is intended.
+    while (!path.isEmpty() && item && item->menu()) {
+        item = findMenuItem(item->menu()->actions(), path);
+        path.removeFirst();
+        if (item && !item->isEnabled())
+            break;
+    }
+    if (!path.isEmpty() || !item)
+        raiseError(unreachableMessage);
+    return !item->isEnabled();
+}

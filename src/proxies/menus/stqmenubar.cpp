@@ -1,0 +1,115 @@
+#include "proxies/menus/stqmenubar.h"
+
+#include "proxies/menus/menuitems.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace {
+
+const char invalidPathMessage[] = "Invalid menu path";
+const char invalidItemMessage[] = "Invalid item";
+const char disabledMessage[] = "Item is disabled";
+const char notCheckableMessage[] = "Item is not checkable";
+const char notFoundMessage[] = "Could not find %s";
+const char elementDisabledMessage[] = "%s is disabled";
+
+// The item of the path's first element; raises an error with that element's name when there is none.
+const QAction* requiredItem(const QList<QAction*>& actions, QStringList& path)
+{
+    const QAction* item = findMenuItem(actions, path);
+    if (!item)
+        raiseError(notFoundMessage, path.first());
+    return item;
+}
+
+} // namespace
+
+QMenuBar* STQMenuBar::menuBar()
+{
+    return static_cast<QMenuBar*>(checkedWidget("QMenuBar"));
+}
+
+void STQMenuBar::activate(const QVariant& value, const QVariant& option)
+{
+    QStringList path = checkedPath(value, option);
+    const QPointer<QAction> title(findMenuItem(menuBar()->actions(), path));
+    if (!title || !title->isEnabled() || !title->menu())
+        raiseError(invalidPathMessage);
+    const QPointer<QWidget> bar(menuBar());
+    const QPointer<QWidget> focus(bar->window()->focusWidget());
+    openMenu(title);
+    path.removeFirst();
+    chooseItem(title ? title->menu() : nullptr, path, option, [&] { closeMenu(bar, focus); });
+}
+
+void STQMenuBar::openMenu(const QPointer<QAction>& title)
+{
+    // A click beside the titles closes what may be open, so that the menu opens from a known state.
+    mouseClick(menuBar()->mapToGlobal(menuBar()->rect().topRight()), Qt::LeftButton, Qt::NoModifier);
+    QMenuBar* bar = menuBar();
+    if (!title)
+        raiseError(invalidPathMessage);
+    bar->setActiveAction(title);
+    syncEvents();
+    keyClick(Qt::Key_Down, Qt::NoModifier);
+}
+
+void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus)
+{
+    // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it back.
+    pressEscape();
+    pressEscape();
+    // The bar does not know to whom when the windowing system's news of the menu's own focus came in between.
+    if (bar && focus && focus != bar && bar->window()->focusWidget() == bar)
+        focus->setFocus(Qt::OtherFocusReason);
+}
+
+QStringList STQMenuBar::pseudoPropertyNames()
+{
+    return QStringList() << QLatin1String("itemList") << QLatin1String("pathChecked") << QLatin1String("pathDisabled");
+}
+
+QVariant STQMenuBar::pseudoProperty(const char* name, const QVariant& argument)
+{
+    if (qstrcmp(name, "itemList") == 0)
+        return menuItemList(menuBar()->actions());
+    if (qstrcmp(name, "pathChecked") == 0)
+        return pathChecked(checkedPath(argument));
+    if (qstrcmp(name, "pathDisabled") == 0)
+        return pathDisabled(checkedPath(argument));
+    return QVariant();
+}
+
+bool STQMenuBar::pathChecked(QStringList path)
+{
+    const QAction* item = findMenuItem(menuBar()->actions(), path);
+    path.removeFirst();
+    while (!path.isEmpty() && item && item->menu()) {
+        if (!item->isEnabled())
+            raiseError(disabledMessage);
+        item = findMenuItem(item->menu()->actions(), path);
+        path.removeFirst();
+    }
+    if (!path.isEmpty() || !item)
+        raiseError(invalidItemMessage);
+    if (!item->isCheckable())
+        raiseError(notCheckableMessage);
+    return item->isChecked();
+}
+
+bool STQMenuBar::pathDisabled(QStringList path)
+{
+    const QAction* item = requiredItem(menuBar()->actions(), path);
+    path.removeFirst();
+    while (!path.isEmpty()) {
+        if (!item->menu())
+            raiseError(notFoundMessage, path.first());
+        item = requiredItem(item->menu()->actions(), path);
+        if (path.size() > 1 && !item->isEnabled())
+            raiseError(elementDisabledMessage, path.first());
+        path.removeFirst();
+    }
+    return !item->isEnabled();
+}

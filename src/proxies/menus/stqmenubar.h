@@ -1,0 +1,27 @@
+#pragma once
+
+#include "proxies/menus/stmenuproxy.h"
+
+class QAction;
+class QMenuBar;
+
+// Menu bars.
+class STQMenuBar : public STMenuProxy
+{
+public:
+    // The path of an item, from a title of the bar: opens that menu and chooses the item with the keyboard.
+    // With a bool option only if the item is not in that check state yet.
+    void activate(const QVariant& value, const QVariant& option) override;
+    // "itemList": the paths of all items. "pathChecked", "pathDisabled": whether the item at a path, the
+    // argument, is checked or disabled. No menu is opened for them.
+    QStringList pseudoPropertyNames() override;
+    QVariant pseudoProperty(const char* name, const QVariant& argument) override;
+
+private:
+    QMenuBar* menuBar();
+    void openMenu(const QPointer<QAction>& title);
+    // Closes the title's menu without choosing, and returns the keyboard to the widget that had it before.
+    void closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus);
+    bool pathChecked(QStringList path);
+    bool pathDisabled(QStringList path);
+};

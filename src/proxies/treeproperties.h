@@ -1,6 +1,0 @@
-#pragma once
-
-#include "proxies/itemproperties.h"
-
-// The pseudo-properties of tree views.
-extern const ItemViewProperties treeProperties;

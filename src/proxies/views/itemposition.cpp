@@ -1,0 +1,64 @@
+#include "proxies/views/itemposition.h"
+
+#include "proxies/views/itemaddress.h"
+#include "proxy/sterror.h"
+
+#include <QHeaderView>
+#include <QTableView>
+#include <QTreeView>
+
+namespace {
+
+const char noHorizontalHeaderMessage[] = "View does not have a horizontal header.";
+const char noVerticalHeaderMessage[] = "View does not have a vertical header.";
+
+const QHeaderView* horizontalHeader(const QAbstractItemView& view)
+{
+    if (const auto* tree = qobject_cast<const QTreeView*>(&view))
+        return tree->header();
+    const auto* table = qobject_cast<const QTableView*>(&view);
+    return table ? table->horizontalHeader() : nullptr;
+}
+
+QRect columnHeaderRect(const QAbstractItemView& view, int column)
+{
+    const QHeaderView* header = horizontalHeader(view);
+    if (!header)
+        raiseError(noHorizontalHeaderMessage);
+    return QRect(header->sectionViewportPosition(column), 0, header->sectionSize(column), header->height());
+}
+
+QRect rowHeaderRect(const QAbstractItemView& view)
+{
+    const auto* table = qobject_cast<const QTableView*>(&view);
+    const QHeaderView* header = table ? table->verticalHeader() : nullptr;
+    if (!header)
+        raiseError(noVerticalHeaderMessage);
+    // Not the row's section, which is intended: section -1 has no size, so that a row header has no position.
+    const int section = -1;
+    return QRect(0, header->sectionViewportPosition(section), header->width(), header->sectionSize(section));
+}
+
+QRect rectOf(const QAbstractItemView& view, const ItemAddress& address)
+{
+    if (address.index.isValid())
+        return view.visualRect(address.index).translated(view.viewport()->pos());
+    if (address.isColumnHeader())
+        return columnHeaderRect(view, address.column);
+    if (address.isRowHeader())
+        return rowHeaderRect(view);
+    return QRect();
+}
+
+} // namespace
+
+QString itemPosition(const QAbstractItemView& view, const ItemAddress& address)
+{
+    const QRect rect = rectOf(view, address);
+    if (rect.isEmpty())
+        return QString();
+    // The share of the whole view, for header sections too, although these are in the header's coordinates.
+    const double x = (rect.left() + rect.right()) * 0.5 / view.width();
+    const double y = (rect.top() + rect.bottom()) * 0.5 / view.height();
+    return QString::fromLatin1("%1;%2").arg(QString::number(x), QString::number(y));
+}

@@ -1,0 +1,157 @@
+#include "proxies/views/stqabstractitemview.h"
+
+#include "compat/variant.h"
+#include "proxies/views/itemaddress.h"
+#include "proxies/views/itemposition.h"
+#include "proxies/views/itemproperties.h"
+
+#include <QTreeView>
+#include <QtCore/QPersistentModelIndex>
+
+namespace {
+
+const char invalidWidgetMessage[] = "Invalid Widget";
+const char notTreeMessage[] = "Not a QTreeView";
+
+struct SelectionCommand
+{
+    const char* text;
+    QItemSelectionModel::SelectionFlag flags;
+};
+
+const SelectionCommand selectionCommands[] = {
+    {"Select", QItemSelectionModel::Select},
+    {"Deselect", QItemSelectionModel::Deselect},
+    {"Toggle", QItemSelectionModel::Toggle},
+    {"ClearAndSelect", QItemSelectionModel::ClearAndSelect},
+    {"Clear", QItemSelectionModel::Clear},
+};
+const char scrollToCommand[] = "ScrollTo";
+
+// The flags of a command; an unknown one selects nothing.
+QItemSelectionModel::SelectionFlags selectionFlags(const QString& command)
+{
+    for (const SelectionCommand& row : selectionCommands) {
+        if (command == QLatin1String(row.text))
+            return row.flags;
+    }
+    return QItemSelectionModel::NoUpdate;
+}
+
+QItemSelectionModel::SelectionFlags behaviorFlags(QAbstractItemView::SelectionBehavior behavior)
+{
+    switch (behavior) {
+    case QAbstractItemView::SelectRows:
+        return QItemSelectionModel::Rows;
+    case QAbstractItemView::SelectColumns:
+        return QItemSelectionModel::Columns;
+    case QAbstractItemView::SelectItems:
+        break;
+    }
+    return QItemSelectionModel::NoUpdate;
+}
+
+QVariant columnCount(const QAbstractItemView& view, const ItemAddress& address)
+{
+    return view.model()->columnCount(address.index);
+}
+
+QVariant rowCount(const QAbstractItemView& view, const ItemAddress& address)
+{
+    return view.model()->rowCount(address.index);
+}
+
+QVariant itemIsSelected(const QAbstractItemView& view, const ItemAddress& address)
+{
+    return isSelected(view, address.index);
+}
+
+QVariant itemIsExpanded(const QAbstractItemView& view, const ItemAddress& address)
+{
+    const auto* tree = qobject_cast<const QTreeView*>(&view);
+    if (!tree)
+        raiseError(notTreeMessage);
+    return tree->isExpanded(address.index);
+}
+
+QVariant itemData(const QAbstractItemView& view, const ItemAddress& address)
+{
+    if (address.index.isValid())
+        return address.index.data(Qt::DisplayRole);
+    if (address.isColumnHeader())
+        return view.model()->headerData(address.column, Qt::Horizontal, Qt::DisplayRole);
+    if (address.isRowHeader())
+        return view.model()->headerData(address.row, Qt::Vertical, Qt::DisplayRole);
+    return QVariant();
+}
+
+struct Property
+{
+    const char* name;
+    QVariant (*read)(const QAbstractItemView& view, const ItemAddress& address);
+};
+
+const Property properties[] = {
+    {"columnCount", columnCount},
+    {"rowCount", rowCount},
+    {"itemIsSelected", itemIsSelected},
+    {"itemIsExpanded", itemIsExpanded},
+    {"itemData", itemData},
+    {"itemPosition",
+        [](const QAbstractItemView& view, const ItemAddress& address) -> QVariant {
+            return itemPosition(view, address);
+        }},
+};
+
+} // namespace
+
+void STQAbstractItemView::activate(const QVariant& path, const QVariant& command)
+{
+    QAbstractItemView* view = modelledView();
+    const QPersistentModelIndex index(resolveItemPath(compat::textOf(path)));
+    view->scrollTo(index, QAbstractItemView::EnsureVisible);
+    const QString text = compat::textOf(command);
+    if (text == QLatin1String(scrollToCommand))
+        return;
+    view = modelledView(); // scrolling runs code of the application
+    if (QItemSelectionModel* selection = view->selectionModel())
+        selection->select(index, selectionFlags(text) | behaviorFlags(view->selectionBehavior()));
+}
+
+QStringList STQAbstractItemView::pseudoPropertyNames()
+{
+    QStringList names;
+    for (const Property& property : properties)
+        names.append(QLatin1String(property.name));
+    return names;
+}
+
+QVariant STQAbstractItemView::pseudoProperty(const char* name, const QVariant& argument)
+{
+    const QAbstractItemView* view = modelledView();
+    const QString text = compat::textOf(argument);
+    ItemAddress address = {QModelIndex(), -1, -1};
+    // Read before the name is looked at: a bad argument is an error for every name.
+    if (!readHeaderAddress(*view->model(), text, address)) {
+        const QModelIndex index = resolveItemPath(text);
+        address = {index, index.row(), index.column()};
+    }
+    for (const Property& property : properties) {
+        if (qstrcmp(property.name, name) == 0)
+            return property.read(*view, address);
+    }
+    return QVariant();
+}
+
+QAbstractItemView* STQAbstractItemView::modelledView()
+{
+    auto* view = qobject_cast<QAbstractItemView*>(checkedWidget(nullptr));
+    if (!view || !view->model())
+        raiseError(invalidWidgetMessage);
+    return view;
+}
+
+QModelIndex STQAbstractItemView::resolveItemPath(const QString& path)
+{
+    return indexAtPath(*modelledView()->model(), path);
+}

@@ -1,0 +1,145 @@
+#include "proxies/views/stqlistview.h"
+
+#include "compat/variant.h"
+#include "proxies/views/itemproperties.h"
+#include "proxies/views/itemtext.h"
+
+#include <QListWidget>
+
+namespace {
+
+using Subject = ItemViewProperty::Subject;
+
+const char unknownItemMessage[] = "activate, QListView unknown item %s";
+const char invalidIndexMessage[] = "activate, QListView invalid index %d";
+const char noFocusMessage[] = "Oops, can not set the focus to the list view";
+const char notEditableMessage[] = "Item is not editable";
+const char missingItemMessage[] = "Missing item";
+
+QModelIndex itemInRow(const QListView& view, int row)
+{
+    return view.model()->index(row, view.modelColumn(), view.rootIndex());
+}
+
+QVariant rowCount(const QAbstractItemView& view, const QModelIndex&)
+{
+    return view.inherits("QListWidget") ? static_cast<const QListWidget&>(view).count() : rowCountUnderRoot(view);
+}
+
+QVariant itemList(const QAbstractItemView& view, const QModelIndex&)
+{
+    const auto& list = static_cast<const QListView&>(view);
+    QStringList texts;
+    for (int row = 0, rows = rowCountUnderRoot(list); row < rows; ++row) {
+        if (!list.isRowHidden(row))
+            texts.append(displayText(itemInRow(list, row)));
+    }
+    return texts;
+}
+
+const ItemViewProperty rows[] = {
+    {"rowCount", Subject::View, rowCount},
+    {"itemList", Subject::View, itemList},
+    {"currentItemRect", Subject::View,
+        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant { return currentItemRect(view); }},
+    {"itemIsEnabled", Subject::Item, itemIsEnabled},
+    {"itemIsSelectable", Subject::Item, itemIsSelectable},
+    {"itemIsSelected", Subject::Item, itemIsSelected},
+    {"itemIsCheckable", Subject::Item, itemIsCheckable},
+    {"itemIsChecked", Subject::Item, itemIsChecked},
+};
+constexpr ItemViewProperties properties(rows);
+
+} // namespace
+
+void STQListView::activate(const QVariant& value, const QVariant& option)
+{
+    const int type = compat::typeOf(value);
+    if (type != QMetaType::QString && type != QMetaType::Int)
+        typeError("String, int");
+    const QString key = terminatingKey(option);
+    if (walkTo(rowOf(value)))
+        typeTerminatingKey(key);
+}
+
+int STQListView::rowOf(const QVariant& value)
+{
+    if (compat::typeOf(value) == QMetaType::QString)
+        return findItem(value.toString()).row();
+    const int row = value.toInt();
+    if (row < 0 || row >= rowCountUnderRoot(*listView()))
+        raiseError(invalidIndexMessage, row);
+    return row;
+}
+
+bool STQListView::walkTo(int row)
+{
+    const ItemPlace place(*listView(), row, listView()->modelColumn());
+    takeFocusByKey(QLatin1String(noFocusMessage));
+    const int current = listView()->currentIndex().row();
+    if (current == place.row())
+        return false;
+    pressUntil(Axis::Rows, place, place.row() > current ? Qt::Key_Down : Qt::Key_Up, Qt::NoModifier);
+    return true;
+}
+
+void STQListView::enter(const QVariant& value)
+{
+    const bool checks = compat::typeOf(value) == QMetaType::Bool;
+    if (!checks && compat::typeOf(value) != QMetaType::QString)
+        typeError("bool string");
+    const QModelIndex current = requiredCurrentIndex();
+    if (checks && !needsCheckStateChange(current, value.toBool()))
+        return;
+    if (!checks && !(current.flags() & Qt::ItemIsEditable))
+        raiseError(notEditableMessage);
+    walkTo(current.row());
+    if (!checks)
+        return replaceTextInEditor(value.toString());
+    processEventsEnabled = false;
+    keyClick(Qt::Key_Space, Qt::NoModifier);
+}
+
+bool STQListView::needsCheckStateChange(const QModelIndex& item, bool checked)
+{
+    requireCheckable(item);
+    return item.data(Qt::CheckStateRole).toInt() != (checked ? Qt::Checked : Qt::Unchecked);
+}
+
+void STQListView::mouseAction(const QVariant& command)
+{
+    playMouseAtCurrentItem(command, Visibility::Required);
+}
+
+QStringList STQListView::pseudoPropertyNames()
+{
+    return properties.names();
+}
+
+QVariant STQListView::pseudoProperty(const char* name, const QVariant& argument)
+{
+    return properties.read(name, *listView(), [&] {
+        if (!argument.isValid())
+            typeError("string");
+        const QString text = compat::textOf(argument);
+        if (text.isEmpty())
+            raiseError(missingItemMessage);
+        return findItem(text);
+    });
+}
+
+QListView* STQListView::listView()
+{
+    return static_cast<QListView*>(checkedWidget("QListView"));
+}
+
+QModelIndex STQListView::findItem(const QString& text)
+{
+    const QListView* view = listView();
+    for (int row = 0, rows = rowCountUnderRoot(*view); row < rows; ++row) {
+        const QModelIndex item = itemInRow(*view, row);
+        if (item.isValid() && displayText(item) == text && !view->isRowHidden(row))
+            return item;
+    }
+    raiseError(unknownItemMessage, text);
+}

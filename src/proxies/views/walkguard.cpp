@@ -1,0 +1,37 @@
+#include "proxies/views/walkguard.h"
+
+#include <QtCore/QAbstractItemModel>
+
+namespace {
+
+// Half a second of work in all, so that a walk without an end is over within a second. Work and not time: a machine that
+// others keep busy makes no walk longer than it is.
+const std::clock_t periodTicks = CLOCKS_PER_SEC / 4;
+const int mostPeriodsInVain = 2;
+
+} // namespace
+
+WalkGuard::WalkGuard(const QAbstractItemModel* model)
+    : periodBegin(std::clock())
+{
+    if (model)
+        connect(model, SIGNAL(rowsInserted(QModelIndex, int, int)), SLOT(countRows(QModelIndex, int, int)));
+}
+
+bool WalkGuard::isEndless(const QModelIndex& item, bool isNearer)
+{
+    if (circle.comesBackTo(item))
+        return true;
+    gained += isNearer ? 1 : 0;
+    if (std::clock() - periodBegin < periodTicks)
+        return false;
+    periodsInVain = gained > 0 ? 0 : periodsInVain + 1;
+    gained = 0;
+    periodBegin = std::clock();
+    return periodsInVain == mostPeriodsInVain;
+}
+
+void WalkGuard::countRows(const QModelIndex&, int first, int last)
+{
+    gained -= qint64(last) - first + 1;
+}
