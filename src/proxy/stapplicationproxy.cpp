@@ -53,7 +53,7 @@ STWidgetProxy* STApplicationProxy::preparedProxy(QWidget* widget, const QString&
     if (!target->isEnabled())
         raiseError(disabledMessage, target->objectName(), target->metaObject()->className());
     proxy->prepareWidget();
-    proxy->processEventsEnabled = true;
+    proxy->startProcessingEvents();
     return proxy;
 }
 

@@ -17,8 +17,31 @@ public:
     virtual ~STInputControl() = default;
 
 protected:
+    // Has the operation's events handled as they are posted; or only posts them from here on, as an operation does with its
+    // last input: the application handles that when the command is over. It stays so until the next operation starts.
+    void startProcessingEvents() { processEventsEnabled = true; }
+    void stopProcessingEvents() { processEventsEnabled = false; }
+
+    // Stops the processing of events as long as it lives. Then it is as it was before, also when something throws.
+    class PostingScope
+    {
+    public:
+        explicit PostingScope(STInputControl& owner)
+            : control(owner)
+            , wasEnabled(owner.processEventsEnabled)
+        {
+            control.stopProcessingEvents();
+        }
+        ~PostingScope() { control.processEventsEnabled = wasEnabled; }
+        Q_DISABLE_COPY(PostingScope)
+
+    private:
+        STInputControl& control;
+        const bool wasEnabled;
+    };
+
     // Lets the application handle what is pending, but not the agent's socket: no command may start within another.
-    // Twice, so that what the first round posts is handled too. Does nothing while processEventsEnabled is false.
+    // Twice, so that what the first round posts is handled too. Does nothing while processing is stopped.
     void syncEvents();
 
     // Posts an event between two syncEvents(); takes ownership of it. Raises "Internal error, proxy without widget"
@@ -62,10 +85,8 @@ protected:
     // Press, move, release. The widget that was pressed sees a release wherever the drag ends.
     void mouseDrag(const QPoint& from, const QPoint& to, Qt::MouseButton button);
 
-    // False: events are only posted, for the application to handle when the command is over.
-    bool processEventsEnabled = true;
-
 private:
+    bool processEventsEnabled = true;
     bool isKeyOwnerGone() const;
     bool mayGetKeys(const QWidget* target) const;
     void postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);

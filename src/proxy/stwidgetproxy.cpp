@@ -128,10 +128,10 @@ void STWidgetProxy::playMouse(
         mouseMove(point, modifiers);
         return mouseRelease(button, modifiers);
     case MouseCommandType::Click:
-        processEventsEnabled = false;
+        stopProcessingEvents();
         return mouseClick(point, button, modifiers);
     case MouseCommandType::DoubleClick:
-        processEventsEnabled = false;
+        stopProcessingEvents();
         return mouseDoubleClick(point, button, modifiers);
     case MouseCommandType::Move:
         return mouseMove(point, modifiers);
@@ -261,6 +261,6 @@ QPoint STWidgetProxy::globalCenter(const QWidget* owner, const QRect& rect)
 void STWidgetProxy::clickCenter(const QWidget* owner, const QRect& rect)
 {
     const QPoint point = globalCenter(owner, rect);
-    processEventsEnabled = false;
+    stopProcessingEvents();
     mouseClick(point, Qt::LeftButton, Qt::NoModifier);
 }

@@ -24,7 +24,7 @@ public:
     virtual void enter(const QVariant& value);
     // Plays a mouse command, the text "type:button:x:y:modifier". x and y are shares of the widget's width and height
     // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on purpose. Without both the point is the centre, without
-    // one of them that one is 0.5. A click leaves processEventsEnabled false until the registry's next operation.
+    // one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
     virtual void mouseAction(const QVariant& command);
     // The properties that the proxy computes, and one of them. `argument` is what the test passed with the query,
     // invalid if nothing; the result is invalid for an unknown name.
@@ -56,7 +56,7 @@ protected:
     {
         raiseRangeError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
     }
-    // Plays one mouse command at a point in global coordinates; a click turns processEventsEnabled off.
+    // Plays one mouse command at a point in global coordinates; a click stops the processing of events.
     void playMouse(MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // The centre of a rectangle of the bound widget, in global coordinates.
     QPoint globalCenter(const QRect& rect);
@@ -66,7 +66,7 @@ protected:
     void clickCenter(const QWidget* owner, const QRect& rect);
 
 private:
-    friend class STApplicationProxy; // sets processEventsEnabled before every operation
+    friend class STApplicationProxy; // starts the processing of events before every operation
 
     [[noreturn]] void raiseRangeError(const QString& range);
     void moveOntoScreen(QWidget* window);

@@ -28,8 +28,10 @@ public:
     using STInputControl::mouseMove;
     using STInputControl::mousePress;
     using STInputControl::mouseRelease;
+    using STInputControl::PostingScope;
     using STInputControl::postInputEvent;
-    using STInputControl::processEventsEnabled;
+    using STInputControl::startProcessingEvents;
+    using STInputControl::stopProcessingEvents;
     using STInputControl::syncEvents;
     using STInputControl::typeText;
 };
@@ -109,6 +111,8 @@ private Q_SLOTS:
     void aDragThatLeavesItsWidgetReleasesIt();
     void aClickBesideAPopupGoesToThePopup();
     void withoutProcessingEventsAreOnlyPosted();
+    void aPostingScopeEndsEvenWhenSomethingThrows();
+    void aPostingScopeStartsNoProcessingThatWasStopped();
     void aTargetThatDiesBeforeTheEventIsAnError();
     void aDoubleClickEndsSilentlyWhenTheReleaseWasTheTargetsEnd();
     void theKillerStopsItsEventTypeOnly();
@@ -134,7 +138,7 @@ void tst_STInputControl::init()
     QVERIFY(becomesTrue([&] { return QApplication::widgetAt(window->mapToGlobal(QPoint(50, 50))) == window; }));
     recorder.events.clear();
     window->installEventFilter(&recorder);
-    control.processEventsEnabled = true;
+    control.startProcessingEvents();
 }
 
 void tst_STInputControl::cleanup()
@@ -268,13 +272,38 @@ void tst_STInputControl::aClickBesideAPopupGoesToThePopup()
 
 void tst_STInputControl::withoutProcessingEventsAreOnlyPosted()
 {
-    control.processEventsEnabled = false;
+    control.stopProcessingEvents();
     control.mouseClick(window->mapToGlobal(QPoint(10, 12)), Qt::LeftButton, Qt::NoModifier);
     QVERIFY(recorder.events.isEmpty());
     QCoreApplication::processEvents();
     QCOMPARE(recorder.events,
         QStringList() << QString::fromLatin1("mouse %1 at 10,12").arg(int(QEvent::MouseButtonPress))
                       << QString::fromLatin1("mouse %1 at 10,12").arg(int(QEvent::MouseButtonRelease)));
+}
+
+void tst_STInputControl::aPostingScopeEndsEvenWhenSomethingThrows()
+{
+    QCOMPARE(errorOf([&] {
+        const Control::PostingScope postingOnly(control);
+        control.keyClick(Qt::Key_Up, Qt::NoModifier);
+        raiseError("within the scope");
+    }),
+        latin1("within the scope"));
+    QVERIFY(recorder.events.isEmpty());
+    control.keyClick(Qt::Key_Down, Qt::NoModifier);
+    QCOMPARE(recorder.events.size(), 4);
+}
+
+void tst_STInputControl::aPostingScopeStartsNoProcessingThatWasStopped()
+{
+    control.stopProcessingEvents();
+    {
+        const Control::PostingScope postingOnly(control);
+    }
+    control.keyClick(Qt::Key_Down, Qt::NoModifier);
+    QVERIFY(recorder.events.isEmpty());
+    QCoreApplication::processEvents();
+    QCOMPARE(recorder.events.size(), 2);
 }
 
 void tst_STInputControl::aTargetThatDiesBeforeTheEventIsAnError()

@@ -14,6 +14,7 @@ class Proxy : public STWidgetProxy
 public:
     using STWidgetProxy::rangeError;
     using STWidgetProxy::stripMnemonic;
+    using STWidgetProxy::syncEvents;
     using STWidgetProxy::typeError;
 
     QStringList pseudoPropertyNames() override
@@ -80,6 +81,7 @@ private Q_SLOTS:
     void aRangeErrorNamesTheWidgetAndTheRange();
     void aWidgetOffTheScreenTakesItsWindowToTheCorner();
     void aWidgetFarInsideAHugeWindowComesToTheCornerItself();
+    void aClickStopsTheProcessingOfEventsUntilTheNextOperation();
     void onlyTheFirstMnemonicIsStripped_data();
     void onlyTheFirstMnemonicIsStripped();
 };
@@ -215,6 +217,21 @@ void tst_STWidgetProxy::aWidgetFarInsideAHugeWindowComesToTheCornerItself()
     proxy.prepareWidget();
     // The distance of the corner from where the widget is when its window is in the corner.
     QVERIFY(becomesTrue([&] { return free.window.pos() == QPoint(-2500, -2300); }));
+}
+
+void tst_STWidgetProxy::aClickStopsTheProcessingOfEventsUntilTheNextOperation()
+{
+    QPushButton button;
+    button.setCheckable(true);
+    button.setGeometry(100, 100, 200, 100);
+    button.show();
+    QVERIFY(becomesTrue([&] { return QApplication::widgetAt(button.mapToGlobal(button.rect().center())) == &button; }));
+    Proxy proxy;
+    proxy.bind(&button, "QPushButton");
+    proxy.mouseAction(latin1("MouseClick:LeftButton:::"));
+    proxy.syncEvents();
+    QVERIFY(!button.isChecked());
+    QVERIFY(becomesTrue([&] { return button.isChecked(); }));
 }
 
 void tst_STWidgetProxy::onlyTheFirstMnemonicIsStripped_data()

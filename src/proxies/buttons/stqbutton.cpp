@@ -43,7 +43,7 @@ void STQButton::activate(const QVariant& value, const QVariant&)
     const QPoint point = clickPoint(ToolButtonPart::Body);
     if (toggles && button->isChecked() == value.toBool())
         return;
-    processEventsEnabled = false;
+    stopProcessingEvents();
     mouseClick(point, Qt::LeftButton, Qt::NoModifier);
 }
 
@@ -54,7 +54,7 @@ void STQButton::mouseAction(const QVariant& command)
     const QString text = command.toString();
     const bool left = text.endsWith(QLatin1String("LeftButton:::"));
     const QPoint point = clickPoint(left ? ToolButtonPart::MenuArrow : ToolButtonPart::Whole);
-    processEventsEnabled = false;
+    stopProcessingEvents();
     const ClickCommand click = clickCommand(text, ":::");
     playMouse(click.type, point, click.button, Qt::NoModifier);
 }

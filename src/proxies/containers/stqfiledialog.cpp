@@ -26,7 +26,7 @@ void STQFileDialog::activate(const QVariant& value, const QVariant&)
         keyClick(Qt::Key_Backspace, Qt::NoModifier);
     }
     typeText(value.toString());
-    processEventsEnabled = false;
+    stopProcessingEvents();
     keyClick(Qt::Key_Return, Qt::NoModifier);
 }
 

@@ -22,6 +22,6 @@ void EntryField::clearField()
 
 void EntryField::confirm()
 {
-    processEventsEnabled = false;
+    stopProcessingEvents();
     keyClick(Qt::Key_Return, Qt::NoModifier);
 }

@@ -114,9 +114,8 @@ void STQComboBox::clickText()
 void STQComboBox::clickForList()
 {
     mouseMove(globalCenter(comboBox()->rect()), Qt::NoModifier);
-    processEventsEnabled = false;
+    const PostingScope postingOnly(*this);
     clickInto(comboBox()->rect());
-    processEventsEnabled = true;
 }
 
 void STQComboBox::move(int current, int index)
@@ -138,7 +137,7 @@ void STQComboBox::enter(const QVariant& value)
     if (edit && !edit->text().isEmpty())
         clearField();
     typeText(value.toString());
-    processEventsEnabled = false;
+    stopProcessingEvents();
 }
 
 QStringList STQComboBox::itemTexts()

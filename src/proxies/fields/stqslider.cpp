@@ -35,7 +35,7 @@ void STQSlider::mouseAction(const QVariant& command)
     const QPoint point = globalCenter(subControl(QStyle::SC_SliderHandle));
     if (!command.isValid())
         return;
-    processEventsEnabled = false;
+    stopProcessingEvents();
     const ClickCommand click = clickCommand(command.toString(), "");
     playMouse(click.type, point, click.button, Qt::NoModifier);
 }

@@ -89,7 +89,7 @@ void STMenuProxy::trigger(const QAction* item, const QVariant& checkState)
         if (item->isChecked() == checkState.toBool())
             raiseError(alreadyCheckedMessage);
     }
-    processEventsEnabled = false;
+    stopProcessingEvents();
     keyClick(Qt::Key_Return, Qt::NoModifier);
 }
 

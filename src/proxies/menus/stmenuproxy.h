@@ -18,8 +18,8 @@ protected:
     // The path of a property query with the argument. Raises the type error unless that is a string.
     QStringList checkedPath(const QVariant& argument);
 
-    // Walks the path from an open menu and triggers its last item; after that processEventsEnabled is false,
-    // and the application reacts when the command is over. When the item cannot be reached, or has the wanted
+    // Walks the path from an open menu and triggers its last item with the last input of the operation:
+    // the application reacts when the command is over. When the item cannot be reached, or has the wanted
     // check state already, closes what the walk opened and calls `close`. Only the former is an error then.
     void chooseItem(
         QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close);

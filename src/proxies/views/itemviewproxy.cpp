@@ -106,7 +106,7 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
         raiseError(notVisibleMessage);
     const QPoint point
         = view->viewport()->mapToGlobal(QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
-    processEventsEnabled = false;
+    stopProcessingEvents();
     const ItemMouseCommand mouse = itemMouseCommand(command.toString());
     mouseMove(point, Qt::NoModifier); // without the modifier, which a press's or a release's own move has
     playMouse(mouse.type, point, mouse.button, mouse.modifiers);
@@ -131,7 +131,7 @@ void ItemViewProxy::commitEditor()
 {
     // An editor may have closed itself with the last of the text: the key is the view's then.
     keepKeysInView();
-    processEventsEnabled = false;
+    stopProcessingEvents();
     keyClick(Qt::Key_Return, Qt::NoModifier);
 }
 
@@ -182,7 +182,7 @@ void ItemViewProxy::typeTerminatingKey(const QString& key)
 {
     if (key.isEmpty())
         return;
-    processEventsEnabled = false;
+    stopProcessingEvents();
     keyClick(key.at(0));
 }
 

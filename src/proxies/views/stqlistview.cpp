@@ -96,7 +96,7 @@ void STQListView::enter(const QVariant& value)
     walkTo(current.row());
     if (!checks)
         return replaceTextInEditor(value.toString());
-    processEventsEnabled = false;
+    stopProcessingEvents();
     keyClick(Qt::Key_Space, Qt::NoModifier);
 }
 

@@ -136,7 +136,7 @@ void STQTreeView::enterCheckState(const QModelIndex& current, bool checked)
     const QPersistentModelIndex item(current);
     ensureFocus();
     navigateTo(item);
-    processEventsEnabled = false;
+    stopProcessingEvents();
     for (int i = 0; i < presses; ++i)
         keyClick(Qt::Key_Space, Qt::NoModifier);
 }
