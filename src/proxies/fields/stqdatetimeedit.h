@@ -1,6 +1,6 @@
 #pragma once
 
-#include "proxies/fields/entryfield.h"
+#include "proxies/entryfield.h"
 
 class QDateTimeEdit;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "proxies/fields/entryfield.h"
+#include "proxies/entryfield.h"
 
 // Spin boxes, of integers and of doubles. The value is an integer or a string (a double as the box shows it);
 // what the box makes of it is not checked.

@@ -1,4 +1,4 @@
-#include "proxies/fields/entryfield.h"
+#include "proxies/entryfield.h"
 
 #include <QWidget>
 
