@@ -11,12 +11,6 @@ namespace {
 
 const QPoint noPosition(-1, -1);
 
-// The edges are inclusive, and the division truncates toward zero; QRect::center() does not.
-QPoint centerOf(const QRect& rect)
-{
-    return QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2);
-}
-
 bool isOfClass(const QWidget* widget, const char* className)
 {
     return widget && widget->inherits(className);
@@ -30,7 +24,7 @@ QPoint checkBoxClickPosition(const QWidget* checkBox)
         return noPosition;
     QStyleOptionButton option;
     option.initFrom(checkBox);
-    return centerOf(checkBox->style()->subElementRect(QStyle::SE_CheckBoxClickRect, &option, checkBox));
+    return checkBox->style()->subElementRect(QStyle::SE_CheckBoxClickRect, &option, checkBox).center();
 }
 
 QPoint groupBoxClickPosition(const QWidget* groupBox)
@@ -39,8 +33,9 @@ QPoint groupBoxClickPosition(const QWidget* groupBox)
         return noPosition;
     QStyleOptionGroupBox option;
     option.initFrom(groupBox);
-    return centerOf(
-        groupBox->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, groupBox));
+    return groupBox->style()
+        ->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, groupBox)
+        .center();
 }
 
 QPoint radioButtonClickPosition(const QWidget* radioButton)
@@ -50,7 +45,7 @@ QPoint radioButtonClickPosition(const QWidget* radioButton)
     // A group box's option, on purpose: without a button's text the style answers with the indicator.
     QStyleOptionGroupBox option;
     option.initFrom(radioButton);
-    return centerOf(radioButton->style()->subElementRect(QStyle::SE_RadioButtonClickRect, &option, radioButton));
+    return radioButton->style()->subElementRect(QStyle::SE_RadioButtonClickRect, &option, radioButton).center();
 }
 
 } // namespace LmSquishProxy
