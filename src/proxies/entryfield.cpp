@@ -19,9 +19,3 @@ void EntryField::clearField()
     selectLine();
     keyClick(Qt::Key_Backspace, Qt::NoModifier);
 }
-
-void EntryField::confirm()
-{
-    stopProcessingEvents();
-    keyClick(Qt::Key_Return, Qt::NoModifier);
-}

@@ -15,7 +15,4 @@ protected:
     void selectLine();
     // Deletes the text of a field of one line.
     void clearField();
-    // Return. The application handles it when the command is over: it may open a dialog that does not end
-    // before.
-    void confirm();
 };

@@ -4,32 +4,42 @@
 #include <QtCore/QVariant>
 
 #include <cstddef>
+#include <utility>
 
-// One row of a proxy's table of pseudo-properties: its name and how it is read from the widget.
-template <class Widget>
+// One row of a table of properties that are computed: the name, and how the value is read from what the table's owner
+// passes, such as the widget.
+template <class... Parameters>
 struct PseudoProperty
 {
     const char* name;
-    QVariant (*read)(const Widget& widget);
+    QVariant (*read)(Parameters... parameters);
 };
 
 // The names of the rows, in their order.
-template <class Widget, std::size_t size>
-QStringList namesOf(const PseudoProperty<Widget> (&rows)[size])
+template <class... Parameters, std::size_t size>
+QStringList namesOf(const PseudoProperty<Parameters...> (&rows)[size])
 {
     QStringList names;
-    for (const PseudoProperty<Widget>& row : rows)
+    for (const PseudoProperty<Parameters...>& row : rows)
         names.append(QString::fromLatin1(row.name));
     return names;
 }
 
-// The value of the row with exactly that name, invalid when there is none.
-template <class Widget, std::size_t size>
-QVariant valueOf(const PseudoProperty<Widget> (&rows)[size], const Widget& widget, const char* name)
+// The row of exactly that name, null when there is none.
+template <class... Parameters, std::size_t size>
+const PseudoProperty<Parameters...>* rowOf(const PseudoProperty<Parameters...> (&rows)[size], const char* name)
 {
-    for (const PseudoProperty<Widget>& row : rows) {
+    for (const PseudoProperty<Parameters...>& row : rows) {
         if (qstrcmp(name, row.name) == 0)
-            return row.read(widget);
+            return &row;
     }
-    return QVariant();
+    return nullptr;
+}
+
+// The value of the row of exactly that name, invalid when there is none.
+template <class... Parameters, std::size_t size, class... Arguments>
+QVariant valueOf(const PseudoProperty<Parameters...> (&rows)[size], const char* name, Arguments&&... arguments)
+{
+    const PseudoProperty<Parameters...>* row = rowOf(rows, name);
+    return row ? row->read(std::forward<Arguments>(arguments)...) : QVariant();
 }

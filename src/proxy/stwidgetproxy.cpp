@@ -4,6 +4,7 @@
 #include "compat/stacking.h"
 #include "compat/variant.h"
 #include "compat/widgets.h"
+#include "proxy/pseudoproperties.h"
 #include "proxy/textparts.h"
 
 #include <QMetaProperty>
@@ -52,15 +53,9 @@ QStringList propertyNames(const QMetaObject* metaObject)
 }
 
 // The properties that every proxy has. They win over pseudo-properties and Qt properties of the same name.
-struct BuiltInProperty
-{
-    const char* name;
-    QVariant (*read)(STWidgetProxy& proxy, const QString& servedClassName);
-};
-
 QStringList builtInNames();
 
-const BuiltInProperty builtInProperties[] = {
+const PseudoProperty<STWidgetProxy&, const QString&> builtInProperties[] = {
     {"propertyNames",
         [](STWidgetProxy& proxy, const QString&) -> QVariant {
             return propertyNames(proxy.checkedWidget(nullptr)->metaObject());
@@ -84,10 +79,7 @@ const BuiltInProperty builtInProperties[] = {
 
 QStringList builtInNames()
 {
-    QStringList names;
-    for (const BuiltInProperty& builtIn : builtInProperties)
-        names.append(QString::fromLatin1(builtIn.name));
-    return names;
+    return namesOf(builtInProperties);
 }
 
 } // namespace
@@ -206,10 +198,8 @@ void STWidgetProxy::moveOntoScreen(QWidget* window)
 
 QVariant STWidgetProxy::property(const char* name, const QVariant& argument)
 {
-    for (const BuiltInProperty& builtIn : builtInProperties) {
-        if (qstrcmp(name, builtIn.name) == 0)
-            return builtIn.read(*this, servedClassName);
-    }
+    if (rowOf(builtInProperties, name))
+        return valueOf(builtInProperties, name, *this, servedClassName);
     const QStringList pseudoNames = pseudoPropertyNames();
     const bool isPseudo = std::any_of(pseudoNames.begin(), pseudoNames.end(),
         [name](const QString& pseudoName) { return pseudoName == QLatin1String(name); });
@@ -254,13 +244,22 @@ QPoint STWidgetProxy::globalCenter(const QRect& rect)
 
 QPoint STWidgetProxy::globalCenter(const QWidget* owner, const QRect& rect)
 {
-    // Not QRect::center(), which rounds negative sums down.
-    return owner->mapToGlobal(QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+    return owner->mapToGlobal(rect.center());
+}
+
+void STWidgetProxy::finalClick(const QPoint& point)
+{
+    stopProcessingEvents();
+    mouseClick(point, Qt::LeftButton, Qt::NoModifier);
 }
 
 void STWidgetProxy::clickCenter(const QWidget* owner, const QRect& rect)
 {
-    const QPoint point = globalCenter(owner, rect);
+    finalClick(globalCenter(owner, rect));
+}
+
+void STWidgetProxy::confirm()
+{
     stopProcessingEvents();
-    mouseClick(point, Qt::LeftButton, Qt::NoModifier);
+    keyClick(Qt::Key_Return, Qt::NoModifier);
 }

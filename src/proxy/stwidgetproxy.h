@@ -62,8 +62,12 @@ protected:
     QPoint globalCenter(const QRect& rect);
     // The same for a rectangle of any widget, such as a part of the bound one.
     static QPoint globalCenter(const QWidget* owner, const QRect& rect);
-    // One left click there, posted only: the application handles it when the command is over.
+    // The operation's last input, only posted: the application handles it when the command is over, and may open a dialog
+    // then that does not end before. A left click at a point in global coordinates, one at the centre of a rectangle of a
+    // widget, or the Return key.
+    void finalClick(const QPoint& point);
     void clickCenter(const QWidget* owner, const QRect& rect);
+    void confirm();
 
 private:
     friend class STApplicationProxy; // starts the processing of events before every operation

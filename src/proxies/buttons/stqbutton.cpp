@@ -2,6 +2,7 @@
 
 #include "compat/variant.h"
 #include "proxies/clickcommand.h"
+#include "proxy/pseudoproperties.h"
 
 #include <QAbstractButton>
 #include <QStyle>
@@ -30,6 +31,10 @@ QRect subControlRect(const QToolButton* button, QStyle::SubControl control)
     return button->style()->subControlRect(QStyle::CC_ToolButton, &option, control, button);
 }
 
+const PseudoProperty<const QAbstractButton&> pseudoProperties[] = {
+    {"text", [](const QAbstractButton& button) -> QVariant { return STWidgetProxy::stripMnemonic(button.text()); }},
+};
+
 } // namespace
 
 void STQButton::activate(const QVariant& value, const QVariant&)
@@ -43,8 +48,7 @@ void STQButton::activate(const QVariant& value, const QVariant&)
     const QPoint point = clickPoint(ToolButtonPart::Body);
     if (toggles && button->isChecked() == value.toBool())
         return;
-    stopProcessingEvents();
-    mouseClick(point, Qt::LeftButton, Qt::NoModifier);
+    finalClick(point);
 }
 
 void STQButton::mouseAction(const QVariant& command)
@@ -77,12 +81,10 @@ QPoint STQButton::clickPoint(ToolButtonPart part)
 
 QStringList STQButton::pseudoPropertyNames()
 {
-    return QStringList(QLatin1String("text"));
+    return namesOf(pseudoProperties);
 }
 
 QVariant STQButton::pseudoProperty(const char* name, const QVariant&)
 {
-    if (qstrcmp(name, "text") != 0)
-        return QVariant();
-    return stripMnemonic(static_cast<QAbstractButton*>(checkedWidget("QAbstractButton"))->text());
+    return valueOf(pseudoProperties, name, *static_cast<const QAbstractButton*>(checkedWidget("QAbstractButton")));
 }

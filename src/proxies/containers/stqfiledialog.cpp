@@ -20,14 +20,10 @@ void STQFileDialog::activate(const QVariant& value, const QVariant&)
         const QLineEdit* field = fileNameEdit();
         clickCenter(field, field->rect());
     }
-    if (!fileNameEdit()->text().isEmpty()) {
-        keyClick(Qt::Key_Home, Qt::NoModifier);
-        keyClick(Qt::Key_End, Qt::ShiftModifier);
-        keyClick(Qt::Key_Backspace, Qt::NoModifier);
-    }
+    if (!fileNameEdit()->text().isEmpty())
+        clearField();
     typeText(value.toString());
-    stopProcessingEvents();
-    keyClick(Qt::Key_Return, Qt::NoModifier);
+    confirm();
 }
 
 QLineEdit* STQFileDialog::fileNameEdit()

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "proxy/stwidgetproxy.h"
+#include "proxies/entryfield.h"
 
 class QLineEdit;
 
 // Qt's own file dialogs, not those of the operating system.
-class STQFileDialog : public STWidgetProxy
+class STQFileDialog : public EntryField
 {
 public:
     // A string, the path of a file: replaces what is in the file name field by it and presses Return.

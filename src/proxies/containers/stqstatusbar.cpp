@@ -1,12 +1,12 @@
 #include "proxies/containers/stqstatusbar.h"
 
-#include "proxies/pseudoproperties.h"
+#include "proxy/pseudoproperties.h"
 
 #include <QStatusBar>
 
 namespace {
 
-const PseudoProperty<QStatusBar> pseudoProperties[] = {
+const PseudoProperty<const QStatusBar&> pseudoProperties[] = {
     {"currentMessage", [](const QStatusBar& bar) -> QVariant { return bar.currentMessage(); }},
 };
 
@@ -19,5 +19,5 @@ QStringList STQStatusBar::pseudoPropertyNames()
 
 QVariant STQStatusBar::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, *static_cast<const QStatusBar*>(checkedWidget("QStatusBar")), name);
+    return valueOf(pseudoProperties, name, *static_cast<const QStatusBar*>(checkedWidget("QStatusBar")));
 }

@@ -1,6 +1,7 @@
 #include "proxies/containers/stqtabbar.h"
 
 #include "compat/variant.h"
+#include "proxy/pseudoproperties.h"
 
 #include <QTabBar>
 
@@ -8,15 +9,28 @@ namespace {
 
 const char indexRange[] = "[0, %d]";
 
-} // namespace
+QString stripped(const QString& text)
+{
+    return STWidgetProxy::stripMnemonic(text);
+}
 
-// The list of tool tips is stripped and the current tool tip is not: this is intended.
-const PseudoProperty<QTabBar> STQTabBar::pseudoProperties[] = {
+QStringList strippedTexts(const QTabBar& bar, QString (QTabBar::*text)(int) const)
+{
+    QStringList texts;
+    for (int i = 0; i < bar.count(); ++i)
+        texts.append(stripped((bar.*text)(i)));
+    return texts;
+}
+
+// The list of tool tips is stripped and the current tool tip is not: tests compare them so.
+const PseudoProperty<const QTabBar&> pseudoProperties[] = {
     {"itemList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabText); }},
     {"toolTipList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabToolTip); }},
-    {"currentText", [](const QTabBar& bar) -> QVariant { return stripMnemonic(bar.tabText(bar.currentIndex())); }},
+    {"currentText", [](const QTabBar& bar) -> QVariant { return stripped(bar.tabText(bar.currentIndex())); }},
     {"currentToolTip", [](const QTabBar& bar) -> QVariant { return bar.tabToolTip(bar.currentIndex()); }},
 };
+
+} // namespace
 
 void STQTabBar::activate(const QVariant& value, const QVariant&)
 {
@@ -39,15 +53,7 @@ QStringList STQTabBar::pseudoPropertyNames()
 
 QVariant STQTabBar::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, *tabBar(), name);
-}
-
-QStringList STQTabBar::strippedTexts(const QTabBar& bar, QString (QTabBar::*text)(int) const)
-{
-    QStringList texts;
-    for (int i = 0; i < bar.count(); ++i)
-        texts.append(stripMnemonic((bar.*text)(i)));
-    return texts;
+    return valueOf(pseudoProperties, name, *tabBar());
 }
 
 const QTabBar* STQTabBar::tabBar()

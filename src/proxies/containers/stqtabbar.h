@@ -1,6 +1,5 @@
 #pragma once
 
-#include "proxies/pseudoproperties.h"
 #include "proxy/stwidgetproxy.h"
 
 class QTabBar;
@@ -19,8 +18,5 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    static const PseudoProperty<QTabBar> pseudoProperties[4];
-
-    static QStringList strippedTexts(const QTabBar& bar, QString (QTabBar::*text)(int) const);
     const QTabBar* tabBar();
 };

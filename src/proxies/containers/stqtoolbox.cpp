@@ -1,7 +1,7 @@
 #include "proxies/containers/stqtoolbox.h"
 
 #include "compat/variant.h"
-#include "proxies/pseudoproperties.h"
+#include "proxy/pseudoproperties.h"
 
 #include <QAbstractButton>
 #include <QToolBox>
@@ -24,7 +24,7 @@ QStringList itemTexts(const QToolBox& box)
     return texts;
 }
 
-const PseudoProperty<QToolBox> pseudoProperties[] = {
+const PseudoProperty<const QToolBox&> pseudoProperties[] = {
     {"itemList", [](const QToolBox& box) -> QVariant { return itemTexts(box); }},
     {"currentText", [](const QToolBox& box) -> QVariant { return box.itemText(box.currentIndex()); }},
 };
@@ -53,5 +53,5 @@ QStringList STQToolBox::pseudoPropertyNames()
 
 QVariant STQToolBox::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, *static_cast<const QToolBox*>(checkedWidget("QToolBox")), name);
+    return valueOf(pseudoProperties, name, *static_cast<const QToolBox*>(checkedWidget("QToolBox")));
 }

@@ -3,6 +3,7 @@
 #include "compat/variant.h"
 #include "compat/waiting.h"
 #include "proxy/eventkiller.h"
+#include "proxy/pseudoproperties.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -65,6 +66,18 @@ int currentRow(const QComboBox* box, QWidget* popup)
     return current.isValid() ? current.row() : box->currentIndex();
 }
 
+QStringList itemTexts(const QComboBox& box)
+{
+    QStringList texts;
+    for (int i = 0; i < box.count(); ++i)
+        texts.append(box.itemText(i));
+    return texts;
+}
+
+const PseudoProperty<const QComboBox&> pseudoProperties[] = {
+    {"itemList", [](const QComboBox& box) -> QVariant { return itemTexts(box); }},
+};
+
 } // namespace
 
 void STQComboBox::activate(const QVariant& value, const QVariant&)
@@ -93,7 +106,7 @@ int STQComboBox::indexOf(const QVariant& value)
     if (type != QMetaType::QString && type != QMetaType::Int)
         typeError("string, integer");
     if (type == QMetaType::QString) {
-        const int index = itemTexts().indexOf(value.toString());
+        const int index = itemTexts(*comboBox()).indexOf(value.toString());
         if (index < 0)
             raiseError(unknownItemMessage, value.toString());
         return index;
@@ -140,23 +153,14 @@ void STQComboBox::enter(const QVariant& value)
     stopProcessingEvents();
 }
 
-QStringList STQComboBox::itemTexts()
-{
-    const QComboBox* box = comboBox();
-    QStringList texts;
-    for (int i = 0; i < box->count(); ++i)
-        texts.append(box->itemText(i));
-    return texts;
-}
-
 QStringList STQComboBox::pseudoPropertyNames()
 {
-    return QStringList(QLatin1String("itemList"));
+    return namesOf(pseudoProperties);
 }
 
 QVariant STQComboBox::pseudoProperty(const char* name, const QVariant&)
 {
-    return qstrcmp(name, "itemList") == 0 ? QVariant(itemTexts()) : QVariant();
+    return valueOf(pseudoProperties, name, *comboBox());
 }
 
 QComboBox* STQComboBox::comboBox()

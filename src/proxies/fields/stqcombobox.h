@@ -20,7 +20,6 @@ public:
 
 private:
     QComboBox* comboBox();
-    QStringList itemTexts();
     int indexOf(const QVariant& value);
     void clickText();
     void clickForList();

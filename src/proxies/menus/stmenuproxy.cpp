@@ -89,8 +89,7 @@ void STMenuProxy::trigger(const QAction* item, const QVariant& checkState)
         if (item->isChecked() == checkState.toBool())
             raiseError(alreadyCheckedMessage);
     }
-    stopProcessingEvents();
-    keyClick(Qt::Key_Return, Qt::NoModifier);
+    confirm();
 }
 
 void STMenuProxy::pressEscape()

@@ -13,6 +13,17 @@ const char unreachableMessage[] = "Could not reach last item of path";
 
 } // namespace
 
+const PseudoProperty<STQMenu&, const QVariant&> STQMenu::pseudoProperties[] = {
+    {"itemList",
+        [](STQMenu& menu, const QVariant&) -> QVariant {
+            return menuItemList(menu.checkedWidget("QMenu")->actions());
+        }},
+    {"pathDisabled",
+        [](STQMenu& menu, const QVariant& argument) -> QVariant {
+            return menu.pathDisabled(menu.checkedPath(argument));
+        }},
+};
+
 void STQMenu::activate(const QVariant& value, const QVariant& option)
 {
     const QStringList path = checkedPath(value, option);
@@ -24,16 +35,12 @@ void STQMenu::activate(const QVariant& value, const QVariant& option)
 
 QStringList STQMenu::pseudoPropertyNames()
 {
-    return QStringList() << QLatin1String("itemList") << QLatin1String("pathDisabled");
+    return namesOf(pseudoProperties);
 }
 
 QVariant STQMenu::pseudoProperty(const char* name, const QVariant& argument)
 {
-    if (qstrcmp(name, "itemList") == 0)
-        return menuItemList(checkedWidget("QMenu")->actions());
-    if (qstrcmp(name, "pathDisabled") == 0)
-        return pathDisabled(checkedPath(argument));
-    return QVariant();
+    return valueOf(pseudoProperties, name, *this, argument);
 }
 
 bool STQMenu::pathDisabled(QStringList path)

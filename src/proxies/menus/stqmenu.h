@@ -1,6 +1,7 @@
 #pragma once
 
 #include "proxies/menus/stmenuproxy.h"
+#include "proxy/pseudoproperties.h"
 
 // Pop-up menus.
 class STQMenu : public STMenuProxy
@@ -15,5 +16,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
+    static const PseudoProperty<STQMenu&, const QVariant&> pseudoProperties[2];
+
     bool pathDisabled(QStringList path);
 };

@@ -26,6 +26,18 @@ const QAction* requiredItem(const QList<QAction*>& actions, QStringList& path)
 
 } // namespace
 
+const PseudoProperty<STQMenuBar&, const QVariant&> STQMenuBar::pseudoProperties[] = {
+    {"itemList", [](STQMenuBar& bar, const QVariant&) -> QVariant { return menuItemList(bar.menuBar()->actions()); }},
+    {"pathChecked",
+        [](STQMenuBar& bar, const QVariant& argument) -> QVariant {
+            return bar.pathChecked(bar.checkedPath(argument));
+        }},
+    {"pathDisabled",
+        [](STQMenuBar& bar, const QVariant& argument) -> QVariant {
+            return bar.pathDisabled(bar.checkedPath(argument));
+        }},
+};
+
 QMenuBar* STQMenuBar::menuBar()
 {
     return static_cast<QMenuBar*>(checkedWidget("QMenuBar"));
@@ -68,18 +80,12 @@ void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>
 
 QStringList STQMenuBar::pseudoPropertyNames()
 {
-    return QStringList() << QLatin1String("itemList") << QLatin1String("pathChecked") << QLatin1String("pathDisabled");
+    return namesOf(pseudoProperties);
 }
 
 QVariant STQMenuBar::pseudoProperty(const char* name, const QVariant& argument)
 {
-    if (qstrcmp(name, "itemList") == 0)
-        return menuItemList(menuBar()->actions());
-    if (qstrcmp(name, "pathChecked") == 0)
-        return pathChecked(checkedPath(argument));
-    if (qstrcmp(name, "pathDisabled") == 0)
-        return pathDisabled(checkedPath(argument));
-    return QVariant();
+    return valueOf(pseudoProperties, name, *this, argument);
 }
 
 bool STQMenuBar::pathChecked(QStringList path)

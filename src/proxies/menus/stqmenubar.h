@@ -1,6 +1,7 @@
 #pragma once
 
 #include "proxies/menus/stmenuproxy.h"
+#include "proxy/pseudoproperties.h"
 
 class QAction;
 class QMenuBar;
@@ -18,6 +19,8 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
+    static const PseudoProperty<STQMenuBar&, const QVariant&> pseudoProperties[3];
+
     QMenuBar* menuBar();
     void openMenu(const QPointer<QAction>& title);
     // Closes the title's menu without choosing, and returns the keyboard to the widget that had it before.

@@ -2,6 +2,7 @@
 
 #include "compat/variant.h"
 #include "proxies/views/itemtext.h"
+#include "proxies/views/sections.h"
 #include "proxy/sterror.h"
 #include "proxy/textparts.h"
 
@@ -12,25 +13,10 @@ namespace {
 const char syntaxMessage[] = "Syntax error in path";
 const char pathNotFoundMessage[] = "Path not found";
 
-struct SectionMessages
-{
-    const char* unknown;
-    const char* outOfRange;
-};
-
-// The lower bound in the texts is 0 although numbers begin at 1, which is intended.
-const SectionMessages rowMessages = {"Invalid row: %s", "Row %d is out of range (0..%d)"};
-const SectionMessages columnMessages = {"Invalid column: %s", "Column %d is out of range (0..%d)"};
-
-const SectionMessages& messages(Qt::Orientation header)
-{
-    return header == Qt::Vertical ? rowMessages : columnMessages;
-}
-
-int sectionCount(const QAbstractItemModel& model, Qt::Orientation header, const QModelIndex& parent)
-{
-    return header == Qt::Vertical ? model.rowCount(parent) : model.columnCount(parent);
-}
+const PerHeader<const char*> unknownMessages = {"Invalid row: %s", "Invalid column: %s"};
+// Numbers begin at 1, but tests compare texts that have 0 as the lower bound.
+const PerHeader<const char*> outOfRangeMessages
+    = {"Row %d is out of range (0..%d)", "Column %d is out of range (0..%d)"};
 
 // The section of a number from 1 or a header text, -1 for an unknown text. A number may be out of range.
 qint64 sectionOf(const QAbstractItemModel& model, Qt::Orientation header, const QString& text, int count, bool* found)
@@ -48,7 +34,7 @@ qint64 knownSection(const QAbstractItemModel& model, Qt::Orientation header, con
     bool found = false;
     const qint64 section = sectionOf(model, header, text, count, &found);
     if (!found)
-        raiseError(messages(header).unknown, text);
+        raiseError(unknownMessages[header], text);
     return section;
 }
 
@@ -56,7 +42,7 @@ qint64 knownSection(const QAbstractItemModel& model, Qt::Orientation header, con
 int inRange(qint64 section, Qt::Orientation header, int count)
 {
     if (section < 0 || section >= count)
-        raiseError(messages(header).outOfRange, static_cast<int>(section + 1), count);
+        raiseError(outOfRangeMessages[header], static_cast<int>(section + 1), count);
     return static_cast<int>(section);
 }
 
@@ -103,7 +89,7 @@ bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, Ite
     const int count = sectionCount(model, header, QModelIndex());
     const qint64 section = knownSection(model, header, name, count);
     if (section < 0 || section >= count)
-        raiseError(messages(header).unknown, name);
+        raiseError(unknownMessages[header], name);
     address.row = header == Qt::Vertical ? static_cast<int>(section) : -1;
     address.column = header == Qt::Vertical ? -1 : static_cast<int>(section);
     return true;

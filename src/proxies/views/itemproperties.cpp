@@ -2,34 +2,10 @@
 
 #include <QAbstractItemView>
 
-QStringList ItemViewProperties::names() const
+bool isItemName(const char* name)
 {
-    QStringList names;
-    for (const ItemViewProperty* property = first; property != end; ++property)
-        names.append(QLatin1String(property->name));
-    return names;
-}
-
-const ItemViewProperty* ItemViewProperties::find(const char* name) const
-{
-    for (const ItemViewProperty* property = first; property != end; ++property) {
-        if (qstrcmp(property->name, name) == 0)
-            return property;
-    }
-    return nullptr;
-}
-
-QVariant ItemViewProperties::read(
-    const char* name, const QAbstractItemView& view, const std::function<QModelIndex()>& findItem) const
-{
-    const char itemPrefix[] = "item";
-    const ItemViewProperty* property = find(name);
-    if (property && property->subject == ItemViewProperty::Subject::View)
-        return property->read(view, QModelIndex());
-    if (qstrncmp(name, itemPrefix, qstrlen(itemPrefix)) != 0)
-        return QVariant();
-    const QModelIndex item = findItem();
-    return property ? property->read(view, item) : QVariant();
+    const char prefix[] = "item";
+    return qstrncmp(name, prefix, qstrlen(prefix)) == 0;
 }
 
 QVariant itemIsEnabled(const QAbstractItemView&, const QModelIndex& item)
@@ -61,14 +37,4 @@ bool isSelected(const QAbstractItemView& view, const QModelIndex& item)
 {
     const QItemSelectionModel* selection = view.selectionModel();
     return selection && item.isValid() && selection->isSelected(item);
-}
-
-int rowCountUnderRoot(const QAbstractItemView& view)
-{
-    return view.model() ? view.model()->rowCount(view.rootIndex()) : 0;
-}
-
-int columnCountUnderRoot(const QAbstractItemView& view)
-{
-    return view.model() ? view.model()->columnCount(view.rootIndex()) : 0;
 }

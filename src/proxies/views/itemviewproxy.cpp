@@ -3,8 +3,8 @@
 #include "compat/stacking.h"
 #include "compat/variant.h"
 #include "proxies/views/itemmousecommand.h"
-#include "proxies/views/itemproperties.h"
 #include "proxies/views/itemtext.h"
+#include "proxies/views/sections.h"
 
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
@@ -104,8 +104,7 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
     const QRect rect = hasCurrent ? currentItemRect(*view) : view->viewport()->rect();
     if (hasCurrent && rect.isEmpty() && visibility == Visibility::Required)
         raiseError(notVisibleMessage);
-    const QPoint point
-        = view->viewport()->mapToGlobal(QPoint((rect.left() + rect.right()) / 2, (rect.top() + rect.bottom()) / 2));
+    const QPoint point = globalCenter(view->viewport(), rect);
     stopProcessingEvents();
     const ItemMouseCommand mouse = itemMouseCommand(command.toString());
     mouseMove(point, Qt::NoModifier); // without the modifier, which a press's or a release's own move has
@@ -131,8 +130,7 @@ void ItemViewProxy::commitEditor()
 {
     // An editor may have closed itself with the last of the text: the key is the view's then.
     keepKeysInView();
-    stopProcessingEvents();
-    keyClick(Qt::Key_Return, Qt::NoModifier);
+    confirm();
 }
 
 void ItemViewProxy::takeFocusByKey(const QString& errorMessage)

@@ -85,13 +85,7 @@ QVariant itemData(const QAbstractItemView& view, const ItemAddress& address)
     return QVariant();
 }
 
-struct Property
-{
-    const char* name;
-    QVariant (*read)(const QAbstractItemView& view, const ItemAddress& address);
-};
-
-const Property properties[] = {
+const PseudoProperty<const QAbstractItemView&, const ItemAddress&> properties[] = {
     {"columnCount", columnCount},
     {"rowCount", rowCount},
     {"itemIsSelected", itemIsSelected},
@@ -120,10 +114,7 @@ void STQAbstractItemView::activate(const QVariant& path, const QVariant& command
 
 QStringList STQAbstractItemView::pseudoPropertyNames()
 {
-    QStringList names;
-    for (const Property& property : properties)
-        names.append(QLatin1String(property.name));
-    return names;
+    return namesOf(properties);
 }
 
 QVariant STQAbstractItemView::pseudoProperty(const char* name, const QVariant& argument)
@@ -136,11 +127,7 @@ QVariant STQAbstractItemView::pseudoProperty(const char* name, const QVariant& a
         const QModelIndex index = resolveItemPath(text);
         address = {index, index.row(), index.column()};
     }
-    for (const Property& property : properties) {
-        if (qstrcmp(property.name, name) == 0)
-            return property.read(*view, address);
-    }
-    return QVariant();
+    return valueOf(properties, name, *view, address);
 }
 
 QAbstractItemView* STQAbstractItemView::modelledView()

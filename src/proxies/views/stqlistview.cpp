@@ -3,12 +3,11 @@
 #include "compat/variant.h"
 #include "proxies/views/itemproperties.h"
 #include "proxies/views/itemtext.h"
+#include "proxies/views/sections.h"
 
 #include <QListWidget>
 
 namespace {
-
-using Subject = ItemViewProperty::Subject;
 
 const char unknownItemMessage[] = "activate, QListView unknown item %s";
 const char invalidIndexMessage[] = "activate, QListView invalid index %d";
@@ -21,12 +20,12 @@ QModelIndex itemInRow(const QListView& view, int row)
     return view.model()->index(row, view.modelColumn(), view.rootIndex());
 }
 
-QVariant rowCount(const QAbstractItemView& view, const QModelIndex&)
+QVariant rowCount(const QAbstractItemView& view)
 {
     return view.inherits("QListWidget") ? static_cast<const QListWidget&>(view).count() : rowCountUnderRoot(view);
 }
 
-QVariant itemList(const QAbstractItemView& view, const QModelIndex&)
+QVariant itemList(const QAbstractItemView& view)
 {
     const auto& list = static_cast<const QListView&>(view);
     QStringList texts;
@@ -37,18 +36,19 @@ QVariant itemList(const QAbstractItemView& view, const QModelIndex&)
     return texts;
 }
 
-const ItemViewProperty rows[] = {
-    {"rowCount", Subject::View, rowCount},
-    {"itemList", Subject::View, itemList},
-    {"currentItemRect", Subject::View,
-        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant { return currentItemRect(view); }},
-    {"itemIsEnabled", Subject::Item, itemIsEnabled},
-    {"itemIsSelectable", Subject::Item, itemIsSelectable},
-    {"itemIsSelected", Subject::Item, itemIsSelected},
-    {"itemIsCheckable", Subject::Item, itemIsCheckable},
-    {"itemIsChecked", Subject::Item, itemIsChecked},
+const ViewProperty viewProperties[] = {
+    {"rowCount", rowCount},
+    {"itemList", itemList},
+    {"currentItemRect", [](const QAbstractItemView& view) -> QVariant { return currentItemRect(view); }},
 };
-constexpr ItemViewProperties properties(rows);
+
+const ItemProperty itemProperties[] = {
+    {"itemIsEnabled", itemIsEnabled},
+    {"itemIsSelectable", itemIsSelectable},
+    {"itemIsSelected", itemIsSelected},
+    {"itemIsCheckable", itemIsCheckable},
+    {"itemIsChecked", itemIsChecked},
+};
 
 } // namespace
 
@@ -113,12 +113,12 @@ void STQListView::mouseAction(const QVariant& command)
 
 QStringList STQListView::pseudoPropertyNames()
 {
-    return properties.names();
+    return namesOf(viewProperties) + namesOf(itemProperties);
 }
 
 QVariant STQListView::pseudoProperty(const char* name, const QVariant& argument)
 {
-    return properties.read(name, *listView(), [&] {
+    return valueOf(viewProperties, itemProperties, name, *listView(), [&] {
         if (!argument.isValid())
             typeError("string");
         const QString text = compat::textOf(argument);

@@ -4,13 +4,12 @@
 #include "compat/variant.h"
 #include "proxies/views/itemproperties.h"
 #include "proxies/views/itemtext.h"
+#include "proxies/views/sections.h"
 #include "proxy/textparts.h"
 
 #include <QTableWidget>
 
 namespace {
-
-using Subject = ItemViewProperty::Subject;
 
 const char missingCellMessage[] = "Missing item cell";
 const char syntaxMessage[] = "Syntax Error, format \"%%r:%%c\" expected";
@@ -18,77 +17,47 @@ const char notEnabledMessage[] = "table is not enabled";
 const char noFocusMessage[] = "Oops, cant set the focus to the table";
 const char invalidIntegerMessage[] = "Invalid integer";
 
-// What the messages about rows and about columns say.
-struct SectionMessages
-{
-    const char* ambiguous;
-    const char* unknown;
-    const char* outOfRange;
-    const char* hidden;
-    const char* missingNumber;
-    const char* headerOutOfRange;
-};
+const PerHeader<const char*> ambiguousMessages
+    = {"Same row name at row %d and %d", "Same column name at column %d and %d"};
+const PerHeader<const char*> unknownMessages = {"Row %s not found", "Column %s not found"};
+const PerHeader<const char*> outOfRangeMessages
+    = {"Invalid row %d is out of range [1, %d]", "Invalid column %d is out of range [1, %d]"};
+const PerHeader<const char*> hiddenMessages = {"row %d is hidden", "column %d is hidden"};
+const PerHeader<const char*> missingNumberMessages = {"Missing row number", "Missing column number"};
+// "col" where all others have "column": tests compare the text.
+const PerHeader<const char*> headerOutOfRangeMessages
+    = {"Invalid row %d is out of range [1, %d]", "Invalid col %d is out of range [1, %d]"};
 
-const SectionMessages rowMessages = {
-    "Same row name at row %d and %d",
-    "Row %s not found",
-    "Invalid row %d is out of range [1, %d]",
-    "row %d is hidden",
-    "Missing row number",
-    "Invalid row %d is out of range [1, %d]",
-};
-
-const SectionMessages columnMessages = {
-    "Same column name at column %d and %d", "Column %s not found", "Invalid column %d is out of range [1, %d]",
-    "column %d is hidden", "Missing column number",
-    "Invalid col %d is out of range [1, %d]", // "col" in this one only, which is intended
-};
-
-const SectionMessages& messages(Qt::Orientation header)
-{
-    return header == Qt::Vertical ? rowMessages : columnMessages;
-}
-
-QVariant rowCount(const QAbstractItemView& view, const QModelIndex&)
+QVariant rowCount(const QAbstractItemView& view)
 {
     return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).rowCount() : rowCountUnderRoot(view);
 }
 
-QVariant columnCount(const QAbstractItemView& view, const QModelIndex&)
+QVariant columnCount(const QAbstractItemView& view)
 {
     return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).columnCount()
                                          : columnCountUnderRoot(view);
 }
 
-int sectionCount(const QAbstractItemView& view, Qt::Orientation header)
-{
-    return header == Qt::Vertical ? rowCountUnderRoot(view) : columnCountUnderRoot(view);
-}
-
-const ItemViewProperty rows[] = {
-    {"rowCount", Subject::View, rowCount},
-    {"columnCount", Subject::View, columnCount},
-    {"currentRow", Subject::View,
-        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant { return view.currentIndex().row() + 1; }},
-    {"currentColumn", Subject::View,
-        [](const QAbstractItemView& view, const QModelIndex&) -> QVariant { return view.currentIndex().column() + 1; }},
-    {"itemText", Subject::Item,
-        [](const QAbstractItemView&, const QModelIndex& cell) -> QVariant { return displayText(cell); }},
-};
-constexpr ItemViewProperties properties(rows);
-
-struct HeaderProperty
-{
-    const char* name;
-    Qt::Orientation header;
+const ViewProperty viewProperties[] = {
+    {"rowCount", rowCount},
+    {"columnCount", columnCount},
+    {"currentRow", [](const QAbstractItemView& view) -> QVariant { return view.currentIndex().row() + 1; }},
+    {"currentColumn", [](const QAbstractItemView& view) -> QVariant { return view.currentIndex().column() + 1; }},
 };
 
-const HeaderProperty headerProperties[] = {
-    {"rowHeaderText", Qt::Vertical},
-    {"columnHeaderText", Qt::Horizontal},
+const ItemProperty itemProperties[] = {
+    {"itemText", [](const QAbstractItemView&, const QModelIndex& cell) -> QVariant { return displayText(cell); }},
 };
 
 } // namespace
+
+const PseudoProperty<STQTable&, const QVariant&> STQTable::headerProperties[] = {
+    {"rowHeaderText",
+        [](STQTable& table, const QVariant& argument) { return table.headerTextAt(Qt::Vertical, argument); }},
+    {"columnHeaderText",
+        [](STQTable& table, const QVariant& argument) { return table.headerTextAt(Qt::Horizontal, argument); }},
+};
 
 void STQTable::activate(const QVariant& value, const QVariant&)
 {
@@ -180,14 +149,14 @@ int STQTable::resolveSection(Qt::Orientation header, const QString& text, Hidden
     if (named >= 0) {
         const int second = findSection(header, text, hidden, named + 1);
         if (second >= 0)
-            raiseError(messages(header).ambiguous, named + 1, second + 1);
+            raiseError(ambiguousMessages[header], named + 1, second + 1);
         return named;
     }
     bool ok = false;
     const int number = compat::toInt(text, &ok);
     if (!ok)
-        raiseError(messages(header).unknown, text);
-    requireInRange(number, header, messages(header).outOfRange);
+        raiseError(unknownMessages[header], text);
+    requireInRange(number, header, outOfRangeMessages[header]);
     return number - 1;
 }
 
@@ -196,7 +165,7 @@ int STQTable::findSection(Qt::Orientation header, const QString& text, HiddenSec
     const QTableView* table = tableView();
     if (!table->model())
         return -1;
-    const int count = sectionCount(*table, header);
+    const int count = sectionCountUnderRoot(*table, header);
     int section = findHeaderText(*table->model(), header, text, from, count);
     while (section >= 0 && hidden == HiddenSections::Skipped && isHidden(header, section))
         section = findHeaderText(*table->model(), header, text, section + 1, count);
@@ -205,7 +174,7 @@ int STQTable::findSection(Qt::Orientation header, const QString& text, HiddenSec
 
 void STQTable::requireInRange(int number, Qt::Orientation header, const char* errorMessage)
 {
-    const int count = sectionCount(*tableView(), header);
+    const int count = sectionCountUnderRoot(*tableView(), header);
     if (number < 1 || number > count)
         raiseError(errorMessage, number, count);
 }
@@ -219,26 +188,21 @@ bool STQTable::isHidden(Qt::Orientation header, int section)
 void STQTable::requireShown(Qt::Orientation header, int section)
 {
     if (isHidden(header, section))
-        raiseError(messages(header).hidden, section + 1);
+        raiseError(hiddenMessages[header], section + 1);
 }
 
 QStringList STQTable::pseudoPropertyNames()
 {
-    QStringList names = properties.names();
-    for (const HeaderProperty& property : headerProperties)
-        names.append(QLatin1String(property.name));
-    return names;
+    return namesOf(viewProperties) + namesOf(itemProperties) + namesOf(headerProperties);
 }
 
 QVariant STQTable::pseudoProperty(const char* name, const QVariant& argument)
 {
-    for (const HeaderProperty& property : headerProperties) {
-        if (qstrcmp(property.name, name) == 0)
-            return headerTextAt(property.header, argument);
-    }
-    if (!properties.find(name))
+    if (rowOf(headerProperties, name))
+        return valueOf(headerProperties, name, *this, argument);
+    if (!rowOf(viewProperties, name) && !rowOf(itemProperties, name))
         return QVariant();
-    return properties.read(name, *tableView(), [&] {
+    return valueOf(viewProperties, itemProperties, name, *tableView(), [&] {
         const Cell cell = resolveCell(argument, HiddenSections::Skipped);
         return tableView()->model()->index(cell.row, cell.column, tableView()->rootIndex());
     });
@@ -247,7 +211,7 @@ QVariant STQTable::pseudoProperty(const char* name, const QVariant& argument)
 QVariant STQTable::headerTextAt(Qt::Orientation header, const QVariant& argument)
 {
     if (!argument.isValid())
-        raiseError(messages(header).missingNumber);
+        raiseError(missingNumberMessages[header]);
     const int type = compat::typeOf(argument);
     if (type != QMetaType::QString && type != QMetaType::Int)
         typeError("string, int");
@@ -255,7 +219,7 @@ QVariant STQTable::headerTextAt(Qt::Orientation header, const QVariant& argument
     const int number = argument.toInt(&ok);
     if (!ok)
         raiseError(invalidIntegerMessage);
-    requireInRange(number, header, messages(header).headerOutOfRange);
+    requireInRange(number, header, headerOutOfRangeMessages[header]);
     requireShown(header, number - 1);
     return headerText(*tableView()->model(), number - 1, header);
 }

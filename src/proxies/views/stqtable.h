@@ -1,6 +1,7 @@
 #pragma once
 
 #include "proxies/views/itemviewproxy.h"
+#include "proxy/pseudoproperties.h"
 
 class QTableView;
 
@@ -21,6 +22,8 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
+    static const PseudoProperty<STQTable&, const QVariant&> headerProperties[2];
+
     enum class HiddenSections { Named, Skipped };
     struct Cell
     {

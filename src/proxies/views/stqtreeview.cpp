@@ -1,7 +1,9 @@
 #include "proxies/views/stqtreeview.h"
 
 #include "compat/variant.h"
+#include "proxies/views/itemproperties.h"
 #include "proxies/views/itemtext.h"
+#include "proxies/views/sections.h"
 #include "proxies/views/treeitempath.h"
 #include "proxies/views/treeproperties.h"
 #include "proxy/textparts.h"
@@ -179,12 +181,12 @@ void STQTreeView::mouseAction(const QVariant& command)
 
 QStringList STQTreeView::pseudoPropertyNames()
 {
-    return treeProperties.names();
+    return treePropertyNames();
 }
 
 QVariant STQTreeView::pseudoProperty(const char* name, const QVariant& argument)
 {
-    return treeProperties.read(name, *treeView(), [&] {
+    return treeProperty(name, *treeView(), [&] {
         if (!argument.isValid())
             raiseError(missingPathMessage);
         if (compat::typeOf(argument) != QMetaType::QString)

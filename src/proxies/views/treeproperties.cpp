@@ -1,6 +1,8 @@
 #include "proxies/views/treeproperties.h"
 
+#include "proxies/views/itemproperties.h"
 #include "proxies/views/itemtext.h"
+#include "proxies/views/sections.h"
 #include "proxies/views/treeitempath.h"
 
 #include <QHeaderView>
@@ -8,14 +10,12 @@
 
 namespace {
 
-using Subject = ItemViewProperty::Subject;
-
 const QTreeView& tree(const QAbstractItemView& view)
 {
     return static_cast<const QTreeView&>(view);
 }
 
-QVariant columnTextList(const QAbstractItemView& view, const QModelIndex&)
+QVariant columnTextList(const QAbstractItemView& view)
 {
     const QHeaderView* header = tree(view).header();
     QStringList texts;
@@ -27,25 +27,25 @@ QVariant columnTextList(const QAbstractItemView& view, const QModelIndex&)
     return texts;
 }
 
-QVariant currentPath(const QAbstractItemView& view, const QModelIndex&)
+QVariant currentPath(const QAbstractItemView& view)
 {
     return itemPathOf(tree(view), view.currentIndex());
 }
 
-QVariant columnCount(const QAbstractItemView& view, const QModelIndex&)
+QVariant columnCount(const QAbstractItemView& view)
 {
     return view.inherits("QTreeWidget") ? static_cast<const QTreeWidget&>(view).columnCount()
                                         : columnCountUnderRoot(view);
 }
 
-QVariant topLevelItemCount(const QAbstractItemView& view, const QModelIndex&)
+QVariant topLevelItemCount(const QAbstractItemView& view)
 {
     // A tree widget whose model the application has deleted does not stand the question.
     return view.model() && view.inherits("QTreeWidget") ? static_cast<const QTreeWidget&>(view).topLevelItemCount()
                                                         : rowCountUnderRoot(view);
 }
 
-QVariant pathList(const QAbstractItemView& view, const QModelIndex&)
+QVariant pathList(const QAbstractItemView& view)
 {
     return treeItemPaths(tree(view));
 }
@@ -75,24 +75,35 @@ QVariant itemTextList(const QAbstractItemView& view, const QModelIndex& item)
     return texts;
 }
 
-const ItemViewProperty rows[] = {
-    {"columnTextList", Subject::View, columnTextList},
-    {"currentPath", Subject::View, currentPath},
-    {"columnCount", Subject::View, columnCount},
-    {"topLevelItemCount", Subject::View, topLevelItemCount},
-    {"pathList", Subject::View, pathList},
-    {"itemPath", Subject::Item, itemPath},
-    {"itemIsEnabled", Subject::Item, itemIsEnabled},
-    {"itemIsSelectable", Subject::Item, itemIsSelectable},
-    {"itemIsSelected", Subject::Item, itemIsSelected},
-    {"itemIsCheckable", Subject::Item, itemIsCheckable},
-    {"itemIsChecked", Subject::Item, itemIsChecked},
-    {"itemIsEnabled", Subject::Item, itemIsEnabled}, // twice in the list of names, which is intended
-    {"itemIsExpandable", Subject::Item, itemIsExpandable},
-    {"itemIsOpen", Subject::Item, itemIsOpen},
-    {"itemTextList", Subject::Item, itemTextList},
+const ViewProperty viewProperties[] = {
+    {"columnTextList", columnTextList},
+    {"currentPath", currentPath},
+    {"columnCount", columnCount},
+    {"topLevelItemCount", topLevelItemCount},
+    {"pathList", pathList},
+};
+
+const ItemProperty itemProperties[] = {
+    {"itemPath", itemPath},
+    {"itemIsEnabled", itemIsEnabled},
+    {"itemIsSelectable", itemIsSelectable},
+    {"itemIsSelected", itemIsSelected},
+    {"itemIsCheckable", itemIsCheckable},
+    {"itemIsChecked", itemIsChecked},
+    {"itemIsEnabled", itemIsEnabled}, // listed twice: tests compare the whole list of names
+    {"itemIsExpandable", itemIsExpandable},
+    {"itemIsOpen", itemIsOpen},
+    {"itemTextList", itemTextList},
 };
 
 } // namespace
 
-const ItemViewProperties treeProperties(rows);
+QStringList treePropertyNames()
+{
+    return namesOf(viewProperties) + namesOf(itemProperties);
+}
+
+QVariant treeProperty(const char* name, const QTreeView& view, const std::function<QModelIndex()>& findItem)
+{
+    return valueOf(viewProperties, itemProperties, name, view, findItem);
+}

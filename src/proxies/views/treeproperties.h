@@ -1,6 +1,13 @@
 #pragma once
 
-#include "proxies/views/itemproperties.h"
+#include <QtCore/QModelIndex>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
 
-// The pseudo-properties of tree views.
-extern const ItemViewProperties treeProperties;
+#include <functional>
+
+class QTreeView;
+
+// The pseudo-properties of tree views: their names, and the value of one. For `findItem` see itemproperties.h.
+QStringList treePropertyNames();
+QVariant treeProperty(const char* name, const QTreeView& view, const std::function<QModelIndex()>& findItem);
