@@ -2,13 +2,13 @@
 
 #include "compat/export.h"
 
-#include <QtCore/QBasicTimer>
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtNetwork/QTcpSocket>
 
 #include <memory>
 
+class RequestLoop;
 class STApplicationProxy;
 
 namespace compat {
@@ -39,7 +39,6 @@ public:
 
 protected:
     bool event(QEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
 
 private Q_SLOTS:
     void socketConnected();
@@ -47,27 +46,13 @@ private Q_SLOTS:
     void socketError(QAbstractSocket::SocketError error);
 
 private:
-    void executeRequests();
-    bool takeRequest(QByteArray& request);
-    bool isServerBehind();
-    void startPause();
-
     STApplicationProxy* applicationProxy = nullptr;
     // -1: no hook of an outside tool; 0: its library is loaded; else the port on which it listens.
     qint32 hookPort = -1;
     // Not the agent's: it outlives the agent, and is deleted when the application quits.
     LmSquishProxy::CPyTestProxy* scriptProxy = nullptr;
     QString buildTag;
-    // What has arrived of a request whose end has not.
-    QByteArray incomplete;
-    // A command is on the stack; it may run an event loop.
-    bool isExecuting = false;
-    // To be deleted when that command has its reply.
-    bool isRetired = false;
-    // So many replies are unread that the next request waits until some have been written.
-    bool awaitsServer = false;
-    // Runs between two slices of many requests, while the application has its turn.
-    QBasicTimer pause;
+    std::unique_ptr<RequestLoop> requests;
     // While the connection is open, where it is needed.
     std::unique_ptr<compat::IdleSocketFilter> idleSocketFilter;
 };

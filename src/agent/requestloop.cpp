@@ -1,0 +1,144 @@
+#include "agent/requestloop.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+#include <QtCore/QTimerEvent>
+#include <QtNetwork/QAbstractSocket>
+
+namespace {
+
+// Read-ahead limit; beyond it TCP makes the server wait.
+const int readAheadBytes = 64 * 1024;
+// A slice lasts about a frame of the application. The pause is not zero, for timers of zero wait until the application
+// has nothing else to do.
+const int sliceMilliseconds = 10;
+const int pauseMilliseconds = 1;
+
+// Has a loop execute what has arrived. An application may remove all posted events, also those of others: the loop then
+// gets another one.
+class TurnEvent : public QEvent
+{
+public:
+    explicit TurnEvent(RequestLoop* receiver)
+        : QEvent(eventType())
+        , loop(receiver)
+    {
+    }
+
+    ~TurnEvent() override
+    {
+        if (loop && !isDelivered && QCoreApplication::instance())
+            QTimer::singleShot(pauseMilliseconds, loop.data(), SLOT(schedule()));
+    }
+
+    Q_DISABLE_COPY(TurnEvent)
+
+    static Type eventType()
+    {
+        static const int registered = registerEventType();
+        return static_cast<Type>(registered);
+    }
+
+    bool isDelivered = false;
+
+private:
+    const QPointer<RequestLoop> loop;
+};
+
+} // namespace
+
+RequestLoop::RequestLoop(QAbstractSocket& connection, const Execute& executeRequest)
+    : socket(connection)
+    , execute(executeRequest)
+    , reader(connection)
+{
+    socket.setReadBufferSize(readAheadBytes);
+    connect(&reader, SIGNAL(resumable()), SLOT(schedule()));
+}
+
+// Nothing is executed here: a command runs the application's code, which may delete the socket, and Qt, which has emitted
+// one of its signals, goes on with it afterwards. An object may die in its own event.
+void RequestLoop::schedule()
+{
+    if (state == State::Idle)
+        QCoreApplication::postEvent(this, new TurnEvent(this));
+}
+
+void RequestLoop::deleteSocketAfterReply()
+{
+    state = State::Ending;
+}
+
+bool RequestLoop::event(QEvent* event)
+{
+    if (event->type() != TurnEvent::eventType())
+        return QObject::event(event);
+    static_cast<TurnEvent*>(event)->isDelivered = true;
+    if (state == State::Idle)
+        runSlice();
+    return true;
+}
+
+void RequestLoop::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != pause.timerId())
+        return;
+    pause.stop();
+    socket.setReadBufferSize(readAheadBytes);
+    state = State::Idle;
+    runSlice();
+}
+
+void RequestLoop::runSlice()
+{
+    const QPointer<RequestLoop> self(this);
+    const Execute executeRequest = execute; // the loop, and its function, may be deleted by a request
+    state = State::Executing;
+    QElapsedTimer slice;
+    slice.start();
+    QByteArray request;
+    while (takeRequest(request)) {
+        const QByteArray reply = executeRequest(request) + '\n';
+        if (!self)
+            return;
+        // A request that comes after the reply waits for the event loop: the application first handles the events that
+        // the command has posted.
+        const bool isLast = socket.bytesAvailable() == 0;
+        writeReply(reply);
+        if (!self)
+            return;
+        if (isLast)
+            break;
+        if (slice.hasExpired(sliceMilliseconds))
+            startPause();
+    }
+    if (state == State::Ending)
+        delete &socket;
+    else if (state == State::Executing)
+        state = State::Idle;
+}
+
+bool RequestLoop::takeRequest(QByteArray& request)
+{
+    return state == State::Executing && reader.take(request);
+}
+
+void RequestLoop::writeReply(const QByteArray& reply)
+{
+    if (!socket.isOpen())
+        return;
+    socket.write(reply);
+    socket.flush();
+}
+
+void RequestLoop::startPause()
+{
+    if (state != State::Executing || !socket.isOpen() || socket.bytesAvailable() == 0)
+        return;
+    // Nothing is read meanwhile, not even that the server has ended: that would discard the requests that are here.
+    socket.setReadBufferSize(socket.bytesAvailable());
+    pause.start(pauseMilliseconds, this);
+    state = State::Paused;
+}

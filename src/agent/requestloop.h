@@ -1,0 +1,58 @@
+#pragma once
+
+#include "agent/requestreader.h"
+
+#include <QtCore/QBasicTimer>
+#include <QtCore/QElapsedTimer>
+
+#include <functional>
+
+class QAbstractSocket;
+
+// Has the requests that arrive at a socket executed one after the other, and writes their replies. It works in the event
+// loop of its thread: requests that arrive together are executed in slices, between which the application has its turn.
+class RequestLoop : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Returns the reply to a request, both without line end. It may run an event loop, and delete the socket and the loop.
+    using Execute = std::function<QByteArray(const QByteArray& request)>;
+
+    // The socket is not owned, but see deleteSocketAfterReply(). The loop must not outlive it.
+    RequestLoop(QAbstractSocket& connection, const Execute& executeRequest);
+
+    // A request is on the stack.
+    bool isExecuting() const { return state == State::Executing || state == State::Ending; }
+    // While a request is on the stack: no other one is executed, and the socket is deleted when this one has its reply.
+    void deleteSocketAfterReply();
+    // Forgets what has arrived of a request whose end has not.
+    void clear() { reader.clear(); }
+
+public Q_SLOTS:
+    // Has the event loop execute what has arrived.
+    void schedule();
+
+protected:
+    bool event(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    enum class State {
+        Idle,
+        Executing, // a request, which may run an event loop: what arrives there is executed after it
+        Ending, // the same, and the socket goes with its reply
+        Paused, // between two slices
+    };
+
+    void runSlice();
+    bool takeRequest(QByteArray& request);
+    void writeReply(const QByteArray& reply);
+    void startPause();
+
+    QAbstractSocket& socket;
+    const Execute execute;
+    RequestReader reader;
+    State state = State::Idle;
+    QBasicTimer pause;
+};

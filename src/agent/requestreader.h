@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QIODevice>
+#include <QtCore/QObject>
+
+// Cuts what arrives at a device into requests, which are lines, and hands out no more of them while the other side leaves
+// its replies unread. Knows nothing of what requests mean.
+class RequestReader : public QObject
+{
+    Q_OBJECT
+
+public:
+    // A longer request, with its line end, closes the device, for it may have no end at all. A text of eight million
+    // characters is shorter.
+    static const int longestRequestBytes = 16 * 1024 * 1024;
+    // While more than that is still to be written to the device, no request is taken: each has its reply, and all of them
+    // would be kept in the application's memory.
+    static const int mostUnreadReplyBytes = 4 * 1024 * 1024;
+
+    // The device is not owned.
+    explicit RequestReader(QIODevice& source);
+
+    // Takes the next complete request, without its line end. False when there is none yet, or none may be taken now.
+    bool take(QByteArray& request);
+    // Forgets what has arrived of a request whose end has not.
+    void clear();
+
+Q_SIGNALS:
+    // Some replies have been written, after requests were held back for that.
+    void resumable();
+
+private:
+    void readOn();
+    void updateBackpressure();
+
+    QIODevice& device;
+    QByteArray incomplete;
+    bool isThrottled = false;
+};
