@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QtCore/QString>
-
-#include <vector>
+#include "identify/pathfit.h"
 
 class QObject;
-class QWidget;
-class WidgetPath;
+struct Derivation;
 
 // The search for all widgets with a name, in one walk, where QObject::findChildren() would take one for object names and
 // one for derived names. The walk reads each object name once, and keeps those on the way from the top to where it is.
@@ -35,21 +32,11 @@ protected:
     bool pathFitsFound(const WidgetPath& path) const;
 
 private:
-    struct Level
-    {
-        // Makes the name in its place: a QString of Qt 4 cannot be moved, and a copy costs as much as a comparison.
-        explicit Level(QWidget* wantedWidget);
-
-        QWidget* widget;
-        QString objectName;
-    };
-    class LevelChain;
-
     void searchBelow(const QObject* parent);
-    bool isDerivedName(const Level& level) const;
+    bool isDerivedName(const NamedWidget& candidate) const;
 
     const QString name;
-    bool (*hasDerivedStem)(const QObject* object, const QString& stem) = nullptr;
-    QString stem; // the name without the suffix of derived names
-    std::vector<Level> levels; // from the top to where the walk is
+    const Derivation* const derivation; // of the name, if it can be a derived one
+    QString stem; // the name without its suffix then
+    std::vector<NamedWidget> lineage; // from the top to where the walk is
 };

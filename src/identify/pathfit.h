@@ -1,27 +1,25 @@
 #pragma once
 
-#include "identify/widgetpath.h"
+#include <QtCore/QString>
 
-// Whether a widget path fits a chain of widgets. The chain stands on the widget, and goes up to its top:
-//   bool isNamed(const QString& name)   whether that is the name of where it stands
-//   bool isTop()                        whether it stands on the last widget that the path may name
-//   void goUp()                         to the parent
-template <class Chain>
-bool pathFits(Chain chain, const WidgetPath& path)
+#include <vector>
+
+class QWidget;
+class WidgetPath;
+
+// A widget and its object name, which is read once however many paths it is compared with.
+struct NamedWidget
 {
-    for (std::size_t fromEnd = 0;; ++fromEnd) {
-        const WidgetPath::Step& step = path.step(fromEnd);
-        if (step.name.isEmpty())
-            return true;
-        while (!chain.isNamed(step.name)) {
-            if (!step.isAfterGap || chain.isTop())
-                return false;
-            chain.goUp();
-        }
-        if (step.isOutermost)
-            return true;
-        if (chain.isTop())
-            return false;
-        chain.goUp();
-    }
-}
+    // Makes the name in its place: a QString of Qt 4 cannot be moved, and a copy costs as much as a comparison.
+    explicit NamedWidget(const QWidget* namedWidget);
+
+    // Whether getName() gives it that name.
+    bool isNamed(const QString& name) const;
+
+    const QWidget* widget;
+    QString objectName;
+};
+
+// Whether a path fits the last of some widgets and those before it. Each is the parent of the next one; the first is the
+// last that the path may name.
+bool pathFits(const std::vector<NamedWidget>& lineage, const WidgetPath& path);

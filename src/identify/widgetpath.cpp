@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <algorithm>
+
 namespace {
 
 const QLatin1Char separator('/');
@@ -15,25 +17,6 @@ QString part(const QString& text, int begin, int end)
 {
     return QString::fromRawData(text.constData() + begin, end - begin);
 }
-
-// The chain of a widget and its parents.
-class ParentChain
-{
-public:
-    ParentChain(const QWidget* widget, const QWidget* topWidget)
-        : current(widget)
-        , top(topWidget)
-    {
-    }
-
-    bool isNamed(const QString& name) const { return hasName(current, name); }
-    bool isTop() const { return current == top; }
-    void goUp() { current = current->parentWidget(); }
-
-private:
-    const QWidget* current;
-    const QWidget* top;
-};
 
 class CandidateList : public NameSearch
 {
@@ -97,5 +80,9 @@ void widgetList(QList<QWidget*>& result, QWidget* parent, const QString& name)
 
 bool checkPath(const QWidget* widget, const QWidget* top, const WidgetPath& path)
 {
-    return pathFits(ParentChain(widget, top), path);
+    std::vector<NamedWidget> lineage;
+    for (const QWidget* ancestor = widget; ancestor; ancestor = ancestor == top ? nullptr : ancestor->parentWidget())
+        lineage.emplace_back(ancestor);
+    std::reverse(lineage.begin(), lineage.end());
+    return pathFits(lineage, path);
 }

@@ -1,5 +1,7 @@
 #include "identify/objectname.h"
 
+#include "identify/syntheticname.h"
+
 #include <QAction>
 #include <QCheckBox>
 #include <QInputDialog>

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QtCore/QString>
+
+// Turns a label into an identifier: "&Save as..." becomes "SaveAs...". The text without any letter becomes the one
+// character U+0000, never the empty text.
+QString syntheticName(QString text);
+
+// Whether syntheticName() makes that name of the text, told without making it where the text is ASCII.
+bool isSyntheticName(const QString& text, const QString& name);
