@@ -48,21 +48,21 @@ struct Row
     Sample sample;
     const char* path; // %1: the last number there is, widgetsPerNumber and all
     int widgetsPerNumber;
-    LookupError outcome;
+    identify::LookupError outcome;
     AskQt askQt;
 };
 
 const Row rows[] = {
-    {"find_name", Sample::Named, "button%1", 0, NoError, nullptr},
-    {"find_nothing", Sample::Named, "none", 0, WidgetNotFoundError, nullptr},
-    {"find_parent_path", Sample::Named, "group0/button9", 0, NoError, nullptr},
-    {"find_deep_path", Sample::Nested, "window/chain%1//level8/leaf", 10, NoError, nullptr},
-    {"find_ambiguous", Sample::Nested, "leaf", 10, WidgetAmbiguousError, nullptr},
-    {"find_twins", Sample::Twins, "twin", 0, WidgetAmbiguousError, nullptr},
-    {"find_unnamed", Sample::Unnamed, "unnamed", 0, WidgetNotFoundError, askTexts},
-    {"find_dialog_button", Sample::Unnamed, "ChooseItem%1..._dialog_button", 0, NoError, askTexts},
-    {"find_action_button", Sample::Actions, "action%1_action_button", 0, NoError, askActions},
-    {"find_dialog_part", Sample::Unnamed, "QLineEdit__widget__", 0, WidgetNotFoundError, askParents},
+    {"find_name", Sample::Named, "button%1", 0, identify::NoError, nullptr},
+    {"find_nothing", Sample::Named, "none", 0, identify::WidgetNotFoundError, nullptr},
+    {"find_parent_path", Sample::Named, "group0/button9", 0, identify::NoError, nullptr},
+    {"find_deep_path", Sample::Nested, "window/chain%1//level8/leaf", 10, identify::NoError, nullptr},
+    {"find_ambiguous", Sample::Nested, "leaf", 10, identify::WidgetAmbiguousError, nullptr},
+    {"find_twins", Sample::Twins, "twin", 0, identify::WidgetAmbiguousError, nullptr},
+    {"find_unnamed", Sample::Unnamed, "unnamed", 0, identify::WidgetNotFoundError, askTexts},
+    {"find_dialog_button", Sample::Unnamed, "ChooseItem%1..._dialog_button", 0, identify::NoError, askTexts},
+    {"find_action_button", Sample::Actions, "action%1_action_button", 0, identify::NoError, askActions},
+    {"find_dialog_part", Sample::Unnamed, "QLineEdit__widget__", 0, identify::WidgetNotFoundError, askParents},
 };
 
 int lastNumber(const Row& row, int size)
@@ -81,9 +81,9 @@ Measured makeOurs(const Row& row, int size)
 {
     QWidget& window = sampleWindow(row.sample, size);
     const QString path = pathIn(row, size);
-    const LookupError outcome = row.outcome;
+    const identify::LookupError outcome = row.outcome;
     return [&window, path, outcome] {
-        if (findWidget(&window, WidgetPath(path)).error != outcome)
+        if (identify::findWidget(&window, identify::WidgetPath(path)).error != outcome)
             qFatal("%s has another outcome", qPrintable(path));
     };
 }
@@ -91,8 +91,10 @@ Measured makeOurs(const Row& row, int size)
 Measured makeFloor(const Row& row, int size)
 {
     const QWidget& window = sampleWindow(row.sample, size);
-    const WidgetPath path(pathIn(row, size));
-    return [&window, path] { benchmark::DoNotOptimize(window.findChildren<QWidget*>(searchName(path.lastElement()))); };
+    const identify::WidgetPath path(pathIn(row, size));
+    return [&window, path] {
+        benchmark::DoNotOptimize(window.findChildren<QWidget*>(identify::searchName(path.lastElement())));
+    };
 }
 
 MakeMeasured qtPart(const Row& row)

@@ -17,7 +17,7 @@ Measured makeOurs(int size)
     sampleWindow(Sample::Named, size);
     const auto registry = std::make_shared<STApplicationProxy>();
     return [registry] {
-        const QByteArray reply = executeCommand("2,Sample", *registry);
+        const QByteArray reply = agent::executeCommand("2,Sample", *registry);
         if (!reply.startsWith("0,l:"))
             qFatal("%s", reply.constData());
         bytesPerRun = static_cast<int>(reply.size());

@@ -12,6 +12,8 @@
 #include <QVariant>
 #include <QWidget>
 
+namespace agent {
+
 namespace {
 
 QVariant typedValue(const Request& request, int section)
@@ -26,14 +28,14 @@ Access widgetIn(const Access& window, const Request& request, FocusWidgetElement
 {
     if (!window.widget)
         return window;
-    const WidgetPath path(request.text(2));
-    WidgetLookup lookup;
-    if (path.lastElement() == activePopupWidget)
-        lookup = currentWidget(QApplication::activePopupWidget());
-    else if (path.lastElement() == focusWidget && focusElement == FocusWidgetElement::Special)
-        lookup = currentWidget(QApplication::focusWidget());
+    const identify::WidgetPath path(request.text(2));
+    identify::WidgetLookup lookup;
+    if (path.lastElement() == identify::activePopupWidget)
+        lookup = identify::currentWidget(QApplication::activePopupWidget());
+    else if (path.lastElement() == identify::focusWidget && focusElement == FocusWidgetElement::Special)
+        lookup = identify::currentWidget(QApplication::focusWidget());
     else
-        lookup = findWidget(window.widget, path);
+        lookup = identify::findWidget(window.widget, path);
     return oneWidget(lookup, request.section(2));
 }
 
@@ -90,3 +92,5 @@ QByteArray readProperty(const Request& request, STApplicationProxy& registry)
     const QVariant argument = stringFromText(request.text(5));
     return replyForValue(registry.property(access.widget, request.text(3), request.text(4), argument));
 }
+
+} // namespace agent

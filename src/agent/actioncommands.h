@@ -2,8 +2,11 @@
 
 #include <QtCore/QByteArray>
 
-class Request;
 class STApplicationProxy;
+
+namespace agent {
+
+class Request;
 
 // The commands on one widget. Sections 1 to 3 are window, path and class (the class under which the widget is to be
 // served; empty for its own). The acting ones reply with the class under which it was served. A last path element
@@ -18,3 +21,5 @@ QByteArray mouseWidget(const Request& request, STApplicationProxy& registry);
 // Section 4: property name, section 5: argument, "s:" and text; not in hexadecimal. Works behind popups and modal
 // widgets. Replies with the value.
 QByteArray readProperty(const Request& request, STApplicationProxy& registry);
+
+} // namespace agent

@@ -2,6 +2,8 @@
 
 #include <QtCore/QMap>
 
+namespace agent {
+
 QString composeBuildTag()
 {
     const int compilerVersion = 1900;
@@ -13,3 +15,5 @@ QString composeBuildTag()
     return QLatin1String("qt") + QString::fromLatin1("4.8.6").remove(QLatin1Char('.')) + suffixes.value(compilerVersion)
         + QLatin1String("_x64");
 }
+
+} // namespace agent

@@ -6,6 +6,8 @@
 #include "agent/windowcommands.h"
 #include "proxy/sterror.h"
 
+namespace agent {
+
 namespace {
 
 struct CommandRow
@@ -52,3 +54,5 @@ QByteArray executeCommand(const QByteArray& line, STApplicationProxy& registry)
         return "8,Exception : Unknown exception";
     }
 }
+
+} // namespace agent

@@ -25,6 +25,8 @@
 
 #include <algorithm>
 
+namespace agent {
+
 namespace {
 
 // Inner parts of composite widgets: a test is told the composite.
@@ -56,7 +58,7 @@ QWidget* compositeOf(QWidget* widget)
     if (!parent)
         return widget;
     for (const CompositePart& part : compositeParts) {
-        if (isA(widget, part.partClass) && parent->inherits(part.compositeClass))
+        if (identify::isA(widget, part.partClass) && parent->inherits(part.compositeClass))
             return parent;
     }
     return widget;
@@ -66,10 +68,10 @@ QWidget* compositeOf(QWidget* widget)
 QString pathFromWindow(const QWidget* widget)
 {
     const QWidget* window = widget->window();
-    QString path = getName(widget);
+    QString path = identify::getName(widget);
     while (widget != window) {
         widget = widget->parentWidget();
-        path.prepend(getName(widget) + QLatin1Char('/'));
+        path.prepend(identify::getName(widget) + QLatin1Char('/'));
     }
     return path;
 }
@@ -108,7 +110,7 @@ QByteArray windowTree(const Request& request, STApplicationProxy&)
         return window.refusal;
     QString reply = QLatin1String("0,l:");
     QTextStream stream(&reply, QIODevice::Append);
-    widgetTree(window.widget, 0, stream);
+    identify::widgetTree(window.widget, 0, stream);
     stream.flush();
     return reply.toLatin1();
 }
@@ -133,7 +135,7 @@ QByteArray identifyWidgetAtCursor(const Request&, STApplicationProxy& registry)
             + encodehex(QLatin1String("Widget:ActivePopupWidget")).toLatin1();
 
     QList<QWidget*> namesakes;
-    widgetList(namesakes, window, searchName(getName(widget)));
+    identify::widgetList(namesakes, window, identify::searchName(identify::getName(widget)));
     return (QStringList() << QLatin1String("?") << servedClass << QString::number(namesakes.size())
                           << QString::number(visibleCount(namesakes)) << pathFromWindow(widget) << windowName
                           << encodehex(window->windowTitle()))
@@ -146,13 +148,13 @@ QByteArray locateWidget(const Request& request, STApplicationProxy&)
     const Access window = anyWindow(request.section(1));
     if (!window.widget)
         return window.refusal;
-    const WidgetPath path(request.text(2));
-    const QString name = searchName(path.lastElement());
+    const identify::WidgetPath path(request.text(2));
+    const QString name = identify::searchName(path.lastElement());
     QList<QWidget*> candidates = window.widget->findChildren<QWidget*>(name);
     if (window.widget->objectName() == name)
         candidates.append(window.widget);
 
-    const Access found = oneWidget(chooseWidget(candidates, window.widget, path), request.section(2));
+    const Access found = oneWidget(identify::chooseWidget(candidates, window.widget, path), request.section(2));
     if (!found.widget)
         return found.refusal;
     const QPointer<QWidget> widget(found.widget);
@@ -190,3 +192,5 @@ QByteArray locateTrayIcon(const Request& request, STApplicationProxy&)
         return objectReply('7', request, ") visible," + QByteArray::number(count));
     return objectReply('6', request, ") not visible");
 }
+
+} // namespace agent

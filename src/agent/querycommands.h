@@ -2,8 +2,11 @@
 
 #include <QtCore/QByteArray>
 
-class Request;
 class STApplicationProxy;
+
+namespace agent {
+
+class Request;
 
 // The commands that find things. Each returns the reply line.
 
@@ -19,3 +22,5 @@ QByteArray identifyWidgetAtCursor(const Request& request, STApplicationProxy& re
 QByteArray locateWidget(const Request& request, STApplicationProxy& registry);
 // Sections: ignored, object name. The screen rectangle of a tray icon.
 QByteArray locateTrayIcon(const Request& request, STApplicationProxy& registry);
+
+} // namespace agent

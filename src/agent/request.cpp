@@ -1,5 +1,7 @@
 #include "agent/request.h"
 
+namespace agent {
+
 QByteArray Request::section(int index) const
 {
     const char separator = ',';
@@ -19,3 +21,5 @@ QString Request::text(int index) const
     return QString::fromLatin1(
         latin1.constData(), static_cast<int>(latin1.size())); // with the size: a NUL is a character
 }
+
+} // namespace agent

@@ -3,6 +3,8 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
+namespace agent {
+
 // One request line: a command number and sections, separated by commas. A section is cut when it is asked for: a line
 // can hold millions of them, of which a command reads six at most.
 class Request
@@ -25,3 +27,5 @@ public:
 private:
     QByteArray bytes;
 };
+
+} // namespace agent

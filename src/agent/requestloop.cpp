@@ -7,6 +7,8 @@
 #include <QtCore/QTimerEvent>
 #include <QtNetwork/QAbstractSocket>
 
+namespace agent {
+
 namespace {
 
 // Read-ahead limit; beyond it TCP makes the server wait.
@@ -142,3 +144,5 @@ void RequestLoop::startPause()
     pause.start(pauseMilliseconds, this);
     state = State::Paused;
 }
+
+} // namespace agent

@@ -9,6 +9,8 @@
 
 class QAbstractSocket;
 
+namespace agent {
+
 // Has the requests that arrive at a socket executed one after the other, and writes their replies. It works in the event
 // loop of its thread: requests that arrive together are executed in slices, between which the application has its turn.
 class RequestLoop : public QObject
@@ -56,3 +58,5 @@ private:
     State state = State::Idle;
     QBasicTimer pause;
 };
+
+} // namespace agent

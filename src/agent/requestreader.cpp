@@ -1,5 +1,7 @@
 #include "agent/requestreader.h"
 
+namespace agent {
+
 RequestReader::RequestReader(QIODevice& source)
     : device(source)
 {
@@ -47,3 +49,5 @@ void RequestReader::updateBackpressure()
         disconnect(&device, SIGNAL(bytesWritten(qint64)), this, SIGNAL(resumable()));
     isThrottled = isBehind;
 }
+
+} // namespace agent

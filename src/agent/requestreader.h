@@ -4,6 +4,8 @@
 #include <QtCore/QIODevice>
 #include <QtCore/QObject>
 
+namespace agent {
+
 // Cuts what arrives at a device into requests, which are lines, and hands out no more of them while the other side leaves
 // its replies unread. Knows nothing of what requests mean.
 class RequestReader : public QObject
@@ -38,3 +40,5 @@ private:
     QByteArray incomplete;
     bool isThrottled = false;
 };
+
+} // namespace agent

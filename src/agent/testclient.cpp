@@ -28,13 +28,13 @@ TestClient::TestClient()
     connect(this, SIGNAL(connected()), SLOT(socketConnected()));
     connect(this, SIGNAL(readyRead()), SLOT(socketReadyRead()));
     connect(this, compat::socketErrorSignal(), SLOT(socketError(QAbstractSocket::SocketError)));
-    buildTag = composeBuildTag();
-    const TestToolHook hook = prepareTestToolHook(buildTag);
+    buildTag = agent::composeBuildTag();
+    const agent::TestToolHook hook = agent::prepareTestToolHook(buildTag);
     hookPort = hook.port;
     scriptProxy = hook.scriptProxy;
     setProxy(QNetworkProxy::NoProxy); // an application's proxy is no way to the local host
-    requests = std::make_unique<RequestLoop>(
-        *this, [this](const QByteArray& request) { return executeCommand(request, *applicationProxy); });
+    requests = std::make_unique<agent::RequestLoop>(
+        *this, [this](const QByteArray& request) { return agent::executeCommand(request, *applicationProxy); });
     connectToHost(QHostAddress(QHostAddress::LocalHost), serverPort);
     applicationProxy = new STApplicationProxy; // never deleted, see ~TestClient()
 }

@@ -8,8 +8,11 @@
 
 #include <memory>
 
-class RequestLoop;
 class STApplicationProxy;
+
+namespace agent {
+class RequestLoop;
+}
 
 namespace compat {
 class IdleSocketFilter;
@@ -52,7 +55,7 @@ private:
     // Not the agent's: it outlives the agent, and is deleted when the application quits.
     LmSquishProxy::CPyTestProxy* scriptProxy = nullptr;
     QString buildTag;
-    std::unique_ptr<RequestLoop> requests;
+    std::unique_ptr<agent::RequestLoop> requests;
     // While the connection is open, where it is needed.
     std::unique_ptr<compat::IdleSocketFilter> idleSocketFilter;
 };

@@ -9,6 +9,8 @@
 
 #include <cstdlib>
 
+namespace agent {
+
 namespace {
 
 const char prefixVariable[] = "SQUISH_PREFIX";
@@ -68,3 +70,5 @@ TestToolHook prepareTestToolHook(const QString& buildTag)
     hook.port = initializeWrapper(prefix);
     return hook;
 }
+
+} // namespace agent

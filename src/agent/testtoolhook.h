@@ -6,6 +6,8 @@ namespace LmSquishProxy {
 class CPyTestProxy;
 }
 
+namespace agent {
+
 // What makes the application reachable for the test scripts of an outside tool.
 struct TestToolHook
 {
@@ -20,3 +22,5 @@ struct TestToolHook
 // one from now on. What is not there, does not load or refuses leaves the hook out without a word. To be
 // called once, in the GUI thread.
 TestToolHook prepareTestToolHook(const QString& buildTag);
+
+} // namespace agent

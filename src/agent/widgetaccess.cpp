@@ -5,6 +5,8 @@
 
 #include <QApplication>
 
+namespace agent {
+
 namespace {
 
 Access refused(const QByteArray& reply)
@@ -32,7 +34,8 @@ Access notModal(const QByteArray& name)
 Access anyWindow(const QByteArray& name)
 {
     QWidget* window = nullptr;
-    const int count = findWindow(window, QString::fromLatin1(name.constData(), static_cast<int>(name.size())));
+    const int count
+        = identify::findWindow(window, QString::fromLatin1(name.constData(), static_cast<int>(name.size())));
     if (count < 1)
         return refused(reply("2,Window (", name, ") not found"));
     if (count > 1)
@@ -47,10 +50,10 @@ Access reachableWindow(const QByteArray& name, const QWidget* excused)
     const Access access = anyWindow(name);
     if (!access.widget)
         return access;
-    switch (activityError(access.widget, excused)) {
-    case WindowNotActivePopupError:
+    switch (identify::activityError(access.widget, excused)) {
+    case identify::WindowNotActivePopupError:
         return refused(reply("4,Window (", name, ") not active popup"));
-    case WindowNotActiveModalError:
+    case identify::WindowNotActiveModalError:
         return notModal(name);
     default:
         return access;
@@ -64,14 +67,14 @@ Access frontWindow(const QByteArray& name)
     return !access.widget || !modal || access.widget == modal ? access : notModal(name);
 }
 
-Access oneWidget(const WidgetLookup& lookup, const QByteArray& path)
+Access oneWidget(const identify::WidgetLookup& lookup, const QByteArray& path)
 {
     switch (lookup.error) {
-    case WidgetAmbiguousError:
+    case identify::WidgetAmbiguousError:
         return refused(reply("7,Widget (", path, ") visible," + QByteArray::number(lookup.visibleCount)));
-    case WidgetNotVisibleError:
+    case identify::WidgetNotVisibleError:
         return refused(reply("6,Widget (", path, ") not visible"));
-    case WidgetNotFoundError:
+    case identify::WidgetNotFoundError:
         return refused(reply("5,Widget (", path, ") not found"));
     default:
         Access access;
@@ -79,3 +82,5 @@ Access oneWidget(const WidgetLookup& lookup, const QByteArray& path)
         return access;
     }
 }
+
+} // namespace agent

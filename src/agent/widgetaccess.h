@@ -3,7 +3,12 @@
 #include <QtCore/QByteArray>
 
 class QWidget;
+
+namespace identify {
 struct WidgetLookup;
+}
+
+namespace agent {
 
 // A window or widget that a request names, or the reply that says why there is none. Names and paths stand in the
 // replies as the request had them.
@@ -24,4 +29,6 @@ Access reachableWindow(const QByteArray& name, const QWidget* excused);
 Access frontWindow(const QByteArray& name);
 
 // The widget that the lookup of the path found. Refuses with code 5, 6 or 7.
-Access oneWidget(const WidgetLookup& lookup, const QByteArray& path);
+Access oneWidget(const identify::WidgetLookup& lookup, const QByteArray& path);
+
+} // namespace agent

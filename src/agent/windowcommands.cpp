@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QWidget>
 
+namespace agent {
+
 namespace {
 
 // Windowing systems have no larger windows. Qt would try to: it takes memory for every pixel, and dies of having none.
@@ -72,3 +74,5 @@ QByteArray resizeWindow(const Request& request, STApplicationProxy&)
         window->resize(qMin(width, maximumSide), qMin(height, maximumSide));
     });
 }
+
+} // namespace agent

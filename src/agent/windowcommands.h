@@ -2,8 +2,11 @@
 
 #include <QtCore/QByteArray>
 
-class Request;
 class STApplicationProxy;
+
+namespace agent {
+
+class Request;
 
 // The commands on a window as a whole. Each replies with the window's title.
 
@@ -13,3 +16,5 @@ QByteArray checkWindow(const Request& request, STApplicationProxy& registry);
 QByteArray moveWindow(const Request& request, STApplicationProxy& registry);
 // Sections: window, width, height: the new size of what is inside the frame, in pixels.
 QByteArray resizeWindow(const Request& request, STApplicationProxy& registry);
+
+} // namespace agent

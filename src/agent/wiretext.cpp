@@ -1,5 +1,7 @@
 #include "agent/wiretext.h"
 
+namespace agent {
+
 namespace {
 
 // The value of a hexadecimal digit, -1 when it is none.
@@ -54,3 +56,5 @@ QString decodehex(const QString& hex)
     }
     return text;
 }
+
+} // namespace agent

@@ -2,6 +2,8 @@
 
 #include <QtCore/QString>
 
+namespace agent {
+
 // Each character as at least two lower-case hexadecimal digits. Characters above U+00FF make three or four digits
 // without a separator, which decodehex() cannot tell apart: only texts up to U+00FF come back as they were.
 QString encodehex(const QString& text);
@@ -9,3 +11,5 @@ QString encodehex(const QString& text);
 // One character up to U+00FF for each two hexadecimal digits, of either case. A pair that is no number is U+0000; a
 // last single digit counts as a pair.
 QString decodehex(const QString& hex);
+
+} // namespace agent

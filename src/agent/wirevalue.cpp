@@ -9,6 +9,8 @@
 #include <QtCore/QRect>
 #include <QtCore/QStringList>
 
+namespace agent {
+
 namespace {
 
 QByteArray boolReply(const QVariant& value)
@@ -142,3 +144,5 @@ QByteArray replyForRect(const QRect& rect)
         .arg(rect.bottom())
         .toLatin1();
 }
+
+} // namespace agent

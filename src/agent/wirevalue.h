@@ -4,6 +4,8 @@
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 
+namespace agent {
+
 // Typed values on the wire.
 
 // The value of a request's text: "s:TEXT", "b:true", "b:false", "i:NUMBER"; anything else is no value (invalid).
@@ -18,3 +20,5 @@ QByteArray replyForValue(const QVariant& value);
 
 // "0,r:" and left, top, right, bottom; right and bottom are inclusive, as QRect has them.
 QByteArray replyForRect(const QRect& rect);
+
+} // namespace agent

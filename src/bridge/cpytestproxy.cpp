@@ -9,28 +9,29 @@ namespace LmSquishProxy {
 
 namespace {
 
-WidgetLookup failure(LookupError error)
+identify::WidgetLookup failure(identify::LookupError error)
 {
-    WidgetLookup lookup;
+    identify::WidgetLookup lookup;
     lookup.error = error;
     return lookup;
 }
 
-WidgetLookup lookUp(const QString& windowName, const WidgetPath& path, bool checkModality)
+identify::WidgetLookup lookUp(const QString& windowName, const identify::WidgetPath& path, bool checkModality)
 {
     const QWidget* activeWindow = QApplication::activeWindow();
     QWidget* window = nullptr;
-    const int count = findWindow(window, windowName);
+    const int count = identify::findWindow(window, windowName);
     if (count != 1)
-        return failure(count < 1 ? WindowNotFoundError : WindowAmbiguousError);
-    const LookupError blocked = checkModality ? activityError(window, activeWindow) : NoError;
-    if (blocked != NoError)
+        return failure(count < 1 ? identify::WindowNotFoundError : identify::WindowAmbiguousError);
+    const identify::LookupError blocked
+        = checkModality ? identify::activityError(window, activeWindow) : identify::NoError;
+    if (blocked != identify::NoError)
         return failure(blocked);
-    if (path.lastElement() == activePopupWidget)
-        return currentWidget(QApplication::activePopupWidget());
-    if (path.lastElement() == focusWidget)
-        return currentWidget(QApplication::focusWidget());
-    return findWidget(window, path);
+    if (path.lastElement() == identify::activePopupWidget)
+        return identify::currentWidget(QApplication::activePopupWidget());
+    if (path.lastElement() == identify::focusWidget)
+        return identify::currentWidget(QApplication::focusWidget());
+    return identify::findWidget(window, path);
 }
 
 } // namespace
@@ -42,14 +43,14 @@ CPyTestProxy::CPyTestProxy(const char* objectName)
 
 QWidget* CPyTestProxy::getWidget(const QString& p_cap, const QString& p_path, bool checkModality)
 {
-    const WidgetLookup lookup = lookUp(p_cap, WidgetPath(p_path), checkModality);
+    const identify::WidgetLookup lookup = lookUp(p_cap, identify::WidgetPath(p_path), checkModality);
     lastError = lookup.error;
-    return lookup.error == NoError ? lookup.widget : nullptr;
+    return lookup.error == identify::NoError ? lookup.widget : nullptr;
 }
 
 QString CPyTestProxy::getLastPyTestError()
 {
-    return lookupErrorName(lastError);
+    return identify::lookupErrorName(lastError);
 }
 
 } // namespace LmSquishProxy

@@ -23,7 +23,7 @@ public Q_SLOTS:
     QString getLastPyTestError();
 
 private:
-    LookupError lastError = NoError;
+    identify::LookupError lastError = identify::NoError;
 };
 
 } // namespace LmSquishProxy

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QToolButton>
 
+namespace identify {
+
 namespace {
 
 // The button's action when it has exactly one.
@@ -102,3 +104,5 @@ const Derivation* derivationOfName(const QString& name)
     }
     return nullptr;
 }
+
+} // namespace identify

@@ -4,6 +4,8 @@
 
 class QObject;
 
+namespace identify {
+
 // A rule that gives a name to objects without an object name: a stem, which is told by what the user sees, and a suffix,
 // which tells the rule.
 struct Derivation
@@ -27,3 +29,5 @@ const Derivation* derivationFor(const QObject* object);
 
 // The rule whose suffix the name ends with, null when it is none of theirs.
 const Derivation* derivationOfName(const QString& name);
+
+} // namespace identify

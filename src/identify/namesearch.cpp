@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+namespace identify {
+
 NameSearch::NameSearch(const QString& searchedName)
     : name(searchedName)
     , derivation(derivationOfName(searchedName))
@@ -54,3 +56,5 @@ bool NameSearch::pathFitsFound(const WidgetPath& path) const
 {
     return pathFits(lineage, path);
 }
+
+} // namespace identify

@@ -3,6 +3,9 @@
 #include "identify/pathfit.h"
 
 class QObject;
+
+namespace identify {
+
 struct Derivation;
 
 // The search for all widgets with a name, in one walk, where QObject::findChildren() would take one for object names and
@@ -40,3 +43,5 @@ private:
     QString stem; // the name without its suffix then
     std::vector<NamedWidget> lineage; // from the top to where the walk is
 };
+
+} // namespace identify

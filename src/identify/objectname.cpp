@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+namespace identify {
+
 const QLatin1String unnamed("unnamed");
 
 QString getName(const QObject* object)
@@ -30,3 +32,5 @@ bool isA(const QObject* object, const char* className)
 {
     return std::strcmp(object->metaObject()->className(), className) == 0;
 }
+
+} // namespace identify

@@ -4,6 +4,8 @@
 
 class QObject;
 
+namespace identify {
+
 // The names by which tests address objects.
 
 // The object's name: its objectName(), else a name derived from what the user sees (the one action of a tool
@@ -18,3 +20,5 @@ bool isA(const QObject* object, const char* className);
 
 // The name of an object for which no rule gives one.
 extern const QLatin1String unnamed;
+
+} // namespace identify

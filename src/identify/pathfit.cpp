@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+namespace identify {
+
 NamedWidget::NamedWidget(const QWidget* namedWidget)
     : widget(namedWidget)
     , objectName(namedWidget->objectName())
@@ -33,3 +35,5 @@ bool pathFits(const std::vector<NamedWidget>& lineage, const WidgetPath& path)
             return false;
     }
 }
+
+} // namespace identify

@@ -5,6 +5,9 @@
 #include <vector>
 
 class QWidget;
+
+namespace identify {
+
 class WidgetPath;
 
 // A widget and its object name, which is read once however many paths it is compared with.
@@ -23,3 +26,5 @@ struct NamedWidget
 // Whether a path fits the last of some widgets and those before it. Each is the parent of the next one; the first is the
 // last that the path may name.
 bool pathFits(const std::vector<NamedWidget>& lineage, const WidgetPath& path);
+
+} // namespace identify

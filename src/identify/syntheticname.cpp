@@ -2,6 +2,8 @@
 
 #include <QtCore/QStringList>
 
+namespace identify {
+
 namespace {
 
 const int asciiCount = 128;
@@ -86,3 +88,5 @@ bool isSyntheticName(const QString& text, const QString& name)
     const bool anyCharacter = expected != name.constData();
     return anyCharacter ? expected == end : name == QString(1, QChar());
 }
+
+} // namespace identify

@@ -2,9 +2,13 @@
 
 #include <QtCore/QString>
 
+namespace identify {
+
 // Turns a label into an identifier: "&Save as..." becomes "SaveAs...". The text without any letter becomes the one
 // character U+0000, never the empty text.
 QString syntheticName(QString text);
 
 // Whether syntheticName() makes that name of the text, told without making it where the text is ASCII.
 bool isSyntheticName(const QString& text, const QString& name);
+
+} // namespace identify

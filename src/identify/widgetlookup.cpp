@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+namespace identify {
+
 const QLatin1String activePopupWidget("ActivePopupWidget");
 const QLatin1String focusWidget("FocusWidget");
 
@@ -73,3 +75,5 @@ WidgetLookup currentWidget(QWidget* widget)
     }
     return lookup;
 }
+
+} // namespace identify

@@ -4,6 +4,8 @@
 
 #include <QtCore/QList>
 
+namespace identify {
+
 class WidgetPath;
 
 // What a search for one widget below a window found.
@@ -26,3 +28,5 @@ extern const QLatin1String focusWidget;
 
 // The widget that a special element stands for at this moment; not found when there is none.
 WidgetLookup currentWidget(QWidget* widget);
+
+} // namespace identify

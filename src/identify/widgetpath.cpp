@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace identify {
+
 namespace {
 
 const QLatin1Char separator('/');
@@ -86,3 +88,5 @@ bool checkPath(const QWidget* widget, const QWidget* top, const WidgetPath& path
     std::reverse(lineage.begin(), lineage.end());
     return pathFits(lineage, path);
 }
+
+} // namespace identify

@@ -7,6 +7,8 @@
 
 class QWidget;
 
+namespace identify {
+
 // A widget path: the names of a widget and of ancestors, outermost first, joined by "/". The last element names the
 // widget, each one before it the parent of what follows. An empty element is a gap: any number of levels.
 //
@@ -49,3 +51,5 @@ void widgetList(QList<QWidget*>& result, QWidget* parent, const QString& name);
 
 // Whether the path fits the widget and its ancestors up to and including `top`.
 bool checkPath(const QWidget* widget, const QWidget* top, const WidgetPath& path);
+
+} // namespace identify

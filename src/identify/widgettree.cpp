@@ -3,6 +3,8 @@
 #include <QTextStream>
 #include <QWidget>
 
+namespace identify {
+
 namespace {
 
 void appendTree(const QWidget* widget, int depth, QString& text)
@@ -29,3 +31,5 @@ void widgetTree(const QWidget* widget, int depth, QTextStream& out)
     appendTree(widget, depth, text);
     out << text;
 }
+
+} // namespace identify

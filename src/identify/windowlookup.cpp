@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QWidget>
 
+namespace identify {
+
 namespace {
 
 const QLatin1Char separator(':');
@@ -69,3 +71,5 @@ LookupError activityError(const QWidget* window, const QWidget* excused)
     const QWidget* modal = QApplication::activeModalWidget();
     return !modal || window == modal ? NoError : WindowNotActiveModalError;
 }
+
+} // namespace identify

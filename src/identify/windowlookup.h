@@ -4,6 +4,8 @@
 
 class QWidget;
 
+namespace identify {
+
 // How a lookup of a window or widget ended. The numbers are fixed: script authors see them by name.
 enum LookupError {
     NoError = 0,
@@ -30,3 +32,5 @@ int findWindow(QWidget*& window, const QString& name);
 // Whether the user could reach the window: NoError, or what blocks it. An open popup blocks every window but itself
 // and `excused` (null for none); an active modal widget blocks every window but itself.
 LookupError activityError(const QWidget* window, const QWidget* excused);
+
+} // namespace identify

@@ -117,7 +117,7 @@ void checkPath(const QString& windowName, const QString& path, const QString& de
     const auto error = call<QString>("getLastPyTestError");
     QWidget* window = nullptr;
     const int count = naive::findWindow(window, windowName);
-    WidgetLookup expected;
+    identify::WidgetLookup expected;
     if (count == 1)
         expected = naive::findWidget(window, path);
     const int number = count == 1 ? static_cast<int>(expected.error) : count < 1 ? 1 : 2;

@@ -27,12 +27,12 @@ int digitOf(QChar character)
 
 void checkHexadecimalText(const QString& text)
 {
-    const QString encoded = encodehex(text);
+    const QString encoded = agent::encodehex(text);
     if (isLatin1(text)) {
-        check(decodehex(encoded) == text, "decodehex(encodehex(x)) == x", printable(text));
-        check(decodehex(encoded.toUpper()) == text, "digits of either case", printable(text));
+        check(agent::decodehex(encoded) == text, "decodehex(encodehex(x)) == x", printable(text));
+        check(agent::decodehex(encoded.toUpper()) == text, "digits of either case", printable(text));
     }
-    const QString decoded = decodehex(text);
+    const QString decoded = agent::decodehex(text);
     check(decoded.size() == (text.size() + 1) / 2, "a character for each pair", printable(text));
     for (int i = 0; i + 1 < text.size(); i += 2) {
         const int code = decoded.at(i / 2).unicode();
@@ -58,7 +58,7 @@ QVariant expectedValue(const QString& text)
 
 void checkRequestValue(const QString& text)
 {
-    const QVariant value = valueFromText(text);
+    const QVariant value = agent::valueFromText(text);
     // Blanks of all kinds, a plus sign and leading zeros are Qt's to judge.
     static const QRegularExpression lenientInteger(
         QStringLiteral("\\Ai:-?0|\\Ai:[\\s\\x85]*\\+|\\Ai:[\\s\\x85]|[\\s\\x85]\\z"),
@@ -68,20 +68,21 @@ void checkRequestValue(const QString& text)
     check(judgedByQt || (value == expected && value.isValid() == expected.isValid()), "the value of a request's text",
         printable(text));
     if (compat::typeOf(value) == QMetaType::Int)
-        check(valueFromText(QLatin1String("i:") + value.toString()) == value, "integers come back", printable(text));
-    check(stringFromText(text).isValid() == text.startsWith(QLatin1String("s:")), "an argument is a text",
+        check(agent::valueFromText(QLatin1String("i:") + value.toString()) == value, "integers come back",
+            printable(text));
+    check(agent::stringFromText(text).isValid() == text.startsWith(QLatin1String("s:")), "an argument is a text",
         printable(text));
 }
 
 void checkReply(const QVariant& value, const QString& expected)
 {
-    const QString reply = QString::fromLatin1(replyForValue(value));
+    const QString reply = QString::fromLatin1(agent::replyForValue(value));
     check(reply == expected, "the reply for a value", printable(reply) + QLatin1Char('\n') + printable(expected));
 }
 
 void checkReplies(const QString& text)
 {
-    const QString reply = QString::fromLatin1(replyForValue(text));
+    const QString reply = QString::fromLatin1(agent::replyForValue(text));
     check(reply.startsWith(QLatin1String("0,u:")), "a text is replied as such", printable(reply));
     const QString back = QString::fromUtf8(QByteArray::fromHex(reply.mid(4).toLatin1()));
     check(back == QString::fromUtf8(text.toUtf8()), "texts come back", printable(text));
@@ -103,7 +104,7 @@ void checkReplies(const QString& text)
 
 void checkSections(const QByteArray& line)
 {
-    const Request request(line);
+    const agent::Request request(line);
     const QString text = QString::fromLatin1(line.constData(), line.size());
     check(request.line() == line, "the whole line", printable(text));
     const int sectionsToLookAt = 8;
@@ -118,7 +119,7 @@ extern "C" __attribute__((visibility("default"))) int LLVMFuzzerTestOneInput(con
     const QString text = fuzzing::textOf(data, size);
     checkHexadecimalText(text);
     checkRequestValue(text);
-    checkRequestValue(decodehex(text));
+    checkRequestValue(agent::decodehex(text));
     checkReplies(text);
     checkSections(QByteArray(reinterpret_cast<const char*>(data), static_cast<int>(size)));
     return 0;

@@ -15,7 +15,7 @@ Conversation* current = nullptr;
 
 // The linker puts this in the place of executeCommand(), see CMakeLists.txt.
 QByteArray executeStandIn(const QByteArray& request, STApplicationProxy& registry) __asm__(
-    "__wrap__Z14executeCommandRK10QByteArrayR18STApplicationProxy");
+    "__wrap__ZN5agent14executeCommandERK10QByteArrayR18STApplicationProxy");
 
 QByteArray executeStandIn(const QByteArray& request, STApplicationProxy& registry)
 {

@@ -21,19 +21,19 @@ namespace {
 
 void checkPathLookup(NamedWindow& host, const QString& path)
 {
-    const WidgetLookup found = findWidget(host.window(), WidgetPath(path));
-    const WidgetLookup expected = naive::findWidget(host.window(), path);
+    const identify::WidgetLookup found = identify::findWidget(host.window(), identify::WidgetPath(path));
+    const identify::WidgetLookup expected = naive::findWidget(host.window(), path);
     const QString detail = printable(path) + QLatin1Char('\n') + host.description();
     check(found.error == expected.error, "the outcome of a lookup", detail);
     check(found.visibleCount == expected.visibleCount, "how many visible widgets fit", detail);
-    check(found.error != NoError || found.widget == expected.widget, "the widget at a path", detail);
+    check(found.error != identify::NoError || found.widget == expected.widget, "the widget at a path", detail);
 }
 
 void checkWindowLookup(const QString& name)
 {
     QWidget* found = nullptr;
     QWidget* expected = nullptr;
-    const int count = findWindow(found, name);
+    const int count = identify::findWindow(found, name);
     check(count == naive::findWindow(expected, name), "how many windows have a name", printable(name));
     check(count < 1 || found == expected, "the window of a name", printable(name));
 }
@@ -43,11 +43,12 @@ void checkFullPath(NamedWindow& host, const QWidget* widget)
 {
     QStringList names;
     for (const QWidget* step = widget; step != host.window(); step = step->parentWidget())
-        names.prepend(getName(step));
-    names.prepend(getName(host.window()));
+        names.prepend(identify::getName(step));
+    names.prepend(identify::getName(host.window()));
     const QString path = names.join(QLatin1String("/"));
     // A name with a separator is one that no path can tell.
-    check(path.count(QLatin1Char('/')) >= names.size() || checkPath(widget, host.window(), WidgetPath(path)),
+    check(path.count(QLatin1Char('/')) >= names.size()
+            || identify::checkPath(widget, host.window(), identify::WidgetPath(path)),
         "the full path fits", printable(path));
 }
 
@@ -55,7 +56,7 @@ void checkTree(NamedWindow& host)
 {
     QString text;
     QTextStream stream(&text);
-    widgetTree(host.window(), 0, stream);
+    identify::widgetTree(host.window(), 0, stream);
     stream.flush();
     int formFeeds = 1;
     for (const QWidget* widget : host.widgets())
@@ -76,10 +77,10 @@ extern "C" __attribute__((visibility("default"))) int LLVMFuzzerTestOneInput(con
     checkTree(host);
     const QList<QWidget*> widgets = host.widgets();
     for (QWidget* widget : widgets) {
-        check(getName(widget) == naive::nameOf(widget), "the name of a widget", host.description());
+        check(identify::getName(widget) == naive::nameOf(widget), "the name of a widget", host.description());
         checkFullPath(host, widget);
     }
     // One of them is enough: to look them all up would take most of the time.
-    checkPathLookup(host, getName(widgets.at(static_cast<int>(size) % widgets.size())));
+    checkPathLookup(host, identify::getName(widgets.at(static_cast<int>(size) % widgets.size())));
     return 0;
 }

@@ -68,7 +68,7 @@ void tst_BridgeWithoutApplication::hookIsLeftOut()
 {
     QVERIFY(QLibrary(prefix + QLatin1String("/bin/squishhook")).load());
     qputenv("SQUISH_PREFIX", prefix.toLocal8Bit());
-    const TestToolHook hook = prepareTestToolHook(QLatin1String("tag"));
+    const agent::TestToolHook hook = agent::prepareTestToolHook(QLatin1String("tag"));
     QCOMPARE(hook.port, -1);
     QVERIFY(!hook.scriptProxy);
 }
@@ -77,7 +77,7 @@ void tst_BridgeWithoutApplication::applicationWithoutWidgetsHasNoHook()
 {
     int argc = 0;
     const QCoreApplication application(argc, nullptr);
-    const TestToolHook hook = prepareTestToolHook(QLatin1String("tag"));
+    const agent::TestToolHook hook = agent::prepareTestToolHook(QLatin1String("tag"));
     QCOMPARE(hook.port, -1);
     QVERIFY(!hook.scriptProxy);
 }

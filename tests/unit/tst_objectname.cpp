@@ -51,7 +51,7 @@ void tst_ObjectName::syntheticName()
 {
     QFETCH(QString, text);
     QFETCH(QString, name);
-    QCOMPARE(::syntheticName(text), name);
+    QCOMPARE(identify::syntheticName(text), name);
 }
 
 void tst_ObjectName::namesAreComparedAsTheyAreMade()
@@ -64,13 +64,13 @@ void tst_ObjectName::namesAreComparedAsTheyAreMade()
         QString text;
         for (int length = number(6); length > 0; --length)
             text += letters.at(number(i % 2 ? 7 : int(letters.size())));
-        QString name = ::syntheticName(text);
-        QVERIFY2(isSyntheticName(text, name), qPrintable(text));
+        QString name = identify::syntheticName(text);
+        QVERIFY2(identify::isSyntheticName(text, name), qPrintable(text));
         name[number(int(name.size()))] = letters.at(number(int(letters.size())));
-        QCOMPARE(isSyntheticName(text, name), ::syntheticName(text) == name);
+        QCOMPARE(identify::isSyntheticName(text, name), identify::syntheticName(text) == name);
         name.chop(1);
-        QCOMPARE(isSyntheticName(text, name), ::syntheticName(text) == name);
-        QVERIFY(!isSyntheticName(text, ::syntheticName(text) + QLatin1Char('x')));
+        QCOMPARE(identify::isSyntheticName(text, name), identify::syntheticName(text) == name);
+        QVERIFY(!identify::isSyntheticName(text, identify::syntheticName(text) + QLatin1Char('x')));
     }
 }
 
@@ -92,12 +92,12 @@ void tst_ObjectName::hasNameAgreesWithGetName()
         << &button << &blank << &tool << &toolWithAction << &edit << &plain << &called;
     QStringList names;
     for (const QObject* object : objects)
-        names << getName(object);
+        names << identify::getName(object);
     names << QString() << QString::fromLatin1("_dialog_button") << QString::fromLatin1("_action_button")
           << QString::fromLatin1("__widget__") << QString::fromLatin1("QPushButton__widget__");
     for (const QObject* object : objects) {
         for (const QString& name : names)
-            QCOMPARE(hasName(object, name), getName(object) == name);
+            QCOMPARE(identify::hasName(object, name), identify::getName(object) == name);
     }
 }
 
@@ -105,21 +105,21 @@ void tst_ObjectName::anObjectNameWins()
 {
     QPushButton button(QLatin1String("&Cancel"));
     button.setObjectName(QLatin1String("cancel"));
-    QCOMPARE(getName(&button), QString::fromLatin1("cancel"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("cancel"));
 
     QToolButton tool;
     tool.setObjectName(QLatin1String("open"));
     QAction action(&tool);
     action.setObjectName(QLatin1String("fileOpen"));
     tool.addAction(&action);
-    QCOMPARE(getName(&tool), QString::fromLatin1("open"));
+    QCOMPARE(identify::getName(&tool), QString::fromLatin1("open"));
 }
 
 void tst_ObjectName::anEmptyObjectNameIsNone()
 {
     QPushButton button(QLatin1String("&Cancel"));
     button.setObjectName(QLatin1String(""));
-    QCOMPARE(getName(&button), QString::fromLatin1("Cancel_dialog_button"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("Cancel_dialog_button"));
 }
 
 void tst_ObjectName::toolButtonsAreNamedByTheirOnlyAction()
@@ -128,26 +128,26 @@ void tst_ObjectName::toolButtonsAreNamedByTheirOnlyAction()
     QAction first(&button);
     first.setObjectName(QLatin1String("fileOpen"));
     button.addAction(&first);
-    QCOMPARE(getName(&button), QString::fromLatin1("fileOpen_action_button"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("fileOpen_action_button"));
     QAction second(&button);
     second.setObjectName(QLatin1String("fileSave"));
     button.addAction(&second);
-    QCOMPARE(getName(&button), QString::fromLatin1("unnamed"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("unnamed"));
 }
 
 void tst_ObjectName::aToolButtonWithoutANamedActionIsUnnamed()
 {
     QToolButton button;
-    QCOMPARE(getName(&button), QString::fromLatin1("unnamed"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("unnamed"));
     QAction action(&button);
     button.addAction(&action);
-    QCOMPARE(getName(&button), QString::fromLatin1("unnamed"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("unnamed"));
 }
 
 void tst_ObjectName::pushButtonsAreNamedByTheirText()
 {
     QPushButton button(QLatin1String("Apply  to all"));
-    QCOMPARE(getName(&button), QString::fromLatin1("ApplyToAll_dialog_button"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("ApplyToAll_dialog_button"));
 }
 
 void tst_ObjectName::aPushButtonWithoutTextHasANulName()
@@ -156,28 +156,28 @@ void tst_ObjectName::aPushButtonWithoutTextHasANulName()
     const char* const labels[] = {"", "&", " ", "& &"};
     for (const char* label : labels) {
         QPushButton button(QString::fromLatin1(label));
-        QCOMPARE(getName(&button), expected);
+        QCOMPARE(identify::getName(&button), expected);
     }
     QPushButton withoutText;
-    QCOMPARE(getName(&withoutText), expected);
+    QCOMPARE(identify::getName(&withoutText), expected);
 }
 
 void tst_ObjectName::childrenOfInputDialogsAreNamedByTheirClass()
 {
     QInputDialog dialog;
     QLineEdit edit(&dialog);
-    QCOMPARE(getName(&edit), QString::fromLatin1("QLineEdit__widget__"));
+    QCOMPARE(identify::getName(&edit), QString::fromLatin1("QLineEdit__widget__"));
     QWidget frame(&dialog);
     QLineEdit deeper(&frame);
-    QCOMPARE(getName(&frame), QString::fromLatin1("QWidget__widget__"));
-    QCOMPARE(getName(&deeper), QString::fromLatin1("unnamed"));
+    QCOMPARE(identify::getName(&frame), QString::fromLatin1("QWidget__widget__"));
+    QCOMPARE(identify::getName(&deeper), QString::fromLatin1("unnamed"));
 }
 
 void tst_ObjectName::aToolButtonInAnInputDialogFallsThrough()
 {
     QInputDialog dialog;
     QToolButton button(&dialog);
-    QCOMPARE(getName(&button), QString::fromLatin1("QToolButton__widget__"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("QToolButton__widget__"));
 
     QAction first(&button);
     first.setObjectName(QLatin1String("fileOpen"));
@@ -185,25 +185,25 @@ void tst_ObjectName::aToolButtonInAnInputDialogFallsThrough()
     second.setObjectName(QLatin1String("fileSave"));
     button.addAction(&first);
     button.addAction(&second);
-    QCOMPARE(getName(&button), QString::fromLatin1("QToolButton__widget__"));
+    QCOMPARE(identify::getName(&button), QString::fromLatin1("QToolButton__widget__"));
 }
 
 void tst_ObjectName::anyOtherObjectIsUnnamed()
 {
     QObject object;
-    QCOMPARE(getName(&object), QString::fromLatin1("unnamed"));
+    QCOMPARE(identify::getName(&object), QString::fromLatin1("unnamed"));
     QCheckBox box(QLatin1String("Text"));
-    QCOMPARE(getName(&box), QString::fromLatin1("unnamed"));
+    QCOMPARE(identify::getName(&box), QString::fromLatin1("unnamed"));
 }
 
 void tst_ObjectName::isAComparesTheExactClass()
 {
     QCheckBox box;
-    QVERIFY(isA(&box, "QCheckBox"));
-    QVERIFY(!isA(&box, "QAbstractButton"));
-    QVERIFY(!isA(&box, "QCheckBo"));
-    QVERIFY(!isA(&box, "QCheckBoxes"));
-    QVERIFY(!isA(&box, ""));
+    QVERIFY(identify::isA(&box, "QCheckBox"));
+    QVERIFY(!identify::isA(&box, "QAbstractButton"));
+    QVERIFY(!identify::isA(&box, "QCheckBo"));
+    QVERIFY(!identify::isA(&box, "QCheckBoxes"));
+    QVERIFY(!identify::isA(&box, ""));
 }
 
 QTEST_MAIN(tst_ObjectName)

@@ -41,7 +41,7 @@ private:
 
 const QByteArray nothing("nothing was taken");
 
-QByteArray taken(RequestReader& reader)
+QByteArray taken(agent::RequestReader& reader)
 {
     QByteArray request;
     return reader.take(request) ? request : nothing;
@@ -95,7 +95,7 @@ void tst_RequestReader::linesAreRequestsWithoutTheirEnd()
     QFETCH(QByteArray, arriving);
     QFETCH(QByteArray, requests);
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     device.deliver(arriving);
     QByteArray all;
     QByteArray request;
@@ -107,7 +107,7 @@ void tst_RequestReader::linesAreRequestsWithoutTheirEnd()
 void tst_RequestReader::aRequestIsNotTakenBeforeItsEndHasArrived()
 {
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     for (const char* const piece : {"8,", "Ma", "in", "\r"}) {
         device.deliver(piece);
         QCOMPARE(taken(reader), nothing);
@@ -122,7 +122,7 @@ void tst_RequestReader::aRequestIsNotTakenBeforeItsEndHasArrived()
 void tst_RequestReader::noMoreIsReadThanTheRequestThatIsTaken()
 {
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     device.deliver("1\n2\n3");
     QCOMPARE(taken(reader), QByteArray("1"));
     QCOMPARE(device.bytesAvailable(), qint64(3));
@@ -131,17 +131,17 @@ void tst_RequestReader::noMoreIsReadThanTheRequestThatIsTaken()
 void tst_RequestReader::theLongestRequestIsTaken()
 {
     Device device;
-    RequestReader reader(device);
-    device.deliver(bytes(RequestReader::longestRequestBytes - 1) + '\n');
-    QCOMPARE(taken(reader).size(), RequestReader::longestRequestBytes - 1);
+    agent::RequestReader reader(device);
+    device.deliver(bytes(agent::RequestReader::longestRequestBytes - 1) + '\n');
+    QCOMPARE(taken(reader).size(), agent::RequestReader::longestRequestBytes - 1);
     QVERIFY(device.isOpen());
 }
 
 void tst_RequestReader::aLongerOneClosesTheDevice()
 {
     Device device;
-    RequestReader reader(device);
-    device.deliver(bytes(RequestReader::longestRequestBytes) + '\n');
+    agent::RequestReader reader(device);
+    device.deliver(bytes(agent::RequestReader::longestRequestBytes) + '\n');
     QCOMPARE(taken(reader), nothing);
     QVERIFY(!device.isOpen());
 }
@@ -149,8 +149,8 @@ void tst_RequestReader::aLongerOneClosesTheDevice()
 void tst_RequestReader::aRequestWithoutEndClosesTheDevice()
 {
     Device device;
-    RequestReader reader(device);
-    device.deliver(bytes(RequestReader::longestRequestBytes));
+    agent::RequestReader reader(device);
+    device.deliver(bytes(agent::RequestReader::longestRequestBytes));
     QCOMPARE(taken(reader), nothing);
     QVERIFY(device.isOpen());
     device.deliver("x");
@@ -161,7 +161,7 @@ void tst_RequestReader::aRequestWithoutEndClosesTheDevice()
 void tst_RequestReader::whatWasForgottenIsNoBeginningOfARequest()
 {
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     device.deliver("8,Ma");
     QCOMPARE(taken(reader), nothing);
     reader.clear();
@@ -172,7 +172,7 @@ void tst_RequestReader::whatWasForgottenIsNoBeginningOfARequest()
 void tst_RequestReader::fromAClosedDeviceNothingIsTaken()
 {
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     device.deliver("1\n");
     device.close();
     QCOMPARE(taken(reader), nothing);
@@ -181,11 +181,11 @@ void tst_RequestReader::fromAClosedDeviceNothingIsTaken()
 void tst_RequestReader::whileRepliesAreUnreadNothingIsTaken()
 {
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     device.deliver("1\n2\n");
-    device.leaveUnread(RequestReader::mostUnreadReplyBytes);
+    device.leaveUnread(agent::RequestReader::mostUnreadReplyBytes);
     QCOMPARE(taken(reader), QByteArray("1"));
-    device.leaveUnread(RequestReader::mostUnreadReplyBytes + 1);
+    device.leaveUnread(agent::RequestReader::mostUnreadReplyBytes + 1);
     QCOMPARE(taken(reader), nothing);
     device.readReplies(1);
     QCOMPARE(taken(reader), QByteArray("2"));
@@ -194,11 +194,11 @@ void tst_RequestReader::whileRepliesAreUnreadNothingIsTaken()
 void tst_RequestReader::thatItMayGoOnIsToldOnlyAfterItWasHeldBack()
 {
     Device device;
-    RequestReader reader(device);
+    agent::RequestReader reader(device);
     QSignalSpy resumed(&reader, SIGNAL(resumable()));
     device.readReplies(0);
     QCOMPARE(resumed.count(), 0);
-    device.leaveUnread(RequestReader::mostUnreadReplyBytes + 1);
+    device.leaveUnread(agent::RequestReader::mostUnreadReplyBytes + 1);
     QCOMPARE(taken(reader), nothing);
     device.readReplies(1);
     QCOMPARE(resumed.count(), 1);

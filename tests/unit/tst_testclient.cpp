@@ -34,7 +34,7 @@ void tst_TestClient::beforeAnyApplicationObjectThereIsNone()
 
 void tst_TestClient::theBuildTagIsTheOneThatServersKnow()
 {
-    QCOMPARE(composeBuildTag(), QString::fromLatin1("qt486_vs2015_x64"));
+    QCOMPARE(agent::composeBuildTag(), QString::fromLatin1("qt486_vs2015_x64"));
 }
 
 void tst_TestClient::theSlotsHaveTheirPlacesInTheMetaObject()

@@ -49,7 +49,7 @@ QString treeOf(const QWidget& widget)
 {
     QString text;
     QTextStream stream(&text);
-    widgetTree(&widget, 0, stream);
+    identify::widgetTree(&widget, 0, stream);
     stream.flush();
     return text;
 }
@@ -71,10 +71,10 @@ void tst_WidgetPath::searchName()
 {
     QFETCH(QString, path);
     QFETCH(QString, name);
-    const WidgetPath widgetPath(path);
-    QCOMPARE(::searchName(widgetPath.lastElement()), name);
-    QVERIFY(!::searchName(widgetPath.lastElement()).isNull());
-    QVERIFY(!::searchName(WidgetPath(QString()).lastElement()).isNull());
+    const identify::WidgetPath widgetPath(path);
+    QCOMPARE(identify::searchName(widgetPath.lastElement()), name);
+    QVERIFY(!identify::searchName(widgetPath.lastElement()).isNull());
+    QVERIFY(!identify::searchName(identify::WidgetPath(QString()).lastElement()).isNull());
 }
 
 void tst_WidgetPath::checkPath_data()
@@ -115,7 +115,7 @@ void tst_WidgetPath::checkPath()
     auto* unnamedLevel = new QWidget(a);
     auto* b = named(new QWidget(unnamedLevel), "b");
     const auto* ok = named(new QWidget(b), "ok");
-    QCOMPARE(::checkPath(ok, window, WidgetPath(path)), fits);
+    QCOMPARE(identify::checkPath(ok, window, identify::WidgetPath(path)), fits);
 }
 
 void tst_WidgetPath::candidatesComeInChildOrderAndTheWindowLast()
@@ -128,9 +128,9 @@ void tst_WidgetPath::candidatesComeInChildOrderAndTheWindowLast()
     auto* derived = new QPushButton(latin1("&Go"), &window);
     auto* second = named(new QLabel(&window), name);
     QList<QWidget*> found;
-    widgetList(found, &window, latin1(name));
+    identify::widgetList(found, &window, latin1(name));
     QCOMPARE(found, QList<QWidget*>() << inFirst << second << derived << &window);
-    widgetList(found, &window, latin1("nothing"));
+    identify::widgetList(found, &window, latin1("nothing"));
     QVERIFY(found.isEmpty());
 }
 
@@ -142,10 +142,10 @@ void tst_WidgetPath::anEmptyNameThatWasSetTurnsDerivedNamesOff()
     if (button->objectName().isNull())
         return; // Qt 6 does not tell an empty name from none
     QList<QWidget*> found;
-    widgetList(found, &window, latin1("Go_dialog_button"));
+    identify::widgetList(found, &window, latin1("Go_dialog_button"));
     QVERIFY(found.isEmpty());
-    QCOMPARE(::searchName(latin1("unnamed")), latin1(""));
-    widgetList(found, &window, latin1(""));
+    QCOMPARE(identify::searchName(latin1("unnamed")), latin1(""));
+    identify::widgetList(found, &window, latin1(""));
     QCOMPARE(found, QList<QWidget*>() << button);
 }
 
@@ -155,12 +155,12 @@ void tst_WidgetPath::theLastVisibleWidgetIsTheOneThatCounts()
     auto* shown = named(new QLabel(&window), "twin");
     named(new QLabel(&window), "twin")->hide();
     window.show();
-    const WidgetLookup one = findWidget(&window, WidgetPath(latin1("twin")));
-    QCOMPARE(one.error, NoError);
+    const identify::WidgetLookup one = identify::findWidget(&window, identify::WidgetPath(latin1("twin")));
+    QCOMPARE(one.error, identify::NoError);
     QVERIFY(one.widget == shown);
     named(new QLabel(&window), "twin")->show();
-    const WidgetLookup two = findWidget(&window, WidgetPath(latin1("twin")));
-    QCOMPARE(two.error, WidgetAmbiguousError);
+    const identify::WidgetLookup two = identify::findWidget(&window, identify::WidgetPath(latin1("twin")));
+    QCOMPARE(two.error, identify::WidgetAmbiguousError);
     QCOMPARE(two.visibleCount, 2);
 }
 
@@ -186,11 +186,11 @@ void tst_WidgetPath::oneSearchFindsWhatTheCandidatesOfTheNameTell()
         QStringList elements;
         for (int count = 1 + number(4); count > 0; --count)
             elements << latin1(names[number(7)]);
-        const WidgetPath path(elements.join(QLatin1String("/")));
+        const identify::WidgetPath path(elements.join(QLatin1String("/")));
         QList<QWidget*> candidates;
-        widgetList(candidates, &window, ::searchName(path.lastElement()));
-        const WidgetLookup chosen = chooseWidget(candidates, &window, path);
-        const WidgetLookup found = findWidget(&window, path);
+        identify::widgetList(candidates, &window, identify::searchName(path.lastElement()));
+        const identify::WidgetLookup chosen = identify::chooseWidget(candidates, &window, path);
+        const identify::WidgetLookup found = identify::findWidget(&window, path);
         QCOMPARE(int(found.error), int(chosen.error));
         QCOMPARE(found.visibleCount, chosen.visibleCount);
         QCOMPARE(found.widget, chosen.widget);

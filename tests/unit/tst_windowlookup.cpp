@@ -41,9 +41,9 @@ void tst_WindowLookup::withoutWindowsNothingIsFoundAndNothingTouched()
 {
     QWidget* const untouched = reinterpret_cast<QWidget*>(this);
     QWidget* window = untouched;
-    QCOMPARE(findWindow(window, QLatin1String("Any")), 0);
-    QCOMPARE(findWindow(window, QString()), 0);
-    QCOMPARE(findWindow(window, QLatin1String("Widget:any")), 0);
+    QCOMPARE(identify::findWindow(window, QLatin1String("Any")), 0);
+    QCOMPARE(identify::findWindow(window, QString()), 0);
+    QCOMPARE(identify::findWindow(window, QLatin1String("Widget:any")), 0);
     QVERIFY(window == untouched);
 }
 
@@ -52,10 +52,10 @@ void tst_WindowLookup::aWindowWithoutTitleFitsTheEmptyName()
     QWidget shown;
     shown.show();
     QWidget* window = nullptr;
-    QCOMPARE(findWindow(window, QString()), 1);
+    QCOMPARE(identify::findWindow(window, QString()), 1);
     QVERIFY(window == &shown);
-    QCOMPARE(findWindow(window, QLatin1String("")), 1);
-    QCOMPARE(findWindow(window, QLatin1String("Widget:")), 1);
+    QCOMPARE(identify::findWindow(window, QLatin1String("")), 1);
+    QCOMPARE(identify::findWindow(window, QLatin1String("Widget:")), 1);
 }
 
 void tst_WindowLookup::anInvisiblePopupIsNotFoundAndToldAllTheSame()
@@ -64,11 +64,11 @@ void tst_WindowLookup::anInvisiblePopupIsNotFoundAndToldAllTheSame()
     const QLatin1String name("Widget:ActivePopupWidget");
     popup.show();
     QWidget* window = nullptr;
-    QCOMPARE(findWindow(window, name), 1);
+    QCOMPARE(identify::findWindow(window, name), 1);
     const Invisible invisible(popup);
     QVERIFY(QApplication::activePopupWidget() == &popup);
     window = nullptr;
-    QCOMPARE(findWindow(window, name), 0);
+    QCOMPARE(identify::findWindow(window, name), 0);
     QVERIFY(window == &popup);
 }
 
@@ -81,11 +81,11 @@ void tst_WindowLookup::anInvisibleModalWidgetIsNotFound()
     const char* const names[] = {"Widget:ActiveModalWidget", "Widget:ActiveModalWidget:Save"};
     QWidget* window = nullptr;
     for (const char* name : names)
-        QCOMPARE(findWindow(window, QLatin1String(name)), 1);
+        QCOMPARE(identify::findWindow(window, QLatin1String(name)), 1);
     const Invisible invisible(dialog);
     QVERIFY(QApplication::activeModalWidget() == &dialog);
     for (const char* name : names)
-        QCOMPARE(findWindow(window, QLatin1String(name)), 0);
+        QCOMPARE(identify::findWindow(window, QLatin1String(name)), 0);
 }
 
 void tst_WindowLookup::theErrorsHaveFixedNumbersAndNames()
@@ -93,15 +93,15 @@ void tst_WindowLookup::theErrorsHaveFixedNumbersAndNames()
     const char* const names[] = {"NoError", "WindowNotFoundError", "WindowAmbiguousError", "WindowNotActivePopupError",
         "WindowNotActiveModalError", "WidgetNotFoundError", "WidgetNotVisibleError", "WidgetAmbiguousError"};
     for (int error = 0; error < 8; ++error)
-        QCOMPARE(lookupErrorName(error), QString::fromLatin1(names[error]));
-    QVERIFY(lookupErrorName(-1).isEmpty());
-    QVERIFY(lookupErrorName(8).isEmpty());
+        QCOMPARE(identify::lookupErrorName(error), QString::fromLatin1(names[error]));
+    QVERIFY(identify::lookupErrorName(-1).isEmpty());
+    QVERIFY(identify::lookupErrorName(8).isEmpty());
 }
 
 void tst_WindowLookup::withoutPopupAndModalEveryWindowIsReachable()
 {
     QWidget window;
-    QCOMPARE(activityError(&window, nullptr), NoError);
+    QCOMPARE(identify::activityError(&window, nullptr), identify::NoError);
 }
 
 QTEST_MAIN(tst_WindowLookup)

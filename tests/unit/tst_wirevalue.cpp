@@ -45,21 +45,21 @@ void tst_WireValue::valueFromText()
 {
     QFETCH(QString, text);
     QFETCH(QVariant, value);
-    const QVariant result = ::valueFromText(text);
+    const QVariant result = agent::valueFromText(text);
     QCOMPARE(compat::typeOf(result), compat::typeOf(value));
     QCOMPARE(result, value);
 }
 
 void tst_WireValue::stringFromText()
 {
-    QCOMPARE(::stringFromText(QLatin1String("s:x")), QVariant(QString::fromLatin1("x")));
-    QVERIFY(!::stringFromText(QLatin1String("i:1")).isValid());
-    QVERIFY(!::stringFromText(QLatin1String("b:true")).isValid());
+    QCOMPARE(agent::stringFromText(QLatin1String("s:x")), QVariant(QString::fromLatin1("x")));
+    QVERIFY(!agent::stringFromText(QLatin1String("i:1")).isValid());
+    QVERIFY(!agent::stringFromText(QLatin1String("b:true")).isValid());
 }
 
 void tst_WireValue::noValueIsNotSupported()
 {
-    QCOMPARE(replyForValue(QVariant()), QByteArray("8,Property type not supported"));
+    QCOMPARE(agent::replyForValue(QVariant()), QByteArray("8,Property type not supported"));
 }
 
 void tst_WireValue::otherTypesAreUnknown_data()
@@ -76,13 +76,13 @@ void tst_WireValue::otherTypesAreUnknown_data()
 void tst_WireValue::otherTypesAreUnknown()
 {
     QFETCH(QVariant, value);
-    QCOMPARE(replyForValue(value), QByteArray("8,Unknown property type"));
+    QCOMPARE(agent::replyForValue(value), QByteArray("8,Unknown property type"));
 }
 
 void tst_WireValue::rectanglesAreInclusive()
 {
-    QCOMPARE(replyForRect(QRect(10, 20, 30, 40)), QByteArray("0,r:10,20,39,59"));
-    QCOMPARE(replyForRect(QRect(-5, -6, 1, 1)), QByteArray("0,r:-5,-6,-5,-6"));
+    QCOMPARE(agent::replyForRect(QRect(10, 20, 30, 40)), QByteArray("0,r:10,20,39,59"));
+    QCOMPARE(agent::replyForRect(QRect(-5, -6, 1, 1)), QByteArray("0,r:-5,-6,-5,-6"));
 }
 
 QTEST_APPLESS_MAIN(tst_WireValue)

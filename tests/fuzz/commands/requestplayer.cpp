@@ -80,7 +80,7 @@ QByteArray RequestPlayer::execute(const QByteArray& line)
 {
     executing = true;
     loopLevelOfRequest = loopLevel();
-    const QByteArray reply = executeCommand(line, registry);
+    const QByteArray reply = agent::executeCommand(line, registry);
     executing = false;
     return reply;
 }

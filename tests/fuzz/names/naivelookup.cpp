@@ -105,11 +105,11 @@ QString nameOf(const QWidget* widget)
     return QLatin1String("unnamed");
 }
 
-WidgetLookup findWidget(QWidget* window, const QString& path)
+identify::WidgetLookup findWidget(QWidget* window, const QString& path)
 {
     const QStringList elements = path.split(QLatin1Char('/'));
     const QString name = elements.last() == QLatin1String("unnamed") ? QString() : elements.last();
-    WidgetLookup lookup;
+    identify::WidgetLookup lookup;
     const QList<QWidget*> widgets = allWidgets(window);
     for (QWidget* widget : widgets) {
         // The window itself is found by its object name only.
@@ -120,12 +120,12 @@ WidgetLookup findWidget(QWidget* window, const QString& path)
             chain.append(nameOf(step->parentWidget()));
         if (!fits(chain, elements))
             continue;
-        if (lookup.error == WidgetNotFoundError)
-            lookup.error = WidgetNotVisibleError;
+        if (lookup.error == identify::WidgetNotFoundError)
+            lookup.error = identify::WidgetNotVisibleError;
         if (!widget->isVisible())
             continue;
         lookup.widget = widget;
-        lookup.error = ++lookup.visibleCount == 1 ? NoError : WidgetAmbiguousError;
+        lookup.error = ++lookup.visibleCount == 1 ? identify::NoError : identify::WidgetAmbiguousError;
     }
     return lookup;
 }

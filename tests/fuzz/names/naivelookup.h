@@ -6,7 +6,7 @@
 namespace naive {
 
 QString nameOf(const QWidget* widget);
-WidgetLookup findWidget(QWidget* window, const QString& path);
+identify::WidgetLookup findWidget(QWidget* window, const QString& path);
 int findWindow(QWidget*& window, const QString& name);
 
 } // namespace naive

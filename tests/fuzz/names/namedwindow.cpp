@@ -88,6 +88,6 @@ QString NamedWindow::description() const
     QStringList names;
     for (const QWidget* widget : below)
         names.append(QLatin1String(widget->metaObject()->className()) + QLatin1Char(' ')
-            + fuzzing::printable(getName(widget)) + QLatin1String(widget->isVisible() ? "" : " (hidden)"));
+            + fuzzing::printable(identify::getName(widget)) + QLatin1String(widget->isVisible() ? "" : " (hidden)"));
     return names.join(QLatin1String("\n"));
 }
