@@ -183,7 +183,7 @@ QByteArray locateTrayIcon(const Request& request, STApplicationProxy&)
     if (count == 1) {
         const QRect rect = visible->geometry();
         if (rect.left() > rect.right() || rect.top() > rect.bottom())
-            raiseError("Rectangle not defined");
+            proxy::raiseError("Rectangle not defined");
         return replyForRect(rect);
     }
     if (icons.isEmpty())

@@ -2,6 +2,8 @@
 
 #include "proxy/sterror.h"
 
+namespace proxies {
+
 namespace {
 
 struct Row
@@ -11,14 +13,14 @@ struct Row
 };
 
 const Row rows[] = {
-    {"MousePress:RightButton", {MouseCommandType::Press, Qt::RightButton}},
-    {"MousePress:LeftButton", {MouseCommandType::Press, Qt::LeftButton}},
-    {"MouseRelease:RightButton", {MouseCommandType::Release, Qt::RightButton}},
-    {"MouseRelease:LeftButton", {MouseCommandType::Release, Qt::LeftButton}},
-    {"MouseClick:RightButton", {MouseCommandType::Click, Qt::RightButton}},
-    {"MouseClick:LeftButton", {MouseCommandType::Click, Qt::LeftButton}},
-    {"MouseDoubleClick:RightButton", {MouseCommandType::DoubleClick, Qt::RightButton}},
-    {"MouseDoubleClick:LeftButton", {MouseCommandType::DoubleClick, Qt::LeftButton}},
+    {"MousePress:RightButton", {proxy::MouseCommandType::Press, Qt::RightButton}},
+    {"MousePress:LeftButton", {proxy::MouseCommandType::Press, Qt::LeftButton}},
+    {"MouseRelease:RightButton", {proxy::MouseCommandType::Release, Qt::RightButton}},
+    {"MouseRelease:LeftButton", {proxy::MouseCommandType::Release, Qt::LeftButton}},
+    {"MouseClick:RightButton", {proxy::MouseCommandType::Click, Qt::RightButton}},
+    {"MouseClick:LeftButton", {proxy::MouseCommandType::Click, Qt::LeftButton}},
+    {"MouseDoubleClick:RightButton", {proxy::MouseCommandType::DoubleClick, Qt::RightButton}},
+    {"MouseDoubleClick:LeftButton", {proxy::MouseCommandType::DoubleClick, Qt::LeftButton}},
 };
 
 } // namespace
@@ -29,5 +31,7 @@ ClickCommand clickCommand(const QString& text, const char* ending)
         if (text == QLatin1String(row.words) + QLatin1String(ending))
             return row.command;
     }
-    raiseError("Invalid string value");
+    proxy::raiseError("Invalid string value");
 }
+
+} // namespace proxies

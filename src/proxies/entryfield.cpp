@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+namespace proxies {
+
 void EntryField::clickInto(const QRect& rect)
 {
     mouseClick(globalCenter(rect), Qt::LeftButton, Qt::NoModifier);
@@ -19,3 +21,5 @@ void EntryField::clearField()
     selectLine();
     keyClick(Qt::Key_Backspace, Qt::NoModifier);
 }
+
+} // namespace proxies

@@ -2,6 +2,8 @@
 
 #include "proxy/stwidgetproxy.h"
 
+namespace proxies {
+
 // What the proxies of entry fields share: the ways in which a user's mouse and keys get a text into a field.
 // Each key lets the application react, and its slots may delete the field. Whatever is left to be typed then
 // raises "Internal error, proxy without widget" instead of reaching another widget.
@@ -16,3 +18,5 @@ protected:
     // Deletes the text of a field of one line.
     void clearField();
 };
+
+} // namespace proxies

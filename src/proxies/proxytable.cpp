@@ -31,7 +31,7 @@ STWidgetProxy* make()
 
 } // namespace
 
-const ProxyTableRow proxyTable[] = {
+const proxy::ProxyTableRow proxy::proxyTable[] = {
     {"QWidget", make<STWidgetProxy>},
     {"QLabel", make<STWidgetProxy>},
     {"QAbstractButton", make<STQButton>},
@@ -62,4 +62,4 @@ const ProxyTableRow proxyTable[] = {
     {"QAbstractItemView", make<STQAbstractItemView>},
     {"QStatusBar", make<STQStatusBar>},
 };
-const std::size_t proxyTableSize = sizeof(proxyTable) / sizeof(proxyTable[0]);
+const std::size_t proxy::proxyTableSize = sizeof(proxy::proxyTable) / sizeof(proxy::proxyTable[0]);

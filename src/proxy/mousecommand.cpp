@@ -4,6 +4,8 @@
 #include "proxy/sterror.h"
 #include "proxy/words.h"
 
+namespace proxy {
+
 namespace {
 
 const Word<MouseCommandType> types[] = {
@@ -85,3 +87,5 @@ QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y)
     return QPoint(rect.left() + static_cast<int>(xShare * static_cast<float>(rect.width())),
         rect.top() + static_cast<int>(yShare * static_cast<float>(rect.height())));
 }
+
+} // namespace proxy

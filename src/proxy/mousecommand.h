@@ -4,6 +4,8 @@
 #include <QtCore/QRect>
 #include <QtCore/QString>
 
+namespace proxy {
+
 // The words of the mouse command "type:button:x:y:modifier". Every function raises an STError for a text that it
 // does not know; words are exact and case-sensitive.
 
@@ -21,3 +23,5 @@ Qt::KeyboardModifiers keyboardModifier(const QString& word);
 // The point of a rectangle at the shares x and y, texts of numbers from 0.0 to 1.0, of its width and height. One
 // missing share is 0.5; when both are, the point is the rectangle's centre.
 QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y);
+
+} // namespace proxy

@@ -4,6 +4,8 @@
 
 class STWidgetProxy;
 
+namespace proxy {
+
 // A supported Qt class and what makes its proxy. The caller owns what make() returns.
 struct ProxyTableRow
 {
@@ -14,3 +16,5 @@ struct ProxyTableRow
 // The registry's only way to the class proxies. Defined with them, in proxies/proxytable.cpp.
 extern const ProxyTableRow proxyTable[];
 extern const std::size_t proxyTableSize;
+
+} // namespace proxy

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <utility>
 
+namespace proxy {
+
 // One row of a table of properties that are computed: the name, and how the value is read from what the table's owner
 // passes, such as the widget.
 template <class... Parameters>
@@ -43,3 +45,5 @@ QVariant valueOf(const PseudoProperty<Parameters...> (&rows)[size], const char* 
     const PseudoProperty<Parameters...>* row = rowOf(rows, name);
     return row ? row->read(std::forward<Arguments>(arguments)...) : QVariant();
 }
+
+} // namespace proxy

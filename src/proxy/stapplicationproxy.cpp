@@ -15,8 +15,8 @@ const char notDerivedMessage[] = "Widget is not derived from class ";
 
 STApplicationProxy::STApplicationProxy()
 {
-    for (std::size_t i = 0; i < proxyTableSize; ++i)
-        proxies.emplace(proxyTable[i].qtClassName, proxyTable[i].make());
+    for (std::size_t i = 0; i < proxy::proxyTableSize; ++i)
+        proxies.emplace(proxy::proxyTable[i].qtClassName, proxy::proxyTable[i].make());
 }
 
 STApplicationProxy::~STApplicationProxy()
@@ -33,7 +33,7 @@ const char* STApplicationProxy::resolveClassName(QWidget* widget, const QString&
             return className;
     }
     // The text is the format itself: a "%%" in the request arrives as "%".
-    raiseError(QLatin1String(notDerivedMessage) + requested);
+    proxy::raiseError(QLatin1String(notDerivedMessage) + requested);
 }
 
 STWidgetProxy* STApplicationProxy::proxyFor(QWidget* widget, const QString& requested)
@@ -41,7 +41,7 @@ STWidgetProxy* STApplicationProxy::proxyFor(QWidget* widget, const QString& requ
     const char* className = resolveClassName(widget, requested);
     const auto proxy = proxies.find(className);
     if (proxy == proxies.end())
-        raiseError(unsupportedMessage, className);
+        proxy::raiseError(unsupportedMessage, className);
     proxy->second->bind(widget, className);
     return proxy->second;
 }
@@ -51,7 +51,7 @@ STWidgetProxy* STApplicationProxy::preparedProxy(QWidget* widget, const QString&
     STWidgetProxy* proxy = proxyFor(widget, className);
     const QWidget* target = proxy->checkedWidget(nullptr);
     if (!target->isEnabled())
-        raiseError(disabledMessage, target->objectName(), target->metaObject()->className());
+        proxy::raiseError(disabledMessage, target->objectName(), target->metaObject()->className());
     proxy->prepareWidget();
     proxy->startProcessingEvents();
     return proxy;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace proxy {
+
 const char deadWidgetMessage[] = "Internal error, proxy without widget";
 
 namespace {
@@ -37,3 +39,5 @@ QString formatMessage(const QString& format, std::initializer_list<FormatArgumen
     }
     return message.left(maximumLength);
 }
+
+} // namespace proxy

@@ -18,6 +18,8 @@ struct STError
     QString message;
 };
 
+namespace proxy {
+
 // Raised wherever the widget that a command is about turns out to be gone.
 extern const char deadWidgetMessage[];
 
@@ -61,3 +63,5 @@ template <class... Arguments>
 {
     throw STError(formatMessage(format, {}));
 }
+
+} // namespace proxy

@@ -43,7 +43,7 @@ QWidget* requiredMouseTarget(const QPoint& position)
 {
     QWidget* target = mouseTarget(position);
     if (!target)
-        raiseError(hiddenMessage);
+        proxy::raiseError(hiddenMessage);
     return target;
 }
 
@@ -84,7 +84,7 @@ void STInputControl::postInputEvent(QWidget* target, QEvent* event)
     const QPointer<QWidget> guarded(target);
     syncEvents();
     if (!guarded)
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
     QCoreApplication::postEvent(target, owned.release());
     syncEvents();
 }
@@ -95,7 +95,7 @@ void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifi
     if (isKeyOwnerGone()) {
         if (type == QEvent::KeyRelease)
             return; // what the press did may have been the owner's end
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
     }
     QWidget* target = keyTarget();
     if (target && mayGetKeys(target))
@@ -174,7 +174,7 @@ void STInputControl::waitForAwaited(const QPoint& position)
         return;
     compat::waitUntilInFront(widget, position);
     if (!widget)
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
 }
 
 void STInputControl::mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers)
@@ -198,7 +198,7 @@ void STInputControl::postDragMove(
     target->installEventFilter(&killer);
     syncEvents();
     if (!target)
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
     target->removeEventFilter(&killer);
     postInputEvent(
         target, compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldButtons, modifiers));
@@ -213,7 +213,7 @@ void STInputControl::dedicateMouseTo(QWidget* owner)
 void STInputControl::requireMouseOwner() const
 {
     if (mouseIsDedicated && !mouseOwner)
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
 }
 
 void STInputControl::letGo(QWidget* pressed, Qt::MouseButton button)

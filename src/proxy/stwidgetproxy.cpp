@@ -55,7 +55,7 @@ QStringList propertyNames(const QMetaObject* metaObject)
 // The properties that every proxy has. They win over pseudo-properties and Qt properties of the same name.
 QStringList builtInNames();
 
-const PseudoProperty<STWidgetProxy&, const QString&> builtInProperties[] = {
+const proxy::PseudoProperty<STWidgetProxy&, const QString&> builtInProperties[] = {
     {"propertyNames",
         [](STWidgetProxy& proxy, const QString&) -> QVariant {
             return propertyNames(proxy.checkedWidget(nullptr)->metaObject());
@@ -79,19 +79,19 @@ const PseudoProperty<STWidgetProxy&, const QString&> builtInProperties[] = {
 
 QStringList builtInNames()
 {
-    return namesOf(builtInProperties);
+    return proxy::namesOf(builtInProperties);
 }
 
 } // namespace
 
 void STWidgetProxy::activate(const QVariant&, const QVariant&)
 {
-    raiseError(notImplementedMessage, "activate", widget ? widget->metaObject()->className() : "unknown");
+    proxy::raiseError(notImplementedMessage, "activate", widget ? widget->metaObject()->className() : "unknown");
 }
 
 void STWidgetProxy::enter(const QVariant&)
 {
-    raiseError(notImplementedMessage, "enter", widget ? widget->metaObject()->className() : "unknown");
+    proxy::raiseError(notImplementedMessage, "enter", widget ? widget->metaObject()->className() : "unknown");
 }
 
 void STWidgetProxy::mouseAction(const QVariant& command)
@@ -99,33 +99,34 @@ void STWidgetProxy::mouseAction(const QVariant& command)
     if (compat::typeOf(command) != QMetaType::QString)
         typeError("string");
     const int sectionCount = 5;
-    const QStringList sections = firstParts(command.toString(), QLatin1Char(':'), sectionCount);
+    const QStringList sections = proxy::firstParts(command.toString(), QLatin1Char(':'), sectionCount);
     const QWidget* target = checkedWidget(nullptr);
-    const QPoint point = target->mapToGlobal(pointAtShares(target->rect(), sections.value(2), sections.value(3)));
+    const QPoint point
+        = target->mapToGlobal(proxy::pointAtShares(target->rect(), sections.value(2), sections.value(3)));
     prepareWidget();
-    const Qt::MouseButton button = mouseButton(sections.value(1));
-    const Qt::KeyboardModifiers modifiers = keyboardModifier(sections.value(4));
-    playMouse(mouseCommandType(sections.value(0)), point, button, modifiers);
+    const Qt::MouseButton button = proxy::mouseButton(sections.value(1));
+    const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(4));
+    playMouse(proxy::mouseCommandType(sections.value(0)), point, button, modifiers);
 }
 
 void STWidgetProxy::playMouse(
-    MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+    proxy::MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     checkedWidget(nullptr); // what happens when it is prepared may be its end
     switch (type) {
-    case MouseCommandType::Press:
+    case proxy::MouseCommandType::Press:
         mouseMove(point, modifiers);
         return mousePress(button, modifiers);
-    case MouseCommandType::Release:
+    case proxy::MouseCommandType::Release:
         mouseMove(point, modifiers);
         return mouseRelease(button, modifiers);
-    case MouseCommandType::Click:
+    case proxy::MouseCommandType::Click:
         stopProcessingEvents();
         return mouseClick(point, button, modifiers);
-    case MouseCommandType::DoubleClick:
+    case proxy::MouseCommandType::DoubleClick:
         stopProcessingEvents();
         return mouseDoubleClick(point, button, modifiers);
-    case MouseCommandType::Move:
+    case proxy::MouseCommandType::Move:
         return mouseMove(point, modifiers);
     }
 }
@@ -150,9 +151,9 @@ void STWidgetProxy::bind(QWidget* target, const char* className)
 QWidget* STWidgetProxy::checkedWidget(const char* className)
 {
     if (!widget)
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
     if (className && !widget->inherits(className))
-        raiseError(wrongClassMessage, className, widget->metaObject()->className());
+        proxy::raiseError(wrongClassMessage, className, widget->metaObject()->className());
     return widget;
 }
 
@@ -198,29 +199,29 @@ void STWidgetProxy::moveOntoScreen(QWidget* window)
 
 QVariant STWidgetProxy::property(const char* name, const QVariant& argument)
 {
-    if (rowOf(builtInProperties, name))
-        return valueOf(builtInProperties, name, *this, servedClassName);
+    if (proxy::rowOf(builtInProperties, name))
+        return proxy::valueOf(builtInProperties, name, *this, servedClassName);
     const QStringList pseudoNames = pseudoPropertyNames();
     const bool isPseudo = std::any_of(pseudoNames.begin(), pseudoNames.end(),
         [name](const QString& pseudoName) { return pseudoName == QLatin1String(name); });
     const QVariant value
         = isPseudo ? pseudoProperty(name, argument) : compat::readProperty(checkedWidget(nullptr), name);
     if (!value.isValid())
-        raiseError(unknownPropertyMessage, name);
+        proxy::raiseError(unknownPropertyMessage, name);
     return value;
 }
 
 void STWidgetProxy::setProperty(const char* name, const QVariant& value)
 {
     if (!checkedWidget(nullptr)->setProperty(name, value))
-        raiseError(setPropertyMessage, name);
+        proxy::raiseError(setPropertyMessage, name);
 }
 
 void STWidgetProxy::typeError(const char* expected)
 {
     const QWidget* target = checkedWidget(nullptr);
     const QString className = QString::fromLatin1(target->metaObject()->className());
-    raiseError("%s",
+    proxy::raiseError("%s",
         QString::fromLatin1("Type error: object \"%1\" of class \"%2\" accepts ").arg(target->objectName(), className)
             + QLatin1String(expected ? expected : "no parameter") + QLatin1Char('.'));
 }
@@ -228,7 +229,7 @@ void STWidgetProxy::typeError(const char* expected)
 void STWidgetProxy::raiseRangeError(const QString& range)
 {
     const QWidget* target = checkedWidget(nullptr);
-    raiseError(rangeMessage, target->objectName(), target->metaObject()->className(), range);
+    proxy::raiseError(rangeMessage, target->objectName(), target->metaObject()->className(), range);
 }
 
 QString STWidgetProxy::stripMnemonic(const QString& text)

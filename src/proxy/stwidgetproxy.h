@@ -54,10 +54,11 @@ protected:
     template <class... Arguments>
     [[noreturn]] void rangeError(const char* format, const Arguments&... arguments)
     {
-        raiseRangeError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
+        raiseRangeError(proxy::formatMessage(QString::fromLatin1(format), {proxy::FormatArgument(arguments)...}));
     }
     // Plays one mouse command at a point in global coordinates; a click stops the processing of events.
-    void playMouse(MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    void playMouse(
+        proxy::MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // The centre of a rectangle of the bound widget, in global coordinates.
     QPoint globalCenter(const QRect& rect);
     // The same for a rectangle of any widget, such as a part of the bound one.

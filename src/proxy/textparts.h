@@ -2,6 +2,8 @@
 
 #include <QtCore/QStringList>
 
+namespace proxy {
+
 // The first parts of a text between separators, empty ones included, and no more of them than are wanted: what a test
 // sends may be millions of separators long. Each part is a text of its own.
 inline QStringList firstParts(const QString& text, QChar separator, int most)
@@ -17,3 +19,5 @@ inline QStringList firstParts(const QString& text, QChar separator, int most)
     }
     return parts;
 }
+
+} // namespace proxy

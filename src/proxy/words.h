@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+namespace proxy {
+
 // A word of a command and what it stands for.
 template <class Value>
 struct Word
@@ -22,3 +24,5 @@ const Value* valueOf(const Word<Value> (&words)[size], const QString& text)
     }
     return nullptr;
 }
+
+} // namespace proxy

@@ -25,8 +25,8 @@ void checkHeaderAddress(const ItemViews& views, const QString& text, const QStri
 {
     naive::Found expected;
     const bool isAddress = naive::headerSection(views.model(), text, expected);
-    ItemAddress address = {QModelIndex(), -1, -1};
-    const Served read = served([&] { return readHeaderAddress(views.model(), text, address); });
+    views::ItemAddress address = {QModelIndex(), -1, -1};
+    const Served read = served([&] { return views::readHeaderAddress(views.model(), text, address); });
     check(read.error == expected.error, "the error of a header address", detail + QLatin1Char('\n') + read.error);
     check(!read.error.isEmpty() || read.value.toBool() == isAddress, "what is a header address", detail);
     check(address.row == expected.row && address.column == expected.column, "the section of an address", detail);

@@ -47,13 +47,13 @@ private:
     void treePaths()
     {
         const QTreeView& view = *views.tree();
-        const QStringList paths = treeItemPaths(view);
+        const QStringList paths = views::treeItemPaths(view);
         check(paths == naive::treePaths(view, QModelIndex(), QString()), "the paths of a tree", detail);
         for (const QString& path : paths) {
-            const QModelIndex item = findItem(view, path);
+            const QModelIndex item = views::findItem(view, path);
             check(item == naive::treeItem(view, path.split(QLatin1Char('/')), QModelIndex()), "a listed item", detail);
             check(item.isValid() || !textsArePlain(), "every listed item is found", detail);
-            check(itemPathOf(view, item) == naive::treePath(view, item), "the path of an item", detail);
+            check(views::itemPathOf(view, item) == naive::treePath(view, item), "the path of an item", detail);
         }
     }
 
@@ -64,7 +64,7 @@ private:
     {
         const QTreeView& view = *views.tree();
         const QModelIndex expected = naive::treeItem(view, address.split(QLatin1Char('/')), QModelIndex());
-        check(findItem(view, address) == expected, "the item at a tree path", detail);
+        check(views::findItem(view, address) == expected, "the item at a tree path", detail);
         const Served path = property(views.tree(), "itemPath");
         if (!expected.isValid())
             check(path.error == QLatin1String("Invalid item path"), "no item at a tree path", detail);
@@ -95,7 +95,7 @@ private:
     void modelItem()
     {
         const naive::Found expected = naive::modelItem(views.model(), address);
-        const Served index = served([&] { return indexAtPath(views.model(), address); });
+        const Served index = served([&] { return views::indexAtPath(views.model(), address); });
         check(index.error == expected.error, "the error of a model path", detail + QLatin1Char('\n') + index.error);
         check(
             !index.error.isEmpty() || index.value.toModelIndex() == expected.index, "the item at a model path", detail);

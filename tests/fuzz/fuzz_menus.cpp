@@ -32,8 +32,8 @@ void checkProperties(const FuzzMenu& host, const naive::Items& items, const QStr
 {
     const QStringList elements = path.split(QLatin1Char('/'));
     const QStringList list = naive::menuItemList(items);
-    check(menuItemList(host.menu()->actions()) == list, "the list of a menu's items", detail);
-    check(menuItemList(host.menuBar()->actions()) == list, "the list of a bar's items", detail);
+    check(menus::menuItemList(host.menu()->actions()) == list, "the list of a menu's items", detail);
+    check(menus::menuItemList(host.menuBar()->actions()) == list, "the list of a bar's items", detail);
 
     const auto same = [&](const QString& actual, const QString& expected, const char* rule) {
         check(actual == expected.left(2047), rule,
@@ -47,10 +47,10 @@ void checkProperties(const FuzzMenu& host, const naive::Items& items, const QStr
 
 void checkFinding(const FuzzMenu& host, const naive::Items& items, const QString& path, const QString& detail)
 {
-    QStringList rest = splitMenuPath(path);
+    QStringList rest = menus::splitMenuPath(path);
     const QStringList elements = path.split(QLatin1Char('/'));
     const naive::FoundItem expected = naive::findMenuItem(items, elements);
-    const QAction* found = findMenuItem(host.menu()->actions(), rest);
+    const QAction* found = menus::findMenuItem(host.menu()->actions(), rest);
     check((found != nullptr) == (expected.item != nullptr), "whether a path names an item", detail);
     if (!found)
         return;

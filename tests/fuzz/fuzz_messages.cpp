@@ -30,11 +30,12 @@ QString formatted(const QString& format, const QStringList& arguments)
 {
     switch (arguments.size()) {
     case 0:
-        return formatMessage(format, {});
+        return proxy::formatMessage(format, {});
     case 1:
-        return formatMessage(format, {FormatArgument(arguments.at(0))});
+        return proxy::formatMessage(format, {proxy::FormatArgument(arguments.at(0))});
     default:
-        return formatMessage(format, {FormatArgument(arguments.at(0)), FormatArgument(arguments.at(1))});
+        return proxy::formatMessage(
+            format, {proxy::FormatArgument(arguments.at(0)), proxy::FormatArgument(arguments.at(1))});
     }
 }
 

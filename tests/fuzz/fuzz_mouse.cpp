@@ -122,10 +122,10 @@ QString described(const QList<naive::SeenEvent>& events)
 void checkGrammars(const QString& command)
 {
     const QString detail = printable(command);
-    const QString itemError = errorOf([&] { itemMouseCommand(command); });
+    const QString itemError = errorOf([&] { views::itemMouseCommand(command); });
     check(itemError == naive::itemCommandError(command), "the mouse commands of item views", detail);
     for (const char* ending : {":::", ""}) {
-        const QString error = errorOf([&] { clickCommand(command, ending); });
+        const QString error = errorOf([&] { proxies::clickCommand(command, ending); });
         check(error == naive::clickCommandError(command, QLatin1String(ending)), "the fixed mouse commands", detail);
     }
 }

@@ -22,20 +22,21 @@ void TestItemMouseCommand::knownWordsMakeACommand_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("button");
     QTest::addColumn<int>("modifiers");
-    const auto row = [](const char* text, MouseCommandType type, Qt::MouseButton button, int modifiers) {
+    const auto row = [](const char* text, proxy::MouseCommandType type, Qt::MouseButton button, int modifiers) {
         QTest::newRow(text) << QString::fromLatin1(text) << int(type) << int(button) << modifiers;
     };
-    row("MousePress:LeftButton:::", MouseCommandType::Press, Qt::LeftButton, 0);
-    row("MouseRelease:RightButton:::", MouseCommandType::Release, Qt::RightButton, 0);
-    row("MouseClick:LeftButton:0.5:0.5:ShiftModifier", MouseCommandType::Click, Qt::LeftButton, 0x02000000);
-    row("MouseClick:LeftButton:x:y:ControlModifier", MouseCommandType::Click, Qt::LeftButton, 0x04000000);
-    row("MouseDoubleClick:RightButton:9::AltModifier", MouseCommandType::DoubleClick, Qt::RightButton, 0x08000000);
+    row("MousePress:LeftButton:::", proxy::MouseCommandType::Press, Qt::LeftButton, 0);
+    row("MouseRelease:RightButton:::", proxy::MouseCommandType::Release, Qt::RightButton, 0);
+    row("MouseClick:LeftButton:0.5:0.5:ShiftModifier", proxy::MouseCommandType::Click, Qt::LeftButton, 0x02000000);
+    row("MouseClick:LeftButton:x:y:ControlModifier", proxy::MouseCommandType::Click, Qt::LeftButton, 0x04000000);
+    row("MouseDoubleClick:RightButton:9::AltModifier", proxy::MouseCommandType::DoubleClick, Qt::RightButton,
+        0x08000000);
 }
 
 void TestItemMouseCommand::knownWordsMakeACommand()
 {
     QFETCH(QString, text);
-    const ItemMouseCommand command = itemMouseCommand(text);
+    const views::ItemMouseCommand command = views::itemMouseCommand(text);
     QTEST(int(command.type), "type");
     QTEST(int(command.button), "button");
     QTEST(int(command.modifiers), "modifiers");
@@ -66,7 +67,7 @@ void TestItemMouseCommand::otherTextsAreRefused()
     QFETCH(QString, message);
     QString raised;
     try {
-        itemMouseCommand(text);
+        views::itemMouseCommand(text);
     } catch (const STError& error) {
         raised = error.message;
     }

@@ -62,15 +62,15 @@ void tst_MenuItems::itemText()
     QFETCH(QString, text);
     QFETCH(QString, expected);
     const QAction action(text, nullptr);
-    QCOMPARE(menuItemText(&action), expected);
+    QCOMPARE(menus::menuItemText(&action), expected);
 }
 
 void tst_MenuItems::aSeparatorHasANullText()
 {
     QAction action(QLatin1String("Title"), nullptr);
     action.setSeparator(true);
-    QVERIFY(menuItemText(&action).isNull());
-    const QStringList list = menuItemList(QList<QAction*>() << &action);
+    QVERIFY(menus::menuItemText(&action).isNull());
+    const QStringList list = menus::menuItemList(QList<QAction*>() << &action);
     QCOMPARE(int(list.size()), 1);
     QVERIFY(list.first().isNull());
 }
@@ -130,8 +130,8 @@ void tst_MenuItems::find()
     QFETCH(QString, first);
     QMenu menu;
     fill(&menu, texts.split(QLatin1Char('|')));
-    QStringList elements = splitMenuPath(path);
-    const QAction* found = findMenuItem(menu.actions(), elements);
+    QStringList elements = menus::splitMenuPath(path);
+    const QAction* found = menus::findMenuItem(menu.actions(), elements);
     QCOMPARE(found ? static_cast<int>(menu.actions().indexOf(const_cast<QAction*>(found))) : -1, position);
     QCOMPARE(elements.join(QLatin1String("|")), first);
 }
@@ -140,10 +140,10 @@ void tst_MenuItems::nothingIsFoundInAnEmptyMenuOrByAnEmptyPath()
 {
     QMenu menu;
     QStringList path = split("Item 0", '/');
-    QVERIFY(!findMenuItem(menu.actions(), path));
+    QVERIFY(!menus::findMenuItem(menu.actions(), path));
     menu.addAction(QString());
     QStringList empty;
-    QVERIFY(!findMenuItem(menu.actions(), empty));
+    QVERIFY(!menus::findMenuItem(menu.actions(), empty));
 }
 
 void tst_MenuItems::list_data()
@@ -185,7 +185,7 @@ void tst_MenuItems::list()
             break;
         }
     }
-    QCOMPARE(menuItemList(actions).join(QLatin1String("|")), expected);
+    QCOMPARE(menus::menuItemList(actions).join(QLatin1String("|")), expected);
 }
 
 void tst_MenuItems::aMenuThatContainsItselfIsListedOnce()
@@ -194,13 +194,13 @@ void tst_MenuItems::aMenuThatContainsItselfIsListedOnce()
     QMenu* loop = menu.addMenu(QLatin1String("loop"));
     loop->addAction(QLatin1String("x"));
     loop->addAction(loop->menuAction());
-    QCOMPARE(menuItemList(menu.actions()), split("loop/x|loop/loop", '|'));
+    QCOMPARE(menus::menuItemList(menu.actions()), split("loop/x|loop/loop", '|'));
 }
 
 void tst_MenuItems::splitKeepsEmptyElements()
 {
-    QCOMPARE(splitMenuPath(QLatin1String("a//b/")), split("a||b|", '|'));
-    QCOMPARE(splitMenuPath(QString()).size(), 1);
+    QCOMPARE(menus::splitMenuPath(QLatin1String("a//b/")), split("a||b|", '|'));
+    QCOMPARE(menus::splitMenuPath(QString()).size(), 1);
 }
 
 QTEST_MAIN(tst_MenuItems)

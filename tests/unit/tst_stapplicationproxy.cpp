@@ -35,9 +35,9 @@ const char* const classNames[] = {"QWidget", "QLabel", "QAbstractButton", "QPush
 
 void tst_STApplicationProxy::theTableNamesEachClassOnceAndInOrder()
 {
-    QCOMPARE(proxyTableSize, sizeof(classNames) / sizeof(classNames[0]));
-    for (std::size_t row = 0; row < proxyTableSize; ++row)
-        QCOMPARE(proxyTable[row].qtClassName, classNames[row]);
+    QCOMPARE(proxy::proxyTableSize, sizeof(classNames) / sizeof(classNames[0]));
+    for (std::size_t row = 0; row < proxy::proxyTableSize; ++row)
+        QCOMPARE(proxy::proxyTable[row].qtClassName, classNames[row]);
 }
 
 void tst_STApplicationProxy::theNearestRegisteredClassServes_data()

@@ -39,15 +39,15 @@ QString messageOf(Raise raise)
 
 void tst_STError::argumentsFillTheirConversions()
 {
-    QCOMPARE(messageOf([] { raiseError("[%d, %d] in \"%s\"", -1, 2147483647, "name"); }),
+    QCOMPARE(messageOf([] { proxy::raiseError("[%d, %d] in \"%s\"", -1, 2147483647, "name"); }),
         latin1("[-1, 2147483647] in \"name\""));
-    QCOMPARE(messageOf([] { raiseError("%s", QString(QChar(0xe9))); }), QString(QChar(0xe9)));
+    QCOMPARE(messageOf([] { proxy::raiseError("%s", QString(QChar(0xe9))); }), QString(QChar(0xe9)));
 }
 
 void tst_STError::doubledPercentSignsBecomeOne()
 {
-    QCOMPARE(messageOf([] { raiseError("100%% of %s, %%d", "it"); }), latin1("100% of it, %d"));
-    QCOMPARE(messageOf([] { raiseError(latin1("a%%b%%%%")); }), latin1("a%b%%"));
+    QCOMPARE(messageOf([] { proxy::raiseError("100%% of %s, %%d", "it"); }), latin1("100% of it, %d"));
+    QCOMPARE(messageOf([] { proxy::raiseError(latin1("a%%b%%%%")); }), latin1("a%b%%"));
 }
 
 void tst_STError::conversionsWithoutArgumentStayAsWritten_data()
@@ -62,29 +62,29 @@ void tst_STError::conversionsWithoutArgumentStayAsWritten()
 {
     QFETCH(QString, format);
     QString expected = format;
-    QCOMPARE(messageOf([&] { raiseError(format); }), expected.replace(latin1("%%"), latin1("%")));
+    QCOMPARE(messageOf([&] { proxy::raiseError(format); }), expected.replace(latin1("%%"), latin1("%")));
 }
 
 void tst_STError::longMessagesAreCut()
 {
     const QString longText(3000, QLatin1Char('x'));
-    QCOMPARE(messageOf([&] { raiseError(longText); }), longText.left(2047));
-    QCOMPARE(messageOf([&] { raiseError("ab%s", longText); }), latin1("ab") + longText.left(2045));
+    QCOMPARE(messageOf([&] { proxy::raiseError(longText); }), longText.left(2047));
+    QCOMPARE(messageOf([&] { proxy::raiseError("ab%s", longText); }), latin1("ab") + longText.left(2045));
     const QString exact(2047, QLatin1Char('y'));
-    QCOMPARE(messageOf([&] { raiseError(exact); }), exact);
+    QCOMPARE(messageOf([&] { proxy::raiseError(exact); }), exact);
 }
 
 void tst_STError::textsOfArgumentsAreNoFormats()
 {
-    QCOMPARE(messageOf([] { raiseError("<%s|%s>", "%s%%", "%d"); }), latin1("<%s%%|%d>"));
+    QCOMPARE(messageOf([] { proxy::raiseError("<%s|%s>", "%s%%", "%d"); }), latin1("<%s%%|%d>"));
 }
 
 void tst_STError::textsEndBeforeTheirFirstNull()
 {
     const QString parted = latin1("a") + QChar(0) + latin1("b");
-    QCOMPARE(messageOf([&] { raiseError(parted); }), latin1("a"));
-    QCOMPARE(messageOf([&] { raiseError("<%s|%s>", parted, "c"); }), latin1("<a|c>"));
-    QCOMPARE(messageOf([&] { raiseError(QString(QChar(0))); }), QString());
+    QCOMPARE(messageOf([&] { proxy::raiseError(parted); }), latin1("a"));
+    QCOMPARE(messageOf([&] { proxy::raiseError("<%s|%s>", parted, "c"); }), latin1("<a|c>"));
+    QCOMPARE(messageOf([&] { proxy::raiseError(QString(QChar(0))); }), QString());
 }
 
 void tst_STError::errorsAreCopied()

@@ -286,7 +286,7 @@ void tst_STInputControl::aPostingScopeEndsEvenWhenSomethingThrows()
     QCOMPARE(errorOf([&] {
         const Control::PostingScope postingOnly(control);
         control.keyClick(Qt::Key_Up, Qt::NoModifier);
-        raiseError("within the scope");
+        proxy::raiseError("within the scope");
     }),
         latin1("within the scope"));
     QVERIFY(recorder.events.isEmpty());
@@ -320,7 +320,8 @@ void tst_STInputControl::aTargetThatDiesBeforeTheEventIsAnError()
         void timerEvent(QTimerEvent*) override { delete victim; }
         QPointer<QWidget> victim;
     } deleter(target);
-    QCOMPARE(errorOf([&] { control.postInputEvent(target, new QEvent(QEvent::User)); }), latin1(deadWidgetMessage));
+    QCOMPARE(
+        errorOf([&] { control.postInputEvent(target, new QEvent(QEvent::User)); }), latin1(proxy::deadWidgetMessage));
     QVERIFY(!guarded);
 }
 

@@ -96,7 +96,7 @@ void TestTreeItemPath::segmentsFitRows()
 {
     QFETCH(QString, segment);
     QFETCH(QString, rowText);
-    QTEST(segmentMatches(segment, rowText), "fits");
+    QTEST(views::segmentMatches(segment, rowText), "fits");
 }
 
 void TestTreeItemPath::rowTextsJoinShownColumns()
@@ -107,10 +107,10 @@ void TestTreeItemPath::rowTextsJoinShownColumns()
     const char* const texts[] = {"", "a", "", "b"};
     for (int column = 0; column < 4; ++column)
         model.setData(model.index(0, column), QString::fromLatin1(texts[column]));
-    QCOMPARE(treeRowText(view, 0, QModelIndex()), QString::fromLatin1("a::b"));
+    QCOMPARE(views::treeRowText(view, 0, QModelIndex()), QString::fromLatin1("a::b"));
     view.setColumnHidden(1, true);
-    QCOMPARE(treeRowText(view, 0, QModelIndex()), QString::fromLatin1("b"));
-    QCOMPARE(itemPathOf(view, QModelIndex()), QString());
+    QCOMPARE(views::treeRowText(view, 0, QModelIndex()), QString::fromLatin1("b"));
+    QCOMPARE(views::itemPathOf(view, QModelIndex()), QString());
 }
 
 void TestTreeItemPath::searchesGoBackWhenAPathEnds()
@@ -129,10 +129,10 @@ void TestTreeItemPath::searchesGoBackWhenAPathEnds()
         }
     }
     last->appendRow(new QStandardItem(QString()));
-    QCOMPARE(findItem(view, QLatin1String("A/A/")), last->child(0)->index());
-    QCOMPARE(findItem(view, QLatin1String("A/A")), model.item(0)->child(0)->index());
-    QVERIFY(!findItem(view, QLatin1String("A/A//")).isValid());
-    QVERIFY(!findItem(view, QString()).isValid());
+    QCOMPARE(views::findItem(view, QLatin1String("A/A/")), last->child(0)->index());
+    QCOMPARE(views::findItem(view, QLatin1String("A/A")), model.item(0)->child(0)->index());
+    QVERIFY(!views::findItem(view, QLatin1String("A/A//")).isValid());
+    QVERIFY(!views::findItem(view, QString()).isValid());
 }
 
 void TestTreeItemPath::listingReadsEachTextOnce_data()
@@ -150,7 +150,7 @@ void TestTreeItemPath::listingReadsEachTextOnce()
     QTreeView view;
     view.setModel(&model);
     model.reads = 0;
-    const QStringList paths = treeItemPaths(view);
+    const QStringList paths = views::treeItemPaths(view);
     QCOMPARE(paths.size(), parents * 301);
     QCOMPARE(paths.at(302), QString::fromLatin1("p1:s1/c0:s0"));
     QCOMPARE(model.reads, 2 * parents * 301);
@@ -169,10 +169,10 @@ void TestTreeItemPath::searchingReadsWhatItPassesOnce()
     view.setModel(&model);
     model.reads = 0;
     const QString path = QString::fromLatin1("p%1/c299").arg(parents - 1);
-    QVERIFY(findItem(view, path).isValid());
+    QVERIFY(views::findItem(view, path).isValid());
     QCOMPARE(model.reads, 2 * (parents + 300)); // the parents, and the children of the one that fits
     model.reads = 0;
-    QVERIFY(!findItem(view, QLatin1String("p0/nothing")).isValid());
+    QVERIFY(!views::findItem(view, QLatin1String("p0/nothing")).isValid());
     QCOMPARE(model.reads, 2 * (parents + 300));
 }
 

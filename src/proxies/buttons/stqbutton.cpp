@@ -31,7 +31,7 @@ QRect subControlRect(const QToolButton* button, QStyle::SubControl control)
     return button->style()->subControlRect(QStyle::CC_ToolButton, &option, control, button);
 }
 
-const PseudoProperty<const QAbstractButton&> pseudoProperties[] = {
+const proxy::PseudoProperty<const QAbstractButton&> pseudoProperties[] = {
     {"text", [](const QAbstractButton& button) -> QVariant { return STWidgetProxy::stripMnemonic(button.text()); }},
 };
 
@@ -44,7 +44,7 @@ void STQButton::activate(const QVariant& value, const QVariant&)
         typeError("bool, none");
     const auto* button = static_cast<QAbstractButton*>(checkedWidget("QAbstractButton"));
     if (toggles && !button->isCheckable())
-        raiseError(notToggleMessage);
+        proxy::raiseError(notToggleMessage);
     const QPoint point = clickPoint(ToolButtonPart::Body);
     if (toggles && button->isChecked() == value.toBool())
         return;
@@ -59,7 +59,7 @@ void STQButton::mouseAction(const QVariant& command)
     const bool left = text.endsWith(QLatin1String("LeftButton:::"));
     const QPoint point = clickPoint(left ? ToolButtonPart::MenuArrow : ToolButtonPart::Whole);
     stopProcessingEvents();
-    const ClickCommand click = clickCommand(text, ":::");
+    const proxies::ClickCommand click = proxies::clickCommand(text, ":::");
     playMouse(click.type, point, click.button, Qt::NoModifier);
 }
 
@@ -81,10 +81,11 @@ QPoint STQButton::clickPoint(ToolButtonPart part)
 
 QStringList STQButton::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQButton::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, name, *static_cast<const QAbstractButton*>(checkedWidget("QAbstractButton")));
+    return proxy::valueOf(
+        pseudoProperties, name, *static_cast<const QAbstractButton*>(checkedWidget("QAbstractButton")));
 }

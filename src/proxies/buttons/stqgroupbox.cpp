@@ -27,7 +27,7 @@ void STQGroupBox::activate(const QVariant& value, const QVariant&)
         typeError("bool");
     const auto* box = static_cast<QGroupBox*>(checkedWidget("QGroupBox"));
     if (!box->isCheckable())
-        raiseError(notCheckableMessage);
+        proxy::raiseError(notCheckableMessage);
     if (box->isChecked() == value.toBool())
         return;
     QStyleOptionGroupBox option;

@@ -32,6 +32,6 @@ QLineEdit* STQFileDialog::fileNameEdit()
     const QList<QLineEdit*> fields = dialog->findChildren<QLineEdit*>(QLatin1String("fileNameEdit"));
     // A dialog that the operating system shows instead of Qt can have a field, but nowhere on the screen.
     if (fields.isEmpty() || dialog->testAttribute(Qt::WA_DontShowOnScreen))
-        raiseError(notFoundMessage);
+        proxy::raiseError(notFoundMessage);
     return fields.first();
 }

@@ -5,7 +5,7 @@
 class QLineEdit;
 
 // Qt's own file dialogs, not those of the operating system.
-class STQFileDialog : public EntryField
+class STQFileDialog : public proxies::EntryField
 {
 public:
     // A string, the path of a file: replaces what is in the file name field by it and presses Return.

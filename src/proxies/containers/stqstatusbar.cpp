@@ -6,7 +6,7 @@
 
 namespace {
 
-const PseudoProperty<const QStatusBar&> pseudoProperties[] = {
+const proxy::PseudoProperty<const QStatusBar&> pseudoProperties[] = {
     {"currentMessage", [](const QStatusBar& bar) -> QVariant { return bar.currentMessage(); }},
 };
 
@@ -14,10 +14,10 @@ const PseudoProperty<const QStatusBar&> pseudoProperties[] = {
 
 QStringList STQStatusBar::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQStatusBar::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, name, *static_cast<const QStatusBar*>(checkedWidget("QStatusBar")));
+    return proxy::valueOf(pseudoProperties, name, *static_cast<const QStatusBar*>(checkedWidget("QStatusBar")));
 }

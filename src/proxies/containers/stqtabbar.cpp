@@ -23,7 +23,7 @@ QStringList strippedTexts(const QTabBar& bar, QString (QTabBar::*text)(int) cons
 }
 
 // The list of tool tips is stripped and the current tool tip is not: tests compare them so.
-const PseudoProperty<const QTabBar&> pseudoProperties[] = {
+const proxy::PseudoProperty<const QTabBar&> pseudoProperties[] = {
     {"itemList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabText); }},
     {"toolTipList", [](const QTabBar& bar) -> QVariant { return strippedTexts(bar, &QTabBar::tabToolTip); }},
     {"currentText", [](const QTabBar& bar) -> QVariant { return stripped(bar.tabText(bar.currentIndex())); }},
@@ -48,12 +48,12 @@ void STQTabBar::activate(const QVariant& value, const QVariant&)
 
 QStringList STQTabBar::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQTabBar::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, name, *tabBar());
+    return proxy::valueOf(pseudoProperties, name, *tabBar());
 }
 
 const QTabBar* STQTabBar::tabBar()

@@ -24,7 +24,7 @@ QStringList itemTexts(const QToolBox& box)
     return texts;
 }
 
-const PseudoProperty<const QToolBox&> pseudoProperties[] = {
+const proxy::PseudoProperty<const QToolBox&> pseudoProperties[] = {
     {"itemList", [](const QToolBox& box) -> QVariant { return itemTexts(box); }},
     {"currentText", [](const QToolBox& box) -> QVariant { return box.itemText(box.currentIndex()); }},
 };
@@ -40,18 +40,18 @@ void STQToolBox::activate(const QVariant& value, const QVariant&)
     const auto header = std::find_if(headers.begin(), headers.end(),
         [&text](const QAbstractButton* button) { return button->isVisible() && button->text() == text; });
     if (header == headers.end())
-        raiseError(notFoundMessage);
+        proxy::raiseError(notFoundMessage);
     if (!(*header)->isEnabled())
-        raiseError(disabledMessage);
+        proxy::raiseError(disabledMessage);
     clickCenter(*header, (*header)->rect());
 }
 
 QStringList STQToolBox::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQToolBox::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, name, *static_cast<const QToolBox*>(checkedWidget("QToolBox")));
+    return proxy::valueOf(pseudoProperties, name, *static_cast<const QToolBox*>(checkedWidget("QToolBox")));
 }

@@ -4,5 +4,9 @@
 
 class QWidget;
 
+namespace fields {
+
 // The part of a spin box, or of a date or time edit, that holds its text, in the widget's coordinates.
 QRect spinBoxEditField(const QWidget* spinBox);
+
+} // namespace fields

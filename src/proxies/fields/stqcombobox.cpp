@@ -74,7 +74,7 @@ QStringList itemTexts(const QComboBox& box)
     return texts;
 }
 
-const PseudoProperty<const QComboBox&> pseudoProperties[] = {
+const proxy::PseudoProperty<const QComboBox&> pseudoProperties[] = {
     {"itemList", [](const QComboBox& box) -> QVariant { return itemTexts(box); }},
 };
 
@@ -108,12 +108,12 @@ int STQComboBox::indexOf(const QVariant& value)
     if (type == QMetaType::QString) {
         const int index = itemTexts(*comboBox()).indexOf(value.toString());
         if (index < 0)
-            raiseError(unknownItemMessage, value.toString());
+            proxy::raiseError(unknownItemMessage, value.toString());
         return index;
     }
     const int index = value.toInt();
     if (index < 0 || index >= comboBox()->count())
-        raiseError(invalidIndexMessage, index);
+        proxy::raiseError(invalidIndexMessage, index);
     return index;
 }
 
@@ -144,7 +144,7 @@ void STQComboBox::enter(const QVariant& value)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     if (!comboBox()->isEditable() || !comboBox()->lineEdit())
-        raiseError(readOnlyMessage);
+        proxy::raiseError(readOnlyMessage);
     clickText();
     const QLineEdit* edit = comboBox()->lineEdit();
     if (edit && !edit->text().isEmpty())
@@ -155,12 +155,12 @@ void STQComboBox::enter(const QVariant& value)
 
 QStringList STQComboBox::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQComboBox::pseudoProperty(const char* name, const QVariant&)
 {
-    return valueOf(pseudoProperties, name, *comboBox());
+    return proxy::valueOf(pseudoProperties, name, *comboBox());
 }
 
 QComboBox* STQComboBox::comboBox()

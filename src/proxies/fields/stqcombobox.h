@@ -5,7 +5,7 @@
 class QComboBox;
 
 // Combo boxes.
-class STQComboBox : public EntryField
+class STQComboBox : public proxies::EntryField
 {
 public:
     // Selects an item with the arrow keys: a string is an item's text, the first that equals it, an integer

@@ -30,13 +30,13 @@ void STQDateTimeEdit::paste(const QVariant& value, const char* operation)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     if (dateTimeEdit()->isReadOnly())
-        raiseError(readOnlyMessage, operation);
-    clickInto(spinBoxEditField(dateTimeEdit()));
+        proxy::raiseError(readOnlyMessage, operation);
+    clickInto(fields::spinBoxEditField(dateTimeEdit()));
     QApplication::clipboard()->setText(value.toString(), QClipboard::Clipboard);
     selectLine();
     keyClick(Qt::Key_V, Qt::ControlModifier);
     if (dateTimeEdit()->text() != value.toString())
-        raiseError(validateMessage, operation);
+        proxy::raiseError(validateMessage, operation);
 }
 
 QDateTimeEdit* STQDateTimeEdit::dateTimeEdit()

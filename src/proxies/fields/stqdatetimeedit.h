@@ -6,7 +6,7 @@ class QDateTimeEdit;
 
 // Date and time edits. The value is a string in the widget's display format. It goes through the system
 // clipboard, since what is typed goes to one section only; what the clipboard held before is lost.
-class STQDateTimeEdit : public EntryField
+class STQDateTimeEdit : public proxies::EntryField
 {
 public:
     // Pastes the value and confirms it with Return. `option` is ignored. Raises an error when the widget is

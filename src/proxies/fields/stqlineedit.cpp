@@ -21,7 +21,7 @@ void STQLineEdit::enter(const QVariant& value)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     if (lineEdit()->isReadOnly())
-        raiseError(readOnlyMessage);
+        proxy::raiseError(readOnlyMessage);
     clickInto(lineEdit()->rect());
     QString text = value.toString();
     const bool terminated = text.endsWith(QLatin1Char('\n'));
@@ -43,7 +43,7 @@ void STQLineEdit::insertWhole(const QString& text)
     selectLine();
     lineEdit()->insert(text);
     if (lineEdit()->text() != text)
-        raiseError(validateMessage);
+        proxy::raiseError(validateMessage);
 }
 
 QLineEdit* STQLineEdit::lineEdit()

@@ -5,7 +5,7 @@
 class QLineEdit;
 
 // Line edits.
-class STQLineEdit : public EntryField
+class STQLineEdit : public proxies::EntryField
 {
 public:
     // A string replaces the text; a line feed at its end stands for Return afterwards. It is typed, or

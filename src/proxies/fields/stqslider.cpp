@@ -22,7 +22,7 @@ void STQSlider::activate(const QVariant& value, const QVariant&)
         rangeError("[%d, %d]", slider()->minimum(), slider()->maximum());
     const int nearest = valueAt(pixelOf(wanted));
     if (nearest != wanted)
-        raiseError(unreachableMessage, wanted, nearest);
+        proxy::raiseError(unreachableMessage, wanted, nearest);
     const QPoint origin = globalCenter(subControl(QStyle::SC_SliderHandle));
     const QPoint axis = slider()->orientation() == Qt::Horizontal ? QPoint(1, 0) : QPoint(0, 1);
     mouseDrag(origin + axis * pixelOf(slider()->value()), origin + axis * pixelOf(wanted), Qt::LeftButton);
@@ -36,7 +36,7 @@ void STQSlider::mouseAction(const QVariant& command)
     if (!command.isValid())
         return;
     stopProcessingEvents();
-    const ClickCommand click = clickCommand(command.toString(), "");
+    const proxies::ClickCommand click = proxies::clickCommand(command.toString(), "");
     playMouse(click.type, point, click.button, Qt::NoModifier);
 }
 

@@ -14,7 +14,7 @@ void STQSpinBox::enter(const QVariant& value)
     const int type = compat::typeOf(value);
     if (type != QMetaType::Int && type != QMetaType::QString)
         typeError("string, integer");
-    clickInto(spinBoxEditField(checkedWidget("QAbstractSpinBox")));
+    clickInto(fields::spinBoxEditField(checkedWidget("QAbstractSpinBox")));
     clearField();
     typeText(value.toString());
 }

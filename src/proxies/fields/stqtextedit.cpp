@@ -15,7 +15,7 @@ void STQTextEdit::enter(const QVariant& value)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     if (textEdit()->isReadOnly())
-        raiseError(readOnlyMessage);
+        proxy::raiseError(readOnlyMessage);
     clickInto(textEdit()->rect());
     if (!textEdit()->toPlainText().isEmpty()) {
         keyClick(Qt::Key_Home, Qt::ControlModifier);

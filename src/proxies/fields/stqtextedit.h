@@ -5,7 +5,7 @@
 class QTextEdit;
 
 // Text edits.
-class STQTextEdit : public EntryField
+class STQTextEdit : public proxies::EntryField
 {
 public:
     // A string replaces the text. Every character of it is typed, line feeds too; there is no Return. Raises

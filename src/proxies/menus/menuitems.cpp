@@ -7,6 +7,8 @@
 #include <QAction>
 #include <QMenu>
 
+namespace menus {
+
 namespace {
 
 const char invalidPathMessage[] = "Invalid menu path";
@@ -82,7 +84,7 @@ QStringList splitMenuPath(const QString& path)
     const int deepest = 1000;
     const QStringList elements = path.count(separator) < deepest ? path.split(separator) : QStringList(path);
     if (elements.isEmpty())
-        raiseError(invalidPathMessage);
+        proxy::raiseError(invalidPathMessage);
     return elements;
 }
 
@@ -109,3 +111,5 @@ QStringList menuItemList(const QList<QAction*>& actions)
         appendEntries(list, action, menuItemText(action), QList<const QMenu*>());
     return list;
 }
+
+} // namespace menus

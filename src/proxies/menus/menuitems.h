@@ -6,6 +6,8 @@
 
 class QAction;
 
+namespace menus {
+
 // Menu paths: the texts of items, outermost first, joined by "/". Menus and menu bars share these rules.
 
 // The path's elements, empty ones kept. Raises "Invalid menu path" when there is none.
@@ -25,3 +27,5 @@ QAction* findMenuItem(const QList<QAction*>& actions, QStringList& path);
 // and a null one for a separator. Below it, an item without a text is "Item n", n counting from 1: that is
 // one more than the number that selects it in a path, on purpose.
 QStringList menuItemList(const QList<QAction*>& actions);
+
+} // namespace menus

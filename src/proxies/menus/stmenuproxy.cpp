@@ -21,7 +21,7 @@ QStringList STMenuProxy::checkedPath(const QVariant& value, const QVariant& opti
         typeError("string");
     if (option.isValid() && compat::typeOf(option) != QMetaType::Bool)
         typeError("bool, none");
-    return splitMenuPath(value.toString());
+    return menus::splitMenuPath(value.toString());
 }
 
 QStringList STMenuProxy::checkedPath(const QVariant& argument)
@@ -44,19 +44,19 @@ void STMenuProxy::chooseItem(
 void STMenuProxy::walk(const QPointer<QMenu>& menu, QStringList path, const QVariant& checkState)
 {
     if (!menu)
-        raiseError(deadWidgetMessage);
-    const QPointer<QAction> item(findMenuItem(menu->actions(), path));
+        proxy::raiseError(proxy::deadWidgetMessage);
+    const QPointer<QAction> item(menus::findMenuItem(menu->actions(), path));
     if (!item)
-        raiseError(invalidItemMessage);
+        proxy::raiseError(invalidItemMessage);
     if (!item->isEnabled())
-        raiseError(disabledMessage);
+        proxy::raiseError(disabledMessage);
     highlight(menu, item);
     path.removeFirst();
     if (path.isEmpty())
         return trigger(item, checkState);
     const QPointer<QMenu> submenu(item->menu());
     if (!submenu)
-        raiseError(invalidItemMessage);
+        proxy::raiseError(invalidItemMessage);
     // Right, whatever the layout direction.
     keyClick(Qt::Key_Right, Qt::NoModifier);
     try {
@@ -75,9 +75,9 @@ void STMenuProxy::highlight(const QPointer<QMenu>& menu, const QPointer<QAction>
     for (int keys = 0; keys < maximumKeys && menu->activeAction() != item; ++keys) {
         keyClick(Qt::Key_Down, Qt::NoModifier);
         if (!menu)
-            raiseError(deadWidgetMessage);
+            proxy::raiseError(proxy::deadWidgetMessage);
         if (!item)
-            raiseError(invalidItemMessage);
+            proxy::raiseError(invalidItemMessage);
     }
 }
 
@@ -85,9 +85,9 @@ void STMenuProxy::trigger(const QAction* item, const QVariant& checkState)
 {
     if (checkState.isValid()) {
         if (!item->isCheckable())
-            raiseError(notCheckableMessage);
+            proxy::raiseError(notCheckableMessage);
         if (item->isChecked() == checkState.toBool())
-            raiseError(alreadyCheckedMessage);
+            proxy::raiseError(alreadyCheckedMessage);
     }
     confirm();
 }

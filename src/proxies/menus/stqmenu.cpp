@@ -13,10 +13,10 @@ const char unreachableMessage[] = "Could not reach last item of path";
 
 } // namespace
 
-const PseudoProperty<STQMenu&, const QVariant&> STQMenu::pseudoProperties[] = {
+const proxy::PseudoProperty<STQMenu&, const QVariant&> STQMenu::pseudoProperties[] = {
     {"itemList",
         [](STQMenu& menu, const QVariant&) -> QVariant {
-            return menuItemList(menu.checkedWidget("QMenu")->actions());
+            return menus::menuItemList(menu.checkedWidget("QMenu")->actions());
         }},
     {"pathDisabled",
         [](STQMenu& menu, const QVariant& argument) -> QVariant {
@@ -28,33 +28,33 @@ void STQMenu::activate(const QVariant& value, const QVariant& option)
 {
     const QStringList path = checkedPath(value, option);
     if (QApplication::activePopupWidget() != checkedWidget("QMenu"))
-        raiseError(noFocusMessage);
+        proxy::raiseError(noFocusMessage);
     keyClick(Qt::Key_Down, Qt::NoModifier);
     chooseItem(static_cast<QMenu*>(checkedWidget("QMenu")), path, option, [this] { pressEscape(); });
 }
 
 QStringList STQMenu::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQMenu::pseudoProperty(const char* name, const QVariant& argument)
 {
-    return valueOf(pseudoProperties, name, *this, argument);
+    return proxy::valueOf(pseudoProperties, name, *this, argument);
 }
 
 bool STQMenu::pathDisabled(QStringList path)
 {
-    const QAction* item = findMenuItem(checkedWidget("QMenu")->actions(), path);
+    const QAction* item = menus::findMenuItem(checkedWidget("QMenu")->actions(), path);
     path.removeFirst();
     // A disabled item on the first level is looked into, one below it is not. That is intended.
     while (!path.isEmpty() && item && item->menu()) {
-        item = findMenuItem(item->menu()->actions(), path);
+        item = menus::findMenuItem(item->menu()->actions(), path);
         path.removeFirst();
         if (item && !item->isEnabled())
             break;
     }
     if (!path.isEmpty() || !item)
-        raiseError(unreachableMessage);
+        proxy::raiseError(unreachableMessage);
     return !item->isEnabled();
 }

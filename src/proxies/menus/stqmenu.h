@@ -16,7 +16,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    static const PseudoProperty<STQMenu&, const QVariant&> pseudoProperties[2];
+    static const proxy::PseudoProperty<STQMenu&, const QVariant&> pseudoProperties[2];
 
     bool pathDisabled(QStringList path);
 };

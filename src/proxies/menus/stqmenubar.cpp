@@ -18,16 +18,17 @@ const char elementDisabledMessage[] = "%s is disabled";
 // The item of the path's first element; raises an error with that element's name when there is none.
 const QAction* requiredItem(const QList<QAction*>& actions, QStringList& path)
 {
-    const QAction* item = findMenuItem(actions, path);
+    const QAction* item = menus::findMenuItem(actions, path);
     if (!item)
-        raiseError(notFoundMessage, path.first());
+        proxy::raiseError(notFoundMessage, path.first());
     return item;
 }
 
 } // namespace
 
-const PseudoProperty<STQMenuBar&, const QVariant&> STQMenuBar::pseudoProperties[] = {
-    {"itemList", [](STQMenuBar& bar, const QVariant&) -> QVariant { return menuItemList(bar.menuBar()->actions()); }},
+const proxy::PseudoProperty<STQMenuBar&, const QVariant&> STQMenuBar::pseudoProperties[] = {
+    {"itemList",
+        [](STQMenuBar& bar, const QVariant&) -> QVariant { return menus::menuItemList(bar.menuBar()->actions()); }},
     {"pathChecked",
         [](STQMenuBar& bar, const QVariant& argument) -> QVariant {
             return bar.pathChecked(bar.checkedPath(argument));
@@ -46,9 +47,9 @@ QMenuBar* STQMenuBar::menuBar()
 void STQMenuBar::activate(const QVariant& value, const QVariant& option)
 {
     QStringList path = checkedPath(value, option);
-    const QPointer<QAction> title(findMenuItem(menuBar()->actions(), path));
+    const QPointer<QAction> title(menus::findMenuItem(menuBar()->actions(), path));
     if (!title || !title->isEnabled() || !title->menu())
-        raiseError(invalidPathMessage);
+        proxy::raiseError(invalidPathMessage);
     const QPointer<QWidget> bar(menuBar());
     const QPointer<QWidget> focus(bar->window()->focusWidget());
     openMenu(title);
@@ -62,7 +63,7 @@ void STQMenuBar::openMenu(const QPointer<QAction>& title)
     mouseClick(menuBar()->mapToGlobal(menuBar()->rect().topRight()), Qt::LeftButton, Qt::NoModifier);
     QMenuBar* bar = menuBar();
     if (!title)
-        raiseError(invalidPathMessage);
+        proxy::raiseError(invalidPathMessage);
     bar->setActiveAction(title);
     syncEvents();
     keyClick(Qt::Key_Down, Qt::NoModifier);
@@ -80,28 +81,28 @@ void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>
 
 QStringList STQMenuBar::pseudoPropertyNames()
 {
-    return namesOf(pseudoProperties);
+    return proxy::namesOf(pseudoProperties);
 }
 
 QVariant STQMenuBar::pseudoProperty(const char* name, const QVariant& argument)
 {
-    return valueOf(pseudoProperties, name, *this, argument);
+    return proxy::valueOf(pseudoProperties, name, *this, argument);
 }
 
 bool STQMenuBar::pathChecked(QStringList path)
 {
-    const QAction* item = findMenuItem(menuBar()->actions(), path);
+    const QAction* item = menus::findMenuItem(menuBar()->actions(), path);
     path.removeFirst();
     while (!path.isEmpty() && item && item->menu()) {
         if (!item->isEnabled())
-            raiseError(disabledMessage);
-        item = findMenuItem(item->menu()->actions(), path);
+            proxy::raiseError(disabledMessage);
+        item = menus::findMenuItem(item->menu()->actions(), path);
         path.removeFirst();
     }
     if (!path.isEmpty() || !item)
-        raiseError(invalidItemMessage);
+        proxy::raiseError(invalidItemMessage);
     if (!item->isCheckable())
-        raiseError(notCheckableMessage);
+        proxy::raiseError(notCheckableMessage);
     return item->isChecked();
 }
 
@@ -111,10 +112,10 @@ bool STQMenuBar::pathDisabled(QStringList path)
     path.removeFirst();
     while (!path.isEmpty()) {
         if (!item->menu())
-            raiseError(notFoundMessage, path.first());
+            proxy::raiseError(notFoundMessage, path.first());
         item = requiredItem(item->menu()->actions(), path);
         if (path.size() > 1 && !item->isEnabled())
-            raiseError(elementDisabledMessage, path.first());
+            proxy::raiseError(elementDisabledMessage, path.first());
         path.removeFirst();
     }
     return !item->isEnabled();

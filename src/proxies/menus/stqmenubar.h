@@ -19,7 +19,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    static const PseudoProperty<STQMenuBar&, const QVariant&> pseudoProperties[3];
+    static const proxy::PseudoProperty<STQMenuBar&, const QVariant&> pseudoProperties[3];
 
     QMenuBar* menuBar();
     void openMenu(const QPointer<QAction>& title);

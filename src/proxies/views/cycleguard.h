@@ -2,6 +2,8 @@
 
 #include <QtCore/QPersistentModelIndex>
 
+namespace views {
+
 // Notices that a walk through items runs in a circle, because the application moves the current item on its
 // own. It remembers one item only, another one after each doubling of the steps: a circle of any length comes
 // back to it.
@@ -26,3 +28,5 @@ private:
     qint64 steps = 0;
     qint64 limit = 1;
 };
+
+} // namespace views

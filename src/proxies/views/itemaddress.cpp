@@ -8,6 +8,8 @@
 
 #include <QtCore/QStringList>
 
+namespace views {
+
 namespace {
 
 const char syntaxMessage[] = "Syntax error in path";
@@ -34,7 +36,7 @@ qint64 knownSection(const QAbstractItemModel& model, Qt::Orientation header, con
     bool found = false;
     const qint64 section = sectionOf(model, header, text, count, &found);
     if (!found)
-        raiseError(unknownMessages[header], text);
+        proxy::raiseError(unknownMessages[header], text);
     return section;
 }
 
@@ -42,16 +44,16 @@ qint64 knownSection(const QAbstractItemModel& model, Qt::Orientation header, con
 int inRange(qint64 section, Qt::Orientation header, int count)
 {
     if (section < 0 || section >= count)
-        raiseError(outOfRangeMessages[header], static_cast<int>(section + 1), count);
+        proxy::raiseError(outOfRangeMessages[header], static_cast<int>(section + 1), count);
     return static_cast<int>(section);
 }
 
 QModelIndex childAt(const QAbstractItemModel& model, const QString& step, const QModelIndex& parent)
 {
     const int mostParts = 2;
-    const QStringList parts = firstParts(step, QLatin1Char(';'), mostParts + 1);
+    const QStringList parts = proxy::firstParts(step, QLatin1Char(';'), mostParts + 1);
     if (parts.size() > mostParts)
-        raiseError(syntaxMessage);
+        proxy::raiseError(syntaxMessage);
     const int rows = model.rowCount(parent);
     const int columns = model.columnCount(parent);
     const qint64 row = knownSection(model, Qt::Vertical, parts.at(0), rows);
@@ -71,7 +73,7 @@ QModelIndex indexAtPath(const QAbstractItemModel& model, const QString& path)
     for (PathSegment step = firstSegment(path);; step = segmentAfter(path, step)) {
         index = childAt(model, step.text, index);
         if (!index.isValid() || ++depth > deepestItem)
-            raiseError(pathNotFoundMessage);
+            proxy::raiseError(pathNotFoundMessage);
         if (step.isLast(path))
             return index;
     }
@@ -89,8 +91,10 @@ bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, Ite
     const int count = sectionCount(model, header, QModelIndex());
     const qint64 section = knownSection(model, header, name, count);
     if (section < 0 || section >= count)
-        raiseError(unknownMessages[header], name);
+        proxy::raiseError(unknownMessages[header], name);
     address.row = header == Qt::Vertical ? static_cast<int>(section) : -1;
     address.column = header == Qt::Vertical ? -1 : static_cast<int>(section);
     return true;
 }
+
+} // namespace views

@@ -3,6 +3,8 @@
 #include <QtCore/QModelIndex>
 #include <QtCore/QString>
 
+namespace views {
+
 // How tests address items and header sections of any model.
 
 // The index to which a model index path leads: steps "row;column" joined by "/", each a number from 1 or a
@@ -26,3 +28,5 @@ struct ItemAddress
 // or a text; if so sets the address. Raises "Invalid row: ..." or "Invalid column: ..." for a section that is
 // not there.
 bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, ItemAddress& address);
+
+} // namespace views

@@ -6,21 +6,23 @@
 
 #include <QtCore/QStringList>
 
+namespace views {
+
 namespace {
 
-const Word<MouseCommandType> types[] = {
-    {"MousePress", MouseCommandType::Press},
-    {"MouseRelease", MouseCommandType::Release},
-    {"MouseClick", MouseCommandType::Click},
-    {"MouseDoubleClick", MouseCommandType::DoubleClick},
+const proxy::Word<proxy::MouseCommandType> types[] = {
+    {"MousePress", proxy::MouseCommandType::Press},
+    {"MouseRelease", proxy::MouseCommandType::Release},
+    {"MouseClick", proxy::MouseCommandType::Click},
+    {"MouseDoubleClick", proxy::MouseCommandType::DoubleClick},
 };
 
-const Word<Qt::MouseButton> buttons[] = {
+const proxy::Word<Qt::MouseButton> buttons[] = {
     {"LeftButton", Qt::LeftButton},
     {"RightButton", Qt::RightButton},
 };
 
-const Word<Qt::KeyboardModifier> modifiers[] = {
+const proxy::Word<Qt::KeyboardModifier> modifiers[] = {
     {"ShiftModifier", Qt::ShiftModifier},
     {"ControlModifier", Qt::ControlModifier},
     {"AltModifier", Qt::AltModifier},
@@ -28,11 +30,11 @@ const Word<Qt::KeyboardModifier> modifiers[] = {
 };
 
 template <class Value, std::size_t size>
-Value requiredValue(const Word<Value> (&words)[size], const QString& text, const char* errorMessage)
+Value requiredValue(const proxy::Word<Value> (&words)[size], const QString& text, const char* errorMessage)
 {
-    if (const Value* value = valueOf(words, text))
+    if (const Value* value = proxy::valueOf(words, text))
         return *value;
-    raiseError(errorMessage);
+    proxy::raiseError(errorMessage);
 }
 
 } // namespace
@@ -40,10 +42,12 @@ Value requiredValue(const Word<Value> (&words)[size], const QString& text, const
 ItemMouseCommand itemMouseCommand(const QString& text)
 {
     const int partCount = 5;
-    const QStringList parts = firstParts(text, QLatin1Char(':'), partCount + 1);
+    const QStringList parts = proxy::firstParts(text, QLatin1Char(':'), partCount + 1);
     if (parts.size() != partCount)
-        raiseError("Invalid string value");
+        proxy::raiseError("Invalid string value");
     const Qt::MouseButton button = requiredValue(buttons, parts.at(1), "Mouse button not supported");
     const Qt::KeyboardModifier modifier = requiredValue(modifiers, parts.at(4), "Mouse modifier not supported");
     return {requiredValue(types, parts.at(0), "Invalid mouse command"), button, modifier};
 }
+
+} // namespace views

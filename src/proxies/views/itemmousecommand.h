@@ -2,11 +2,13 @@
 
 #include "proxy/mousecommand.h"
 
+namespace views {
+
 // A mouse command of an item view. It has the five parts of every mouse command, but goes to the current
 // item, so that its positions mean nothing; and it knows fewer words.
 struct ItemMouseCommand
 {
-    MouseCommandType type;
+    proxy::MouseCommandType type;
     Qt::MouseButton button;
     Qt::KeyboardModifiers modifiers;
 };
@@ -17,3 +19,5 @@ struct ItemMouseCommand
 // button not supported", "Mouse modifier not supported" or "Invalid mouse command" for the first unknown
 // word, in this order.
 ItemMouseCommand itemMouseCommand(const QString& text);
+
+} // namespace views

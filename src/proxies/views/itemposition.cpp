@@ -7,6 +7,8 @@
 #include <QTableView>
 #include <QTreeView>
 
+namespace views {
+
 namespace {
 
 const char noHorizontalHeaderMessage[] = "View does not have a horizontal header.";
@@ -24,7 +26,7 @@ QRect columnHeaderRect(const QAbstractItemView& view, int column)
 {
     const QHeaderView* header = horizontalHeader(view);
     if (!header)
-        raiseError(noHorizontalHeaderMessage);
+        proxy::raiseError(noHorizontalHeaderMessage);
     return QRect(header->sectionViewportPosition(column), 0, header->sectionSize(column), header->height());
 }
 
@@ -33,7 +35,7 @@ QRect rowHeaderRect(const QAbstractItemView& view)
     const auto* table = qobject_cast<const QTableView*>(&view);
     const QHeaderView* header = table ? table->verticalHeader() : nullptr;
     if (!header)
-        raiseError(noVerticalHeaderMessage);
+        proxy::raiseError(noVerticalHeaderMessage);
     // Not the row's section, which is intended: section -1 has no size, so that a row header has no position.
     const int section = -1;
     return QRect(0, header->sectionViewportPosition(section), header->width(), header->sectionSize(section));
@@ -62,3 +64,5 @@ QString itemPosition(const QAbstractItemView& view, const ItemAddress& address)
     const double y = (rect.top() + rect.bottom()) * 0.5 / view.height();
     return QString::fromLatin1("%1;%2").arg(QString::number(x), QString::number(y));
 }
+
+} // namespace views

@@ -2,10 +2,15 @@
 
 #include <QtCore/QString>
 
-struct ItemAddress;
 class QAbstractItemView;
+
+namespace views {
+
+struct ItemAddress;
 
 // The centre of an item or of a header section relative to the view's size, as a text "x;y", for example
 // "0.5;0.25". Empty for what has no place on the screen, which is so of every row header section: what tests
 // compare with. Raises an error when the view does not have the header.
 QString itemPosition(const QAbstractItemView& view, const ItemAddress& address);
+
+} // namespace views

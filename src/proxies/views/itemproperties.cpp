@@ -2,6 +2,8 @@
 
 #include <QAbstractItemView>
 
+namespace views {
+
 bool isItemName(const char* name)
 {
     const char prefix[] = "item";
@@ -38,3 +40,5 @@ bool isSelected(const QAbstractItemView& view, const QModelIndex& item)
     const QItemSelectionModel* selection = view.selectionModel();
     return selection && item.isValid() && selection->isSelected(item);
 }
+
+} // namespace views

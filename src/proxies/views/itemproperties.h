@@ -8,9 +8,11 @@
 
 class QAbstractItemView;
 
+namespace views {
+
 // A pseudo-property of an item view, and one of an item that the query's argument names.
-using ViewProperty = PseudoProperty<const QAbstractItemView&>;
-using ItemProperty = PseudoProperty<const QAbstractItemView&, const QModelIndex&>;
+using ViewProperty = proxy::PseudoProperty<const QAbstractItemView&>;
+using ItemProperty = proxy::PseudoProperty<const QAbstractItemView&, const QModelIndex&>;
 
 // Whether a property's argument is looked at although there may be no such property.
 bool isItemName(const char* name);
@@ -19,12 +21,12 @@ bool isItemName(const char* name);
 // argument names and raises its errors; it is called before the name is looked up for every name that begins with "item"
 // and is none of the view's, known or not.
 template <std::size_t viewRows, std::size_t itemRows>
-QVariant valueOf(const ViewProperty (&ofView)[viewRows], const ItemProperty (&ofItem)[itemRows], const char* name,
+QVariant propertyValue(const ViewProperty (&ofView)[viewRows], const ItemProperty (&ofItem)[itemRows], const char* name,
     const QAbstractItemView& view, const std::function<QModelIndex()>& findItem)
 {
-    if (rowOf(ofView, name))
-        return valueOf(ofView, name, view);
-    return isItemName(name) ? valueOf(ofItem, name, view, findItem()) : QVariant();
+    if (proxy::rowOf(ofView, name))
+        return proxy::valueOf(ofView, name, view);
+    return isItemName(name) ? proxy::valueOf(ofItem, name, view, findItem()) : QVariant();
 }
 
 // What list and tree views tell of an item, all bools.
@@ -36,3 +38,5 @@ QVariant itemIsChecked(const QAbstractItemView& view, const QModelIndex& item);
 
 // Whether the view's selection model counts the item as selected.
 bool isSelected(const QAbstractItemView& view, const QModelIndex& item);
+
+} // namespace views

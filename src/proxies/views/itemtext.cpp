@@ -2,6 +2,8 @@
 
 #include "compat/variant.h"
 
+namespace views {
+
 namespace {
 
 PathSegment segmentFrom(const QString& path, int begin)
@@ -47,3 +49,5 @@ int findHeaderText(
     }
     return -1;
 }
+
+} // namespace views

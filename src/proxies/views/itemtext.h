@@ -3,6 +3,8 @@
 #include <QtCore/QModelIndex>
 #include <QtCore/QString>
 
+namespace views {
+
 // What tests name in an application's model, which may be less forgiving than Qt's own.
 
 // The index of a cell, invalid when there is none: the model is not asked for what is out of its range.
@@ -33,3 +35,5 @@ QString headerText(const QAbstractItemModel& model, int section, Qt::Orientation
 // Vertical headers name rows, horizontal ones columns.
 int findHeaderText(
     const QAbstractItemModel& model, Qt::Orientation orientation, const QString& text, int from, int count);
+
+} // namespace views

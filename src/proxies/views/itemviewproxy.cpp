@@ -15,6 +15,8 @@
 
 #include <limits>
 
+namespace views {
+
 namespace {
 
 const char noCurrentMessage[] = "No item is current";
@@ -85,14 +87,14 @@ QModelIndex ItemViewProxy::requiredCurrentIndex()
 {
     const QModelIndex current = itemView()->currentIndex();
     if (!current.isValid())
-        raiseError(noCurrentMessage);
+        proxy::raiseError(noCurrentMessage);
     return current;
 }
 
 void ItemViewProxy::requireCheckable(const QModelIndex& current)
 {
     if (!(current.flags() & Qt::ItemIsUserCheckable))
-        raiseError(notCheckableMessage);
+        proxy::raiseError(notCheckableMessage);
 }
 
 void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility visibility)
@@ -103,7 +105,7 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
     const bool hasCurrent = view->currentIndex().isValid();
     const QRect rect = hasCurrent ? currentItemRect(*view) : view->viewport()->rect();
     if (hasCurrent && rect.isEmpty() && visibility == Visibility::Required)
-        raiseError(notVisibleMessage);
+        proxy::raiseError(notVisibleMessage);
     const QPoint point = globalCenter(view->viewport(), rect);
     stopProcessingEvents();
     const ItemMouseCommand mouse = itemMouseCommand(command.toString());
@@ -123,7 +125,7 @@ void ItemViewProxy::openEditor()
     if (QWidget* editor = focusedEditor(*itemView()))
         dedicateKeysTo(editor, KeyScope::OpenEditor);
     else if (opened.isGone())
-        raiseError(deadWidgetMessage);
+        proxy::raiseError(proxy::deadWidgetMessage);
 }
 
 void ItemViewProxy::commitEditor()
@@ -141,7 +143,7 @@ void ItemViewProxy::takeFocusByKey(const QString& errorMessage)
     keyClick(Qt::Key_Up, Qt::NoModifier);
     syncEvents();
     if (!itemView()->hasFocus())
-        raiseError(errorMessage);
+        proxy::raiseError(errorMessage);
 }
 
 void ItemViewProxy::pressUntil(Axis axis, const ItemPlace& place, int key, Qt::KeyboardModifiers modifiers)
@@ -172,7 +174,7 @@ QString ItemViewProxy::terminatingKey(const QVariant& option)
         typeError("string");
     const QString key = option.toString();
     if (key.size() > 1)
-        raiseError(longTerminatorMessage);
+        proxy::raiseError(longTerminatorMessage);
     return key;
 }
 
@@ -202,9 +204,11 @@ void ItemViewProxy::requireTextInEditor(const QString& text)
         return;
     if (editor->inherits("QLineEdit")) {
         if (static_cast<const QLineEdit*>(editor)->text() != text)
-            raiseError(lineEditMessage);
+            proxy::raiseError(lineEditMessage);
     } else if (editor->inherits("QAbstractSpinBox")) {
         if (static_cast<const QAbstractSpinBox*>(editor)->text() != text)
-            raiseError(spinBoxMessage);
+            proxy::raiseError(spinBoxMessage);
     }
 }
+
+} // namespace views

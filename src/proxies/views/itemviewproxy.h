@@ -6,6 +6,8 @@
 
 class QAbstractItemView;
 
+namespace views {
+
 // The place of an item under a view's root, to walk to while the application may change its model. It follows
 // the item when others are inserted, removed or sorted, and stays where it was when the item itself is
 // removed.
@@ -75,3 +77,5 @@ protected:
 private:
     void requireTextInEditor(const QString& text);
 };
+
+} // namespace views

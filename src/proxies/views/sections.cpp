@@ -2,6 +2,8 @@
 
 #include <QAbstractItemView>
 
+namespace views {
+
 int sectionCount(const QAbstractItemModel& model, Qt::Orientation header, const QModelIndex& parent)
 {
     return header == Qt::Vertical ? model.rowCount(parent) : model.columnCount(parent);
@@ -21,3 +23,5 @@ int columnCountUnderRoot(const QAbstractItemView& view)
 {
     return sectionCountUnderRoot(view, Qt::Horizontal);
 }
+
+} // namespace views

@@ -4,6 +4,8 @@
 
 class QAbstractItemView;
 
+namespace views {
+
 // What there is once for rows, which the vertical header names, and once for columns, which the horizontal one names.
 template <class Value>
 struct PerHeader
@@ -21,3 +23,5 @@ int sectionCount(const QAbstractItemModel& model, Qt::Orientation header, const 
 int sectionCountUnderRoot(const QAbstractItemView& view, Qt::Orientation header);
 int rowCountUnderRoot(const QAbstractItemView& view);
 int columnCountUnderRoot(const QAbstractItemView& view);
+
+} // namespace views

@@ -51,30 +51,30 @@ QItemSelectionModel::SelectionFlags behaviorFlags(QAbstractItemView::SelectionBe
     return QItemSelectionModel::NoUpdate;
 }
 
-QVariant columnCount(const QAbstractItemView& view, const ItemAddress& address)
+QVariant columnCount(const QAbstractItemView& view, const views::ItemAddress& address)
 {
     return view.model()->columnCount(address.index);
 }
 
-QVariant rowCount(const QAbstractItemView& view, const ItemAddress& address)
+QVariant rowCount(const QAbstractItemView& view, const views::ItemAddress& address)
 {
     return view.model()->rowCount(address.index);
 }
 
-QVariant itemIsSelected(const QAbstractItemView& view, const ItemAddress& address)
+QVariant itemIsSelected(const QAbstractItemView& view, const views::ItemAddress& address)
 {
-    return isSelected(view, address.index);
+    return views::isSelected(view, address.index);
 }
 
-QVariant itemIsExpanded(const QAbstractItemView& view, const ItemAddress& address)
+QVariant itemIsExpanded(const QAbstractItemView& view, const views::ItemAddress& address)
 {
     const auto* tree = qobject_cast<const QTreeView*>(&view);
     if (!tree)
-        raiseError(notTreeMessage);
+        proxy::raiseError(notTreeMessage);
     return tree->isExpanded(address.index);
 }
 
-QVariant itemData(const QAbstractItemView& view, const ItemAddress& address)
+QVariant itemData(const QAbstractItemView& view, const views::ItemAddress& address)
 {
     if (address.index.isValid())
         return address.index.data(Qt::DisplayRole);
@@ -85,14 +85,14 @@ QVariant itemData(const QAbstractItemView& view, const ItemAddress& address)
     return QVariant();
 }
 
-const PseudoProperty<const QAbstractItemView&, const ItemAddress&> properties[] = {
+const proxy::PseudoProperty<const QAbstractItemView&, const views::ItemAddress&> properties[] = {
     {"columnCount", columnCount},
     {"rowCount", rowCount},
     {"itemIsSelected", itemIsSelected},
     {"itemIsExpanded", itemIsExpanded},
     {"itemData", itemData},
     {"itemPosition",
-        [](const QAbstractItemView& view, const ItemAddress& address) -> QVariant {
+        [](const QAbstractItemView& view, const views::ItemAddress& address) -> QVariant {
             return itemPosition(view, address);
         }},
 };
@@ -114,31 +114,31 @@ void STQAbstractItemView::activate(const QVariant& path, const QVariant& command
 
 QStringList STQAbstractItemView::pseudoPropertyNames()
 {
-    return namesOf(properties);
+    return proxy::namesOf(properties);
 }
 
 QVariant STQAbstractItemView::pseudoProperty(const char* name, const QVariant& argument)
 {
     const QAbstractItemView* view = modelledView();
     const QString text = compat::textOf(argument);
-    ItemAddress address = {QModelIndex(), -1, -1};
+    views::ItemAddress address = {QModelIndex(), -1, -1};
     // Read before the name is looked at: a bad argument is an error for every name.
-    if (!readHeaderAddress(*view->model(), text, address)) {
+    if (!views::readHeaderAddress(*view->model(), text, address)) {
         const QModelIndex index = resolveItemPath(text);
         address = {index, index.row(), index.column()};
     }
-    return valueOf(properties, name, *view, address);
+    return proxy::valueOf(properties, name, *view, address);
 }
 
 QAbstractItemView* STQAbstractItemView::modelledView()
 {
     auto* view = qobject_cast<QAbstractItemView*>(checkedWidget(nullptr));
     if (!view || !view->model())
-        raiseError(invalidWidgetMessage);
+        proxy::raiseError(invalidWidgetMessage);
     return view;
 }
 
 QModelIndex STQAbstractItemView::resolveItemPath(const QString& path)
 {
-    return indexAtPath(*modelledView()->model(), path);
+    return views::indexAtPath(*modelledView()->model(), path);
 }

@@ -22,32 +22,33 @@ QModelIndex itemInRow(const QListView& view, int row)
 
 QVariant rowCount(const QAbstractItemView& view)
 {
-    return view.inherits("QListWidget") ? static_cast<const QListWidget&>(view).count() : rowCountUnderRoot(view);
+    return view.inherits("QListWidget") ? static_cast<const QListWidget&>(view).count()
+                                        : views::rowCountUnderRoot(view);
 }
 
 QVariant itemList(const QAbstractItemView& view)
 {
     const auto& list = static_cast<const QListView&>(view);
     QStringList texts;
-    for (int row = 0, rows = rowCountUnderRoot(list); row < rows; ++row) {
+    for (int row = 0, rows = views::rowCountUnderRoot(list); row < rows; ++row) {
         if (!list.isRowHidden(row))
-            texts.append(displayText(itemInRow(list, row)));
+            texts.append(views::displayText(itemInRow(list, row)));
     }
     return texts;
 }
 
-const ViewProperty viewProperties[] = {
+const views::ViewProperty viewProperties[] = {
     {"rowCount", rowCount},
     {"itemList", itemList},
-    {"currentItemRect", [](const QAbstractItemView& view) -> QVariant { return currentItemRect(view); }},
+    {"currentItemRect", [](const QAbstractItemView& view) -> QVariant { return views::currentItemRect(view); }},
 };
 
-const ItemProperty itemProperties[] = {
-    {"itemIsEnabled", itemIsEnabled},
-    {"itemIsSelectable", itemIsSelectable},
-    {"itemIsSelected", itemIsSelected},
-    {"itemIsCheckable", itemIsCheckable},
-    {"itemIsChecked", itemIsChecked},
+const views::ItemProperty itemProperties[] = {
+    {"itemIsEnabled", views::itemIsEnabled},
+    {"itemIsSelectable", views::itemIsSelectable},
+    {"itemIsSelected", views::itemIsSelected},
+    {"itemIsCheckable", views::itemIsCheckable},
+    {"itemIsChecked", views::itemIsChecked},
 };
 
 } // namespace
@@ -67,14 +68,14 @@ int STQListView::rowOf(const QVariant& value)
     if (compat::typeOf(value) == QMetaType::QString)
         return findItem(value.toString()).row();
     const int row = value.toInt();
-    if (row < 0 || row >= rowCountUnderRoot(*listView()))
-        raiseError(invalidIndexMessage, row);
+    if (row < 0 || row >= views::rowCountUnderRoot(*listView()))
+        proxy::raiseError(invalidIndexMessage, row);
     return row;
 }
 
 bool STQListView::walkTo(int row)
 {
-    const ItemPlace place(*listView(), row, listView()->modelColumn());
+    const views::ItemPlace place(*listView(), row, listView()->modelColumn());
     takeFocusByKey(QLatin1String(noFocusMessage));
     const int current = listView()->currentIndex().row();
     if (current == place.row())
@@ -92,7 +93,7 @@ void STQListView::enter(const QVariant& value)
     if (checks && !needsCheckStateChange(current, value.toBool()))
         return;
     if (!checks && !(current.flags() & Qt::ItemIsEditable))
-        raiseError(notEditableMessage);
+        proxy::raiseError(notEditableMessage);
     walkTo(current.row());
     if (!checks)
         return replaceTextInEditor(value.toString());
@@ -113,17 +114,17 @@ void STQListView::mouseAction(const QVariant& command)
 
 QStringList STQListView::pseudoPropertyNames()
 {
-    return namesOf(viewProperties) + namesOf(itemProperties);
+    return proxy::namesOf(viewProperties) + proxy::namesOf(itemProperties);
 }
 
 QVariant STQListView::pseudoProperty(const char* name, const QVariant& argument)
 {
-    return valueOf(viewProperties, itemProperties, name, *listView(), [&] {
+    return views::propertyValue(viewProperties, itemProperties, name, *listView(), [&] {
         if (!argument.isValid())
             typeError("string");
         const QString text = compat::textOf(argument);
         if (text.isEmpty())
-            raiseError(missingItemMessage);
+            proxy::raiseError(missingItemMessage);
         return findItem(text);
     });
 }
@@ -136,10 +137,10 @@ QListView* STQListView::listView()
 QModelIndex STQListView::findItem(const QString& text)
 {
     const QListView* view = listView();
-    for (int row = 0, rows = rowCountUnderRoot(*view); row < rows; ++row) {
+    for (int row = 0, rows = views::rowCountUnderRoot(*view); row < rows; ++row) {
         const QModelIndex item = itemInRow(*view, row);
-        if (item.isValid() && displayText(item) == text && !view->isRowHidden(row))
+        if (item.isValid() && views::displayText(item) == text && !view->isRowHidden(row))
             return item;
     }
-    raiseError(unknownItemMessage, text);
+    proxy::raiseError(unknownItemMessage, text);
 }

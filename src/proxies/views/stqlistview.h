@@ -6,7 +6,7 @@ class QListView;
 
 // List views. Items are rows under the view's root, named by the text in the view's model column, or by their
 // 0-based number. By text only visible rows are found, the first one of several; by number all.
-class STQListView : public ItemViewProxy
+class STQListView : public views::ItemViewProxy
 {
 public:
     // A text or an int: makes that item current with the arrow keys, then types the character in `option`, a

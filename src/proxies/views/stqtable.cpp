@@ -17,42 +17,44 @@ const char notEnabledMessage[] = "table is not enabled";
 const char noFocusMessage[] = "Oops, cant set the focus to the table";
 const char invalidIntegerMessage[] = "Invalid integer";
 
-const PerHeader<const char*> ambiguousMessages
+const views::PerHeader<const char*> ambiguousMessages
     = {"Same row name at row %d and %d", "Same column name at column %d and %d"};
-const PerHeader<const char*> unknownMessages = {"Row %s not found", "Column %s not found"};
-const PerHeader<const char*> outOfRangeMessages
+const views::PerHeader<const char*> unknownMessages = {"Row %s not found", "Column %s not found"};
+const views::PerHeader<const char*> outOfRangeMessages
     = {"Invalid row %d is out of range [1, %d]", "Invalid column %d is out of range [1, %d]"};
-const PerHeader<const char*> hiddenMessages = {"row %d is hidden", "column %d is hidden"};
-const PerHeader<const char*> missingNumberMessages = {"Missing row number", "Missing column number"};
+const views::PerHeader<const char*> hiddenMessages = {"row %d is hidden", "column %d is hidden"};
+const views::PerHeader<const char*> missingNumberMessages = {"Missing row number", "Missing column number"};
 // "col" where all others have "column": tests compare the text.
-const PerHeader<const char*> headerOutOfRangeMessages
+const views::PerHeader<const char*> headerOutOfRangeMessages
     = {"Invalid row %d is out of range [1, %d]", "Invalid col %d is out of range [1, %d]"};
 
 QVariant rowCount(const QAbstractItemView& view)
 {
-    return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).rowCount() : rowCountUnderRoot(view);
+    return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).rowCount()
+                                         : views::rowCountUnderRoot(view);
 }
 
 QVariant columnCount(const QAbstractItemView& view)
 {
     return view.inherits("QTableWidget") ? static_cast<const QTableWidget&>(view).columnCount()
-                                         : columnCountUnderRoot(view);
+                                         : views::columnCountUnderRoot(view);
 }
 
-const ViewProperty viewProperties[] = {
+const views::ViewProperty viewProperties[] = {
     {"rowCount", rowCount},
     {"columnCount", columnCount},
     {"currentRow", [](const QAbstractItemView& view) -> QVariant { return view.currentIndex().row() + 1; }},
     {"currentColumn", [](const QAbstractItemView& view) -> QVariant { return view.currentIndex().column() + 1; }},
 };
 
-const ItemProperty itemProperties[] = {
-    {"itemText", [](const QAbstractItemView&, const QModelIndex& cell) -> QVariant { return displayText(cell); }},
+const views::ItemProperty itemProperties[] = {
+    {"itemText",
+        [](const QAbstractItemView&, const QModelIndex& cell) -> QVariant { return views::displayText(cell); }},
 };
 
 } // namespace
 
-const PseudoProperty<STQTable&, const QVariant&> STQTable::headerProperties[] = {
+const proxy::PseudoProperty<STQTable&, const QVariant&> STQTable::headerProperties[] = {
     {"rowHeaderText",
         [](STQTable& table, const QVariant& argument) { return table.headerTextAt(Qt::Vertical, argument); }},
     {"columnHeaderText",
@@ -62,7 +64,7 @@ const PseudoProperty<STQTable&, const QVariant&> STQTable::headerProperties[] = 
 void STQTable::activate(const QVariant& value, const QVariant&)
 {
     const Cell cell = resolveCell(value, HiddenSections::Named);
-    goTo(ItemPlace(*tableView(), cell.row, cell.column));
+    goTo(views::ItemPlace(*tableView(), cell.row, cell.column));
 }
 
 void STQTable::enter(const QVariant& value)
@@ -70,7 +72,7 @@ void STQTable::enter(const QVariant& value)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     const QModelIndex current = tableView()->currentIndex();
-    goTo(ItemPlace(*tableView(), current.row(), current.column()));
+    goTo(views::ItemPlace(*tableView(), current.row(), current.column()));
     replaceTextInEditor(value.toString());
 }
 
@@ -79,7 +81,7 @@ void STQTable::mouseAction(const QVariant& command)
     playMouseAtCurrentItem(command, Visibility::Ignored);
 }
 
-void STQTable::goTo(const ItemPlace& place)
+void STQTable::goTo(const views::ItemPlace& place)
 {
     focusTable();
     moveToCell(place.row(), place.column());
@@ -100,23 +102,23 @@ void STQTable::focusTable()
         if (tableView()->hasFocus())
             return;
     }
-    raiseError(noFocusMessage);
+    proxy::raiseError(noFocusMessage);
 }
 
 void STQTable::moveToCell(int row, int column)
 {
     if (!tableView()->isEnabled())
-        raiseError(notEnabledMessage);
+        proxy::raiseError(notEnabledMessage);
     requireShown(Qt::Vertical, row);
     requireShown(Qt::Horizontal, column);
-    const ItemPlace place(*tableView(), row, column);
+    const views::ItemPlace place(*tableView(), row, column);
     moveToColumn(place);
     const int currentRow = tableView()->currentIndex().row();
     if (currentRow != place.row())
         pressUntil(Axis::Rows, place, place.row() > currentRow ? Qt::Key_Down : Qt::Key_Up, Qt::NoModifier);
 }
 
-void STQTable::moveToColumn(const ItemPlace& place)
+void STQTable::moveToColumn(const views::ItemPlace& place)
 {
     const QTableView* table = tableView();
     const int current = table->currentIndex().column();
@@ -133,12 +135,12 @@ void STQTable::moveToColumn(const ItemPlace& place)
 STQTable::Cell STQTable::resolveCell(const QVariant& address, HiddenSections hidden)
 {
     if (!address.isValid())
-        raiseError(missingCellMessage);
+        proxy::raiseError(missingCellMessage);
     if (compat::typeOf(address) != QMetaType::QString)
         typeError("string");
-    const QStringList parts = firstParts(address.toString(), QLatin1Char(':'), 2);
+    const QStringList parts = proxy::firstParts(address.toString(), QLatin1Char(':'), 2);
     if (parts.size() < 2)
-        raiseError(syntaxMessage);
+        proxy::raiseError(syntaxMessage);
     const int row = resolveSection(Qt::Vertical, parts.at(0), hidden);
     return {row, resolveSection(Qt::Horizontal, parts.at(1), hidden)};
 }
@@ -149,13 +151,13 @@ int STQTable::resolveSection(Qt::Orientation header, const QString& text, Hidden
     if (named >= 0) {
         const int second = findSection(header, text, hidden, named + 1);
         if (second >= 0)
-            raiseError(ambiguousMessages[header], named + 1, second + 1);
+            proxy::raiseError(ambiguousMessages[header], named + 1, second + 1);
         return named;
     }
     bool ok = false;
     const int number = compat::toInt(text, &ok);
     if (!ok)
-        raiseError(unknownMessages[header], text);
+        proxy::raiseError(unknownMessages[header], text);
     requireInRange(number, header, outOfRangeMessages[header]);
     return number - 1;
 }
@@ -165,18 +167,18 @@ int STQTable::findSection(Qt::Orientation header, const QString& text, HiddenSec
     const QTableView* table = tableView();
     if (!table->model())
         return -1;
-    const int count = sectionCountUnderRoot(*table, header);
-    int section = findHeaderText(*table->model(), header, text, from, count);
+    const int count = views::sectionCountUnderRoot(*table, header);
+    int section = views::findHeaderText(*table->model(), header, text, from, count);
     while (section >= 0 && hidden == HiddenSections::Skipped && isHidden(header, section))
-        section = findHeaderText(*table->model(), header, text, section + 1, count);
+        section = views::findHeaderText(*table->model(), header, text, section + 1, count);
     return section;
 }
 
 void STQTable::requireInRange(int number, Qt::Orientation header, const char* errorMessage)
 {
-    const int count = sectionCountUnderRoot(*tableView(), header);
+    const int count = views::sectionCountUnderRoot(*tableView(), header);
     if (number < 1 || number > count)
-        raiseError(errorMessage, number, count);
+        proxy::raiseError(errorMessage, number, count);
 }
 
 bool STQTable::isHidden(Qt::Orientation header, int section)
@@ -188,21 +190,21 @@ bool STQTable::isHidden(Qt::Orientation header, int section)
 void STQTable::requireShown(Qt::Orientation header, int section)
 {
     if (isHidden(header, section))
-        raiseError(hiddenMessages[header], section + 1);
+        proxy::raiseError(hiddenMessages[header], section + 1);
 }
 
 QStringList STQTable::pseudoPropertyNames()
 {
-    return namesOf(viewProperties) + namesOf(itemProperties) + namesOf(headerProperties);
+    return proxy::namesOf(viewProperties) + proxy::namesOf(itemProperties) + proxy::namesOf(headerProperties);
 }
 
 QVariant STQTable::pseudoProperty(const char* name, const QVariant& argument)
 {
-    if (rowOf(headerProperties, name))
-        return valueOf(headerProperties, name, *this, argument);
-    if (!rowOf(viewProperties, name) && !rowOf(itemProperties, name))
+    if (proxy::rowOf(headerProperties, name))
+        return proxy::valueOf(headerProperties, name, *this, argument);
+    if (!proxy::rowOf(viewProperties, name) && !proxy::rowOf(itemProperties, name))
         return QVariant();
-    return valueOf(viewProperties, itemProperties, name, *tableView(), [&] {
+    return views::propertyValue(viewProperties, itemProperties, name, *tableView(), [&] {
         const Cell cell = resolveCell(argument, HiddenSections::Skipped);
         return tableView()->model()->index(cell.row, cell.column, tableView()->rootIndex());
     });
@@ -211,17 +213,17 @@ QVariant STQTable::pseudoProperty(const char* name, const QVariant& argument)
 QVariant STQTable::headerTextAt(Qt::Orientation header, const QVariant& argument)
 {
     if (!argument.isValid())
-        raiseError(missingNumberMessages[header]);
+        proxy::raiseError(missingNumberMessages[header]);
     const int type = compat::typeOf(argument);
     if (type != QMetaType::QString && type != QMetaType::Int)
         typeError("string, int");
     bool ok = false;
     const int number = argument.toInt(&ok);
     if (!ok)
-        raiseError(invalidIntegerMessage);
+        proxy::raiseError(invalidIntegerMessage);
     requireInRange(number, header, headerOutOfRangeMessages[header]);
     requireShown(header, number - 1);
-    return headerText(*tableView()->model(), number - 1, header);
+    return views::headerText(*tableView()->model(), number - 1, header);
 }
 
 QTableView* STQTable::tableView()

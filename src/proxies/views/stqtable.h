@@ -7,7 +7,7 @@ class QTableView;
 
 // Tables. A cell is addressed by a text "row:column"; each is the text of a header section, which must be
 // unique, or else a number from 1. Rows and columns are 0-based in here, and 1-based in all messages.
-class STQTable : public ItemViewProxy
+class STQTable : public views::ItemViewProxy
 {
 public:
     // A cell address: moves the current cell there with the keyboard. `option` is ignored.
@@ -22,7 +22,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    static const PseudoProperty<STQTable&, const QVariant&> headerProperties[2];
+    static const proxy::PseudoProperty<STQTable&, const QVariant&> headerProperties[2];
 
     enum class HiddenSections { Named, Skipped };
     struct Cell
@@ -41,9 +41,9 @@ private:
     bool isHidden(Qt::Orientation header, int section);
     void requireShown(Qt::Orientation header, int section);
 
-    void goTo(const ItemPlace& place);
+    void goTo(const views::ItemPlace& place);
     void focusTable();
     void moveToCell(int row, int column);
-    void moveToColumn(const ItemPlace& place);
+    void moveToColumn(const views::ItemPlace& place);
     QVariant headerTextAt(Qt::Orientation header, const QVariant& argument);
 };

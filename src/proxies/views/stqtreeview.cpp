@@ -80,9 +80,9 @@ void STQTreeView::requireSelectionMode(bool severalItems)
 {
     const QAbstractItemView::SelectionMode mode = treeView()->selectionMode();
     if (mode == QAbstractItemView::NoSelection)
-        raiseError(notSelectableViewMessage);
+        proxy::raiseError(notSelectableViewMessage);
     if (mode == QAbstractItemView::SingleSelection && severalItems)
-        raiseError(singleSelectionMessage);
+        proxy::raiseError(singleSelectionMessage);
 }
 
 void STQTreeView::clearSelectionByKeys()
@@ -96,7 +96,7 @@ void STQTreeView::clearSelectionByKeys()
     for (const QPersistentModelIndex& index : selected) {
         // Space on a row's first cell clears the row's other cells too: pressed again, it would select the
         // row anew.
-        if (!isSelected(*treeView(), index))
+        if (!views::isSelected(*treeView(), index))
             continue;
         navigateTo(index);
         keyClick(Qt::Key_Space, Qt::NoModifier);
@@ -109,7 +109,7 @@ void STQTreeView::selectItems(const QStringList& paths)
         const QPersistentModelIndex item(visibleItem(paths.at(i)));
         navigateTo(item);
         const QTreeView* view = treeView();
-        if (isSelected(*view, item))
+        if (views::isSelected(*view, item))
             continue;
         const bool adds = i > 0 && view->selectionMode() != QAbstractItemView::MultiSelection;
         keyClick(Qt::Key_Space, adds ? Qt::ControlModifier : Qt::NoModifier);
@@ -149,7 +149,7 @@ void STQTreeView::enterCellText(const QModelIndex& current, const QString& value
     ensureFocus();
     navigateTo(item);
     const QChar separator = QLatin1Char(':');
-    makeCurrent(editableCell(firstParts(value, separator, 1).first()));
+    makeCurrent(editableCell(proxy::firstParts(value, separator, 1).first()));
     openEditor();
     keyClick(Qt::Key_Backspace, Qt::NoModifier);
     const int separatorIndex = static_cast<int>(value.indexOf(separator));
@@ -162,15 +162,15 @@ QModelIndex STQTreeView::editableCell(const QString& columnText)
     bool ok = false;
     const int column = compat::toInt(columnText, &ok);
     if (!ok)
-        raiseError(syntaxMessage);
+        proxy::raiseError(syntaxMessage);
     const QTreeView* view = treeView();
-    const int columns = columnCountUnderRoot(*view);
+    const int columns = views::columnCountUnderRoot(*view);
     if (column >= columns)
-        raiseError(columnRangeMessage, column, columns - 1);
+        proxy::raiseError(columnRangeMessage, column, columns - 1);
     const QModelIndex current = view->currentIndex();
-    const QModelIndex cell = cellAt(view->model(), current.row(), column, current.parent());
+    const QModelIndex cell = views::cellAt(view->model(), current.row(), column, current.parent());
     if (!cell.isValid() || !(cell.flags() & Qt::ItemIsEditable))
-        raiseError(notEditableMessage, column);
+        proxy::raiseError(notEditableMessage, column);
     return cell;
 }
 
@@ -181,14 +181,14 @@ void STQTreeView::mouseAction(const QVariant& command)
 
 QStringList STQTreeView::pseudoPropertyNames()
 {
-    return treePropertyNames();
+    return views::treePropertyNames();
 }
 
 QVariant STQTreeView::pseudoProperty(const char* name, const QVariant& argument)
 {
-    return treeProperty(name, *treeView(), [&] {
+    return views::treeProperty(name, *treeView(), [&] {
         if (!argument.isValid())
-            raiseError(missingPathMessage);
+            proxy::raiseError(missingPathMessage);
         if (compat::typeOf(argument) != QMetaType::QString)
             typeError("string");
         return visibleItem(argument.toString());
@@ -202,9 +202,9 @@ QTreeView* STQTreeView::treeView()
 
 QModelIndex STQTreeView::visibleItem(const QString& path)
 {
-    const QModelIndex item = findItem(*treeView(), path);
+    const QModelIndex item = views::findItem(*treeView(), path);
     if (!item.isValid())
-        raiseError(invalidPathMessage);
+        proxy::raiseError(invalidPathMessage);
     requireVisible(item);
     return item;
 }
@@ -213,5 +213,5 @@ void STQTreeView::requireVisible(const QModelIndex& item)
 {
     const QTreeView* view = treeView();
     if (view->isRowHidden(item.row(), item.parent()) || view->isColumnHidden(item.column()))
-        raiseError(hiddenMessage, itemPathOf(*view, item));
+        proxy::raiseError(hiddenMessage, views::itemPathOf(*view, item));
 }

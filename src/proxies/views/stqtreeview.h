@@ -5,7 +5,7 @@
 class QTreeView;
 
 // Tree views. Items are named by tree item paths; see treeitempath.h.
-class STQTreeView : public ItemViewProxy
+class STQTreeView : public views::ItemViewProxy
 {
 public:
     // A text, one item path: makes the item current with the keyboard, then types the character in `option`,

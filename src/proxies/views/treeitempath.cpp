@@ -6,6 +6,8 @@
 
 #include <vector>
 
+namespace views {
+
 namespace {
 
 const QLatin1Char columnSeparator(':');
@@ -113,3 +115,5 @@ QStringList treeItemPaths(const QTreeView& view)
     }
     return paths;
 }
+
+} // namespace views

@@ -5,6 +5,8 @@
 
 class QTreeView;
 
+namespace views {
+
 // Tree item paths: the row texts from a top-level item of the view down to an item, joined by "/".
 
 // The texts of the columns that the view shows, joined by ":". An empty text at the beginning adds nothing,
@@ -27,3 +29,5 @@ QModelIndex findItem(const QTreeView& view, const QString& path);
 // The paths of all items, parents before their children, whether expanded or not; hidden ones are left out
 // together with what is below them.
 QStringList treeItemPaths(const QTreeView& view);
+
+} // namespace views

@@ -60,7 +60,7 @@ void STQTreeView::navigateTo(const QModelIndex& index)
         return;
     walkToTop();
     const QModelIndex top = treeView()->currentIndex();
-    makeCurrent(cellAt(top.model(), top.row(), target.column(), top.parent()));
+    makeCurrent(views::cellAt(top.model(), top.row(), target.column(), top.parent()));
     if (!target.isValid() || target != treeView()->currentIndex())
         walkDownTo(target);
 }
@@ -69,23 +69,23 @@ void STQTreeView::requireReachable(const QModelIndex& target)
 {
     // The application may have given the view another model meanwhile.
     if (!target.isValid() || target.model() != treeView()->model())
-        raiseError(noItemMessage);
+        proxy::raiseError(noItemMessage);
     if (!(target.flags() & Qt::ItemIsEnabled))
-        raiseError(notEnabledMessage, itemPathOf(*treeView(), target));
+        proxy::raiseError(notEnabledMessage, views::itemPathOf(*treeView(), target));
     if (!(target.flags() & Qt::ItemIsSelectable))
-        raiseError(notSelectableItemMessage, itemPathOf(*treeView(), target));
+        proxy::raiseError(notSelectableItemMessage, views::itemPathOf(*treeView(), target));
 }
 
 bool STQTreeView::isSettledOn(const QModelIndex& target)
 {
     const QTreeView* view = treeView();
-    return view->currentIndex() == target && isSelected(*view, target)
+    return view->currentIndex() == target && views::isSelected(*view, target)
         && (view->model()->rowCount(target) == 0 || view->isExpanded(target));
 }
 
 void STQTreeView::walkToTop()
 {
-    WalkGuard guard(treeView()->model());
+    views::WalkGuard guard(treeView()->model());
     for (;;) {
         const QPersistentModelIndex before(treeView()->currentIndex());
         keyClick(Qt::Key_Up, Qt::NoModifier);
@@ -97,7 +97,7 @@ void STQTreeView::walkToTop()
 
 void STQTreeView::walkDownTo(const QPersistentModelIndex& target)
 {
-    WalkGuard guard(treeView()->model());
+    views::WalkGuard guard(treeView()->model());
     for (;;) {
         const QPersistentModelIndex before(treeView()->currentIndex());
         if (!before.isValid() || !target.isValid())
@@ -111,7 +111,7 @@ void STQTreeView::walkDownTo(const QPersistentModelIndex& target)
         if (guard.isEndless(now, !isAfter(now, target)))
             break;
     }
-    raiseError(stuckMessage);
+    proxy::raiseError(stuckMessage);
 }
 
 void STQTreeView::stepTowards(const QPersistentModelIndex& target)

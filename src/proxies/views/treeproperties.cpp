@@ -8,6 +8,8 @@
 #include <QHeaderView>
 #include <QTreeWidget>
 
+namespace views {
+
 namespace {
 
 const QTreeView& tree(const QAbstractItemView& view)
@@ -100,10 +102,12 @@ const ItemProperty itemProperties[] = {
 
 QStringList treePropertyNames()
 {
-    return namesOf(viewProperties) + namesOf(itemProperties);
+    return proxy::namesOf(viewProperties) + proxy::namesOf(itemProperties);
 }
 
 QVariant treeProperty(const char* name, const QTreeView& view, const std::function<QModelIndex()>& findItem)
 {
-    return valueOf(viewProperties, itemProperties, name, view, findItem);
+    return propertyValue(viewProperties, itemProperties, name, view, findItem);
 }
+
+} // namespace views

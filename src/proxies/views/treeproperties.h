@@ -8,6 +8,10 @@
 
 class QTreeView;
 
+namespace views {
+
 // The pseudo-properties of tree views: their names, and the value of one. For `findItem` see itemproperties.h.
 QStringList treePropertyNames();
 QVariant treeProperty(const char* name, const QTreeView& view, const std::function<QModelIndex()>& findItem);
+
+} // namespace views

@@ -2,6 +2,8 @@
 
 #include <QtCore/QAbstractItemModel>
 
+namespace views {
+
 namespace {
 
 // Half a second of work in all, so that a walk without an end is over within a second. Work and not time: a machine that
@@ -35,3 +37,5 @@ void WalkGuard::countRows(const QModelIndex&, int first, int last)
 {
     gained -= qint64(last) - first + 1;
 }
+
+} // namespace views

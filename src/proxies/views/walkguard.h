@@ -8,6 +8,8 @@
 
 class QAbstractItemModel;
 
+namespace views {
+
 // Notices that a walk through items has no end: that it runs in a circle, or that it gains nothing. That is so once it has
 // passed the item that it goes to, which a hidden row can keep it from, or where the model has more rows come in than the
 // walk leaves behind.
@@ -34,3 +36,5 @@ private:
     qint64 gained = 0;
     int periodsInVain = 0;
 };
+
+} // namespace views
