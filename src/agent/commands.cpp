@@ -13,7 +13,7 @@ namespace {
 struct CommandRow
 {
     const char* number;
-    bool wholeLine; // the number is the whole line: the command takes no sections
+    bool takesNoArguments; // a line with anything behind the number is another, unknown command
     QByteArray (*execute)(const Request& request, STApplicationProxy& registry);
 };
 
@@ -36,7 +36,7 @@ QByteArray executeRequest(const Request& request, STApplicationProxy& registry)
 {
     const QByteArray number = request.section(0);
     for (const CommandRow& row : commandRows) {
-        if (number == row.number && (!row.wholeLine || request.line() == number))
+        if (number == row.number && (!row.takesNoArguments || request.line() == number))
             return row.execute(request, registry);
     }
     return "8,Command not found";

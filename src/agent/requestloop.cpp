@@ -60,8 +60,9 @@ RequestLoop::RequestLoop(QAbstractSocket& connection, const Execute& executeRequ
     connect(&reader, SIGNAL(resumable()), SLOT(schedule()));
 }
 
-// Nothing is executed here: a command runs the application's code, which may delete the socket, and Qt, which has emitted
-// one of its signals, goes on with it afterwards. An object may die in its own event.
+// Requests are executed in an event of the loop, not in the slot of a signal of the socket. A command runs the
+// application's code, which may delete the socket: Qt goes on using a socket after it has emitted a signal, but not an
+// object whose own event has deleted it.
 void RequestLoop::schedule()
 {
     if (state == State::Idle)

@@ -60,7 +60,7 @@ void TestClient::socketConnected()
     idleSocketFilter = compat::IdleSocketFilter::installWhereNeeded();
     compat::setSocketNotInheritable(socketDescriptor());
     setSocketOption(LowDelayOption, 1);
-    // The socket has a buffer of its own. Qt 4's second one in front of it would hide from it what there is to read.
+    // The socket buffers by itself. Qt 4 puts a second buffer in front, and the socket does not count what is in there.
     setOpenMode(openMode() | Unbuffered);
     write(QString::fromLatin1("+client+ 2.1.0 %1 %2 %3\n")
               .arg(QString::number(QCoreApplication::applicationPid()), QString::number(hookPort), buildTag)

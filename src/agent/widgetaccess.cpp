@@ -45,12 +45,12 @@ Access anyWindow(const QByteArray& name)
     return access;
 }
 
-Access reachableWindow(const QByteArray& name, const QWidget* excused)
+Access reachableWindow(const QByteArray& name, const QWidget* exemptWindow)
 {
     const Access access = anyWindow(name);
     if (!access.widget)
         return access;
-    switch (identify::activityError(access.widget, excused)) {
+    switch (identify::activityError(access.widget, exemptWindow)) {
     case identify::WindowNotActivePopupError:
         return refused(reply("4,Window (", name, ") not active popup"));
     case identify::WindowNotActiveModalError:

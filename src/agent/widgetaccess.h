@@ -21,8 +21,8 @@ struct Access
 // The one window of that name, whatever else is open. Refuses with code 2 or 3.
 Access anyWindow(const QByteArray& name);
 
-// The one window of that name, unless a popup other than it and `excused`, or another modal widget, is open: code 4.
-Access reachableWindow(const QByteArray& name, const QWidget* excused);
+// The one window of that name, unless a popup other than it and `exemptWindow`, or another modal widget, is open: code 4.
+Access reachableWindow(const QByteArray& name, const QWidget* exemptWindow);
 
 // The same for commands that are about the window itself. While a modal widget is active they refuse every other window,
 // also its own popup, in which widgets can be used.

@@ -12,12 +12,13 @@ namespace agent {
 
 namespace {
 
-// Windowing systems have no larger windows. Qt would try to: it takes memory for every pixel, and dies of having none.
+// Windowing systems have no larger windows. Qt allocates memory for every pixel all the same, and when there is not enough
+// of it, the application crashes.
 const int maximumSide = 16384;
 
 const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
 
-// As far as Qt takes a window: it calculates with its edges, and those of a window further off are no ints any more.
+// The range of positions that Qt can handle: further out, the edges of a window overflow an int.
 int reachable(int coordinate)
 {
     return qBound(-QWIDGETSIZE_MAX, coordinate, QWIDGETSIZE_MAX);

@@ -36,10 +36,10 @@ struct HierarchicalMatch
     SearchError error = SearchError::None; // None with a null widget: no window has the title
 };
 
-// Finds the one widget with the hierarchical name. Trailing nulls are levels below the last named widget,
-// each of which must have the only way down, to a widget without children. The name of one null finds a
-// window by its title. A widget that lies below two of the searched windows, as in a dialog with a parent
-// window, is found twice, which is ambiguous: say in which window it is.
+// Finds the one widget with the hierarchical name. Each trailing null stands for one level below the last named widget:
+// exactly one way down of that many levels must exist, and it must end at a widget without children. A name that is one
+// null finds a window by its title. A widget below two of the searched windows, as in a dialog that has a parent window,
+// is found twice, so the result is ambiguous unless the query names the window.
 HierarchicalMatch findHierarchically(const HierarchicalQuery& query);
 
 } // namespace LmSquishProxy

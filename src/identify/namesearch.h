@@ -17,8 +17,8 @@ public:
     NameSearch(const NameSearch&) = delete;
     NameSearch& operator=(const NameSearch&) = delete;
 
-    // Below `top` in the order of findChildren(), each child before what is below it; then `top`, by its object name
-    // only.
+    // Looks at all widgets below `top`, in the order of findChildren(): each child comes before its own children. Then looks
+    // at `top`, but only at its object name, not at a derived one.
     void search(QWidget* top);
 
 protected:

@@ -64,10 +64,10 @@ int findWindow(QWidget*& window, const QString& name)
     return count;
 }
 
-LookupError activityError(const QWidget* window, const QWidget* excused)
+LookupError activityError(const QWidget* window, const QWidget* exemptWindow)
 {
     if (const QWidget* popup = QApplication::activePopupWidget())
-        return window == popup || window == excused ? NoError : WindowNotActivePopupError;
+        return window == popup || window == exemptWindow ? NoError : WindowNotActivePopupError;
     const QWidget* modal = QApplication::activeModalWidget();
     return !modal || window == modal ? NoError : WindowNotActiveModalError;
 }

@@ -30,7 +30,7 @@ QString lookupErrorName(int error);
 int findWindow(QWidget*& window, const QString& name);
 
 // Whether the user could reach the window: NoError, or what blocks it. An open popup blocks every window but itself
-// and `excused` (null for none); an active modal widget blocks every window but itself.
-LookupError activityError(const QWidget* window, const QWidget* excused);
+// and `exemptWindow` (null for none); an active modal widget blocks every window but itself.
+LookupError activityError(const QWidget* window, const QWidget* exemptWindow);
 
 } // namespace identify

@@ -30,8 +30,8 @@ struct RunningAgent
 RunningAgent agent = {};
 std::atomic<bool> isStarted(false);
 
-// How long an application may take longer to end because a test server does not read its last replies.
-const int lastWordsMilliseconds = 1000;
+// How long the end of an application waits for a test server that does not read the last replies.
+const int replyFlushTimeoutMs = 1000;
 
 bool runsWidgetsApplication(const LoadedLibrary& qt)
 {
@@ -42,7 +42,8 @@ bool runsWidgetsApplication(const LoadedLibrary& qt)
         && (*instance)->inherits("QApplication");
 }
 
-// An application may bring a Qt of its own. What it has not loaded of that yet must not come from another Qt.
+// An application may bring its own Qt. The libraries that the agent needs beyond those it has loaded must come from the
+// same Qt, not from the system's.
 void loadFurtherLibraries(const char* widgetsLibrary)
 {
     for (const char* const name : {QTDRIVER_FURTHER_LIBRARIES}) {
@@ -68,7 +69,7 @@ void deleteAgent()
         return;
     agent.client = nullptr;
     agent.blockSignals(client, true); // no further request is answered
-    const qint64 end = monotonicMilliseconds() + lastWordsMilliseconds;
+    const qint64 end = monotonicMilliseconds() + replyFlushTimeoutMs;
     for (qint64 now = monotonicMilliseconds(); client->bytesToWrite() > 0; now = monotonicMilliseconds()) {
         if (now >= end || !client->waitForBytesWritten(int(end - now))) {
             agent.abort(client);

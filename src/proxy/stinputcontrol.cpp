@@ -94,7 +94,7 @@ void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifi
     syncEvents();
     if (isKeyOwnerGone()) {
         if (type == QEvent::KeyRelease)
-            return; // what the press did may have been the owner's end
+            return; // handling the press may have deleted the owner
         proxy::raiseError(proxy::deadWidgetMessage);
     }
     QWidget* target = keyTarget();

@@ -42,7 +42,8 @@ void STQSlider::mouseAction(const QVariant& command)
 
 QRect STQSlider::subControl(int control)
 {
-    // The bare option has the handle at its origin and is that of a horizontal slider; both is intended.
+    // The option knows neither the value nor the orientation: the positions that tests drag to are calculated from a
+    // handle at the origin of a horizontal slider.
     QStyleOptionSlider option;
     option.initFrom(slider());
     return slider()->style()->subControlRect(
@@ -55,7 +56,7 @@ int STQSlider::span()
     const QRect handle = subControl(QStyle::SC_SliderHandle);
     if (slider()->orientation() == Qt::Horizontal)
         return (groove.right() - groove.left()) - (handle.right() - handle.left());
-    // The sign is intended: the span is negative, so that every value is at pixel 0.
+    // Negative, so that every value is at pixel 0: a vertical slider accepts only values that are shown there.
     return (groove.top() - groove.bottom()) - (handle.bottom() - handle.top());
 }
 

@@ -47,7 +47,7 @@ bool STQMenu::pathDisabled(QStringList path)
 {
     const QAction* item = menus::findMenuItem(checkedWidget("QMenu")->actions(), path);
     path.removeFirst();
-    // A disabled item on the first level is looked into, one below it is not. That is intended.
+    // The walk goes on below a disabled item of the first level, and ends at one on a deeper level: tests rely on both.
     while (!path.isEmpty() && item && item->menu()) {
         item = menus::findMenuItem(item->menu()->actions(), path);
         path.removeFirst();

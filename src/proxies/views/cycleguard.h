@@ -10,8 +10,8 @@ namespace views {
 class CycleGuard
 {
 public:
-    // Whether the walk has come back to an item.
-    bool comesBackTo(const QModelIndex& item)
+    // Notes that the walk has reached an item, and tells whether it was there before.
+    bool visitAndDetectCycle(const QModelIndex& item)
     {
         if (remembered.isValid() && remembered == item)
             return true;

@@ -85,7 +85,7 @@ bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, Ite
     if (text.size() <= prefixLength || text.at(1) != QLatin1Char(':')
         || !QString::fromLatin1("VHvh").contains(text.at(0)))
         return false;
-    // Only "V" means rows; a small "v" means columns, which is intended.
+    // Only "V" means rows. Tests have always had columns from a small "v".
     const Qt::Orientation header = text.at(0) == QLatin1Char('V') ? Qt::Vertical : Qt::Horizontal;
     const QString name = text.mid(prefixLength);
     const int count = sectionCount(model, header, QModelIndex());

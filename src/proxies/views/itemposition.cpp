@@ -36,7 +36,7 @@ QRect rowHeaderRect(const QAbstractItemView& view)
     const QHeaderView* header = table ? table->verticalHeader() : nullptr;
     if (!header)
         proxy::raiseError(noVerticalHeaderMessage);
-    // Not the row's section, which is intended: section -1 has no size, so that a row header has no position.
+    // Not the row's section: tests expect that a row header has no position, and section -1 has no size.
     const int section = -1;
     return QRect(0, header->sectionViewportPosition(section), header->width(), header->sectionSize(section));
 }

@@ -45,9 +45,9 @@ protected:
     // Raises "Current item is not checkable" for an item whose check state is not the user's.
     static void requireCheckable(const QModelIndex& current);
 
-    // Plays a mouse command at the centre of the current item, or of the viewport when no item is current.
-    // With Visibility::Required it raises "Current item not visible"; with Ignored it goes to wherever the
-    // empty rectangle has its centre, which is intended.
+    // Plays a mouse command at the centre of the current item, or of the viewport when no item is current. An item that
+    // is out of sight raises "Current item not visible" with Visibility::Required. With Ignored the mouse goes to the
+    // centre of the empty rectangle, near the viewport's corner: tests of trees and tables were written so.
     void playMouseAtCurrentItem(const QVariant& command, Visibility visibility);
 
     // From now on keys go to the view, its editor and what belongs to these, and nowhere else.

@@ -135,8 +135,7 @@ void STQTreeView::makeCurrent(const QModelIndex& index)
     if (!index.isValid())
         return;
     QTreeView* view = treeView();
-    // In multi selection the view's own setCurrentIndex() would toggle the item's selection; to move must
-    // not.
+    // In multi selection the view's own setCurrentIndex() toggles whether the item is selected. Moving there must not.
     if (view->selectionMode() == QAbstractItemView::MultiSelection)
         view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
     else

@@ -22,7 +22,7 @@ WalkGuard::WalkGuard(const QAbstractItemModel* model)
 
 bool WalkGuard::isEndless(const QModelIndex& item, bool isNearer)
 {
-    if (circle.comesBackTo(item))
+    if (circle.visitAndDetectCycle(item))
         return true;
     gained += isNearer ? 1 : 0;
     if (std::clock() - periodBegin < periodTicks)
