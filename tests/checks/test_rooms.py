@@ -114,8 +114,7 @@ def sources_of_folders(top):
     return folders
 
 
-# "src" belongs here as soon as its proxies are in folders by family.
-@pytest.mark.parametrize("top", ["runner"])
+@pytest.mark.parametrize("top", ["runner", "src"])
 def test_a_folder_has_no_more_sources_than_a_person_overlooks(top):
     folders = sources_of_folders(top)
     assert folders
