@@ -30,9 +30,6 @@ class Line:
 
 
 def listen(port: int) -> socket.socket:
-    server = socket.socket()
-    server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-    server.bind(("127.0.0.1", port))
-    server.listen()
+    server = socket.create_server(("127.0.0.1", port))
     server.settimeout(30)
     return server

@@ -2,6 +2,7 @@
 // command that is played on a widget has it see exactly the events that it names, where it names them.
 
 #include "agent/wiretext.h"
+#include "errorof.h"
 #include "fuzzing.h"
 #include "mouse/naivemouse.h"
 #include "proxies/clickcommand.h"
@@ -55,18 +56,6 @@ protected:
 };
 
 QList<naive::SeenEvent> Pad::seen;
-
-// The error of a call, empty for none.
-template <class Call>
-QString errorOf(Call call)
-{
-    try {
-        call();
-    } catch (const STError& error) {
-        return error.message;
-    }
-    return QString();
-}
 
 class Stage
 {

@@ -272,11 +272,7 @@ def play(build: Path, scenario: str, seed: int, commands: int, server: socket.so
 
 def listen() -> socket.socket:
     """The server socket where agents look for their server."""
-    server = socket.socket()
-    server.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-    server.bind(("127.0.0.1", 4242))
-    server.listen(4)
-    return server
+    return socket.create_server(("127.0.0.1", 4242), backlog=4)
 
 
 def derived_seed(seed: int, *parts: Optional[int]) -> int:

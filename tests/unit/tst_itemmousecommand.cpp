@@ -1,5 +1,6 @@
 // The words of a mouse command of item views, and the order in which they are looked at.
 
+#include "errorof.h"
 #include "proxies/views/itemmousecommand.h"
 #include "proxy/sterror.h"
 
@@ -65,13 +66,7 @@ void TestItemMouseCommand::otherTextsAreRefused()
 {
     QFETCH(QString, text);
     QFETCH(QString, message);
-    QString raised;
-    try {
-        views::itemMouseCommand(text);
-    } catch (const STError& error) {
-        raised = error.message;
-    }
-    QCOMPARE(raised, message);
+    QCOMPARE(errorOf([&] { views::itemMouseCommand(text); }), message);
 }
 
 QTEST_MAIN(TestItemMouseCommand)

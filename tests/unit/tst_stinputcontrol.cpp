@@ -1,3 +1,5 @@
+#include "errorof.h"
+#include "latin1.h"
 #include "proxy/stinputcontrol.h"
 
 #include "proxy/eventkiller.h"
@@ -68,22 +70,6 @@ public:
 
     QStringList events;
 };
-
-QString latin1(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
-template <class Operation>
-QString errorOf(Operation operation)
-{
-    try {
-        operation();
-    } catch (const STError& error) {
-        return error.message;
-    }
-    return QString();
-}
 
 // Where no window of this application is.
 const QPoint emptyDesktop(790, 590);

@@ -1,3 +1,5 @@
+#include "errorof.h"
+#include "latin1.h"
 #include "proxy/stwidgetproxy.h"
 
 #include "compat/widgets.h"
@@ -27,22 +29,6 @@ public:
         return qstrcmp(name, "none") == 0 ? QVariant() : QVariant(QLatin1String("pseudo ") + argument.toString());
     }
 };
-
-QString latin1(const char* text)
-{
-    return QString::fromLatin1(text);
-}
-
-template <class Operation>
-QString errorOf(Operation operation)
-{
-    try {
-        operation();
-    } catch (const STError& error) {
-        return error.message;
-    }
-    return QString();
-}
 
 // A window that stays where it is put: no window manager looks after it.
 struct FreeWindow

@@ -1,4 +1,5 @@
 #include "identify/widgetpath.h"
+#include "latin1.h"
 
 #include "identify/widgetlookup.h"
 #include "identify/widgettree.h"
@@ -32,11 +33,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-QString latin1(const char* text)
-{
-    return QString::fromLatin1(text);
-}
 
 template <class Widget>
 Widget* named(Widget* widget, const char* name)
