@@ -5,8 +5,8 @@ from pathlib import Path
 import pytest
 
 from hostapp import BUILD
-from viewapp import View, opener
 from replies import error
+from viewapp import View, opener
 
 SLOWER = 5 if BUILD.name.endswith("-asan") else 1
 STUCK = error("item is not selectable")

@@ -3,8 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import View
 from replies import error
+from viewapp import View
 
 
 @pytest.fixture

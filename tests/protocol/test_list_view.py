@@ -3,8 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import DOWN, F2, PASTE_OVER, SPACE, UP, opener
 from replies import error
+from viewapp import DOWN, F2, PASTE_OVER, SPACE, UP, opener
 
 TYPE_ERROR = 'Type error: object "list" of class "QListView" accepts '
 

@@ -3,8 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import opener
 from replies import error
+from viewapp import opener
 
 TYPE_ERROR = 'Type error: object "list" of class "QListView" accepts '
 

@@ -2,8 +2,8 @@
 
 import pytest
 
-from viewapp import View
 from replies import error
+from viewapp import View
 
 LIST = ("listviewhost", "Lists", "list")
 TREE = ("treeviewhost", "Trees", "tree")

@@ -3,8 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import DOWN, F2, LEFT, PASTE_OVER, RIGHT, SHIFT, TAB, UP, opener
 from replies import error
+from viewapp import DOWN, F2, LEFT, PASTE_OVER, RIGHT, SHIFT, TAB, UP, opener
 
 TYPE_ERROR = 'Type error: object "table" of class "QTableView" accepts '
 

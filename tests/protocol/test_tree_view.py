@@ -3,8 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import BACKSPACE, DOWN, F2, PLUS, RETURN, RIGHT, SPACE, UP, opener
 from replies import error
+from viewapp import BACKSPACE, DOWN, F2, PLUS, RETURN, RIGHT, SPACE, UP, opener
 
 TYPE_ERROR = 'Type error: object "tree" of class "QTreeView" accepts '
 NO_FOCUS = "Oops, can?t set the focus to the list view"

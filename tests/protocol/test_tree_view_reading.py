@@ -3,8 +3,8 @@
 import pytest
 
 from refusals import nothing_happens
-from viewapp import opener
 from replies import error
+from viewapp import opener
 
 INVALID_PATH = error("Invalid item path")
 
