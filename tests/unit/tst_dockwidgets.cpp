@@ -139,10 +139,13 @@ void tst_DockWidgets::hiddenOneCountsWhereItWas()
 void tst_DockWidgets::floatingOneThatIsActiveIsActiveAnywhere()
 {
     left->setFloating(true);
-    left->move(700, 500);
     QVERIFY(showActive(*left));
-    QVERIFY(!left->geometry().intersects(main->geometry()));
-    QVERIFY(proxy->isDockWidgetActive(left));
+    // A late answer of the window manager to setFloating() can undo the first move.
+    QVERIFY(becomesTrue([this] {
+        left->move(700, 500);
+        return !left->geometry().intersects(main->geometry());
+    }));
+    QVERIFY(becomesTrue([this] { return proxy->isDockWidgetActive(left); }));
 
     QWidget other;
     QVERIFY(showActive(other));
