@@ -1,6 +1,7 @@
 #include "agent/commands.h"
 
 #include "agent/actioncommands.h"
+#include "agent/extensions.h"
 #include "agent/querycommands.h"
 #include "agent/request.h"
 #include "agent/windowcommands.h"
@@ -39,6 +40,8 @@ QByteArray executeRequest(const Request& request, STApplicationProxy& registry)
         if (number == row.number && (!row.takesNoArguments || request.line() == number))
             return row.execute(request, registry);
     }
+    if (const ExtensionFunction extension = extensionNamed(number))
+        return extension(request, registry);
     return "8,Command not found";
 }
 

@@ -1,5 +1,8 @@
 #include "agent/request.h"
 
+#include "agent/wiretext.h"
+#include "proxy/sterror.h"
+
 namespace agent {
 
 QByteArray Request::section(int index) const
@@ -20,6 +23,15 @@ QString Request::text(int index) const
     const QByteArray latin1 = section(index);
     return QString::fromLatin1(
         latin1.constData(), static_cast<int>(latin1.size())); // with the size: a NUL is a character
+}
+
+QString Request::utf8Text(int index) const
+{
+    bool ok = false;
+    const QString decoded = decodeUtf8Hex(section(index), &ok);
+    if (!ok)
+        proxy::raiseError("Section %d is not hexadecimal", index);
+    return decoded;
 }
 
 } // namespace agent

@@ -23,6 +23,10 @@ public:
     QByteArray section(int index) const;
     // The same as a text.
     QString text(int index) const;
+    // Whether the line has that section, though it may be empty.
+    bool has(int index) const { return bytes.count(',') >= index; }
+    // The text of an extension's section: UTF-8 in hexadecimal. Raises an error where the section is none.
+    QString utf8Text(int index) const;
 
 private:
     QByteArray bytes;

@@ -29,32 +29,46 @@ Access notModal(const QByteArray& name)
     return refused(reply("4,Window (", name, ") not active modal"));
 }
 
+WrittenName fromLatin1(const QByteArray& name)
+{
+    return {QString::fromLatin1(name.constData(), static_cast<int>(name.size())), name};
+}
+
 } // namespace
 
-Access anyWindow(const QByteArray& name)
+Access anyWindow(const QByteArray& latin1Name)
+{
+    return anyWindow(fromLatin1(latin1Name));
+}
+
+Access anyWindow(const WrittenName& name)
 {
     QWidget* window = nullptr;
-    const int count
-        = identify::findWindow(window, QString::fromLatin1(name.constData(), static_cast<int>(name.size())));
+    const int count = identify::findWindow(window, name.text);
     if (count < 1)
-        return refused(reply("2,Window (", name, ") not found"));
+        return refused(reply("2,Window (", name.bytes, ") not found"));
     if (count > 1)
-        return refused(reply("3,Window (", name, ") visible," + QByteArray::number(count)));
+        return refused(reply("3,Window (", name.bytes, ") visible," + QByteArray::number(count)));
     Access access;
     access.widget = window;
     return access;
 }
 
-Access reachableWindow(const QByteArray& name, const QWidget* exemptWindow)
+Access reachableWindow(const QByteArray& latin1Name, const QWidget* exemptWindow)
+{
+    return reachableWindow(fromLatin1(latin1Name), exemptWindow);
+}
+
+Access reachableWindow(const WrittenName& name, const QWidget* exemptWindow)
 {
     const Access access = anyWindow(name);
     if (!access.widget)
         return access;
     switch (identify::activityError(access.widget, exemptWindow)) {
     case identify::WindowNotActivePopupError:
-        return refused(reply("4,Window (", name, ") not active popup"));
+        return refused(reply("4,Window (", name.bytes, ") not active popup"));
     case identify::WindowNotActiveModalError:
-        return notModal(name);
+        return notModal(name.bytes);
     default:
         return access;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QString>
 
 class QWidget;
 
@@ -18,11 +19,20 @@ struct Access
     QByteArray refusal;
 };
 
+// A name, and how the request wrote it: so it stands in replies.
+struct WrittenName
+{
+    QString text;
+    QByteArray bytes;
+};
+
 // The one window of that name, whatever else is open. Refuses with code 2 or 3.
-Access anyWindow(const QByteArray& name);
+Access anyWindow(const WrittenName& name);
+Access anyWindow(const QByteArray& latin1Name);
 
 // The one window of that name, unless a popup other than it and `exemptWindow`, or another modal widget, is open: code 4.
-Access reachableWindow(const QByteArray& name, const QWidget* exemptWindow);
+Access reachableWindow(const WrittenName& name, const QWidget* exemptWindow);
+Access reachableWindow(const QByteArray& latin1Name, const QWidget* exemptWindow);
 
 // The same for commands that are about the window itself. While a modal widget is active they refuse every other window,
 // also its own popup, in which widgets can be used.

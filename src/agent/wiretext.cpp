@@ -1,5 +1,7 @@
 #include "agent/wiretext.h"
 
+#include <algorithm>
+
 namespace agent {
 
 namespace {
@@ -55,6 +57,14 @@ QString decodehex(const QString& hex)
         digits += 2;
     }
     return text;
+}
+
+QString decodeUtf8Hex(const QByteArray& hex, bool* ok)
+{
+    *ok = hex.size() % 2 == 0
+        && std::all_of(hex.begin(), hex.end(), [](char digit) { return digitValue(QLatin1Char(digit)) >= 0; });
+    const QByteArray utf8 = *ok ? QByteArray::fromHex(hex) : QByteArray();
+    return QString::fromUtf8(utf8.constData(), static_cast<int>(utf8.size())); // with the size: a NUL is a character
 }
 
 } // namespace agent

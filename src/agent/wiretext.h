@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 
 namespace agent {
@@ -11,5 +12,9 @@ QString encodehex(const QString& text);
 // One character up to U+00FF for each two hexadecimal digits, of either case. A pair that is no number is U+0000; a
 // last single digit counts as a pair.
 QString decodehex(const QString& hex);
+
+// The text whose UTF-8 the hexadecimal digits are, of either case. Not ok, and empty, where they are no pairs of digits;
+// bytes that are no UTF-8 are U+FFFD.
+QString decodeUtf8Hex(const QByteArray& hex, bool* ok);
 
 } // namespace agent

@@ -15,7 +15,8 @@ MAY_INCLUDE = {
     "proxy": set(),
     "proxies": {"proxy"},
     "bridge": {"identify"},
-    "agent": {"identify", "proxy", "bridge"},
+    "locate": {"identify"},
+    "agent": {"identify", "locate", "proxy", "bridge"},
     "preload": {"agent/testclient.h"},
 }
 

@@ -1,0 +1,45 @@
+#include "agent/extensions.h"
+
+#include "agent/request.h"
+#include "agent/wirevalue.h"
+
+#include <QStringList>
+#include <QVariant>
+
+namespace agent {
+
+namespace {
+
+QByteArray listExtensions(const Request& request, STApplicationProxy& registry);
+
+struct ExtensionRow
+{
+    const char* name;
+    ExtensionFunction execute;
+};
+
+const ExtensionRow extensionRows[] = {
+    {"+extensions", listExtensions},
+};
+
+// Sections: none. The names of all extensions: a test asks once what this agent can do.
+QByteArray listExtensions(const Request&, STApplicationProxy&)
+{
+    QStringList names;
+    for (const ExtensionRow& row : extensionRows)
+        names.append(QLatin1String(row.name));
+    return replyForValue(names);
+}
+
+} // namespace
+
+ExtensionFunction extensionNamed(const QByteArray& name)
+{
+    for (const ExtensionRow& row : extensionRows) {
+        if (name == row.name)
+            return row.execute;
+    }
+    return nullptr;
+}
+
+} // namespace agent
