@@ -1,47 +1,12 @@
 """The server and the connection, against agents that are sockets of the test itself or the fake agent."""
 
-import contextlib
 import socket
 import threading
 
 import pytest
 
+from agents import GREETING, answering, connected_agent
 from qtdriver import Rect, Server, WidgetRecord, WindowRecord, errors
-
-GREETING = b"+client+ 2.1.0 4711 -1 fake\n"
-
-
-@contextlib.contextmanager
-def connected_agent(server, serve=lambda agent: None, greeting=GREETING, timeout=5.0):
-    """A connection to an agent whose side `serve` runs in a thread; the agent closes when `serve` returns."""
-
-    def run():
-        with socket.create_connection(("127.0.0.1", server.port)) as agent:
-            agent.sendall(greeting)
-            serve(agent)
-
-    thread = threading.Thread(target=run)
-    thread.start()
-    try:
-        with server.accept(timeout, timeout) as connection:
-            yield connection
-    finally:
-        thread.join(10)
-        assert not thread.is_alive()
-
-
-def answering(*replies):
-    """A `serve` that reads a request before each reply; it keeps the requests in its attribute."""
-
-    def serve(agent):
-        with agent.makefile("rb") as requests:
-            for reply in replies:
-                serve.requests.append(requests.readline())
-                agent.sendall(reply)
-            requests.read()
-
-    serve.requests = []
-    return serve
 
 
 def test_a_taken_port_is_reported_with_what_to_do(server):

@@ -88,7 +88,7 @@ def test_a_value_that_does_not_fit_its_type_is_a_protocol_error(line):
         Reply.parse(line).value()
 
 
-@pytest.mark.parametrize("line", ["", "0", "1,text", "9,text", "hello", "00,x"])
+@pytest.mark.parametrize("line", ["", "0", "1,text", "10,text", "hello", "00,x"])
 def test_a_line_without_a_known_code_is_no_reply(line):
     with pytest.raises(errors.ProtocolError):
         Reply.parse(line)
@@ -104,6 +104,7 @@ def test_a_line_without_a_known_code_is_no_reply(line):
         ("6", errors.NotVisibleError),
         ("7", errors.AmbiguousError),
         ("8", errors.CommandError),
+        ("9", errors.NotReadyError),
     ],
 )
 def test_each_refusal_raises_its_own_error_with_the_words_of_the_agent(code, kind):

@@ -167,7 +167,8 @@ class App(ClosedOnLeaving):
         waited = f"waited {seconds:g} s"
         if path and error.code != "2":
             waited += f' in window "{window}"'
-        return type(error)(error.code, error.message, "\n".join(filter(None, [waited, explanation])))
+        words = "\n".join(filter(None, [waited, explanation]))
+        return type(error)(error.code, error.message, words, error.candidates)
 
     @contextmanager
     def watched(self) -> Iterator[None]:

@@ -2,9 +2,10 @@
 
 from __future__ import annotations
 
-from typing import List, Tuple
+from typing import Callable, List, Tuple
 
 from ..protocol.commands import COMMAND_BY_NUMBER
+from ..protocol.extensions import EXTENSION_BY_NAME, encode_utf8_hex
 from ..protocol.wire import encode_hex
 
 PLAIN_MARK = "="
@@ -15,26 +16,29 @@ def to_request(typed: str) -> str:
     r"""The request for a typed line: each encoded section that starts with "=" is turned into hexadecimal.
 
     In such a section `\,` is a comma, `\\` a backslash, `\n` a line break, `\t` a tabulator. Everything else,
-    and every command without encoded sections, stays as typed. Raises ValueError for another escape and for a
-    character beyond U+00FF in such a section.
+    and every command without encoded sections, stays as typed. Raises ValueError for another escape and, but for
+    extensions, for a character beyond U+00FF in such a section.
     """
-    command = COMMAND_BY_NUMBER.get(typed.split(",", 1)[0])
+    number, comma, sections = typed.partition(",")
+    if number in EXTENSION_BY_NAME and comma:
+        return ",".join([number, *_encoded_sections(sections, encode_utf8_hex)])
+    command = COMMAND_BY_NUMBER.get(number)
     if command is None or not any(section.encoded for section in command.sections):
         return typed
     first_encoded = 1 + [section.encoded for section in command.sections].index(True)
     parts = typed.split(",", first_encoded)
     if len(parts) <= first_encoded:
         return typed
-    return ",".join(parts[:first_encoded] + _encoded_sections(parts[first_encoded]))
+    return ",".join(parts[:first_encoded] + _encoded_sections(parts[first_encoded], encode_hex))
 
 
-def _encoded_sections(text: str) -> List[str]:
+def _encoded_sections(text: str, encode: Callable[[str], str]) -> List[str]:
     sections = []
     more = True
     while more:
         if text.startswith(PLAIN_MARK):
             plain, text, more = _take_plain(text[len(PLAIN_MARK) :])
-            sections.append(encode_hex(plain))
+            sections.append(encode(plain))
         else:
             section, comma, text = text.partition(",")
             sections.append(section)

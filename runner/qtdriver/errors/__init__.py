@@ -10,10 +10,12 @@
             AmbiguousError              several such widgets
             CommandError                the widget could not do it
                 ObscuredError           another window is in front of the place
+            NotReadyError               the widget cannot take the input yet
         ConditionError                  what was expected has not come true; an AssertionError, too
         UnsupportedTextError            the protocol cannot carry a text; a ValueError, too
         NoEditorError                   a text would not be entered, but act on the view
         CornerButtonError               a menu would not be opened, but a button pressed
+        OldAgentError                   the application's agent cannot do it
         ConnectionClosed                the application is gone
             ApplicationEndedError       how it ended
         RequestTimeout                  the application does not answer
@@ -67,6 +69,7 @@ from .refusals import (
     ConditionError,
     CornerButtonError,
     NoEditorError,
+    OldAgentError,
     PictureError,
     UnsupportedTextError,
 )
@@ -77,6 +80,7 @@ from .replies import (
     AmbiguousError,
     AmbiguousWindowError,
     CommandError,
+    NotReadyError,
     NotVisibleError,
     ObscuredError,
     ReplyError,
@@ -126,8 +130,10 @@ __all__ = [
     "NoGreetingError",
     "NoQtError",
     "NoWidgetsError",
+    "NotReadyError",
     "NotVisibleError",
     "ObscuredError",
+    "OldAgentError",
     "PeerReaderMissingError",
     "PictureError",
     "PortInUseError",

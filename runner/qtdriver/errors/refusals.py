@@ -65,6 +65,25 @@ class CornerButtonError(QtDriverError):
         return type(self), (self.button_class, self.button, self.bar)
 
 
+class OldAgentError(QtDriverError):
+    """What was asked for needs a newer agent than the application has. Nothing was done.
+
+    Attributes:
+        extension: the extension of the protocol that the agent lacks, such as "+press".
+    """
+
+    def __init__(self, extension: str) -> None:
+        super().__init__(
+            f'this needs a newer agent: that of the application has no extension "{extension}". Build the agent from '
+            "the sources that this runner is from"
+        )
+        self.extension = extension
+
+    def __reduce__(self) -> "tuple[Type[OldAgentError], tuple[str]]":
+        """The argument travels when the error is copied to another process, as parallel test runs do."""
+        return type(self), (self.extension,)
+
+
 class ConditionError(QtDriverError, AssertionError):
     """A condition has not come true in time. The message tells what was there instead."""
 

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Dict, Type
+from typing import Dict, Mapping, Tuple, Type
 
 from .base import QtDriverError
 
@@ -11,20 +11,29 @@ class ReplyError(QtDriverError):
     """The agent refused a request. Subclasses name the reasons.
 
     Attributes:
-        code: the reply code, "2" to "8".
+        code: the reply code, "2" to "9".
         message: the agent's own words, for example "Widget (dialog/ok) not found".
         explanation: what there is instead, empty where nobody has looked.
+        candidates: with the codes "5" to "7" of an extension, widgets that the agent names with it, described as in a
+            snapshot: the nearest, the hidden ones, or those that all match.
     """
 
-    def __init__(self, code: str, message: str, explanation: str = "") -> None:
+    def __init__(
+        self,
+        code: str,
+        message: str,
+        explanation: str = "",
+        candidates: Tuple[Mapping[str, object], ...] = (),
+    ) -> None:
         super().__init__(f"{message}\n{explanation}" if explanation else message)
         self.code = code
         self.message = message
         self.explanation = explanation
+        self.candidates = candidates
 
-    def __reduce__(self) -> "tuple[Type[ReplyError], tuple[str, str, str]]":
+    def __reduce__(self) -> "tuple[Type[ReplyError], tuple[object, ...]]":
         """All arguments travel when the error is copied to another process, as parallel test runs do."""
-        return type(self), (self.code, self.message, self.explanation)
+        return type(self), (self.code, self.message, self.explanation, self.candidates)
 
 
 class WindowNotFoundError(ReplyError):
@@ -60,6 +69,11 @@ class ObscuredError(CommandError):
     program's window is in front of it, or the window manager has not shown it yet."""
 
 
+class NotReadyError(ReplyError):
+    """Code 9, of an extension: the widget could not take the input yet, and nothing was done. The message is the reason:
+    "disabled", "covered by QFrame overlay"."""
+
+
 _HIDDEN = "Exception : Error: widget is hidden by another window"
 
 REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
@@ -70,15 +84,17 @@ REPLY_ERRORS: Dict[str, Type[ReplyError]] = {
     "6": NotVisibleError,
     "7": AmbiguousError,
     "8": CommandError,
+    "9": NotReadyError,
 }
 
 RETRYABLE_LOOKUPS = tuple(error for code, error in REPLY_ERRORS.items() if code != "8")
-"""Refusals that can clear by themselves: a window or widget is about to appear, a dialog is about to close."""
+"""Refusals that can clear by themselves: a window or widget is about to appear or to be enabled, a dialog is about to
+close."""
 
 RETRYABLE_ERRORS = RETRYABLE_LOOKUPS + (ObscuredError,)
 """The same, and a window that is about to come to the front, for an action that can begin anew."""
 
 
 def reply_error(code: str, message: str) -> ReplyError:
-    """The error for a reply with this code, "2" to "8", and this payload."""
+    """The error for a reply with this code, "2" to "9", and this payload."""
     return ObscuredError(code, message) if message == _HIDDEN else REPLY_ERRORS[code](code, message)

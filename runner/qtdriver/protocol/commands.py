@@ -17,6 +17,7 @@ class Answer(Enum):
     CURSOR = "the widget under the cursor"
     TEXT = "a class name or a window title, as it stands"
     VALUE = "a typed value"
+    JSON = "a description in JSON"
 
 
 @dataclass(frozen=True)

@@ -1,22 +1,24 @@
-"""The connection to one application: a method for each command."""
+"""The connection to one application: a method for each of the twelve commands."""
 
 from __future__ import annotations
 
 from typing import Dict, Optional, Set, Tuple
 
 from ..errors import ProtocolError
-from .channel import DEFAULT_TIMEOUT, Channel
+from .channel import DEFAULT_TIMEOUT
 from .commands import COMMAND_BY_NAME
+from .extended import ExtendedChannel
 from .greeting import Greeting
 from .lines import LineSocket
 from .records import CursorWidget, WidgetRecord, WindowRecord
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
 
-class Connection(Channel):
-    """A greeted agent. Not for use by several threads at the same time.
+class Connection(ExtendedChannel):
+    """A greeted agent: the twelve commands, and the extensions that it has. Not for use by several threads at the same
+    time.
 
-    Every command method raises a ReplyError subclass when the agent refuses, ConnectionClosed when the
+    Every method of a command raises a ReplyError subclass when the agent refuses, ConnectionClosed when the
     application has ended, RequestTimeout when no answer comes in time, and UnsupportedTextError, before
     anything is sent, for text that the protocol cannot carry.
 

@@ -7,6 +7,7 @@ from typing import List, Optional
 
 from ..errors import ProtocolError
 from ..protocol.commands import COMMANDS, COMMAND_BY_NUMBER, Answer, Command
+from ..protocol.extensions import EXTENSIONS, EXTENSION_BY_NAME, Extension, refusal
 from ..protocol.records import CursorWidget
 from ..protocol.wire import Rect, Reply, Value
 
@@ -15,10 +16,12 @@ _XPM_VALUES = re.compile(rb'"\s*(\d{1,9})\s+(\d{1,9})\s+(\d{1,9})\s+\d+')
 
 def describe_reply(request: str, reply: Reply) -> str:
     """The reply to `request` in one or more lines. A reply that is not as it should be is shown raw."""
-    if not reply.ok:
-        return f"error {reply.code}: {reply.payload}"
-    command = COMMAND_BY_NUMBER.get(request.split(",", 1)[0])
+    number = request.split(",", 1)[0]
+    extension = EXTENSION_BY_NAME.get(number)
+    command = COMMAND_BY_NUMBER.get(number) or extension
     try:
+        if not reply.ok:
+            return f"error {reply.code}: {refusal(reply).message if extension else reply.payload}"
         if reply.code == "?":
             return _describe_cursor_widget(CursorWidget.parse(reply.payload))
         if command is not None and command.answer is Answer.TEXT:
@@ -72,6 +75,8 @@ def describe_commands() -> str:
     lines: List[str] = ["One request a line, its sections separated by commas:"]
     for command, request in zip(COMMANDS, requests):
         lines.append(f"  {request:<{width}}  {command.name}: {command.summary}")
+    lines.append("Extensions, which the agent may lack:")
+    lines += [f"  {_pattern_of_extension(extension)}  {extension.summary}" for extension in EXTENSIONS]
     lines += [
         "Sections in [brackets] travel as hexadecimal text. Type = in front to give them as plain text:",
         r"\, is a comma, \\ a backslash, \n a line break, \t a tabulator:  5,Main,dialog/name,,=s:one\, two,",
@@ -85,3 +90,7 @@ def describe_commands() -> str:
 def _pattern(command: Command) -> str:
     sections = [f"[{section.name}]" if section.encoded else section.name for section in command.sections]
     return ",".join([command.number, *sections])
+
+
+def _pattern_of_extension(extension: Extension) -> str:
+    return ",".join([extension.name, *(f"[{section}]" for section in extension.sections)])

@@ -6,10 +6,11 @@ import json
 import os
 from dataclasses import dataclass
 from pathlib import Path
-from typing import Dict, List
+from typing import Callable, Dict, List
 
 from ..errors import ProtocolError
 from ..protocol.commands import COMMAND_BY_NUMBER
+from ..protocol.extensions import EXTENSION_BY_NAME, decode_utf8_hex
 from ..protocol.transcript import Exchange, Step
 from ..protocol.wire import Reply, decode_hex
 from .readable import describe_reply
@@ -106,19 +107,21 @@ def describe_request(line: str) -> str:
     """The request with the name of its command, and its values in plain text; `line` itself if it is none."""
     number, *texts = line.split(",")
     command = COMMAND_BY_NUMBER.get(number)
+    if number in EXTENSION_BY_NAME:
+        return "  ".join([number, *(_decoded(text, decode_utf8_hex) for text in texts if text)])
     if command is None:
         return line
     parts = [command.name]
     for section, text in zip(command.sections, texts):
         if not text:
             continue
-        parts.append(_decoded(text) if section.encoded else text)
+        parts.append(_decoded(text, decode_hex) if section.encoded else text)
     return "  ".join(parts)
 
 
-def _decoded(digits: str) -> str:
+def _decoded(digits: str, decode: Callable[[str], str]) -> str:
     try:
-        return decode_hex(digits)
+        return decode(digits)
     except ValueError:
         return digits
 

@@ -1,0 +1,133 @@
+"""The extensions of an agent: a method for each."""
+
+from __future__ import annotations
+
+from typing import FrozenSet, Mapping, Optional
+
+from ..errors import CommandError, OldAgentError, ProtocolError
+from .channel import Channel
+from .extensions import EXTENSION_BY_NAME, decode_json, refusal
+from .wire import Argument, Reply, Value, encode_argument
+
+_FORCE = "force"
+
+
+class ExtendedChannel(Channel):
+    """A greeted agent, and what it can do beyond the twelve commands. Texts may hold every character.
+
+    Every method raises OldAgentError, before anything is sent, where the agent lacks its extension, NotReadyError where
+    the widget cannot take the input yet, and else the errors of the commands' methods. The errors of the codes 5 to 7
+    have the candidates that the agent names.
+
+    The methods share these arguments: `window` is that of the commands; `locator` says what the widget is like, and
+    empty it is the window itself (for keys: what has the focus there); `force` leaves the checks out by which a widget is
+    found to be unable to take input.
+    """
+
+    _extensions: Optional[FrozenSet[str]] = None
+
+    @property
+    def extensions(self) -> FrozenSet[str]:
+        """The names of the extensions that the agent has, such as "+press". It is asked when this is first read."""
+        if self._extensions is None:
+            try:
+                names = self._extended("+extensions").value()
+            except CommandError:
+                names = ()  # an agent of an earlier version
+            if not isinstance(names, tuple):
+                raise ProtocolError(f"not a list: {names!r}")
+            self._extensions = frozenset(names)
+        return self._extensions
+
+    def require(self, extension: str) -> None:
+        """Raises OldAgentError where the agent lacks the extension of this name."""
+        if extension not in self.extensions:
+            raise OldAgentError(extension)
+
+    def snapshot(self, window: str, locator: str = "") -> Mapping[str, object]:
+        """The window, or what the locator finds, and all that is in it, as the protocol describes it."""
+        return decode_json(self._extended("+2", window, locator))
+
+    def locate(self, window: str, locator: str) -> str:
+        """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
+        return self._extended("+4", window, locator).payload
+
+    def activate(
+        self,
+        window: str,
+        locator: str,
+        value: Argument = None,
+        option: Argument = None,
+        *,
+        widget_class: str = "",
+        force: bool = False,
+    ) -> str:
+        """As Connection.activate_widget(), for what the locator finds."""
+        texts = (widget_class, encode_argument(value), encode_argument(option), _FORCE if force else "")
+        return self._extended("+5", window, locator, *texts).payload
+
+    def enter(
+        self, window: str, locator: str, value: Argument, *, widget_class: str = "", force: bool = False
+    ) -> str:
+        """As Connection.enter_widget(), for what the locator finds."""
+        texts = (widget_class, encode_argument(value), _FORCE if force else "")
+        return self._extended("+6", window, locator, *texts).payload
+
+    def read(
+        self,
+        window: str,
+        locator: str,
+        name: str,
+        argument: Optional[str] = None,
+        *,
+        widget_class: str = "",
+    ) -> Value:
+        """As Connection.read_property(), for what the locator finds."""
+        return self._extended("+7", window, locator, widget_class, name, encode_argument(argument)).value()
+
+    def mouse(
+        self, window: str, locator: str, command: str, *, widget_class: str = "", force: bool = False
+    ) -> str:
+        """As Connection.mouse_widget(), for what the locator finds."""
+        texts = (widget_class, encode_argument(command), _FORCE if force else "")
+        return self._extended("+9", window, locator, *texts).payload
+
+    def press(self, window: str, keys: str, locator: str = "", *, mode: str = "") -> str:
+        """Presses and releases `keys`, one to four strokes such as "Ctrl+K, Ctrl+C"; with `mode` "press" or "release"
+        only that. Answers the class of the widget that had the focus."""
+        return self._extended("+press", window, locator, keys, mode).payload
+
+    def type_text(self, window: str, text: str, locator: str = "") -> str:
+        """Types the text, a line break as Return and a tab as Tab. Answers the class of the widget that had the focus."""
+        return self._extended("+type", window, locator, text).payload
+
+    def turn_wheel(self, window: str, locator: str, command: str) -> str:
+        """Plays a wheel command "x:y:modifier:horizontal:vertical", the last two in steps, up and left being positive.
+
+        Answers the class of the widget.
+        """
+        return self._extended("+wheel", window, locator, command).payload
+
+    def clipboard(self) -> str:
+        """The text on the clipboard as the application sees it, empty when there is none."""
+        text = self._extended("+clipboard").value()
+        if not isinstance(text, str):
+            raise ProtocolError(f"not a text: {text!r}")
+        return text
+
+    def set_clipboard(self, text: str) -> None:
+        """Has the application put the text on the clipboard."""
+        self._extended("+clipboard", text)
+
+    def focus(self, window: str, locator: str) -> str:
+        """Gives the widget the keyboard focus, as the Tab key would. Answers its class."""
+        return self._extended("+focus", window, locator).payload
+
+    def _extended(self, name: str, *texts: str) -> Reply:
+        line = EXTENSION_BY_NAME[name].compose(*texts)
+        if name != "+extensions":
+            self.require(name)
+        reply = self.request(line)
+        if not reply.ok:
+            raise refusal(reply)
+        return reply
