@@ -15,6 +15,7 @@ from .api.addresses import (
 from .api.app import App
 from .api.driver import Driver
 from .api.expect import eventually
+from .api.found import FoundWidget
 from .api.menu import Menu
 from .api.steps import StepListener
 from .api.widget import Widget
@@ -71,10 +72,12 @@ from .launch.agent import agent_library, default_build
 from .launch.process import Process
 from .launch.qtversion import qt_major
 from .launch.starting import preload_environment
+from .lookup.snapshot import Item, Snapshot, SnapshotNode
 from .lookup.tree import Node, WidgetTree
 from .protocol.commands import COMMANDS, Answer, Command, Section
 from .protocol.connection import Connection
 from .protocol.greeting import Greeting
+from .protocol.locators import Locator, containing
 from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
 from .protocol.server import HOST, PORT, Server
 from .protocol.transcript import Exchange, Step, Transcript
@@ -116,8 +119,11 @@ __all__ = [
     "EarlyExitError",
     "ElfReaderMissingError",
     "Exchange",
+    "FoundWidget",
     "Greeting",
     "HOST",
+    "Item",
+    "Locator",
     "Menu",
     "NoClientError",
     "NoEditorError",
@@ -146,6 +152,8 @@ __all__ = [
     "ScriptProgramError",
     "Section",
     "Server",
+    "Snapshot",
+    "SnapshotNode",
     "StaticProgramError",
     "StaticQtError",
     "Step",
@@ -165,6 +173,7 @@ __all__ = [
     "agent_library",
     "cell",
     "column_header",
+    "containing",
     "decode_hex",
     "default_build",
     "describe_exit",

@@ -13,6 +13,7 @@ from ..lookup.explain import explain
 from ..lookup.windows import MODAL, POPUP
 from ..protocol.closing import ClosedOnLeaving
 from ..protocol.connection import Connection
+from ..protocol.locators import Address
 from ..protocol.records import CursorWidget, WindowRecord
 from ..protocol.waiting import Deadline, retry
 from ..protocol.wire import Rect
@@ -130,7 +131,7 @@ class App(ClosedOnLeaving):
         *,
         reads: bool = True,
         window: str = "",
-        path: str = "",
+        path: Address = "",
         timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
@@ -159,7 +160,7 @@ class App(ClosedOnLeaving):
             with suppress(ConnectionClosed):  # the next request tells
                 self.connection.list_windows()
 
-    def explained(self, error: ReplyError, window: str, path: str, seconds: float) -> ReplyError:
+    def explained(self, error: ReplyError, window: str, path: Address, seconds: float) -> ReplyError:
         """`error` with what there is instead of this widget of this window, after a wait of `seconds`."""
         if error.explanation:
             return error

@@ -7,6 +7,7 @@ from typing import Dict
 
 from ..errors import CommandError, NoEditorError
 from ..protocol.connection import Connection
+from ..protocol.locators import Address
 from ..protocol.wire import encode_argument
 
 _FOCUS_WIDGET = "FocusWidget"
@@ -34,7 +35,7 @@ _SUFFICIENT: Dict[str, EditTrigger] = {
 
 
 def refuse_without_editor(
-    connection: Connection, window: str, path: str, value: object, widget_class: str
+    connection: Connection, window: str, path: Address, value: object, widget_class: str
 ) -> None:
     """Raises NoEditorError where the widget is an item view whose edit triggers have no editor open for this value.
 
@@ -42,7 +43,7 @@ def refuse_without_editor(
     know the focus widget, which has no properties under that name, nor whether the item is editable, has an editor open
     already, or gets one from the application's own code. The errors of the lookup are those that "enter" would get.
     """
-    if not isinstance(value, str) or path.rsplit("/", 1)[-1] == _FOCUS_WIDGET:
+    if not isinstance(value, str) or _stands_for_the_focus(path):
         return
     encode_argument(value)  # raises what "enter" would, before anything is sent
     known = connection.entered.get((window, path, widget_class))
@@ -57,6 +58,10 @@ def refuse_without_editor(
         return  # no such property: no item view
     if triggers & _sufficient(str(served), value) == 0 and served in _SUFFICIENT:
         raise NoEditorError(str(served), _names(triggers), value)
+
+
+def _stands_for_the_focus(path: Address) -> bool:
+    return isinstance(path, str) and path.rsplit("/", 1)[-1] == _FOCUS_WIDGET
 
 
 def _sufficient(served: str, value: str) -> EditTrigger:

@@ -6,6 +6,7 @@ from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
 from ..errors import ProtocolError
 from ..lookup.near_names import with_item_suggestions
+from ..protocol.locators import Address
 from ..protocol.wire import Value
 from .mouse import repeatable
 
@@ -73,7 +74,7 @@ class Menu:
         connection = self.window.app.connection
         address = self.window.address
 
-        def choose(bar: str) -> str:
+        def choose(bar: Address) -> str:
             return with_item_suggestions(
                 connection,
                 address,
@@ -96,7 +97,7 @@ class Menu:
     def _perform(
         self,
         action: str,
-        call: Callable[[str], _Result],
+        call: Callable[[Address], _Result],
         reads: bool,
         timeout: Optional[float],
         *,

@@ -8,6 +8,7 @@ from typing import Callable, Dict, Literal, Optional, Tuple, TypeVar
 from ..errors import ObscuredError
 
 from ..protocol.connection import Connection
+from ..protocol.locators import Address
 
 _Result = TypeVar("_Result")
 
@@ -44,8 +45,8 @@ def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str)
 
 
 def repeatable(
-    connection: Connection, window: str, act: Callable[[str], _Result], button: MouseButton = "left"
-) -> Callable[[str], _Result]:
+    connection: Connection, window: str, act: Callable[[Address], _Result], button: MouseButton = "left"
+) -> Callable[[Address], _Result]:
     """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a ObscuredError.
 
     A mouse that missed stands where it was to go. Started again from there, the agent has no move to make and presses at
@@ -55,7 +56,7 @@ def repeatable(
     """
     missed = False
 
-    def act_again(path: str) -> _Result:
+    def act_again(path: Address) -> _Result:
         nonlocal missed
         if missed:
             connection.mouse_widget(window, path, _ASIDE.format("MouseMove", ""), widget_class="QWidget")
@@ -73,7 +74,7 @@ def repeatable(
     return act_again
 
 
-def _let_go(connection: Connection, window: str, path: str, button: MouseButton) -> None:
+def _let_go(connection: Connection, window: str, path: Address, button: MouseButton) -> None:
     """Releases the button of a press that may have missed. The first request only gets the mouse there, unless the window
     has come to the front."""
     command = _ASIDE.format("MouseRelease", _BUTTONS[button])

@@ -19,11 +19,14 @@ from ..errors import (
 from ..lookup.near_names import with_item_suggestions
 from ..protocol.connection import Connection
 from ..protocol.wire import Argument, Rect, Value
+from ..protocol.locators import Address, Locator, path_locator, raw_locator
 from .editing import refuse_without_editor
+from .finding import Finder
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
 
 if TYPE_CHECKING:
+    from .found import FoundWidget
     from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -32,24 +35,36 @@ _Result = TypeVar("_Result")
 _NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
-class Widget:
+class Widget(Finder):
     """The name of a widget: each call finds the widget anew, and waits until it is visible and the only one.
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
 
     Attributes:
         window: the window that it is in.
-        path: its name, with names of ancestors in front where it takes them.
+        path: its name, with names of ancestors in front where it takes them; or a locator.
         as_class: the base class to be served as; empty for the nearest that the agent knows.
     """
 
-    def __init__(self, window: "Window", path: str, *, as_class: str = "") -> None:
+    def __init__(self, window: "Window", path: Address, *, as_class: str = "") -> None:
         self.window = window
         self.path = path
         self.as_class = as_class
 
     def __repr__(self) -> str:
-        return f'{self.window}.widget("{self.path}")'
+        return f"{self.window}.{self.call()}"
+
+    def call(self) -> str:
+        """The call on the window that makes it, as messages and reports show it."""
+        return self.path.call if isinstance(self.path, Locator) else f'widget("{self.path}")'
+
+    def as_locator(self) -> Locator:
+        """What finds it, as the agent's extensions take it."""
+        return self.path if isinstance(self.path, Locator) else path_locator(self.path)
+
+    def find_by(self, found: "Locator | str") -> "FoundWidget":
+        inner = found if isinstance(found, Locator) else raw_locator(found)
+        return self.window.find_by(inner.within(self.as_locator()))
 
     def activate(
         self, value: Argument = None, option: Argument = None, *, timeout: Optional[float] = None
@@ -61,7 +76,7 @@ class Widget:
         shown = ", ".join(repr(argument) for argument in (value, option) if argument is not None)
         connection, address = self._connection, self.window.address
 
-        def act(path: str) -> str:
+        def act(path: Address) -> str:
             return with_item_suggestions(
                 connection,
                 address,
@@ -94,7 +109,7 @@ class Widget:
         """
         connection, address = self._connection, self.window.address
 
-        def act(path: str) -> str:
+        def act(path: Address) -> str:
             if not force:
                 refuse_without_editor(connection, address, path, value, self.as_class)
             return connection.enter_widget(address, path, value, widget_class=self.as_class)
@@ -289,7 +304,7 @@ class Widget:
     def _act(
         self,
         action: str,
-        call: Callable[[str], _Result],
+        call: Callable[[Address], _Result],
         timeout: Optional[float],
         is_repeatable: bool = True,
         button: MouseButton = "left",
@@ -308,7 +323,7 @@ class Widget:
         timeout: Optional[float],
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
-        title = f'widget("{self.path}").{action}'
+        title = f"{self.call()}.{action}"
         return self.window.perform(
             title, call, reads=reads, path=self.path, timeout=timeout, retryable=retryable
         )

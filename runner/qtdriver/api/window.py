@@ -14,9 +14,13 @@ from ..errors import (
 )
 from ..lookup.derived import button_name
 from ..lookup.paths import checked_unique_path, list_tree
+from ..lookup.snapshot import Snapshot, SnapshotNode
 from ..lookup.tree import Node, WidgetTree
 from ..lookup.windows import POPUP
+from ..protocol.locators import Address, Locator, raw_locator
 from .corners import refuse_corner_button
+from .finding import Finder
+from .found import FoundWidget
 from .menu import Menu
 from .mouse import repeatable
 from .steps import run_step
@@ -30,7 +34,7 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 _Result = TypeVar("_Result")
 
 
-class Window:
+class Window(Finder):
     """The name of a window: each call finds the window anew, and waits until it can.
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
@@ -59,6 +63,9 @@ class Window:
     def button(self, text: str) -> Widget:
         """The push button without an object name that shows `text`, as the buttons of most dialogs."""
         return Widget(self, button_name(text))
+
+    def find_by(self, found: "Locator | str") -> FoundWidget:
+        return FoundWidget(self, found if isinstance(found, Locator) else raw_locator(found))
 
     def focus_widget(self) -> Widget:
         """The widget that has the keyboard focus: for activate, enter and mouse, which act on it."""
@@ -125,13 +132,21 @@ class Window:
         """All widgets of the window, with the names that paths call them by as far as they can be known."""
         return self.perform("tree()", lambda: list_tree(self.app.connection, self.address), timeout=timeout)
 
+    def snapshot(self, *, timeout: Optional[float] = None) -> Snapshot:
+        """All that the window shows now; prints as an outline. Needs an agent with extensions."""
+        return self.perform(
+            "snapshot()",
+            lambda: Snapshot(SnapshotNode.of(self.app.connection.snapshot(self.address))),
+            timeout=timeout,
+        )
+
     def perform(
         self,
         action: str,
         call: Callable[[], _Result],
         *,
         reads: bool = True,
-        path: str = "",
+        path: Address = "",
         timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:

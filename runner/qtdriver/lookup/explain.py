@@ -16,16 +16,18 @@ from ..errors import (
     WindowNotFoundError,
 )
 from ..protocol.connection import Connection
+from ..protocol.locators import Address, Locator
 from ..protocol.records import WindowRecord
 from .near_names import nearest_names
 from .paths import checked_unique_path, list_tree
+from .snapshot import describe_node
 from .tree import UNKNOWN, Node, WidgetTree
 from .windows import MODAL, OBJECT_NAME, POPUP, describe_windows, walk_windows
 
 _SHOWN = 8
 
 
-def explain(connection: Connection, error: ReplyError, window: str, path: str) -> str:
+def explain(connection: Connection, error: ReplyError, window: str, path: Address) -> str:
     """Why `error` was the answer for the widget `path` of `window`, told from what the application shows now.
 
     One or more lines; empty for a refusal that is not about finding something. A window and a path are as in the
@@ -33,7 +35,9 @@ def explain(connection: Connection, error: ReplyError, window: str, path: str) -
     """
     tell = _EXPLANATIONS.get(type(error))
     try:
-        return "\n".join(tell(connection, window, path)) if tell is not None else ""
+        if isinstance(path, Locator) and type(error) in _LOCATED:
+            return "\n".join(_located(error))
+        return "\n".join(tell(connection, window, str(path))) if tell is not None else ""
     except (ReplyError, ProtocolError) as another:
         return f"(what is there instead could not be listed: {another})"
 
@@ -163,6 +167,19 @@ def _covered(connection: Connection, window: str, path: str) -> List[str]:
         "another program's window is in front of it, the window manager has not shown it yet, "
         "or the place is beyond the edge of the screen"
     ]
+
+
+_LOCATED: Dict[Type[ReplyError], str] = {
+    WidgetNotFoundError: "the nearest:",
+    NotVisibleError: "it exists, but the user cannot see it:",
+    AmbiguousError: "these are visible and match; say more of the one that is meant, or choose one by nth():",
+}
+
+
+def _located(error: ReplyError) -> List[str]:
+    """What the agent has told with the refusal of a locator."""
+    lines = [f"  {describe_node(candidate)}" for candidate in error.candidates]
+    return [_LOCATED[type(error)], *lines] if lines else []
 
 
 _EXPLANATIONS: Dict[Type[ReplyError], Callable[[Connection, str, str], List[str]]] = {

@@ -7,6 +7,7 @@ from typing import Callable, Dict, Iterable, List, TypeVar
 
 from ..errors import CommandError, ObscuredError, ReplyError
 from ..protocol.connection import Connection
+from ..protocol.locators import Address
 
 _Result = TypeVar("_Result")
 
@@ -25,7 +26,7 @@ def nearest_names(name: str, names: Iterable[str]) -> List[str]:
 
 
 def with_item_suggestions(
-    connection: Connection, window: str, path: str, item: str, call: Callable[[], _Result]
+    connection: Connection, window: str, path: Address, item: str, call: Callable[[], _Result]
 ) -> _Result:
     """Makes `call`, which chooses `item`, and returns its result; when the widget refuses, the error suggests items."""
     try:
@@ -37,7 +38,7 @@ def with_item_suggestions(
         raise CommandError(error.code, error.message, explanation) from None
 
 
-def _explain_item(connection: Connection, window: str, path: str, item: str) -> str:
+def _explain_item(connection: Connection, window: str, path: Address, item: str) -> str:
     """Names the nearest items of a widget that refused `item`; empty when it has that item or lists none."""
     for name in ("pathList", "itemList"):
         try:

@@ -10,6 +10,7 @@ from .commands import COMMAND_BY_NAME
 from .extended import ExtendedChannel
 from .greeting import Greeting
 from .lines import LineSocket
+from .locators import Address, Locator
 from .records import CursorWidget, WidgetRecord, WindowRecord
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
@@ -24,8 +25,9 @@ class Connection(ExtendedChannel):
 
     The methods share these arguments: `window` is the beginning of a window title or one of the forms
     "Widget:name", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget"; `path` holds object names from
-    the outside in, joined by "/", an empty one standing for any number of levels; `widget_class` is the class
-    to serve the widget as, one of its base classes, or empty for the nearest that the agent knows.
+    the outside in, joined by "/", an empty one standing for any number of levels, or it is a locator, which needs an agent
+    with extensions; `widget_class` is the class to serve the widget as, one of its base classes, or empty for the nearest
+    that the agent knows; `force` leaves out the checks that are made for a locator.
 
     Attributes:
         visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
@@ -42,8 +44,8 @@ class Connection(ExtendedChannel):
     ) -> None:
         """As that of the channel."""
         super().__init__(lines, greeting, timeout, process)
-        self.visited: Set[Tuple[str, str]] = set()
-        self.entered: Dict[Tuple[str, str, str], str] = {}
+        self.visited: Set[Tuple[str, Address]] = set()
+        self.entered: Dict[Tuple[str, Address, str], str] = {}
 
     def _command(self, name: str, *texts: str) -> Reply:
         reply = self.request(COMMAND_BY_NAME[name].compose(*texts))
@@ -68,37 +70,49 @@ class Connection(ExtendedChannel):
         """The widget under the mouse cursor, None where the application has none."""
         return CursorWidget.parse(self._command("identifyWidgetAtCursor").payload)
 
-    def locate_widget(self, window: str, path: str) -> str:
+    def locate_widget(self, window: str, path: Address) -> str:
         """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
+        if isinstance(path, Locator):
+            return self.locate(window, path)
         return self._command("locateWidget", window, path).payload
 
     def activate_widget(
         self,
         window: str,
-        path: str,
+        path: Address,
         value: Argument = None,
         option: Argument = None,
         *,
         widget_class: str = "",
+        force: bool = False,
     ) -> str:
         """Does what the widget is for; its class decides what `value` and `option` mean.
 
         Answers the class under which the widget was served.
         """
+        if isinstance(path, Locator):
+            return self.activate(window, path, value, option, widget_class=widget_class, force=force)
         texts = (encode_argument(value), encode_argument(option))
         return self._command("activateWidget", window, path, widget_class, *texts).payload
 
-    def enter_widget(self, window: str, path: str, value: Argument, *, widget_class: str = "") -> str:
+    def enter_widget(
+        self, window: str, path: Address, value: Argument, *, widget_class: str = "", force: bool = False
+    ) -> str:
         """Enters `value` as a user would. Answers the class under which the widget was served."""
-        text = encode_argument(value)
-        served = self._command("enterWidget", window, path, widget_class, text, "").payload
+        if isinstance(path, Locator):
+            served = self.enter(window, path, value, widget_class=widget_class, force=force)
+        else:
+            text = encode_argument(value)
+            served = self._command("enterWidget", window, path, widget_class, text, "").payload
         self.entered[window, path, widget_class] = served
         return served
 
     def read_property(
-        self, window: str, path: str, name: str, argument: Optional[str] = None, *, widget_class: str = ""
+        self, window: str, path: Address, name: str, argument: Optional[str] = None, *, widget_class: str = ""
     ) -> Value:
         """The value of the property `name`; `argument` is for the few properties that take one."""
+        if isinstance(path, Locator):
+            return self.read(window, path, name, argument, widget_class=widget_class)
         text = encode_argument(argument)
         return self._command("readProperty", window, path, widget_class, name, text).value()
 
@@ -106,12 +120,16 @@ class Connection(ExtendedChannel):
         """The full title of the window; WindowBlockedError while a popup or modal window is in front."""
         return self._command("checkWindow", window).payload
 
-    def mouse_widget(self, window: str, path: str, command: str, *, widget_class: str = "") -> str:
+    def mouse_widget(
+        self, window: str, path: Address, command: str, *, widget_class: str = "", force: bool = False
+    ) -> str:
         """Plays a mouse command "type:button:x:y:modifier" on the widget.
 
         For example "MouseClick:LeftButton:0.5:0.5:NoModifier", x and y being fractions of the widget's size.
         Answers the class under which the widget was served.
         """
+        if isinstance(path, Locator):
+            return self.mouse(window, path, command, widget_class=widget_class, force=force)
         text = encode_argument(command)
         return self._command("mouseWidget", window, path, widget_class, text, "").payload
 

@@ -7,6 +7,7 @@ from typing import FrozenSet, Mapping, Optional
 from ..errors import CommandError, OldAgentError, ProtocolError
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
+from .locators import Address, Locator
 from .wire import Argument, Reply, Value, encode_argument
 
 _FORCE = "force"
@@ -44,18 +45,18 @@ class ExtendedChannel(Channel):
         if extension not in self.extensions:
             raise OldAgentError(extension)
 
-    def snapshot(self, window: str, locator: str = "") -> Mapping[str, object]:
+    def snapshot(self, window: str, locator: Address = "") -> Mapping[str, object]:
         """The window, or what the locator finds, and all that is in it, as the protocol describes it."""
         return decode_json(self._extended("+2", window, locator))
 
-    def locate(self, window: str, locator: str) -> str:
+    def locate(self, window: str, locator: Address) -> str:
         """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
         return self._extended("+4", window, locator).payload
 
     def activate(
         self,
         window: str,
-        locator: str,
+        locator: Address,
         value: Argument = None,
         option: Argument = None,
         *,
@@ -67,7 +68,7 @@ class ExtendedChannel(Channel):
         return self._extended("+5", window, locator, *texts).payload
 
     def enter(
-        self, window: str, locator: str, value: Argument, *, widget_class: str = "", force: bool = False
+        self, window: str, locator: Address, value: Argument, *, widget_class: str = "", force: bool = False
     ) -> str:
         """As Connection.enter_widget(), for what the locator finds."""
         texts = (widget_class, encode_argument(value), _FORCE if force else "")
@@ -76,7 +77,7 @@ class ExtendedChannel(Channel):
     def read(
         self,
         window: str,
-        locator: str,
+        locator: Address,
         name: str,
         argument: Optional[str] = None,
         *,
@@ -86,22 +87,22 @@ class ExtendedChannel(Channel):
         return self._extended("+7", window, locator, widget_class, name, encode_argument(argument)).value()
 
     def mouse(
-        self, window: str, locator: str, command: str, *, widget_class: str = "", force: bool = False
+        self, window: str, locator: Address, command: str, *, widget_class: str = "", force: bool = False
     ) -> str:
         """As Connection.mouse_widget(), for what the locator finds."""
         texts = (widget_class, encode_argument(command), _FORCE if force else "")
         return self._extended("+9", window, locator, *texts).payload
 
-    def press(self, window: str, keys: str, locator: str = "", *, mode: str = "") -> str:
+    def press(self, window: str, keys: str, locator: Address = "", *, mode: str = "") -> str:
         """Presses and releases `keys`, one to four strokes such as "Ctrl+K, Ctrl+C"; with `mode` "press" or "release"
         only that. Answers the class of the widget that had the focus."""
         return self._extended("+press", window, locator, keys, mode).payload
 
-    def type_text(self, window: str, text: str, locator: str = "") -> str:
+    def type_text(self, window: str, text: str, locator: Address = "") -> str:
         """Types the text, a line break as Return and a tab as Tab. Answers the class of the widget that had the focus."""
         return self._extended("+type", window, locator, text).payload
 
-    def turn_wheel(self, window: str, locator: str, command: str) -> str:
+    def turn_wheel(self, window: str, locator: Address, command: str) -> str:
         """Plays a wheel command "x:y:modifier:horizontal:vertical", the last two in steps, up and left being positive.
 
         Answers the class of the widget.
@@ -119,15 +120,18 @@ class ExtendedChannel(Channel):
         """Has the application put the text on the clipboard."""
         self._extended("+clipboard", text)
 
-    def focus(self, window: str, locator: str) -> str:
+    def focus(self, window: str, locator: Address) -> str:
         """Gives the widget the keyboard focus, as the Tab key would. Answers its class."""
         return self._extended("+focus", window, locator).payload
 
-    def _extended(self, name: str, *texts: str) -> Reply:
-        line = EXTENSION_BY_NAME[name].compose(*texts)
+    def _extended(self, name: str, *texts: Address) -> Reply:
+        located = [text for text in texts if isinstance(text, Locator)]
+        line = EXTENSION_BY_NAME[name].compose(
+            *(text.text if isinstance(text, Locator) else text for text in texts)
+        )
         if name != "+extensions":
             self.require(name)
         reply = self.request(line)
         if not reply.ok:
-            raise refusal(reply)
+            raise refusal(reply, str(located[0]) if located else "")
         return reply

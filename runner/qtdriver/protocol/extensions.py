@@ -52,9 +52,9 @@ def decode_utf8_hex(digits: str) -> str:
     return bytes.fromhex(digits).decode("utf-8")
 
 
-def refusal(reply: Reply) -> ReplyError:
+def refusal(reply: Reply, shown: str = "") -> ReplyError:
     """The error for the refusal of an extension, with window and widget as the test wrote them, and with the widgets that
-    the agent names. Raises ProtocolError where the reply is none."""
+    the agent names. `shown` is what to call the widget. Raises ProtocolError where the reply is none."""
     match = _REFUSED.fullmatch(reply.payload) if reply.code in _CODES_WITH_NAMES else None
     if match is None:
         return reply_error(reply.code, reply.payload)
@@ -63,6 +63,7 @@ def refusal(reply: Reply) -> ReplyError:
         candidates = tuple(json.loads(match["candidates"] or "[]"))
     except ValueError:
         raise ProtocolError(f"not a refusal of an extension: {reply.raw!r}") from None
+    name = shown if shown and match["kind"] == "Widget" else name
     error = reply_error(reply.code, f"{match['kind']} ({name}) {match['outcome']}")
     return type(error)(error.code, error.message, candidates=candidates)
 

@@ -1,0 +1,185 @@
+"""Snapshots: all that a window shows at one moment, as objects and as an outline."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass, field
+from typing import Any, Iterator, List, Mapping, Tuple
+
+from ..errors import ProtocolError
+from ..protocol.wire import Rect
+
+_INDENT = "  "
+_MOST_TEXT = 60
+_FRAMES = ("widget", "scroll area", "splitter", "stack", "tab page")
+
+
+@dataclass(frozen=True)
+class Item:
+    """A row of an item view, a tab, a title or an entry of a menu, a choice of a combo box.
+
+    Attributes:
+        texts: one for each column; an entry of a menu has its shortcut as the second.
+        depth: in trees, below how many items it is.
+        states: such as "selected", "current", "disabled", "checked", "expanded", "collapsed".
+    """
+
+    texts: Tuple[str, ...]
+    depth: int = 0
+    states: Tuple[str, ...] = ()
+
+    def __str__(self) -> str:
+        return " | ".join(self.texts) + _in_brackets(self.states)
+
+
+@dataclass(eq=False)
+class SnapshotNode:
+    """A widget as it was when the snapshot was made.
+
+    Attributes:
+        ref: the number that finds it again, find(ref=12), as long as it lives.
+        class_name: its own class.
+        role: its kind in plain words: "button", "checkbox", "edit", ...
+        name: its object name.
+        text: what it shows as its own.
+        label: the text that tells what it is for.
+        tip: its tool tip.
+        value: what it holds: the text of an edit, the number of a slider; None where it holds nothing.
+        states: such as "disabled", "checked", "focused", "expanded", "read only", "hidden".
+        rect: its place on the screen, in pixels.
+        header: the titles of the columns of an item view.
+        items: what it holds that is no widget, as far as it is in sight.
+        left_out: how many items there are that `items` does not tell.
+        children: the widgets in it.
+        details: all that the agent told, by its own names.
+    """
+
+    ref: int
+    class_name: str
+    role: str
+    name: str = ""
+    text: str = ""
+    label: str = ""
+    tip: str = ""
+    value: "str | int | float | None" = None
+    states: Tuple[str, ...] = ()
+    rect: Rect = Rect(0, 0, 0, 0)
+    header: Tuple[str, ...] = ()
+    items: Tuple[Item, ...] = ()
+    left_out: int = 0
+    children: List["SnapshotNode"] = field(default_factory=list)
+    details: Mapping[str, Any] = field(default_factory=dict, repr=False)
+
+    @classmethod
+    def of(cls, told: Mapping[str, Any]) -> "SnapshotNode":
+        """The node for an object of the agent's JSON, with all below it. Raises ProtocolError where it is none."""
+        try:
+            left, top, width, height = told["rect"]
+            return cls(
+                ref=told["ref"],
+                class_name=told["class"],
+                role=told["role"],
+                name=told.get("name", ""),
+                text=told.get("text", ""),
+                label=told.get("label", ""),
+                tip=told.get("tip", ""),
+                value=told.get("value"),
+                states=tuple(told.get("states", ())),
+                rect=Rect(left, top, left + width - 1, top + height - 1),
+                header=tuple(told.get("header", ())),
+                items=tuple(map(_item, told.get("items", ()))),
+                left_out=told.get("more", 0),
+                children=[cls.of(child) for child in told.get("children", ())],
+                details={key: value for key, value in told.items() if key != "children"},
+            )
+        except (KeyError, TypeError, ValueError) as error:
+            raise ProtocolError(f"not a widget of a snapshot: {error!r}") from None
+
+    def walk(self) -> Iterator["SnapshotNode"]:
+        """This node and all below it, each before its children."""
+        yield self
+        for child in self.children:
+            yield from child.walk()
+
+    def __str__(self) -> str:
+        return outline(self)
+
+
+def describe_node(told: Mapping[str, Any]) -> str:
+    """One line on a widget that the agent has described."""
+    node = SnapshotNode.of(told)
+    return f"{_headline(node)} ({node.class_name}, ref={node.ref})"
+
+
+class Snapshot:
+    """All that a window, or a widget, showed at one moment. Prints as an outline.
+
+    Attributes:
+        root: the window or the widget.
+    """
+
+    def __init__(self, root: SnapshotNode) -> None:
+        self.root = root
+
+    @property
+    def nodes(self) -> Tuple[SnapshotNode, ...]:
+        """All widgets, each before those in it."""
+        return tuple(self.root.walk())
+
+    def __repr__(self) -> str:
+        return f'<snapshot of {self.root.role} "{self.root.text}", {len(self.nodes)} widgets>'
+
+    def __str__(self) -> str:
+        return outline(self.root)
+
+
+def outline(root: SnapshotNode) -> str:
+    """What the widgets are and show, one line each, indented as they are within each other.
+
+    Widgets that only hold others are left out, and labels that are told with their field.
+    """
+    return "\n".join(_lines(root, 0, is_root=True))
+
+
+def _lines(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[str]:
+    told = is_root or not _is_frame(node)
+    if told:
+        yield _INDENT * depth + _headline(node)
+        depth += 1
+        for item in node.items:
+            yield _INDENT * (depth + item.depth) + f"- {_cut(str(item))}"
+        if node.left_out:
+            yield _INDENT * depth + f"- ... {node.left_out} more"
+    labels = {child.label for child in node.children if child.label}
+    for child in node.children:
+        if child.role != "label" or child.text not in labels:
+            yield from _lines(child, depth)
+
+
+def _is_frame(node: SnapshotNode) -> bool:
+    return node.role in _FRAMES and not (node.text or node.label or node.name or node.items)
+
+
+def _headline(node: SnapshotNode) -> str:
+    words = [node.role]
+    shown = (
+        node.label or node.text or node.details.get("placeholder") or node.details.get("action") or node.tip
+    )
+    if shown:
+        words.append(f'"{_cut(str(shown))}"')
+    if node.name:
+        words.append(f"#{node.name}")
+    if node.value is not None and node.value != "":
+        words.append(f"= {_cut(repr(node.value) if isinstance(node.value, str) else str(node.value))}")
+    return " ".join(words) + _in_brackets(node.states)
+
+
+def _in_brackets(states: Tuple[str, ...]) -> str:
+    return f" ({', '.join(states)})" if states else ""
+
+
+def _cut(text: str) -> str:
+    return text if len(text) <= _MOST_TEXT else text[: _MOST_TEXT - 3] + "..."
+
+
+def _item(told: Mapping[str, Any]) -> Item:
+    return Item(tuple(told["texts"]), told.get("depth", 0), tuple(told.get("states", ())))

@@ -1,0 +1,148 @@
+"""Locators: what finds a widget by what is known of it, as the agent's extensions read them."""
+
+from __future__ import annotations
+
+import re
+from dataclasses import dataclass, field
+from typing import Iterator, Mapping, Optional, Pattern, Union
+
+SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
+"""Last names of paths that stand for whatever is there at the moment. Locators do not know them."""
+
+_POSITION = re.compile(r" (first|last|nth=\d+)$")
+_ESCAPES = {"\\": r"\\", '"': r"\"", "\n": r"\n", "\t": r"\t"}
+_PROPERTY = re.compile(r"\w+")
+_CLASS = re.compile(r"\*|\w+(::\w+)*")
+
+
+@dataclass(frozen=True)
+class Containing:
+    """A text of which only a part is known; see containing()."""
+
+    part: str
+
+    def __repr__(self) -> str:
+        return f"containing({self.part!r})"
+
+
+def containing(part: str) -> Containing:
+    """Any text that has `part` in it, upper and lower case as there: find("QLabel", text=containing("files"))."""
+    return Containing(part)
+
+
+Address = Union[str, "Locator"]
+"""A path of names, or a locator."""
+
+Text = Union[str, Containing, Pattern[str]]
+"""A text exactly, a part of it, or a regular expression that fits some of it."""
+
+
+@dataclass(frozen=True)
+class Locator:
+    """What finds a widget. The methods of a connection take it in place of a path.
+
+    Attributes:
+        text: as the agent reads it.
+        call: how a test writes it.
+        name: what messages call it, where that is not the call.
+    """
+
+    text: str
+    call: str = field(default="", compare=False)
+    name: str = field(default="", compare=False)
+
+    def __str__(self) -> str:
+        return self.name or self.call or self.text
+
+    def within(self, outer: "Locator") -> "Locator":
+        """What this finds within what `outer` finds."""
+        return Locator(f"{outer.text} >> {self.text}", f"{outer.call}.{self.call}")
+
+    def at(self, position: str, call: str) -> "Locator":
+        """One of several that this finds: "first", "last", or "nth=2", counted from 0. `call` is how a test writes that.
+
+        Raises ValueError where it has a position already.
+        """
+        if _POSITION.search(self.text):
+            raise ValueError(f"{self} is one of several already")
+        return Locator(f"{self.text} {position}", f"{self.call}.{call}")
+
+
+def locator(
+    class_name: str = "",
+    *,
+    properties: Optional[Mapping[str, object]] = None,
+    visible: Optional[bool] = True,
+    ref: Optional[int] = None,
+    **conditions: Optional[Text],
+) -> Locator:
+    """The locator for a class and conditions, by their keys; see Window.find(). Those that are None do not count.
+
+    Raises ValueError where nothing is looked for, and for a class, a property or flags of a regular expression that
+    cannot be written.
+    """
+    words = [*_class(class_name)]
+    words += [_condition(key, text) for key, text in conditions.items() if text is not None]
+    words += [_condition(f".{_property(name)}", _value(value)) for name, value in (properties or {}).items()]
+    words += [] if ref is None else [f"ref={ref}"]
+    if not words:
+        raise ValueError("nothing is looked for: give a class, a text, a label, a name, ...")
+    words += [] if visible else [f"visible={'any' if visible is None else 'false'}"]
+    arguments = [f'"{class_name}"'] if class_name else []
+    arguments += [f"{key}={_as_python(text)}" for key, text in conditions.items() if text is not None]
+    arguments += [f"properties={dict(properties)!r}"] if properties else []
+    arguments += [] if ref is None else [f"ref={ref}"]
+    arguments += [] if visible else [f"visible={visible}"]
+    return Locator(" ".join(words), f"find({', '.join(arguments)})")
+
+
+def path_locator(path: str) -> Locator:
+    """The locator for a path of names."""
+    return Locator(_condition("path", path), f'widget("{path}")', path)
+
+
+def raw_locator(text: str) -> Locator:
+    """The locator for its own text."""
+    return Locator(text, f"find_by({text!r})", text)
+
+
+def _as_python(text: Text) -> str:
+    """The argument as most people write it: in double quotes, as far as it has none."""
+    if isinstance(text, str):
+        return repr(text) if '"' in text or not text.isprintable() or "\\" in text else f'"{text}"'
+    if isinstance(text, Containing):
+        return f"containing({_as_python(text.part)})"
+    return f"re.compile({text.pattern!r}{', re.IGNORECASE' if text.flags & re.IGNORECASE else ''})"
+
+
+def _class(name: str) -> Iterator[str]:
+    if name and not _CLASS.fullmatch(name):
+        raise ValueError(f"{name!r} is no name of a class")
+    if name:
+        yield name
+
+
+def _property(name: str) -> str:
+    if not _PROPERTY.fullmatch(name):
+        raise ValueError(f"{name!r} is no name of a property")
+    return name
+
+
+def _value(value: object) -> Text:
+    if isinstance(value, bool):
+        return str(value).lower()
+    return value if isinstance(value, (str, Containing, re.Pattern)) else str(value)
+
+
+def _condition(key: str, text: Text) -> str:
+    if isinstance(text, Containing):
+        return f"{key}*={_quoted(text.part)}"
+    if isinstance(text, str):
+        return f"{key}={_quoted(text)}"
+    if text.flags & ~(re.UNICODE | re.IGNORECASE):
+        raise ValueError(f"of the flags of a regular expression only IGNORECASE is known here: {text!r}")
+    return f"{key}~={_quoted(('(?i)' if text.flags & re.IGNORECASE else '') + text.pattern)}"
+
+
+def _quoted(text: str) -> str:
+    return '"' + "".join(_ESCAPES.get(character, character) for character in text) + '"'

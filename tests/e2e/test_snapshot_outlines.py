@@ -1,0 +1,66 @@
+"""The outline of a snapshot: what a person reads."""
+
+import pytest
+
+from qtdriver import Snapshot, SnapshotNode, errors
+
+RECT = [0, 0, 10, 10]
+
+
+def node(role, ref=1, **fields):
+    return {"ref": ref, "class": "QWidget", "role": role, "rect": RECT, **fields}
+
+
+DIALOG = node(
+    "dialog",
+    text="New order",
+    name="orderDialog",
+    children=[
+        node("widget", children=[node("label", text="Customer:"), node("edit", label="Customer:", value="Ada")]),
+        node("checkbox", text="Milk", states=["checked", "focused"]),
+        node("slider", label="Heat", value=42),
+        node("tree", name="files", header=["Name", "Size"], more=7, items=[
+            {"texts": ["src", ""], "states": ["expanded"]},
+            {"texts": ["main.cpp", "12"], "depth": 1},
+        ]),
+        node("label", text="Nobody's label"),
+    ],
+)  # fmt: skip
+
+OUTLINE = """\
+dialog "New order" #orderDialog
+  edit "Customer:" = 'Ada'
+  checkbox "Milk" (checked, focused)
+  slider "Heat" = 42
+  tree #files
+    - src |  (expanded)
+      - main.cpp | 12
+    - ... 7 more
+  label "Nobody's label\""""
+
+
+def test_an_outline_tells_what_a_person_sees():
+    assert str(Snapshot(SnapshotNode.of(DIALOG))) == OUTLINE
+
+
+def test_nodes_are_those_of_the_whole_tree_each_before_its_children():
+    snapshot = Snapshot(SnapshotNode.of(DIALOG))
+    assert [found.role for found in snapshot.nodes] == [
+        "dialog", "widget", "label", "edit", "checkbox", "slider", "tree", "label",
+    ]  # fmt: skip
+
+
+def test_a_place_has_its_last_pixels():
+    rect = SnapshotNode.of(node("button", rect=[3, 4, 10, 20])).rect
+    assert (rect.left, rect.top, rect.right, rect.bottom) == (3, 4, 12, 23)
+
+
+def test_long_texts_are_cut():
+    line = str(SnapshotNode.of(node("label", text="x" * 500)))
+    assert len(line) < 80 and line.endswith('..."')
+
+
+@pytest.mark.parametrize("told", [{}, {"ref": 1}, node("a", rect=[1, 2]), node("a", items=[{}])])
+def test_what_is_no_widget_is_a_protocol_error(told):
+    with pytest.raises(errors.ProtocolError):
+        SnapshotNode.of(told)
