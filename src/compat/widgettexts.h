@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QWidget;
+
+namespace compat {
+
+// What a line edit, a text edit or a combo box shows as long as it is empty; empty for other widgets. Qt 4 has it for line
+// edits only.
+QString placeholderText(const QWidget* widget);
+
+// The name that the application has given the widget for screen readers; empty in a Qt that was built without them.
+QString accessibleName(const QWidget* widget);
+
+} // namespace compat

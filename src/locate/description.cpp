@@ -1,0 +1,131 @@
+#include "locate/description.h"
+
+#include "locate/json.h"
+#include "locate/references.h"
+#include "locate/widgettexts.h"
+
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QToolButton>
+
+namespace locate {
+
+namespace {
+
+bool isChecked(const QWidget* widget)
+{
+    if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
+        return button->isCheckable() && button->isChecked();
+    const auto* box = qobject_cast<const QGroupBox*>(widget);
+    return box && box->isCheckable() && box->isChecked();
+}
+
+bool isReadOnly(const QWidget* widget)
+{
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget))
+        return line->isReadOnly();
+    if (const auto* text = qobject_cast<const QTextEdit*>(widget))
+        return text->isReadOnly();
+    if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget))
+        return text->isReadOnly();
+    const auto* box = qobject_cast<const QAbstractSpinBox*>(widget);
+    return box && box->isReadOnly();
+}
+
+// Whether the list or the menu that belongs to the widget is open.
+bool isExpanded(const QWidget* widget)
+{
+    const QWidget* popup = QApplication::activePopupWidget();
+    if (!popup)
+        return false;
+    if (qobject_cast<const QComboBox*>(widget))
+        return popup->parentWidget() == widget;
+    if (const auto* button = qobject_cast<const QToolButton*>(widget))
+        return button->isDown() && (button->menu() == popup || popup->parentWidget() == widget);
+    const auto* button = qobject_cast<const QPushButton*>(widget);
+    return button && button->menu() == popup;
+}
+
+bool isDefault(const QWidget* widget)
+{
+    const auto* button = qobject_cast<const QPushButton*>(widget);
+    return button && button->isDefault();
+}
+
+struct StateRow
+{
+    const char* name;
+    bool (*holds)(const QWidget* widget);
+};
+
+const StateRow stateRows[] = {
+    {"disabled", [](const QWidget* widget) { return !widget->isEnabled(); }},
+    {"checked", isChecked},
+    {"focused", [](const QWidget* widget) { return widget->hasFocus(); }},
+    {"expanded", isExpanded},
+    {"readonly", isReadOnly},
+    {"hidden", [](const QWidget* widget) { return !widget->isVisible(); }},
+    {"default", isDefault},
+};
+
+} // namespace
+
+WidgetDescriber::WidgetDescriber(const QWidget* describedWindow)
+    : window(describedWindow)
+    , origin(describedWindow->mapToGlobal(QPoint(0, 0)))
+    , labels(describedWindow, kinds)
+{
+}
+
+void WidgetDescriber::addFields(JsonObject& object, const QWidget* widget) const
+{
+    const WidgetKind& kind = kinds.of(widget);
+    object.add("ref", References::all().numberOf(widget));
+    object.add("class", widget->metaObject()->className());
+    object.addUnlessEmpty("name", widget->objectName());
+    object.add("role", roleOf(widget, kind));
+    if (kind.isOneText)
+        object.addUnlessEmpty("text", firstShownText(widget, kind.readTexts));
+    object.addUnlessEmpty("label", labels.of(widget));
+    object.addUnlessEmpty("title", firstShownText(widget, readTitle));
+    object.addUnlessEmpty("placeholder", firstShownText(widget, readPlaceholder));
+    object.addUnlessEmpty("tip", firstShownText(widget, readToolTip));
+    object.addUnlessEmpty("action", firstShownText(widget, readAction));
+    addStates(object, widget);
+    addRect(object, widget);
+}
+
+void WidgetDescriber::append(QByteArray& json, const QWidget* widget) const
+{
+    JsonObject object(json);
+    addFields(object, widget);
+}
+
+void WidgetDescriber::addStates(JsonObject& object, const QWidget* widget) const
+{
+    QByteArray states;
+    for (const StateRow& row : stateRows) {
+        if (row.holds(widget))
+            states.append(states.isEmpty() ? "\"" : ",\"").append(row.name).append('"');
+    }
+    if (!states.isEmpty())
+        object.field("states").append('[').append(states).append(']');
+}
+
+void WidgetDescriber::addRect(JsonObject& object, const QWidget* widget) const
+{
+    const QPoint corner = origin + widget->mapTo(const_cast<QWidget*>(window), QPoint(0, 0));
+    QByteArray& json = object.field("rect");
+    json += '[' + QByteArray::number(corner.x()) + ',' + QByteArray::number(corner.y()) + ','
+        + QByteArray::number(widget->width()) + ',' + QByteArray::number(widget->height()) + ']';
+}
+
+} // namespace locate

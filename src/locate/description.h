@@ -1,0 +1,38 @@
+#pragma once
+
+#include "locate/kinds.h"
+#include "locate/labels.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QPoint>
+
+namespace locate {
+
+class JsonObject;
+
+// Tells of the widgets of one window what a test can know them by, as objects of JSON in ASCII. It is for one request:
+// the labels and places in it are those of its beginning.
+class WidgetDescriber
+{
+public:
+    explicit WidgetDescriber(const QWidget* window);
+    Q_DISABLE_COPY(WidgetDescriber)
+
+    // Adds "ref", "class", "name", "role", "text", "label", "title", "placeholder", "tip", "action", "states" and "rect",
+    // those that there are. The texts are as they are shown; the rectangle is x, y, width and height on the screen. Gives
+    // the widget a reference number.
+    void addFields(JsonObject& object, const QWidget* widget) const;
+    // These fields as an object of their own.
+    void append(QByteArray& json, const QWidget* widget) const;
+
+private:
+    void addStates(JsonObject& object, const QWidget* widget) const;
+    void addRect(JsonObject& object, const QWidget* widget) const;
+
+    const QWidget* const window;
+    const QPoint origin; // asked for once: with Qt 4 each mapToGlobal() is a round trip to the X server
+    WidgetKinds kinds;
+    Labels labels;
+};
+
+} // namespace locate

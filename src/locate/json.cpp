@@ -1,0 +1,42 @@
+#include "locate/json.h"
+
+namespace locate {
+
+void appendJsonText(QByteArray& json, const QString& text)
+{
+    static const char digits[] = "0123456789abcdef";
+    json += '"';
+    for (const QChar character : text) {
+        const ushort code = character.unicode();
+        if (code == '"' || code == '\\') {
+            json += '\\';
+            json += static_cast<char>(code);
+        } else if (code >= 0x20 && code < 0x7f) {
+            json += static_cast<char>(code);
+        } else {
+            const char escaped[] = {
+                '\\', 'u', digits[code >> 12], digits[code >> 8 & 15], digits[code >> 4 & 15], digits[code & 15], '\0'};
+            json += escaped;
+        }
+    }
+    json += '"';
+}
+
+QByteArray& JsonObject::field(const char* key)
+{
+    if (!isEmpty)
+        json += ',';
+    isEmpty = false;
+    return json.append('"').append(key).append("\":");
+}
+
+void JsonObject::addUnlessEmpty(const char* key, const QString& text)
+{
+    const int longest = 1000;
+    if (text.size() > longest)
+        appendJsonText(field(key), text.left(longest) + QChar(0x2026));
+    else if (!text.isEmpty())
+        appendJsonText(field(key), text);
+}
+
+} // namespace locate

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "locate/widgettexts.h"
+
+#include <QtCore/QHash>
+
+struct QMetaObject;
+
+namespace locate {
+
+// What is told of a widget by its class, or by the nearest base class that there is a row for.
+struct WidgetKind
+{
+    const char* className;
+    const char* role; // in plain words
+    TextReader readTexts; // what the widget shows as its own; null where it shows none
+    bool isOneText; // that is one text, and no other field of a description has it
+};
+
+// The kinds of widgets. Each class is looked up once, so this is for one walk through a window: an application can unload
+// the code of its classes.
+class WidgetKinds
+{
+public:
+    const WidgetKind& of(const QWidget* widget) const;
+
+private:
+    mutable QHash<const QMetaObject*, const WidgetKind*> known;
+};
+
+// The widget's role: that of its kind, or "window" or "dialog".
+const char* roleOf(const QWidget* widget, const WidgetKind& kind);
+
+} // namespace locate

@@ -1,0 +1,206 @@
+#include "locate/labels.h"
+
+#include "locate/kinds.h"
+
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+
+#include <algorithm>
+#include <vector>
+
+namespace locate {
+
+namespace {
+
+const QLabel* labelIn(const QLayoutItem* item)
+{
+    return item ? qobject_cast<const QLabel*>(const_cast<QLayoutItem*>(item)->widget()) : nullptr;
+}
+
+// A widget that is there for its layout only.
+bool isPlainContainer(const QWidget* widget)
+{
+    const QMetaObject* metaObject = widget->metaObject();
+    return widget->layout() && (metaObject == &QWidget::staticMetaObject || metaObject == &QFrame::staticMetaObject);
+}
+
+const QWidget* firstField(const QLayoutItem* item);
+
+const QWidget* firstFieldIn(const QLayout* layout)
+{
+    for (int i = 0; i < layout->count(); ++i) {
+        if (const QWidget* field = firstField(layout->itemAt(i)))
+            return field;
+    }
+    return nullptr;
+}
+
+// The first widget of an item of a layout that is no label.
+const QWidget* firstField(const QLayoutItem* item)
+{
+    auto* any = const_cast<QLayoutItem*>(item);
+    if (!any)
+        return nullptr;
+    if (const QLayout* layout = any->layout())
+        return firstFieldIn(layout);
+    const QWidget* widget = any->widget();
+    if (!widget || qobject_cast<const QLabel*>(widget))
+        return nullptr;
+    return isPlainContainer(widget) ? firstFieldIn(widget->layout()) : widget;
+}
+
+// What a label of the item is the label of: a label, too, where there is nothing else.
+const QWidget* fieldOf(const QLayoutItem* item)
+{
+    const QWidget* field = firstField(item);
+    return field ? field : labelIn(item);
+}
+
+// Whether what comes after the item stands apart from what comes before it.
+bool isGap(const QLayoutItem* item)
+{
+    return !const_cast<QLayoutItem*>(item)->spacerItem() || item->expandingDirections() & Qt::Horizontal;
+}
+
+struct Cell
+{
+    int row;
+    int column;
+    const QLayoutItem* item;
+
+    bool operator<(const Cell& other) const { return row != other.row ? row < other.row : column < other.column; }
+};
+
+std::vector<Cell> cellsOf(const QGridLayout* grid)
+{
+    std::vector<Cell> cells;
+    cells.reserve(static_cast<std::size_t>(grid->count()));
+    for (int i = 0; i < grid->count(); ++i) {
+        int row = 0;
+        int column = 0;
+        int rowSpan = 0;
+        int columnSpan = 0;
+        const_cast<QGridLayout*>(grid)->getItemPosition(i, &row, &column, &rowSpan, &columnSpan);
+        cells.push_back({row, column, grid->itemAt(i)});
+    }
+    std::sort(cells.begin(), cells.end());
+    return cells;
+}
+
+} // namespace
+
+Labels::Labels(const QWidget* window, const WidgetKinds& widgetKinds)
+    : kinds(widgetKinds)
+{
+    if (window->layout())
+        readLayout(window->layout());
+    readBelow(window);
+}
+
+QString Labels::of(const QWidget* widget) const
+{
+    const QWidget* label = widgetThatLabels(widget);
+    const TextReader reader = label ? kinds.of(label).readTexts : nullptr;
+    return reader ? firstShownText(label, reader) : QString();
+}
+
+void Labels::readBelow(const QObject* parent)
+{
+    for (const QObject* child : parent->children()) {
+        if (!child->isWidgetType())
+            continue;
+        const auto* widget = static_cast<const QWidget*>(child);
+        if (widget->isWindow())
+            continue;
+        if (const auto* label = qobject_cast<const QLabel*>(widget)) {
+            if (label->buddy())
+                add(label, label->buddy(), Rule::Buddy);
+        } else if (!widget->children().isEmpty()) {
+            if (widget->layout())
+                readLayout(widget->layout());
+            if (qobject_cast<const QGroupBox*>(widget))
+                readGroupBox(widget);
+            readBelow(widget);
+        }
+    }
+}
+
+void Labels::readLayout(const QLayout* layout)
+{
+    if (const auto* form = qobject_cast<const QFormLayout*>(layout))
+        readForm(form);
+    else if (const auto* grid = qobject_cast<const QGridLayout*>(layout))
+        readGrid(grid);
+    else if (const auto* box = qobject_cast<const QBoxLayout*>(layout))
+        readBox(box);
+    for (const QObject* child : layout->children()) {
+        if (const auto* inner = qobject_cast<const QLayout*>(child))
+            readLayout(inner);
+    }
+}
+
+void Labels::readForm(const QFormLayout* form)
+{
+    for (int row = 0; row < form->rowCount(); ++row) {
+        const QLayoutItem* label = form->itemAt(row, QFormLayout::LabelRole);
+        if (const QWidget* widget = label ? const_cast<QLayoutItem*>(label)->widget() : nullptr)
+            add(widget, form->itemAt(row, QFormLayout::FieldRole), Rule::Form);
+    }
+}
+
+void Labels::readGrid(const QGridLayout* grid)
+{
+    const std::vector<Cell> cells = cellsOf(grid);
+    for (std::size_t i = 1; i < cells.size(); ++i) {
+        const QLabel* label = cells[i - 1].row == cells[i].row ? labelIn(cells[i - 1].item) : nullptr;
+        if (label)
+            add(label, cells[i].item, Rule::Grid);
+    }
+}
+
+void Labels::readBox(const QBoxLayout* box)
+{
+    if (box->direction() == QBoxLayout::TopToBottom || box->direction() == QBoxLayout::BottomToTop)
+        return;
+    const QLabel* label = nullptr;
+    for (int i = 0; i < box->count(); ++i) {
+        const QLayoutItem* item = box->itemAt(i);
+        if (!isGap(item))
+            continue;
+        if (label)
+            add(label, item, Rule::Box);
+        label = labelIn(item);
+    }
+}
+
+void Labels::readGroupBox(const QWidget* box)
+{
+    const QWidget* only = nullptr;
+    for (const QObject* child : box->children()) {
+        if (!child->isWidgetType() || static_cast<const QWidget*>(child)->isHidden())
+            continue;
+        if (only)
+            return;
+        only = static_cast<const QWidget*>(child);
+    }
+    if (only)
+        add(box, only, Rule::GroupBox);
+}
+
+void Labels::add(const QWidget* label, const QLayoutItem* field, Rule rule)
+{
+    if (const QWidget* widget = fieldOf(field))
+        add(label, widget, rule);
+}
+
+// Of two labels by the same rule the first one counts.
+void Labels::add(const QWidget* label, const QWidget* field, Rule rule)
+{
+    Source& source = sources[field];
+    if (!source.widget || rule > source.rule)
+        source = {label, rule};
+}
+
+} // namespace locate

@@ -1,0 +1,85 @@
+#include "locate/shown.h"
+
+#include "locate/plaintext.h"
+
+#include <algorithm>
+
+namespace locate {
+
+namespace {
+
+const QLatin1Char ampersand('&');
+const QLatin1Char blank(' ');
+
+// The shown characters of a text without HTML, one after the other.
+class ShownCharacters
+{
+public:
+    ShownCharacters(const QString& text, bool hasMnemonics)
+        : position(text.constData())
+        , end(position + text.size())
+        , mnemonics(hasMnemonics)
+    {
+        if (mnemonics)
+            end = std::find(position, end, QLatin1Char('\t'));
+        skipBlanks();
+        while (position != end && (end - 1)->isSpace())
+            --end;
+    }
+
+    // False behind the last one.
+    bool next(QChar& character)
+    {
+        if (position == end)
+            return false;
+        character = *position++;
+        if (mnemonics && character == ampersand) {
+            if (position != end && !position->isSpace())
+                character = *position++;
+        } else if (character.isSpace()) {
+            character = blank;
+            skipBlanks();
+        }
+        return true;
+    }
+
+private:
+    void skipBlanks()
+    {
+        while (position != end && position->isSpace())
+            ++position;
+    }
+
+    const QChar* position;
+    const QChar* end;
+    const bool mnemonics;
+};
+
+} // namespace
+
+QString shownText(const QString& text, Markup markup)
+{
+    const QString plain = markup == Markup::Rich ? plainText(text) : text;
+    ShownCharacters characters(plain, markup == Markup::Mnemonics);
+    QString shown;
+    shown.reserve(plain.size());
+    for (QChar character; characters.next(character);)
+        shown += character;
+    return shown;
+}
+
+bool isShownText(const QString& text, Markup markup, const QString& shown)
+{
+    if (markup == Markup::Rich)
+        return shownText(text, markup) == shown;
+    ShownCharacters characters(text, markup == Markup::Mnemonics);
+    const QChar* expected = shown.constData();
+    const QChar* const end = expected + shown.size();
+    for (QChar character; characters.next(character); ++expected) {
+        if (expected == end || character != *expected)
+            return false;
+    }
+    return expected == end;
+}
+
+} // namespace locate

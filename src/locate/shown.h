@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtCore/QString>
+
+namespace locate {
+
+// What in a text that the application has set is not shown as it stands.
+enum class Markup {
+    None, // nothing
+    Mnemonics, // "&" marks the next character, "&&" is an "&", and what follows a tab is a shortcut
+    Rich, // it is HTML
+};
+
+// The text as locators compare it and snapshots tell it: what is shown of it, with each run of white space as one blank,
+// and none at the ends. An "&" before a blank or the end is one of its own: "Tom & Jerry".
+QString shownText(const QString& text, Markup markup);
+
+// Whether shownText() is that text, told without making it.
+bool isShownText(const QString& text, Markup markup, const QString& shown);
+
+} // namespace locate

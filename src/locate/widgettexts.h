@@ -1,0 +1,39 @@
+#pragma once
+
+#include "locate/shown.h"
+
+class QAction;
+class QToolButton;
+class QWidget;
+
+namespace locate {
+
+// The texts by which a user or a developer knows a widget. They are asked for as they stand in the application: what is
+// made of them costs more than most of them are worth, since they are not those that are looked for.
+
+// Takes texts one by one.
+class TextVisitor
+{
+public:
+    virtual ~TextVisitor() = default;
+    // True: this one is enough.
+    virtual bool visit(const QString& text, Markup markup) = 0;
+};
+
+// One kind of texts of a widget. They are told to the visitor until one is enough, which is the result.
+using TextReader = bool (*)(const QWidget* widget, TextVisitor& visitor);
+
+// What an entry field shows as long as it is empty.
+bool readPlaceholder(const QWidget* widget, TextVisitor& visitor);
+bool readToolTip(const QWidget* widget, TextVisitor& visitor);
+bool readAccessibleName(const QWidget* widget, TextVisitor& visitor);
+// The title of a window, of one in an MDI area, of a dock widget or a group box, or of the tab or the button that shows
+// the widget as a page.
+bool readTitle(const QWidget* widget, TextVisitor& visitor);
+// The object name and the text of a tool button's default action, or of the only one that it has.
+bool readAction(const QWidget* widget, TextVisitor& visitor);
+
+// The first of the texts as it is shown; empty when there is none.
+QString firstShownText(const QWidget* widget, TextReader reader);
+
+} // namespace locate

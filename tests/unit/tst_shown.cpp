@@ -1,0 +1,83 @@
+// What of a text that an application has set is shown, and so can be looked for.
+
+#include "locate/shown.h"
+
+#include <QtTest>
+
+using locate::Markup;
+
+class tst_Shown : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isWhatAUserReads_data();
+    void isWhatAUserReads();
+    void brokenHtmlIsReadInOnePass_data();
+    void brokenHtmlIsReadInOnePass();
+};
+
+void tst_Shown::isWhatAUserReads_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("markup");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char* text, Markup markup, const char* shown) {
+        QTest::newRow(text) << QString::fromUtf8(text) << int(markup) << QString::fromUtf8(shown);
+    };
+    row("", Markup::Mnemonics, "");
+    row("Save", Markup::Mnemonics, "Save");
+    row("&Save", Markup::Mnemonics, "Save");
+    row("Sa&ve &as", Markup::Mnemonics, "Save as");
+    row("R&&D", Markup::Mnemonics, "R&D");
+    row("Tom & Jerry", Markup::Mnemonics, "Tom & Jerry");
+    row("Tom && Jerry", Markup::Mnemonics, "Tom & Jerry");
+    row("Save&", Markup::Mnemonics, "Save&");
+    row("Save &", Markup::Mnemonics, "Save &");
+    row("&&&Save", Markup::Mnemonics, "&Save");
+    row("&Open\tCtrl+O", Markup::Mnemonics, "Open");
+    row("\tCtrl+O", Markup::Mnemonics, "");
+    row("  two\n \t lines ", Markup::None, "two lines");
+    row("two\nlines", Markup::Mnemonics, "two lines");
+    row("AT&T", Markup::None, "AT&T");
+    row(" \n ", Markup::None, "");
+    row("Grüße €", Markup::Mnemonics, "Grüße €");
+    row("a\xc2\xa0 b", Markup::None, "a b");
+    row("<b>Bold</b>ly", Markup::Rich, "Boldly");
+    row("<p>one</p><p>two</p>", Markup::Rich, "one two");
+    row("one<br/>two", Markup::Rich, "one two");
+    row("a &amp; b &lt;c&gt; &#8364; &#x20ac; &nosuch; &", Markup::Rich, "a & b <c> € € &nosuch; &");
+    row("&#1114112; &#xd83d;", Markup::Rich, "&#1114112; &#xd83d;");
+    row("<html><head><title>T</title><style>p { color: red }</style></head><body>Text</body></html>", Markup::Rich,
+        "Text");
+    row("<!-- <b>no</b> -->yes", Markup::Rich, "yes");
+    row("1 < 2 <a href=\"x>y\">link</a>", Markup::Rich, "1 < 2 y\">link");
+}
+
+void tst_Shown::isWhatAUserReads()
+{
+    QFETCH(QString, text);
+    QFETCH(int, markup);
+    QFETCH(QString, shown);
+    QCOMPARE(locate::shownText(text, Markup(markup)), shown);
+    QVERIFY(locate::isShownText(text, Markup(markup), shown));
+    QVERIFY(!locate::isShownText(text, Markup(markup), shown + QLatin1Char('x')));
+    QVERIFY(shown.isEmpty() || !locate::isShownText(text, Markup(markup), shown.left(shown.size() - 1)));
+}
+
+void tst_Shown::brokenHtmlIsReadInOnePass_data()
+{
+    QTest::addColumn<QString>("piece");
+    for (const char* piece : {"<", "&", "<b", "<!--", "<style>", "&amp", "</", "<!"})
+        QTest::newRow(piece) << QString::fromLatin1(piece);
+}
+
+void tst_Shown::brokenHtmlIsReadInOnePass()
+{
+    QFETCH(QString, piece);
+    const QString text = piece.repeated(1000 * 1000); // looked at from each place anew, it would take hours
+    QVERIFY(locate::shownText(text, Markup::Rich).size() <= text.size());
+}
+
+QTEST_APPLESS_MAIN(tst_Shown)
+#include "tst_shown.moc"
