@@ -199,6 +199,10 @@ def test_a_missing_agent_is_told_with_its_place_and_the_command_that_builds_it(t
         assert part in str(caught.value)
 
 
+def test_the_folder_of_the_agents_may_be_a_text(build):
+    assert agent.agent_library(5, str(build)) == agent.agent_library(5, build)
+
+
 def test_an_agent_whose_path_the_loader_cannot_take_is_refused(tmp_path, build):
     shutil.copytree(build, tmp_path / "my build")
     with pytest.raises(errors.AgentPathError, match="blank"):

@@ -36,7 +36,7 @@ class Driver(ClosedOnLeaving):
         self,
         *,
         qt: Optional[int] = None,
-        build: Optional[Path] = None,
+        build: "Optional[Path | str]" = None,
         headless: bool = False,
         timeout: float = DEFAULT_WAIT,
         request_timeout: float = DEFAULT_TIMEOUT,
@@ -63,6 +63,9 @@ class Driver(ClosedOnLeaving):
         self._owns_desktop = desktop is None
         self._desktop = desktop
         self._apps: List[App] = []
+
+    def __repr__(self) -> str:
+        return f'<driver of {", ".join(map(repr, self._apps)) or "no applications yet"}>'
 
     @property
     def apps(self) -> Tuple[App, ...]:

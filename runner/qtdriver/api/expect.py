@@ -73,6 +73,9 @@ class WidgetConditions:
         self._widget = widget
         self._timeout = timeout
 
+    def __repr__(self) -> str:
+        return f"eventually({self._widget})"
+
     def has(self, **properties: Expected) -> None:
         """Each of these properties has its value, or fits its pattern or function."""
         for name, expected in properties.items():
@@ -132,6 +135,9 @@ class WindowConditions:
         self._window = window
         self._timeout = timeout
 
+    def __repr__(self) -> str:
+        return f"eventually({self._window})"
+
     def is_open(self) -> None:
         """There is such a window."""
         self._wait("it to be open", self._window.is_open, lambda opened: opened)
@@ -159,6 +165,9 @@ class ResultConditions(Generic[_Result]):
         self._function = function
         self._seconds = 5.0 if timeout is None else timeout
 
+    def __repr__(self) -> str:
+        return f"eventually({_function_name(self._function)})"
+
     def is_true(self) -> None:
         """It returns something true."""
         self.satisfies(bool)
@@ -169,7 +178,7 @@ class ResultConditions(Generic[_Result]):
 
     def satisfies(self, condition: Callable[[_Result], object]) -> None:
         """It returns something for which `condition` answers true."""
-        name = getattr(condition, "__name__", repr(condition))
+        name = _function_name(condition)
         _wait_for(f"expected {name} of it to be true", self._function, condition, self._seconds)
 
 
@@ -222,8 +231,13 @@ def _wanted(expected: Expected) -> str:
     if isinstance(expected, re.Pattern):
         return f"to match {expected.pattern!r}"
     if callable(expected):
-        return f"to satisfy {getattr(expected, '__name__', repr(expected))}"
+        return f"to satisfy {_function_name(expected)}"
     return f"to be {expected!r}"
+
+
+def _function_name(function: Callable[..., object]) -> str:
+    """Its name; "<lambda>" for one that has none."""
+    return str(getattr(function, "__name__", repr(function)))
 
 
 def _fits(value: Value, expected: Expected) -> bool:

@@ -20,6 +20,9 @@ class StepListener:
     They may ask the application themselves, through its connection.
     """
 
+    def __repr__(self) -> str:
+        return f"<{type(self).__name__}>"
+
     def step_started(self, app: "App", step: Step) -> None:
         """The step begins: nothing has been asked yet."""
 

@@ -50,6 +50,11 @@ class Desktop:
             raise DesktopError(f"no desktop without a screen: {complaint.strip()}")
         self.environment: Dict[str, str] = dict(zip(_SETTINGS, values))
 
+    def __repr__(self) -> str:
+        return (
+            f'<desktop {self.environment["DISPLAY"]}, {"running" if self._process is not None else "closed"}>'
+        )
+
     def close(self) -> None:
         """Ends the X server and the window manager, and waits until they are gone. Closing twice is harmless."""
         if self._process is not None:

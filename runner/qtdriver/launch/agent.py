@@ -23,12 +23,12 @@ def default_build() -> Path:
     return _CHECKOUT / "build" if checkout_file("scripts/build.sh") is not None else Path("build").absolute()
 
 
-def agent_library(major: int, build: Optional[Path] = None) -> Path:
+def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
     """The library to preload into an application of Qt `major`; `build` is the folder with qt4, qt5, qt6.
 
     Raises AgentNotBuiltError and AgentPathError.
     """
-    folder = default_build() if build is None else build.absolute()
+    folder = default_build() if build is None else Path(build).absolute()
     library = folder / f"qt{major}" / "lib" / "libqtdriver-preload.so"
     if not library.is_file():
         raise AgentNotBuiltError(

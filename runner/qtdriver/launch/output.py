@@ -27,6 +27,9 @@ class OutputTail:
         self._thread = threading.Thread(target=self._read, daemon=True, name="qtdriver-output")
         self._thread.start()
 
+    def __repr__(self) -> str:
+        return f"<output, {len(self.lines())} lines kept>"
+
     def _read(self) -> None:
         with self._pipe:
             while True:

@@ -6,6 +6,7 @@ import os
 import subprocess
 from typing import Optional
 
+from ..errors.endings import describe_exit
 from ..protocol.waiting import Deadline, attempts
 from .output import OutputTail
 from .supervision import LaunchedProcesses
@@ -38,6 +39,10 @@ class Process:
         self.errors = OutputTail(popen.stderr)
         self.launched = launched
         launched.set_session_leader(popen.pid)
+
+    def __repr__(self) -> str:
+        status = self.status()
+        return f'<process {self.pid}, {"running" if status is None else f"ended: {describe_exit(status)}"}>'
 
     def status(self) -> Optional[int]:
         """The exit status, negative for a signal; None while the process runs."""

@@ -32,7 +32,7 @@ def start(
     *,
     pending_agents: PendingAgents,
     qt: Optional[int] = None,
-    build: Optional[Path] = None,
+    build: "Optional[Path | str]" = None,
     start_timeout: float = DEFAULT_TIMEOUT,
     request_timeout: float = DEFAULT_TIMEOUT,
     environment: Optional[Mapping[str, str]] = None,

@@ -36,6 +36,9 @@ class LaunchedProcesses:
         )
         self._tell_watchman(self._launch.value)
 
+    def __repr__(self) -> str:
+        return f"<processes of launch {self._launch.value}>"
+
     def environment(self, environment: Mapping[str, str]) -> Dict[str, str]:
         """`environment` with the mark, for the process to start."""
         return {**environment, _MARK: self._launch.value}

@@ -33,6 +33,11 @@ class Node:
     name: str
     children: List["Node"] = field(default_factory=list, repr=False)
 
+    def __repr__(self) -> str:
+        """As a line of the tree: "brewButton (QPushButton)"."""
+        hidden = "" if self.record.visible else ", hidden"
+        return f'{self.name or "(named after its text)"} ({self.record.class_name}{hidden})'
+
     @property
     def has_certain_name(self) -> bool:
         """Whether `name` is what the agent calls it. A tool button without an object name may be named after its
@@ -64,6 +69,24 @@ class WidgetTree:
             chain.append(node)
             self.nodes.append(node)
             self._by_name.setdefault(node.name, []).append(node)
+
+    def __repr__(self) -> str:
+        return f"<tree of {len(self.nodes)} widgets in {self.nodes[0]}>" if self.nodes else "<empty tree>"
+
+    def __str__(self) -> str:
+        """An outline: a widget a line, indented below its parent. What is in a hidden widget is only counted."""
+        lines: List[str] = []
+        hidden: Optional[WidgetRecord] = None
+        counted = 0
+        for node in self.nodes:
+            if hidden is not None and node.record.depth > hidden.depth:
+                counted += 1
+                continue
+            _add_count(lines, counted)
+            lines.append(f'{"  " * node.record.depth}{node}')
+            hidden, counted = None if node.record.visible else node.record, 0
+        _add_count(lines, counted)
+        return "\n".join(lines)
 
     def rename(self, node: Node, name: str) -> None:
         """Gives a widget the derived name that has become known."""
@@ -122,6 +145,12 @@ class WidgetTree:
         found = self.find(path)
         visible = [node for node in found if node.record.visible]
         return visible == [target] if target.record.visible else list(found) == [target]
+
+
+def _add_count(lines: List[str], within: int) -> None:
+    """Adds to the last line, a hidden widget's, how many widgets are in it."""
+    if within:
+        lines[-1] += f", with {within} more in it"
 
 
 def _name(record: WidgetRecord, parent: Optional[Node]) -> str:

@@ -70,6 +70,10 @@ class Channel(ClosedOnLeaving):
                 raise ConnectionClosed(f"the connection broke before the greeting: {error}") from error
             raise
 
+    def __repr__(self) -> str:
+        state = "closed" if self.is_closed() else "open"
+        return f"<{type(self).__name__.lower()} to process {self.pid}, {state}>"
+
     @property
     def pid(self) -> int:
         """Id of the application's process, as this process sees it; from the greeting where the system hides it."""

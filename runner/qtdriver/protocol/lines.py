@@ -75,8 +75,8 @@ class LineSocket:
 
     def is_open(self) -> bool:
         """Whether the other side has not closed. Does not wait, and takes nothing off the line."""
-        self._socket.settimeout(0)
         try:
+            self._socket.settimeout(0)
             return bool(self._socket.recv(1, socket.MSG_PEEK))
         except BlockingIOError:
             return True

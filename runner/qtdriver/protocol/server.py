@@ -42,6 +42,9 @@ class Server(ClosedOnLeaving):
             raise QtDriverError(f"cannot listen on {host}:{port}: {error.strerror}") from error
         self.port: int = self._socket.getsockname()[1]
 
+    def __repr__(self) -> str:
+        return f'<server at port {self.port}, {"listening" if self.fileno() >= 0 else "closed"}>'
+
     def close(self) -> None:
         """Stops listening. Closing twice is harmless."""
         self._socket.close()

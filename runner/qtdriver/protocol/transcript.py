@@ -77,6 +77,9 @@ class Transcript:
         self._step: Optional[Step] = None
         self._paused = False
 
+    def __repr__(self) -> str:
+        return f"<transcript of {len(self._exchanges)} exchanges>"
+
     def add(self, exchange: Exchange) -> None:
         """Takes in what the connection has just done."""
         if self._paused:
