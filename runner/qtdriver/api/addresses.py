@@ -10,6 +10,8 @@ from typing import Sequence, Tuple, Union
 
 from ..errors import UnsupportedTextError
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 Section = Union[str, int]
 """A row or column: the text of its header, or its number, the first being 1."""
 

@@ -3,11 +3,11 @@
 from __future__ import annotations
 
 import time
-from contextlib import contextmanager, suppress
+from contextlib import suppress
 from pathlib import Path
-from typing import Callable, Iterator, List, Optional, Tuple, Type, TypeVar
+from typing import Callable, List, Optional, Tuple, Type, TypeVar
 
-from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError, RequestTimeout
+from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError
 from ..launch.process import GRACE_SECONDS, Process
 from ..lookup.explain import explain
 from ..lookup.windows import MODAL, POPUP
@@ -18,7 +18,7 @@ from ..protocol.records import CursorWidget, WindowRecord
 from ..protocol.waiting import Deadline, retry
 from ..protocol.wire import Rect
 from .clipboard import read_clipboard
-from .disconnection import ended_error, error_for
+from .disconnection import EndWatch, ended_error
 from .pictures import save_screenshot
 from .steps import StepListener, run_step
 from .window import Window
@@ -51,6 +51,8 @@ class App(ClosedOnLeaving):
         timeout: seconds that a call waits where it is not told otherwise.
         display: the X display of the application, None for that of this process.
         listeners: are told of every step that begins or ends.
+        end_is_known: whether the test knows that the application has ended: it has waited for that or ended it, or a call
+            has raised.
     """
 
     def __init__(
@@ -67,7 +69,7 @@ class App(ClosedOnLeaving):
         self.display = display
         self.listeners: List[StepListener] = []
         self._listed = 0.0
-        self._end_is_known = False
+        self.end_is_known: bool = False
 
     def __repr__(self) -> str:
         return f"app({self.pid})"
@@ -144,10 +146,15 @@ class App(ClosedOnLeaving):
         with run_step(self, title, reads) as step, self.watched():
             try:
                 result = retry(call, retryable, deadline)
-            except retryable as error:
+            except ReplyError as error:
                 if step is None:
                     raise  # the step that this one is part of may try again; it explains what is final
-                raise self.explained(error, window, path, deadline.seconds) from None
+                told = (
+                    self.explained(error, window, path, deadline.seconds)
+                    if isinstance(error, retryable)
+                    else error
+                )
+                raise told.with_traceback(None) from None
             if reads:
                 self._list_windows()
             return result
@@ -171,14 +178,9 @@ class App(ClosedOnLeaving):
         words = "\n".join(filter(None, [waited, explanation]))
         return type(error)(error.code, error.message, words, error.candidates)
 
-    @contextmanager
-    def watched(self) -> Iterator[None]:
+    def watched(self) -> EndWatch:
         """Turns the end or the silence of the application within it into an error that tells what happened."""
-        try:
-            yield
-        except (ConnectionClosed, RequestTimeout) as error:
-            self._end_is_known = True
-            raise error_for(self, error) from None
+        return EndWatch(self)
 
     def wait_for_exit(self, timeout: Optional[float] = None) -> int:
         """Waits for the application to end by itself and answers its exit status, negative for a signal.
@@ -191,14 +193,14 @@ class App(ClosedOnLeaving):
         status = self.process.wait(seconds)
         if status is None:
             raise TimeoutError(f"process {self.process.pid} still runs after {seconds:g} seconds")
-        self._end_is_known = True
+        self.end_is_known = True
         return status
 
     def unexpected_end(self) -> Optional[ApplicationEndedError]:
         """The error that a failed or crashed application is worth, if the test does not know of its end: it has not
         waited for it, not ended it, and no call of it has raised. None otherwise, and for one that came by itself.
         """
-        status = None if self.process is None or self._end_is_known else self.process.status()
+        status = None if self.process is None or self.end_is_known else self.process.status()
         return ended_error(self) if status else None
 
     def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
@@ -207,7 +209,7 @@ class App(ClosedOnLeaving):
         SIGTERM first, SIGKILL after `grace` seconds. Answers the exit status of the process that was started,
         negative for a signal. An application that came by itself only loses its connection, and None is answered.
         """
-        self._end_is_known = True
+        self.end_is_known = True
         self.connection.close()
         return None if self.process is None else self.process.terminate(grace)
 

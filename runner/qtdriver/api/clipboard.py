@@ -8,6 +8,8 @@ from typing import Optional
 
 from ..errors import ClipboardError
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _SECONDS = 5.0
 
 

@@ -10,6 +10,8 @@ from ..lookup.tree import Node, WidgetTree
 from ..protocol.connection import Connection
 from ..protocol.wire import Rect
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _PRESSED = ("QAbstractButton", "QPushButton", "QToolButton", "QRadioButton", "QCheckBox", "QComboBox")
 """The classes, as the agent serves them, of what a click does something to."""
 

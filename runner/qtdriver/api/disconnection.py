@@ -2,9 +2,16 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING
+from typing import TYPE_CHECKING, Optional
 
-from ..errors import ApplicationEndedError, ApplicationHangsError, QtDriverError, RequestTimeout, endings
+from ..errors import (
+    ApplicationEndedError,
+    ApplicationHangsError,
+    ConnectionClosed,
+    QtDriverError,
+    RequestTimeout,
+    endings,
+)
 from ..launch.supervision import end_foreign_process
 from ..lookup.windows import describe_windows, last_windows
 
@@ -15,6 +22,27 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 _EXIT_SECONDS = 5.0
 _GRACE_SECONDS = 2.0
+
+
+class EndWatch:
+    """Turns the end or the silence of an application within it into an error that tells what happened.
+
+    Written out, since contextlib would be seen in the traceback.
+    """
+
+    def __init__(self, app: "App") -> None:
+        self._app = app
+
+    def __repr__(self) -> str:
+        return f"<watch for the end of {self._app}>"
+
+    def __enter__(self) -> None:
+        """Nothing is asked before a request."""
+
+    def __exit__(self, kind: object, error: Optional[BaseException], traceback: object) -> None:
+        if isinstance(error, (ConnectionClosed, RequestTimeout)):
+            self._app.end_is_known = True
+            raise error_for(self._app, error) from None
 
 
 def error_for(app: "App", error: QtDriverError) -> QtDriverError:

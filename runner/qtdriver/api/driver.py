@@ -19,6 +19,8 @@ from ..protocol.waiting import Deadline
 from .app import DEFAULT_WAIT, App
 from .steps import StepListener
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 
 class Driver(ClosedOnLeaving):
     """Starts applications, or waits for them, and ends them. A context manager: leaving it ends what it started.

@@ -10,6 +10,8 @@ from ..protocol.connection import Connection
 from ..protocol.locators import Address
 from ..protocol.wire import encode_argument
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _FOCUS_WIDGET = "FocusWidget"
 
 

@@ -10,6 +10,8 @@ from ..errors import ObscuredError
 from ..protocol.connection import Connection
 from ..protocol.locators import Address
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _Result = TypeVar("_Result")
 
 MouseButton = Literal["left", "right", "middle", ""]

@@ -12,6 +12,8 @@ from ..errors import PictureError, ProtocolError
 if TYPE_CHECKING:
     from PIL.Image import Image  # type: ignore[import]
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _XPM_STRING = re.compile(r'"([^"]*)"')
 _COLOUR = re.compile(r"\bc\s+(\S+)")
 _CLEAR = (0, 0, 0, 0)

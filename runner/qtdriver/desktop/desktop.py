@@ -9,6 +9,8 @@ from typing import Dict, Optional
 
 from ..errors import DesktopError
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 SCRIPT = Path(__file__).with_name("with-desktop.sh")
 """Runs a command on a desktop of its own, in a network namespace of its own."""
 

@@ -8,6 +8,8 @@ from typing import Optional
 from ..errors import AgentNotBuiltError, AgentPathError, ArchitectureError
 from .elf import read_elf
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 QT_MAJORS = (4, 5, 6)
 _CHECKOUT = Path(__file__).resolve().parents[3]
 

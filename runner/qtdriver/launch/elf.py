@@ -12,6 +12,8 @@ from typing import Any, Iterator, Optional, Tuple
 
 from ..errors import ElfReaderMissingError
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 ELF_MAGIC = b"\x7fELF"
 _SYMBOL_NAMES = (".strtab", ".dynstr")
 _NAMES_OF_QT_SYMBOLS = (b"\0_ZN7QWidget", b"\0qVersion\0")

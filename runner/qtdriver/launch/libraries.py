@@ -12,6 +12,8 @@ from typing import Dict, Iterator, List, Mapping, Optional, Tuple
 
 from .elf import ElfFile, read_elf
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _DEFAULT_DIRECTORIES = ("/lib64", "/usr/lib64", "/lib", "/usr/lib")
 _CACHE_TOOLS = ("/sbin/ldconfig", "/usr/sbin/ldconfig", "ldconfig")
 

@@ -7,6 +7,8 @@ import threading
 from collections import deque
 from typing import IO, Deque, Tuple
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 KEPT_LINES = 1000
 _LINE_BYTES = 4096
 _CHUNK_BYTES = 65536

@@ -11,6 +11,8 @@ from ..protocol.waiting import Deadline, attempts
 from .output import OutputTail
 from .supervision import LaunchedProcesses
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _LAST_WORDS = 20
 """Lines of output that a message quotes."""
 

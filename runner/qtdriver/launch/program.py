@@ -9,6 +9,8 @@ from pathlib import Path
 from ..errors import ProgramNotExecutableError, ProgramNotFoundError, ScriptProgramError, UnknownFormatError
 from .elf import is_elf
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 
 def find_program(name: str) -> Path:
     """The file of a program, looked up in PATH unless the name has a slash.

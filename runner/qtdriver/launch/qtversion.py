@@ -20,6 +20,8 @@ from .elf import contains_qt_widgets
 from .libraries import LoadedFile, find_library, load_program
 from .program import require_elf
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _QT_LIBRARY = re.compile(r"libQt\d*[A-Z]\w*\.so\.\d+")
 _WIDGETS_LIBRARIES = {"libQtGui.so.4": 4, "libQt5Widgets.so.5": 5, "libQt6Widgets.so.6": 6}
 

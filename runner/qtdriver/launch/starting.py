@@ -18,6 +18,8 @@ from .program import find_program
 from .qtversion import qt_major
 from .supervision import LaunchedProcesses
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 
 def preload_environment(library: Path, environment: Optional[Mapping[str, str]] = None) -> Dict[str, str]:
     """`environment`, by default that of this process, with `library` in front of what LD_PRELOAD names."""

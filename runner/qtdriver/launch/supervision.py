@@ -12,6 +12,8 @@ from ..protocol.peers import load_psutil
 from ..protocol.waiting import Deadline, attempts
 from . import linux
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _MARK = "QTDRIVER_LAUNCH"
 _WATCHMAN_SECONDS = 10.0
 

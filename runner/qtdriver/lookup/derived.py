@@ -8,6 +8,8 @@ from ..errors import AmbiguousError, ReplyError
 from ..protocol.connection import Connection
 from .tree import UNKNOWN, Node, WidgetTree
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 DIALOG_BUTTON = "_dialog_button"
 
 STANDARD_TEXTS = (

@@ -9,6 +9,8 @@ from ..protocol.connection import Connection
 from .derived import probe_derived_names
 from .tree import Node, WidgetTree
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _TREE_LIMIT = 20_000
 
 

@@ -7,6 +7,8 @@ from typing import Dict, Iterable, Iterator, List, Optional, Sequence, Tuple
 
 from ..protocol.records import WidgetRecord
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 UNNAMED = "unnamed"
 """The path element for a widget that has no name."""
 

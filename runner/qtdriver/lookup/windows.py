@@ -12,6 +12,8 @@ from ..protocol.records import WidgetRecord, WindowRecord
 from ..protocol.transcript import Exchange
 from ..protocol.wire import Reply
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 POPUP = "Widget:ActivePopupWidget"
 MODAL = "Widget:ActiveModalWidget"
 OBJECT_NAME = "Widget:"

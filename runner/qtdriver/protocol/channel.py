@@ -14,6 +14,8 @@ from .peers import Peer
 from .transcript import KEPT_REPLY, Exchange, Transcript
 from .wire import Reply, encode_line
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 DEFAULT_TIMEOUT = 30.0
 """Seconds that a greeting or a request may take where nothing else is said."""
 

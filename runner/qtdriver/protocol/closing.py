@@ -4,6 +4,8 @@ from __future__ import annotations
 
 from typing import TypeVar
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _Self = TypeVar("_Self", bound="ClosedOnLeaving")
 
 

@@ -9,6 +9,8 @@ from typing import Dict, Tuple
 from ..errors import UnsupportedTextError
 from .wire import encode_hex
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 
 class Answer(Enum):
     """The kinds of answers to a command that succeeds."""

@@ -10,6 +10,8 @@ from .extensions import EXTENSION_BY_NAME, decode_json, refusal
 from .locators import Address, Locator
 from .wire import Argument, Reply, Value, encode_argument
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _FORCE = "force"
 
 

@@ -11,6 +11,8 @@ from ..errors import ProtocolError, ReplyError, UnsupportedTextError, reply_erro
 from .commands import Answer
 from .wire import Reply
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _REFUSED = re.compile(
     r"(?P<kind>Window|Widget) \((?P<name>[0-9A-Fa-f]*)\) (?P<outcome>[^,]*(,\d+)?)(,(?P<candidates>\[.*))?"
 )

@@ -7,6 +7,8 @@ from dataclasses import dataclass
 
 from ..errors import ProtocolError
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _GREETING = re.compile(r"\+client\+ (\S+) (\d{1,10}) (-?\d{1,10}) (\S*)", re.ASCII)
 
 

@@ -8,6 +8,8 @@ from typing import Optional
 
 from ..errors import ProtocolError
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _CHUNK_BYTES = 65536
 
 

@@ -10,6 +10,8 @@ from typing import Any, Optional
 from ..errors import ConnectionClosed, PeerReaderMissingError
 from .tcptable import Address, plain_host, tcp_sockets
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _KNOWN_USERS = "/proc/self/uid_map"
 
 

@@ -12,6 +12,8 @@ from .peers import describe_process
 from .server import Server
 from .waiting import Deadline
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _GREETING_SECONDS = 5.0
 _LONGEST_WAIT = 0.1
 _KEPT_REFUSALS = 20

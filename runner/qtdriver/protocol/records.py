@@ -9,6 +9,8 @@ from typing import Optional
 from ..errors import ProtocolError
 from .wire import decode_hex
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _WINDOW = re.compile(r'(?P<class>.*?)(?P<modal> \(M\))? : "(?P<title>.*)"', re.DOTALL)
 _WIDGET = re.compile(r'(?P<depth>\d{1,9}) (?P<visible>[VN]) (?P<class>.*?) : "(?P<name>.*)"', re.DOTALL)
 

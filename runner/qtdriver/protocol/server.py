@@ -13,6 +13,8 @@ from .closing import ClosedOnLeaving
 from .connection import Connection
 from .peers import Peer
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 HOST = "127.0.0.1"
 PORT = 4242
 _BACKLOG = 16

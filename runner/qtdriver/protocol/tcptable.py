@@ -6,6 +6,8 @@ import socket
 import struct
 from typing import Iterator, NamedTuple, Tuple
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 LISTENING = "0A"
 
 Address = Tuple[str, int]

@@ -8,6 +8,8 @@ from contextlib import contextmanager
 from dataclasses import dataclass, field
 from typing import Deque, Iterator, List, Optional, Tuple
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 KEPT_EXCHANGES = 5000
 """How many exchanges a transcript keeps; the oldest ones go first."""
 

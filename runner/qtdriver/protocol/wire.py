@@ -7,6 +7,8 @@ from typing import Callable, Dict, Optional, Tuple, Union
 
 from ..errors import REPLY_ERRORS, ProtocolError, UnsupportedTextError, reply_error
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 LIST_MARK = "\x0c"
 """The form feed in front of each item of a list."""
 
