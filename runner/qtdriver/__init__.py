@@ -16,6 +16,7 @@ from .api.app import App
 from .api.driver import Driver
 from .api.expect import eventually
 from .api.found import FoundWidget
+from .api.item import WidgetItem
 from .api.menu import Menu
 from .api.steps import StepListener
 from .api.widget import Widget
@@ -163,6 +164,7 @@ __all__ = [
     "UnsupportedTextError",
     "Value",
     "Widget",
+    "WidgetItem",
     "WidgetNotFoundError",
     "WidgetRecord",
     "WidgetTree",

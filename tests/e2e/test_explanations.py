@@ -111,24 +111,41 @@ def test_windows_that_a_title_does_not_tell_apart_are_listed(app, window, dialog
     ]
 
 
-def test_a_misspelt_widget_gets_the_nearest_names_with_hidden_ones_marked(window):
-    assert said(WidgetNotFoundError, window.widget("brewButtn").activate) == text(
-        """
-        Widget (brewButtn) not found
-        waited 0.1 s in window "Widget:showcase"
-        the nearest names in this window:
-          brewButton (QPushButton)
-          coldBrewButton (QPushButton, hidden)
-          secretButton (QPushButton, hidden)
-          refillButton (QPushButton)
-          ordersButton (QPushButton, hidden)
-        """
+def test_a_misspelt_widget_gets_the_nearest_names_what_is_in_sight_and_then_hidden_names(window):
+    lines = said(WidgetNotFoundError, window.widget("brewButtn").activate).splitlines()
+    assert lines[:6] == [
+        "Widget (brewButtn) not found",
+        'waited 0.1 s in window "Widget:showcase"',
+        "the nearest names in sight:",
+        "  brewButton (QPushButton)",
+        "  refillButton (QPushButton)",
+        "in sight are:",
+    ]
+    assert lines[-4:] == [
+        "hidden, with a name like that:",
+        "  coldBrewButton (QPushButton, hidden)",
+        "  secretButton (QPushButton, hidden)",
+        "  ordersButton (QPushButton, hidden)",
+    ]
+
+
+def test_what_is_in_sight_is_told_with_its_texts_and_names(window):
+    lines = said(WidgetNotFoundError, window.widget("zzzzzzzzzzzzzzzzzzzzzzzz").activate).splitlines()
+    kinds = dict(line.strip().split(": ", 1) for line in lines[3:])
+    assert lines[2] == "in sight are:"
+    assert '"Brew a cup" (brewButton), "Refill water" (refillButton)' in kinds["buttons"]
+    assert '"Milk" (milkCheck)' in kinds["check boxes and radio buttons"]
+    assert '"Light" (lightRadio)' in kinds["check boxes and radio buttons"]
+    assert '"Buttons", "Entry fields", "Lists"' in kinds["tabs"]
+    assert kinds["fields"] == "hopperCombo"
+
+
+def test_a_button_that_nothing_in_sight_shows_is_told_by_its_text(window):
+    message = said(WidgetNotFoundError, window.button("Brew a pot").click)
+    assert message.startswith(
+        'no button in sight shows "Brew a pot"; did you mean "Brew a cup"?\nwaited 0.1 s in window'
     )
-
-
-def test_a_name_like_no_other_is_told_so(window):
-    message = said(WidgetNotFoundError, window.widget("zzzzzzzzzzzzzzzzzzzzzzzz").activate)
-    assert "no widget in this window has a name like that; it has " in message
+    assert '"Brew a cup" (brewButton)' in message
 
 
 def test_a_widget_under_another_path_is_told_with_its_own(window):
@@ -150,7 +167,8 @@ def test_the_derived_name_of_a_dialog_button_is_suggested(app, window):
     message = said(WidgetNotFoundError, blend.button("Okay").activate)
     blend.button("Cancel").activate(timeout=10)
     eventually(blend, timeout=10).is_closed()
-    assert "Widget (Okay_dialog_button) not found" in message
+    assert 'no button in sight shows "Okay"; did you mean "OK"?' in message
+    assert '  buttons: "OK", "Cancel"\n' in message
     assert "  Ok_dialog_button (QPushButton)" in message
 
 
@@ -212,11 +230,34 @@ def test_a_popup_in_front_is_named(app, window, dialog):
 
 def test_an_item_that_is_not_there_is_told_with_the_nearest(window):
     message = said(CommandError, lambda: window.menu("Order/New oder...").activate())
-    assert message.startswith('Exception : Invalid item\nthere is no item "Order/New oder..." among its ')
-    assert 'the nearest: "Order/New order..."' in message
-    assert 'the nearest: "Buttons"' in said(
-        CommandError, lambda: window.widget("pages/qt_tabwidget_tabbar").select("Button")
+    assert message == text(
+        """
+        Exception : Invalid item
+        there is no item "New oder..." in "Order"; did you mean "New order..."?
+        items in "Order": "New order...", "Price list...", "Print receipt", "Export (closed)", "Quit"
+        """
     )
+    message = said(CommandError, lambda: window.menu("Rost/Beans").activate())
+    assert 'there is no item "Rost"; did you mean "Roast"?\nitems: "Order", "Roast", ' in message
+    message = said(CommandError, lambda: window.widget("pages/qt_tabwidget_tabbar").select("Button"))
+    assert message.splitlines()[1:] == [
+        'there is no item "Button"; did you mean "Buttons"?',
+        'items: "Buttons", "Entry fields", "Lists", "Tables", "Containers", "Dialogs"',
+    ]
+
+
+def test_an_item_that_a_property_is_asked_of_is_told_with_those_that_there_are(window):
+    window.widget("pages/qt_tabwidget_tabbar").select("Lists", timeout=10)
+    blends = window.widget("blendTree")
+    eventually(blends, timeout=10).is_visible()
+    message = said(CommandError, lambda: blends.read("itemIsChecked", "House/Espreso"))
+    assert message.startswith(
+        'Exception : Invalid item path\nthere is no item "Espreso" in "House:60 %"; did you'
+    )
+    message = said(CommandError, lambda: blends.select("Hose/Espresso"))
+    assert message.endswith('items: "House:60 %", "Season:40 %"')
+    message = said(CommandError, lambda: window.menu("Order/Quitt").is_enabled())
+    assert 'did you mean "Quit"?' in message
 
 
 def test_a_condition_on_a_widget_that_is_not_there_explains_itself_too(window):

@@ -1,25 +1,31 @@
-"""Entries of menu bars and of open menus."""
+"""Entries of menu bars, of open menus, and of menus that a click opens."""
 
 from __future__ import annotations
 
+from contextlib import suppress
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
-from ..errors import ProtocolError
-from ..lookup.near_names import with_item_suggestions
+from ..errors import CommandError, ProtocolError, ReplyError
+from ..lookup.item_names import with_item_suggestions
+from ..lookup.windows import POPUP
 from ..protocol.locators import Address
 from ..protocol.wire import Value
+from .addresses import menu_entry
 from .mouse import repeatable
 
 if TYPE_CHECKING:
+    from .app import App
     from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _Result = TypeVar("_Result")
+_NO_ENTRY = menu_entry(1_000_000)
 
 
 class Menu:
-    """The name of an entry in the menu bar of a window, or in an open menu; see addresses.menu_path().
+    """The name of an entry in the menu bar of a window, in an open menu, or in one that a click opens; see
+    addresses.menu_path().
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
 
@@ -33,9 +39,19 @@ class Menu:
         self.window = window
         self.path = path
         self._bar = bar
+        self._opener: "Optional[Callable[..., None]]" = None
+        self._title = f"{window}.menu"
+
+    @classmethod
+    def of_popup(cls, app: "App", path: str, title: str, opener: Callable[..., None]) -> "Menu":
+        """An entry of the menu that `opener`, a click, opens when it is needed. `title` begins its text."""
+        menu = cls(app.popup(), path)
+        menu._opener = opener
+        menu._title = title
+        return menu
 
     def __repr__(self) -> str:
-        return f'{self.window}.menu("{self.path}")'
+        return f'{self._title}("{self.path}")'
 
     def activate(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Opens the menus on the way with the keyboard and chooses the entry.
@@ -44,6 +60,18 @@ class Menu:
         CornerButtonError; `force` clicks nevertheless. A bar that was given by its path is not looked at.
         """
         self._act("activate()", None, force, timeout)
+
+    def click(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """As activate()."""
+        self.activate(force=force, timeout=timeout)
+
+    def choose(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """As activate()."""
+        self.activate(force=force, timeout=timeout)
+
+    def uncheck(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """As check(False)."""
+        self.check(False, force=force, timeout=timeout)
 
     def check(self, on: bool = True, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Chooses the entry if it is not in that state; the menu is closed in any case. `force` is as for activate()."""
@@ -60,11 +88,8 @@ class Menu:
     def items(self, *, timeout: Optional[float] = None) -> Tuple[str, ...]:
         """The paths of all entries of the bar or the open menu, whatever this entry is."""
         connection = self.window.app.connection
-        value = self._perform(
-            "items()",
-            lambda path: connection.read_property(self.window.address, path, "itemList"),
-            True,
-            timeout,
+        value = self._look(
+            "items()", lambda path: connection.read_property(self.window.address, path, "itemList"), timeout
         )
         if not isinstance(value, tuple):
             raise ProtocolError(f"not a list: {value!r}")
@@ -81,18 +106,49 @@ class Menu:
                 bar,
                 self.path,
                 lambda: connection.activate_widget(address, bar, self.path, state),
+                closes=address == POPUP,
             )
 
+        self._open(timeout)
         self._perform(action, repeatable(connection, address, choose), False, timeout, opens=not force)
 
     def _read(self, name: str, timeout: Optional[float]) -> Value:
+        connection, address = self.window.app.connection, self.window.address
+
+        def read(bar: Address) -> Value:
+            return with_item_suggestions(
+                connection,
+                address,
+                bar,
+                self.path,
+                lambda: connection.read_property(address, bar, name, self.path),
+            )
+
+        return self._look(name, read, timeout)
+
+    def _look(self, action: str, read: Callable[[Address], _Result], timeout: Optional[float]) -> _Result:
+        """Reads of the menu. One that had to be opened for that is closed again."""
+        self._open(timeout)
+        try:
+            return self._perform(action, read, True, timeout)
+        finally:
+            if self._opener is not None:
+                self._close()
+
+    def _open(self, timeout: Optional[float]) -> None:
+        if self._opener is not None:
+            self._opener(timeout=timeout)
+
+    def _close(self) -> None:
+        """Closes the open menu: where it has no such entry, the agent leaves it by Escape."""
         connection = self.window.app.connection
-        return self._perform(
-            name,
-            lambda path: connection.read_property(self.window.address, path, name, self.path),
-            True,
-            timeout,
-        )
+
+        def leave(popup: Address) -> None:
+            with suppress(CommandError):
+                connection.activate_widget(self.window.address, popup, _NO_ENTRY)
+
+        with suppress(ReplyError):
+            self._perform("close()", leave, False, 0)
 
     def _perform(
         self,

@@ -16,7 +16,8 @@ from ..errors import (
     ReplyError,
     WidgetNotFoundError,
 )
-from ..lookup.near_names import with_item_suggestions
+from ..lookup.item_names import with_item_suggestions
+from ..lookup.visible_texts import Search
 from ..protocol.connection import Connection
 from ..protocol.wire import Argument, Rect, Value
 from ..protocol.locators import Address, Locator, path_locator, raw_locator
@@ -24,6 +25,7 @@ from .editing import refuse_without_editor
 from .finding import Finder
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
+from .verbs import Verbs
 
 if TYPE_CHECKING:
     from .found import FoundWidget
@@ -35,7 +37,7 @@ _Result = TypeVar("_Result")
 _NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
-class Widget(Finder):
+class Widget(Finder, Verbs):
     """The name of a widget: each call finds the widget anew, and waits until it is visible and the only one.
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
@@ -46,20 +48,33 @@ class Widget(Finder):
         as_class: the base class to be served as; empty for the nearest that the agent knows.
     """
 
-    def __init__(self, window: "Window", path: Address, *, as_class: str = "") -> None:
+    def __init__(
+        self,
+        window: "Window",
+        path: Address,
+        *,
+        as_class: str = "",
+        search: Optional[Search] = None,
+        title: str = "",
+    ) -> None:
+        """`search` finds it where no visible widget has that path, or where that is empty. `title` is how messages call it within its window."""
         self.window = window
         self.path = path
         self.as_class = as_class
+        self._search = search
+        self._title = title or (path.call if isinstance(path, Locator) else f'widget("{path}")')
 
     def __repr__(self) -> str:
         return f"{self.window}.{self.call()}"
 
     def call(self) -> str:
         """The call on the window that makes it, as messages and reports show it."""
-        return self.path.call if isinstance(self.path, Locator) else f'widget("{self.path}")'
+        return self._title
 
     def as_locator(self) -> Locator:
         """What finds it, as the agent's extensions take it."""
+        if self._search is not None:
+            return self._search.locator
         return self.path if isinstance(self.path, Locator) else path_locator(self.path)
 
     def find_by(self, found: "Locator | str") -> "FoundWidget":
@@ -81,8 +96,9 @@ class Widget(Finder):
                 connection,
                 address,
                 path,
-                value if isinstance(value, str) else "",
+                value,
                 lambda: connection.activate_widget(address, path, value, option, widget_class=self.as_class),
+                self.as_class,
             )
 
         return self._act(f"activate({shown})", act, timeout)
@@ -216,14 +232,19 @@ class Widget(Finder):
     def read(self, name: str, argument: Optional[str] = None, *, timeout: Optional[float] = None) -> Value:
         """The value of a property of Qt or of the widget's class; `argument` is for those that take one."""
         shown = repr(name) if argument is None else f"{name!r}, {argument!r}"
-        return self._perform(
-            f"read({shown})",
-            lambda: self._connection.read_property(
-                self.window.address, self.path, name, argument, widget_class=self.as_class
-            ),
-            True,
-            timeout,
-        )
+        connection, address = self._connection, self.window.address
+
+        def look(path: Address) -> Value:
+            return with_item_suggestions(
+                connection,
+                address,
+                path,
+                argument,
+                lambda: connection.read_property(address, path, name, argument, widget_class=self.as_class),
+                self.as_class,
+            )
+
+        return self.perform(f"read({shown})", look, timeout=timeout)
 
     def text(self, *, timeout: Optional[float] = None) -> str:
         """The property "text" as text, whatever its type."""
@@ -242,14 +263,16 @@ class Widget(Finder):
 
         def look() -> bool:
             try:
-                self._connection.read_property(self.window.address, self.path, "className")
+                self._with_path(
+                    lambda path: self._connection.read_property(self.window.address, path, "className")
+                )
             except (WidgetNotFoundError, NotVisibleError):
                 return False
             except AmbiguousError:
                 return True  # there are even several
             return True
 
-        return self._perform("is_visible()", look, True, None)
+        return self.window.perform(f"{self._title}.is_visible()", look, path=self.path)
 
     def class_name(self, *, timeout: Optional[float] = None) -> str:
         """Its own class."""
@@ -311,19 +334,35 @@ class Widget(Finder):
     ) -> _Result:
         """Makes `call` with the path; it is repeated when the mouse misses the window, if it may be."""
         if not is_repeatable:
-            return self._perform(action, lambda: call(self.path), False, timeout, RETRYABLE_LOOKUPS)
+            return self.perform(action, call, reads=False, timeout=timeout, retryable=RETRYABLE_LOOKUPS)
         act = repeatable(self._connection, self.window.address, call, button)
-        return self._perform(action, lambda: act(self.path), False, timeout)
+        return self.perform(action, act, reads=False, timeout=timeout)
 
-    def _perform(
+    def perform(
         self,
         action: str,
-        call: Callable[[], _Result],
-        reads: bool,
-        timeout: Optional[float],
+        call: Callable[[Address], _Result],
+        *,
+        reads: bool = True,
+        timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
-        title = f"{self.call()}.{action}"
+        """As App.perform(), for a call that takes the path of this widget."""
         return self.window.perform(
-            title, call, reads=reads, path=self.path, timeout=timeout, retryable=retryable
+            f"{self._title}.{action}",
+            lambda: self._with_path(call),
+            reads=reads,
+            path=self.path,
+            timeout=timeout,
+            retryable=retryable,
         )
+
+    def _with_path(self, call: Callable[[Address], _Result]) -> _Result:
+        """Makes `call` with the path; where no visible widget has that, with the one that the search finds."""
+        if self.path or self._search is None:
+            try:
+                return call(self.path)
+            except (WidgetNotFoundError, NotVisibleError):
+                if self._search is None:
+                    raise
+        return call(self._search.look(self._connection, self.window.address))

@@ -15,12 +15,15 @@ from ..errors import (
 from ..lookup.derived import button_name
 from ..lookup.paths import checked_unique_path, list_tree
 from ..lookup.snapshot import Snapshot, SnapshotNode
+from ..lookup.served import visible_served_as
 from ..lookup.tree import Node, WidgetTree
+from ..lookup.visible_texts import button_showing, checkbox_showing, tab_bar_showing
 from ..lookup.windows import POPUP
 from ..protocol.locators import Address, Locator, raw_locator
 from .corners import refuse_corner_button
 from .finding import Finder
 from .found import FoundWidget
+from .item import WidgetItem
 from .menu import Menu
 from .mouse import repeatable
 from .steps import run_step
@@ -61,8 +64,17 @@ class Window(Finder):
         return Widget(self, path, as_class=as_class)
 
     def button(self, text: str) -> Widget:
-        """The push button without an object name that shows `text`, as the buttons of most dialogs."""
-        return Widget(self, button_name(text))
+        """The button that shows `text`: a push button without an object name, else any push button, else a tool button."""
+        return Widget(self, button_name(text), search=button_showing(text), title=f'button("{text}")')
+
+    def checkbox(self, text: str) -> Widget:
+        """The check box that shows `text`, or where there is none, the radio button."""
+        return Widget(self, "", search=checkbox_showing(text), title=f'checkbox("{text}")')
+
+    def tab(self, text: str) -> WidgetItem:
+        """The tab with this text, of whatever tab bar has one; to click."""
+        bar = Widget(self, "", search=tab_bar_showing(text), title=f'tab("{text}")')
+        return WidgetItem(bar, text, "")
 
     def find_by(self, found: "Locator | str") -> FoundWidget:
         return FoundWidget(self, found if isinstance(found, Locator) else raw_locator(found))
@@ -90,7 +102,7 @@ class Window(Finder):
             lambda dialog: connection.activate_widget(self.address, dialog, str(path)),
         )
         self.perform(
-            f'file("{path}")', lambda: choose(self._path_of("QFileDialog")), reads=False, timeout=timeout
+            f'file("{path}")', lambda: choose(self._find("QFileDialog")[2]), reads=False, timeout=timeout
         )
 
     def title(self, *, timeout: Optional[float] = None) -> str:
@@ -173,21 +185,18 @@ class Window(Finder):
             refuse_corner_button(self.app.connection, self.address, tree, bar, path)
         return path
 
-    def _path_of(self, class_name: str) -> str:
-        return self._find(class_name)[2]
-
     def _find(self, class_name: str) -> Tuple[WidgetTree, Node, str]:
-        """The widgets of the window, the outermost visible one of this very class, and a path of it."""
+        """The widgets of the window, the outermost visible one that is served as this class, and a path of it."""
         connection = self.app.connection
         tree = list_tree(connection, self.address)
-        nodes = [node for node in tree.nodes if node.record.class_name == class_name and node.record.visible]
-        outermost = min(nodes, key=lambda node: node.record.depth, default=None)
-        path = None if outermost is None else checked_unique_path(connection, self.address, tree, outermost)
-        if outermost is None or path is None:
+        nodes = visible_served_as(connection, self.address, tree, (class_name,))
+        path = checked_unique_path(connection, self.address, tree, nodes[0]) if nodes else None
+        if path is None:
             problem = (
-                "there is one, but no path finds only that: set its object name in the application"
+                "there is one, but neither its name nor those around it tell it apart: its class alone is no path; "
+                "set its object name in the application"
                 if nodes
                 else "there is no visible one in this window"
             )
             raise WidgetNotFoundError("5", f"Widget of class {class_name} not found", problem)
-        return tree, outermost, path
+        return tree, nodes[0], path

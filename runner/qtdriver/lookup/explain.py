@@ -18,11 +18,15 @@ from ..errors import (
 from ..protocol.connection import Connection
 from ..protocol.locators import Address, Locator
 from ..protocol.records import WindowRecord
+from .derived import DIALOG_BUTTON
 from .near_names import nearest_names
 from .paths import checked_unique_path, list_tree
 from .snapshot import describe_node
-from .tree import UNKNOWN, Node, WidgetTree
+from .tree import Node, WidgetTree
+from .visible_texts import describe_sight
 from .windows import MODAL, OBJECT_NAME, POPUP, describe_windows, walk_windows
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _SHOWN = 8
 
@@ -111,17 +115,22 @@ def _no_widget(connection: Connection, window: str, path: str) -> List[str]:
     if namesakes:
         lines = [f'"{last}" is there, but not under that path:']
         return lines + _describe_nodes(connection, window, tree, namesakes)
-    nearest = nearest_names(last, tree.names())
-    if not nearest:
-        lines = [f"no widget in this window has a name like that; it has {len(tree.nodes)} widgets"]
-        unknown = len(tree.named(UNKNOWN))
-        if unknown:
-            lines.append(
-                f"{unknown} of them are push buttons without an object name, called after their texts"
-            )
-        return lines
-    nodes = [node for name in nearest for node in tree.named(name)]
-    return ["the nearest names in this window:", *_describe_nodes(connection, window, tree, nodes)]
+    comparable = [
+        name for name in tree.names() if name.endswith(DIALOG_BUTTON) == last.endswith(DIALOG_BUTTON)
+    ]
+    nearest = [node for name in nearest_names(last, comparable) for node in tree.named(name)]
+    in_sight = [node for node in nearest if node.record.visible]
+    hidden = [node for node in nearest if not node.record.visible]
+    lines = []
+    if in_sight:
+        lines += ["the nearest names in sight:", *_describe_nodes(connection, window, tree, in_sight)]
+    lines += describe_sight(connection, window, tree)
+    if hidden:
+        lines += ["hidden, with a name like that:", *_describe_nodes(connection, window, tree, hidden)]
+    return lines or [
+        f"nothing that is in sight can be told by a name: the window has {len(tree.nodes)} widgets, which "
+        "print(window.tree()) shows"
+    ]
 
 
 def _describe_nodes(

@@ -14,6 +14,8 @@ from .locators import Address, Locator
 from .records import CursorWidget, WidgetRecord, WindowRecord
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 
 class Connection(ExtendedChannel):
     """A greeted agent: the twelve commands, and the extensions that it has. Not for use by several threads at the same
@@ -33,6 +35,7 @@ class Connection(ExtendedChannel):
         visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
         entered: the classes that served the widgets in which values were entered, by their windows, their paths, and the
             classes that were asked for.
+        served: the classes that serve the application's own classes of widgets, as far as they were asked for.
     """
 
     def __init__(
@@ -46,6 +49,7 @@ class Connection(ExtendedChannel):
         super().__init__(lines, greeting, timeout, process)
         self.visited: Set[Tuple[str, Address]] = set()
         self.entered: Dict[Tuple[str, Address, str], str] = {}
+        self.served: Dict[str, str] = {}
 
     def _command(self, name: str, *texts: str) -> Reply:
         reply = self.request(COMMAND_BY_NAME[name].compose(*texts))

@@ -1,0 +1,65 @@
+"""What people try first on a widget: other words for what it can do, its items, and the menus that it opens."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Callable, Optional
+
+from .addresses import Section, cell
+from .item import WidgetItem
+from .menu import Menu
+from .mouse import Modifier, MouseButton, Position
+
+if TYPE_CHECKING:
+    from .window import Window
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+
+class Verbs:
+    """The words of a widget that are made of others."""
+
+    window: "Window"
+    select: Callable[..., None]
+    check: Callable[..., None]
+    click: Callable[..., None]
+
+    def choose(self, item: "str | int", *, timeout: Optional[float] = None) -> None:
+        """As select()."""
+        self.select(item, timeout=timeout)
+
+    def uncheck(self, *, timeout: Optional[float] = None) -> None:
+        """As check(False)."""
+        self.check(False, timeout=timeout)
+
+    def right_click(
+        self,
+        *,
+        at: Optional[Position] = None,
+        modifier: Modifier = "",
+        timeout: Optional[float] = None,
+    ) -> None:
+        """Clicks with the right mouse button; the rest is as for click()."""
+        self.click("right", at=at, modifier=modifier, timeout=timeout)
+
+    def item(self, address: "str | int") -> WidgetItem:
+        """An item of a list, tree, table, combo box, tab bar or tool box, to click, check or drag.
+
+        By its text, its number as the class counts, or its address: see the module `addresses`.
+        """
+        return WidgetItem(self, address)  # type: ignore[arg-type]
+
+    def cell(self, row: Section, column: Section) -> WidgetItem:
+        """A cell of a table, by the texts of the headers, or by numbers of which the first is 1."""
+        return WidgetItem(self, cell(row, column), f"cell({row!r}, {column!r})")  # type: ignore[arg-type]
+
+    def tab(self, text: str) -> WidgetItem:
+        """A tab of a tab bar; window.tab() needs no tab bar."""
+        return WidgetItem(self, text, f'tab("{text}")')  # type: ignore[arg-type]
+
+    def menu(self, path: str) -> Menu:
+        """An entry of the menu that a click on this button opens."""
+        return Menu.of_popup(self.window.app, path, f"{self}.menu", self.click)
+
+    def context_menu(self, path: str) -> Menu:
+        """An entry of the menu that a right click on this widget opens."""
+        return Menu.of_popup(self.window.app, path, f"{self}.context_menu", self.right_click)

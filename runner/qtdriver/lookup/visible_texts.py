@@ -1,0 +1,174 @@
+"""Finds widgets by the texts that the user sees on them, and tells what is in sight.
+
+This is the only place that looks for texts. It uses nothing but listings and properties, so that it works with every
+agent; a widget that no path finds alone cannot be asked for its text, and is not found here.
+"""
+
+from __future__ import annotations
+
+from typing import Callable, Iterator, List, NamedTuple, Sequence, Tuple
+
+from ..errors import AmbiguousError, ReplyError, WidgetNotFoundError
+from ..protocol.connection import Connection
+from ..protocol.locators import Address, Locator, locator
+from .derived import DIALOG_BUTTON
+from .near_names import nearest_names
+from .paths import checked_unique_path, list_tree
+from .served import (
+    CHECKED_BUTTONS,
+    FIELDS,
+    ITEM_VIEWS,
+    OTHER_BUTTONS,
+    PUSH_BUTTONS,
+    TAB_BARS,
+    visible_served_as,
+)
+from .tree import Node, WidgetTree
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+
+class Search(NamedTuple):
+    """How a widget is found by a text on it.
+
+    Attributes:
+        look: answers the address of the widget in a window; raises WidgetNotFoundError or AmbiguousError.
+        locator: what finds it where the agent knows locators.
+    """
+
+    look: Callable[[Connection, str], Address]
+    locator: Locator
+
+
+_SHOWN = 12
+
+
+class Seen(NamedTuple):
+    """A visible widget, a path that finds only this, and the texts that it shows: one, or those of its tabs."""
+
+    node: Node
+    path: str
+    texts: Tuple[str, ...]
+
+
+def plain_text(text: str) -> str:
+    """A text as it is compared: without the "&" of mnemonics, a shortcut after a tab, and runs of blanks."""
+    return " ".join(text.partition("\t")[0].replace("&", "").split())
+
+
+def button_showing(text: str) -> Search:
+    """Looks for the push button that shows `text`; where there is none, for a tool button."""
+    return _search("button", text, (PUSH_BUTTONS, OTHER_BUTTONS), _button_texts)
+
+
+def checkbox_showing(text: str) -> Search:
+    """Looks for the check box that shows `text`; where there is none, for a radio button."""
+    return _search("check box", text, tuple((kind,) for kind in CHECKED_BUTTONS), _button_texts)
+
+
+def tab_bar_showing(text: str) -> Search:
+    """Looks for the tab bar that has a tab with this text."""
+    return _search("tab", text, (TAB_BARS,), _items)
+
+
+def _search(kind: str, text: str, groups: Sequence[Sequence[str]], texts: "_Texts") -> Search:
+    return Search(
+        lambda connection, window: _only(connection, window, kind, text, groups, texts),
+        locator(groups[0][0], text=text),
+    )
+
+
+def _only(
+    connection: Connection,
+    window: str,
+    kind: str,
+    text: str,
+    groups: Sequence[Sequence[str]],
+    texts: "_Texts",
+) -> str:
+    """The path of the one widget that shows `text`, of the first group of classes in which one does."""
+    tree = list_tree(connection, window)
+    wanted = plain_text(text)
+    known: List[str] = []
+    for group in groups:
+        seen_ones = list(_seen(connection, window, tree, group, texts))
+        matching = [seen for seen in seen_ones if wanted in map(plain_text, seen.texts)]
+        known += [plain_text(shown) for seen in seen_ones for shown in seen.texts]
+        if len(matching) > 1:
+            lines = [f"  {seen.node}: {seen.path}" for seen in matching]
+            raise AmbiguousError(
+                "7", f'{kind} "{text}" visible,{len(matching)}', "\n".join(["these show it:", *lines])
+            )
+        if matching:
+            return matching[0].path
+    nearest = nearest_names(wanted, filter(None, known))[:1]
+    meant = f'; did you mean "{nearest[0]}"?' if nearest else ""
+    raise WidgetNotFoundError("5", f'no {kind} in sight shows "{text}"{meant}')
+
+
+_Texts = Callable[[Connection, str, str], Tuple[str, ...]]
+
+
+def _button_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+    return (str(connection.read_property(window, path, "text")),)
+
+
+def _items(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+    items = connection.read_property(window, path, "itemList")
+    return items if isinstance(items, tuple) else ()
+
+
+def _no_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+    return ()
+
+
+def _seen(
+    connection: Connection, window: str, tree: WidgetTree, classes: Sequence[str], texts: _Texts
+) -> Iterator[Seen]:
+    """The visible widgets of these classes that a path finds alone, with their texts."""
+    for node in visible_served_as(connection, window, tree, classes):
+        path = checked_unique_path(connection, window, tree, node)
+        if path is None:
+            continue
+        try:
+            yield Seen(node, path, texts(connection, window, path))
+        except ReplyError:
+            continue  # it has gone, or has no such text
+
+
+_KINDS: Tuple[Tuple[str, Tuple[str, ...], _Texts], ...] = (
+    ("buttons", (*PUSH_BUTTONS, *OTHER_BUTTONS), _button_texts),
+    ("check boxes and radio buttons", CHECKED_BUTTONS, _button_texts),
+    ("tabs", TAB_BARS, _items),
+    ("fields", FIELDS, _no_texts),
+    ("lists, trees and tables", ITEM_VIEWS, _no_texts),
+)
+
+
+def describe_sight(connection: Connection, window: str, tree: WidgetTree) -> List[str]:
+    """What the user sees in a window and can use, in lines for a message; none where nothing of it has an address."""
+    lines = []
+    for kind, classes, texts in _KINDS:
+        words: List[str] = []
+        for seen in _seen(connection, window, tree, classes, texts):
+            if not _is_part_of_a_field(seen.node):
+                words += _words(seen)
+        if words:
+            more = f", and {len(words) - _SHOWN} more" if len(words) > _SHOWN else ""
+            lines.append(f"  {kind}: {', '.join(words[:_SHOWN])}{more}")
+    return ["in sight are:", *lines] if lines else []
+
+
+def _words(seen: Seen) -> List[str]:
+    """How the texts of a widget and its path are told: "Continue" (nextButton), or the path alone."""
+    if not any(seen.texts):
+        return [seen.path]
+    texts = [f'"{plain_text(text)}"' for text in seen.texts if text]
+    if len(texts) > 1 or seen.path.endswith(DIALOG_BUTTON):
+        return texts  # button() and tab() find them
+    return [f"{text} ({seen.path})" for text in texts]
+
+
+def _is_part_of_a_field(node: Node) -> bool:
+    """Whether it is the line edit of a spin box or of a combo box, or the like."""
+    return node.name.startswith("qt_") and node.record.class_name not in TAB_BARS
