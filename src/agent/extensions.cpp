@@ -1,5 +1,6 @@
 #include "agent/extensions.h"
 
+#include "agent/locatedactions.h"
 #include "agent/request.h"
 #include "agent/wirevalue.h"
 
@@ -20,6 +21,11 @@ struct ExtensionRow
 
 const ExtensionRow extensionRows[] = {
     {"+extensions", listExtensions},
+    {"+4", locateLocated},
+    {"+5", activateLocated},
+    {"+6", enterLocated},
+    {"+7", readLocated},
+    {"+9", mouseLocated},
 };
 
 // Sections: none. The names of all extensions: a test asks once what this agent can do.

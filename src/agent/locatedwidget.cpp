@@ -1,11 +1,65 @@
 #include "agent/locatedwidget.h"
 
 #include "agent/request.h"
-#include "identify/widgetlookup.h"
-#include "identify/widgetpath.h"
+#include "locate/description.h"
+#include "locate/locator.h"
+#include "locate/search.h"
 #include "proxy/sterror.h"
 
+#include <QPointer>
+#include <QWidget>
+
 namespace agent {
+
+namespace {
+
+QByteArray descriptions(const QWidget* window, const std::vector<QPointer<QWidget>>& widgets)
+{
+    const locate::WidgetDescriber describer(window);
+    QByteArray json = "[";
+    for (const QPointer<QWidget>& widget : widgets) {
+        if (!widget)
+            continue;
+        if (json.size() > 1)
+            json += ',';
+        describer.append(json, widget);
+    }
+    return json + ']';
+}
+
+QByteArray refusal(const QWidget* window, const locate::SearchResult& result, const QByteArray& locator)
+{
+    struct Row
+    {
+        locate::Outcome outcome;
+        const char* code;
+        const char* text;
+    };
+    static const Row rows[] = {
+        {locate::Outcome::None, "5", ") not found,"},
+        {locate::Outcome::Hidden, "6", ") not visible,"},
+        {locate::Outcome::Several, "7", ") visible,"},
+    };
+    QByteArray reply;
+    for (const Row& row : rows) {
+        if (row.outcome == result.outcome)
+            reply = QByteArray(row.code) + ",Widget (" + locator + row.text;
+    }
+    if (result.outcome == locate::Outcome::Several)
+        reply += QByteArray::number(result.count) + ',';
+    return reply + (window ? descriptions(window, result.widgets) : "[]");
+}
+
+locate::SearchResult found(QWidget* window, const QString& locator)
+{
+    try {
+        return locate::search(window, locate::parseLocator(locator));
+    } catch (const locate::LocatorError& error) {
+        proxy::raiseError("Invalid locator: %s at %d", error.reason, error.at);
+    }
+}
+
+} // namespace
 
 WrittenName windowName(const Request& request)
 {
@@ -17,11 +71,16 @@ Access locatedWidget(const Access& window, const Request& request)
     const QString locator = request.utf8Text(2);
     if (!window.widget || locator.isEmpty())
         return window;
-    const QLatin1String pathKey("path=");
-    if (!locator.startsWith(pathKey))
-        proxy::raiseError("Invalid locator");
-    const identify::WidgetPath path(locator.mid(static_cast<int>(qstrlen(pathKey.latin1()))));
-    return oneWidget(identify::findWidget(window.widget, path), request.section(2));
+    const QPointer<QWidget> guarded(window.widget); // to read a property can be its end
+    const locate::SearchResult result = found(window.widget, locator);
+    if (result.outcome == locate::Outcome::One && !result.widgets.front())
+        proxy::raiseError(proxy::deadWidgetMessage);
+    const bool isOne = result.outcome == locate::Outcome::One;
+    Access access;
+    access.widget = isOne ? result.widgets.front().data() : nullptr;
+    if (!isOne)
+        access.refusal = refusal(guarded, result, request.section(2));
+    return access;
 }
 
 } // namespace agent

@@ -155,9 +155,12 @@ QByteArray locateWidget(const Request& request, STApplicationProxy&)
         candidates.append(window.widget);
 
     const Access found = oneWidget(identify::chooseWidget(candidates, window.widget, path), request.section(2));
-    if (!found.widget)
-        return found.refusal;
-    const QPointer<QWidget> widget(found.widget);
+    return found.widget ? putCursorOnto(found.widget) : found.refusal;
+}
+
+QByteArray putCursorOnto(QWidget* target)
+{
+    const QPointer<QWidget> widget(target);
     const QByteArray reply = QByteArray("0,") + widget->metaObject()->className();
     compat::activateWindow(widget);
     if (widget)

@@ -51,6 +51,12 @@ const QWidget* firstField(const QLayoutItem* item)
     return isPlainContainer(widget) ? firstFieldIn(widget->layout()) : widget;
 }
 
+const QWidget* fieldOf(const QWidget* buddy)
+{
+    const QWidget* field = isPlainContainer(buddy) ? firstFieldIn(buddy->layout()) : nullptr;
+    return field ? field : buddy;
+}
+
 // What a label of the item is the label of: a label, too, where there is nothing else.
 const QWidget* fieldOf(const QLayoutItem* item)
 {
@@ -116,7 +122,7 @@ void Labels::readBelow(const QObject* parent)
             continue;
         if (const auto* label = qobject_cast<const QLabel*>(widget)) {
             if (label->buddy())
-                add(label, label->buddy(), Rule::Buddy);
+                add(label, fieldOf(label->buddy()), Rule::Buddy);
         } else if (!widget->children().isEmpty()) {
             if (widget->layout())
                 readLayout(widget->layout());

@@ -15,7 +15,33 @@ int lengthInC(const QString& text)
     return end < 0 ? static_cast<int>(text.size()) : end;
 }
 
+QString aboutItem(const QString& item, const char* what)
+{
+    return QLatin1String("item \"") + item.left(FormatArgument::maximumLength) + QLatin1String("\" ")
+        + QLatin1String(what);
+}
+
 } // namespace
+
+QString missingItem(const QString& item)
+{
+    return aboutItem(item, "not there yet");
+}
+
+QString missingItem(int number)
+{
+    return missingItem(QString::number(number));
+}
+
+QString disabledItem(const QString& item)
+{
+    return aboutItem(item, "disabled");
+}
+
+QString hiddenItem(const QString& item)
+{
+    return aboutItem(item, "hidden");
+}
 
 QString formatMessage(const QString& format, std::initializer_list<FormatArgument> arguments)
 {

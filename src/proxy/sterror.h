@@ -16,6 +16,8 @@ struct STError
     STError& operator=(const STError&) = default;
 
     QString message;
+    // Why the same may succeed a little later; empty where it will not.
+    QString notYet;
 };
 
 namespace proxy {
@@ -58,7 +60,22 @@ template <class... Arguments>
     throw STError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
 }
 
-// The same for a format that was put together from several texts and has no arguments.
+// The same for what may succeed a little later, for that reason.
+template <class... Arguments>
+[[noreturn]] void raiseNotYet(const QString& reason, const char* format, const Arguments&... arguments)
+{
+    STError error(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
+    error.notYet = reason;
+    throw error;
+}
+
+// Such reasons: an item, a tab or an entry of a menu that has this text, number or path, is not there or cannot be used.
+QString missingItem(const QString& item);
+QString missingItem(int number);
+QString disabledItem(const QString& item);
+QString hiddenItem(const QString& item);
+
+// The same as raiseError() for a format that was put together from several texts and has no arguments.
 [[noreturn]] inline void raiseError(const QString& format)
 {
     throw STError(formatMessage(format, {}));

@@ -157,6 +157,12 @@ QWidget* STWidgetProxy::checkedWidget(const char* className)
     return widget;
 }
 
+STWidgetProxy::MousePlace STWidgetProxy::activationPlace()
+{
+    QWidget* target = checkedWidget(nullptr);
+    return {target, target->rect().center()};
+}
+
 void STWidgetProxy::prepareWidget()
 {
     const QPointer<QWidget> window(checkedWidget(nullptr)->window());
@@ -226,10 +232,10 @@ void STWidgetProxy::typeError(const char* expected)
             + QLatin1String(expected ? expected : "no parameter") + QLatin1Char('.'));
 }
 
-void STWidgetProxy::raiseRangeError(const QString& range)
+void STWidgetProxy::raiseRangeError(const QString& range, const QString& reason)
 {
     const QWidget* target = checkedWidget(nullptr);
-    proxy::raiseError(rangeMessage, target->objectName(), target->metaObject()->className(), range);
+    proxy::raiseNotYet(reason, rangeMessage, target->objectName(), target->metaObject()->className(), range);
 }
 
 QString STWidgetProxy::stripMnemonic(const QString& text)

@@ -35,6 +35,14 @@ public:
     void bind(QWidget* widget, const char* className);
     // The bound widget. Raises an error when it is gone, or is not of the class (null for any).
     QWidget* checkedWidget(const char* className);
+    // Where the mouse goes when the widget is activated: to a widget, the bound one or one that stands for it, at a point
+    // in that one's coordinates. The base: to the centre.
+    struct MousePlace
+    {
+        QWidget* widget;
+        QPoint point;
+    };
+    virtual MousePlace activationPlace();
     // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen. Where
     // a window manager does that in its own time, waits until it is active; the mouse waits until it is in front.
     void prepareWidget();
@@ -56,6 +64,13 @@ protected:
     {
         raiseRangeError(proxy::formatMessage(QString::fromLatin1(format), {proxy::FormatArgument(arguments)...}));
     }
+    // The same for a value that may come into the range a little later, for that reason.
+    template <class... Arguments>
+    [[noreturn]] void rangeNotYet(const QString& reason, const char* format, const Arguments&... arguments)
+    {
+        raiseRangeError(
+            proxy::formatMessage(QString::fromLatin1(format), {proxy::FormatArgument(arguments)...}), reason);
+    }
     // Plays one mouse command at a point in global coordinates; a click stops the processing of events.
     void playMouse(
         proxy::MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
@@ -73,7 +88,7 @@ protected:
 private:
     friend class STApplicationProxy; // starts the processing of events before every operation
 
-    [[noreturn]] void raiseRangeError(const QString& range);
+    [[noreturn]] void raiseRangeError(const QString& range, const QString& reason = QString());
     void moveOntoScreen(QWidget* window);
 
     QPointer<QWidget> widget;

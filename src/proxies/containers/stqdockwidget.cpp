@@ -9,7 +9,7 @@ namespace {
 // A tab bar and one of its tabs; no bar when there is no such tab.
 struct Tab
 {
-    const QTabBar* bar;
+    QTabBar* bar;
     QRect rect;
 };
 
@@ -19,7 +19,7 @@ struct Tab
 Tab dockTab(const QMainWindow* window, const QString& title)
 {
     const QList<QTabBar*> bars = window->findChildren<QTabBar*>();
-    for (const QTabBar* bar : bars) {
+    for (QTabBar* bar : bars) {
         if (bar->parentWidget() != window || bar->visibleRegion().isEmpty())
             continue;
         for (int i = 0; i < bar->count(); ++i) {
@@ -31,17 +31,33 @@ Tab dockTab(const QMainWindow* window, const QString& title)
     return {nullptr, QRect()};
 }
 
+// The tab that brings a dock widget to the front; no bar where it shares its place with none.
+Tab tabOf(QDockWidget* dock)
+{
+    const auto* window = qobject_cast<const QMainWindow*>(dock->parent());
+    if (!window || window->tabifiedDockWidgets(dock).isEmpty())
+        return {nullptr, QRect()};
+    return dockTab(window, dock->windowTitle());
+}
+
 } // namespace
 
 void STQDockWidget::activate(const QVariant& value, const QVariant&)
 {
     if (value.isValid())
         typeError("none");
-    auto* dock = static_cast<QDockWidget*>(checkedWidget("QDockWidget"));
-    const auto* window = qobject_cast<const QMainWindow*>(dock->parent());
-    if (!window || window->tabifiedDockWidgets(dock).isEmpty())
-        return;
-    const Tab tab = dockTab(window, dock->windowTitle());
+    const Tab tab = tabOf(dockWidget());
     if (tab.bar)
         clickCenter(tab.bar, tab.rect);
+}
+
+STWidgetProxy::MousePlace STQDockWidget::activationPlace()
+{
+    const Tab tab = tabOf(dockWidget());
+    return tab.bar ? MousePlace{tab.bar, tab.rect.center()} : STWidgetProxy::activationPlace();
+}
+
+QDockWidget* STQDockWidget::dockWidget()
+{
+    return static_cast<QDockWidget*>(checkedWidget("QDockWidget"));
 }

@@ -2,6 +2,8 @@
 
 #include "proxy/stwidgetproxy.h"
 
+class QDockWidget;
+
 // Dock widgets.
 class STQDockWidget : public STWidgetProxy
 {
@@ -10,4 +12,9 @@ public:
     // tab of the main window that has its title. Any other dock widget stays as it is, silently. `option` is
     // ignored.
     void activate(const QVariant& value, const QVariant& option) override;
+    // That tab.
+    MousePlace activationPlace() override;
+
+private:
+    QDockWidget* dockWidget();
 };

@@ -42,7 +42,7 @@ void STQTabBar::activate(const QVariant& value, const QVariant&)
         = type == QMetaType::Int ? value.toInt() : strippedTexts(*bar, &QTabBar::tabText).indexOf(value.toString());
     const QRect rect = bar->tabRect(index);
     if (rect.isNull()) // also for an index that no tab has, such as the -1 of an unknown text
-        rangeError(indexRange, bar->count() - 1);
+        rangeNotYet(proxy::missingItem(value.toString()), indexRange, bar->count() - 1);
     clickCenter(bar, rect);
 }
 

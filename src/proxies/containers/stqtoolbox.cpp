@@ -40,9 +40,9 @@ void STQToolBox::activate(const QVariant& value, const QVariant&)
     const auto header = std::find_if(headers.begin(), headers.end(),
         [&text](const QAbstractButton* button) { return button->isVisible() && button->text() == text; });
     if (header == headers.end())
-        proxy::raiseError(notFoundMessage);
+        proxy::raiseNotYet(proxy::missingItem(text), notFoundMessage);
     if (!(*header)->isEnabled())
-        proxy::raiseError(disabledMessage);
+        proxy::raiseNotYet(proxy::disabledItem(text), disabledMessage);
     clickCenter(*header, (*header)->rect());
 }
 

@@ -108,12 +108,12 @@ int STQComboBox::indexOf(const QVariant& value)
     if (type == QMetaType::QString) {
         const int index = itemTexts(*comboBox()).indexOf(value.toString());
         if (index < 0)
-            proxy::raiseError(unknownItemMessage, value.toString());
+            proxy::raiseNotYet(proxy::missingItem(value.toString()), unknownItemMessage, value.toString());
         return index;
     }
     const int index = value.toInt();
     if (index < 0 || index >= comboBox()->count())
-        proxy::raiseError(invalidIndexMessage, index);
+        proxy::raiseNotYet(proxy::missingItem(index), invalidIndexMessage, index);
     return index;
 }
 

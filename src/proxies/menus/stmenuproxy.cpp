@@ -13,6 +13,12 @@ const char disabledMessage[] = "Item is disabled";
 const char alreadyCheckedMessage[] = "Item already checked";
 const char notCheckableMessage[] = "Item is not checkable";
 
+// Why the entry that comes next may be there later. A path that ends at a menu names none.
+QString missingEntry(const QStringList& path)
+{
+    return path.isEmpty() ? QString() : proxy::missingItem(path.first());
+}
+
 } // namespace
 
 QStringList STMenuProxy::checkedPath(const QVariant& value, const QVariant& option)
@@ -47,16 +53,16 @@ void STMenuProxy::walk(const QPointer<QMenu>& menu, QStringList path, const QVar
         proxy::raiseError(proxy::deadWidgetMessage);
     const QPointer<QAction> item(menus::findMenuItem(menu->actions(), path));
     if (!item)
-        proxy::raiseError(invalidItemMessage);
+        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
     if (!item->isEnabled())
-        proxy::raiseError(disabledMessage);
+        proxy::raiseNotYet(proxy::disabledItem(path.first()), disabledMessage);
     highlight(menu, item);
     path.removeFirst();
     if (path.isEmpty())
         return trigger(item, checkState);
     const QPointer<QMenu> submenu(item->menu());
     if (!submenu)
-        proxy::raiseError(invalidItemMessage);
+        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
     // Right, whatever the layout direction.
     keyClick(Qt::Key_Right, Qt::NoModifier);
     try {

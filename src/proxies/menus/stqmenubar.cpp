@@ -48,8 +48,11 @@ void STQMenuBar::activate(const QVariant& value, const QVariant& option)
 {
     QStringList path = checkedPath(value, option);
     const QPointer<QAction> title(menus::findMenuItem(menuBar()->actions(), path));
-    if (!title || !title->isEnabled() || !title->menu())
-        proxy::raiseError(invalidPathMessage);
+    if (!title || !title->isEnabled() || !title->menu()) {
+        const QString item = path.value(0);
+        proxy::raiseNotYet(
+            title && !title->isEnabled() ? proxy::disabledItem(item) : proxy::missingItem(item), invalidPathMessage);
+    }
     const QPointer<QWidget> bar(menuBar());
     const QPointer<QWidget> focus(bar->window()->focusWidget());
     openMenu(title);

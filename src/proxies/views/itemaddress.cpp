@@ -36,15 +36,17 @@ qint64 knownSection(const QAbstractItemModel& model, Qt::Orientation header, con
     bool found = false;
     const qint64 section = sectionOf(model, header, text, count, &found);
     if (!found)
-        proxy::raiseError(unknownMessages[header], text);
+        proxy::raiseNotYet(proxy::missingItem(text), unknownMessages[header], text);
     return section;
 }
 
 // The section, if there is one; it may be the one before the smallest int.
 int inRange(qint64 section, Qt::Orientation header, int count)
 {
-    if (section < 0 || section >= count)
-        proxy::raiseError(outOfRangeMessages[header], static_cast<int>(section + 1), count);
+    if (section < 0 || section >= count) {
+        const int number = static_cast<int>(section + 1);
+        proxy::raiseNotYet(proxy::missingItem(number), outOfRangeMessages[header], number, count);
+    }
     return static_cast<int>(section);
 }
 
@@ -73,7 +75,7 @@ QModelIndex indexAtPath(const QAbstractItemModel& model, const QString& path)
     for (PathSegment step = firstSegment(path);; step = segmentAfter(path, step)) {
         index = childAt(model, step.text, index);
         if (!index.isValid() || ++depth > deepestItem)
-            proxy::raiseError(pathNotFoundMessage);
+            proxy::raiseNotYet(proxy::missingItem(path), pathNotFoundMessage);
         if (step.isLast(path))
             return index;
     }
@@ -91,7 +93,7 @@ bool readHeaderAddress(const QAbstractItemModel& model, const QString& text, Ite
     const int count = sectionCount(model, header, QModelIndex());
     const qint64 section = knownSection(model, header, name, count);
     if (section < 0 || section >= count)
-        proxy::raiseError(unknownMessages[header], name);
+        proxy::raiseNotYet(proxy::missingItem(name), unknownMessages[header], name);
     address.row = header == Qt::Vertical ? static_cast<int>(section) : -1;
     address.column = header == Qt::Vertical ? -1 : static_cast<int>(section);
     return true;

@@ -69,7 +69,7 @@ int STQListView::rowOf(const QVariant& value)
         return findItem(value.toString()).row();
     const int row = value.toInt();
     if (row < 0 || row >= views::rowCountUnderRoot(*listView()))
-        proxy::raiseError(invalidIndexMessage, row);
+        proxy::raiseNotYet(proxy::missingItem(row), invalidIndexMessage, row);
     return row;
 }
 
@@ -142,5 +142,5 @@ QModelIndex STQListView::findItem(const QString& text)
         if (item.isValid() && views::displayText(item) == text && !view->isRowHidden(row))
             return item;
     }
-    proxy::raiseError(unknownItemMessage, text);
+    proxy::raiseNotYet(proxy::missingItem(text), unknownItemMessage, text);
 }

@@ -157,7 +157,7 @@ int STQTable::resolveSection(Qt::Orientation header, const QString& text, Hidden
     bool ok = false;
     const int number = compat::toInt(text, &ok);
     if (!ok)
-        proxy::raiseError(unknownMessages[header], text);
+        proxy::raiseNotYet(proxy::missingItem(text), unknownMessages[header], text);
     requireInRange(number, header, outOfRangeMessages[header]);
     return number - 1;
 }
@@ -178,7 +178,7 @@ void STQTable::requireInRange(int number, Qt::Orientation header, const char* er
 {
     const int count = views::sectionCountUnderRoot(*tableView(), header);
     if (number < 1 || number > count)
-        proxy::raiseError(errorMessage, number, count);
+        proxy::raiseNotYet(proxy::missingItem(number), errorMessage, number, count);
 }
 
 bool STQTable::isHidden(Qt::Orientation header, int section)
@@ -190,7 +190,7 @@ bool STQTable::isHidden(Qt::Orientation header, int section)
 void STQTable::requireShown(Qt::Orientation header, int section)
 {
     if (isHidden(header, section))
-        proxy::raiseError(hiddenMessages[header], section + 1);
+        proxy::raiseNotYet(proxy::hiddenItem(QString::number(section + 1)), hiddenMessages[header], section + 1);
 }
 
 QStringList STQTable::pseudoPropertyNames()

@@ -204,7 +204,7 @@ QModelIndex STQTreeView::visibleItem(const QString& path)
 {
     const QModelIndex item = views::findItem(*treeView(), path);
     if (!item.isValid())
-        proxy::raiseError(invalidPathMessage);
+        proxy::raiseNotYet(proxy::missingItem(path), invalidPathMessage);
     requireVisible(item);
     return item;
 }
@@ -212,6 +212,8 @@ QModelIndex STQTreeView::visibleItem(const QString& path)
 void STQTreeView::requireVisible(const QModelIndex& item)
 {
     const QTreeView* view = treeView();
-    if (view->isRowHidden(item.row(), item.parent()) || view->isColumnHidden(item.column()))
-        proxy::raiseError(hiddenMessage, views::itemPathOf(*view, item));
+    if (view->isRowHidden(item.row(), item.parent()) || view->isColumnHidden(item.column())) {
+        const QString path = views::itemPathOf(*view, item);
+        proxy::raiseNotYet(proxy::hiddenItem(path), hiddenMessage, path);
+    }
 }

@@ -70,8 +70,10 @@ void STQTreeView::requireReachable(const QModelIndex& target)
     // The application may have given the view another model meanwhile.
     if (!target.isValid() || target.model() != treeView()->model())
         proxy::raiseError(noItemMessage);
-    if (!(target.flags() & Qt::ItemIsEnabled))
-        proxy::raiseError(notEnabledMessage, views::itemPathOf(*treeView(), target));
+    if (!(target.flags() & Qt::ItemIsEnabled)) {
+        const QString path = views::itemPathOf(*treeView(), target);
+        proxy::raiseNotYet(proxy::disabledItem(path), notEnabledMessage, path);
+    }
     if (!(target.flags() & Qt::ItemIsSelectable))
         proxy::raiseError(notSelectableItemMessage, views::itemPathOf(*treeView(), target));
 }

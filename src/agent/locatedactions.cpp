@@ -1,0 +1,153 @@
+#include "agent/locatedactions.h"
+
+#include "agent/locatedwidget.h"
+#include "agent/querycommands.h"
+#include "agent/readiness.h"
+#include "agent/request.h"
+#include "agent/wirevalue.h"
+#include "compat/variant.h"
+#include "proxy/mousecommand.h"
+#include "proxy/stapplicationproxy.h"
+#include "proxy/sterror.h"
+#include "proxy/textparts.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QVariant>
+#include <QWidget>
+
+namespace agent {
+
+namespace {
+
+QVariant typedValue(const Request& request, int section)
+{
+    return valueFromText(request.utf8Text(section));
+}
+
+// Whether the action is to be done without a look at whether a user could.
+bool isForced(const Request& request, int section)
+{
+    const QString word = request.utf8Text(section);
+    if (!word.isEmpty() && word != QLatin1String("force"))
+        proxy::raiseError("Section %d is neither \"force\" nor empty", section);
+    return !word.isEmpty();
+}
+
+using MousePlace = STWidgetProxy::MousePlace;
+
+MousePlace activationPlace(STWidgetProxy& proxy, const QVariant&)
+{
+    return proxy.activationPlace();
+}
+
+// Where a mouse command goes, as far as its words tell; those that are wrong are the command's to refuse.
+MousePlace mousePlace(STWidgetProxy& proxy, const QVariant& command)
+{
+    const int sectionCount = 5;
+    const QStringList words = proxy::firstParts(command.toString(), QLatin1Char(':'), sectionCount);
+    QWidget* widget = proxy.checkedWidget(nullptr);
+    try {
+        return {widget, proxy::pointAtShares(widget->rect(), words.value(2), words.value(3))};
+    } catch (const STError&) {
+        return {widget, widget->rect().center()};
+    }
+}
+
+QWidget* required(const QPointer<QWidget>& widget)
+{
+    if (!widget)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    return widget;
+}
+
+QByteArray notYet(const QString& reason)
+{
+    return "9," + reason.toLatin1();
+}
+
+// Resolves the widget, looks whether a user could use it, has `act` run on it and replies with the class that serves it.
+template <class Act>
+QByteArray actOnLocated(const Access& window, const Request& request, int forceSection, STApplicationProxy& registry,
+    MousePlace (*placeOf)(STWidgetProxy&, const QVariant&), Act act)
+{
+    const Access access = locatedWidget(window, request);
+    if (!access.widget)
+        return access.refusal;
+    const QPointer<QWidget> widget(access.widget);
+    const QString className = request.utf8Text(3);
+    const QByteArray served
+        = registry.property(widget, className, QLatin1String("silkClassName"), QVariant()).toString().toLatin1();
+    const QVariant value = typedValue(request, 4);
+    if (isForced(request, forceSection)) {
+        act(widget, className, value);
+        return "0," + served;
+    }
+    STWidgetProxy* proxy = registry.proxyFor(widget, className);
+    const QString obstacle = whyNotReady(*proxy, placeOf(*proxy, value));
+    if (!obstacle.isEmpty())
+        return notYet(obstacle);
+    try {
+        act(required(widget), className, value);
+    } catch (const STError& error) {
+        if (error.notYet.isEmpty())
+            throw;
+        return notYet(error.notYet);
+    }
+    return "0," + served;
+}
+
+Access windowForAction(const Request& request)
+{
+    return reachableWindow(windowName(request), QApplication::activeWindow());
+}
+
+} // namespace
+
+QByteArray locateLocated(const Request& request, STApplicationProxy&)
+{
+    const Access access = locatedWidget(anyWindow(windowName(request)), request);
+    return access.widget ? putCursorOnto(access.widget) : access.refusal;
+}
+
+QByteArray activateLocated(const Request& request, STApplicationProxy& registry)
+{
+    const QVariant option = typedValue(request, 5);
+    const int forceSection = 6;
+    return actOnLocated(windowForAction(request), request, forceSection, registry, activationPlace,
+        [&](QWidget* widget, const QString& className, const QVariant& value) {
+            registry.activate(widget, className, value, option);
+        });
+}
+
+QByteArray enterLocated(const Request& request, STApplicationProxy& registry)
+{
+    const int forceSection = 5;
+    return actOnLocated(windowForAction(request), request, forceSection, registry, activationPlace,
+        [&](QWidget* widget, const QString& className, const QVariant& value) {
+            registry.enter(widget, className, value);
+        });
+}
+
+QByteArray mouseLocated(const Request& request, STApplicationProxy& registry)
+{
+    // As for the command: a mouse reaches any window while a popup is open.
+    const Access window = QApplication::activePopupWidget() ? anyWindow(windowName(request))
+                                                            : reachableWindow(windowName(request), nullptr);
+    const int forceSection = 5;
+    return actOnLocated(window, request, forceSection, registry, mousePlace,
+        [&](QWidget* widget, const QString& className, const QVariant& value) {
+            registry.mouseAction(widget, className, value);
+        });
+}
+
+QByteArray readLocated(const Request& request, STApplicationProxy& registry)
+{
+    const Access access = locatedWidget(anyWindow(windowName(request)), request);
+    if (!access.widget)
+        return access.refusal;
+    const QVariant argument = stringFromText(request.utf8Text(5));
+    return replyForValue(registry.property(access.widget, request.utf8Text(3), request.utf8Text(4), argument));
+}
+
+} // namespace agent

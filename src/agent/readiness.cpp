@@ -1,0 +1,144 @@
+#include "agent/readiness.h"
+
+#include "compat/reachable.h"
+#include "compat/stacking.h"
+#include "compat/waiting.h"
+#include "proxy/sterror.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QScrollArea>
+
+namespace agent {
+
+namespace {
+
+QWidget* living(const QPointer<QWidget>& widget)
+{
+    if (!widget)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    return widget;
+}
+
+// Class and object name, as far as there is one.
+QString described(const QWidget* widget)
+{
+    return (QLatin1String(widget->metaObject()->className()) + QLatin1Char(' ') + widget->objectName()).trimmed();
+}
+
+QString coveredBy(const QWidget* other)
+{
+    return QLatin1String("covered by ") + described(other);
+}
+
+QRect placeInWindow(const QWidget* widget)
+{
+    return QRect(widget->mapTo(widget->window(), QPoint(0, 0)), widget->size());
+}
+
+bool isMoving(const QPointer<QWidget>& widget)
+{
+    const QRect place = placeInWindow(widget);
+    const QRect windowPlace = widget->window()->geometry();
+    compat::processEvents();
+    living(widget);
+    return placeInWindow(widget) != place || widget->window()->geometry() != windowPlace;
+}
+
+// The outermost of the widgets around a point of this one that it is beyond; null where it is in sight.
+const QWidget* clippingWidget(const QWidget* widget, QPoint point)
+{
+    const QWidget* clipping = nullptr;
+    for (const QWidget* around = widget;; around = around->parentWidget()) {
+        if (!around->rect().contains(point) && around != widget)
+            clipping = around;
+        if (around->isWindow())
+            return clipping;
+        point = around->mapToParent(point);
+    }
+}
+
+QScrollArea* areaAround(const QWidget* viewport)
+{
+    auto* area = qobject_cast<QScrollArea*>(viewport->parentWidget());
+    return area && area->viewport() == viewport ? area : nullptr;
+}
+
+// From the innermost area to the outermost.
+void scrollTo(const QPointer<QWidget>& widget, const QPoint& point)
+{
+    QPointer<QWidget> around(widget);
+    while (around && !around->isWindow()) {
+        QScrollArea* area = areaAround(around);
+        if (area && area->widget() && !around->rect().contains(living(widget)->mapTo(around, point))) {
+            area->ensureWidgetVisible(widget, 0, 0);
+            const QPoint inside = widget ? widget->mapTo(area->widget(), point) : QPoint();
+            if (widget)
+                area->ensureVisible(inside.x(), inside.y(), 0, 0);
+        }
+        around = around ? around->parentWidget() : nullptr;
+    }
+    living(widget);
+}
+
+// What the mouse reaches in the widget's window at a point of the widget, if that is neither the widget nor inside it.
+QString whatCovers(const QWidget* widget, const QPoint& point)
+{
+    const QWidget* window = widget->window();
+    const QWidget* under = window->childAt(widget->mapTo(const_cast<QWidget*>(window), point));
+    if (!under)
+        under = window;
+    if (under == widget || widget->isAncestorOf(under))
+        return QString();
+    return under->isAncestorOf(widget) ? QLatin1String("not reached by the mouse") : coveredBy(under);
+}
+
+bool belongsTo(const QWidget* widget, const QWidget* owner)
+{
+    while (widget && widget != owner)
+        widget = widget->parentWidget();
+    return widget != nullptr;
+}
+
+// The same for the windows of the application: a popup gets all input, and there may be a window above this one.
+QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
+{
+    const QWidget* popup = QApplication::activePopupWidget();
+    if (popup && popup != widget->window())
+        return belongsTo(popup, widget) ? QString() : coveredBy(popup);
+    if (widget->window()->graphicsProxyWidget())
+        return QString(); // the windowing system knows the view only
+    const QPoint position = widget->mapToGlobal(point);
+    compat::waitUntilInFront(widget, position);
+    living(widget);
+    const QWidget* under = compat::widgetAt(position);
+    if (!under)
+        return QLatin1String("hidden by another window");
+    return under->window() == widget->window() ? whatCovers(widget, point) : coveredBy(under);
+}
+
+} // namespace
+
+QString whyNotReady(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place)
+{
+    const QWidget* target = proxy.checkedWidget(nullptr);
+    if (!target->isVisible())
+        return QLatin1String("hidden");
+    if (!target->isEnabled())
+        return QLatin1String("disabled");
+    const QPointer<QWidget> widget(place.widget);
+    if (isMoving(widget))
+        return QLatin1String("moving");
+    scrollTo(widget, place.point);
+    if (const QWidget* clipping = clippingWidget(widget, place.point))
+        return clipping->isWindow() ? QLatin1String("outside its window")
+                                    : QLatin1String("outside ") + described(clipping);
+    const QString covers = whatCovers(widget, place.point);
+    if (!covers.isEmpty())
+        return covers;
+    proxy.prepareWidget();
+    living(widget);
+    return whichWindowCovers(widget, place.point);
+}
+
+} // namespace agent

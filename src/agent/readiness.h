@@ -1,0 +1,15 @@
+#pragma once
+
+#include "proxy/stwidgetproxy.h"
+
+#include <QtCore/QString>
+
+namespace agent {
+
+// Why a user could not use the widget with the mouse at that place, which is in it or in what stands for it; empty when
+// they could. In this order: it is visible, enabled, at rest from one turn of the event loop to the next, in sight, and
+// the mouse reaches it or what is inside it. Scroll areas around it are scrolled to the point, and then its window is
+// prepared as for a command. Raises an error when that is the end of the widget.
+QString whyNotReady(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place);
+
+} // namespace agent

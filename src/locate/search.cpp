@@ -1,0 +1,205 @@
+#include "locate/search.h"
+
+#include "locate/nearest.h"
+#include "locate/steptest.h"
+
+#include <QtCore/QSet>
+
+#include <algorithm>
+
+namespace locate {
+
+namespace {
+
+using Widgets = std::vector<QWidget*>;
+
+// Takes widgets in the order of a walk, parents before children; its result is whether to go on below the widget.
+class WidgetVisitor
+{
+public:
+    virtual ~WidgetVisitor() = default;
+    virtual bool visit(QWidget* widget) = 0;
+};
+
+void walkBelow(const QWidget* parent, WidgetVisitor& visitor)
+{
+    for (QObject* child : parent->children()) {
+        if (!child->isWidgetType())
+            continue;
+        auto* widget = static_cast<QWidget*>(child);
+        if (!widget->isWindow() && visitor.visit(widget) && !widget->children().isEmpty())
+            walkBelow(widget, visitor);
+    }
+}
+
+// Walks below each of the widgets once: those that are within others are met on the way below these.
+class ScopeWalk : public WidgetVisitor
+{
+public:
+    ScopeWalk(const Widgets& widgets, WidgetVisitor& everyWidget)
+        : inner(everyWidget)
+    {
+        if (widgets.size() == 1) {
+            walkBelow(widgets.front(), inner);
+            return;
+        }
+        for (QWidget* widget : widgets)
+            unvisited.insert(widget);
+        for (QWidget* widget : widgets) {
+            if (unvisited.remove(widget))
+                walkBelow(widget, *this);
+        }
+    }
+
+    bool visit(QWidget* widget) override
+    {
+        unvisited.remove(widget);
+        return inner.visit(widget);
+    }
+
+private:
+    WidgetVisitor& inner;
+    QSet<const QWidget*> unvisited;
+};
+
+class Matches : public WidgetVisitor
+{
+public:
+    Matches(StepTest& stepTest, Visibility wantedVisibility)
+        : test(stepTest)
+        , visibility(wantedVisibility)
+    {
+    }
+
+    bool visit(QWidget* widget) override
+    {
+        const bool isVisible = widget->isVisible();
+        if (visibility == Visibility::Visible && !isVisible)
+            return false; // nothing below it is visible
+        if ((visibility != Visibility::Hidden || !isVisible) && test.fits(widget))
+            widgets.push_back(widget);
+        return true;
+    }
+
+    Widgets widgets;
+
+private:
+    StepTest& test;
+    const Visibility visibility;
+};
+
+class VisibleWidgets : public WidgetVisitor
+{
+public:
+    bool visit(QWidget* widget) override
+    {
+        if (widget->isVisible())
+            widgets.push_back(widget);
+        return widget->isVisible();
+    }
+
+    Widgets widgets;
+};
+
+Widgets living(const std::vector<QPointer<QWidget>>& widgets)
+{
+    Widgets result;
+    std::copy_if(widgets.begin(), widgets.end(), std::back_inserter(result),
+        [](const QPointer<QWidget>& widget) { return !widget.isNull(); });
+    return result;
+}
+
+// Reading a property can run the application's code, and be the end of any of them.
+Widgets withProperties(StepTest& test, const Widgets& widgets)
+{
+    std::vector<QPointer<QWidget>> guarded(widgets.begin(), widgets.end());
+    for (QPointer<QWidget>& widget : guarded) {
+        if (widget && !test.propertiesFit(widget))
+            widget = nullptr;
+    }
+    return living(guarded);
+}
+
+Widgets atPosition(const Step& step, const Widgets& widgets)
+{
+    if (step.position == Position::All || widgets.empty())
+        return widgets;
+    const int last = static_cast<int>(widgets.size()) - 1;
+    const int index = step.position == Position::First ? 0 : step.position == Position::Last ? last : step.nth;
+    return index <= last ? Widgets{widgets[static_cast<std::size_t>(index)]} : Widgets();
+}
+
+// What the steps found one after the other, until one found nothing.
+struct StepResults
+{
+    Widgets found;
+    std::vector<QPointer<QWidget>> scope; // of the last step
+    std::size_t lastStep = 0;
+    bool isTooFar = false; // the last step found widgets, but none at its position
+};
+
+// Those at all positions.
+Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const Widgets& scope, bool withScope)
+{
+    StepTest test(step, window);
+    Matches matches(test, visibility);
+    if (!withScope || matches.visit(scope.front()))
+        ScopeWalk(scope, matches);
+    return test.hasProperties() ? withProperties(test, matches.widgets) : matches.widgets;
+}
+
+StepResults findSteps(const QPointer<QWidget>& window, const Locator& locator, bool hiddenToo)
+{
+    StepResults results;
+    results.found = {window};
+    for (std::size_t i = 0; i < locator.steps.size() && !results.found.empty() && window; ++i) {
+        const Step& step = locator.steps[i];
+        const Widgets scope = results.found;
+        results.scope.assign(scope.begin(), scope.end());
+        results.lastStep = i;
+        const Widgets all = findStep(step, hiddenToo ? Visibility::Any : step.visibility, window, scope, i == 0);
+        results.found = atPosition(step, all);
+        results.isTooFar = results.found.empty() && !all.empty();
+    }
+    return results;
+}
+
+Widgets visibleWidgets(const Widgets& scope, bool withScope)
+{
+    VisibleWidgets visible;
+    if (!withScope || visible.visit(scope.front()))
+        ScopeWalk(scope, visible);
+    return visible.widgets;
+}
+
+SearchResult resultOf(Outcome outcome, const Widgets& widgets)
+{
+    SearchResult result;
+    result.outcome = outcome;
+    result.count = static_cast<int>(widgets.size());
+    const std::size_t most = qMin(widgets.size(), std::size_t(SearchResult::mostWidgets));
+    result.widgets.assign(widgets.begin(), widgets.begin() + static_cast<std::ptrdiff_t>(most));
+    return result;
+}
+
+} // namespace
+
+SearchResult search(QWidget* searchedWindow, const Locator& locator)
+{
+    const QPointer<QWidget> window(searchedWindow);
+    const StepResults results = findSteps(window, locator, false);
+    if (!results.found.empty())
+        return resultOf(results.found.size() == 1 ? Outcome::One : Outcome::Several, results.found);
+    const bool mayBeHidden = std::any_of(locator.steps.begin(), locator.steps.end(),
+        [](const Step& step) { return step.visibility == Visibility::Visible; });
+    const Widgets hidden = mayBeHidden && !results.isTooFar ? findSteps(window, locator, true).found : Widgets();
+    if (!hidden.empty())
+        return resultOf(Outcome::Hidden, hidden);
+    const Widgets scope = living(results.scope);
+    if (scope.empty() || !window)
+        return SearchResult();
+    const Widgets candidates = visibleWidgets(scope, results.lastStep == 0);
+    return resultOf(Outcome::None, nearestWidgets(locator.steps[results.lastStep], window, candidates));
+}
+
+} // namespace locate

@@ -1,0 +1,191 @@
+#include "locate/steptest.h"
+
+#include "compat/variant.h"
+#include "identify/namesearch.h"
+#include "identify/widgetpath.h"
+#include "locate/references.h"
+
+#include <QVariant>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace locate {
+
+namespace {
+
+struct ReaderRow
+{
+    Key key;
+    TextReader read;
+};
+
+const ReaderRow readerRows[] = {
+    {Key::Placeholder, readPlaceholder},
+    {Key::ToolTip, readToolTip},
+    {Key::Action, readAction},
+    {Key::Accessible, readAccessibleName},
+    {Key::Title, readTitle},
+};
+
+TextReader readerFor(Key key)
+{
+    const auto* row = std::find_if(
+        std::begin(readerRows), std::end(readerRows), [key](const ReaderRow& r) { return r.key == key; });
+    return row == std::end(readerRows) ? nullptr : row->read;
+}
+
+// The widgets of a window at a path of the commands.
+class WidgetsAtPath : public identify::NameSearch
+{
+public:
+    WidgetsAtPath(QWidget* window, const identify::WidgetPath& searchedPath)
+        : NameSearch(identify::searchName(searchedPath.lastElement()))
+        , path(searchedPath)
+    {
+        search(window);
+    }
+
+    QSet<const QWidget*> widgets;
+
+protected:
+    void found(QWidget* widget, Kind) override
+    {
+        if (pathFitsFound(path))
+            widgets.insert(widget);
+    }
+
+private:
+    const identify::WidgetPath& path;
+};
+
+QString textOf(const QVariant& value)
+{
+    if (compat::typeOf(value) == QMetaType::Bool)
+        return QLatin1String(value.toBool() ? "true" : "false");
+    return compat::textOf(value);
+}
+
+} // namespace
+
+struct StepTest::Prepared
+{
+    Key key;
+    TextTest test;
+    QByteArray property;
+    QSet<const QWidget*> atPath;
+    const QWidget* referred = nullptr;
+};
+
+StepTest::StepTest(const Step& step, QWidget* window)
+    : className(step.className)
+{
+    for (const Condition& condition : step.conditions)
+        (condition.key == Key::Property ? properties : conditions).push_back(prepare(condition, window));
+}
+
+StepTest::~StepTest() = default;
+
+StepTest::Prepared StepTest::prepare(const Condition& condition, QWidget* window)
+{
+    Prepared prepared{condition.key, TextTest(condition), condition.property, {}, nullptr};
+    if (condition.key == Key::Path)
+        prepared.atPath = WidgetsAtPath(window, identify::WidgetPath(condition.value)).widgets;
+    else if (condition.key == Key::Reference)
+        prepared.referred = References::all().widgetOf(condition.value.toLongLong());
+    else if (condition.key == Key::Label && !labels)
+        labels.reset(new Labels(window, kinds));
+    return prepared;
+}
+
+bool StepTest::fits(QWidget* widget)
+{
+    if (!isOfClass(widget))
+        return false;
+    for (Prepared& condition : conditions) {
+        if (!meets(widget, condition))
+            return false;
+    }
+    return properties.empty() || canHaveProperties(widget);
+}
+
+bool StepTest::meets(QWidget* widget, Prepared& condition)
+{
+    switch (condition.key) {
+    case Key::Name:
+        return condition.test.fits(widget->objectName());
+    case Key::Path:
+        return condition.atPath.contains(widget);
+    case Key::Reference:
+        return widget == condition.referred;
+    default:
+        return readTexts(condition.key, widget, condition.test);
+    }
+}
+
+bool StepTest::readTexts(Key key, const QWidget* widget, TextVisitor& visitor) const
+{
+    if (key == Key::Name)
+        return visitor.visit(widget->objectName(), Markup::None);
+    const QWidget* source = key == Key::Label ? labels->widgetThatLabels(widget) : widget;
+    const TextReader read = !source             ? nullptr
+        : key == Key::Text || key == Key::Label ? kinds.of(source).readTexts
+                                                : readerFor(key);
+    return read && read(source, visitor);
+}
+
+bool StepTest::propertiesFit(QWidget* widget)
+{
+    const QPointer<QWidget> guarded(widget);
+    for (Prepared& condition : properties) {
+        const QVariant value = guarded ? compat::readProperty(guarded, condition.property.constData()) : QVariant();
+        if (!value.isValid() || !condition.test.fits(textOf(value)))
+            return false;
+    }
+    return guarded;
+}
+
+// Told without running the application's code.
+bool StepTest::canHaveProperties(const QWidget* widget) const
+{
+    const QMetaObject* metaObject = widget->metaObject();
+    return std::all_of(properties.begin(), properties.end(), [&](const Prepared& condition) {
+        return metaObject->indexOfProperty(condition.property.constData()) >= 0
+            || widget->dynamicPropertyNames().contains(condition.property);
+    });
+}
+
+int StepTest::conditionCount() const
+{
+    return static_cast<int>(conditions.size() + properties.size()) + (className.isEmpty() ? 0 : 1);
+}
+
+int StepTest::unmetCount(QWidget* widget)
+{
+    const auto unmet = std::count_if(
+        conditions.begin(), conditions.end(), [&](Prepared& condition) { return !meets(widget, condition); });
+    return static_cast<int>(unmet) + (isOfClass(widget) ? 0 : 1);
+}
+
+bool StepTest::isOfClass(const QWidget* widget)
+{
+    if (className.isEmpty())
+        return true;
+    const QMetaObject* metaObject = widget->metaObject();
+    if (metaObject == lastClass)
+        return lastClassFits;
+    const auto known = classFits.constFind(metaObject);
+    if (known == classFits.constEnd()) {
+        const QMetaObject* meta = metaObject;
+        while (meta && className != meta->className())
+            meta = meta->superClass();
+        classFits.insert(metaObject, meta != nullptr);
+        lastClassFits = meta;
+    } else {
+        lastClassFits = *known;
+    }
+    lastClass = metaObject;
+    return lastClassFits;
+}
+
+} // namespace locate

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "locate/kinds.h"
+#include "locate/labels.h"
+#include "locate/locator.h"
+#include "locate/texttest.h"
+
+#include <QtCore/QSet>
+
+#include <memory>
+#include <vector>
+
+namespace locate {
+
+// Whether widgets of one window fulfil the conditions of one step of a locator. For one walk: what it knows of the window
+// is that of its beginning.
+class StepTest
+{
+public:
+    // Raises a LocatorError for a pattern that is none.
+    StepTest(const Step& step, QWidget* window);
+    ~StepTest();
+    Q_DISABLE_COPY(StepTest)
+
+    // Whether the widget can fulfil the step: it does so unless properties are asked for. Runs no code of the application.
+    bool fits(QWidget* widget);
+    // Whether the properties have the values that are asked for. Runs code of the application.
+    bool hasProperties() const { return !properties.empty(); }
+    bool propertiesFit(QWidget* widget);
+
+    // How many of the conditions there are, the class included, and how many of them, but for the properties, the widget
+    // does not fulfil.
+    int conditionCount() const;
+    int unmetCount(QWidget* widget);
+
+    // The texts of a widget that a condition with that key is about.
+    bool readTexts(Key key, const QWidget* widget, TextVisitor& visitor) const;
+
+private:
+    struct Prepared;
+
+    bool isOfClass(const QWidget* widget);
+    bool canHaveProperties(const QWidget* widget) const;
+    bool meets(QWidget* widget, Prepared& condition);
+    Prepared prepare(const Condition& condition, QWidget* window);
+
+    const QByteArray className;
+    std::vector<Prepared> conditions;
+    std::vector<Prepared> properties;
+    WidgetKinds kinds;
+    std::unique_ptr<Labels> labels; // where a condition is about them
+    QHash<const QMetaObject*, bool> classFits;
+    const QMetaObject* lastClass = nullptr; // most widgets are of the class of the one before
+    bool lastClassFits = false;
+};
+
+} // namespace locate

@@ -1,0 +1,44 @@
+#include "locate/texttest.h"
+
+namespace locate {
+
+TextTest::TextTest(const Condition& condition)
+    : comparison(condition.comparison)
+    , value(condition.value)
+{
+    if (comparison != Operator::Matches) {
+        asShown = shownText(value, Markup::None);
+        asWritten = shownText(value, Markup::Mnemonics);
+        if (asWritten.isEmpty())
+            asWritten = asShown; // nothing of a shortcut is looked for
+        return;
+    }
+    pattern = std::make_shared<const compat::Pattern>(value);
+    const QString error = pattern->error();
+    if (!error.isEmpty())
+        throw LocatorError{QLatin1String("no pattern, ") + error, condition.at};
+}
+
+bool TextTest::visit(const QString& text, Markup markup)
+{
+    if (comparison == Operator::Equals)
+        return isShownText(text, markup, asShown) || (asWritten != asShown && isShownText(text, markup, asWritten));
+    const QString shown = shownText(text, markup);
+    return comparison == Operator::Matches ? pattern->isIn(shown)
+                                           : shown.contains(asShown) || shown.contains(asWritten);
+}
+
+bool TextTest::fits(const QString& text) const
+{
+    switch (comparison) {
+    case Operator::Equals:
+        return text == value;
+    case Operator::Contains:
+        return text.contains(value);
+    case Operator::Matches:
+        return pattern->isIn(text);
+    }
+    return false;
+}
+
+} // namespace locate
