@@ -4,7 +4,7 @@ import shutil
 
 import pytest
 
-from qtdriver import CommandError, Driver, WidgetNotFoundError, eventually
+from qtdriver import CommandError, Driver, WidgetNotFoundError, WindowNotFoundError, eventually
 
 from preloaded import SANITIZER
 from showcase import AGENTS, QT
@@ -46,6 +46,12 @@ tools.setText("Tools")
 tools.setPopupMode(QToolButton.InstantPopup)
 tools.setMenu(QMenu(tools))
 tools.menu().addAction("Hammer").triggered.connect(lambda: label.setText("hammered"))
+slow = QToolButton()
+slow.setObjectName("slow")
+slow.setText("Slow")
+slow.setMenu(QMenu(slow))
+slow.clicked.connect(lambda: label.setText("clicked"))
+slow.menu().addAction("Saw").triggered.connect(lambda: label.setText("sawn"))
 items, tree = QListWidget(), QTreeWidget()
 items.setObjectName("list")
 tree.setObjectName("tree")
@@ -60,7 +66,7 @@ inner[0].setHidden(True)
 tree.setColumnCount(2)
 tree.itemClicked.connect(lambda item, column: label.setText("clicked " + item.text(0)))
 tree.itemDoubleClicked.connect(lambda item, column: label.setText("double clicked " + item.text(0)))
-for widget in (button, box, label, tools, items, tree):
+for widget in (button, box, label, tools, slow, items, tree):
     layout.addWidget(widget)
 
 own = OwnBar()
@@ -118,6 +124,25 @@ def test_the_menu_of_a_tool_button_that_is_nothing_else_is_opened(app):
     eventually(window.widget("label")).has(text="hammered")
 
 
+def test_the_menu_of_a_tool_button_with_a_click_of_its_own_is_opened_by_a_long_press(app):
+    window = app.window("Own")
+    window.button("Slow").menu("Saw").click()
+    eventually(window.widget("label")).has(text="sawn")
+    assert window.button("Slow").menu("").items() == ("Saw",)
+    window.button("Slow").click()
+    eventually(window.widget("label")).has(text="clicked")
+
+
+def test_a_click_that_opens_no_menu_is_said_to(app):
+    box = app.window("Own").widget("box")
+    with pytest.raises(WindowNotFoundError) as caught:
+        box.context_menu("Copy").click(timeout=0.2)
+    assert 'the click for window("Own").widget("box").context_menu("Copy") has opened no menu' in str(
+        caught.value
+    )
+    assert "these windows exist" in str(caught.value)
+
+
 def test_items_among_hidden_ones_are_clicked(app):
     window = app.window("Own")
     items, tree, label = (window.widget(name) for name in ("list", "tree", "label"))
@@ -152,7 +177,7 @@ def test_the_wizard_of_keepassxc_is_gone_through_by_its_texts(driver, tmp_path):
         assert 'did you mean "Continue"?' in str(caught.value) and '"Go Back"' in str(caught.value)
         wizard.widget("databaseName").enter("Secrets")
         wizard.button("Continue").click()
-        eventually(wizard.widget("databaseName")).is_hidden()
+        eventually(wizard.widget("decryptionTimeSlider")).is_visible()
         wizard.button("Go Back").click()
         eventually(wizard.widget("databaseName")).has(text="Secrets")
         wizard.button("Cancel").click()

@@ -5,7 +5,7 @@ from __future__ import annotations
 from contextlib import suppress
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
-from ..errors import CommandError, ProtocolError, ReplyError
+from ..errors import CommandError, ProtocolError, ReplyError, WindowNotFoundError
 from ..lookup.item_names import with_item_suggestions
 from ..lookup.windows import POPUP
 from ..protocol.locators import Address
@@ -166,4 +166,10 @@ class Menu:
             return call(self._bar if self._bar is not None else window.menu_bar_path(opens=opens))
 
         title = f'menu("{self.path}").{action}'
-        return window.perform(title, find_and_call, reads=reads, path=self._bar or "", timeout=timeout)
+        try:
+            return window.perform(title, find_and_call, reads=reads, path=self._bar or "", timeout=timeout)
+        except WindowNotFoundError as error:
+            if self._opener is None:
+                raise
+            words = f"the click for {self} has opened no menu\n{error.explanation}"
+            raise WindowNotFoundError(error.code, error.message, words) from None

@@ -4,6 +4,8 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Callable, Optional
 
+from ..errors import CommandError
+from ..protocol.wire import Value
 from .addresses import Section, cell
 from .item import WidgetItem
 from .menu import Menu
@@ -14,6 +16,10 @@ if TYPE_CHECKING:
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
+_DELAYED_POPUP = (
+    0  # of QToolButton::ToolButtonPopupMode: a click is the button's own, a long press opens the menu
+)
+
 
 class Verbs:
     """The words of a widget that are made of others."""
@@ -22,6 +28,8 @@ class Verbs:
     select: Callable[..., None]
     check: Callable[..., None]
     click: Callable[..., None]
+    mouse: Callable[..., None]
+    read: Callable[..., Value]
 
     def choose(self, item: "str | int", *, timeout: Optional[float] = None) -> None:
         """As select()."""
@@ -58,7 +66,22 @@ class Verbs:
 
     def menu(self, path: str) -> Menu:
         """An entry of the menu that a click on this button opens."""
-        return Menu.of_popup(self.window.app, path, f"{self}.menu", self.click)
+        return Menu.of_popup(self.window.app, path, f"{self}.menu", self._open_menu)
+
+    def _open_menu(self, *, timeout: Optional[float] = None) -> None:
+        """Clicks; but on a tool button whose click does something else, holds the mouse down until the menu is there."""
+        try:
+            is_held = self.read("popupMode", timeout=timeout) == _DELAYED_POPUP
+        except CommandError:
+            is_held = False  # no tool button
+        if not is_held:
+            self.click(timeout=timeout)
+            return
+        self.mouse("MousePress", timeout=timeout)
+        try:
+            self.window.app.popup().title(timeout=timeout)
+        finally:
+            self.mouse("MouseRelease", timeout=timeout)
 
     def context_menu(self, path: str) -> Menu:
         """An entry of the menu that a right click on this widget opens."""
