@@ -4,7 +4,7 @@ import time
 
 import pytest
 
-from qtdriver import AmbiguousError, CommandError, WidgetNotFoundError, eventually
+from qtdriver import AmbiguousError, CommandError, OldAgentError, WidgetNotFoundError, eventually
 from showcase import running
 
 
@@ -71,14 +71,12 @@ def test_a_tab_is_found_by_its_text_in_whatever_tab_bar_has_it(window):
     eventually(window.widget("weekBar")).is_visible()
 
 
-def test_several_of_a_text_are_told_with_their_paths(window):
+def test_several_of_a_text_are_told(window):
     window.tab("Containers").click()
     eventually(window.widget("firstRoaster")).is_visible()
-    with pytest.raises(AmbiguousError, match='button "Start" visible,2') as caught:
+    with pytest.raises(AmbiguousError, match="visible,2") as caught:
         window.button("Start").click(timeout=0)
-    assert "firstRoaster/startButton" in str(caught.value) and "secondRoaster/startButton" in str(
-        caught.value
-    )
+    assert str(caught.value).count("startButton") >= 2
 
 
 def test_what_is_not_there_yet_is_waited_for(window):
@@ -94,6 +92,25 @@ def test_what_is_not_there_yet_is_waited_for(window):
     window.button("Name a blend...").click()
     window.app.modal("Name a blend").button("Cancel").click()
     eventually(window.app.modal()).is_closed()
+
+
+def test_a_field_is_found_by_its_label(window):
+    if not window.app.connection.knows_locators:
+        pytest.skip("the agent knows no locators")
+    window.tab("Entry fields").click()
+    window.field("Name:").enter("Ada")
+    eventually(window.widget("customerEdit")).has(text="Ada")
+    assert window.field("Name on the cup").text() == "Ada"
+    window.field("Voucher:").enter("A-12")
+    eventually(window.field("Voucher:")).has(text="A-12")
+    with pytest.raises(WidgetNotFoundError, match='no field in sight has the label "Nickname:"'):
+        window.field("Nickname:").text(timeout=0)
+
+
+def test_a_field_needs_an_agent_with_extensions(window, monkeypatch):
+    monkeypatch.setattr(window.app.connection, "_extensions", frozenset())
+    with pytest.raises(OldAgentError):
+        window.field("Name:").text()
 
 
 def test_a_button_and_a_tab_can_be_waited_for_as_conditions(window):

@@ -105,7 +105,17 @@ def test_a_menu_bar_without_a_name_is_found_by_the_name_of_its_window(app):
     eventually(app.window("Named")).has_title("Named: &Save")
 
 
-def test_a_menu_bar_that_no_path_tells_apart_is_said_to_be_there(app):
+def test_a_menu_bar_without_any_name_around_it_is_found_by_its_class(app):
+    if not app.connection.knows_locators:
+        pytest.skip("the agent knows no locators")
+    app.window("Nameless").menu("File/Save").click()
+    eventually(app.window("Nameless")).has_title("Nameless: &Save")
+
+
+def test_a_menu_bar_that_no_path_tells_apart_is_said_to_be_there_where_the_agent_knows_no_locators(
+    app, monkeypatch
+):
+    monkeypatch.setattr(app.connection, "_extensions", frozenset())
     with pytest.raises(WidgetNotFoundError, match="there is one, but neither its name nor those around it"):
         app.window("Nameless").menu("File/Save").click(timeout=0)
 

@@ -8,6 +8,7 @@ from ..errors import CornerButtonError, ReplyError
 from ..lookup.paths import checked_unique_path
 from ..lookup.tree import Node, WidgetTree
 from ..protocol.connection import Connection
+from ..protocol.locators import Address
 from ..protocol.wire import Rect
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -19,7 +20,9 @@ _EXTENSION = "qt_menubar_ext_button"
 """Qt's own button, for titles that do not fit into the bar: it only opens a menu, which the next step closes."""
 
 
-def refuse_corner_button(connection: Connection, window: str, tree: WidgetTree, bar: Node, path: str) -> None:
+def refuse_corner_button(
+    connection: Connection, window: str, tree: WidgetTree, bar: Node, path: Address
+) -> None:
     """Raises CornerButtonError where a button has the top right pixel of the menu bar `bar`, whose path is `path`.
 
     `tree` are the widgets of the window. Asks nothing where the bar has no other widgets in it than its menus; cannot
@@ -37,7 +40,7 @@ def refuse_corner_button(connection: Connection, window: str, tree: WidgetTree, 
                 continue
             served = connection.read_property(window, own, "silkClassName")
             if served in _PRESSED and connection.read_property(window, own, "enabled") is True:
-                raise CornerButtonError(str(served), own, path)
+                raise CornerButtonError(str(served), own, str(path))
             return
     except ReplyError:
         return  # the menu's own request tells

@@ -15,11 +15,11 @@ from ..errors import (
 from ..lookup.derived import button_name
 from ..lookup.paths import checked_unique_path, list_tree
 from ..lookup.snapshot import Snapshot, SnapshotNode
-from ..lookup.served import visible_served_as
+from ..lookup.served import outermost_served_as
 from ..lookup.tree import Node, WidgetTree
-from ..lookup.visible_texts import button_showing, checkbox_showing, tab_bar_showing
+from ..lookup.visible_texts import button_showing, checkbox_showing, field_labelled, tab_bar_showing
 from ..lookup.windows import POPUP
-from ..protocol.locators import Address, Locator, raw_locator
+from ..protocol.locators import Address, Locator, locator, raw_locator
 from .corners import refuse_corner_button
 from .finding import Finder
 from .found import FoundWidget
@@ -70,6 +70,10 @@ class Window(Finder):
     def checkbox(self, text: str) -> Widget:
         """The check box that shows `text`, or where there is none, the radio button."""
         return Widget(self, "", search=checkbox_showing(text), title=f'checkbox("{text}")')
+
+    def field(self, label: str) -> Widget:
+        """The field with this label, or where there is none, with this placeholder. Needs an agent with extensions."""
+        return Widget(self, "", search=field_labelled(label), title=f'field("{label}")')
 
     def tab(self, text: str) -> WidgetItem:
         """The tab with this text, of whatever tab bar has one; to click."""
@@ -173,30 +177,36 @@ class Window(Finder):
             retryable=retryable,
         )
 
-    def menu_bar_path(self, *, opens: bool = False) -> str:
-        """The path of what has the window's menu entries: the popup itself, or the menu bar. Does not wait.
+    def menu_bar_path(self, *, opens: bool = False) -> Address:
+        """The address of what has the window's menu entries: the popup itself, or the menu bar. Does not wait.
 
         With `opens`, a bar whose menus cannot be opened without pressing a button is a CornerButtonError.
         """
         if self.address == POPUP:
             return "ActivePopupWidget"
-        tree, bar, path = self._find("QMenuBar")
+        tree, bar, address = self._find("QMenuBar")
         if opens:
-            refuse_corner_button(self.app.connection, self.address, tree, bar, path)
-        return path
+            refuse_corner_button(self.app.connection, self.address, tree, bar, address)
+        return address
 
-    def _find(self, class_name: str) -> Tuple[WidgetTree, Node, str]:
-        """The widgets of the window, the outermost visible one that is served as this class, and a path of it."""
+    def _find(self, class_name: str) -> Tuple[WidgetTree, Node, Address]:
+        """The widgets of the window, the outermost visible one that is served as this class, and its address: a path, or
+        where none finds it alone, a locator."""
         connection = self.app.connection
         tree = list_tree(connection, self.address)
-        nodes = visible_served_as(connection, self.address, tree, (class_name,))
-        path = checked_unique_path(connection, self.address, tree, nodes[0]) if nodes else None
-        if path is None:
-            problem = (
-                "there is one, but neither its name nor those around it tell it apart: its class alone is no path; "
-                "set its object name in the application"
-                if nodes
-                else "there is no visible one in this window"
+        node = outermost_served_as(connection, self.address, tree, class_name)
+        if node is None:
+            raise WidgetNotFoundError(
+                "5", f"Widget of class {class_name} not found", "there is no visible one in this window"
             )
-            raise WidgetNotFoundError("5", f"Widget of class {class_name} not found", problem)
-        return tree, nodes[0], path
+        address = checked_unique_path(connection, self.address, tree, node)
+        if address is not None:
+            return tree, node, address
+        if connection.knows_locators:
+            return tree, node, locator(class_name)
+        raise WidgetNotFoundError(
+            "5",
+            f"Widget of class {class_name} not found",
+            "there is one, but neither its name nor those around it tell it apart: set its object name in the application, "
+            "or build an agent with extensions, which finds it by its class",
+        )

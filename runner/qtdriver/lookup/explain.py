@@ -39,7 +39,7 @@ def explain(connection: Connection, error: ReplyError, window: str, path: Addres
     """
     tell = _EXPLANATIONS.get(type(error))
     try:
-        if isinstance(path, Locator) and type(error) in _LOCATED:
+        if (isinstance(path, Locator) or error.candidates) and type(error) in _LOCATED:
             return "\n".join(_located(error))
         return "\n".join(tell(connection, window, str(path))) if tell is not None else ""
     except (ReplyError, ProtocolError) as another:

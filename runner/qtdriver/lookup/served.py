@@ -40,7 +40,17 @@ def visible_served_as(
     wanted = frozenset(classes)
     visible = [node for node in tree.nodes if node.record.visible]
     found = [node for node in visible if served_class(connection, window, tree, node) in wanted]
-    return sorted(found, key=lambda node: node.record.depth)
+    return sorted(found, key=_depth)
+
+
+def outermost_served_as(
+    connection: Connection, window: str, tree: WidgetTree, class_name: str
+) -> Optional[Node]:
+    """The outermost visible widget that is served as a class; the application's own classes are asked for only where no
+    widget is of this very one."""
+    exact = [node for node in tree.nodes if node.record.visible and node.record.class_name == class_name]
+    found = sorted(exact, key=_depth) or visible_served_as(connection, window, tree, (class_name,))
+    return found[0] if found else None
 
 
 def served_class(connection: Connection, window: str, tree: WidgetTree, node: Node) -> Optional[str]:
@@ -57,3 +67,7 @@ def served_class(connection: Connection, window: str, tree: WidgetTree, node: No
         except ReplyError:
             return None
     return connection.served[own]
+
+
+def _depth(node: Node) -> int:
+    return node.record.depth

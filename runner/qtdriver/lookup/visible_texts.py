@@ -1,14 +1,14 @@
 """Finds widgets by the texts that the user sees on them, and tells what is in sight.
 
-This is the only place that looks for texts. It uses nothing but listings and properties, so that it works with every
-agent; a widget that no path finds alone cannot be asked for its text, and is not found here.
+This is the only place that looks for texts. Where the agent has extensions, it looks by locators; otherwise, and for
+messages, by listings and properties, where a widget that no path finds alone cannot be asked for its text.
 """
 
 from __future__ import annotations
 
-from typing import Callable, Iterator, List, NamedTuple, Sequence, Tuple
+from typing import Callable, Iterable, Iterator, List, NamedTuple, Optional, Sequence, Tuple
 
-from ..errors import AmbiguousError, ReplyError, WidgetNotFoundError
+from ..errors import AmbiguousError, NotVisibleError, ReplyError, WidgetNotFoundError
 from ..protocol.connection import Connection
 from ..protocol.locators import Address, Locator, locator
 from .derived import DIALOG_BUTTON
@@ -71,6 +71,32 @@ def tab_bar_showing(text: str) -> Search:
     return _search("tab", text, (TAB_BARS,), _items)
 
 
+def field_labelled(text: str) -> Search:
+    """Looks for the field with this label, or where there is none, with this placeholder. Only by locators: a label does
+    not tell its field otherwise, so that it raises OldAgentError where the agent has none."""
+    by_label, by_placeholder = locator(label=text), locator(placeholder=text)
+
+    def look(connection: Connection, window: str) -> Address:
+        connection.require("+7")
+        found = _first_located(connection, window, (by_label, by_placeholder))
+        if found is None:
+            raise WidgetNotFoundError("5", f'no field in sight has the label "{text}"')
+        return found
+
+    return Search(look, by_label)
+
+
+def _first_located(connection: Connection, window: str, locators: Iterable[Locator]) -> Optional[Locator]:
+    """The first locator that finds a visible widget. Raises AmbiguousError where one finds several."""
+    for found in locators:
+        try:
+            connection.read_property(window, found, "className")
+            return found
+        except (WidgetNotFoundError, NotVisibleError):
+            continue
+    return None
+
+
 def _search(kind: str, text: str, groups: Sequence[Sequence[str]], texts: "_Texts") -> Search:
     return Search(
         lambda connection, window: _only(connection, window, kind, text, groups, texts),
@@ -85,8 +111,13 @@ def _only(
     text: str,
     groups: Sequence[Sequence[str]],
     texts: "_Texts",
-) -> str:
-    """The path of the one widget that shows `text`, of the first group of classes in which one does."""
+) -> Address:
+    """The address of the one widget that shows `text`, of the first group of classes in which one does."""
+    if connection.knows_locators:
+        classes = (class_name for group in groups for class_name in group)
+        found = _first_located(connection, window, (locator(name, text=text) for name in classes))
+        if found is not None:
+            return found
     tree = list_tree(connection, window)
     wanted = plain_text(text)
     known: List[str] = []

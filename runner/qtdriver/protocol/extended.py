@@ -42,6 +42,11 @@ class ExtendedChannel(Channel):
             self._extensions = frozenset(names)
         return self._extensions
 
+    @property
+    def knows_locators(self) -> bool:
+        """Whether the methods of a connection take a locator in place of a path."""
+        return self.extensions.issuperset(("+5", "+6", "+7", "+9"))
+
     def require(self, extension: str) -> None:
         """Raises OldAgentError where the agent lacks the extension of this name."""
         if extension not in self.extensions:
