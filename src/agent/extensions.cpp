@@ -2,6 +2,7 @@
 
 #include "agent/locatedactions.h"
 #include "agent/request.h"
+#include "agent/snapshots.h"
 #include "agent/wirevalue.h"
 
 #include <QStringList>
@@ -21,6 +22,7 @@ struct ExtensionRow
 
 const ExtensionRow extensionRows[] = {
     {"+extensions", listExtensions},
+    {"+2", takeSnapshot},
     {"+4", locateLocated},
     {"+5", activateLocated},
     {"+6", enterLocated},

@@ -20,8 +20,16 @@ namespace locate {
 
 namespace {
 
+bool isPartlyChecked(const QWidget* widget)
+{
+    const auto* box = qobject_cast<const QCheckBox*>(widget);
+    return box && box->checkState() == Qt::PartiallyChecked;
+}
+
 bool isChecked(const QWidget* widget)
 {
+    if (isPartlyChecked(widget))
+        return false;
     if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
         return button->isCheckable() && button->isChecked();
     const auto* box = qobject_cast<const QGroupBox*>(widget);
@@ -69,11 +77,14 @@ struct StateRow
 const StateRow stateRows[] = {
     {"disabled", [](const QWidget* widget) { return !widget->isEnabled(); }},
     {"checked", isChecked},
-    {"focused", [](const QWidget* widget) { return widget->hasFocus(); }},
+    {"partly checked", isPartlyChecked},
+    // Not QWidget::hasFocus(), which holds for all those that hand their focus on to the one that has it, too.
+    {"focused", [](const QWidget* widget) { return QApplication::focusWidget() == widget; }},
     {"expanded", isExpanded},
     {"readonly", isReadOnly},
     {"hidden", [](const QWidget* widget) { return !widget->isVisible(); }},
     {"default", isDefault},
+    {"hovered", [](const QWidget* widget) { return widget->underMouse(); }},
 };
 
 } // namespace

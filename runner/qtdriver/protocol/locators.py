@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import re
 from dataclasses import dataclass, field
-from typing import Iterator, Mapping, Optional, Pattern, Union
+from typing import Any, Dict, Iterator, Mapping, Optional, Pattern, Union
 
 SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
 """Last names of paths that stand for whatever is there at the moment. Locators do not know them."""
@@ -94,6 +94,12 @@ def locator(
     arguments += [] if ref is None else [f"ref={ref}"]
     arguments += [] if visible else [f"visible={visible}"]
     return Locator(" ".join(words), f"find({', '.join(arguments)})")
+
+
+def text_locator(key: str, text: str, class_name: str = "") -> Locator:
+    """The locator for one condition, and a class."""
+    conditions: Dict[str, Any] = {key: text}
+    return locator(class_name, **conditions)
 
 
 def path_locator(path: str) -> Locator:

@@ -1,0 +1,132 @@
+"""The most stable locator for each widget of a window, checked with the application."""
+
+from __future__ import annotations
+
+from typing import Callable, Dict, Iterator, Mapping, Optional, Tuple
+
+from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError
+from ..protocol.connection import Connection
+from ..protocol.locators import Locator, locator, text_locator
+from .snapshot import SnapshotNode
+
+_MISSES = (AmbiguousError, NotVisibleError, WidgetNotFoundError)
+_QTS_OWN = "qt_"
+"""Object names that begin so are of Qt's own parts of widgets."""
+
+_CONDITIONS: Tuple[Tuple[str, str], ...] = (
+    ("name", "name"),
+    ("label", "label"),
+    ("text", "text"),
+    ("action", "action"),
+    ("title", "title"),
+    ("placeholder", "placeholder"),
+    ("tooltip", "tip"),
+)
+"""Keys of locators, and the fields of a snapshot that tell their texts: the most stable first."""
+
+
+class StableLocators:
+    """Finds, for the widgets of one snapshot, locators that find them alone.
+
+    In this order: the object name, the label, the text or the action, what else is shown; each alone or with the class, and
+    within the nearest widget around it that has such a locator; then the class and the position there.
+    """
+
+    def __init__(self, connection: Connection, window: str, root: SnapshotNode) -> None:
+        """`root` is of a snapshot of the whole `window`."""
+        self._connection = connection
+        self._window = window
+        self._root = root
+        self._parents: Dict[int, SnapshotNode] = {
+            child.ref: node for node in root.walk() for child in node.children
+        }
+        self._counts = _count_texts(root)
+        self._known: Dict[int, Optional[Locator]] = {}
+
+    def of(self, node: SnapshotNode) -> Optional[Locator]:
+        """The locator of a node; None where nothing finds it alone any more."""
+        return self._by_texts(node) or self._within_another(node) or self._by_position(node)
+
+    def _by_texts(self, node: SnapshotNode) -> Optional[Locator]:
+        if node.ref not in self._known:
+            self._known[node.ref] = self._first(_by_conditions(node, self._is_alone), self._finds_one)
+        return self._known[node.ref]
+
+    def _within_another(self, node: SnapshotNode) -> Optional[Locator]:
+        outer = self._around(node)
+        if outer is None:
+            return None
+        inner = _by_conditions(node, lambda key, text: True)
+        return self._first((found.within(outer) for found in inner), self._finds_one)
+
+    def _by_position(self, node: SnapshotNode) -> Optional[Locator]:
+        outer = self._around(node)
+        found = locator(node.class_name)
+        found = found if outer is None else found.within(outer)
+        if self._finds_one(found) and self._ref_of(found) == node.ref:
+            return found
+        numbers = (found.at(f"nth={number}", f"nth({number})") for number in range(self._count(found)))
+        return self._first(numbers, lambda one: self._ref_of(one) == node.ref)
+
+    def _around(self, node: SnapshotNode) -> Optional[Locator]:
+        """The locator of the nearest widget around it that has one by its texts; None for the window."""
+        above = self._parents.get(node.ref)
+        while above is not None and above is not self._root:
+            found = self._by_texts(above)
+            if found is not None:
+                return found
+            above = self._parents.get(above.ref)
+        return None
+
+    def _is_alone(self, key: str, text: str) -> bool:
+        return self._counts.get((key, text), 0) == 1
+
+    def _finds_one(self, found: Locator) -> bool:
+        """Whether it finds one widget: that is the node, if all its conditions are true of the node."""
+        try:
+            self._connection.read(self._window, found, "className")
+        except _MISSES:
+            return False
+        return True
+
+    def _ref_of(self, found: Locator) -> Optional[int]:
+        try:
+            return SnapshotNode.of(self._connection.snapshot(self._window, found)).ref
+        except _MISSES:
+            return None
+
+    def _count(self, found: Locator) -> int:
+        try:
+            self._connection.read(self._window, found, "className")
+        except AmbiguousError as error:
+            return int(error.message.rsplit(",", 1)[-1])
+        except _MISSES:
+            return 0
+        return 1
+
+    @staticmethod
+    def _first(candidates: "Iterator[Locator]", holds: Callable[[Locator], bool]) -> Optional[Locator]:
+        return next((candidate for candidate in candidates if holds(candidate)), None)
+
+
+def _by_conditions(node: SnapshotNode, is_worth: Callable[[str, str], bool]) -> Iterator[Locator]:
+    """A locator for each text by which the node can be known, alone and with the class."""
+    for key, text in _texts(node.details):
+        if is_worth(key, text):
+            yield text_locator(key, text)
+        yield text_locator(key, text, node.class_name)
+
+
+def _texts(told: Mapping[str, object]) -> Iterator[Tuple[str, str]]:
+    for key, field in _CONDITIONS:
+        text = told.get(field)
+        if isinstance(text, str) and text and not (key == "name" and text.startswith(_QTS_OWN)):
+            yield key, text
+
+
+def _count_texts(root: SnapshotNode) -> Dict[Tuple[str, str], int]:
+    counts: Dict[Tuple[str, str], int] = {}
+    for node in root.walk():
+        for found in _texts(node.details):
+            counts[found] = counts.get(found, 0) + 1
+    return counts

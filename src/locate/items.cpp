@@ -1,0 +1,126 @@
+#include "locate/items.h"
+
+#include "locate/shown.h"
+#include "locate/viewrows.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QComboBox>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QTabBar>
+
+namespace locate {
+
+namespace {
+
+void addState(QStringList& states, bool holds, const char* state)
+{
+    if (holds)
+        states.append(QLatin1String(state));
+}
+
+// Adds what there is of `count` items, told by `itemAt`, which returns false once there is no going on.
+template <class ItemAt>
+Items itemsUpTo(int count, ItemAt itemAt)
+{
+    Items items;
+    items.leftOut = qMax(0, count - mostItems);
+    for (int i = 0; i < qMin(count, mostItems); ++i) {
+        Item item;
+        if (!itemAt(i, item))
+            break;
+        items.shown.push_back(item);
+    }
+    return items;
+}
+
+Items tabsOf(QWidget* widget)
+{
+    const auto* bar = static_cast<QTabBar*>(widget);
+    return itemsUpTo(bar->count(), [bar](int i, Item& tab) {
+        tab.texts.append(shownText(bar->tabText(i), Markup::Mnemonics));
+        addState(tab.states, i == bar->currentIndex(), "selected");
+        addState(tab.states, !bar->isTabEnabled(i), "disabled");
+        return true;
+    });
+}
+
+Items choicesOf(QWidget* widget)
+{
+    const QPointer<QComboBox> box(static_cast<QComboBox*>(widget));
+    return itemsUpTo(box->count(), [&box](int i, Item& choice) {
+        if (box)
+            choice.texts.append(box->itemText(i));
+        if (box)
+            addState(choice.states, i == box->currentIndex(), "selected");
+        return !box.isNull();
+    });
+}
+
+Items actionsOf(QWidget* widget)
+{
+    Items items;
+    const QList<QAction*> actions = widget->actions();
+    for (const QAction* action : actions) {
+        if (!action->isVisible() || action->isSeparator())
+            continue;
+        if (static_cast<int>(items.shown.size()) == mostItems) {
+            ++items.leftOut;
+            continue;
+        }
+        Item item;
+        item.texts.append(shownText(action->text(), Markup::Mnemonics));
+        if (!action->shortcut().isEmpty())
+            item.texts.append(action->shortcut().toString(QKeySequence::PortableText));
+        addState(item.states, !action->isEnabled(), "disabled");
+        addState(item.states, action->isChecked(), "checked");
+        addState(item.states, action->menu() != nullptr, "menu");
+        items.shown.push_back(item);
+    }
+    return items;
+}
+
+Items rowsOf(QWidget* widget)
+{
+    return rowsInSight(static_cast<QAbstractItemView*>(widget));
+}
+
+struct ItemsRow
+{
+    const char* className;
+    Items (*itemsOf)(QWidget* widget);
+};
+
+const ItemsRow itemsRows[] = {
+    {"QAbstractItemView", rowsOf},
+    {"QTabBar", tabsOf},
+    {"QComboBox", choicesOf},
+    {"QMenuBar", actionsOf},
+    {"QMenu", actionsOf},
+};
+
+const ItemsRow* rowFor(const QWidget* widget)
+{
+    for (const ItemsRow& row : itemsRows) {
+        if (widget->inherits(row.className))
+            return &row;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool holdsItems(const QWidget* widget)
+{
+    return rowFor(widget) != nullptr;
+}
+
+Items itemsOf(QWidget* widget)
+{
+    const ItemsRow* row = rowFor(widget);
+    return row ? row->itemsOf(widget) : Items();
+}
+
+} // namespace locate

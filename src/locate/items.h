@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <vector>
+
+class QWidget;
+
+namespace locate {
+
+// One of the things in a widget that are no widgets.
+struct Item
+{
+    QStringList texts; // one for each column; an entry of a menu has its shortcut as the second
+    int depth = 0; // in trees: below how many items it is
+    QStringList
+        states; // "selected", "current", "disabled", "checked", "partly checked", "expanded", "collapsed", "menu"
+};
+
+// What a widget has of them, as the user sees it.
+struct Items
+{
+    QStringList header; // of the columns, in a view that shows it
+    std::vector<Item> shown;
+    int leftOut = 0; // that are there and not told: rows out of sight, and what is beyond mostItems
+};
+
+// No more than so many items of a widget are told, nor so many columns.
+const int mostItems = 200;
+const int mostColumns = 50;
+
+// Whether the widget is of a kind that has items.
+bool holdsItems(const QWidget* widget);
+
+// The rows in sight of an item view, the tabs of a tab bar, the titles of a menu bar, the entries of a menu, the choices of
+// a combo box. It runs the application's code where a model is one of its own, which may be the widget's end.
+Items itemsOf(QWidget* widget);
+
+} // namespace locate

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+
+class QWidget;
+
+namespace locate {
+
+// The widget and the visible ones below it in its window, as one JSON object in ASCII: the fields of describe(), the items
+// that a widget holds, and its "children". It runs the application's code where an item view has a model of its own;
+// widgets that die by that are left out.
+QByteArray snapshot(QWidget* widget);
+
+} // namespace locate

@@ -1,0 +1,243 @@
+"""+2: all that a window shows, in one pass."""
+
+import json
+import time
+
+import pytest
+
+from extensions import extension, hexadecimal
+
+WINDOW = "Café, €"
+
+
+@pytest.fixture
+def app(launch):
+    return launch("snapshothost")
+
+
+def snapshot(app, window=WINDOW, locator=""):
+    reply = app.request(extension("+2", window, locator))
+    assert reply.startswith("0,j:{"), reply
+    assert reply.isascii()
+    return json.loads(reply[len("0,j:") :])
+
+
+def walk(node):
+    yield node
+    for child in node.get("children", ()):
+        yield from walk(child)
+
+
+def by_name(tree):
+    return {node["name"]: node for node in walk(tree) if "name" in node}
+
+
+@pytest.fixture
+def widgets(app):
+    return by_name(snapshot(app))
+
+
+@pytest.mark.shared
+def test_the_window_is_the_first_with_its_title_and_its_widgets_below_it(app):
+    root = snapshot(app)
+    assert (root["class"], root["name"], root["role"]) == ("QMainWindow", "main", "window")
+    assert root["title"] == WINDOW
+    assert {"menu bar", "group", "tree", "table", "list", "button"} <= {node["role"] for node in walk(root)}
+
+
+@pytest.mark.shared
+@pytest.mark.parametrize(
+    "name, role, text",
+    [
+        ("milk", "checkbox", "Milk"),
+        ("small", "radio button", "Small"),
+        ("buy", "button", "Buy"),
+    ],
+)
+def test_a_widget_is_told_by_its_role_and_its_text_without_the_mnemonic(widgets, name, role, text):
+    assert (widgets[name]["role"], widgets[name]["text"]) == (role, text)
+
+
+@pytest.mark.shared
+def test_a_group_box_is_told_with_its_title(widgets):
+    assert (widgets["orderGroup"]["role"], widgets["orderGroup"]["title"]) == ("group", "Order")
+
+
+@pytest.mark.shared
+def test_a_field_is_told_with_its_label_placeholder_and_tool_tip(widgets):
+    customer = widgets["customer"]
+    assert customer["label"] == "Customer:"
+    assert customer["placeholder"] == "Who?"
+    assert customer["tip"] == "The one who pays"
+
+
+@pytest.mark.shared
+@pytest.mark.parametrize(
+    "name, value",
+    [
+        ("customer", "Ada €"),
+        ("fixed", "fixed"),
+        ("amount", 7),
+        ("roast", "Dark"),
+        ("heat", 42),
+        ("progress", 25),
+        ("notes", "two\nlines"),
+    ],
+)
+def test_what_a_field_holds_is_its_value(widgets, name, value):
+    assert widgets[name]["value"] == value
+
+
+@pytest.mark.shared
+def test_a_password_is_not_told(app):
+    root = snapshot(app)
+    assert "secret" not in json.dumps(root)
+    assert by_name(root)["password"]["value"] == "***"
+
+
+@pytest.mark.shared
+@pytest.mark.parametrize(
+    "name, states",
+    [
+        ("milk", ["checked"]),
+        ("sugar", ["partly checked"]),
+        ("buy", ["disabled"]),
+        ("fixed", ["readonly"]),
+    ],
+)
+def test_states_are_told_in_words(widgets, name, states):
+    assert [state for state in widgets[name]["states"] if state != "hovered"] == states
+
+
+def test_the_focus_widget_is_told(app):
+    app.do("focusNotes")
+    app.wait_until("notes", "focus", "true")
+    tree = snapshot(app)
+    assert [node["name"] for node in walk(tree) if "focused" in node.get("states", ())] == ["notes"]
+
+
+@pytest.mark.shared
+def test_hidden_widgets_are_left_out(widgets):
+    assert "ghost" not in widgets
+
+
+@pytest.mark.shared
+def test_a_place_is_in_pixels_of_the_screen(app, widgets):
+    left, top, width, height = widgets["heat"]["rect"]
+    rect = app.request(f"7,Widget:main,heat,,globalRect,")
+    assert rect == f"0,r:{left},{top},{left + width - 1},{top + height - 1}"
+
+
+@pytest.mark.shared
+def test_the_visible_rows_of_a_tree_are_told_with_depth_and_states(widgets):
+    tree = widgets["tree"]
+    assert tree["header"] == ["Name", "Size"]
+    first, child, second = tree["items"][:3]
+    assert first == {"texts": ["top 0", "0"], "states": ["expanded"]}
+    assert child == {"texts": ["child 0", ""], "depth": 1, "states": ["current", "selected"]}
+    assert second == {"texts": ["top 1", "1"], "states": ["collapsed", "checked"]}
+    assert len(tree["items"]) + tree["more"] == 51
+
+
+@pytest.mark.shared
+def test_hidden_rows_and_columns_of_a_table_are_left_out(widgets):
+    table = widgets["table"]
+    assert table["header"] == ["A", "C"]
+    assert [row["texts"] for row in table["items"][:2]] == [["0.0", "0.2"], ["2.0", "2.2"]]
+    assert len(table["items"]) + table["more"] == 100
+
+
+def test_a_list_tells_the_rows_in_sight_wherever_it_is_scrolled_to(app):
+    rows = by_name(snapshot(app))["list"]
+    assert rows["items"][0]["texts"] == ["item 0"]
+    assert rows["items"][2]["states"] == ["current", "selected"]
+    assert len(rows["items"]) + rows["more"] == 300
+    app.do("scrollList")
+    rows = by_name(snapshot(app))["list"]
+    assert rows["items"][-1]["texts"] == ["item 299"]
+    assert ["item 0"] not in [row["texts"] for row in rows["items"]]
+
+
+@pytest.mark.shared
+def test_tabs_and_choices_are_items(widgets):
+    assert widgets["tabs"]["items"] == [
+        {"texts": ["One"], "states": ["selected"]},
+        {"texts": ["Two"], "states": ["disabled"]},
+    ]
+    assert widgets["roast"]["items"] == [{"texts": ["Light"]}, {"texts": ["Dark"], "states": ["selected"]}]
+
+
+@pytest.mark.shared
+def test_a_menu_bar_tells_its_titles(app):
+    bar = next(node for node in walk(snapshot(app)) if node["role"] == "menu bar")
+    assert bar["items"] == [
+        {"texts": ["File"], "states": ["menu"]},
+        {"texts": ["Help"], "states": ["disabled", "menu"]},
+    ]
+
+
+def test_an_open_menu_tells_its_entries_with_shortcuts(app):
+    reply = app.request(extension("+5", WINDOW, "QMenuBar", "", "s:File"))
+    assert reply.startswith("0,")
+    menu = snapshot(app, "Widget:ActivePopupWidget")
+    assert menu["role"] == "menu"
+    assert menu["items"] == [
+        {"texts": ["Save", "Ctrl+S"]},
+        {"texts": ["Wrap"], "states": ["checked"]},
+        {"texts": ["Print"], "states": ["disabled"]},
+        {"texts": ["Recent"], "states": ["menu"]},
+    ]
+
+
+@pytest.mark.shared
+def test_a_widget_keeps_its_number(app, widgets):
+    again = by_name(snapshot(app))
+    assert {name: node["ref"] for name, node in again.items()} == {
+        name: node["ref"] for name, node in widgets.items()
+    }
+    numbers = [node["ref"] for node in walk(snapshot(app))]
+    assert len(set(numbers)) == len(numbers)
+
+
+def test_a_number_is_never_given_twice(app):
+    before = by_name(snapshot(app))["buy"]["ref"]
+    app.do("deleteBuy")
+    assert app.request(extension("+7", WINDOW, f"ref={before}", "", "className", "")).startswith("5,")
+    app.do("manyWidgets")
+    assert before not in [node["ref"] for node in walk(snapshot(app, "Many"))]
+
+
+@pytest.mark.shared
+def test_a_locator_takes_a_part_of_the_window(app):
+    group = snapshot(app, WINDOW, 'QGroupBox text="Order"')
+    assert group["name"] == "orderGroup"
+    assert "customer" in by_name(group)
+    assert "milk" not in by_name(group)
+
+
+@pytest.mark.shared
+def test_a_window_that_is_not_there_is_refused_with_its_name_as_it_came(app):
+    name = hexadecimal("Nö, €")
+    assert app.request(f"+2,{name},") == f"2,Window ({name}) not found"
+
+
+@pytest.mark.shared
+def test_a_section_that_is_not_hexadecimal_is_refused(app):
+    assert app.request("+2,xy,") == "8,Exception : Section 1 is not hexadecimal"
+    assert app.request("+2,616,") == "8,Exception : Section 1 is not hexadecimal"
+
+
+def test_a_view_that_dies_when_it_is_read_is_left_out(app):
+    app.do("showDeadly")
+    app.do("arm")
+    tree = snapshot(app, "Deadly")
+    assert "deadlyView" not in by_name(tree)
+    assert "after" in by_name(tree)
+
+
+def test_five_thousand_widgets_take_milliseconds(app):
+    app.do("manyWidgets")
+    assert len(list(walk(snapshot(app, "Many")))) == 5001
+    began = time.perf_counter()
+    app.request(extension("+2", "Many", ""))
+    assert time.perf_counter() - began < 0.25  # some 10 ms; a sanitizer, and other work, take more
