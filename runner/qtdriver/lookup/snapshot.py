@@ -10,7 +10,15 @@ from ..protocol.wire import Rect
 
 _INDENT = "  "
 _MOST_TEXT = 60
-_FRAMES = ("widget", "scroll area", "splitter", "stack", "tab page")
+_MOST_ITEMS = 20
+_FRAMES = ("widget", "scroll area", "splitter", "stack", "tabs")
+_DECORATIONS = ("size grip", "scroll bar", "header")
+_WHOLE = ("spin box", "combo box", "list", "tree", "table")
+"""Roles of widgets whose inner parts are none of a person's business."""
+INNER_NAMES = ("qt_", "_q_")
+"""Object names that begin so are of Qt's own parts of widgets."""
+_SHOWN_AS = ("label", "text", "title", "placeholder", "action", "tip")
+_UNTOLD_STATES = ("hovered",)
 
 
 @dataclass(frozen=True)
@@ -126,7 +134,7 @@ class Snapshot:
         return tuple(self.root.walk())
 
     def __repr__(self) -> str:
-        return f'<snapshot of {self.root.role} "{self.root.text}", {len(self.nodes)} widgets>'
+        return f"<snapshot: {_headline(self.root)}, {len(self.nodes)} widgets>"
 
     def __str__(self) -> str:
         return outline(self.root)
@@ -135,42 +143,60 @@ class Snapshot:
 def outline(root: SnapshotNode) -> str:
     """What the widgets are and show, one line each, indented as they are within each other.
 
-    Widgets that only hold others are left out, and labels that are told with their field.
+    Widgets that only hold others are left out, scroll bars and the like, and labels that are told with their field. The
+    states, values and items are those that a person would look for; the nodes tell them all.
     """
     return "\n".join(_lines(root, 0, is_root=True))
 
 
 def _lines(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[str]:
-    told = is_root or not _is_frame(node)
-    if told:
+    if is_root or not _is_frame(node):
         yield _INDENT * depth + _headline(node)
         depth += 1
-        for item in node.items:
-            yield _INDENT * (depth + item.depth) + f"- {_cut(str(item))}"
-        if node.left_out:
-            yield _INDENT * depth + f"- ... {node.left_out} more"
+        yield from _item_lines(node, depth)
+    if node.role in _WHOLE:
+        return
     labels = {child.label for child in node.children if child.label}
     for child in node.children:
-        if child.role != "label" or child.text not in labels:
+        is_told_with_its_field = child.role == "label" and child.text in labels
+        if not is_told_with_its_field and child.role not in _DECORATIONS:
             yield from _lines(child, depth)
 
 
+def _item_lines(node: SnapshotNode, depth: int) -> Iterator[str]:
+    items = () if node.role == "combo box" else node.items
+    for item in items[:_MOST_ITEMS]:
+        yield _INDENT * (depth + item.depth) + f"- {_cut(str(item))}"
+    left_out = node.left_out + len(items) - len(items[:_MOST_ITEMS])
+    if left_out:
+        yield _INDENT * depth + f"- ... {left_out} more"
+
+
 def _is_frame(node: SnapshotNode) -> bool:
-    return node.role in _FRAMES and not (node.text or node.label or node.name or node.items)
+    return node.role in _FRAMES and not (_shown(node) or _own_name(node) or node.items)
+
+
+def _shown(node: SnapshotNode) -> str:
+    """The text by which a person knows it."""
+    return next((str(node.details[key]) for key in _SHOWN_AS if node.details.get(key)), "")
+
+
+def _own_name(node: SnapshotNode) -> str:
+    """Its object name, if the application has given it."""
+    return "" if node.name.startswith(INNER_NAMES) else node.name
 
 
 def _headline(node: SnapshotNode) -> str:
     words = [node.role]
-    shown = (
-        node.label or node.text or node.details.get("placeholder") or node.details.get("action") or node.tip
-    )
-    if shown:
-        words.append(f'"{_cut(str(shown))}"')
-    if node.name:
+    if _shown(node):
+        words.append(f'"{_cut(_shown(node))}"')
+    if _own_name(node):
         words.append(f"#{node.name}")
     if node.value is not None and node.value != "":
         words.append(f"= {_cut(repr(node.value) if isinstance(node.value, str) else str(node.value))}")
-    return " ".join(words) + _in_brackets(node.states)
+    return " ".join(words) + _in_brackets(
+        tuple(state for state in node.states if state not in _UNTOLD_STATES)
+    )
 
 
 def _in_brackets(states: Tuple[str, ...]) -> str:

@@ -7,12 +7,9 @@ from typing import Callable, Dict, Iterator, Mapping, Optional, Tuple
 from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError
 from ..protocol.connection import Connection
 from ..protocol.locators import Locator, locator, text_locator
-from .snapshot import SnapshotNode
+from .snapshot import INNER_NAMES, SnapshotNode
 
 _MISSES = (AmbiguousError, NotVisibleError, WidgetNotFoundError)
-_QTS_OWN = "qt_"
-"""Object names that begin so are of Qt's own parts of widgets."""
-
 _CONDITIONS: Tuple[Tuple[str, str], ...] = (
     ("name", "name"),
     ("label", "label"),
@@ -120,7 +117,7 @@ def _by_conditions(node: SnapshotNode, is_worth: Callable[[str, str], bool]) -> 
 def _texts(told: Mapping[str, object]) -> Iterator[Tuple[str, str]]:
     for key, field in _CONDITIONS:
         text = told.get(field)
-        if isinstance(text, str) and text and not (key == "name" and text.startswith(_QTS_OWN)):
+        if isinstance(text, str) and text and not (key == "name" and text.startswith(INNER_NAMES)):
             yield key, text
 
 
