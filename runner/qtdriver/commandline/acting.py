@@ -9,7 +9,7 @@ from ..api.app import App
 from ..api.mouse import MouseButton, mouse_command
 from ..protocol.wire import Argument
 from .outcome import Outcome
-from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, window_of
+from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, widget_of, window_of
 
 _KINDS = {
     "click": "MouseClick",
@@ -57,7 +57,7 @@ def _add_activate(parser: argparse.ArgumentParser) -> None:
 
 
 def _activate(app: App, arguments: Arguments) -> Outcome:
-    widget = window_of(app, arguments).widget(arguments["path"], as_class=arguments["as_class"])
+    widget = widget_of(app, arguments)
     value, option = typed_value(arguments["value"]), typed_value(arguments["option"])
     return _served(widget.activate(value, option, timeout=arguments["timeout"]))
 
@@ -79,7 +79,7 @@ def _add_enter(parser: argparse.ArgumentParser) -> None:
 
 
 def _enter(app: App, arguments: Arguments) -> Outcome:
-    widget = window_of(app, arguments).widget(arguments["path"], as_class=arguments["as_class"])
+    widget = widget_of(app, arguments)
     value = typed_value(arguments["value"])
     assert value is not None
     if arguments["press_return"] and isinstance(value, str):
@@ -112,7 +112,7 @@ _position.__name__ = "position"
 
 
 def _mouse(app: App, arguments: Arguments) -> Outcome:
-    widget = window_of(app, arguments).widget(arguments["path"], as_class=arguments["as_class"])
+    widget = widget_of(app, arguments)
     kind = _KINDS[arguments["kind"]]
     button: MouseButton = "" if kind == "MouseMove" else arguments["button"]
     place = arguments["at"]

@@ -4,14 +4,18 @@ from __future__ import annotations
 
 import argparse
 import os
-from typing import Any, Dict, List
+from typing import Any, Dict, List, Optional
 
 from ..api.app import App
+from ..api.window import Window
 from ..lookup.paths import checked_unique_path
+from ..lookup.snapshot import SnapshotNode, describe_briefly
+from ..lookup.stable_locators import StableLocators
 from ..lookup.tree import UNKNOWN, Node, WidgetTree
+from ..protocol.locators import Locator
 from ..trace.readable import describe_value
 from .outcome import Outcome, plain
-from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, window_of
+from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, widget_of, window_of
 
 _UNIQUE = "*"
 
@@ -30,7 +34,7 @@ def _windows(app: App, arguments: Arguments) -> Outcome:
 def _add_tree(parser: argparse.ArgumentParser) -> None:
     add_window(parser)
     parser.add_argument(
-        "--paths", action="store_true", help="tell a path for each widget that finds only that one"
+        "--paths", action="store_true", help="tell for each visible widget what finds only that one"
     )
     parser.add_argument("--visible", action="store_true", help="leave out what the user cannot see")
     add_timeout(parser)
@@ -38,11 +42,39 @@ def _add_tree(parser: argparse.ArgumentParser) -> None:
 
 def _tree(app: App, arguments: Arguments) -> Outcome:
     window = window_of(app, arguments)
+    if arguments["paths"] and "+2" in app.connection.extensions:
+        return _addresses(window, arguments)
     tree = window.tree(timeout=arguments["timeout"])
     nodes = [node for node in tree.nodes if node.record.visible or not arguments["visible"]]
     rows = [_row(app, window.address, tree, node, arguments["paths"]) for node in nodes]
     legend = f"{_UNIQUE} marks a name that finds only this widget"
     return Outcome("\n".join([*map(_line, rows), legend]), rows)
+
+
+def _addresses(window: Window, arguments: Arguments) -> Outcome:
+    """The visible widgets and how each is addressed, from a shell and in Python."""
+    root = window.snapshot(timeout=arguments["timeout"]).root
+    locators = StableLocators(window.app.connection, window.address, root)
+    rows = [_address_row(node, depth, locators.of(node)) for node, depth in root.walk_with_depth()]
+    return Outcome("\n".join(map(_address_line, rows)), rows)
+
+
+def _address_row(node: SnapshotNode, depth: int, found: Optional[Locator]) -> Dict[str, Any]:
+    return {
+        "depth": depth,
+        "class": node.class_name,
+        "role": node.role,
+        "name": node.name,
+        "shown": describe_briefly(node),
+        "visible": True,
+        "path": None if found is None else str(found) if found.name else found.text,
+        "python": None if found is None else found.call,
+    }
+
+
+def _address_line(row: Dict[str, Any]) -> str:
+    line = f'{"  " * row["depth"]}{row["shown"]} ({row["class"]})'
+    return f'{line}  {row["path"]}  {row["python"]}' if row["path"] else f"{line}  (gone)"
 
 
 def _row(app: App, window: str, tree: WidgetTree, node: Node, with_path: bool) -> Dict[str, Any]:
@@ -84,7 +116,7 @@ def _add_get(parser: argparse.ArgumentParser) -> None:
 
 
 def _get(app: App, arguments: Arguments) -> Outcome:
-    widget = window_of(app, arguments).widget(arguments["path"], as_class=arguments["as_class"])
+    widget = widget_of(app, arguments)
     timeout = arguments["timeout"]
     names: List[str] = arguments["properties"]
     if names:

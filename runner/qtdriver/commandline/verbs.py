@@ -7,8 +7,10 @@ from dataclasses import dataclass
 from typing import Any, Callable, Dict, Tuple
 
 from ..api.app import App
+from ..api.widget import Widget
 from ..api.window import Window
 from ..errors import QtDriverError
+from ..protocol.locators import address
 from .outcome import Outcome
 
 Arguments = Dict[str, Any]
@@ -57,7 +59,9 @@ def add_widget(parser: argparse.ArgumentParser) -> None:
     """The arguments WINDOW and PATH, and the option --class."""
     add_window(parser)
     parser.add_argument(
-        "path", metavar="PATH", help='names from the outside in, joined by "/": dialog/ok, dialog//ok'
+        "path",
+        metavar="PATH",
+        help='names from the outside in, joined by "/": dialog/ok, dialog//ok; or a locator, such as \'label="Name:"\'',
     )
     parser.add_argument(
         "--class", dest="as_class", default="", metavar="CLASS", help="serve it as this base class"
@@ -89,6 +93,11 @@ def window_of(app: App, arguments: Arguments) -> Window:
     """The window that the arguments name."""
     address = arguments["window"]
     return Window(app, address, f'window("{address}")')
+
+
+def widget_of(app: App, arguments: Arguments) -> Widget:
+    """The widget that the arguments name."""
+    return Widget(window_of(app, arguments), address(arguments["path"]), as_class=arguments["as_class"])
 
 
 def all_verbs() -> Tuple[Verb, ...]:

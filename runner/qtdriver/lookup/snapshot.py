@@ -108,8 +108,19 @@ class SnapshotNode:
         for child in self.children:
             yield from child.walk()
 
+    def walk_with_depth(self, depth: int = 0) -> Iterator[Tuple["SnapshotNode", int]]:
+        """As walk(), each node with the number of those that it is in."""
+        yield self, depth
+        for child in self.children:
+            yield from child.walk_with_depth(depth + 1)
+
     def __str__(self) -> str:
         return outline(self)
+
+
+def describe_briefly(node: SnapshotNode) -> str:
+    """Its role, and the text by which a person knows it."""
+    return f'{node.role} "{_cut(_shown(node))}"' if _shown(node) else node.role
 
 
 def describe_node(told: Mapping[str, Any]) -> str:

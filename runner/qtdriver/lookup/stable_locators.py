@@ -2,14 +2,18 @@
 
 from __future__ import annotations
 
+import re
 from typing import Callable, Dict, Iterator, Mapping, Optional, Tuple
 
 from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError
 from ..protocol.connection import Connection
-from ..protocol.locators import Locator, locator, text_locator
+from ..protocol.locators import SPECIAL_NAMES, Locator, locator, path_locator, text_locator
 from .snapshot import INNER_NAMES, SnapshotNode
 
 _MISSES = (AmbiguousError, NotVisibleError, WidgetNotFoundError)
+_PLAIN = re.compile(rf"(?!({'|'.join(SPECIAL_NAMES)})$)[\w.-]+", re.ASCII)
+"""Object names that are paths as they stand."""
+
 _CONDITIONS: Tuple[Tuple[str, str], ...] = (
     ("name", "name"),
     ("label", "label"),
@@ -109,7 +113,9 @@ class StableLocators:
 def _by_conditions(node: SnapshotNode, is_worth: Callable[[str, str], bool]) -> Iterator[Locator]:
     """A locator for each text by which the node can be known, alone and with the class."""
     for key, text in _texts(node.details):
-        if is_worth(key, text):
+        if key == "name" and _PLAIN.fullmatch(text):
+            yield path_locator(text)
+        elif is_worth(key, text):
             yield text_locator(key, text)
         yield text_locator(key, text, node.class_name)
 

@@ -9,6 +9,9 @@ from typing import Any, Dict, Iterator, Mapping, Optional, Pattern, Union
 SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
 """Last names of paths that stand for whatever is there at the moment. Locators do not know them."""
 
+_CONDITION = re.compile(
+    r"(^|\s)((name|text|label|placeholder|tooltip|action|accessible|title|path|ref|visible|\.\w+)[*~]?=|nth=\d)"
+)
 _POSITION = re.compile(r" (first|last|nth=\d+)$")
 _ESCAPES = {"\\": r"\\", '"': r"\"", "\n": r"\n", "\t": r"\t"}
 _PROPERTY = re.compile(r"\w+")
@@ -110,6 +113,11 @@ def path_locator(path: str) -> Locator:
 def raw_locator(text: str) -> Locator:
     """The locator for its own text."""
     return Locator(text, f"find_by({text!r})", text)
+
+
+def address(text: str) -> Address:
+    """What a person writes for a widget: a path of names, or a locator, which has a condition such as text="Save"."""
+    return raw_locator(text) if _CONDITION.search(text) else text
 
 
 def _as_python(text: Text) -> str:
