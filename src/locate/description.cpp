@@ -135,8 +135,14 @@ void WidgetDescriber::addRect(JsonObject& object, const QWidget* widget) const
 {
     const QPoint corner = origin + widget->mapTo(const_cast<QWidget*>(window), QPoint(0, 0));
     QByteArray& json = object.field("rect");
-    json += '[' + QByteArray::number(corner.x()) + ',' + QByteArray::number(corner.y()) + ','
-        + QByteArray::number(widget->width()) + ',' + QByteArray::number(widget->height()) + ']';
+    const int numbers[] = {corner.x(), corner.y(), widget->width(), widget->height()};
+    char separator = '[';
+    for (const int number : numbers) {
+        json += separator;
+        appendNumber(json, number);
+        separator = ',';
+    }
+    json += ']';
 }
 
 } // namespace locate

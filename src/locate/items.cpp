@@ -50,13 +50,18 @@ Items tabsOf(QWidget* widget)
 Items choicesOf(QWidget* widget)
 {
     const QPointer<QComboBox> box(static_cast<QComboBox*>(widget));
-    return itemsUpTo(box->count(), [&box](int i, Item& choice) {
+    const QString current = box->currentText();
+    if (!box)
+        return Items();
+    Items items = itemsUpTo(box->count(), [&box](int i, Item& choice) {
         if (box)
             choice.texts.append(box->itemText(i));
         if (box)
             addState(choice.states, i == box->currentIndex(), "selected");
         return !box.isNull();
     });
+    items.value = current;
+    return items;
 }
 
 Items actionsOf(QWidget* widget)

@@ -23,6 +23,7 @@ struct Items
 {
     QStringList header; // of the columns, in a view that shows it
     std::vector<Item> shown;
+    QString value; // the current choice of a combo box
     int leftOut = 0; // that are there and not told: rows out of sight, and what is beyond mostItems
 };
 

@@ -22,6 +22,22 @@ void appendJsonText(QByteArray& json, const QString& text)
     json += '"';
 }
 
+void appendNumber(QByteArray& json, qint64 number)
+{
+    char digits[24]; // more than any number has
+    char* const end = digits + sizeof digits;
+    char* begin = end;
+    const bool isNegative = number < 0;
+    quint64 rest = isNegative ? 0 - static_cast<quint64>(number) : static_cast<quint64>(number);
+    do {
+        *--begin = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    } while (rest > 0);
+    if (isNegative)
+        *--begin = '-';
+    json.append(begin, static_cast<int>(end - begin));
+}
+
 QByteArray& JsonObject::field(const char* key)
 {
     if (!isEmpty)

@@ -8,6 +8,9 @@ namespace locate {
 // The text as a string of JSON in ASCII, in quotes.
 void appendJsonText(QByteArray& json, const QString& text);
 
+// QByteArray::number() makes a text of its own for each.
+void appendNumber(QByteArray& json, qint64 number);
+
 // An object of JSON that is being written at the end of a text. Its destructor closes it.
 class JsonObject
 {
@@ -23,7 +26,7 @@ public:
     // Begins the field: the value is to be appended to the text. The key is ASCII without quotes.
     QByteArray& field(const char* key);
 
-    void add(const char* key, qint64 number) { field(key) += QByteArray::number(number); }
+    void add(const char* key, qint64 number) { appendNumber(field(key), number); }
     void add(const char* key, const char* ascii) { field(key).append('"').append(ascii).append('"'); }
     // Nothing, if the text is empty. One that is longer than most people read ends in an ellipsis.
     void addUnlessEmpty(const char* key, const QString& text);

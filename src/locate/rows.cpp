@@ -44,7 +44,7 @@ public:
     {
         return shownCells(row, *table().horizontalHeader());
     }
-    const QHeaderView* header() const override { return table().horizontalHeader(); }
+    QHeaderView* header() const override { return table().horizontalHeader(); }
 
 private:
     const QTableView& table() const { return *static_cast<const QTableView*>(view); }
@@ -63,7 +63,7 @@ public:
     QModelIndex below(const QModelIndex& row) const override { return tree().indexBelow(row); }
     bool isOrdered() const override { return true; }
     QModelIndexList cells(const QModelIndex& row) const override { return shownCells(row, *tree().header()); }
-    const QHeaderView* header() const override { return tree().header(); }
+    QHeaderView* header() const override { return tree().header(); }
     void describe(const QModelIndex& row, Item& item) const override
     {
         for (QModelIndex above = row.parent(); above.isValid() && above != tree().rootIndex() && item.depth < mostSteps;

@@ -31,7 +31,7 @@ public:
     virtual bool isOrdered() const { return false; }
     virtual bool isHidden(const QModelIndex&) const { return false; }
     virtual QModelIndexList cells(const QModelIndex& row) const { return QModelIndexList() << row; }
-    virtual const QHeaderView* header() const { return nullptr; }
+    virtual QHeaderView* header() const { return nullptr; }
     virtual void describe(const QModelIndex&, Item&) const { }
     // How many rows there are but for the `shown` ones from `top` to `bottom`.
     virtual int leftOut(const QModelIndex&, const QModelIndex&, int shown) const

@@ -5,6 +5,7 @@
 #include "locate/json.h"
 #include "locate/values.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
@@ -18,10 +19,12 @@ namespace {
 
 struct Entry
 {
-    int depth = 0;
-    QByteArray fields; // without the braces
-    QPointer<QWidget> holder; // of the items that are still to be read
-    bool hasItems = false;
+    int depth;
+    int begin; // of its fields among those of all
+    int end;
+    QPointer<QWidget> holder; // of items
+    bool hasItems;
+    QByteArray items; // more fields
 };
 
 // Describes the widgets. None of the application's code runs, so all of them stay.
@@ -35,17 +38,16 @@ public:
 
     void visit(QWidget* widget, int depth)
     {
-        Entry entry;
-        entry.depth = depth;
+        const ClassRow& row = rowFor(widget);
+        Entry entry = {
+            depth, static_cast<int>(fields.size()), 0, row.holdsItems ? widget : nullptr, row.holdsItems, QByteArray()};
         {
-            JsonObject object(entry.fields);
+            JsonObject object(fields);
             describer.addFields(object, widget);
-            addValue(object, widget);
+            if (row.addValue)
+                row.addValue(object, widget);
         }
-        entry.fields.chop(1);
-        entry.hasItems = holdsItems(widget);
-        if (entry.hasItems)
-            entry.holder = widget;
+        entry.end = static_cast<int>(fields.size()) - 1; // the brace comes after the children
         entries.push_back(entry);
         for (QObject* child : widget->children()) {
             auto* inner = child->isWidgetType() ? static_cast<QWidget*>(child) : nullptr;
@@ -55,9 +57,26 @@ public:
     }
 
     std::vector<Entry> entries;
+    QByteArray fields; // of all, one after the other
 
 private:
+    struct ClassRow
+    {
+        ValueWriter addValue;
+        bool holdsItems;
+    };
+
+    // Each class is looked up once.
+    const ClassRow& rowFor(const QWidget* widget)
+    {
+        const auto found = rows.find(widget->metaObject());
+        if (found != rows.end())
+            return *found;
+        return *rows.insert(widget->metaObject(), {valueWriterFor(widget), holdsItems(widget)});
+    }
+
     WidgetDescriber describer;
+    QHash<const QMetaObject*, ClassRow> rows;
 };
 
 void appendTexts(QByteArray& json, const QStringList& texts)
@@ -87,16 +106,18 @@ void appendItems(QByteArray& json, const std::vector<Item>& items)
     json += ']';
 }
 
-// Adds the items to the fields of their widget, which may die by that.
+// Reads the items of a widget, which may die by that.
 void readItems(Entry& entry)
 {
     const Items items = itemsOf(entry.holder);
+    if (!items.value.isEmpty())
+        appendJsonText(entry.items.append(",\"value\":"), items.value);
     if (!items.header.isEmpty())
-        appendTexts(entry.fields.append(",\"header\":"), items.header);
+        appendTexts(entry.items.append(",\"header\":"), items.header);
     if (!items.shown.empty())
-        appendItems(entry.fields.append(",\"items\":"), items.shown);
+        appendItems(entry.items.append(",\"items\":"), items.shown);
     if (items.leftOut > 0)
-        entry.fields.append(",\"more\":").append(QByteArray::number(items.leftOut));
+        entry.items.append(",\"more\":").append(QByteArray::number(items.leftOut));
 }
 
 // Ends the objects from the last one that was written, at `from`, up to the depth `to`.
@@ -107,9 +128,10 @@ void closeObjects(QByteArray& json, int from, int to)
 }
 
 // Puts the entries, parents before children, into each other. Those whose widget has died are left out with all below.
-QByteArray nested(const std::vector<Entry>& entries)
+QByteArray nested(const std::vector<Entry>& entries, const QByteArray& fields)
 {
     QByteArray json;
+    json.reserve(static_cast<int>(fields.size() + entries.size() * 16));
     int last = -1;
     int dead = std::numeric_limits<int>::max();
     for (const Entry& entry : entries) {
@@ -124,7 +146,7 @@ QByteArray nested(const std::vector<Entry>& entries)
             closeObjects(json, last, entry.depth);
             json += ',';
         }
-        json += entry.fields;
+        json.append(fields.constData() + entry.begin, entry.end - entry.begin).append(entry.items);
         last = entry.depth;
     }
     if (last >= 0)
@@ -137,16 +159,18 @@ QByteArray nested(const std::vector<Entry>& entries)
 QByteArray snapshot(QWidget* widget)
 {
     std::vector<Entry> entries;
+    QByteArray fields;
     {
         Walk walk(widget);
         walk.visit(widget, 0);
         entries.swap(walk.entries);
+        fields.swap(walk.fields);
     }
     for (Entry& entry : entries) {
         if (entry.holder)
             readItems(entry);
     }
-    return nested(entries);
+    return nested(entries, fields);
 }
 
 } // namespace locate

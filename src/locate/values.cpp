@@ -4,7 +4,6 @@
 #include "locate/json.h"
 
 #include <QAbstractSlider>
-#include <QComboBox>
 #include <QLCDNumber>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -54,11 +53,6 @@ void addLine(JsonObject& object, const QWidget* widget)
     object.addUnlessEmpty("value", isSecret ? QString(QLatin1String("***")) : line->text());
 }
 
-void addChoice(JsonObject& object, const QWidget* widget)
-{
-    object.addUnlessEmpty("value", static_cast<const QComboBox*>(widget)->currentText());
-}
-
 // Dates and times, and boxes of the application's own.
 void addShownText(JsonObject& object, const QWidget* widget)
 {
@@ -68,13 +62,12 @@ void addShownText(JsonObject& object, const QWidget* widget)
 struct ValueRow
 {
     const char* className;
-    void (*add)(JsonObject& object, const QWidget* widget);
+    ValueWriter add;
 };
 
 // Each class before its base classes.
 const ValueRow valueRows[] = {
     {"QLineEdit", addLine},
-    {"QComboBox", addChoice},
     {"QSpinBox", addNumber<QSpinBox>},
     {"QDoubleSpinBox", addFraction<QDoubleSpinBox>},
     {"QAbstractSpinBox", addShownText},
@@ -87,12 +80,13 @@ const ValueRow valueRows[] = {
 
 } // namespace
 
-void addValue(JsonObject& object, const QWidget* widget)
+ValueWriter valueWriterFor(const QWidget* widget)
 {
     for (const ValueRow& row : valueRows) {
         if (widget->inherits(row.className))
-            return row.add(object, widget);
+            return row.add;
     }
+    return nullptr;
 }
 
 } // namespace locate

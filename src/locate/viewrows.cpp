@@ -64,7 +64,7 @@ Item itemOf(const QAbstractItemView& view, const Rows& rows, const QPersistentMo
 
 void addHeader(Items& items, const QAbstractItemView& view, const Rows& rows, const Liveness& life)
 {
-    const QPointer<const QHeaderView> header(rows.header());
+    const QPointer<QHeaderView> header(rows.header());
     for (int i = 0; life.holds() && header && header->isVisible() && i < header->count(); ++i) {
         const int column = header->logicalIndex(i);
         if (!header->isSectionHidden(column) && items.header.size() < mostColumns)

@@ -238,6 +238,11 @@ def test_a_view_that_dies_when_it_is_read_is_left_out(app):
 def test_five_thousand_widgets_take_milliseconds(app):
     app.do("manyWidgets")
     assert len(list(walk(snapshot(app, "Many")))) == 5001
+    assert min(seconds_of(lambda: app.request(extension("+2", "Many", ""))) for _ in range(5)) < 0.25
+
+
+def seconds_of(call):
+    """Some 10 milliseconds, but a sanitizer, and other work of the machine, take more."""
     began = time.perf_counter()
-    app.request(extension("+2", "Many", ""))
-    assert time.perf_counter() - began < 0.25  # some 10 ms; a sanitizer, and other work, take more
+    call()
+    return time.perf_counter() - began
