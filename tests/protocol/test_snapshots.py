@@ -6,6 +6,7 @@ import time
 import pytest
 
 from extensions import extension, hexadecimal
+from hostapp import eventually
 
 WINDOW = "Café, €"
 
@@ -177,8 +178,9 @@ def test_a_menu_bar_tells_its_titles(app):
 
 
 def test_an_open_menu_tells_its_entries_with_shortcuts(app):
-    reply = app.request(extension("+5", WINDOW, "QMenuBar", "", "s:File"))
-    assert reply.startswith("0,")
+    click = "s:MouseClick:LeftButton:0.02:0.5:"
+    assert app.request(extension("+9", WINDOW, "QMenuBar", "QWidget", click)) == "0,QWidget"
+    eventually(lambda: app.request("8,Widget:ActivePopupWidget"), "0,")
     menu = snapshot(app, "Widget:ActivePopupWidget")
     assert menu["role"] == "menu"
     assert menu["items"] == [

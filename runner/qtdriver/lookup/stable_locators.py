@@ -30,7 +30,8 @@ class StableLocators:
     """Finds, for the widgets of one snapshot, locators that find them alone.
 
     In this order: the object name, the label, the text or the action, what else is shown; each alone or with the class, and
-    within the nearest widget around it that has such a locator; then the class and the position there.
+    within the nearest widget around it that has such a locator, or that is the only one of its class; then the class and the
+    position there.
     """
 
     def __init__(self, connection: Connection, window: str, root: SnapshotNode) -> None:
@@ -53,6 +54,11 @@ class StableLocators:
             self._known[node.ref] = self._first(_by_conditions(node, self._is_alone), self._finds_one)
         return self._known[node.ref]
 
+    def _by_class(self, node: SnapshotNode) -> Optional[Locator]:
+        """The class of a node, if it is the only one of it."""
+        found = locator(node.class_name)
+        return found if self._counts.get(("class", node.class_name)) == 1 and self._finds_one(found) else None
+
     def _within_another(self, node: SnapshotNode) -> Optional[Locator]:
         outer = self._around(node)
         if outer is None:
@@ -73,7 +79,7 @@ class StableLocators:
         """The locator of the nearest widget around it that has one by its texts; None for the window."""
         above = self._parents.get(node.ref)
         while above is not None and above is not self._root:
-            found = self._by_texts(above)
+            found = self._by_texts(above) or self._by_class(above)
             if found is not None:
                 return found
             above = self._parents.get(above.ref)
@@ -130,6 +136,6 @@ def _texts(told: Mapping[str, object]) -> Iterator[Tuple[str, str]]:
 def _count_texts(root: SnapshotNode) -> Dict[Tuple[str, str], int]:
     counts: Dict[Tuple[str, str], int] = {}
     for node in root.walk():
-        for found in _texts(node.details):
+        for found in (("class", node.class_name), *_texts(node.details)):
             counts[found] = counts.get(found, 0) + 1
     return counts
