@@ -44,13 +44,13 @@ def test_an_application_is_looked_at_and_driven_from_a_shell(held):
 
 
 def test_the_tree_shows_names_classes_and_what_is_unique(held):
-    lines = qtdriver("tree", "Roastery", "--paths").splitlines()
+    lines = qtdriver("tree", "Roastery").splitlines()
     assert lines[0] == "showcase (MainWindow) *"
     assert "  menuBar (QMenuBar) *" in lines
     assert any(line.strip() == "brewButton (QPushButton) *" for line in lines)
-    assert any(line.endswith("startButton (QPushButton, hidden)  firstRoaster/startButton") for line in lines)
+    assert any(line.strip() == "startButton (QPushButton, hidden)" for line in lines)
     assert lines[-1] == "* marks a name that finds only this widget"
-    rows = {row["object_name"]: row for row in data("tree", "Roastery", "--paths")}
+    rows = {row["object_name"]: row for row in data("tree", "Roastery")}
     assert rows["brewButton"] == {
         "depth": rows["counterBox"]["depth"] + 1,
         "class": "QPushButton",
@@ -58,9 +58,25 @@ def test_the_tree_shows_names_classes_and_what_is_unique(held):
         "object_name": "brewButton",
         "visible": True,
         "unique": True,
-        "path": "brewButton",
     }
     assert "hidden" not in qtdriver("tree", "Roastery", "--visible")
+
+
+def test_the_tree_has_an_address_for_every_visible_widget_that_finds_it_alone(held):
+    rows = data("tree", "Roastery", "--paths")
+    brew = next(row for row in rows if row["name"] == "brewButton")
+    assert (brew["path"], brew["python"]) == ("brewButton", 'widget("brewButton")')
+    assert '    button "Brew a cup" (QPushButton)  brewButton  widget("brewButton")' in [
+        line[line.index("button") - 4 :]
+        for line in qtdriver("tree", "Roastery", "--paths").splitlines()
+        if "Brew a cup" in line
+    ]
+    assert len({row["path"] for row in rows}) == len(rows)
+    for row in rows[:: len(rows) // 8]:
+        assert data("get", "Roastery", row["path"], "className", "visible") == {
+            "className": row["class"],
+            "visible": True,
+        }
 
 
 def test_a_screenshot_is_saved_where_the_user_is(held, tmp_path, monkeypatch):
