@@ -10,6 +10,7 @@ from qtdriver import (
     AmbiguousWindowError,
     CommandError,
     ConditionError,
+    NotReadyError,
     NotVisibleError,
     WidgetNotFoundError,
     WindowBlockedError,
@@ -244,6 +245,20 @@ def test_an_item_that_is_not_there_is_told_with_the_nearest(window):
         'there is no item "Button"; did you mean "Buttons"?',
         'items: "Buttons", "Entry fields", "Lists", "Tables", "Containers", "Dialogs"',
     ]
+
+
+def test_an_item_that_is_waited_for_in_vain_is_told_with_those_that_there_are(window):
+    if not window.app.connection.knows_locators:
+        pytest.skip("the agent knows no locators")
+    bar = window.find("QTabBar", text="Entry fields")
+    assert said(NotReadyError, lambda: bar.select("Button")) == text(
+        """
+        item "Button" not there yet
+        waited 0.1 s in window "Widget:showcase"
+        there is no item "Button"; did you mean "Buttons"?
+        items: "Buttons", "Entry fields", "Lists", "Tables", "Containers", "Dialogs"
+        """
+    )
 
 
 def test_an_item_that_a_property_is_asked_of_is_told_with_those_that_there_are(window):

@@ -171,7 +171,8 @@ class App(ClosedOnLeaving):
         """`error` with what there is instead of this widget of this window, after a wait of `seconds`."""
         if error.explanation:
             return error
-        explanation = explain(self.connection, error, window, path)
+        explanation = error.explain_later() if error.explain_later is not None else ""
+        explanation = explanation or explain(self.connection, error, window, path)
         waited = f"waited {seconds:g} s"
         if path and error.code != "2":
             waited += f' in window "{window}"'

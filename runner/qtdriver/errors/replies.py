@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Dict, Mapping, Tuple, Type
+from typing import Callable, Dict, Mapping, Optional, Tuple, Type
 
 from .base import QtDriverError
 
@@ -16,6 +16,7 @@ class ReplyError(QtDriverError):
         explanation: what there is instead, empty where nobody has looked.
         candidates: with the codes "5" to "7" of an extension, widgets that the agent names with it, described as in a
             snapshot: the nearest, the hidden ones, or those that all match.
+        explain_later: looks for what there is instead, once nobody waits any more; None where nobody has to.
     """
 
     def __init__(
@@ -30,6 +31,7 @@ class ReplyError(QtDriverError):
         self.message = message
         self.explanation = explanation
         self.candidates = candidates
+        self.explain_later: Optional[Callable[[], str]] = None
 
     def __reduce__(self) -> "tuple[Type[ReplyError], tuple[object, ...]]":
         """All arguments travel when the error is copied to another process, as parallel test runs do."""

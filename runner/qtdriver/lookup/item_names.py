@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from typing import Callable, List, Optional, Sequence, Tuple, TypeVar
 
-from ..errors import CommandError, ObscuredError, ReplyError
+from ..errors import CommandError, NotReadyError, ObscuredError, ReplyError
 from ..protocol.connection import Connection
 from ..protocol.locators import Address
 from .near_names import nearest_names
@@ -40,6 +40,11 @@ def with_item_suggestions(
         return call()
     except ObscuredError:
         raise  # the item was not looked for yet
+    except NotReadyError as error:
+        if isinstance(item, str) and item:
+            name = item
+            error.explain_later = lambda: _explain_item(connection, window, path, name, widget_class)
+        raise  # the item may come
     except CommandError as error:
         if not isinstance(item, str) or not item:
             raise
