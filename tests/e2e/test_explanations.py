@@ -134,11 +134,12 @@ def test_what_is_in_sight_is_told_with_its_texts_and_names(window):
     lines = said(WidgetNotFoundError, window.widget("zzzzzzzzzzzzzzzzzzzzzzzz").activate).splitlines()
     kinds = dict(line.strip().split(": ", 1) for line in lines[3:])
     assert lines[2] == "in sight are:"
-    assert '"Brew a cup" (brewButton), "Refill water" (refillButton)' in kinds["buttons"]
+    for button in ('"Brew a cup" (brewButton)', '"Refill water" (refillButton)'):
+        assert button in kinds["buttons"]
     assert '"Milk" (milkCheck)' in kinds["check boxes and radio buttons"]
     assert '"Light" (lightRadio)' in kinds["check boxes and radio buttons"]
     assert '"Buttons", "Entry fields", "Lists"' in kinds["tabs"]
-    assert kinds["fields"] == "hopperCombo"
+    assert "hopperCombo" in kinds["fields"]
 
 
 def test_a_button_that_nothing_in_sight_shows_is_told_by_its_text(window):

@@ -21,9 +21,9 @@ from ..protocol.records import WindowRecord
 from .derived import DIALOG_BUTTON
 from .near_names import nearest_names
 from .paths import checked_unique_path, list_tree
+from .sight import describe_sight
 from .snapshot import describe_node
 from .tree import Node, WidgetTree
-from .visible_texts import describe_sight
 from .windows import MODAL, OBJECT_NAME, POPUP, describe_windows, walk_windows
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own

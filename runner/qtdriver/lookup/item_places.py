@@ -6,7 +6,7 @@ tells its place, and there items are addressed by row and column.
 
 from __future__ import annotations
 
-from typing import Callable, List, Optional, Sequence, Tuple
+from typing import List, Optional, Sequence, Tuple
 
 from ..errors import CommandError
 from ..protocol.connection import Connection

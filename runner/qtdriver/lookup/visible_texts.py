@@ -1,4 +1,4 @@
-"""Finds widgets by the texts that the user sees on them, and tells what is in sight.
+"""Finds widgets by the texts that the user sees on them.
 
 This is the only place that looks for texts. Where the agent has extensions, it looks by locators; otherwise, and for
 messages, by listings and properties, where a widget that no path finds alone cannot be asked for its text.
@@ -11,13 +11,10 @@ from typing import Callable, Iterable, Iterator, List, NamedTuple, Optional, Seq
 from ..errors import AmbiguousError, NotVisibleError, ReplyError, WidgetNotFoundError
 from ..protocol.connection import Connection
 from ..protocol.locators import Address, Locator, locator
-from .derived import DIALOG_BUTTON
 from .near_names import nearest_names
 from .paths import checked_unique_path, list_tree
 from .served import (
     CHECKED_BUTTONS,
-    FIELDS,
-    ITEM_VIEWS,
     OTHER_BUTTONS,
     PUSH_BUTTONS,
     TAB_BARS,
@@ -40,9 +37,6 @@ class Search(NamedTuple):
     locator: Locator
 
 
-_SHOWN = 12
-
-
 class Seen(NamedTuple):
     """A visible widget, a path that finds only this, and the texts that it shows: one, or those of its tabs."""
 
@@ -58,17 +52,17 @@ def plain_text(text: str) -> str:
 
 def button_showing(text: str) -> Search:
     """Looks for the push button that shows `text`; where there is none, for a tool button."""
-    return _search("button", text, (PUSH_BUTTONS, OTHER_BUTTONS), _button_texts)
+    return _search("button", text, (PUSH_BUTTONS, OTHER_BUTTONS), button_texts)
 
 
 def checkbox_showing(text: str) -> Search:
     """Looks for the check box that shows `text`; where there is none, for a radio button."""
-    return _search("check box", text, tuple((kind,) for kind in CHECKED_BUTTONS), _button_texts)
+    return _search("check box", text, tuple((kind,) for kind in CHECKED_BUTTONS), button_texts)
 
 
 def tab_bar_showing(text: str) -> Search:
     """Looks for the tab bar that has a tab with this text."""
-    return _search("tab", text, (TAB_BARS,), _items)
+    return _search("tab", text, (TAB_BARS,), item_texts)
 
 
 def field_labelled(text: str) -> Search:
@@ -97,7 +91,7 @@ def _first_located(connection: Connection, window: str, locators: Iterable[Locat
     return None
 
 
-def _search(kind: str, text: str, groups: Sequence[Sequence[str]], texts: "_Texts") -> Search:
+def _search(kind: str, text: str, groups: Sequence[Sequence[str]], texts: "TextReader") -> Search:
     return Search(
         lambda connection, window: _only(connection, window, kind, text, groups, texts),
         locator(groups[0][0], text=text),
@@ -110,7 +104,7 @@ def _only(
     kind: str,
     text: str,
     groups: Sequence[Sequence[str]],
-    texts: "_Texts",
+    texts: "TextReader",
 ) -> Address:
     """The address of the one widget that shows `text`, of the first group of classes in which one does."""
     if connection.knows_locators:
@@ -122,7 +116,7 @@ def _only(
     wanted = plain_text(text)
     known: List[str] = []
     for group in groups:
-        seen_ones = list(_seen(connection, window, tree, group, texts))
+        seen_ones = list(seen_widgets(connection, window, tree, group, texts))
         matching = [seen for seen in seen_ones if wanted in map(plain_text, seen.texts)]
         known += [plain_text(shown) for seen in seen_ones for shown in seen.texts]
         if len(matching) > 1:
@@ -137,24 +131,20 @@ def _only(
     raise WidgetNotFoundError("5", f'no {kind} in sight shows "{text}"{meant}')
 
 
-_Texts = Callable[[Connection, str, str], Tuple[str, ...]]
+TextReader = Callable[[Connection, str, str], Tuple[str, ...]]
 
 
-def _button_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+def button_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
     return (str(connection.read_property(window, path, "text")),)
 
 
-def _items(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+def item_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
     items = connection.read_property(window, path, "itemList")
     return items if isinstance(items, tuple) else ()
 
 
-def _no_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
-    return ()
-
-
-def _seen(
-    connection: Connection, window: str, tree: WidgetTree, classes: Sequence[str], texts: _Texts
+def seen_widgets(
+    connection: Connection, window: str, tree: WidgetTree, classes: Sequence[str], texts: TextReader
 ) -> Iterator[Seen]:
     """The visible widgets of these classes that a path finds alone, with their texts."""
     for node in visible_served_as(connection, window, tree, classes):
@@ -165,41 +155,3 @@ def _seen(
             yield Seen(node, path, texts(connection, window, path))
         except ReplyError:
             continue  # it has gone, or has no such text
-
-
-_KINDS: Tuple[Tuple[str, Tuple[str, ...], _Texts], ...] = (
-    ("buttons", (*PUSH_BUTTONS, *OTHER_BUTTONS), _button_texts),
-    ("check boxes and radio buttons", CHECKED_BUTTONS, _button_texts),
-    ("tabs", TAB_BARS, _items),
-    ("fields", FIELDS, _no_texts),
-    ("lists, trees and tables", ITEM_VIEWS, _no_texts),
-)
-
-
-def describe_sight(connection: Connection, window: str, tree: WidgetTree) -> List[str]:
-    """What the user sees in a window and can use, in lines for a message; none where nothing of it has an address."""
-    lines = []
-    for kind, classes, texts in _KINDS:
-        words: List[str] = []
-        for seen in _seen(connection, window, tree, classes, texts):
-            if not _is_part_of_a_field(seen.node):
-                words += _words(seen)
-        if words:
-            more = f", and {len(words) - _SHOWN} more" if len(words) > _SHOWN else ""
-            lines.append(f"  {kind}: {', '.join(words[:_SHOWN])}{more}")
-    return ["in sight are:", *lines] if lines else []
-
-
-def _words(seen: Seen) -> List[str]:
-    """How the texts of a widget and its path are told: "Continue" (nextButton), or the path alone."""
-    if not any(seen.texts):
-        return [seen.path]
-    texts = [f'"{plain_text(text)}"' for text in seen.texts if text]
-    if len(texts) > 1 or seen.path.endswith(DIALOG_BUTTON):
-        return texts  # button() and tab() find them
-    return [f"{text} ({seen.path})" for text in texts]
-
-
-def _is_part_of_a_field(node: Node) -> bool:
-    """Whether it is the line edit of a spin box or of a combo box, or the like."""
-    return node.name.startswith("qt_") and node.record.class_name not in TAB_BARS
