@@ -9,7 +9,7 @@ from ..protocol.wire import Value
 from .addresses import Section, cell
 from .item import WidgetItem
 from .menu import Menu
-from .mouse import Modifier, MouseButton, Position
+from .mouse import Modifier, Position
 
 if TYPE_CHECKING:
     from .window import Window
