@@ -15,10 +15,9 @@ from showcase import running
 def classes():
     """The public classes of the package, and those whose objects its public methods answer; no bases of others."""
     found = {value for value in vars(qtdriver).values() if inspect.isclass(value)}
-    for package in ("qtdriver.api", "qtdriver.lookup"):
-        for module in pkgutil.iter_modules(importlib.import_module(package).__path__, f"{package}."):
-            members = vars(importlib.import_module(module.name)).values()
-            found |= {member for member in members if getattr(member, "__module__", "") == module.name}
+    for module in pkgutil.iter_modules(importlib.import_module("qtdriver.api").__path__, "qtdriver.api."):
+        members = vars(importlib.import_module(module.name)).values()
+        found |= {member for member in members if getattr(member, "__module__", "") == module.name}
     ours = {cls for cls in found if inspect.isclass(cls) and cls.__module__.startswith("qtdriver")}
     bases = {base for cls in ours for base in cls.__mro__[1:]}
     return sorted(ours - bases, key=lambda cls: cls.__qualname__)
