@@ -45,6 +45,7 @@ int main(int argc, char** argv)
     registerResolution();
     registerTrees();
     registerItems();
+    registerLocating();
     registerTexts();
     registerClicks();
     registerMenus();

@@ -32,6 +32,7 @@ void registerPair(const char* name, Clock clock, std::initializer_list<int> size
 // One per file of benchmarks; called before they are run.
 void registerClicks();
 void registerItems();
+void registerLocating();
 void registerMenus();
 void registerResolution();
 void registerStarting();

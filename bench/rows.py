@@ -24,6 +24,8 @@ class Row:
 
 FIND = "findChildren()"
 RESOLVE = "Resolution of a path"
+LOCATE = "Search by a locator"
+FIND_ALL = "findChildren() of all"
 ITEMS = "Items"
 TEXTS = "Texts"
 INPUT = "Input until its effect is seen"
@@ -44,6 +46,13 @@ BENCHMARKS: Dict[str, Row] = {
     "find_dialog_button": Row(RESOLVE, "a derived name: a button's text", FIND, ratio=3),
     "find_action_button": Row(RESOLVE, "a derived name: a tool button's action", FIND, ratio=3),
     "find_dialog_part": Row(RESOLVE, "a derived name: a class in an input dialog", FIND, ratio=3),
+    "locate_class_text": Row(LOCATE, "class and text", FIND_ALL, ratio=4),
+    "locate_text": Row(LOCATE, "a text", FIND_ALL, ratio=4),
+    "locate_name": Row(LOCATE, "an object name", FIND_ALL, ratio=4),
+    "locate_within": Row(LOCATE, "the eighth button within a group", FIND_ALL, ratio=4),
+    "locate_action": Row(LOCATE, "the action of a tool button", FIND_ALL, ratio=4),
+    "locate_label": Row(LOCATE, "a label, every other widget has one", FIND_ALL, ratio=4),
+    "locate_property": Row(LOCATE, "a property that every other widget has", FIND_ALL),
     "tree": Row(
         "Tree listing", "all widgets of a window", "findChildren(), 3 reads each", limit=3000, limit_size=5000
     ),

@@ -1,6 +1,8 @@
 #include "samplewindows.h"
 
 #include <QAction>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -38,6 +40,20 @@ void addToolButton(int index, QWidget* group)
     auto* action = new QAction(button);
     action->setObjectName(numbered("action%1", index));
     button->addAction(action);
+}
+
+void addField(int index, QWidget* group)
+{
+    const int number = index / 2;
+    if (index % 2 == 0) {
+        new QLabel(numbered("Field &%1:", number), group);
+        return;
+    }
+    auto* label = qobject_cast<QLabel*>(group->children().isEmpty() ? nullptr : group->children().last());
+    auto* edit = new QLineEdit(group);
+    edit->setPlaceholderText(numbered("hint %1", number));
+    if (label)
+        label->setBuddy(edit);
 }
 
 void addTwin(int, QWidget* group)
@@ -89,6 +105,9 @@ QWidget* makeWindow(Sample sample, int size)
         break;
     case Sample::Unnamed:
         fillGroups(window, size, addUnnamedButton);
+        break;
+    case Sample::Fields:
+        fillGroups(window, size, addField);
         break;
     case Sample::Actions:
         fillGroups(window, size, addToolButton);

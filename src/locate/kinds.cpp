@@ -121,15 +121,19 @@ const WidgetKind* kindOfClass(const char* className)
     return nullptr;
 }
 
+const WidgetKind* nearestKind(const QMetaObject* metaObject)
+{
+    const WidgetKind* kind = nullptr;
+    for (; !kind && metaObject; metaObject = metaObject->superClass())
+        kind = kindOfClass(metaObject->className());
+    return kind ? kind : &kindOfWidgets();
+}
+
 } // namespace
 
 const WidgetKind& WidgetKinds::of(const QWidget* widget) const
 {
-    const QMetaObject* const metaObject = widget->metaObject();
-    const WidgetKind*& kind = known[metaObject];
-    for (const QMetaObject* meta = metaObject; !kind && meta; meta = meta->superClass())
-        kind = kindOfClass(meta->className());
-    return kind ? *kind : kindOfWidgets();
+    return *known.of(widget->metaObject(), nearestKind);
 }
 
 const char* roleOf(const QWidget* widget, const WidgetKind& kind)

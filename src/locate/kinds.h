@@ -1,10 +1,7 @@
 #pragma once
 
+#include "locate/classmemo.h"
 #include "locate/widgettexts.h"
-
-#include <QtCore/QHash>
-
-struct QMetaObject;
 
 namespace locate {
 
@@ -17,15 +14,14 @@ struct WidgetKind
     bool isOneText; // that is one text, and no other field of a description has it
 };
 
-// The kinds of widgets. Each class is looked up once, so this is for one walk through a window: an application can unload
-// the code of its classes.
+// The kinds of widgets, for one walk through a window.
 class WidgetKinds
 {
 public:
     const WidgetKind& of(const QWidget* widget) const;
 
 private:
-    mutable QHash<const QMetaObject*, const WidgetKind*> known;
+    mutable ClassMemo<const WidgetKind*> known;
 };
 
 // The widget's role: that of its kind, or "window" or "dialog".

@@ -112,6 +112,52 @@ QString Labels::of(const QWidget* widget) const
     return reader ? firstShownText(label, reader) : QString();
 }
 
+const QWidget* Labels::widgetThatLabels(const QWidget* widget) const
+{
+    if (best.isEmpty()) {
+        for (const Source& source : sources)
+            keepBetter(best, source);
+    }
+    const Source* source = best.value(widget);
+    return source ? source->label : nullptr;
+}
+
+QSet<const QWidget*> Labels::labelledBy(TextVisitor& visitor) const
+{
+    // Some label of theirs has such a text; whether it is the one that counts is looked at for these only.
+    Sources candidates;
+    for (const Source& source : sources) {
+        if (isLabel(source.label, visitor))
+            candidates.insert(source.field, nullptr);
+    }
+    QSet<const QWidget*> labelled;
+    if (candidates.isEmpty())
+        return labelled;
+    for (const Source& source : sources) {
+        if (candidates.contains(source.field))
+            keepBetter(candidates, source);
+    }
+    for (const Source* source : candidates) {
+        if (isLabel(source->label, visitor))
+            labelled.insert(source->field);
+    }
+    return labelled;
+}
+
+bool Labels::isLabel(const QWidget* label, TextVisitor& visitor) const
+{
+    const TextReader reader = kinds.of(label).readTexts;
+    return reader && reader(label, visitor);
+}
+
+// Of two labels by the same rule the first one counts.
+void Labels::keepBetter(Sources& kept, const Source& source)
+{
+    const Source*& other = kept[source.field];
+    if (!other || source.rule > other->rule)
+        other = &source;
+}
+
 void Labels::readBelow(const QObject* parent)
 {
     for (const QObject* child : parent->children()) {
@@ -201,12 +247,9 @@ void Labels::add(const QWidget* label, const QLayoutItem* field, Rule rule)
         add(label, widget, rule);
 }
 
-// Of two labels by the same rule the first one counts.
 void Labels::add(const QWidget* label, const QWidget* field, Rule rule)
 {
-    Source& source = sources[field];
-    if (!source.widget || rule > source.rule)
-        source = {label, rule};
+    sources.push_back({field, label, rule});
 }
 
 } // namespace locate

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QtCore/QHash>
+#include <QtCore/QSet>
 #include <QtCore/QString>
+
+#include <vector>
 
 class QFormLayout;
 class QGridLayout;
@@ -14,6 +17,7 @@ class QWidget;
 
 namespace locate {
 
+class TextVisitor;
 class WidgetKinds;
 
 // What names the fields of a window to a user's eye: found in one pass, and to be used before anything else happens to the
@@ -28,15 +32,19 @@ public:
     // The label as it is shown; empty when there is none.
     QString of(const QWidget* widget) const;
     // The widget that shows it; null when there is none.
-    const QWidget* widgetThatLabels(const QWidget* widget) const { return sources.value(widget).widget; }
+    const QWidget* widgetThatLabels(const QWidget* widget) const;
+    // The widgets whose label has a text that is enough for the visitor: told without looking at the others.
+    QSet<const QWidget*> labelledBy(TextVisitor& visitor) const;
 
 private:
     enum class Rule { GroupBox, Box, Grid, Form, Buddy }; // later ones count more
     struct Source
     {
-        const QWidget* widget = nullptr;
-        Rule rule = Rule::GroupBox;
+        const QWidget* field;
+        const QWidget* label;
+        Rule rule;
     };
+    using Sources = QHash<const QWidget*, const Source*>;
 
     void readBelow(const QObject* parent);
     void readLayout(const QLayout* layout);
@@ -47,8 +55,12 @@ private:
     void add(const QWidget* label, const QLayoutItem* field, Rule rule);
     void add(const QWidget* label, const QWidget* field, Rule rule);
 
+    bool isLabel(const QWidget* label, TextVisitor& visitor) const;
+    static void keepBetter(Sources& kept, const Source& source);
+
     const WidgetKinds& kinds;
-    QHash<const QWidget*, Source> sources;
+    std::vector<Source> sources; // in the order in which they are found
+    mutable Sources best; // of each field, once somebody asks
 };
 
 } // namespace locate

@@ -2,14 +2,13 @@
 
 #include "locate/plaintext.h"
 
-#include <algorithm>
-
 namespace locate {
 
 namespace {
 
 const QLatin1Char ampersand('&');
 const QLatin1Char blank(' ');
+const QLatin1Char tab('\t');
 
 // The shown characters of a text without HTML, one after the other.
 class ShownCharacters
@@ -20,17 +19,13 @@ public:
         , end(position + text.size())
         , mnemonics(hasMnemonics)
     {
-        if (mnemonics)
-            end = std::find(position, end, QLatin1Char('\t'));
         skipBlanks();
-        while (position != end && (end - 1)->isSpace())
-            --end;
     }
 
     // False behind the last one.
     bool next(QChar& character)
     {
-        if (position == end)
+        if (isAtEnd())
             return false;
         character = *position++;
         if (mnemonics && character == ampersand) {
@@ -39,14 +34,18 @@ public:
         } else if (character.isSpace()) {
             character = blank;
             skipBlanks();
+            return !isAtEnd();
         }
         return true;
     }
 
 private:
+    // A tab ends what has mnemonics.
+    bool isAtEnd() const { return position == end || (mnemonics && *position == tab); }
+
     void skipBlanks()
     {
-        while (position != end && position->isSpace())
+        while (!isAtEnd() && position->isSpace())
             ++position;
     }
 

@@ -74,6 +74,7 @@ struct StepTest::Prepared
     TextTest test;
     QByteArray property;
     QSet<const QWidget*> atPath;
+    QSet<const QWidget*> labelled;
     const QWidget* referred = nullptr;
 };
 
@@ -88,14 +89,21 @@ StepTest::~StepTest() = default;
 
 StepTest::Prepared StepTest::prepare(const Condition& condition, QWidget* window)
 {
-    Prepared prepared{condition.key, TextTest(condition), condition.property, {}, nullptr};
+    Prepared prepared{condition.key, TextTest(condition), condition.property, {}, {}, nullptr};
     if (condition.key == Key::Path)
         prepared.atPath = WidgetsAtPath(window, identify::WidgetPath(condition.value)).widgets;
     else if (condition.key == Key::Reference)
         prepared.referred = References::all().widgetOf(condition.value.toLongLong());
-    else if (condition.key == Key::Label && !labels)
-        labels.reset(new Labels(window, kinds));
+    else if (condition.key == Key::Label)
+        prepared.labelled = labelsOf(window).labelledBy(prepared.test);
     return prepared;
+}
+
+const Labels& StepTest::labelsOf(QWidget* window)
+{
+    if (!labels)
+        labels.reset(new Labels(window, kinds));
+    return *labels;
 }
 
 bool StepTest::fits(QWidget* widget)
@@ -116,6 +124,8 @@ bool StepTest::meets(QWidget* widget, Prepared& condition)
         return condition.test.fits(widget->objectName());
     case Key::Path:
         return condition.atPath.contains(widget);
+    case Key::Label:
+        return condition.labelled.contains(widget);
     case Key::Reference:
         return widget == condition.referred;
     default:
@@ -146,13 +156,20 @@ bool StepTest::propertiesFit(QWidget* widget)
 }
 
 // Told without running the application's code.
-bool StepTest::canHaveProperties(const QWidget* widget) const
+bool StepTest::canHaveProperties(const QWidget* widget)
 {
     const QMetaObject* metaObject = widget->metaObject();
-    return std::all_of(properties.begin(), properties.end(), [&](const Prepared& condition) {
+    const auto isOfClassOrOwn = [&](const Prepared& condition) {
         return metaObject->indexOfProperty(condition.property.constData()) >= 0
             || widget->dynamicPropertyNames().contains(condition.property);
+    };
+    const bool ofClass = classHasProperties.of(metaObject, [this](const QMetaObject* meta) {
+        return std::all_of(properties.begin(), properties.end(),
+            [meta](const Prepared& condition) { return meta->indexOfProperty(condition.property.constData()) >= 0; });
     });
+    return ofClass
+        || (!widget->dynamicPropertyNames().isEmpty()
+            && std::all_of(properties.begin(), properties.end(), isOfClassOrOwn));
 }
 
 int StepTest::conditionCount() const
@@ -169,23 +186,11 @@ int StepTest::unmetCount(QWidget* widget)
 
 bool StepTest::isOfClass(const QWidget* widget)
 {
-    if (className.isEmpty())
-        return true;
-    const QMetaObject* metaObject = widget->metaObject();
-    if (metaObject == lastClass)
-        return lastClassFits;
-    const auto known = classFits.constFind(metaObject);
-    if (known == classFits.constEnd()) {
-        const QMetaObject* meta = metaObject;
-        while (meta && className != meta->className())
-            meta = meta->superClass();
-        classFits.insert(metaObject, meta != nullptr);
-        lastClassFits = meta;
-    } else {
-        lastClassFits = *known;
-    }
-    lastClass = metaObject;
-    return lastClassFits;
+    return className.isEmpty() || classFits.of(widget->metaObject(), [this](const QMetaObject* metaObject) {
+        while (metaObject && className != metaObject->className())
+            metaObject = metaObject->superClass();
+        return metaObject != nullptr;
+    });
 }
 
 } // namespace locate

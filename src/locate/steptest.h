@@ -40,8 +40,9 @@ private:
     struct Prepared;
 
     bool isOfClass(const QWidget* widget);
-    bool canHaveProperties(const QWidget* widget) const;
+    bool canHaveProperties(const QWidget* widget);
     bool meets(QWidget* widget, Prepared& condition);
+    const Labels& labelsOf(QWidget* window);
     Prepared prepare(const Condition& condition, QWidget* window);
 
     const QByteArray className;
@@ -49,9 +50,8 @@ private:
     std::vector<Prepared> properties;
     WidgetKinds kinds;
     std::unique_ptr<Labels> labels; // where a condition is about them
-    QHash<const QMetaObject*, bool> classFits;
-    const QMetaObject* lastClass = nullptr; // most widgets are of the class of the one before
-    bool lastClassFits = false;
+    ClassMemo<bool> classFits;
+    ClassMemo<bool> classHasProperties;
 };
 
 } // namespace locate
