@@ -62,6 +62,18 @@ Item itemOf(const QAbstractItemView& view, const Rows& rows, const QPersistentMo
     return item;
 }
 
+// Where the row is in the viewport: as wide as that where it has columns, which can be hidden or scrolled away.
+QRect placeOf(const QAbstractItemView& view, const Rows& rows, const QModelIndex& row)
+{
+    const QModelIndexList cells = rows.cells(row);
+    QRect place = cells.isEmpty() ? QRect() : view.visualRect(cells.first());
+    if (rows.header() && place.height() > 0) {
+        place.setLeft(0);
+        place.setRight(view.viewport()->width() - 1);
+    }
+    return place;
+}
+
 void addHeader(Items& items, const QAbstractItemView& view, const Rows& rows, const Liveness& life)
 {
     const QPointer<QHeaderView> header(rows.header());
@@ -90,13 +102,14 @@ Items rowsInSight(QAbstractItemView* view)
     QPersistentModelIndex row = rows->first();
     for (int steps = 0; row.isValid() && steps < mostSteps && static_cast<int>(items.shown.size()) < mostItems;
          ++steps) {
-        const bool isInSight = !rows->isHidden(row) && view->visualRect(row).intersects(area);
+        const QRect place = placeOf(*view, *rows, row);
+        const bool isInSight = !rows->isHidden(row) && place.isValid() && place.intersects(area);
         if (isInSight) {
             if (!top.isValid())
                 top = row;
             bottom = row;
             items.shown.push_back(itemOf(*view, *rows, row, life));
-        } else if (rows->isOrdered() && view->visualRect(row).top() > area.bottom()) {
+        } else if (rows->isOrdered() && place.top() > area.bottom()) {
             break;
         }
         if (!life.holds() || !row.isValid())

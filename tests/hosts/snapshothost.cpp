@@ -216,6 +216,10 @@ void build(TestHost& host)
     host.onRequest(QLatin1String("showDeadly"), [&host] { addDeadlyWindow(host); });
     host.onRequest(QLatin1String("focusNotes"), [&host] { host.findWidget(QLatin1String("notes"))->setFocus(); });
     host.onRequest(QLatin1String("deleteBuy"), [&host] { delete host.findWidget(QLatin1String("buy")); });
+    host.onRequest(QLatin1String("hideFirstColumns"), [&host] {
+        static_cast<QTreeView*>(host.findWidget(QLatin1String("tree")))->hideColumn(0);
+        static_cast<QTableView*>(host.findWidget(QLatin1String("table")))->hideColumn(0);
+    });
     host.onRequest(QLatin1String("scrollList"),
         [&host] { static_cast<QListWidget*>(host.findWidget(QLatin1String("list")))->scrollToBottom(); });
     host.onRequest(QLatin1String("manyWidgets"), [&host] {

@@ -148,6 +148,14 @@ def test_hidden_rows_and_columns_of_a_table_are_left_out(widgets):
     assert len(table["items"]) + table["more"] == 100
 
 
+def test_rows_are_told_whose_first_column_is_hidden(app):
+    app.do("hideFirstColumns")
+    widgets = by_name(snapshot(app))
+    assert widgets["tree"]["header"] == ["Size"]
+    assert [row["texts"] for row in widgets["tree"]["items"][:3]] == [["0"], [""], ["1"]]
+    assert widgets["table"]["items"][0]["texts"] == ["0.2"]
+
+
 def test_a_list_tells_the_rows_in_sight_wherever_it_is_scrolled_to(app):
     rows = by_name(snapshot(app))["list"]
     assert rows["items"][0]["texts"] == ["item 0"]

@@ -15,6 +15,7 @@ from ..errors import (
     WidgetNotFoundError,
     WindowNotFoundError,
 )
+from ..protocol.locators import Containing
 from ..protocol.waiting import Deadline, attempts
 from ..protocol.wire import Value
 from .steps import run_step
@@ -23,8 +24,8 @@ from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-Expected = Union[Value, List[str], Pattern[str], Callable[[Value], object]]
-"""A value, items, a pattern to be found in a text, or a function that answers whether it is satisfied."""
+Expected = Union[Value, List[str], Pattern[str], Containing, Callable[[Value], object]]
+"""A value, items, a pattern or a part to be found in a text, or a function that answers whether it is satisfied."""
 
 _Result = TypeVar("_Result")
 
@@ -230,6 +231,8 @@ def _wait_for(
 def _wanted(expected: Expected) -> str:
     if isinstance(expected, re.Pattern):
         return f"to match {expected.pattern!r}"
+    if isinstance(expected, Containing):
+        return f"to have {expected.part!r} in it"
     if callable(expected):
         return f"to satisfy {_function_name(expected)}"
     return f"to be {expected!r}"
@@ -243,6 +246,8 @@ def _function_name(function: Callable[..., object]) -> str:
 def _fits(value: Value, expected: Expected) -> bool:
     if isinstance(expected, re.Pattern):
         return isinstance(value, str) and expected.search(value) is not None
+    if isinstance(expected, Containing):
+        return isinstance(value, str) and expected.part in value
     if callable(expected):
         return bool(expected(value))
     if isinstance(expected, list):
