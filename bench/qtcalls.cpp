@@ -153,6 +153,14 @@ void enterText(QWidget* window)
     pressKey(Qt::Key_A, Qt::NoModifier, QString::fromLatin1("a"));
 }
 
+void typeLetter(QWidget* window)
+{
+    bringToFront(window);
+    lookWhereItIs(window);
+    handleEvents();
+    pressKey(Qt::Key_A, Qt::NoModifier, QString::fromLatin1("a"));
+}
+
 void readText(QWidget* window)
 {
     use(named<QWidget>(window, "button55")->property("text").toString().isEmpty());
@@ -208,7 +216,8 @@ struct Row
 };
 
 const Row rows[] = {{"1", listWindows}, {"2", listTree}, {"3", identify}, {"4", locate}, {"5", click}, {"6", enterText},
-    {"7", readText}, {"8", readTitle}, {"9", moveMouse}, {"10", moveWindow}, {"11", resizeWindow}, {"12", locateIcon}};
+    {"7", readText}, {"8", readTitle}, {"9", moveMouse}, {"10", moveWindow}, {"11", resizeWindow}, {"12", locateIcon},
+    {"+press", typeLetter}};
 
 } // namespace
 

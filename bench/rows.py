@@ -64,6 +64,7 @@ BENCHMARKS: Dict[str, Row] = {
     "table_find": Row(ITEMS, "find the last row of a table", "the header's texts"),
     "type_line": Row(TEXTS, "characters typed into a line edit", KEYS),
     "type_text": Row(TEXTS, "characters typed into a text edit", KEYS),
+    "type_keys": Row(TEXTS, "characters typed into a text edit by +type", KEYS),
     "insert_validated": Row(TEXTS, "characters into a field with validator", "QLineEdit::insert()"),
     "click": Row(INPUT, "a click until its slot ran", "Qt's calls for it", limit=1000),
     "menu": Row(INPUT, "an item of a submenu, until its slot ran", KEYS),
@@ -93,6 +94,7 @@ def hexadecimal(text: str) -> str:
 
 MOUSE = [hexadecimal(f"s:MouseMove::{x}:0.5:") for x in ("0.3", "0.7")]
 TYPED = hexadecimal("s:a")
+BENCH, LETTER = hexadecimal("Bench"), hexadecimal("A")
 TRIPS_OF_COMMANDS: List[Trip] = [
     Trip("1", "list the windows", ["1"]),
     Trip("2", "list the tree", ["2,Bench"]),
@@ -109,4 +111,5 @@ TRIPS_OF_COMMANDS: List[Trip] = [
     Trip("11", "resize a window", ["11,Bench,900,500", "11,Bench,901,500"]),
     # The icon is never shown: the desktop of the benchmarks has no tray.
     Trip("12", "locate a tray icon", ["12,,icon"], reply="6,"),
+    Trip("+press", "press a key", [f"+press,{BENCH},,{LETTER},"], qt_ratio=1.3),
 ]

@@ -3,6 +3,7 @@
 
 #include "onscreen.h"
 #include "pairs.h"
+#include "proxy/keyboard.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QKeyEvent>
@@ -101,6 +102,20 @@ MakeMeasured makeTypingFloor(Field TextWindow::*field)
     };
 }
 
+// As "+type" does it.
+Measured makeTypedText(int size)
+{
+    const QString text = sampleText(size);
+    return [text] {
+        QTextEdit* edit = &textWindow().text;
+        edit->clear();
+        edit->setFocus();
+        proxy::Keyboard keyboard(edit);
+        for (int position = 0; position < text.size();)
+            keyboard.send(proxy::Keyboard::type(proxy::takeKeyStroke(text, position)));
+    };
+}
+
 Measured makeInsertFloor(int size)
 {
     const QString text = sampleText(size);
@@ -119,6 +134,7 @@ void registerTexts()
         "type_line", Clock::Wall, {10, 100, 1000}, makeOurs(&TextWindow::line), makeTypingFloor(&TextWindow::line));
     registerPair(
         "type_text", Clock::Wall, {10, 100, 1000}, makeOurs(&TextWindow::text), makeTypingFloor(&TextWindow::text));
+    registerPair("type_keys", Clock::Wall, {10, 100, 1000}, makeTypedText, makeTypingFloor(&TextWindow::text));
     registerPair(
         "insert_validated", Clock::Wall, {10, 100, 1000, 10000}, makeOurs(&TextWindow::validated), makeInsertFloor);
 }

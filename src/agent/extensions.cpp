@@ -1,5 +1,6 @@
 #include "agent/extensions.h"
 
+#include "agent/inputextensions.h"
 #include "agent/locatedactions.h"
 #include "agent/request.h"
 #include "agent/snapshots.h"
@@ -28,6 +29,11 @@ const ExtensionRow extensionRows[] = {
     {"+6", enterLocated},
     {"+7", readLocated},
     {"+9", mouseLocated},
+    {"+press", pressKeys},
+    {"+type", typeText},
+    {"+wheel", turnWheel},
+    {"+clipboard", clipboardText},
+    {"+focus", focusWidget},
 };
 
 // Sections: none. The names of all extensions: a test asks once what this agent can do.

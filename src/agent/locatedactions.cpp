@@ -61,11 +61,6 @@ QWidget* required(const QPointer<QWidget>& widget)
     return widget;
 }
 
-QByteArray notYet(const QString& reason)
-{
-    return "9," + reason.toLatin1();
-}
-
 // Resolves the widget, looks whether a user could use it, has `act` run on it and replies with the class that serves it.
 template <class Act>
 QByteArray actOnLocated(const Access& window, const Request& request, int forceSection, STApplicationProxy& registry,

@@ -83,4 +83,9 @@ Access locatedWidget(const Access& window, const Request& request)
     return access;
 }
 
+QByteArray notYet(const QString& reason)
+{
+    return "9," + reason.toLatin1();
+}
+
 } // namespace agent

@@ -13,4 +13,7 @@ WrittenName windowName(const Request& request);
 // with code 5, 6 or 7, or as the window was refused.
 Access locatedWidget(const Access& window, const Request& request);
 
+// The refusal with code 9: nothing has been done, and the same request may succeed a little later.
+QByteArray notYet(const QString& reason);
+
 } // namespace agent

@@ -94,11 +94,11 @@ void forgetWindows()
     lastAnswer = WindowAtPoint();
 }
 
-void setFocus(QWidget* widget)
+void setFocus(QWidget* widget, Qt::FocusReason reason)
 {
     WindowChanges changes;
     qApp->installEventFilter(&changes);
-    widget->setFocus(Qt::OtherFocusReason);
+    widget->setFocus(reason);
     qApp->removeEventFilter(&changes);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/Qt>
+
 class QPoint;
 class QWidget;
 
@@ -19,6 +21,6 @@ bool refusesFocus(const QWidget* window);
 // QWidget::activateWindow(), but silent for those windows where Qt 5 and 6 do nothing but warn.
 void activateWindow(QWidget* widget);
 // QWidget::setFocus(), which runs the application's code: if that changes a window, windows are forgotten.
-void setFocus(QWidget* widget);
+void setFocus(QWidget* widget, Qt::FocusReason reason = Qt::OtherFocusReason);
 
 } // namespace compat

@@ -75,17 +75,29 @@ Qt::KeyboardModifiers keyboardModifier(const QString& word)
     return requiredValue(modifiers, word, "Modifier");
 }
 
-QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y)
+QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y, int placeOfX)
 {
     if (x.isEmpty() && y.isEmpty())
         return rect.center();
-    const float xShare = parsedShare(x, 3);
-    const float yShare = parsedShare(y, 4);
+    const float xShare = parsedShare(x, placeOfX);
+    const float yShare = parsedShare(y, placeOfX + 1);
     checkRange(xShare);
     checkRange(yShare);
     // Single precision, truncated; 1.0 is one pixel beyond the edge.
     return QPoint(rect.left() + static_cast<int>(xShare * static_cast<float>(rect.width())),
         rect.top() + static_cast<int>(yShare * static_cast<float>(rect.height())));
+}
+
+int wheelSteps(const QString& text, int place)
+{
+    bool ok = false;
+    const int steps = text.isEmpty() ? 0 : compat::toInt(text, &ok);
+    if (!ok && !text.isEmpty())
+        raiseError("The %d. parameter \"%s\" is not an integer", place, text);
+    const int mostSteps = 1000; // a request must come to its end
+    if (steps < -mostSteps || steps > mostSteps)
+        raiseError("At most %d steps of the wheel are allowed", mostSteps);
+    return steps;
 }
 
 } // namespace proxy

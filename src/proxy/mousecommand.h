@@ -21,7 +21,12 @@ Qt::MouseButton mouseButton(const QString& word);
 Qt::KeyboardModifiers keyboardModifier(const QString& word);
 
 // The point of a rectangle at the shares x and y, texts of numbers from 0.0 to 1.0, of its width and height. One
-// missing share is 0.5; when both are, the point is the rectangle's centre.
-QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y);
+// missing share is 0.5; when both are, the point is the rectangle's centre. Errors call them by their places in the
+// command, y being the one behind x.
+QPoint pointAtShares(const QRect& rect, const QString& x, const QString& y, int placeOfX = 3);
+
+// The steps of a wheel, an integer in this place of a command; none are 0. Raises an error for other texts, and beyond
+// 1000 steps in either direction.
+int wheelSteps(const QString& text, int place);
 
 } // namespace proxy

@@ -73,6 +73,16 @@ void STApplicationProxy::mouseAction(QWidget* widget, const QString& className, 
     preparedProxy(widget, className)->mouseAction(command);
 }
 
+void STApplicationProxy::wheelAction(QWidget* widget, const QString& command)
+{
+    preparedProxy(widget, QString())->wheelAction(command);
+}
+
+void STApplicationProxy::prepare(QWidget* widget)
+{
+    preparedProxy(widget, QString());
+}
+
 QVariant STApplicationProxy::property(
     QWidget* widget, const QString& className, const QString& name, const QVariant& argument)
 {

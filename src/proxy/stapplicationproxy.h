@@ -29,6 +29,10 @@ public:
     void activate(QWidget* widget, const QString& className, const QVariant& value, const QVariant& option);
     void enter(QWidget* widget, const QString& className, const QVariant& value);
     void mouseAction(QWidget* widget, const QString& className, const QVariant& command);
+    // Turns the mouse's wheel over a widget, by a command "x:y:modifier:horizontal:vertical".
+    void wheelAction(QWidget* widget, const QString& command);
+    // Makes the widget reachable for real input, and nothing else.
+    void prepare(QWidget* widget);
     // Reading prepares nothing, and reads disabled widgets too.
     QVariant property(QWidget* widget, const QString& className, const QString& name, const QVariant& argument);
 

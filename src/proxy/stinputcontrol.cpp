@@ -2,9 +2,11 @@
 
 #include "compat/reachable.h"
 #include "compat/stacking.h"
+#include "compat/systeminput.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/eventkiller.h"
+#include "proxy/postedcall.h"
 #include "proxy/sterror.h"
 
 #include <QApplication>
@@ -19,6 +21,9 @@
 namespace {
 
 const char hiddenMessage[] = "Error: widget is hidden by another window";
+
+// In eighths of a degree.
+const int anglePerStep = 120;
 
 // Shared by all proxies: a press in one command and a release in a later one form a drag.
 Qt::MouseButtons heldButtons = Qt::NoButton;
@@ -301,6 +306,29 @@ void STInputControl::mouseDrag(const QPoint& from, const QPoint& to, Qt::MouseBu
         return;
     letGo(pressed, button);
     syncEvents();
+}
+
+void STInputControl::turnWheel(const QPoint& position, int horizontal, int vertical, Qt::KeyboardModifiers modifiers)
+{
+    for (int remaining = qAbs(horizontal) + qAbs(vertical); remaining > 0; --remaining) {
+        const bool isHorizontal = remaining > qAbs(vertical);
+        const Qt::Orientation orientation = isHorizontal ? Qt::Horizontal : Qt::Vertical;
+        const int angle = (isHorizontal ? horizontal : vertical) < 0 ? -anglePerStep : anglePerStep;
+        requireMouseOwner();
+        const QPointer<QWidget> target(
+            requiredMouseTarget(position)); // what was under the mouse may have scrolled away
+        const Qt::MouseButtons buttons = heldButtons;
+        const auto turn = [=] {
+            if (target)
+                compat::sendWheelEvent(target, position, orientation, angle, buttons, modifiers);
+        };
+        if (remaining > 1) {
+            turn();
+            syncEvents();
+        } else {
+            proxy::postCall(turn);
+        }
+    }
 }
 
 void STInputControl::mouseDoubleClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)

@@ -82,6 +82,9 @@ protected:
     void mouseClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Press, release, double click: there is no second press and no closing release.
     void mouseDoubleClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    // Turns the wheel by so many steps, each an event, at a point in global coordinates; positive ones go to the left, and
+    // up. The last one is only posted.
+    void turnWheel(const QPoint& position, int horizontal, int vertical, Qt::KeyboardModifiers modifiers);
     // Press, move, release. The widget that was pressed sees a release wherever the drag ends.
     void mouseDrag(const QPoint& from, const QPoint& to, Qt::MouseButton button);
 

@@ -109,6 +109,20 @@ void STWidgetProxy::mouseAction(const QVariant& command)
     playMouse(proxy::mouseCommandType(sections.value(0)), point, button, modifiers);
 }
 
+void STWidgetProxy::wheelAction(const QString& command)
+{
+    const int sectionCount = 5;
+    const QStringList sections = proxy::firstParts(command, QLatin1Char(':'), sectionCount);
+    const QWidget* target = checkedWidget(nullptr);
+    const QPoint point
+        = target->mapToGlobal(proxy::pointAtShares(target->rect(), sections.value(0), sections.value(1), 1));
+    const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(2));
+    const int horizontal = proxy::wheelSteps(sections.value(3), 4);
+    const int vertical = proxy::wheelSteps(sections.value(4), 5);
+    mouseMove(point, modifiers);
+    turnWheel(point, horizontal, vertical, modifiers);
+}
+
 void STWidgetProxy::playMouse(
     proxy::MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {

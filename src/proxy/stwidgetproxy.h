@@ -26,6 +26,9 @@ public:
     // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on purpose. Without both the point is the centre, without
     // one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
     virtual void mouseAction(const QVariant& command);
+    // Turns the wheel over the widget by a command "x:y:modifier:horizontal:vertical": a position as in mouse commands, and
+    // steps to the left and upwards, or against that if negative. The last step is only posted.
+    void wheelAction(const QString& command);
     // The properties that the proxy computes, and one of them. `argument` is what the test passed with the query,
     // invalid if nothing; the result is invalid for an unknown name.
     virtual QStringList pseudoPropertyNames();

@@ -67,7 +67,7 @@ public:
 private:
     bool judge(const QByteArray& request, const QByteArray& reply)
     {
-        static const QRegularExpression form(QStringLiteral("\\A(0,|\\?,|[2-7],(Window|Widget|Object) \\(|8,)"));
+        static const QRegularExpression form(QStringLiteral("\\A(0,|\\?,|[2-7],(Window|Widget|Object) \\(|[89],)"));
         if (talkative)
             std::fprintf(stderr, "%s\n", qPrintable(readable(request, reply)));
         check(form.match(QString::fromLatin1(reply)).hasMatch(), "the form of a reply", readable(request, reply));

@@ -8,6 +8,7 @@ from typing import Callable, Container, Dict, List, Sequence, Tuple
 
 from qtdriver.errors import ProtocolError
 from qtdriver.protocol.commands import COMMAND_BY_NUMBER
+from qtdriver.protocol.extensions import EXTENSION_BY_NAME
 from qtdriver.protocol.records import WidgetRecord, WindowRecord
 from qtdriver.protocol.wire import Reply, encode_argument
 
@@ -149,6 +150,11 @@ class Player:
             (3, lambda: self._geometry("10", COORDINATES)),
             (3, lambda: self._geometry("11", SIZES)),
             (2, self._tray_icon),
+            (8, self._press),
+            (5, self._type),
+            (4, self._wheel),
+            (2, self._focus),
+            (1, self._clipboard),
         )
 
     def next_request(self) -> str:
@@ -273,3 +279,26 @@ class Player:
 
     def _tray_icon(self) -> str:
         return self._compose("12", "", self._chance.choice(("tray", "", "x")))
+
+    def _press(self) -> str:
+        keys = self._chance.choice(valuepool.STROKES)
+        return self._extension("+press", keys, self._chance.choice(valuepool.KEY_MODES))
+
+    def _type(self) -> str:
+        return self._extension("+type", self._chance.choice(valuepool.TYPED))
+
+    def _wheel(self) -> str:
+        return self._extension("+wheel", self._chance.choice(valuepool.WHEELS))
+
+    def _focus(self) -> str:
+        return self._extension("+focus")
+
+    def _clipboard(self) -> str:
+        texts = self._chance.choice(((), ("",), ("text \u20ac",)))
+        return EXTENSION_BY_NAME["+clipboard"].compose(*texts)
+
+    def _extension(self, name: str, *texts: str) -> str:
+        """A request for what has the focus in a window, or for a widget by its path."""
+        window, path, _ = self._target(SERVED)
+        locator = "" if self._chance.random() < 0.4 else f'path="{path}"'
+        return EXTENSION_BY_NAME[name].compose(window, locator, *texts)

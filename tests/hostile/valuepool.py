@@ -86,6 +86,44 @@ SHARES = ("", "0.5", "0.5", "0.0", "1.0", "0.25", "0.25", "0.9", "0.9", "0.1", "
 Pool = Callable[[random.Random], Argument]
 
 
+STROKES = (
+    "A",
+    "Shift+A",
+    "Tab",
+    "Shift+Tab",
+    "Return",
+    "Esc",
+    "Space",
+    "Down",
+    "End",
+    "F2",
+    "F4",
+    "Ctrl+A",
+    "Ctrl+A, Del",
+    "Ctrl+V",
+    "Ctrl+K, Ctrl+C",
+    "Alt+F",
+    "Alt+F, Down, Return",
+    "Menu",
+    "Shift",
+    "\u20ac",
+    "Foo",
+    "",
+)
+KEY_MODES = ("", "", "", "", "press", "release", "release", "x")
+TYPED = ("a", "abc", "12", "text \xe4 \u20ac \U0001f600", "one\ntwo", "a\tb", "\n", "", "x" * 200)
+WHEELS = (
+    ":::0:1",
+    ":::0:-3",
+    ":::2:0",
+    "0.1:0.9:ControlModifier:0:5",
+    ":::0:0",
+    "1.0:1.0::1:1",
+    "x",
+    ":::0:5000",
+)
+
+
 def one_of(*pools: Sequence[Argument]) -> Pool:
     """A value from one of the pools."""
     return lambda chance: chance.choice(chance.choice(pools))

@@ -11,10 +11,12 @@ namespace {
 const int maximumLines = 8;
 const int firstValueSection = 4;
 
-// Commands 5, 6 and 9 have their values in hexadecimal digits.
+// Commands 5, 6 and 9 have their values in hexadecimal digits, extensions all sections.
 bool isEncoded(const QList<QByteArray>& sections, int section)
 {
     const QByteArray& number = sections.first();
+    if (number.startsWith('+'))
+        return section > 0;
     return section >= firstValueSection && (number == "5" || number == "6" || number == "9");
 }
 
@@ -45,7 +47,7 @@ QByteArray RequestMutator::newLine()
 {
     const QList<QByteArray>& requests = tokens::requests();
     QList<QByteArray> sections = requests.at(below(static_cast<int>(requests.size()))).split(',');
-    for (int i = firstValueSection; i < sections.size(); ++i) {
+    for (int i = 0; i < sections.size(); ++i) {
         if (isEncoded(sections, i))
             sections[i] = sections.at(i).toHex();
     }

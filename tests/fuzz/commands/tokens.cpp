@@ -4,8 +4,8 @@ namespace tokens {
 
 namespace {
 
-const QList<QByteArray> numbers
-    = {"1", "2", "3", "4", "5", "5", "5", "5", "6", "6", "6", "7", "7", "8", "9", "9", "9", "10", "11", "12", "", "13"};
+const QList<QByteArray> numbers = {"1", "2", "3", "4", "5", "5", "5", "5", "6", "6", "6", "7", "7", "8", "9", "9", "9",
+    "10", "11", "12", "", "13", "+extensions", "+press", "+press", "+type", "+wheel", "+clipboard", "+focus"};
 
 const QList<QByteArray> windows = {"Widget:main", "Widget:main", "Widget:main", "Widget:main", "Fuzz host",
     "Fuzz host - second", "Widget:second", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget",
@@ -36,7 +36,8 @@ const QList<QByteArray> values = {"", "b:true", "b:false", "s:", "s:text", "s:Al
     "s:MouseClick:LeftButton:::", "s:MouseClick:RightButton:::", "s:MouseDoubleClick:LeftButton:::",
     "s:MouseMove::0.9:0.9:", "s:MousePress:MidButton:0.1:0.1:ShiftModifier",
     "s:MouseMove:LeftButton:1.0:1.0:", "s:MouseClick:LeftButton", "s:MouseDoubleClick:RightButton", "s:::::", "Select",
-    "s:Toggle", "s:ScrollTo", "s:+", "s:%s%d%%", "text", "checked", "value", "geometry", "font", "palette",
+    "s:Toggle", "s:ScrollTo", "s:+", "s:%s%d%%", "text", "checked", "value", "geometry", "font", "palette", "Ctrl+A",
+    "Shift+Tab", "Alt+F", "Menu", "Ctrl+K, Ctrl+C", ":::0:1", "0.1:0.9:ControlModifier:-2:3", "press", "release",
     "currentText", "globalRect", "className", "silkClassName", "propertyNames", "pseudoPropertyNames", "itemList",
     "pathList", "rowCount", "columnCount", "itemText", "itemIsEnabled", "itemIsChecked", "itemPath", "itemTextList",
     "itemData", "itemPosition", "itemIsExpanded", "rowHeaderText", "columnHeaderText", "columnTextList", "currentPath",
@@ -73,7 +74,10 @@ const QList<QByteArray> wholeRequests = {"2,Widget:main", "4,Widget:main,edit", 
     "6,Widget:main,mortaledit,,s:x", "5,Widget:main,mortalcombo,,i:3", "5,Widget:main,mortallist,,i:5",
     "9,Widget:main,label,,s:MousePress:LeftButton:::", "9,Widget:main,list,QWidget,s:MouseMove::0.9:0.9:",
     "9,Widget:main,tree,QWidget,s:MouseRelease:LeftButton:::", "9,Widget:main,edit,,s:MouseDoubleClick:LeftButton:::",
-    "10,Widget:main,10,10", "10,Widget:main,-3000,5000", "11,Widget:main,300,200", "12,,icon", "3", "1"};
+    "10,Widget:main,10,10", "10,Widget:main,-3000,5000", "11,Widget:main,300,200", "12,,icon", "3", "1",
+    "+press,Widget:main,path=edit,Shift+A,", "+press,Widget:main,,Shift,press", "+press,Widget:main,,Shift,release",
+    "+type,Widget:main,path=memo,two\nlines\xe2\x82\xac", "+wheel,Widget:main,path=list,:::0:-2",
+    "+focus,Widget:main,path=edit", "+clipboard", "+clipboard,text", "+extensions"};
 
 } // namespace
 

@@ -1,0 +1,157 @@
+#include "agent/inputextensions.h"
+
+#include "agent/keyboardfocus.h"
+#include "agent/locatedwidget.h"
+#include "agent/readiness.h"
+#include "agent/request.h"
+#include "agent/wirevalue.h"
+#include "compat/systeminput.h"
+#include "proxy/keyboard.h"
+#include "proxy/mousecommand.h"
+#include "proxy/stapplicationproxy.h"
+#include "proxy/sterror.h"
+#include "proxy/textparts.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QPointer>
+#include <QVariant>
+#include <QWidget>
+
+namespace agent {
+
+namespace {
+
+QByteArray classReply(const QWidget* widget)
+{
+    return QByteArray("0,") + widget->metaObject()->className();
+}
+
+// Finds the widget, in a window that a user could reach, and has `act` run on it, which returns the reply.
+template <class Act>
+QByteArray withWidget(const Request& request, Act act)
+{
+    const Access access = locatedWidget(reachableWindow(windowName(request), QApplication::activeWindow()), request);
+    if (!access.widget)
+        return access.refusal;
+    return access.widget->isEnabled() ? act(access.widget) : notYet(QLatin1String("disabled"));
+}
+
+// The same, with the window prepared for keys, and the widget having the focus if it is not the window itself.
+template <class Act>
+QByteArray withKeyboard(const Request& request, STApplicationProxy& registry, Act act)
+{
+    return withWidget(request, [&](QWidget* found) {
+        const QPointer<QWidget> widget(found);
+        const bool isLocated = !request.section(2).isEmpty();
+        const QString reason = isLocated ? focusRefusal(widget) : QString();
+        if (!reason.isEmpty())
+            return notYet(reason);
+        registry.prepare(widget);
+        const bool isFocused = widget && (!isLocated || takeFocus(widget, Qt::OtherFocusReason));
+        if (!widget)
+            proxy::raiseError(proxy::deadWidgetMessage);
+        if (!isFocused)
+            return notYet(QLatin1String(focusLostReason));
+        const QByteArray reply = classReply(compat::keyReceiver(widget->window()));
+        proxy::Keyboard keyboard(widget);
+        act(keyboard);
+        return reply;
+    });
+}
+
+using MakeEvents = proxy::KeyEvents (*)(const proxy::KeyStroke& stroke);
+
+struct ModeRow
+{
+    const char* word;
+    MakeEvents make;
+};
+
+const ModeRow modeRows[] = {
+    {"", proxy::Keyboard::click},
+    {"press", proxy::Keyboard::press},
+    {"release", proxy::Keyboard::release},
+};
+
+MakeEvents modeNamed(const QString& word)
+{
+    for (const ModeRow& row : modeRows) {
+        if (word == QLatin1String(row.word))
+            return row.make;
+    }
+    proxy::raiseError("Unknown mode \"%s\"", word);
+}
+
+} // namespace
+
+QByteArray pressKeys(const Request& request, STApplicationProxy& registry)
+{
+    const std::vector<proxy::KeyStroke> strokes = proxy::keyStrokes(request.utf8Text(3));
+    const MakeEvents make = modeNamed(request.utf8Text(4));
+    if (make != proxy::Keyboard::click && strokes.size() > 1)
+        proxy::raiseError("Only one key stroke can be held");
+    return withKeyboard(request, registry, [&](proxy::Keyboard& keyboard) {
+        for (std::size_t i = 0; i + 1 < strokes.size(); ++i)
+            keyboard.send(make(strokes[i]));
+        keyboard.post(make(strokes.back()));
+    });
+}
+
+QByteArray typeText(const Request& request, STApplicationProxy& registry)
+{
+    const QString text = request.utf8Text(3);
+    return withKeyboard(request, registry, [&](proxy::Keyboard& keyboard) {
+        for (int position = 0; position < text.size();) {
+            const proxy::KeyEvents events = proxy::Keyboard::type(proxy::takeKeyStroke(text, position));
+            if (position < text.size())
+                keyboard.send(events);
+            else
+                keyboard.post(events);
+        }
+    });
+}
+
+QByteArray turnWheel(const Request& request, STApplicationProxy& registry)
+{
+    const QString command = request.utf8Text(3);
+    return withWidget(request, [&](QWidget* found) {
+        const QPointer<QWidget> widget(found);
+        const QByteArray reply = classReply(widget);
+        const QStringList parts = proxy::firstParts(command, QLatin1Char(':'), 2);
+        const QPoint point = proxy::pointAtShares(widget->rect(), parts.value(0), parts.value(1), 1);
+        const QString obstacle = whyNotReady(*registry.proxyFor(widget, QString()), {widget, point});
+        if (!obstacle.isEmpty())
+            return notYet(obstacle);
+        if (!widget)
+            proxy::raiseError(proxy::deadWidgetMessage);
+        registry.wheelAction(widget, command);
+        return reply;
+    });
+}
+
+QByteArray focusWidget(const Request& request, STApplicationProxy& registry)
+{
+    return withWidget(request, [&](QWidget* found) {
+        const QPointer<QWidget> widget(found);
+        const QString reason = focusRefusal(widget);
+        if (!reason.isEmpty())
+            return notYet(reason);
+        const QByteArray reply = classReply(widget);
+        registry.prepare(widget);
+        const bool isFocused = widget && takeFocus(widget, Qt::TabFocusReason);
+        if (!widget)
+            proxy::raiseError(proxy::deadWidgetMessage);
+        return isFocused ? reply : notYet(QLatin1String(focusLostReason));
+    });
+}
+
+QByteArray clipboardText(const Request& request, STApplicationProxy&)
+{
+    if (!request.has(1))
+        return replyForValue(QApplication::clipboard()->text());
+    QApplication::clipboard()->setText(request.utf8Text(1));
+    return "0,";
+}
+
+} // namespace agent

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtCore/QEvent>
+#include <QtCore/QString>
+
+class QPoint;
+class QWidget;
+
+// Input as the windowing system has it come to Qt, which does more with that than with the events of an application.
+namespace compat {
+
+// The widget that a key would reach now, the window being the one that has the focus: that of the keyboard's grab or of
+// the open popup, before that which has the focus in the window, or the window itself.
+QWidget* keyReceiver(QWidget* window);
+
+// Has Qt handle a key event as if it came from the keyboard, while the window is the one that has the focus: shortcuts are
+// looked for, and default buttons, menus and event filters have their part in it. `modifiers` are those before the event.
+// The Menu key asks for a context menu, too. No input method sees the event. Runs the application's code.
+void sendKeyEvent(QWidget* window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);
+
+// Sends the target the event of a mouse wheel at a point in global coordinates. Qt passes it on to those that the target is
+// in until one takes it. `angle` is in eighths of a degree, 120 for a step, and positive upwards or to the left. Runs the
+// application's code.
+void sendWheelEvent(QWidget* target, const QPoint& globalPosition, Qt::Orientation orientation, int angle,
+    Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
+// The Qt::Key with that name in the portable texts of QKeySequence, upper and lower case alike; 0 when there is none.
+int keyNamed(const QString& name);
+
+} // namespace compat

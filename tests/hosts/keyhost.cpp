@@ -1,0 +1,200 @@
+// Whatever takes keys: editors, shortcuts, menus, dialogs and filters; see tests/protocol/test_press.py, test_type.py and
+// test_focus.py.
+
+#include "testhost.h"
+#include "texts.h"
+#include "viewjournal.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSpinBox>
+#include <QTextEdit>
+#include <QVBoxLayout>
+#include <QtCore/QPointer>
+
+namespace {
+
+// An editor of its own kind: takes keys by keyPressEvent(), keeps what they type in a property, and wants one key for
+// itself that is also a shortcut.
+class CustomEditor : public QWidget
+{
+public:
+    CustomEditor()
+    {
+        setFocusPolicy(Qt::StrongFocus);
+        setMinimumSize(200, 20);
+        setProperty("typed", QString());
+    }
+
+protected:
+    bool event(QEvent* event) override
+    {
+        if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F7)
+            event->accept();
+        return QWidget::event(event);
+    }
+
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        setProperty("typed", property("typed").toString() + event->text());
+    }
+
+    bool focusNextPrevChild(bool) override { return false; }
+};
+
+// Keeps one key from what it watches.
+class KeyFilter : public QObject
+{
+public:
+    KeyFilter(QObject* watched, int filtered)
+        : QObject(watched)
+        , key(filtered)
+    {
+        watched->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        return event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == key;
+    }
+
+private:
+    const int key;
+};
+
+QAction* addAction(TestHost& host, QMenu* menu, const char* name, const char* label, const QKeySequence& shortcut)
+{
+    auto* action = new QAction(text(label), menu);
+    action->setObjectName(text(name));
+    action->setShortcut(shortcut);
+    menu->addAction(action);
+    host.onSignal(action, SIGNAL(triggered()), [&host, action] {
+        host.journal(QString::fromLatin1("triggered %1 modifiers %2")
+                         .arg(action->objectName())
+                         .arg(int(QApplication::keyboardModifiers())));
+    });
+    return action;
+}
+
+void addShortcut(TestHost& host, QWidget* parent, const char* name, const char* keys)
+{
+    auto* shortcut = new QShortcut(QKeySequence(text(keys)), parent);
+    shortcut->setObjectName(text(name));
+    host.journalSignal(shortcut, SIGNAL(activated()), text("activated"));
+    host.journalSignal(shortcut, SIGNAL(activatedAmbiguously()), text("ambiguous"));
+}
+
+template <class Widget>
+Widget* add(TestHost& host, QLayout* layout, const char* name, Widget* widget)
+{
+    widget->setObjectName(text(name));
+    layout->addWidget(widget);
+    host.journalInput(widget);
+    return widget;
+}
+
+// A dialog that its caller waits for, with a field and a default button.
+void askName(TestHost& host)
+{
+    QDialog dialog;
+    dialog.setObjectName(text("dialog"));
+    dialog.setWindowTitle(text("Name"));
+    auto* layout = new QVBoxLayout(&dialog);
+    add(host, layout, "name", new QLineEdit);
+    auto* button = add(host, layout, "accept", new QPushButton(text("Accept")));
+    button->setDefault(true);
+    QObject::connect(button, SIGNAL(clicked()), &dialog, SLOT(accept()));
+    auto* cancel = add(host, layout, "cancel", new QPushButton(text("&Cancel")));
+    QObject::connect(cancel, SIGNAL(clicked()), &dialog, SLOT(reject()));
+    const int result = dialog.exec();
+    host.journal(
+        QString::fromLatin1("dialog %1 '%2'").arg(result).arg(host.find(text("name"))->property("text").toString()));
+}
+
+void addMenus(TestHost& host, QMainWindow* window)
+{
+    QMenu* file = window->menuBar()->addMenu(text("&File"));
+    file->setObjectName(text("fileMenu"));
+    host.journalSignal(file, SIGNAL(aboutToShow()), text("opened"));
+    host.journalSignal(file, SIGNAL(aboutToHide()), text("closed"));
+    host.journalInput(file);
+    addAction(host, file, "saveAction", "&Save", QKeySequence(text("Ctrl+S")));
+    addAction(host, file, "zoomAction", "&Zoom", QKeySequence(text("Ctrl++")));
+    QAction* open = addAction(host, file, "openAction", "&Open...", QKeySequence(text("Ctrl+O")));
+    host.onSignal(open, SIGNAL(triggered()), [&host] { askName(host); });
+}
+
+void addShortcuts(TestHost& host, QMainWindow* window)
+{
+    addShortcut(host, window, "comment", "Ctrl+K, Ctrl+C");
+    addShortcut(host, window, "first", "Ctrl+D");
+    addShortcut(host, window, "second", "Ctrl+D");
+    addShortcut(host, window, "comma", "Ctrl+,");
+    addShortcut(host, window, "help", "F7");
+    addShortcut(host, window, "back", "Ctrl+Shift+Tab");
+}
+
+void addFields(TestHost& host, QMainWindow* window)
+{
+    auto* centre = new QWidget;
+    auto* layout = new QVBoxLayout(centre);
+    add(host, layout, "plain", new QPlainTextEdit)->setTabChangesFocus(true);
+    add(host, layout, "rich", new QTextEdit);
+    QWidget* custom = add(host, layout, "custom", new CustomEditor);
+    auto* line = add(host, layout, "line", new QLineEdit);
+    new KeyFilter(line, Qt::Key_X);
+    add(host, layout, "spin", new QSpinBox)->setMaximum(100000);
+    auto* combo = add(host, layout, "combo", new QComboBox);
+    combo->addItems(QStringList() << text("red") << text("green") << text("blue"));
+    auto* button = add(host, layout, "button", new QPushButton(text("&Brew")));
+    host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
+    add(host, layout, "mute", new QPushButton(text("Mute")))->setFocusPolicy(Qt::NoFocus);
+    auto* disabled = add(host, layout, "disabled", new QLineEdit);
+    disabled->setEnabled(false);
+    auto* giver = add(host, layout, "giver", new QLineEdit);
+    new FocusThief(giver, custom);
+    auto* victim = add(host, layout, "victim", new QLineEdit);
+    const QPointer<QLineEdit> living(victim);
+    afterSignal(host, victim, SIGNAL(textChanged(QString)), [living] {
+        if (living && living->text().endsWith(QLatin1Char('d')))
+            delete living;
+    });
+    window->setCentralWidget(centre);
+    host.onRequest(text("focusCustom"), [custom] { custom->setFocus(); });
+    host.onRequest(text("focusLine"), [line] { line->setFocus(); });
+    host.onRequest(text("enable"), [disabled] { disabled->setEnabled(true); });
+}
+
+void build(TestHost& host)
+{
+    auto* window = new QMainWindow;
+    window->setObjectName(text("window"));
+    window->setWindowTitle(text("Keys \xe4"));
+    addFields(host, window);
+    addMenus(host, window);
+    addShortcuts(host, window);
+    host.journalInput(window);
+    host.onRequest(text("focus"), [&host] {
+        const QWidget* focus = QApplication::focusWidget();
+        host.journal(text("focus ") + (focus ? focus->objectName() : QString()));
+    });
+    window->setGeometry(60, 60, 420, 560);
+    window->show();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return TestHost::run(argc, argv, build);
+}

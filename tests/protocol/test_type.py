@@ -1,0 +1,123 @@
+"""+type: any text into whatever takes keys."""
+
+import pytest
+
+from extensions import extension
+from hostapp import eventually
+from replies import error
+
+WINDOW = "Keys \xe4"
+SHIFT = 0x2000000
+
+
+@pytest.fixture
+def app(launch):
+    return launch("keyhost")
+
+
+def type_text(app, text, locator=""):
+    return app.request(extension("+type", WINDOW, locator, text))
+
+
+TEXT = "Grüße €, Ω Ж \U0001f600 it's ß ÿ"
+
+
+@pytest.mark.parametrize(
+    "name, prop, class_name",
+    [
+        ("plain", "plainText", "QPlainTextEdit"),
+        ("rich", "plainText", "QTextEdit"),
+        ("custom", "typed", "QWidget"),
+        ("line", "text", "QLineEdit"),
+    ],
+)
+def test_all_of_unicode_is_typed(app, name, prop, class_name):
+    assert type_text(app, TEXT, f"path={name}") == f"0,{class_name}"
+    app.settle()
+    assert app.get(name, prop) == TEXT
+
+
+@pytest.mark.parametrize("name", ["plain", "rich"])
+def test_line_breaks_are_the_return_key_and_a_pair_of_characters_is_one(app, name):
+    assert type_text(app, "one\ntwo\r\nthree\rfour", f"path={name}").startswith("0,")
+    app.settle()
+    assert app.get(name, "plainText") == "one\\ntwo\\nthree\\nfour"
+
+
+def test_each_character_is_one_key_with_what_a_keyboard_tells_of_it(app):
+    type_text(app, "aB\xe4\U0001f600\t\n\b\x1b\x7f", "path=custom")
+    assert [line for line in app.events("keypress") if " custom " in line] == [
+        "keypress custom 65 'a' modifiers 0",
+        f"keypress custom 66 'B' modifiers {SHIFT}",
+        "keypress custom 196 '\xe4' modifiers 0",
+        f"keypress custom {0x1F600} '\U0001f600' modifiers 0",
+        "keypress custom 16777217 '\t' modifiers 0",
+        "keypress custom 16777220 '\r' modifiers 0",
+        "keypress custom 16777219 '\b' modifiers 0",
+        "keypress custom 16777216 '\x1b' modifiers 0",
+        "keypress custom 16777223 '\x7f' modifiers 0",
+    ]
+
+
+def test_a_tab_moves_the_focus_and_the_keys_follow_it(app):
+    app.request(extension("+focus", WINDOW, "path=plain"))
+    assert type_text(app, "one\ttwo") == "0,QPlainTextEdit"
+    app.settle()
+    assert (app.get("plain", "plainText"), app.get("rich", "plainText")) == ("one", "two")
+
+
+def test_text_is_typed_at_the_caret_and_replaces_a_selection_only(app):
+    type_text(app, "ac", "path=line")
+    app.request(extension("+press", WINDOW, "", "Left"))
+    type_text(app, "b", "path=line")
+    app.settle()
+    assert app.get("line", "text") == "abc"
+    app.do("focusCustom")
+    type_text(app, "-", "path=line")
+    app.settle()
+    assert app.get("line", "text") == "ab-c"
+    app.request(extension("+press", WINDOW, "path=line", "Ctrl+A"))
+    type_text(app, "new", "path=line")
+    app.settle()
+    assert app.get("line", "text") == "new"
+
+
+def test_a_spin_box_and_a_combo_box_take_what_their_users_would_type(app):
+    app.request(extension("+press", WINDOW, "path=spin", "Ctrl+A"))
+    assert type_text(app, "123\n", "path=spin").startswith("0,")
+    app.wait_until("spin", "value", "123")
+    assert type_text(app, "gr", "path=combo") == "0,QComboBox"
+    app.wait_until("combo", "currentIndex", "1")
+
+
+def test_no_text_types_nothing_and_gives_the_focus(app):
+    assert type_text(app, "", "path=custom") == "0,QWidget"
+    assert app.get("custom", "focus") == "true"
+    assert [line for line in app.events("keypress") if " custom " in line] == []
+
+
+def test_a_dialog_that_the_last_key_opens_or_ends_does_not_hold_the_reply(app):
+    app.request(extension("+focus", WINDOW, "path=line"))
+    assert app.request(extension("+press", WINDOW, "", "Ctrl+O")) == "0,QLineEdit"
+    app.wait_until("dialog", "isActiveWindow", "true")
+    assert app.request(extension("+type", "Name", "path=name", "Ada\n")) == "0,QLineEdit"
+    app.wait_for("dialog 1 'Ada'")
+
+
+def test_a_widget_that_dies_on_the_way_ends_the_typing(app):
+    assert type_text(app, "abcdef", "path=victim") == error("Internal error, proxy without widget")
+    assert app.get("victim", "text") == "<no object victim>"
+    assert not any("'e'" in line for line in app.events("keypress"))
+
+
+def test_a_widget_may_die_of_the_last_key(app):
+    assert type_text(app, "abcd", "path=victim") == "0,QLineEdit"
+    eventually(lambda: app.get("victim", "text"), "<no object victim>")
+
+
+def test_thousands_of_characters_arrive_as_they_are(app):
+    text = "abcdefghi " * 1000
+    assert type_text(app, text, "path=custom") == "0,QWidget"
+    app.settle()
+    assert app.get("custom", "typed") == text
+    app.forget()
