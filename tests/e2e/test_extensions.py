@@ -211,3 +211,45 @@ def test_traces_and_the_console_show_the_texts_of_requests_and_refusals():
     assert describe_reply("+clipboard", Reply.parse("0,u:e282ac")) == "€"
     assert describe_reply("+2,", Reply.parse("0,j:{}")) == "j:{}"
     assert all(f"  {extension.name}" in describe_commands() for extension in EXTENSIONS)
+
+
+CARRIED = [
+    (lambda agent: agent.enter_widget("w", "a", "€"), ("+6", "w", 'path="a"', "", "s:€", "force")),
+    (lambda agent: agent.activate_widget("w", "a", "€"), ("+5", "w", 'path="a"', "", "s:€", "", "force")),
+    (lambda agent: agent.read_property("w,x", "a", "p"), ("+7", "w,x", 'path="a"', "", "p", "")),
+    (
+        lambda agent: agent.mouse_widget("€", "a", "::::"),
+        ("+9", "€", 'path="a"', "", "s:::::", "force"),
+    ),
+    (lambda agent: agent.locate_widget("w", "a,b"), ("+4", "w", 'path="a,b"')),
+]
+
+
+@pytest.mark.parametrize("call, texts", CARRIED)
+def test_a_text_that_a_command_cannot_carry_travels_by_its_extension(server, call, texts):
+    serve = answering(ALL, b"0,QLineEdit\n")
+    with connected_agent(server, serve) as agent:
+        assert call(agent) == "QLineEdit"
+    assert decoded(serve.requests[1]) == texts
+
+
+@pytest.mark.parametrize("call, texts", CARRIED)
+def test_without_extensions_such_a_text_is_refused_as_ever(server, call, texts):
+    serve = answering(b"8,Command not found\n")
+    with connected_agent(server, serve) as agent:
+        with pytest.raises(errors.UnsupportedTextError):
+            call(agent)
+    assert serve.requests == [b"+extensions\n"]
+
+
+def test_the_focus_widget_has_no_locator(server):
+    with connected_agent(server, answering()) as agent:
+        with pytest.raises(errors.UnsupportedTextError):
+            agent.enter_widget("w", "FocusWidget", "€")
+
+
+def test_texts_that_a_command_can_carry_ask_for_no_extension(server):
+    serve = answering(b"0,QLineEdit\n")
+    with connected_agent(server, serve) as agent:
+        agent.enter_widget("w", "a", "\xe4,\n")
+    assert [request.split(b",")[0] for request in serve.requests] == [b"6"]

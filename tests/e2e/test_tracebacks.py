@@ -32,7 +32,7 @@ FAILURES = {
     "file": 'window.file("a.txt", timeout=0)',
     "move": 'app.window("Rostery").move(1, 1, timeout=0)',
     "mouse_word": 'window.widget("brewButton").mouse("MouseTwist")',
-    "text": 'window.widget("customerEdit").enter("10 \\u20ac")',
+    "text": 'window.focus_widget().enter("10 \\u20ac")',
     "address": "window.widget('regionTree').select(tree_path('a/b'))",
     "launch": 'driver.launch("/no/such/program")',
     "start": 'driver.launch("/usr/bin/true")',

@@ -7,7 +7,7 @@ from contextlib import suppress
 from pathlib import Path
 from typing import Callable, List, Optional, Tuple, Type, TypeVar
 
-from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, ReplyError
+from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, QtDriverError, ReplyError
 from ..launch.process import GRACE_SECONDS, Process
 from ..lookup.explain import explain
 from ..lookup.windows import MODAL, POPUP
@@ -17,7 +17,7 @@ from ..protocol.locators import Address
 from ..protocol.records import CursorWidget, WindowRecord
 from ..protocol.waiting import Deadline, retry
 from ..protocol.wire import Rect
-from .clipboard import read_clipboard
+from .clipboard import Clipboard
 from .disconnection import EndWatch, ended_error
 from .pictures import save_screenshot
 from .steps import StepListener, run_step
@@ -122,9 +122,10 @@ class App(ClosedOnLeaving):
         """Saves a picture of the application's whole screen; the ending of `path` tells the format."""
         return save_screenshot(Path(path), self.display)
 
-    def clipboard(self) -> str:
-        """The text on the clipboard of the application's desktop; empty when there is none."""
-        return read_clipboard(self.display)
+    @property
+    def clipboard(self) -> Clipboard:
+        """The text on the clipboard of the application's desktop: clipboard.get(), clipboard.set("text")."""
+        return Clipboard(self)
 
     def perform(
         self,
@@ -146,12 +147,12 @@ class App(ClosedOnLeaving):
         with run_step(self, title, reads) as step, self.watched():
             try:
                 result = retry(call, retryable, deadline)
-            except ReplyError as error:
+            except QtDriverError as error:
                 if step is None:
                     raise  # the step that this one is part of may try again; it explains what is final
                 told = (
                     self.explained(error, window, path, deadline.seconds)
-                    if isinstance(error, retryable)
+                    if isinstance(error, ReplyError) and isinstance(error, retryable)
                     else error
                 )
                 raise told.with_traceback(None) from None

@@ -4,13 +4,49 @@ from __future__ import annotations
 
 import os
 import subprocess
-from typing import Optional
+from typing import TYPE_CHECKING, Optional
 
 from ..errors import ClipboardError
+
+if TYPE_CHECKING:
+    from .app import App
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _SECONDS = 5.0
+
+
+_EXTENSION = "+clipboard"
+
+
+class Clipboard:
+    """The clipboard of an application's desktop, as far as it has text. Can be called, which is the same as get()."""
+
+    def __init__(self, app: "App") -> None:
+        self._app = app
+
+    def __repr__(self) -> str:
+        return f"{self._app}.clipboard"
+
+    def __call__(self) -> str:
+        return self.get()
+
+    def get(self) -> str:
+        """The text; empty when there is none. With an agent without extensions, it is read by the program xclip."""
+        connection = self._app.connection
+
+        def read() -> str:
+            if _EXTENSION in connection.extensions:
+                return connection.clipboard()
+            return read_clipboard(self._app.display)
+
+        return self._app.perform("clipboard.get()", read)
+
+    def set(self, text: str) -> None:
+        """Has the application put a text there. Needs an agent with extensions."""
+        self._app.perform(
+            f"clipboard.set({text!r})", lambda: self._app.connection.set_clipboard(text), reads=False
+        )
 
 
 def read_clipboard(display: Optional[str] = None) -> str:

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 from contextlib import suppress
-from typing import Callable, Dict, Literal, Optional, Tuple, TypeVar
+from typing import Callable, Dict, Iterable, Literal, Optional, Tuple, TypeVar
 
 from ..errors import ObscuredError
 
@@ -35,15 +35,28 @@ _KINDS = ("MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "Mouse
 
 def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str) -> str:
     """The command "type:button:x:y:modifier". Raises ValueError for an unknown word or a position outside."""
-    for word, words in ((kind, _KINDS), (button, _BUTTONS), (modifier, _MODIFIERS)):
+    _check_words((kind, _KINDS), (button, _BUTTONS), (modifier, _MODIFIERS))
+    return f"{kind}:{_BUTTONS[button]}:{_shares(at)}:{_MODIFIERS[modifier]}"
+
+
+def wheel_command(horizontal: int, vertical: int, at: Optional[Position], modifier: str) -> str:
+    """The command "x:y:modifier:horizontal:vertical", in steps to the left and upwards. Errors as above."""
+    _check_words((modifier, _MODIFIERS))
+    return f"{_shares(at)}:{_MODIFIERS[modifier]}:{horizontal}:{vertical}"
+
+
+def _check_words(*choices: Tuple[str, Iterable[str]]) -> None:
+    for word, words in choices:
         if word not in words:
             raise ValueError(f"{word!r} is not known here, but {', '.join(filter(None, words))}")
-    x = y = ""
-    if at is not None:
-        if not all(0.0 <= share <= 1.0 for share in at):
-            raise ValueError(f"a position has shares from 0.0 to 1.0 of width and height, not {at}")
-        x, y = (format(float(share), ".6g") for share in at)
-    return f"{kind}:{_BUTTONS[button]}:{x}:{y}:{_MODIFIERS[modifier]}"
+
+
+def _shares(at: Optional[Position]) -> str:
+    if at is None:
+        return ":"
+    if not all(0.0 <= share <= 1.0 for share in at):
+        raise ValueError(f"a position has shares from 0.0 to 1.0 of width and height, not {at}")
+    return ":".join(format(float(share), ".6g") for share in at)
 
 
 def repeatable(

@@ -23,6 +23,7 @@ from ..protocol.wire import Argument, Rect, Value
 from ..protocol.locators import Address, Locator, path_locator, raw_locator
 from .editing import refuse_without_editor
 from .finding import Finder
+from .keys import WidgetInput
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
 from .pictures import read_xpm
 from .verbs import Verbs
@@ -37,7 +38,7 @@ _Result = TypeVar("_Result")
 _NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
-class Widget(Finder, Verbs):
+class Widget(Finder, Verbs, WidgetInput):
     """The name of a widget: each call finds the widget anew, and waits until it is visible and the only one.
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.

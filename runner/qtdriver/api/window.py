@@ -24,6 +24,7 @@ from .corners import refuse_corner_button
 from .finding import Finder
 from .found import FoundWidget
 from .item import WidgetItem
+from .keys import KeyInput, Send
 from .menu import Menu
 from .mouse import repeatable
 from .steps import run_step
@@ -37,7 +38,7 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 _Result = TypeVar("_Result")
 
 
-class Window(Finder):
+class Window(Finder, KeyInput):
     """The name of a window: each call finds the window anew, and waits until it can.
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
@@ -125,6 +126,10 @@ class Window(Finder):
             except WindowBlockedError:
                 pass
             return True
+
+    def send_keys(self, action: str, send: Send, timeout: Optional[float]) -> None:
+        connection = self.app.connection
+        self.perform(action, lambda: send(connection, self.address, ""), reads=False, timeout=timeout)
 
     def move(self, x: int, y: int, *, timeout: Optional[float] = None) -> None:
         """Moves the window's frame to a point of the screen, in pixels."""

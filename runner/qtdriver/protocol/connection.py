@@ -4,13 +4,13 @@ from __future__ import annotations
 
 from typing import Dict, Optional, Set, Tuple
 
-from ..errors import ProtocolError
+from ..errors import ProtocolError, UnsupportedTextError
 from .channel import DEFAULT_TIMEOUT
 from .commands import COMMAND_BY_NAME
 from .extended import ExtendedChannel
 from .greeting import Greeting
 from .lines import LineSocket
-from .locators import Address, Locator
+from .locators import SPECIAL_NAMES, Address, Locator, path_locator
 from .records import CursorWidget, WidgetRecord, WindowRecord
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
@@ -20,6 +20,9 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 class Connection(ExtendedChannel):
     """A greeted agent: the twelve commands, and the extensions that it has. Not for use by several threads at the same
     time.
+
+    A text in a request for one widget that its command cannot carry, one beyond U+00FF in a value or a comma in a name,
+    travels by the extension of the same number, if the agent has it.
 
     Every method of a command raises a ReplyError subclass when the agent refuses, ConnectionClosed when the
     application has ended, RequestTimeout when no answer comes in time, and UnsupportedTextError, before
@@ -62,6 +65,15 @@ class Connection(ExtendedChannel):
             raise ProtocolError(f"not a list: {reply.raw!r}")
         return items
 
+    def _by_extension(self, name: str, path: str, error: UnsupportedTextError) -> Locator:
+        """The locator of the widget at a path, for an extension that can carry a text which its command cannot.
+
+        Raises the error where the agent lacks the extension, and for the special names, which no locator has.
+        """
+        if path.rsplit("/", 1)[-1] in SPECIAL_NAMES or name not in self.extensions:
+            raise error
+        return path_locator(path)
+
     def list_windows(self) -> Tuple[WindowRecord, ...]:
         """The visible windows, in the application's order."""
         return tuple(map(WindowRecord.parse, self._items(self._command("listWindows"))))
@@ -78,7 +90,10 @@ class Connection(ExtendedChannel):
         """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
         if isinstance(path, Locator):
             return self.locate(window, path)
-        return self._command("locateWidget", window, path).payload
+        try:
+            return self._command("locateWidget", window, path).payload
+        except UnsupportedTextError as error:
+            return self.locate(window, self._by_extension("+4", path, error))
 
     def activate_widget(
         self,
@@ -97,7 +112,11 @@ class Connection(ExtendedChannel):
         if isinstance(path, Locator):
             return self.activate(window, path, value, option, widget_class=widget_class, force=force)
         texts = (encode_argument(value), encode_argument(option))
-        return self._command("activateWidget", window, path, widget_class, *texts).payload
+        try:
+            return self._command("activateWidget", window, path, widget_class, *texts).payload
+        except UnsupportedTextError as error:
+            found = self._by_extension("+5", path, error)
+            return self.activate(window, found, value, option, widget_class=widget_class, force=True)
 
     def enter_widget(
         self, window: str, path: Address, value: Argument, *, widget_class: str = "", force: bool = False
@@ -107,7 +126,11 @@ class Connection(ExtendedChannel):
             served = self.enter(window, path, value, widget_class=widget_class, force=force)
         else:
             text = encode_argument(value)
-            served = self._command("enterWidget", window, path, widget_class, text, "").payload
+            try:
+                served = self._command("enterWidget", window, path, widget_class, text, "").payload
+            except UnsupportedTextError as error:
+                found = self._by_extension("+6", path, error)
+                served = self.enter(window, found, value, widget_class=widget_class, force=True)
         self.entered[window, path, widget_class] = served
         return served
 
@@ -118,7 +141,11 @@ class Connection(ExtendedChannel):
         if isinstance(path, Locator):
             return self.read(window, path, name, argument, widget_class=widget_class)
         text = encode_argument(argument)
-        return self._command("readProperty", window, path, widget_class, name, text).value()
+        try:
+            return self._command("readProperty", window, path, widget_class, name, text).value()
+        except UnsupportedTextError as error:
+            found = self._by_extension("+7", path, error)
+            return self.read(window, found, name, argument, widget_class=widget_class)
 
     def check_window(self, window: str) -> str:
         """The full title of the window; WindowBlockedError while a popup or modal window is in front."""
@@ -135,7 +162,11 @@ class Connection(ExtendedChannel):
         if isinstance(path, Locator):
             return self.mouse(window, path, command, widget_class=widget_class, force=force)
         text = encode_argument(command)
-        return self._command("mouseWidget", window, path, widget_class, text, "").payload
+        try:
+            return self._command("mouseWidget", window, path, widget_class, text, "").payload
+        except UnsupportedTextError as error:
+            found = self._by_extension("+9", path, error)
+            return self.mouse(window, found, command, widget_class=widget_class, force=True)
 
     def move_window(self, window: str, x: int, y: int) -> str:
         """Moves the window's frame to global pixel coordinates. Answers the window title."""

@@ -1,0 +1,184 @@
+"""Keys, typed text, the wheel and the focus: input to whatever a window or a widget is."""
+
+from __future__ import annotations
+
+from abc import ABC, abstractmethod
+from contextlib import contextmanager
+from typing import TYPE_CHECKING, Callable, Iterator, Optional, Tuple
+
+from ..errors import CommandError, ConditionError
+from ..lookup.windows import POPUP
+from ..protocol.connection import Connection
+from ..protocol.locators import SPECIAL_NAMES, Address, Locator, path_locator
+from ..protocol.waiting import Deadline, attempts
+from .mouse import Modifier, Position, mouse_command, wheel_command
+
+if TYPE_CHECKING:
+    from .window import Window
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_TEXT_PROPERTIES = ("plainText", "cleanText", "text", "currentText")
+"""Where fields have what was typed into them. The first one that there is counts."""
+
+_CLICK = mouse_command("MouseClick", "left", None, "")
+
+Send = Callable[[Connection, str, Address], object]
+"""Sends a request for a window, as requests name it, and what a locator finds there."""
+
+
+class KeyInput(ABC):
+    """What takes keys: a window, which gives them to the widget that has the focus, or a widget.
+
+    Keys go the way of a user's: shortcuts, menus and default buttons see them. No input method takes part. They need an
+    agent with extensions. `timeout` is how many seconds the methods wait, by default as long as the application says.
+    """
+
+    @abstractmethod
+    def send_keys(self, action: str, send: Send, timeout: Optional[float]) -> None:
+        """Makes `send` a step, which is titled after the action and repeated until the keys can be taken."""
+
+    def press(self, *keys: str, timeout: Optional[float] = None) -> None:
+        """Presses keys and releases them, one after the other: press("Ctrl+Shift+S"), press("Ctrl+K", "Ctrl+C").
+
+        The names are those of QKeySequence's portable texts. Each call may open a dialog; the next one waits for it.
+        """
+        self._press(f"press({_shown(keys)})", keys, "", timeout)
+
+    def key_down(self, key: str, *, timeout: Optional[float] = None) -> None:
+        """Presses a key and keeps it pressed. Modifiers are held for all keys until key_up()."""
+        self._press(f"key_down({_shown((key,))})", (key,), "press", timeout)
+
+    def key_up(self, key: str, *, timeout: Optional[float] = None) -> None:
+        """Releases a key."""
+        self._press(f"key_up({_shown((key,))})", (key,), "release", timeout)
+
+    @contextmanager
+    def holding(self, key: str, *, timeout: Optional[float] = None) -> Iterator[None]:
+        """Within it a key is held: `with window.holding("Shift"): window.press("Right", "Right")`."""
+        self.key_down(key, timeout=timeout)
+        try:
+            yield
+        finally:
+            self.key_up(key, timeout=timeout)
+
+    def type(self, text: str, *, timeout: Optional[float] = None) -> None:
+        """Types a text where the caret is: all of Unicode, a line break as Return, a tab as Tab."""
+
+        def send(connection: Connection, window: str, locator: Address) -> None:
+            connection.type_text(window, text, locator)
+
+        self.send_keys(f"type({text!r})", send, timeout)
+
+    def _press(self, action: str, keys: Tuple[str, ...], mode: str, timeout: Optional[float]) -> None:
+        if not keys:
+            raise ValueError("at least one key is needed")
+        remaining = list(keys)
+
+        def send(connection: Connection, window: str, locator: Address) -> None:
+            while remaining:  # a repetition goes on with the key that was refused
+                connection.press(window, remaining[0], locator, mode=mode)
+                del remaining[0]
+
+        self.send_keys(action, send, timeout)
+
+
+class WidgetInput(KeyInput):
+    """What widgets take besides. Attributes are those of Widget."""
+
+    window: "Window"
+    path: Address
+    call: Callable[[], str]
+    _act: Callable[[str, Callable[[Address], None], Optional[float]], None]
+
+    def send_keys(self, action: str, send: Send, timeout: Optional[float]) -> None:
+        connection = self.window.app.connection
+        address, locator = _place(self.window.address, self.path)
+        self.window.perform(
+            f"{self.call()}.{action}",
+            lambda: send(connection, address, locator),
+            reads=False,
+            path=self.path,
+            timeout=timeout,
+        )
+
+    def focus(self, *, timeout: Optional[float] = None) -> None:
+        """Gives the widget the keyboard focus, as the Tab key would."""
+
+        def send(connection: Connection, window: str, locator: Address) -> None:
+            connection.focus(window, locator)
+
+        self.send_keys("focus()", send, timeout)
+
+    def wheel(
+        self,
+        *,
+        up: int = 0,
+        down: int = 0,
+        left: int = 0,
+        right: int = 0,
+        at: Optional[Position] = None,
+        modifier: Modifier = "",
+        timeout: Optional[float] = None,
+    ) -> None:
+        """Turns the wheel of the mouse over the widget, by steps of the wheel: wheel(down=3).
+
+        `at` is a position as shares of width and height, by default the centre; `modifier` is held meanwhile.
+        """
+        command = wheel_command(left - right, up - down, at, modifier)
+
+        def send(connection: Connection, window: str, locator: Address) -> None:
+            connection.turn_wheel(window, locator, command)
+
+        self.send_keys(f"wheel({command!r})", send, timeout)
+
+    def fill(self, text: str, *, timeout: Optional[float] = None) -> None:
+        """Replaces the text of a field as a user does: clicks into it, selects all, deletes it, and types.
+
+        Raises ConditionError where the field then has another text, as it has its own idea of what may be typed. Fields
+        of which no property tells the text are not checked, nor texts with a line break or a tab that leave the field.
+        """
+        connection = self.window.app.connection
+        address, locator = _place(self.window.address, self.path)
+        deadline = Deadline(self.window.app.timeout if timeout is None else timeout)
+
+        def enter(path: Address) -> None:
+            connection.mouse_widget(self.window.address, path, _CLICK, widget_class="QWidget")
+            connection.press(address, "Ctrl+A, Del", locator)
+            connection.type_text(address, text, locator)
+            if locator:  # what has the focus now may be another widget
+                self._check_filled(text, deadline)
+
+        self._act(f"fill({text!r})", enter, timeout)
+
+    def _check_filled(self, text: str, deadline: Deadline) -> None:
+        expected = text.replace("\r\n", "\n").replace("\r", "\n")
+        for name in _TEXT_PROPERTIES:
+            if name != _TEXT_PROPERTIES[0] and not expected.isprintable():
+                return
+            try:
+                shown = self._read_text(name)
+            except CommandError:
+                continue  # it has no such property
+            for _ in attempts(deadline):
+                if shown == expected:
+                    return
+                shown = self._read_text(name)
+            raise ConditionError(f"{self} has the text {shown!r} after fill({text!r})")
+
+    def _read_text(self, name: str) -> str:
+        return str(self.window.app.connection.read_property(self.window.address, self.path, name))
+
+
+def _place(window: str, path: Address) -> Tuple[str, Address]:
+    """Where the agent finds the widget, as extensions name it: the window and the locator in it."""
+    if isinstance(path, Locator):
+        return window, path
+    last = path.rsplit("/", 1)[-1]
+    if last in SPECIAL_NAMES:
+        return (POPUP if last == "ActivePopupWidget" else window), ""
+    return window, path_locator(path)
+
+
+def _shown(keys: Tuple[str, ...]) -> str:
+    return ", ".join(f'"{key}"' for key in keys)
