@@ -302,7 +302,8 @@ def test_what_waiting_cannot_mend_fails_at_once(window):
     assert window.widget("clickCount").text() == "0", "the button was not pressed"
 
 
-def test_texts_beyond_latin_1_are_refused_before_anything_is_sent(window, show):
+def test_an_agent_without_extensions_is_sent_nothing_of_texts_beyond_latin_1(window, show, monkeypatch):
+    monkeypatch.setattr(window.app.connection, "_extensions", frozenset())
     show("Entry fields")
     window.widget("customerEdit").enter("Gr\u00fc\u00dfe")
     sent = len(window.app.connection.transcript.exchanges())
