@@ -12,6 +12,7 @@ from qtdriver.protocol.extensions import EXTENSION_BY_NAME
 from qtdriver.protocol.records import WidgetRecord, WindowRecord
 from qtdriver.protocol.wire import Reply, encode_argument
 
+import locatorpool
 import valuepool
 
 SERVED = (
@@ -123,6 +124,9 @@ COORDINATES = ("40", "0", "-300", "1", "1500", "99999", "2147483647", "-21474836
 PAUSE = 0.01
 """Seconds until an application may have mended what it did."""
 
+LOCATED_SHARE = 0.3
+"""How many of the requests about a widget are extensions with a locator."""
+
 LOOK_EVERY = 12
 """After how many commands the player looks again at what there is."""
 
@@ -165,7 +169,10 @@ class Player:
         self._until_look -= 1
         weights = [weight for weight, _ in self._makers]
         maker = self._chance.choices([maker for _, maker in self._makers], weights)[0]
-        return maker()
+        request = maker()
+        if request.split(",")[0] in locatorpool.LOCATED and self._chance.random() < LOCATED_SHARE:
+            return locatorpool.located(self._chance, request)
+        return request
 
     def take(self, reply: Reply) -> None:
         """Learns from a reply: where a window is not there or blocked, the application is given a moment."""
