@@ -1,5 +1,7 @@
 #include "locate/locator.h"
 
+#include "compat/pattern.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -202,6 +204,8 @@ private:
             fail("\"=\" expected", sign);
         const int value = position;
         condition.value = parseValue();
+        if (condition.comparison == Operator::Matches)
+            requirePattern(condition);
         if (row.key == Key::Visible)
             step.visibility = visibilityNamed(condition.value, value);
         else
@@ -297,6 +301,13 @@ private:
         bool ok = false;
         if (value.toLongLong(&ok) < 1 || !ok)
             fail("a number from 1 expected", at);
+    }
+
+    static void requirePattern(const Condition& condition)
+    {
+        const QString error = compat::Pattern(condition.value).error();
+        if (!error.isEmpty())
+            throw LocatorError{QLatin1String("no pattern, ") + error, condition.at};
     }
 
     void requireBlank() const

@@ -21,8 +21,7 @@ struct SearchResult
     static const int mostWidgets = 8;
 };
 
-// The widgets of a window that a locator means: the window itself and those below it, but for other windows. Raises a
-// LocatorError for a pattern that is none.
+// The widgets of a window that a locator means: the window itself and those below it, but for other windows.
 SearchResult search(QWidget* window, const Locator& locator);
 
 } // namespace locate

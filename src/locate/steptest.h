@@ -17,7 +17,6 @@ namespace locate {
 class StepTest
 {
 public:
-    // Raises a LocatorError for a pattern that is none.
     StepTest(const Step& step, QWidget* window);
     ~StepTest();
     Q_DISABLE_COPY(StepTest)

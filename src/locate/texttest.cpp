@@ -14,9 +14,6 @@ TextTest::TextTest(const Condition& condition)
         return;
     }
     pattern = std::make_shared<const compat::Pattern>(value);
-    const QString error = pattern->error();
-    if (!error.isEmpty())
-        throw LocatorError{QLatin1String("no pattern, ") + error, condition.at};
 }
 
 bool TextTest::visit(const QString& text, Markup markup)

@@ -12,7 +12,6 @@ namespace locate {
 class TextTest : public TextVisitor
 {
 public:
-    // Raises a LocatorError for a pattern that is none.
     explicit TextTest(const Condition& condition);
 
     // Whether what is shown of the text fulfils the condition. The value may be written as it is shown, or as the

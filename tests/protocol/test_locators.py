@@ -199,6 +199,14 @@ def test_a_pattern_that_is_none_is_told(app, pattern):
 
 
 @pytest.mark.shared
+def test_a_pattern_that_is_none_is_told_in_a_step_that_is_not_reached_too(app):
+    assert refusal(app, "Main", "name=nothing >> text~=a")[0] == "5,Widget not found"
+    assert found(app, "Main", "name=nothing >> text~=(").startswith(
+        "8,Exception : Invalid locator: no pattern, "
+    )
+
+
+@pytest.mark.shared
 def test_a_text_with_conversions_of_printf_is_told_as_it_stands(app):
     assert found(app, "Main", "%s%n%d=a") == invalid("a class, a condition or a position expected", 0)
     assert refusal(app, "Main", 'name="%s%n%d"') == ("5,Widget not found", [])
