@@ -7,8 +7,9 @@
 // The one exception of the proxy layer. Its message goes to the test as it stands.
 struct STError
 {
-    explicit STError(const QString& text)
+    explicit STError(const QString& text, const QString& reason = QString())
         : message(text)
+        , notYet(reason)
     {
     }
     virtual ~STError() = default;
@@ -64,9 +65,7 @@ template <class... Arguments>
 template <class... Arguments>
 [[noreturn]] void raiseNotYet(const QString& reason, const char* format, const Arguments&... arguments)
 {
-    STError error(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
-    error.notYet = reason;
-    throw error;
+    throw STError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}), reason);
 }
 
 // Such reasons: an item, a tab or an entry of a menu that has this text, number or path, is not there or cannot be used.
