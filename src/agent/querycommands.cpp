@@ -4,6 +4,7 @@
 #include "agent/widgetaccess.h"
 #include "agent/wiretext.h"
 #include "agent/wirevalue.h"
+#include "compat/children.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
 #include "compat/widgets.h"
@@ -150,7 +151,7 @@ QByteArray locateWidget(const Request& request, STApplicationProxy&)
         return window.refusal;
     const identify::WidgetPath path(request.text(2));
     const QString name = identify::searchName(path.lastElement());
-    QList<QWidget*> candidates = window.widget->findChildren<QWidget*>(name);
+    QList<QWidget*> candidates = compat::findChildren<QWidget>(window.widget, name);
     if (window.widget->objectName() == name)
         candidates.append(window.widget);
 
@@ -172,9 +173,9 @@ QByteArray putCursorOnto(QWidget* target)
 
 QByteArray locateTrayIcon(const Request& request, STApplicationProxy&)
 {
-    // Never null: to QObject::findChildren() a null name means "any".
+    // Never null: to findChildren() a null name means "any".
     const QString name = request.section(2).isEmpty() ? QString(QLatin1String("")) : request.text(2);
-    const QList<QSystemTrayIcon*> icons = qApp->findChildren<QSystemTrayIcon*>(name);
+    const QList<QSystemTrayIcon*> icons = compat::findChildren<QSystemTrayIcon>(qApp, name);
     const QSystemTrayIcon* visible = nullptr;
     int count = 0;
     for (const QSystemTrayIcon* icon : icons) {

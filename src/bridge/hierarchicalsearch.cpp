@@ -2,6 +2,7 @@
 
 #include "bridge/hierarchicalname.h"
 #include "bridge/nameprovider.h"
+#include "compat/children.h"
 #include "compat/wildcard.h"
 
 #include <QApplication>
@@ -82,7 +83,7 @@ bool isHiddenExplicitly(const QWidget* widget)
 QList<QWidget*> candidatesBelow(const QWidget* window, const QString& name, bool onlyVisible)
 {
     // Only a provider can give a name that is not the object name.
-    const QList<QWidget*> widgets = window->findChildren<QWidget*>(nameProvider() ? QString() : name);
+    const QList<QWidget*> widgets = compat::findChildren<QWidget>(window, nameProvider() ? QString() : name);
     QList<QWidget*> candidates;
     for (QWidget* widget : widgets) {
         if (nameProvider() && bridgeName(widget) != name)
@@ -120,7 +121,7 @@ QList<QWidget*> childWidgets(const QList<QWidget*>& parents)
     QList<QWidget*> widgets;
     for (const QWidget* parent : parents) {
         for (QObject* child : parent->children()) {
-            if (child->isWidgetType())
+            if (child && child->isWidgetType()) // null: it is being deleted with its parent
                 widgets.append(static_cast<QWidget*>(child));
         }
     }

@@ -1,5 +1,7 @@
 #include "bridge/trayiconsearch.h"
 
+#include "compat/children.h"
+
 #include <QApplication>
 #include <QSystemTrayIcon>
 #include <QWidget>
@@ -8,14 +10,14 @@ namespace LmSquishProxy {
 
 TrayIconMatch findTrayIconByName(const QString& objectName)
 {
-    // Never null: to QObject::findChildren() a null name means "any".
+    // Never null: to findChildren() a null name means "any".
     const QString name = objectName.isNull() ? QString(QLatin1String("")) : objectName;
     QList<QSystemTrayIcon*> icons;
     if (qApp)
-        icons += qApp->findChildren<QSystemTrayIcon*>(name);
+        icons += compat::findChildren<QSystemTrayIcon>(qApp, name);
     const QWidgetList topLevels = QApplication::topLevelWidgets();
     for (const QWidget* topLevel : topLevels)
-        icons += topLevel->findChildren<QSystemTrayIcon*>(name);
+        icons += compat::findChildren<QSystemTrayIcon>(topLevel, name);
 
     TrayIconMatch match;
     if (icons.size() == 1)

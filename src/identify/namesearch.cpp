@@ -25,6 +25,8 @@ void NameSearch::search(QWidget* top)
 void NameSearch::searchBelow(const QObject* parent)
 {
     for (QObject* child : parent->children()) {
+        if (!child) // it is being deleted with its parent
+            continue;
         const bool hasChildren = !child->children().isEmpty();
         if (!child->isWidgetType()) {
             if (hasChildren)

@@ -17,7 +17,7 @@ void appendTree(const QWidget* widget, int depth, QString& text)
     text += widget->objectName();
     text += QLatin1Char('"');
     for (const QObject* child : widget->children()) {
-        if (child->isWidgetType())
+        if (child && child->isWidgetType()) // null: it is being deleted with its parent
             appendTree(static_cast<const QWidget*>(child), depth + 1, text);
     }
 }

@@ -161,7 +161,7 @@ void Labels::keepBetter(Sources& kept, const Source& source)
 void Labels::readBelow(const QObject* parent)
 {
     for (const QObject* child : parent->children()) {
-        if (!child->isWidgetType())
+        if (!child || !child->isWidgetType()) // null: it is being deleted with its parent
             continue;
         const auto* widget = static_cast<const QWidget*>(child);
         if (widget->isWindow())
@@ -231,7 +231,7 @@ void Labels::readGroupBox(const QWidget* box)
 {
     const QWidget* only = nullptr;
     for (const QObject* child : box->children()) {
-        if (!child->isWidgetType() || static_cast<const QWidget*>(child)->isHidden())
+        if (!child || !child->isWidgetType() || static_cast<const QWidget*>(child)->isHidden())
             continue;
         if (only)
             return;

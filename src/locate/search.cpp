@@ -24,7 +24,7 @@ public:
 void walkBelow(const QWidget* parent, WidgetVisitor& visitor)
 {
     for (QObject* child : parent->children()) {
-        if (!child->isWidgetType())
+        if (!child || !child->isWidgetType()) // null: it is being deleted with its parent
             continue;
         auto* widget = static_cast<QWidget*>(child);
         if (!widget->isWindow() && visitor.visit(widget) && !widget->children().isEmpty())

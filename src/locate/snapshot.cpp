@@ -50,7 +50,7 @@ public:
         entry.end = static_cast<int>(fields.size()) - 1; // the brace comes after the children
         entries.push_back(entry);
         for (QObject* child : widget->children()) {
-            auto* inner = child->isWidgetType() ? static_cast<QWidget*>(child) : nullptr;
+            auto* inner = child && child->isWidgetType() ? static_cast<QWidget*>(child) : nullptr;
             if (inner && inner->isVisible() && !inner->isWindow())
                 visit(inner, depth + 1);
         }

@@ -66,6 +66,34 @@ def test_a_window_that_is_deleted_when_it_is_activated(app):
     eventually(lambda: app.request("8,Deadly"), "2,Window (Deadly) not found")
 
 
+@pytest.fixture
+def half_deleted(app):
+    """An application that is deleting a pane: one child of it is gone, and two are still there. Nothing looks for an object
+    in it other than through the agent: Qt 6 itself would crash."""
+    app.do("addAskingPane")
+    app.wait_until("waiting", "visible", "true")
+    app.start("deletePane")
+    app.wait_for("asking")
+    yield app
+    app.start("answer")
+    app.wait_for("done deletePane")
+    assert app.activate("Deadly", "waiting") == "5,Widget (waiting) not found"
+
+
+@pytest.mark.parametrize("path", ["waiting", "pane/waiting", "UnnamedOne_dialog_button"])
+def test_a_widget_beside_one_that_is_being_deleted_is_found(half_deleted, path):
+    assert half_deleted.request(f"7,Deadly,{path},,enabled,") == "0,b:true"
+
+
+def test_a_tree_in_which_a_widget_is_being_deleted_is_listed(half_deleted):
+    tree = half_deleted.request("2,Deadly")
+    assert '"waiting"' in tree and '"asking"' not in tree
+
+
+def test_a_widget_beside_one_that_is_being_deleted_is_located(half_deleted):
+    assert half_deleted.request("4,Deadly,waiting") == "0,QPushButton"
+
+
 def test_an_application_that_quits(app):
     assert app.activate("Deadly", "quit") == "0,QPushButton"
     assert app.read_line() is None

@@ -1,5 +1,7 @@
 #include "proxies/containers/stqdockwidget.h"
 
+#include "compat/children.h"
+
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QTabBar>
@@ -18,7 +20,7 @@ struct Tab
 // bar are hidden, Qt keeps the bar, with the one tab, outside the window: there is nothing to click then.
 Tab dockTab(const QMainWindow* window, const QString& title)
 {
-    const QList<QTabBar*> bars = window->findChildren<QTabBar*>();
+    const QList<QTabBar*> bars = compat::findChildren<QTabBar>(window);
     for (QTabBar* bar : bars) {
         if (bar->parentWidget() != window || bar->visibleRegion().isEmpty())
             continue;

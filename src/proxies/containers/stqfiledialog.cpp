@@ -1,5 +1,6 @@
 #include "proxies/containers/stqfiledialog.h"
 
+#include "compat/children.h"
 #include "compat/variant.h"
 
 #include <QFileDialog>
@@ -29,7 +30,7 @@ void STQFileDialog::activate(const QVariant& value, const QVariant&)
 QLineEdit* STQFileDialog::fileNameEdit()
 {
     const QWidget* dialog = checkedWidget("QFileDialog");
-    const QList<QLineEdit*> fields = dialog->findChildren<QLineEdit*>(QLatin1String("fileNameEdit"));
+    const QList<QLineEdit*> fields = compat::findChildren<QLineEdit>(dialog, QLatin1String("fileNameEdit"));
     // A dialog that the operating system shows instead of Qt can have a field, but nowhere on the screen.
     if (fields.isEmpty() || dialog->testAttribute(Qt::WA_DontShowOnScreen))
         proxy::raiseError(notFoundMessage);

@@ -1,5 +1,6 @@
 #include "proxies/containers/stqtoolbox.h"
 
+#include "compat/children.h"
 #include "compat/variant.h"
 #include "proxy/pseudoproperties.h"
 
@@ -36,7 +37,8 @@ void STQToolBox::activate(const QVariant& value, const QVariant&)
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     const QString text = value.toString();
-    const QList<QAbstractButton*> headers = checkedWidget("QToolBox")->findChildren<QAbstractButton*>(headerName);
+    const QList<QAbstractButton*> headers
+        = compat::findChildren<QAbstractButton>(checkedWidget("QToolBox"), headerName);
     const auto header = std::find_if(headers.begin(), headers.end(),
         [&text](const QAbstractButton* button) { return button->isVisible() && button->text() == text; });
     if (header == headers.end())

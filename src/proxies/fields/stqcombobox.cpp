@@ -1,5 +1,6 @@
 #include "proxies/fields/stqcombobox.h"
 
+#include "compat/children.h"
 #include "compat/variant.h"
 #include "compat/waiting.h"
 #include "proxy/eventkiller.h"
@@ -42,7 +43,7 @@ public:
         if (!popup)
             return;
         killer = new EventKiller(QEvent::MouseMove, popup);
-        const QList<QWidget*> parts = popup->findChildren<QWidget*>();
+        const QList<QWidget*> parts = compat::findChildren<QWidget>(popup);
         for (QWidget* part : parts)
             part->installEventFilter(killer);
     }

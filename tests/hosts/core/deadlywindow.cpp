@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <QtCore/QEvent>
 #include <QtCore/QEventLoop>
 
@@ -43,6 +44,41 @@ private:
     QWidget* window;
 };
 
+// Runs an event loop in its destructor, as one does that asks the user whether to save. Qt has taken it out of its parent's
+// children by then, and left a null pointer in its place.
+class AskingWhenDeleted : public QWidget
+{
+public:
+    AskingWhenDeleted(TestHost& testHost, QEventLoop& eventLoop)
+        : host(testHost)
+        , loop(eventLoop)
+    {
+    }
+
+    ~AskingWhenDeleted() override
+    {
+        host.journal(text("asking"));
+        loop.exec();
+    }
+
+private:
+    TestHost& host;
+    QEventLoop& loop;
+};
+
+void addPaneThatAsksWhenDeleted(TestHost& host, QWidget* window)
+{
+    auto* pane = add(window, named(new QWidget, "pane"));
+    auto* layout = new QVBoxLayout(pane);
+    auto* loop = new QEventLoop(window);
+    layout->addWidget(named(new AskingWhenDeleted(host, *loop), "asking"));
+    layout->addWidget(named(new QPushButton(text("Waiting")), "waiting"));
+    layout->addWidget(new QPushButton(text("Unnamed one")));
+    pane->show();
+    host.onRequest(text("deletePane"), [pane] { delete pane; });
+    host.onRequest(text("answer"), [loop] { loop->quit(); });
+}
+
 // As a dialog within a slot does whose own handlers delete the agent: the loop ends it before the slot returns.
 void retireAgentInEventLoop(TestHost& host)
 {
@@ -73,6 +109,7 @@ void buildDeadlyWindow(TestHost& host)
         host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
         host.onSignal(add(window, named(new QLineEdit, "retire")), SIGNAL(textChanged(QString)),
             [&host] { retireAgentInEventLoop(host); });
+        host.onRequest(text("addAskingPane"), [&host, window] { addPaneThatAsksWhenDeleted(host, window); });
         auto* mover = add(window, named(new QWidget, "mover"));
         mover->setMinimumSize(100, 50);
         host.onRequest(
