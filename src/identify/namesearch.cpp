@@ -1,10 +1,35 @@
 #include "identify/namesearch.h"
 
+#include "compat/prefetch.h"
 #include "identify/derivation.h"
 
 #include <QWidget>
 
 namespace identify {
+
+namespace {
+
+// Has the processor fetch what a search for a derived name reads some children later: in a window of thousands of widgets
+// it waits for memory more than it works. A tool button's action is mostly its first child. What is more steps away from
+// the list is asked for later, when the steps before it are there.
+void fetchAhead(const QObjectList& children, int index)
+{
+    const int farthest = 16;
+    if (index + farthest >= children.size())
+        return;
+    if (const QObject* child = children.at(index + farthest))
+        compat::prefetch(child);
+    if (const QObject* child = children.at(index + 8))
+        compat::prefetch(&child->children());
+    const QObject* close = children.at(index + 4);
+    if (close && !close->children().isEmpty())
+        compat::prefetch(close->children().first());
+    const QObject* next = children.at(index + 2);
+    if (next && !next->children().isEmpty() && next->children().first())
+        compat::prefetch(&next->children().first()->children());
+}
+
+} // namespace
 
 NameSearch::NameSearch(const QString& searchedName)
     : name(searchedName)
@@ -24,7 +49,11 @@ void NameSearch::search(QWidget* top)
 
 void NameSearch::searchBelow(const QObject* parent)
 {
-    for (QObject* child : parent->children()) {
+    const QObjectList& children = parent->children();
+    for (int index = 0; index < children.size(); ++index) {
+        if (derivation)
+            fetchAhead(children, index);
+        QObject* child = children.at(index);
         if (!child) // it is being deleted with its parent
             continue;
         const bool hasChildren = !child->children().isEmpty();
