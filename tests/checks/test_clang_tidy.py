@@ -63,6 +63,15 @@ def test_a_mistake_in_one_of_many_is_found_and_its_line_told(made_up, mistake, c
     assert "two.cpp:" in found
 
 
+def test_sources_beside_a_mistake_pass_and_are_not_looked_at_again(made_up):
+    good = {name: f"int {name}()\n{{\n    return 0;\n}}\n" for name in ("one", "two", "three")}
+    sources = made_up.write(**good, four=UGLY)
+    assert len(made_up.complaints(sources)) == 1
+    made_up.looked_at.clear()
+    assert len(made_up.complaints(sources)) == 1
+    assert made_up.looked_at == ["four.cpp"]
+
+
 def test_what_passed_is_not_looked_at_again_until_it_changes(made_up):
     sources = made_up.write(one=GOOD, two="int two()\n{\n    return 2;\n}\n")
     assert made_up.complaints(sources) == []
