@@ -2,6 +2,7 @@
 
 import pytest
 
+from extensions import extension
 from hostapp import eventually
 
 
@@ -92,6 +93,16 @@ def test_a_tree_in_which_a_widget_is_being_deleted_is_listed(half_deleted):
 
 def test_a_widget_beside_one_that_is_being_deleted_is_located(half_deleted):
     assert half_deleted.request("4,Deadly,waiting") == "0,QPushButton"
+
+
+@pytest.mark.parametrize("locator", ["name=waiting", "QPushButton text=Waiting", "path=pane/waiting"])
+def test_a_widget_beside_one_that_is_being_deleted_has_a_locator(half_deleted, locator):
+    assert half_deleted.request(extension("+7", "Deadly", locator, "", "enabled")) == "0,b:true"
+
+
+def test_a_snapshot_in_which_a_widget_is_being_deleted_is_taken(half_deleted):
+    reply = half_deleted.request(extension("+2", "Deadly", ""))
+    assert '"waiting"' in reply and '"asking"' not in reply
 
 
 def test_an_application_that_quits(app):
