@@ -67,7 +67,7 @@ QScrollArea* areaAround(const QWidget* viewport)
 // From the innermost area to the outermost.
 void scrollTo(const QPointer<QWidget>& widget, const QPoint& point)
 {
-    QPointer<QWidget> around(widget);
+    QPointer<QWidget> around(widget.data());
     while (around && !around->isWindow()) {
         QScrollArea* area = areaAround(around);
         if (area && area->widget() && !around->rect().contains(living(widget)->mapTo(around, point))) {

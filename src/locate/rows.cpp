@@ -115,12 +115,12 @@ QModelIndexList Rows::shownCells(const QModelIndex& row, const QHeaderView& colu
 std::unique_ptr<Rows> rowsOf(QAbstractItemView* view)
 {
     if (qobject_cast<QTreeView*>(view))
-        return std::unique_ptr<Rows>(new TreeRows(view));
+        return std::make_unique<TreeRows>(view);
     if (qobject_cast<QTableView*>(view))
-        return std::unique_ptr<Rows>(new TableRows(view));
+        return std::make_unique<TableRows>(view);
     if (qobject_cast<QListView*>(view))
-        return std::unique_ptr<Rows>(new ListRows(view));
-    return std::unique_ptr<Rows>(new Rows(view));
+        return std::make_unique<ListRows>(view);
+    return std::make_unique<Rows>(view);
 }
 
 } // namespace locate

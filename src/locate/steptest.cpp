@@ -102,7 +102,7 @@ StepTest::Prepared StepTest::prepare(const Condition& condition, QWidget* window
 const Labels& StepTest::labelsOf(QWidget* window)
 {
     if (!labels)
-        labels.reset(new Labels(window, kinds));
+        labels = std::make_unique<Labels>(window, kinds);
     return *labels;
 }
 
