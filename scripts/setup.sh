@@ -12,8 +12,8 @@ packages=(
     python3-xlib python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver
     # checks
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
-    # an application that nobody here wrote
-    speedcrunch
+    # applications that nobody here wrote
+    speedcrunch featherpad keepassxc qpdfview designer-qt6 linguist-qt6
     # fuzzing
     clang libclang-rt-dev
 )

@@ -17,6 +17,7 @@ from ..errors import (
     WidgetNotFoundError,
 )
 from ..lookup.item_names import with_item_suggestions
+from ..lookup.snapshot import Snapshot, SnapshotNode
 from ..lookup.visible_texts import Search
 from ..protocol.connection import Connection
 from ..protocol.wire import Argument, Rect, Value
@@ -311,6 +312,20 @@ class Widget(Finder, Verbs, WidgetInput):
                 except CommandError:
                     continue  # it takes an argument, or has a type that cannot be told
         return values
+
+    def snapshot(self, *, timeout: Optional[float] = None) -> Snapshot:
+        """All that the widget shows now; prints as an outline. Needs an agent with extensions."""
+        return self.perform(
+            "snapshot()",
+            lambda path: Snapshot(
+                SnapshotNode.of(
+                    self._connection.snapshot(
+                        self.window.address, path if isinstance(path, Locator) else path_locator(path)
+                    )
+                )
+            ),
+            timeout=timeout,
+        )
 
     def save_picture(self, name: str, path: "Path | str", *, timeout: Optional[float] = None) -> Path:
         """Saves the picture or icon in the property `name`; the ending of `path` tells the format."""

@@ -102,6 +102,15 @@ class SnapshotNode:
         except (KeyError, TypeError, ValueError) as error:
             raise ProtocolError(f"not a widget of a snapshot: {error!r}") from None
 
+    def column(self, title: str) -> Tuple[str, ...]:
+        """The texts in one column of an item view, in the rows that are told. Raises ValueError for an unknown title."""
+        if title not in self.header:
+            raise ValueError(
+                f"no column {title!r} is shown, but {', '.join(map(repr, self.header)) or 'none'}"
+            )
+        number = self.header.index(title)
+        return tuple(item.texts[number] for item in self.items if number < len(item.texts))
+
     def walk(self) -> Iterator["SnapshotNode"]:
         """This node and all below it, each before its children."""
         yield self

@@ -1,0 +1,71 @@
+"""Every visible widget of programs that nobody prepared has an address that finds it alone, and keeps it."""
+
+import os
+
+import pytest
+
+from qtdriver import errors, eventually
+from qtdriver.lookup.stable_locators import StableLocators
+
+QT = int(os.environ.get("QTDRIVER_QT", "5"))
+KEPT = 0.9
+"""The share of the addresses that have to be true of the next start of a program, too."""
+
+PROGRAMS = {
+    5: {
+        "speedcrunch": ["Session/Save...", "Help/About SpeedCrunch"],
+        "featherpad": ["Options/Preferences", "Help/About"],
+        "keepassxc": ["Database/Open Database…", "Help/About"],
+        "qpdfview": ["File/Open...", "Edit/Settings..."],
+    },
+    6: {
+        "/usr/lib/qt6/bin/designer": ["Settings/Preferences...", "Help/About Qt Designer"],
+        "/usr/lib/qt6/bin/linguist": ["File/Open...", "Help/About Qt Linguist"],
+    },
+}
+PLACES = [(program, menu) for program, menus in PROGRAMS[QT].items() for menu in (None, *menus)]
+
+
+@pytest.mark.parametrize("program, menu", PLACES)
+def test_every_visible_widget_has_an_address_that_is_kept(start, program, menu):
+    first = start(program)
+    addresses = addresses_of(shown(first, program, menu))
+    first.terminate()
+    without = [f"{role} ({kind})" for role, kind, found in addresses if found is None]
+    assert without == []
+
+    window = shown(start(program), program, menu)
+    kept = [found for _, kind, found in addresses if finds(window, found, kind)]
+    assert len(kept) >= KEPT * len(addresses), [str(row[2]) for row in addresses if row[2] not in kept]
+
+
+def shown(app, program, menu):
+    """The main window, or the dialog that an entry of its menu opens."""
+    if program.endswith("designer"):  # it opens a dialog by itself, some time after it has started
+        app.modal("New Form").button("Close").click()
+        eventually(app.window("New Form")).is_closed()
+    main = next(
+        record for record in app.windows() if "Window" in record.class_name or "FPwin" in record.class_name
+    )
+    window = app.window(main.title.partition("[*]")[0])
+    if menu is None:
+        return window
+    window.menu(menu).click()
+    dialog = app.modal()
+    dialog.title()
+    return dialog
+
+
+def addresses_of(window):
+    """Role, class and locator of each visible widget."""
+    connection = window.app.connection
+    root = window.snapshot().root
+    locators = StableLocators(connection, window.address, root)
+    return [(node.role, node.class_name, locators.of(node)) for node in root.walk()]
+
+
+def finds(window, found, kind):
+    try:
+        return window.app.connection.read(window.address, found, "className") == kind
+    except errors.ReplyError:
+        return False
