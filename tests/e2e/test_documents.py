@@ -70,6 +70,12 @@ def test_the_first_test_of_the_runners_page_passes(checkout, speedcrunch):
     assert "1 passed" in run(checkout, first.command)
 
 
+def test_the_test_without_names_passes(checkout, speedcrunch):
+    first = FirstTest("docs/locators.md")
+    (checkout / first.file_name).write_text(first.code)
+    assert "1 passed" in run(checkout, first.command)
+
+
 def test_the_installed_runner_passes_it_too(checkout, speedcrunch):
     for module in ("ensurepip", "setuptools", "wheel"):
         if find_spec(module) is None:

@@ -5,7 +5,7 @@ import re
 import pytest
 
 from qtdriver import containing
-from qtdriver.protocol.locators import locator, path_locator, raw_locator
+from qtdriver.protocol.locators import address, as_address, locator, path_locator, raw_locator
 
 
 @pytest.mark.parametrize(
@@ -65,6 +65,21 @@ def test_messages_call_it_as_the_test_wrote_it(found, shown):
 def test_what_cannot_be_written_is_refused(arguments, conditions):
     with pytest.raises(ValueError):
         locator(*arguments, **conditions)
+
+
+@pytest.mark.parametrize(
+    "found",
+    [
+        locator("QMenuBar"),
+        locator("QMenuBar").at("first", "first()"),
+        locator("A").within(locator("B")),
+        locator(text="Save"),
+        path_locator("form/ok"),
+    ],
+)
+def test_an_address_for_the_command_line_finds_the_same(found):
+    read = address(as_address(found))
+    assert read == found.name if found.name else read.text.startswith(found.text)
 
 
 def test_one_of_several_is_not_one_of_several_again():

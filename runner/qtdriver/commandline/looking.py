@@ -12,7 +12,7 @@ from ..lookup.paths import checked_unique_path
 from ..lookup.snapshot import SnapshotNode, describe_briefly
 from ..lookup.stable_locators import StableLocators
 from ..lookup.tree import UNKNOWN, Node, WidgetTree
-from ..protocol.locators import Locator
+from ..protocol.locators import Locator, as_address
 from ..trace.readable import describe_value
 from .outcome import Outcome, plain
 from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, widget_of, window_of
@@ -67,7 +67,7 @@ def _address_row(node: SnapshotNode, depth: int, found: Optional[Locator]) -> Di
         "name": node.name,
         "shown": describe_briefly(node),
         "visible": True,
-        "path": None if found is None else str(found) if found.name else found.text,
+        "path": None if found is None else as_address(found),
         "python": None if found is None else found.call,
     }
 

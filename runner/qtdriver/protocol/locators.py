@@ -10,7 +10,7 @@ SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
 """Last names of paths that stand for whatever is there at the moment. Locators do not know them."""
 
 _CONDITION = re.compile(
-    r"(^|\s)((name|text|label|placeholder|tooltip|action|accessible|title|path|ref|visible|\.\w+)[*~]?=|nth=\d)"
+    r"(^|\s)((name|text|label|placeholder|tooltip|action|accessible|title|path|ref|visible|\.\w+)[*~]?=|nth=\d|>> )"
 )
 _POSITION = re.compile(r" (first|last|nth=\d+)$")
 _ESCAPES = {"\\": r"\\", '"': r"\"", "\n": r"\n", "\t": r"\t"}
@@ -118,6 +118,13 @@ def raw_locator(text: str) -> Locator:
 def address(text: str) -> Address:
     """What a person writes for a widget: a path of names, or a locator, which has a condition such as text="Save"."""
     return raw_locator(text) if _CONDITION.search(text) else text
+
+
+def as_address(found: Locator) -> str:
+    """The locator as address() reads it: one that is nothing but a class would be a path of names."""
+    if found.name:
+        return found.name
+    return found.text if _CONDITION.search(found.text) else f"{found.text} visible=true"
 
 
 def _as_python(text: Text) -> str:
