@@ -88,7 +88,7 @@ Pattern::Pattern(const QString& pattern)
     if (pattern.size() > longest)
         reason = QLatin1String("too long");
     else
-        engine.reset(new Engine(pattern));
+        engine = std::make_unique<Engine>(pattern);
 }
 
 Pattern::~Pattern() = default;

@@ -50,7 +50,7 @@ void appendRelease(KeyEvents& events, const KeyStroke& stroke, Qt::KeyboardModif
 } // namespace
 
 Keyboard::Keyboard(QWidget* widget)
-    : target{widget, widget->window(), widget->isActiveWindow()}
+    : target(new Target{widget, widget->window(), widget->isActiveWindow()})
 {
 }
 
@@ -88,18 +88,18 @@ KeyEvents Keyboard::type(const KeyStroke& stroke)
 void Keyboard::send(const KeyEvents& events)
 {
     for (const KeyEvent& event : events) {
-        if (!target.widget && event.type == QEvent::KeyPress)
+        if (!target->widget && event.type == QEvent::KeyPress)
             raiseError(deadWidgetMessage);
-        target.send(event);
+        target->send(event);
     }
     syncEvents();
 }
 
 void Keyboard::post(const KeyEvents& events)
 {
-    const Target receiver = target;
+    const std::shared_ptr<const Target> receiver = target;
     for (const KeyEvent& event : events)
-        postCall([receiver, event] { receiver.send(event); });
+        postCall([receiver, event] { receiver->send(event); });
 }
 
 void Keyboard::Target::send(const KeyEvent& event) const

@@ -6,6 +6,7 @@
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
 
+#include <memory>
 #include <vector>
 
 class QWidget;
@@ -58,7 +59,7 @@ public:
     };
 
 private:
-    const Target target;
+    const std::shared_ptr<const Target> target; // with the events that are posted
 };
 
 } // namespace proxy
