@@ -1,5 +1,6 @@
 """The same words in applications that nobody has prepared: written in Python, and KeePassXC where it is installed."""
 
+import os
 import shutil
 
 import pytest
@@ -177,7 +178,8 @@ def test_items_among_hidden_ones_are_clicked(app):
     SANITIZER is not None, reason="KeePassXC is built without the sanitizers that the agent needs"
 )
 def test_the_wizard_of_keepassxc_is_gone_through_by_its_texts(driver, tmp_path):
-    home = {"HOME": str(tmp_path), "XDG_CONFIG_HOME": str(tmp_path)}
+    user = f"tester-{os.getpid()}"  # it runs once for each user, whatever the desktop
+    home = {"USER": user, "HOME": str(tmp_path), "XDG_CONFIG_HOME": str(tmp_path)}
     with driver.launch("keepassxc", environment=home) as app:
         app.window("KeePassXC").button("Create new database").click()
         wizard = app.modal("Create a new KeePassXC database")

@@ -22,6 +22,7 @@ def start(tmp_path):
     home = tmp_path / "home"
     home.mkdir()
     environment = {**SETTINGS, "HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
+    environment["USER"] = f"tester-{os.getpid()}"  # KeePassXC runs once for each user, whatever the desktop
     environment.update(XDG_DATA_HOME=str(home / ".local"), XDG_CACHE_HOME=str(home / ".cache"))
 
     with Driver(build=BUILD / "agents", timeout=20) as driver:
