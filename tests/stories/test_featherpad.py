@@ -1,5 +1,7 @@
 """FeatherPad: a text is written, changed, and saved."""
 
+import re
+
 from qtdriver import containing, eventually
 
 
@@ -7,6 +9,7 @@ def test_three_lines_are_typed_replaced_and_saved(start, tmp_path):
     file = tmp_path / "notes.txt"
     file.write_text("", encoding="utf-8")
     window = start("featherpad", "--standalone", file).window(name="FPwin")
+    eventually(window).has_title(re.compile("notes.txt"))  # it reads files in a thread
     window.find("FeatherPad::TextEdit").type("Milk 1 €\nBread 2 €\nCheese 5 €")
     window.press("Ctrl+R")
     window.find("QLineEdit", label="Find:").fill("€")

@@ -11,6 +11,7 @@ def test_a_database_is_made_and_an_entry_is_found_in_it(start, tmp_path):
     make_database(app, tmp_path / "family.kdbx")
 
     window = app.window("Family")
+    eventually(window.find("QToolButton", text="New Entry…")).is_enabled()
     window.press("Ctrl+N")
     window.find(label="Title:").fill("Bank")
     window.find(label="Username:").find("QLineEdit").fill("Ada")
