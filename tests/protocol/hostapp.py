@@ -97,6 +97,12 @@ class HostApp:
         reply = self.request(f"7,{window},{path},{class_name},{name},{argument}")
         return "u:" + bytes.fromhex(reply[4:]).decode("utf-8") if reply.startswith("0,u:") else reply
 
+    def rect(self, window, path):
+        """The pixels of the screen that a widget covers: left, top, right, bottom."""
+        reply = self.read(window, path, "globalRect")
+        assert reply.startswith("0,r:"), reply
+        return tuple(map(int, reply[len("0,r:") :].split(",")))
+
     # The application itself
 
     def _take(self, timeout):

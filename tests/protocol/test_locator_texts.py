@@ -110,9 +110,7 @@ def test_a_description_has_label_placeholder_action_and_states(app):
 @pytest.mark.shared
 def test_a_description_tells_where_the_widget_is_on_the_screen(app):
     button = refusal(app, "Main", 'QPushButton text="two  line"')[1][0]
-    left, top, right, bottom = map(
-        int, app.request("7,Main,linesButton,,globalRect,")[len("0,r:") :].split(",")
-    )
+    left, top, right, bottom = app.rect("Main", "linesButton")
     assert button["rect"] == [left, top, right - left + 1, bottom - top + 1]
 
 

@@ -43,7 +43,7 @@ def test_a_click_lands_at_its_position(app, position, point):
 def test_a_position_of_one_is_one_pixel_beyond_the_edge(app):
     assert play(app, "MouseClick:LeftButton:1:1:") == "0,QWidget"
     app.do("reportCursor")
-    left, top, right, bottom = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(","))
+    left, top, right, bottom = app.rect("Editor", "canvas")
     assert app.journal[-1] == f"cursor {right + 1},{bottom + 1}"
     assert app.events("press") == []
 
@@ -53,7 +53,7 @@ def test_an_empty_command_moves_to_the_centre_without_pressing(app):
     for command in ("::::", ""):
         assert play(app, command) == "0,QWidget"
     app.do("reportCursor")
-    left, top, right, bottom = map(int, app.read("Editor", "canvas", "globalRect")[4:].split(","))
+    left, top, right, bottom = app.rect("Editor", "canvas")
     assert app.journal[-1] == f"cursor {(left + right) // 2},{(top + bottom) // 2}"
     assert app.events("press", "release") == []
 
