@@ -1,9 +1,9 @@
 // An application that ends the agent in the middle of its work, and that looks for what the agent leaves behind. See
 // tests/protocol/test_agent_life.py.
 
+#include "latin1.h"
 #include "signalhandler.h"
 #include "testhost.h"
-#include "texts.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -51,29 +51,29 @@ void tellIdleNotifier(TestHost& host)
 void build(TestHost& host)
 {
     auto* window = new QWidget;
-    window->setObjectName(text("life"));
-    window->setWindowTitle(text("Life"));
+    window->setObjectName(latin1("life"));
+    window->setWindowTitle(latin1("Life"));
     auto* layout = new QVBoxLayout(window);
     const auto addEdit = [&](const char* name, const std::function<void()>& atEachChange) {
         auto* edit = new QLineEdit;
-        edit->setObjectName(text(name));
+        edit->setObjectName(latin1(name));
         layout->addWidget(edit);
         host.onSignal(edit, SIGNAL(textChanged(QString)), atEachChange);
-        host.journalValue(edit, SIGNAL(textChanged(QString)), text("changed"));
+        host.journalValue(edit, SIGNAL(textChanged(QString)), latin1("changed"));
     };
     addEdit("delete", [&host] { host.deleteAgent(); });
     addEdit("deleteInLoop", [&host] { deleteAgentInEventLoop(host); });
 
-    host.onRequest(text("tellIdleNotifier"), [&host] { tellIdleNotifier(host); });
-    host.onRequest(text("nameDispatcher"), [&host] {
+    host.onRequest(latin1("tellIdleNotifier"), [&host] { tellIdleNotifier(host); });
+    host.onRequest(latin1("nameDispatcher"), [&host] {
         const bool isGlib = QAbstractEventDispatcher::instance()->inherits("QEventDispatcherGlib");
-        host.journal(text(isGlib ? "dispatcher of GLib" : "dispatcher of Qt"));
+        host.journal(latin1(isGlib ? "dispatcher of GLib" : "dispatcher of Qt"));
     });
     // Whenever something arrives at the agent, all events that are posted in this thread go.
-    host.onRequest(text("losePostedEvents"), [&host] {
+    host.onRequest(latin1("losePostedEvents"), [&host] {
         host.onSignal(host.agent(), SIGNAL(readyRead()), [&host] {
             QCoreApplication::removePostedEvents(nullptr);
-            host.journal(text("events removed"));
+            host.journal(latin1("events removed"));
         });
     });
     window->move(60, 60);

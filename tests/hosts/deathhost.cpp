@@ -1,8 +1,8 @@
 // Widgets that die at a chosen moment of the command that acts on them; see tests/protocol/test_presses.py. Time is
 // counted in rounds of events from the moment when the command has the window raised.
 
+#include "latin1.h"
 #include "testhost.h"
-#include "texts.h"
 
 #include <QLineEdit>
 #include <QSlider>
@@ -26,7 +26,7 @@ public:
         , victim(widget)
         , roundsLeft(rounds)
     {
-        setObjectName(text("death"));
+        setObjectName(latin1("death"));
         parent()->installEventFilter(this);
     }
 
@@ -43,7 +43,7 @@ protected:
         if (roundsLeft-- > 0)
             return;
         timer.stop();
-        host.journal(text("died"));
+        host.journal(latin1("died"));
         delete victim;
         deleteLater();
     }
@@ -71,14 +71,14 @@ const Victim victims[] = {
 void build(TestHost& host)
 {
     auto* window = new QWidget;
-    window->setObjectName(text("below"));
-    window->setWindowTitle(text("Deaths"));
+    window->setObjectName(latin1("below"));
+    window->setWindowTitle(latin1("Deaths"));
     host.journalInput(window);
     for (const Victim& kind : victims) {
         for (int rounds = 0; rounds < mostRounds; ++rounds) {
-            host.onRequest(text("%1In%2").arg(text(kind.name)).arg(rounds), [=, &host] {
+            host.onRequest(latin1("%1In%2").arg(latin1(kind.name)).arg(rounds), [=, &host] {
                 QWidget* victim = kind.make(window);
-                victim->setObjectName(text("victim"));
+                victim->setObjectName(latin1("victim"));
                 victim->setAttribute(Qt::WA_NoMousePropagation);
                 victim->setGeometry(50, 50, 200, 40);
                 host.journalInput(victim);
@@ -87,12 +87,12 @@ void build(TestHost& host)
             });
         }
     }
-    host.onRequest(text("clear"), [window] {
-        delete window->findChild<QWidget*>(text("victim"));
-        qDeleteAll(window->findChildren<QObject*>(text("death")));
+    host.onRequest(latin1("clear"), [window] {
+        delete window->findChild<QWidget*>(latin1("victim"));
+        qDeleteAll(window->findChildren<QObject*>(latin1("death")));
     });
     auto* witness = new QWidget(window);
-    witness->setObjectName(text("witness"));
+    witness->setObjectName(latin1("witness"));
     witness->setGeometry(300, 100, 80, 80);
     host.journalInput(witness);
     window->setGeometry(60, 60, 400, 200);

@@ -1,8 +1,8 @@
 // An application at work: a timer ticks, and what keeps it from ticking is measured. See
 // tests/protocol/test_wire_*.py.
 
+#include "latin1.h"
 #include "testhost.h"
-#include "texts.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -53,7 +53,7 @@ public:
     Pulse()
         : QObject(qApp)
     {
-        setObjectName(text("pulse"));
+        setObjectName(latin1("pulse"));
         reset();
         timer.start(tickMilliseconds, this);
     }
@@ -137,7 +137,7 @@ public:
     explicit DialogPad(TestHost& testHost)
         : host(testHost)
     {
-        setObjectName(text("pad"));
+        setObjectName(latin1("pad"));
         setMinimumSize(200, 60);
     }
 
@@ -146,12 +146,12 @@ protected:
     void mouseReleaseEvent(QMouseEvent*) override
     {
         QDialog dialog(this);
-        dialog.setObjectName(text("question"));
-        dialog.setWindowTitle(text("Question"));
+        dialog.setObjectName(latin1("question"));
+        dialog.setWindowTitle(latin1("Question"));
         QTimer::singleShot(0, &dialog, SLOT(setFocus()));
-        host.journal(text("dialog opens"));
+        host.journal(latin1("dialog opens"));
         dialog.exec();
-        host.journal(text("dialog closed"));
+        host.journal(latin1("dialog closed"));
     }
 
 private:
@@ -161,16 +161,16 @@ private:
 void fill(QWidget* window)
 {
     auto* menuBar = new QMenuBar(window);
-    menuBar->setObjectName(text("menuBar"));
-    menuBar->addMenu(text("File"))->addAction(text("Open"));
+    menuBar->setObjectName(latin1("menuBar"));
+    menuBar->addMenu(latin1("File"))->addAction(latin1("Open"));
     auto* tree = new QTreeWidget;
-    tree->setObjectName(text("tree"));
-    new QTreeWidgetItem(new QTreeWidgetItem(tree, QStringList(text("top"))), QStringList(text("below")));
+    tree->setObjectName(latin1("tree"));
+    new QTreeWidgetItem(new QTreeWidgetItem(tree, QStringList(latin1("top"))), QStringList(latin1("below")));
     auto* table = new QTableWidget(2, 2);
-    table->setObjectName(text("table"));
+    table->setObjectName(latin1("table"));
     auto* list = new QListWidget;
-    list->setObjectName(text("list"));
-    list->addItem(text("item"));
+    list->setObjectName(latin1("list"));
+    list->addItem(latin1("item"));
     const QList<QWidget*> views = QList<QWidget*>() << tree << table << list;
     for (QWidget* view : views) {
         view->setFixedHeight(80);
@@ -189,45 +189,45 @@ void addCrowd(QWidget* window, int count)
     for (int i = 0; i < count; ++i) {
         if (i % depth == 0)
             parent = crowd;
-        parent = i % 5 == 1 ? new QPushButton(text("Crowd"), parent) : new QWidget(parent);
+        parent = i % 5 == 1 ? new QPushButton(latin1("Crowd"), parent) : new QWidget(parent);
         if (i % 5 == 0)
-            parent->setObjectName(text("a"));
+            parent->setObjectName(latin1("a"));
     }
 }
 
 void build(TestHost& host)
 {
     auto* window = new QWidget;
-    window->setObjectName(text("window"));
-    window->setWindowTitle(text("Faults"));
+    window->setObjectName(latin1("window"));
+    window->setWindowTitle(latin1("Faults"));
     auto* layout = new QVBoxLayout(window);
-    auto* button = new QPushButton(text("Own"));
-    button->setObjectName(text("own"));
-    host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
+    auto* button = new QPushButton(latin1("Own"));
+    button->setObjectName(latin1("own"));
+    host.journalSignal(button, SIGNAL(clicked()), latin1("clicked"));
     layout->addWidget(button);
     auto* edit = new QLineEdit;
-    edit->setObjectName(text("edit"));
+    edit->setObjectName(latin1("edit"));
     edit->setMaxLength(1000000);
     edit->setValidator(new AnyText(edit));
     edit->setEchoMode(QLineEdit::NoEcho); // what is long to paint is no fault of the wire
     layout->addWidget(edit);
     layout->addWidget(new DialogPad(host));
     auto* counted = new Counted;
-    counted->setObjectName(text("counted"));
+    counted->setObjectName(latin1("counted"));
     layout->addWidget(counted);
 
     const QStringList arguments = QCoreApplication::arguments();
-    const int crowd = arguments.indexOf(text("--widgets"));
+    const int crowd = arguments.indexOf(latin1("--widgets"));
     if (crowd > 0) {
         fill(window);
         addCrowd(window, arguments.at(crowd + 1).toInt());
     }
 
     auto* pulse = new Pulse;
-    host.onRequest(text("measure"), [pulse] { pulse->reset(); });
-    host.onRequest(text("sleep"), [] { std::this_thread::sleep_for(std::chrono::seconds(1)); });
-    host.onRequest(text("clickOwn"), [button] { postClick(button); });
-    host.onRequest(text("closeDialog"), [] { QApplication::activeModalWidget()->close(); });
+    host.onRequest(latin1("measure"), [pulse] { pulse->reset(); });
+    host.onRequest(latin1("sleep"), [] { std::this_thread::sleep_for(std::chrono::seconds(1)); });
+    host.onRequest(latin1("clickOwn"), [button] { postClick(button); });
+    host.onRequest(latin1("closeDialog"), [] { QApplication::activeModalWidget()->close(); });
     window->move(60, 60);
     window->show();
 }

@@ -1,8 +1,8 @@
 // Whatever takes keys: editors, shortcuts, menus, dialogs and filters; see tests/protocol/test_press.py, test_type.py and
 // test_focus.py.
 
+#include "latin1.h"
 #include "testhost.h"
-#include "texts.h"
 #include "viewjournal.h"
 
 #include <QAction>
@@ -74,8 +74,8 @@ private:
 
 QAction* addAction(TestHost& host, QMenu* menu, const char* name, const char* label, const QKeySequence& shortcut)
 {
-    auto* action = new QAction(text(label), menu);
-    action->setObjectName(text(name));
+    auto* action = new QAction(latin1(label), menu);
+    action->setObjectName(latin1(name));
     action->setShortcut(shortcut);
     menu->addAction(action);
     host.onSignal(action, SIGNAL(triggered()), [&host, action] {
@@ -88,16 +88,16 @@ QAction* addAction(TestHost& host, QMenu* menu, const char* name, const char* la
 
 void addShortcut(TestHost& host, QWidget* parent, const char* name, const char* keys)
 {
-    auto* shortcut = new QShortcut(QKeySequence(text(keys)), parent);
-    shortcut->setObjectName(text(name));
-    host.journalSignal(shortcut, SIGNAL(activated()), text("activated"));
-    host.journalSignal(shortcut, SIGNAL(activatedAmbiguously()), text("ambiguous"));
+    auto* shortcut = new QShortcut(QKeySequence(latin1(keys)), parent);
+    shortcut->setObjectName(latin1(name));
+    host.journalSignal(shortcut, SIGNAL(activated()), latin1("activated"));
+    host.journalSignal(shortcut, SIGNAL(activatedAmbiguously()), latin1("ambiguous"));
 }
 
 template <class Widget>
 Widget* add(TestHost& host, QLayout* layout, const char* name, Widget* widget)
 {
-    widget->setObjectName(text(name));
+    widget->setObjectName(latin1(name));
     layout->addWidget(widget);
     host.journalInput(widget);
     return widget;
@@ -107,30 +107,30 @@ Widget* add(TestHost& host, QLayout* layout, const char* name, Widget* widget)
 void askName(TestHost& host)
 {
     QDialog dialog;
-    dialog.setObjectName(text("dialog"));
-    dialog.setWindowTitle(text("Name"));
+    dialog.setObjectName(latin1("dialog"));
+    dialog.setWindowTitle(latin1("Name"));
     auto* layout = new QVBoxLayout(&dialog);
     add(host, layout, "name", new QLineEdit);
-    auto* button = add(host, layout, "accept", new QPushButton(text("Accept")));
+    auto* button = add(host, layout, "accept", new QPushButton(latin1("Accept")));
     button->setDefault(true);
     QObject::connect(button, SIGNAL(clicked()), &dialog, SLOT(accept()));
-    auto* cancel = add(host, layout, "cancel", new QPushButton(text("&Cancel")));
+    auto* cancel = add(host, layout, "cancel", new QPushButton(latin1("&Cancel")));
     QObject::connect(cancel, SIGNAL(clicked()), &dialog, SLOT(reject()));
     const int result = dialog.exec();
     host.journal(
-        QString::fromLatin1("dialog %1 '%2'").arg(result).arg(host.find(text("name"))->property("text").toString()));
+        QString::fromLatin1("dialog %1 '%2'").arg(result).arg(host.find(latin1("name"))->property("text").toString()));
 }
 
 void addMenus(TestHost& host, QMainWindow* window)
 {
-    QMenu* file = window->menuBar()->addMenu(text("&File"));
-    file->setObjectName(text("fileMenu"));
-    host.journalSignal(file, SIGNAL(aboutToShow()), text("opened"));
-    host.journalSignal(file, SIGNAL(aboutToHide()), text("closed"));
+    QMenu* file = window->menuBar()->addMenu(latin1("&File"));
+    file->setObjectName(latin1("fileMenu"));
+    host.journalSignal(file, SIGNAL(aboutToShow()), latin1("opened"));
+    host.journalSignal(file, SIGNAL(aboutToHide()), latin1("closed"));
     host.journalInput(file);
-    addAction(host, file, "saveAction", "&Save", QKeySequence(text("Ctrl+S")));
-    addAction(host, file, "zoomAction", "&Zoom", QKeySequence(text("Ctrl++")));
-    QAction* open = addAction(host, file, "openAction", "&Open...", QKeySequence(text("Ctrl+O")));
+    addAction(host, file, "saveAction", "&Save", QKeySequence(latin1("Ctrl+S")));
+    addAction(host, file, "zoomAction", "&Zoom", QKeySequence(latin1("Ctrl++")));
+    QAction* open = addAction(host, file, "openAction", "&Open...", QKeySequence(latin1("Ctrl+O")));
     host.onSignal(open, SIGNAL(triggered()), [&host] { askName(host); });
 }
 
@@ -155,10 +155,10 @@ void addFields(TestHost& host, QMainWindow* window)
     new KeyFilter(line, Qt::Key_X);
     add(host, layout, "spin", new QSpinBox)->setMaximum(100000);
     auto* combo = add(host, layout, "combo", new QComboBox);
-    combo->addItems(QStringList() << text("red") << text("green") << text("blue"));
-    auto* button = add(host, layout, "button", new QPushButton(text("&Brew")));
-    host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
-    add(host, layout, "mute", new QPushButton(text("Mute")))->setFocusPolicy(Qt::NoFocus);
+    combo->addItems(QStringList() << latin1("red") << latin1("green") << latin1("blue"));
+    auto* button = add(host, layout, "button", new QPushButton(latin1("&Brew")));
+    host.journalSignal(button, SIGNAL(clicked()), latin1("clicked"));
+    add(host, layout, "mute", new QPushButton(latin1("Mute")))->setFocusPolicy(Qt::NoFocus);
     auto* disabled = add(host, layout, "disabled", new QLineEdit);
     disabled->setEnabled(false);
     auto* giver = add(host, layout, "giver", new QLineEdit);
@@ -170,23 +170,23 @@ void addFields(TestHost& host, QMainWindow* window)
             delete living;
     });
     window->setCentralWidget(centre);
-    host.onRequest(text("focusCustom"), [custom] { custom->setFocus(); });
-    host.onRequest(text("focusLine"), [line] { line->setFocus(); });
-    host.onRequest(text("enable"), [disabled] { disabled->setEnabled(true); });
+    host.onRequest(latin1("focusCustom"), [custom] { custom->setFocus(); });
+    host.onRequest(latin1("focusLine"), [line] { line->setFocus(); });
+    host.onRequest(latin1("enable"), [disabled] { disabled->setEnabled(true); });
 }
 
 void build(TestHost& host)
 {
     auto* window = new QMainWindow;
-    window->setObjectName(text("window"));
-    window->setWindowTitle(text("Keys \xe4"));
+    window->setObjectName(latin1("window"));
+    window->setWindowTitle(latin1("Keys \xe4"));
     addFields(host, window);
     addMenus(host, window);
     addShortcuts(host, window);
     host.journalInput(window);
-    host.onRequest(text("focus"), [&host] {
+    host.onRequest(latin1("focus"), [&host] {
         const QWidget* focus = QApplication::focusWidget();
-        host.journal(text("focus ") + (focus ? focus->objectName() : QString()));
+        host.journal(latin1("focus ") + (focus ? focus->objectName() : QString()));
     });
     window->setGeometry(60, 60, 420, 560);
     window->show();

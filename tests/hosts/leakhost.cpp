@@ -1,8 +1,8 @@
 // One widget of each family, and nothing that keeps what happens to it; see tests/protocol/test_leaks.py.
 
+#include "latin1.h"
 #include "resourceusage.h"
 #include "testhost.h"
-#include "texts.h"
 #include "valuewidget.h"
 
 #include <QAbstractItemView>
@@ -73,7 +73,7 @@ class ArrowlessStyle : public QProxyStyle
 {
 public:
     ArrowlessStyle()
-        : QProxyStyle(QStyleFactory::create(text("windows")))
+        : QProxyStyle(QStyleFactory::create(latin1("windows")))
     {
     }
 
@@ -92,8 +92,8 @@ public:
         : host(testHost)
         , grid(new QGridLayout)
     {
-        setObjectName(text("window"));
-        setWindowTitle(text("Leaks"));
+        setObjectName(latin1("window"));
+        setWindowTitle(latin1("Leaks"));
         auto* central = new QWidget;
         central->setLayout(grid);
         setCentralWidget(central);
@@ -106,7 +106,7 @@ public:
         add("values", new ValueWidget);
         add("leaky", new Leaky);
         auto* icon = new QSystemTrayIcon(qApp);
-        icon->setObjectName(text("tray"));
+        icon->setObjectName(latin1("tray"));
         setGeometry(30, 40, 1100, 700);
         show();
     }
@@ -116,7 +116,7 @@ private:
     Widget* add(const char* name, Widget* widget)
     {
         const int columns = 4;
-        widget->setObjectName(text(name));
+        widget->setObjectName(latin1(name));
         const int index = grid->count();
         grid->addWidget(widget, index / columns, index % columns);
         return widget;
@@ -124,15 +124,15 @@ private:
 
     void addButtons()
     {
-        add("button", new QPushButton(text("&Button")));
-        add("check", new QCheckBox(text("Check")));
-        add("radio", new QRadioButton(text("Radio")));
+        add("button", new QPushButton(latin1("&Button")));
+        add("check", new QCheckBox(latin1("Check")));
+        add("radio", new QRadioButton(latin1("Radio")));
         add("tool", new QToolButton)->setCheckable(true);
-        auto* group = add("group", new QGroupBox(text("Group")));
+        auto* group = add("group", new QGroupBox(latin1("Group")));
         group->setCheckable(true);
         group->setMinimumHeight(40);
-        add("disabled", new QPushButton(text("Disabled")))->setEnabled(false);
-        add("plain", new QPushButton(text("Plain")))->hide();
+        add("disabled", new QPushButton(latin1("Disabled")))->setEnabled(false);
+        add("plain", new QPushButton(latin1("Plain")))->hide();
     }
 
     void addFields()
@@ -141,39 +141,39 @@ private:
         add("text", new QTextEdit)->setFixedHeight(50);
         add("spin", new QSpinBox);
         add("doubleSpin", new QDoubleSpinBox);
-        add("date", new QDateEdit)->setDisplayFormat(text("yyyy-MM-dd"));
+        add("date", new QDateEdit)->setDisplayFormat(latin1("yyyy-MM-dd"));
         auto* slider = add("slider", new QSlider(Qt::Horizontal));
         slider->setRange(0, 10);
         auto* combo = add("combo", new QComboBox);
-        combo->addItems(QStringList() << text("one") << text("two") << text("three"));
+        combo->addItems(QStringList() << latin1("one") << latin1("two") << latin1("three"));
         auto* editable = add("editable", new QComboBox);
         editable->setEditable(true);
         editable->setCompleter(nullptr);
         editable->setInsertPolicy(QComboBox::NoInsert);
-        editable->addItems(QStringList() << text("one") << text("two"));
+        editable->addItems(QStringList() << latin1("one") << latin1("two"));
     }
 
     void addViews()
     {
         auto* list = add("list", new QListWidget);
         for (int i = 0; i < 3; ++i) {
-            auto* item = new QListWidgetItem(text("item %1").arg(i), list);
+            auto* item = new QListWidgetItem(latin1("item %1").arg(i), list);
             item->setFlags(item->flags() | Qt::ItemIsUserCheckable | Qt::ItemIsEditable);
             item->setCheckState(Qt::Unchecked);
         }
         auto* tree = add("tree", new QTreeWidget);
-        tree->setHeaderLabels(QStringList() << text("Name") << text("Size"));
-        auto* folder = new QTreeWidgetItem(tree, QStringList(text("folder")));
+        tree->setHeaderLabels(QStringList() << latin1("Name") << latin1("Size"));
+        auto* folder = new QTreeWidgetItem(tree, QStringList(latin1("folder")));
         const char* const names[] = {"a", "b"};
         for (const char* name : names) {
-            auto* item = new QTreeWidgetItem(folder, QStringList() << text(name) << text("1"));
+            auto* item = new QTreeWidgetItem(folder, QStringList() << latin1(name) << latin1("1"));
             item->setFlags(item->flags() | Qt::ItemIsEditable);
         }
         auto* table = add("table", new QTableWidget(3, 3));
-        table->setHorizontalHeaderLabels(QStringList() << text("A") << text("B") << text("C"));
+        table->setHorizontalHeaderLabels(QStringList() << latin1("A") << latin1("B") << latin1("C"));
         for (int row = 0; row < 3; ++row) {
             for (int column = 0; column < 3; ++column)
-                table->setItem(row, column, new QTableWidgetItem(text("cell")));
+                table->setItem(row, column, new QTableWidgetItem(latin1("cell")));
         }
     }
 
@@ -183,33 +183,33 @@ private:
         auto* box = add("toolBox", new QToolBox);
         const char* const pages[] = {"First", "Second"};
         for (const char* page : pages) {
-            tabs->addTab(text(page));
-            box->addItem(new QLabel(text(page)), text(page));
-            auto* dock = new QDockWidget(text(page), this);
-            dock->setObjectName(text("dock") + text(page));
-            dock->setWidget(new QLabel(text(page)));
+            tabs->addTab(latin1(page));
+            box->addItem(new QLabel(latin1(page)), latin1(page));
+            auto* dock = new QDockWidget(latin1(page), this);
+            dock->setObjectName(latin1("dock") + latin1(page));
+            dock->setWidget(new QLabel(latin1(page)));
             addDockWidget(Qt::RightDockWidgetArea, dock);
         }
-        tabifyDockWidget(findChild<QDockWidget*>(text("dockFirst")), findChild<QDockWidget*>(text("dockSecond")));
-        statusBar()->setObjectName(text("status"));
-        statusBar()->showMessage(text("Ready"));
+        tabifyDockWidget(findChild<QDockWidget*>(latin1("dockFirst")), findChild<QDockWidget*>(latin1("dockSecond")));
+        statusBar()->setObjectName(latin1("status"));
+        statusBar()->showMessage(latin1("Ready"));
     }
 
     void addMenus()
     {
-        menuBar()->setObjectName(text("bar"));
-        QMenu* file = menuBar()->addMenu(text("&File"));
-        file->addAction(text("&Save"));
-        file->addMenu(text("Send"))->addAction(text("Mail"));
-        file->addAction(text("Wrap"))->setCheckable(true);
+        menuBar()->setObjectName(latin1("bar"));
+        QMenu* file = menuBar()->addMenu(latin1("&File"));
+        file->addAction(latin1("&Save"));
+        file->addMenu(latin1("Send"))->addAction(latin1("Mail"));
+        file->addAction(latin1("Wrap"))->setCheckable(true);
         popup = new QMenu(this);
-        popup->setObjectName(text("popup"));
-        popup->addAction(text("Copy"));
-        popup->addMenu(text("More"))->addAction(text("Paste"));
-        auto* opener = add("opener", new QPushButton(text("Open")));
+        popup->setObjectName(latin1("popup"));
+        popup->addAction(latin1("Copy"));
+        popup->addMenu(latin1("More"))->addAction(latin1("Paste"));
+        auto* opener = add("opener", new QPushButton(latin1("Open")));
         host.onSignal(opener, SIGNAL(clicked()), [this] { popup->popup(QPoint(900, 800)); });
-        host.onRequest(text("popUp"), [this] { popup->popup(QPoint(900, 800)); });
-        host.onRequest(text("closePopup"), [this] { popup->close(); });
+        host.onRequest(latin1("popUp"), [this] { popup->popup(QPoint(900, 800)); });
+        host.onRequest(latin1("closePopup"), [this] { popup->close(); });
     }
 
     TestHost& host;
@@ -222,8 +222,8 @@ void build(TestHost& host)
     QApplication::setStyle(new ArrowlessStyle);
     new LeakWindow(host);
     auto* usage = new QObject(qApp);
-    usage->setObjectName(text("usage"));
-    host.onRequest(text("takeStock"), [usage] { takeStock(usage); });
+    usage->setObjectName(latin1("usage"));
+    host.onRequest(latin1("takeStock"), [usage] { takeStock(usage); });
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 // the view has opened an editor or, for "takeFocusOnTheWay", after its current item has changed. Then another widget gets
 // the focus.
 
+#include "latin1.h"
 #include "testhost.h"
-#include "texts.h"
 #include "viewjournal.h"
 
 #include <QKeyEvent>
@@ -37,7 +37,7 @@ public:
         , deed(theDeed)
         , roundsLeft(rounds)
     {
-        setObjectName(text("culprit"));
+        setObjectName(latin1("culprit"));
     }
 
     void start(QWidget* openedEditor)
@@ -65,7 +65,7 @@ protected:
         timer.stop();
         deed(view, editor);
         other->setFocus();
-        host.journal(text("deed is done"));
+        host.journal(latin1("deed is done"));
     }
 
 private:
@@ -127,13 +127,13 @@ const DeedKind deedKinds[] = {
 
 void show(TestHost& host, QWidget* window, const ViewKind& viewKind, const DeedKind& deedKind, int rounds)
 {
-    delete window->findChild<QAbstractItemView*>(text("view"));
-    delete window->findChild<QObject*>(text("culprit"));
-    auto* other = window->findChild<QLineEdit*>(text("other"));
+    delete window->findChild<QAbstractItemView*>(latin1("view"));
+    delete window->findChild<QObject*>(latin1("culprit"));
+    auto* other = window->findChild<QLineEdit*>(latin1("other"));
     other->clear();
 
     QAbstractItemView* view = viewKind.make(window);
-    view->setObjectName(text("view"));
+    view->setObjectName(latin1("view"));
     auto* model = new QStandardItemModel(5, 2, view);
     for (int row = 0; row < 5; ++row) {
         for (int column = 0; column < 2; ++column)
@@ -154,17 +154,17 @@ void show(TestHost& host, QWidget* window, const ViewKind& viewKind, const DeedK
 void build(TestHost& host)
 {
     auto* window = new QWidget;
-    window->setObjectName(text("window"));
-    window->setWindowTitle(text("Views"));
+    window->setObjectName(latin1("window"));
+    window->setWindowTitle(latin1("Views"));
     new QVBoxLayout(window);
     auto* other = new QLineEdit;
-    other->setObjectName(text("other"));
+    other->setObjectName(latin1("other"));
     host.journalInput(other);
     window->layout()->addWidget(other);
     for (const ViewKind& view : viewKinds) {
         for (const DeedKind& deed : deedKinds) {
             for (int rounds = 0; rounds < mostRounds; ++rounds) {
-                host.onRequest(text("%1-%2-%3").arg(text(view.name), text(deed.name)).arg(rounds),
+                host.onRequest(latin1("%1-%2-%3").arg(latin1(view.name), latin1(deed.name)).arg(rounds),
                     [&host, window, &view, &deed, rounds] { show(host, window, view, deed, rounds); });
             }
         }

@@ -1,7 +1,7 @@
 // Widgets that the wheel of a mouse turns, or not; see tests/protocol/test_wheel.py.
 
+#include "latin1.h"
 #include "testhost.h"
-#include "texts.h"
 #include "viewjournal.h"
 
 #include <QLabel>
@@ -60,7 +60,7 @@ private:
 template <class Widget>
 Widget* add(TestHost& host, QWidget* parent, const char* name, Widget* widget)
 {
-    widget->setObjectName(text(name));
+    widget->setObjectName(latin1(name));
     parent->layout()->addWidget(widget);
     new WheelJournal(host, widget);
     return widget;
@@ -69,30 +69,30 @@ Widget* add(TestHost& host, QWidget* parent, const char* name, Widget* widget)
 void addArea(TestHost& host, QWidget* window)
 {
     auto* content = new QWidget;
-    content->setObjectName(text("content"));
+    content->setObjectName(latin1("content"));
     new QVBoxLayout(content);
-    add(host, content, "inner", new QLabel(text("inner")))->setMinimumSize(1000, 1500);
+    add(host, content, "inner", new QLabel(latin1("inner")))->setMinimumSize(1000, 1500);
     auto* area = add(host, window, "area", new QScrollArea);
     area->setWidget(content);
-    area->verticalScrollBar()->setObjectName(text("areaBar"));
-    area->horizontalScrollBar()->setObjectName(text("areaSideBar"));
+    area->verticalScrollBar()->setObjectName(latin1("areaBar"));
+    area->horizontalScrollBar()->setObjectName(latin1("areaSideBar"));
     area->verticalScrollBar()->setSingleStep(10);
 }
 
 void build(TestHost& host)
 {
     auto* window = new QWidget;
-    window->setObjectName(text("window"));
-    window->setWindowTitle(text("Wheels"));
+    window->setObjectName(latin1("window"));
+    window->setWindowTitle(latin1("Wheels"));
     new QVBoxLayout(window);
     add(host, window, "slider", new QSlider(Qt::Horizontal))->setValue(50);
     add(host, window, "spin", new QSpinBox)->setMaximum(100000);
     auto* list = add(host, window, "list", new QListWidget);
     for (int i = 0; i < 200; ++i)
         list->addItem(QString::number(i));
-    list->verticalScrollBar()->setObjectName(text("listBar"));
+    list->verticalScrollBar()->setObjectName(latin1("listBar"));
     addArea(host, window);
-    add(host, window, "idle", new QLabel(text("idle")));
+    add(host, window, "idle", new QLabel(latin1("idle")));
     add(host, window, "disabled", new QSlider(Qt::Horizontal))->setEnabled(false);
     auto* victim = add(host, window, "victim", new QSlider(Qt::Horizontal));
     const QPointer<QSlider> living(victim);

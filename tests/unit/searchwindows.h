@@ -2,6 +2,7 @@
 
 #include "bridge/csquishproxy.h"
 #include "hierarchicalnames.h"
+#include "latin1.h"
 
 #include <QPushButton>
 #include <QWidget>
@@ -16,11 +17,6 @@ Widget* add(QWidget* parent, const char* name)
     return widget;
 }
 
-inline QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
 // Windows to search, and a script object that searches them.
 class SearchWindows
 {
@@ -29,7 +25,7 @@ protected:
     {
         proxy.reset(new LmSquishProxy::CSquishProxy("proxy"));
         main.reset(add<QWidget>(nullptr, "main"));
-        main->setWindowTitle(text("Editor"));
+        main->setWindowTitle(latin1("Editor"));
         left = add<QWidget>(main.get(), "left");
         right = add<QWidget>(main.get(), "right");
         add<QPushButton>(left, "ok");
@@ -37,7 +33,7 @@ protected:
         add<QPushButton>(right, "cancel");
         main->show();
         other.reset(add<QWidget>(nullptr, "other"));
-        other->setWindowTitle(text("Editor 2"));
+        other->setWindowTitle(latin1("Editor 2"));
         other->show();
     }
 

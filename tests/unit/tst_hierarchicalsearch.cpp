@@ -40,9 +40,9 @@ void tst_HierarchicalSearch::listWithoutNamesIsInvalid_data()
     QTest::addColumn<QStringList>("name");
     QTest::addColumn<QString>("title");
     QTest::newRow("empty list") << QStringList() << QString();
-    QTest::newRow("empty list and title") << QStringList() << text("Editor");
+    QTest::newRow("empty list and title") << QStringList() << latin1("Editor");
     QTest::newRow("one null without title") << hierarchicalName("*") << QString();
-    QTest::newRow("two nulls and title") << hierarchicalName("*/*") << text("Editor");
+    QTest::newRow("two nulls and title") << hierarchicalName("*/*") << latin1("Editor");
 }
 
 void tst_HierarchicalSearch::listWithoutNamesIsInvalid()
@@ -50,7 +50,7 @@ void tst_HierarchicalSearch::listWithoutNamesIsInvalid()
     QFETCH(QStringList, name);
     QFETCH(QString, title);
     QVERIFY(!proxy->findWidgetByHierarchicalName(name, title));
-    QCOMPARE(error(), text("InvalidWidgetPath"));
+    QCOMPARE(error(), latin1("InvalidWidgetPath"));
 }
 
 void tst_HierarchicalSearch::windowItselfIsFound()
@@ -59,16 +59,16 @@ void tst_HierarchicalSearch::windowItselfIsFound()
     QCOMPARE(find("*/main"), main.get());
     QVERIFY(!find("*/left"));
     QVERIFY(!find("any/main"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
 }
 
 void tst_HierarchicalSearch::givenWindowIsTheOnlyOneSearched()
 {
-    QCOMPARE(find("cancel", QString(), main.get()), right->findChild<QWidget*>(text("cancel")));
+    QCOMPARE(find("cancel", QString(), main.get()), right->findChild<QWidget*>(latin1("cancel")));
     QVERIFY(!find("cancel", QString(), other.get()));
-    QVERIFY(!find("cancel", text("Editor 2"), main.get()));
+    QVERIFY(!find("cancel", latin1("Editor 2"), main.get()));
     QCOMPARE(find("main/right", QString(), right), right); // any widget will do; ancestors are not bounded by it
-    QCOMPARE(find("right/ok", QString(), right), right->findChild<QWidget*>(text("ok")));
+    QCOMPARE(find("right/ok", QString(), right), right->findChild<QWidget*>(latin1("ok")));
 }
 
 void tst_HierarchicalSearch::deletedWindowFindsNothing()
@@ -76,29 +76,29 @@ void tst_HierarchicalSearch::deletedWindowFindsNothing()
     auto* const gone = add<QWidget>(other.get(), "gone");
     other.reset();
     QVERIFY(!find("main", QString(), gone));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
-    QCOMPARE(find("*", text("Editor"), gone), main.get()); // by its title, wherever a name would be searched
-    QCOMPARE(error(), text("NoError"));
-    QVERIFY(!find("*/*", text("Editor"), gone));
-    QCOMPARE(error(), text("InvalidWidgetPath"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
+    QCOMPARE(find("*", latin1("Editor"), gone), main.get()); // by its title, wherever a name would be searched
+    QCOMPARE(error(), latin1("NoError"));
+    QVERIFY(!find("*/*", latin1("Editor"), gone));
+    QCOMPARE(error(), latin1("InvalidWidgetPath"));
 }
 
 void tst_HierarchicalSearch::unknownNameIsNotFound()
 {
     QVERIFY(!find("nobody"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
     QVERIFY(find("left"));
-    QCOMPARE(error(), text("NoError"));
+    QCOMPARE(error(), latin1("NoError"));
 }
 
 void tst_HierarchicalSearch::wrongAncestorsAreNotFound()
 {
-    QCOMPARE(find("left/ok"), left->findChild<QWidget*>(text("ok")));
-    QCOMPARE(find("*/main/right/ok"), right->findChild<QWidget*>(text("ok")));
+    QCOMPARE(find("left/ok"), left->findChild<QWidget*>(latin1("ok")));
+    QCOMPARE(find("*/main/right/ok"), right->findChild<QWidget*>(latin1("ok")));
     QVERIFY(!find("main/ok"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
     QVERIFY(!find("main/*/ok")); // both
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
 }
 
 void tst_HierarchicalSearch::sameNameInTwoWindowsIsAmbiguous()
@@ -106,30 +106,30 @@ void tst_HierarchicalSearch::sameNameInTwoWindowsIsAmbiguous()
     QWidget* const hidden = add<QWidget>(other.get(), "cancel");
     hidden->hide();
     QVERIFY(!find("cancel", QString(), nullptr, false));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
-    QCOMPARE(find("cancel"), right->findChild<QWidget*>(text("cancel")));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
+    QCOMPARE(find("cancel"), right->findChild<QWidget*>(latin1("cancel")));
     other->hide();
     QVERIFY(!find("cancel", QString(), nullptr, false));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
 }
 
 void tst_HierarchicalSearch::sameNameTwiceInOneWindowIsAmbiguous()
 {
     QVERIFY(!find("ok"));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
     add<QWidget>(main.get(), "main")->show();
     QVERIFY(!find("main")); // the window itself counts
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
 }
 
 void tst_HierarchicalSearch::onlyVisiblePassesOverHiddenWidgets()
 {
-    left->findChild<QWidget*>(text("ok"))->hide();
-    QCOMPARE(find("ok"), right->findChild<QWidget*>(text("ok")));
-    right->findChild<QWidget*>(text("cancel"))->hide();
+    left->findChild<QWidget*>(latin1("ok"))->hide();
+    QCOMPARE(find("ok"), right->findChild<QWidget*>(latin1("ok")));
+    right->findChild<QWidget*>(latin1("cancel"))->hide();
     QVERIFY(!find("cancel"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
-    QCOMPARE(find("cancel", QString(), nullptr, false), right->findChild<QWidget*>(text("cancel")));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
+    QCOMPARE(find("cancel", QString(), nullptr, false), right->findChild<QWidget*>(latin1("cancel")));
     main->hide();
     QVERIFY(!find("main"));
     QVERIFY(!find("main", QString(), main.get()));
@@ -140,7 +140,7 @@ void tst_HierarchicalSearch::widgetBelowAHiddenOneIsHidden()
 {
     left->hide();
     QVERIFY(!find("left/ok"));
-    QCOMPARE(find("ok"), right->findChild<QWidget*>(text("ok")));
+    QCOMPARE(find("ok"), right->findChild<QWidget*>(latin1("ok")));
     QVERIFY(find("left/ok", QString(), nullptr, false));
 }
 
@@ -156,13 +156,13 @@ void tst_HierarchicalSearch::dialogWithAParentIsFoundOnce()
 void tst_HierarchicalSearch::widgetInADialogWithAParentIsAmbiguousWithoutWindow()
 {
     auto* dialog = add<QDialog>(main.get(), "dialog");
-    dialog->setWindowTitle(text("Options"));
+    dialog->setWindowTitle(latin1("Options"));
     QWidget* const apply = add<QPushButton>(dialog, "apply");
     dialog->show();
     QVERIFY(!find("apply"));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
     QCOMPARE(find("apply", QString(), dialog), apply);
-    QCOMPARE(find("apply", text("Options")), apply);
+    QCOMPARE(find("apply", latin1("Options")), apply);
 }
 
 void tst_HierarchicalSearch::emptyElementFindsUnnamedWidgets()
@@ -179,7 +179,7 @@ void tst_HierarchicalSearch::descentNeedsTheOnlyWayDown_data()
     QTest::addColumn<QString>("found");
     QTest::addColumn<QString>("error");
     const auto row = [](const char* name, const char* found, const char* error) {
-        QTest::newRow(name) << text(name) << text(found) << text(error);
+        QTest::newRow(name) << latin1(name) << latin1(found) << latin1(error);
     };
     row("single/*", "", "WidgetAmbiguousError"); // the widget there has a child
     row("single/*/*", "leaf", "NoError");
@@ -207,20 +207,20 @@ void tst_HierarchicalSearch::descentNeedsTheOnlyWayDown()
     QFETCH(QString, found);
     QFETCH(QString, error);
     const QWidget* result = find(name.toLatin1().constData());
-    QCOMPARE(result ? result->objectName() : text(""), found);
+    QCOMPARE(result ? result->objectName() : latin1(""), found);
     QCOMPARE(this->error(), error);
 }
 
 void tst_HierarchicalSearch::descentCountsHiddenChildrenButDoesNotReturnThem()
 {
-    QWidget* const ok = left->findChild<QWidget*>(text("ok"));
+    QWidget* const ok = left->findChild<QWidget*>(latin1("ok"));
     ok->hide();
     QVERIFY(!find("left/*"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
     QCOMPARE(find("left/*", QString(), nullptr, false), ok);
     add<QWidget>(left, "shown")->show();
     QVERIFY(!find("left/*"));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
 }
 
 QTEST_MAIN(tst_HierarchicalSearch)

@@ -42,12 +42,12 @@ private Q_SLOTS:
 void tst_NameProvider::providerNamesWidgetsThatHaveNone()
 {
     auto* unnamed = new QWidget(left);
-    unnamed->setProperty("providedName", text("given"));
+    unnamed->setProperty("providedName", latin1("given"));
     unnamed->show();
     QVERIFY(!find("given"));
     const PropertyProvider provider;
     QCOMPARE(find("given"), unnamed);
-    QCOMPARE(find("cancel"), right->findChild<QWidget*>(text("cancel")));
+    QCOMPARE(find("cancel"), right->findChild<QWidget*>(latin1("cancel")));
     left->hide();
     QVERIFY(!find("given"));
     QCOMPARE(find("given", QString(), nullptr, false), unnamed);
@@ -56,8 +56,8 @@ void tst_NameProvider::providerNamesWidgetsThatHaveNone()
 void tst_NameProvider::providerIsNotAskedForObjectsWithAName()
 {
     auto* emptied = add<QWidget>(left, "once");
-    emptied->setObjectName(text("")); // set, though empty
-    emptied->setProperty("providedName", text("given"));
+    emptied->setObjectName(latin1("")); // set, though empty
+    emptied->setProperty("providedName", latin1("given"));
     emptied->show();
     const PropertyProvider provider;
     QVERIFY(!find("given"));
@@ -70,7 +70,7 @@ void tst_NameProvider::providerIsNotAskedForObjectsWithAName()
 void tst_NameProvider::providedNamesFitAncestors()
 {
     auto* group = new QWidget(left);
-    group->setProperty("providedName", text("group"));
+    group->setProperty("providedName", latin1("group"));
     QWidget* const inside = add<QWidget>(group, "inside");
     group->show();
     QVERIFY(!find("group/inside"));
@@ -82,7 +82,7 @@ void tst_NameProvider::providedNamesFitAncestors()
 void tst_NameProvider::anotherProviderTakesTheFirstOnesPlace()
 {
     auto* unnamed = new QWidget(left);
-    unnamed->setProperty("providedName", text("given"));
+    unnamed->setProperty("providedName", latin1("given"));
     unnamed->show();
     const PropertyProvider first;
     const PropertyProvider second;

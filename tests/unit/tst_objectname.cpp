@@ -25,9 +25,7 @@ private Q_SLOTS:
     void anEmptyObjectNameIsNone();
     void toolButtonsAreNamedByTheirOnlyAction();
     void aToolButtonWithoutANamedActionIsUnnamed();
-    void pushButtonsAreNamedByTheirText();
     void aPushButtonWithoutTextHasANulName();
-    void childrenOfInputDialogsAreNamedByTheirClass();
     void aToolButtonInAnInputDialogFallsThrough();
     void anyOtherObjectIsUnnamed();
     void isAComparesTheExactClass();
@@ -144,12 +142,6 @@ void tst_ObjectName::aToolButtonWithoutANamedActionIsUnnamed()
     QCOMPARE(identify::getName(&button), QString::fromLatin1("unnamed"));
 }
 
-void tst_ObjectName::pushButtonsAreNamedByTheirText()
-{
-    QPushButton button(QLatin1String("Apply  to all"));
-    QCOMPARE(identify::getName(&button), QString::fromLatin1("ApplyToAll_dialog_button"));
-}
-
 void tst_ObjectName::aPushButtonWithoutTextHasANulName()
 {
     const QString expected = QString(1, QChar(0)) + QLatin1String("_dialog_button");
@@ -160,17 +152,6 @@ void tst_ObjectName::aPushButtonWithoutTextHasANulName()
     }
     QPushButton withoutText;
     QCOMPARE(identify::getName(&withoutText), expected);
-}
-
-void tst_ObjectName::childrenOfInputDialogsAreNamedByTheirClass()
-{
-    QInputDialog dialog;
-    QLineEdit edit(&dialog);
-    QCOMPARE(identify::getName(&edit), QString::fromLatin1("QLineEdit__widget__"));
-    QWidget frame(&dialog);
-    QLineEdit deeper(&frame);
-    QCOMPARE(identify::getName(&frame), QString::fromLatin1("QWidget__widget__"));
-    QCOMPARE(identify::getName(&deeper), QString::fromLatin1("unnamed"));
 }
 
 void tst_ObjectName::aToolButtonInAnInputDialogFallsThrough()

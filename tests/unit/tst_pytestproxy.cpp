@@ -2,6 +2,7 @@
 
 #include "activewindow.h"
 #include "bridge/cpytestproxy.h"
+#include "latin1.h"
 
 #include <QtTest/QtTest>
 
@@ -14,15 +15,6 @@
 #include <memory>
 
 using LmSquishProxy::CPyTestProxy;
-
-namespace {
-
-QString text(const char* latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
-} // namespace
 
 class tst_PyTestProxy : public QObject
 {
@@ -47,7 +39,7 @@ private Q_SLOTS:
 private:
     QWidget* get(const char* window, const char* path, bool checkModality = true)
     {
-        return proxy->getWidget(text(window), text(path), checkModality);
+        return proxy->getWidget(latin1(window), latin1(path), checkModality);
     }
     QString error() { return proxy->getLastPyTestError(); }
 
@@ -62,23 +54,23 @@ void tst_PyTestProxy::init()
 {
     proxy.reset(new CPyTestProxy("LmSquishProxy"));
     other.reset(new QWidget);
-    other->setObjectName(text("other"));
-    other->setWindowTitle(text("Report"));
+    other->setObjectName(latin1("other"));
+    other->setWindowTitle(latin1("Report"));
     main.reset(new QWidget);
-    main->setObjectName(text("main"));
-    main->setWindowTitle(text("Editor"));
+    main->setObjectName(latin1("main"));
+    main->setWindowTitle(latin1("Editor"));
     auto* left = new QWidget(main.get());
-    left->setObjectName(text("left"));
+    left->setObjectName(latin1("left"));
     auto* right = new QWidget(main.get());
-    right->setObjectName(text("right"));
-    (new QPushButton(left))->setObjectName(text("ok"));
-    (new QPushButton(right))->setObjectName(text("ok"));
+    right->setObjectName(latin1("right"));
+    (new QPushButton(left))->setObjectName(latin1("ok"));
+    (new QPushButton(right))->setObjectName(latin1("ok"));
     edit = new QLineEdit(right);
-    edit->setObjectName(text("edit"));
+    edit->setObjectName(latin1("edit"));
     auto* gone = new QPushButton(right);
-    gone->setObjectName(text("gone"));
+    gone->setObjectName(latin1("gone"));
     gone->hide();
-    new QPushButton(text("&Apply now"), right);
+    new QPushButton(latin1("&Apply now"), right);
     main->resize(200, 100);
     other->resize(200, 100);
     QVERIFY(showActive(*other));
@@ -98,7 +90,7 @@ void tst_PyTestProxy::widgetIsFoundByItsPath_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("parent");
     const auto row = [](const char* title, const char* window, const char* path, const char* parent) {
-        QTest::newRow(title) << text(window) << text(path) << text(parent);
+        QTest::newRow(title) << latin1(window) << latin1(path) << latin1(parent);
     };
     row("title", "Editor", "left/ok", "left");
     row("beginning of the title", "Edi", "right/ok", "right");
@@ -114,9 +106,9 @@ void tst_PyTestProxy::widgetIsFoundByItsPath()
     QFETCH(QString, path);
     QFETCH(QString, parent);
     const QWidget* found = proxy->getWidget(window, path);
-    QCOMPARE(error(), text("NoError"));
+    QCOMPARE(error(), latin1("NoError"));
     QVERIFY(found);
-    QCOMPARE(found->parentWidget() ? found->parentWidget()->objectName() : text(""), parent);
+    QCOMPARE(found->parentWidget() ? found->parentWidget()->objectName() : latin1(""), parent);
 }
 
 void tst_PyTestProxy::failuresHaveTheirNames_data()
@@ -125,7 +117,7 @@ void tst_PyTestProxy::failuresHaveTheirNames_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("error");
     const auto row = [](const char* window, const char* path, const char* error) {
-        QTest::newRow(error) << text(window) << text(path) << text(error);
+        QTest::newRow(error) << latin1(window) << latin1(path) << latin1(error);
     };
     row("Nowhere", "ok", "WindowNotFoundError");
     row("", "ok", "WindowAmbiguousError");
@@ -144,17 +136,17 @@ void tst_PyTestProxy::failuresHaveTheirNames()
     QVERIFY(!proxy->getWidget(window, path));
     QCOMPARE(this->error(), error);
     QVERIFY(get("Editor", "edit"));
-    QCOMPARE(this->error(), text("NoError"));
+    QCOMPARE(this->error(), latin1("NoError"));
 }
 
 void tst_PyTestProxy::popupBlocksOtherWindows()
 {
     QMenu menu;
-    menu.addAction(text("Entry"));
+    menu.addAction(latin1("Entry"));
     menu.popup(main->mapToGlobal(QPoint(5, 5)));
     QCOMPARE(QApplication::activePopupWidget(), static_cast<QWidget*>(&menu));
     QVERIFY(!get("Report", "other"));
-    QCOMPARE(error(), text("WindowNotActivePopupError"));
+    QCOMPARE(error(), latin1("WindowNotActivePopupError"));
     QCOMPARE(get("Report", "other", false), other.get());
     menu.close();
     QCOMPARE(get("Report", "other"), other.get());
@@ -163,7 +155,7 @@ void tst_PyTestProxy::popupBlocksOtherWindows()
 void tst_PyTestProxy::popupDoesNotBlockTheActiveWindow()
 {
     QMenu menu;
-    menu.addAction(text("Entry"));
+    menu.addAction(latin1("Entry"));
     menu.popup(main->mapToGlobal(QPoint(5, 5)));
     QCOMPARE(QApplication::activeWindow(), main.get());
     QCOMPARE(get("Editor", "edit"), static_cast<QWidget*>(edit));
@@ -172,8 +164,8 @@ void tst_PyTestProxy::popupDoesNotBlockTheActiveWindow()
 void tst_PyTestProxy::popupIsFoundByItsSpecialNames()
 {
     QMenu menu;
-    menu.setObjectName(text("menu"));
-    menu.addAction(text("Entry"));
+    menu.setObjectName(latin1("menu"));
+    menu.addAction(latin1("Entry"));
     menu.popup(main->mapToGlobal(QPoint(5, 5)));
     QCOMPARE(get("Widget:ActivePopupWidget", "menu"), static_cast<QWidget*>(&menu));
     QCOMPARE(get("Editor", "any/ActivePopupWidget"), static_cast<QWidget*>(&menu));
@@ -182,13 +174,13 @@ void tst_PyTestProxy::popupIsFoundByItsSpecialNames()
 void tst_PyTestProxy::modalDialogBlocksOtherWindows()
 {
     QDialog dialog;
-    dialog.setObjectName(text("dialog"));
-    dialog.setWindowTitle(text("Question"));
+    dialog.setObjectName(latin1("dialog"));
+    dialog.setWindowTitle(latin1("Question"));
     dialog.setModal(true);
     dialog.show();
     QCOMPARE(QApplication::activeModalWidget(), static_cast<QWidget*>(&dialog));
     QVERIFY(!get("Editor", "edit"));
-    QCOMPARE(error(), text("WindowNotActiveModalError"));
+    QCOMPARE(error(), latin1("WindowNotActiveModalError"));
     QCOMPARE(get("Editor", "edit", false), static_cast<QWidget*>(edit));
     QCOMPARE(get("Question", "dialog"), static_cast<QWidget*>(&dialog));
     QCOMPARE(get("Widget:ActiveModalWidget:Ques", "dialog"), static_cast<QWidget*>(&dialog));
@@ -202,7 +194,7 @@ void tst_PyTestProxy::focusWidgetIsFoundWhateverTheWindow()
     QCOMPARE(get("Report", "no/such/path/FocusWidget"), static_cast<QWidget*>(edit));
     QVERIFY(!get("Report", "FocusWidget/edit"));
     QVERIFY(!get("Nowhere", "FocusWidget"));
-    QCOMPARE(error(), text("WindowNotFoundError"));
+    QCOMPARE(error(), latin1("WindowNotFoundError"));
 }
 
 void tst_PyTestProxy::noFocusWidgetIsNotFound()
@@ -211,25 +203,25 @@ void tst_PyTestProxy::noFocusWidgetIsNotFound()
     edit->clearFocus();
     QVERIFY(!QApplication::focusWidget());
     QVERIFY(!get("Editor", "FocusWidget"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
 }
 
 void tst_PyTestProxy::noPopupIsNotFound()
 {
     QVERIFY(!get("Editor", "ActivePopupWidget"));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
 }
 
 void tst_PyTestProxy::eachObjectHasItsOwnError()
 {
     CPyTestProxy second("second");
     QVERIFY(!get("Editor", "ok"));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
-    QCOMPARE(second.getLastPyTestError(), text("NoError"));
-    QVERIFY(!second.getWidget(text("Nowhere"), text("ok")));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
+    QCOMPARE(second.getLastPyTestError(), latin1("NoError"));
+    QVERIFY(!second.getWidget(latin1("Nowhere"), latin1("ok")));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
     QVERIFY(get("Editor", "edit"));
-    QCOMPARE(second.getLastPyTestError(), text("WindowNotFoundError"));
+    QCOMPARE(second.getLastPyTestError(), latin1("WindowNotFoundError"));
 }
 
 QTEST_MAIN(tst_PyTestProxy)

@@ -23,36 +23,36 @@ private Q_SLOTS:
 void tst_TrayIcon::trayIconsAreFoundByName()
 {
     std::unique_ptr<QSystemTrayIcon> ofApplication(new QSystemTrayIcon(qApp));
-    ofApplication->setObjectName(text("tray"));
+    ofApplication->setObjectName(latin1("tray"));
     auto* ofWidget = new QSystemTrayIcon(left);
-    ofWidget->setObjectName(text("status"));
-    (new QObject(left))->setObjectName(text("object"));
+    ofWidget->setObjectName(latin1("status"));
+    (new QObject(left))->setObjectName(latin1("object"));
 
-    QCOMPARE(proxy->findTrayIcon(text("tray")), static_cast<QObject*>(ofApplication.get()));
-    QCOMPARE(error(), text("NoError"));
-    QCOMPARE(proxy->findTrayIcon(text("status")), static_cast<QObject*>(ofWidget));
-    QVERIFY(!proxy->findTrayIcon(text("object")));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(proxy->findTrayIcon(latin1("tray")), static_cast<QObject*>(ofApplication.get()));
+    QCOMPARE(error(), latin1("NoError"));
+    QCOMPARE(proxy->findTrayIcon(latin1("status")), static_cast<QObject*>(ofWidget));
+    QVERIFY(!proxy->findTrayIcon(latin1("object")));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
     QVERIFY(!proxy->findTrayIcon(QString())); // not any, but one without name
-    QCOMPARE(error(), text("WidgetNotFoundError"));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
 
-    ofWidget->setObjectName(text("tray"));
-    QVERIFY(!proxy->findTrayIcon(text("tray")));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    ofWidget->setObjectName(latin1("tray"));
+    QVERIFY(!proxy->findTrayIcon(latin1("tray")));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
     ofApplication.reset();
-    QCOMPARE(proxy->findTrayIcon(text("tray")), static_cast<QObject*>(ofWidget));
+    QCOMPARE(proxy->findTrayIcon(latin1("tray")), static_cast<QObject*>(ofWidget));
 }
 
 void tst_TrayIcon::errorIsSharedByAllObjects()
 {
     CSquishProxy second("second");
     QVERIFY(!find("nobody"));
-    QCOMPARE(second.getLastError(), text("WidgetNotFoundError"));
-    second.findTrayIcon(text("nothing"));
+    QCOMPARE(second.getLastError(), latin1("WidgetNotFoundError"));
+    second.findTrayIcon(latin1("nothing"));
     QVERIFY(find("main"));
-    QCOMPARE(second.getLastError(), text("NoError"));
+    QCOMPARE(second.getLastError(), latin1("NoError"));
     QVERIFY(!second.findWidgetByHierarchicalName(QStringList()));
-    QCOMPARE(error(), text("InvalidWidgetPath"));
+    QCOMPARE(error(), latin1("InvalidWidgetPath"));
 }
 
 QTEST_MAIN(tst_TrayIcon)

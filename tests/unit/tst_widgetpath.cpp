@@ -6,7 +6,6 @@
 
 #include <QInputDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTextStream>
 #include <QToolButton>
@@ -25,10 +24,7 @@ private Q_SLOTS:
     void checkPath();
     void candidatesComeInChildOrderAndTheWindowLast();
     void anEmptyNameThatWasSetTurnsDerivedNamesOff();
-    void theLastVisibleWidgetIsTheOneThatCounts();
     void oneSearchFindsWhatTheCandidatesOfTheNameTell();
-    void aWidgetWithoutChildrenIsOneRecord();
-    void theTreeListsHiddenAndUnnamedWidgets();
     void namesAreWrittenAsTheyStand();
 };
 
@@ -145,21 +141,6 @@ void tst_WidgetPath::anEmptyNameThatWasSetTurnsDerivedNamesOff()
     QCOMPARE(found, QList<QWidget*>() << button);
 }
 
-void tst_WidgetPath::theLastVisibleWidgetIsTheOneThatCounts()
-{
-    QWidget window;
-    auto* shown = named(new QLabel(&window), "twin");
-    named(new QLabel(&window), "twin")->hide();
-    window.show();
-    const identify::WidgetLookup one = identify::findWidget(&window, identify::WidgetPath(latin1("twin")));
-    QCOMPARE(one.error, identify::NoError);
-    QVERIFY(one.widget == shown);
-    named(new QLabel(&window), "twin")->show();
-    const identify::WidgetLookup two = identify::findWidget(&window, identify::WidgetPath(latin1("twin")));
-    QCOMPARE(two.error, identify::WidgetAmbiguousError);
-    QCOMPARE(two.visibleCount, 2);
-}
-
 void tst_WidgetPath::oneSearchFindsWhatTheCandidatesOfTheNameTell()
 {
     const char* const names[] = {"a", "b", "", "unnamed", "Go_dialog_button", "QWidget__widget__", "window"};
@@ -191,25 +172,6 @@ void tst_WidgetPath::oneSearchFindsWhatTheCandidatesOfTheNameTell()
         QCOMPARE(found.visibleCount, chosen.visibleCount);
         QCOMPARE(found.widget, chosen.widget);
     }
-}
-
-void tst_WidgetPath::aWidgetWithoutChildrenIsOneRecord()
-{
-    QWidget window;
-    QCOMPARE(treeOf(window), latin1("\f0 N QWidget : \"\""));
-}
-
-void tst_WidgetPath::theTreeListsHiddenAndUnnamedWidgets()
-{
-    QWidget window;
-    named(&window, "main");
-    auto* button = named(new QPushButton(&window), "ok");
-    new QLineEdit(button);
-    new QObject(&window);
-    (new QLabel(&window))->hide();
-    window.show();
-    QCOMPARE(treeOf(window),
-        latin1("\f0 V QWidget : \"main\"\f1 V QPushButton : \"ok\"\f2 V QLineEdit : \"\"\f1 N QLabel : \"\""));
 }
 
 void tst_WidgetPath::namesAreWrittenAsTheyStand()

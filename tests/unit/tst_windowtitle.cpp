@@ -22,37 +22,37 @@ private Q_SLOTS:
 
 void tst_WindowTitle::oneNullFindsAWindowByTitle()
 {
-    QCOMPARE(find("*", text("Editor")), main.get());
-    QCOMPARE(error(), text("NoError"));
+    QCOMPARE(find("*", latin1("Editor")), main.get());
+    QCOMPARE(error(), latin1("NoError"));
     main->hide();
-    QVERIFY(!find("*", text("Editor")));
-    QCOMPARE(find("*", text("Editor"), nullptr, false), main.get());
+    QVERIFY(!find("*", latin1("Editor")));
+    QCOMPARE(find("*", latin1("Editor"), nullptr, false), main.get());
     main->setWindowTitle(QString());
     main->show();
-    QCOMPARE(find("*", text("")), main.get()); // an empty title is a title
+    QCOMPARE(find("*", latin1("")), main.get()); // an empty title is a title
 }
 
 void tst_WindowTitle::oneNullIgnoresTheGivenWindow()
 {
-    QCOMPARE(find("*", text("Editor"), other.get()), main.get());
+    QCOMPARE(find("*", latin1("Editor"), other.get()), main.get());
 }
 
 void tst_WindowTitle::titleOfNoWindowIsNoError()
 {
     find("nobody");
-    QVERIFY(!find("*", text("Nothing")));
-    QCOMPARE(error(), text("NoError"));
+    QVERIFY(!find("*", latin1("Nothing")));
+    QCOMPARE(error(), latin1("NoError"));
 }
 
 void tst_WindowTitle::twoWindowsOfOneTitleAreAmbiguous()
 {
-    other->setWindowTitle(text("Editor"));
-    QVERIFY(!find("*", text("Editor")));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    other->setWindowTitle(latin1("Editor"));
+    QVERIFY(!find("*", latin1("Editor")));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
     other->hide();
-    QCOMPARE(find("*", text("Editor")), main.get());
-    QVERIFY(!find("*", text("Editor"), nullptr, false));
-    QCOMPARE(error(), text("WidgetAmbiguousError"));
+    QCOMPARE(find("*", latin1("Editor")), main.get());
+    QVERIFY(!find("*", latin1("Editor"), nullptr, false));
+    QCOMPARE(error(), latin1("WidgetAmbiguousError"));
 }
 
 void tst_WindowTitle::titlePatterns_data()
@@ -61,7 +61,7 @@ void tst_WindowTitle::titlePatterns_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<bool>("fits");
     const auto row = [](const char* title, const char* pattern, bool fits) {
-        QTest::newRow(pattern) << text(title) << text(pattern) << fits;
+        QTest::newRow(pattern) << latin1(title) << latin1(pattern) << fits;
     };
     row("Report 7", "Report*", true);
     row("Report 7", "Repor", false);
@@ -98,11 +98,11 @@ void tst_WindowTitle::titleChoosesTheWindow()
     QWidget* const ok = add<QWidget>(other.get(), "cancel");
     ok->show();
     QVERIFY(!find("cancel"));
-    QCOMPARE(find("cancel", text("Editor 2")), ok);
-    QVERIFY(!find("cancel", text("Editor 3")));
-    QCOMPARE(error(), text("WidgetNotFoundError"));
-    QVERIFY(!find("cancel", text(""))); // not null: only windows without title
-    QCOMPARE(find("cancel", text("*2"), nullptr, true, true), ok);
+    QCOMPARE(find("cancel", latin1("Editor 2")), ok);
+    QVERIFY(!find("cancel", latin1("Editor 3")));
+    QCOMPARE(error(), latin1("WidgetNotFoundError"));
+    QVERIFY(!find("cancel", latin1(""))); // not null: only windows without title
+    QCOMPARE(find("cancel", latin1("*2"), nullptr, true, true), ok);
 }
 
 QTEST_MAIN(tst_WindowTitle)

@@ -1,7 +1,7 @@
 #include "hoststate.h"
 
 #include "compat/variant.h"
-#include "texts.h"
+#include "latin1.h"
 
 #include <QAction>
 #include <QApplication>
@@ -24,8 +24,8 @@ const int mostItems = 500;
 QString nameOf(const QObject* object)
 {
     if (!object)
-        return text("none");
-    return object->objectName().isEmpty() ? text(object->metaObject()->className()) : object->objectName();
+        return latin1("none");
+    return object->objectName().isEmpty() ? latin1(object->metaObject()->className()) : object->objectName();
 }
 
 QString valueText(const QVariant& value)
@@ -63,7 +63,7 @@ QString propertyText(const QObject* object, const char* property)
     try {
         return valueText(compat::readProperty(object, property));
     } catch (...) {
-        return text("an exception");
+        return latin1("an exception");
     }
 }
 
@@ -73,8 +73,8 @@ void addProperties(HostState::Values& values, const QString& name, const QObject
     const QMetaObject* metaObject = object->metaObject();
     for (int i = 0; i < metaObject->propertyCount(); ++i) {
         const char* property = metaObject->property(i).name();
-        if (isAsked(text(property), widget))
-            values.insert(name + QLatin1Char(' ') + text(property), propertyText(object, property));
+        if (isAsked(latin1(property), widget))
+            values.insert(name + QLatin1Char(' ') + latin1(property), propertyText(object, property));
     }
 }
 
@@ -193,23 +193,23 @@ HostState::HostState()
 
 void HostState::addApplication(Values& values) const
 {
-    values.insert(text("popup"), nameOf(QApplication::activePopupWidget()));
-    values.insert(text("modal widget"), nameOf(QApplication::activeModalWidget()));
-    values.insert(text("active window"), nameOf(QApplication::activeWindow()));
-    values.insert(text("focus"), nameOf(QApplication::focusWidget()));
-    values.insert(text("mouse grabber"), nameOf(QWidget::mouseGrabber()));
-    values.insert(text("keyboard grabber"), nameOf(QWidget::keyboardGrabber()));
-    values.insert(text("override cursor"), QString::number(QApplication::overrideCursor() != nullptr));
-    values.insert(text("buttons"), QString::number(int(QApplication::mouseButtons())));
-    values.insert(text("modifiers"), QString::number(int(QApplication::keyboardModifiers())));
-    values.insert(text("held buttons"), numbers(heldButtons));
-    values.insert(text("held keys"), numbers(heldKeys));
-    values.insert(text("cursor"), valueText(QCursor::pos()));
+    values.insert(latin1("popup"), nameOf(QApplication::activePopupWidget()));
+    values.insert(latin1("modal widget"), nameOf(QApplication::activeModalWidget()));
+    values.insert(latin1("active window"), nameOf(QApplication::activeWindow()));
+    values.insert(latin1("focus"), nameOf(QApplication::focusWidget()));
+    values.insert(latin1("mouse grabber"), nameOf(QWidget::mouseGrabber()));
+    values.insert(latin1("keyboard grabber"), nameOf(QWidget::keyboardGrabber()));
+    values.insert(latin1("override cursor"), QString::number(QApplication::overrideCursor() != nullptr));
+    values.insert(latin1("buttons"), QString::number(int(QApplication::mouseButtons())));
+    values.insert(latin1("modifiers"), QString::number(int(QApplication::keyboardModifiers())));
+    values.insert(latin1("held buttons"), numbers(heldButtons));
+    values.insert(latin1("held keys"), numbers(heldKeys));
+    values.insert(latin1("cursor"), valueText(QCursor::pos()));
     const QClipboard* clipboard = QApplication::clipboard();
-    values.insert(text("clipboard"), clipboard->text());
-    values.insert(text("selection"), clipboard->text(QClipboard::Selection));
-    values.insert(text("layout direction"), QString::number(int(QApplication::layoutDirection())));
-    values.insert(text("style"), QApplication::style()->objectName());
+    values.insert(latin1("clipboard"), clipboard->text());
+    values.insert(latin1("selection"), clipboard->text(QClipboard::Selection));
+    values.insert(latin1("layout direction"), QString::number(int(QApplication::layoutDirection())));
+    values.insert(latin1("style"), QApplication::style()->objectName());
 }
 
 HostState::Values HostState::values() const

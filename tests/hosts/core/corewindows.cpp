@@ -7,7 +7,7 @@
 QWidget* addWindow(const char* name, const char* title, const QPoint& position)
 {
     auto* window = named(new QWidget, name);
-    window->setWindowTitle(text(title));
+    window->setWindowTitle(latin1(title));
     window->move(position);
     new QVBoxLayout(window);
     return window;
@@ -22,7 +22,7 @@ QWidget* addFrame(QWidget* parent, const char* name)
 
 QPushButton* addButton(TestHost& host, QWidget* parent, const char* name)
 {
-    auto* button = add(parent, named(new QPushButton(text(name)), name));
-    host.journalSignal(button, SIGNAL(clicked()), text("clicked"));
+    auto* button = add(parent, named(new QPushButton(latin1(name)), name));
+    host.journalSignal(button, SIGNAL(clicked()), latin1("clicked"));
     return button;
 }

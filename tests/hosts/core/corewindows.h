@@ -1,6 +1,6 @@
 #pragma once
 
-#include "texts.h"
+#include "latin1.h"
 
 #include <QBoxLayout>
 #include <QWidget>
@@ -11,7 +11,7 @@ class TestHost;
 template <class Widget>
 Widget* named(Widget* widget, const char* name)
 {
-    widget->setObjectName(text(name));
+    widget->setObjectName(latin1(name));
     return widget;
 }
 

@@ -57,7 +57,7 @@ public:
 
     ~AskingWhenDeleted() override
     {
-        host.journal(text("asking"));
+        host.journal(latin1("asking"));
         loop.exec();
     }
 
@@ -72,11 +72,11 @@ void addPaneThatAsksWhenDeleted(TestHost& host, QWidget* window)
     auto* layout = new QVBoxLayout(pane);
     auto* loop = new QEventLoop(window);
     layout->addWidget(named(new AskingWhenDeleted(host, *loop), "asking"));
-    layout->addWidget(named(new QPushButton(text("Waiting")), "waiting"));
-    layout->addWidget(new QPushButton(text("Unnamed one")));
+    layout->addWidget(named(new QPushButton(latin1("Waiting")), "waiting"));
+    layout->addWidget(new QPushButton(latin1("Unnamed one")));
     pane->show();
-    host.onRequest(text("deletePane"), [pane] { delete pane; });
-    host.onRequest(text("answer"), [loop] { loop->quit(); });
+    host.onRequest(latin1("deletePane"), [pane] { delete pane; });
+    host.onRequest(latin1("answer"), [loop] { loop->quit(); });
 }
 
 // As a dialog within a slot does whose own handlers delete the agent: the loop ends it before the slot returns.
@@ -96,7 +96,7 @@ void retireAgentInEventLoop(TestHost& host)
 // Buttons whose slots are the end of something.
 void buildDeadlyWindow(TestHost& host)
 {
-    host.onRequest(text("showDeadly"), [&host] {
+    host.onRequest(latin1("showDeadly"), [&host] {
         auto* window = addWindow("deadly", "Deadly", QPoint(500, 30));
         auto* self = addButton(host, window, "deleteSelf");
         host.onSignal(self, SIGNAL(pressed()), [self] { delete self; });
@@ -109,13 +109,13 @@ void buildDeadlyWindow(TestHost& host)
         host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
         host.onSignal(add(window, named(new QLineEdit, "retire")), SIGNAL(textChanged(QString)),
             [&host] { retireAgentInEventLoop(host); });
-        host.onRequest(text("addAskingPane"), [&host, window] { addPaneThatAsksWhenDeleted(host, window); });
+        host.onRequest(latin1("addAskingPane"), [&host, window] { addPaneThatAsksWhenDeleted(host, window); });
         auto* mover = add(window, named(new QWidget, "mover"));
         mover->setMinimumSize(100, 50);
         host.onRequest(
-            text("dieOnMove"), [&host, window, mover] { new Killer(host, mover, QEvent::MouseMove, window); });
+            latin1("dieOnMove"), [&host, window, mover] { new Killer(host, mover, QEvent::MouseMove, window); });
         host.onRequest(
-            text("dieOnActivate"), [&host, window] { new Killer(host, window, QEvent::WindowActivate, window); });
+            latin1("dieOnActivate"), [&host, window] { new Killer(host, window, QEvent::WindowActivate, window); });
         window->show();
     });
 }

@@ -10,7 +10,7 @@
 void buildMainWindow(TestHost& host)
 {
     auto* window = named(new QMainWindow, "main");
-    window->setWindowTitle(text("Editor"));
+    window->setWindowTitle(latin1("Editor"));
     auto* central = named(new QWidget, "central");
     new QVBoxLayout(central);
     window->setCentralWidget(central);
@@ -35,7 +35,7 @@ void buildMainWindow(TestHost& host)
     window->show();
     edit->setFocus();
 
-    host.onRequest(text("shadowClassName"), [canvas] { canvas->setProperty("className", text("shadow")); });
-    host.onRequest(text("moveMainOffScreen"), [window] { window->move(-150, 900); });
-    host.onRequest(text("minimizeMain"), [window] { window->showMinimized(); });
+    host.onRequest(latin1("shadowClassName"), [canvas] { canvas->setProperty("className", latin1("shadow")); });
+    host.onRequest(latin1("moveMainOffScreen"), [window] { window->move(-150, 900); });
+    host.onRequest(latin1("minimizeMain"), [window] { window->showMinimized(); });
 }

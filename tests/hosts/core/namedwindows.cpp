@@ -23,58 +23,58 @@ class DerivedToolButton : public QToolButton
 
 void buildNamedWindows(TestHost& host)
 {
-    host.onRequest(text("showNames"), [&host] {
+    host.onRequest(latin1("showNames"), [&host] {
         auto* window = addWindow("names", "Names", QPoint(500, 30));
-        QPushButton* const buttons[] = {new QPushButton(text("&Cancel")), new QPushButton(text("Apply  to all")),
-            new QPushButton(text("Don't save")), new QPushButton, new QCommandLinkButton(text("Go on"))};
+        QPushButton* const buttons[] = {new QPushButton(latin1("&Cancel")), new QPushButton(latin1("Apply  to all")),
+            new QPushButton(latin1("Don't save")), new QPushButton, new QCommandLinkButton(latin1("Go on"))};
         for (QPushButton* button : buttons) {
             add(window, button);
-            host.onSignal(
-                button, SIGNAL(clicked()), [&host, button] { host.journal(text("clicked label ") + button->text()); });
+            host.onSignal(button, SIGNAL(clicked()),
+                [&host, button] { host.journal(latin1("clicked label ") + button->text()); });
         }
-        auto* action = named(new QAction(text("Open"), window), "fileOpen");
-        host.journalSignal(action, SIGNAL(triggered()), text("triggered"));
+        auto* action = named(new QAction(latin1("Open"), window), "fileOpen");
+        host.journalSignal(action, SIGNAL(triggered()), latin1("triggered"));
         add(window, new QToolButton)->setDefaultAction(action);
         auto* second = add(window, new QToolButton);
         second->addAction(action);
-        second->addAction(new QAction(text("Save"), window));
-        auto* derivedAction = named(new QAction(text("Close"), window), "fileClose");
-        host.journalSignal(derivedAction, SIGNAL(triggered()), text("triggered"));
+        second->addAction(new QAction(latin1("Save"), window));
+        auto* derivedAction = named(new QAction(latin1("Close"), window), "fileClose");
+        host.journalSignal(derivedAction, SIGNAL(triggered()), latin1("triggered"));
         add(window, new DerivedToolButton)->setDefaultAction(derivedAction);
         window->show();
     });
-    host.onRequest(text("showUnnamed"), [] {
+    host.onRequest(latin1("showUnnamed"), [] {
         auto* single = addWindow("single", "Single", QPoint(800, 30));
-        add(single, new QLabel(text("only")));
+        add(single, new QLabel(latin1("only")));
         single->show();
         auto* several = addWindow("several", "Several", QPoint(800, 200));
-        add(several, new QLabel(text("one")));
-        add(several, new QLabel(text("two")));
+        add(several, new QLabel(latin1("one")));
+        add(several, new QLabel(latin1("two")));
         several->show();
     });
-    host.onRequest(text("showReports"), [] {
+    host.onRequest(latin1("showReports"), [] {
         addWindow("r1", "Report 1", QPoint(500, 400))->show();
         addWindow("r12", "Report 12", QPoint(700, 400))->show();
         addWindow("hidden", "Report 13", QPoint(900, 400));
         addWindow("untitled", "", QPoint(500, 600))->show();
         addWindow("literal", "Widget:main", QPoint(700, 600))->show();
     });
-    host.onRequest(text("showFrameless"), [] {
+    host.onRequest(latin1("showFrameless"), [] {
         auto* window = addWindow("frameless", "Frameless", QPoint(500, 30));
         window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
         window->resize(200, 100);
         window->show();
         window->activateWindow();
     });
-    host.onRequest(text("showViews"), [] {
+    host.onRequest(latin1("showViews"), [] {
         auto* window = addWindow("views", "Views, and more", QPoint(500, 30));
         add(window, named(new QSpinBox, "spin"));
         add(window, named(new QTreeView, "tree"));
         add(window, named(new QListWidget, "list"));
         add(window, named(new QTextEdit, "text"));
         auto* box = add(window, named(new QToolBox, "toolbox"));
-        box->addItem(new QLabel(text("page")), text("Page"));
-        add(window, new QLabel(text("unnamed one")));
+        box->addItem(new QLabel(latin1("page")), latin1("Page"));
+        add(window, new QLabel(latin1("unnamed one")));
         window->show();
     });
 }

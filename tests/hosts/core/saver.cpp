@@ -12,7 +12,7 @@ class Saver : public QWidget
 {
 public:
     explicit Saver(const QString& folder)
-        : file(folder + text("/saved"))
+        : file(folder + latin1("/saved"))
     {
         setMinimumSize(100, 50);
     }
@@ -28,12 +28,12 @@ private:
 
 void buildSaver(TestHost& host)
 {
-    host.onRequest(text("showSaver"), [&host] {
+    host.onRequest(latin1("showSaver"), [&host] {
         const QString folder = QFile::decodeName(qgetenv("WATCHED_FOLDER"));
         auto* window = addWindow("saver", "Saver", QPoint(500, 30));
         add(window, named(new Saver(folder), "save"));
         auto* watcher = new QFileSystemWatcher(QStringList(folder), window);
-        host.onSignal(watcher, SIGNAL(directoryChanged(QString)), [&host] { host.journal(text("folder changed")); });
+        host.onSignal(watcher, SIGNAL(directoryChanged(QString)), [&host] { host.journal(latin1("folder changed")); });
         window->show();
     });
 }

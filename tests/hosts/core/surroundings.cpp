@@ -14,7 +14,7 @@
 // What is around the windows: tray icons, the cursor, the focus, a timer, a child process.
 void buildSurroundings(TestHost& host)
 {
-    host.onRequest(text("addTrayIcons"), [] {
+    host.onRequest(latin1("addTrayIcons"), [] {
         QPixmap pixmap(16, 16);
         pixmap.fill(Qt::red);
         const struct
@@ -26,30 +26,30 @@ void buildSurroundings(TestHost& host)
         for (const auto& icon : icons)
             named(new QSystemTrayIcon(QIcon(pixmap), qApp), icon.name)->setVisible(icon.visible);
     });
-    host.onRequest(text("reportTrayIcon"), [&host] {
-        const QRect rect = qApp->findChild<QSystemTrayIcon*>(text("shown"))->geometry();
-        host.journal(text("tray %1,%2,%3,%4").arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom()));
+    host.onRequest(latin1("reportTrayIcon"), [&host] {
+        const QRect rect = qApp->findChild<QSystemTrayIcon*>(latin1("shown"))->geometry();
+        host.journal(latin1("tray %1,%2,%3,%4").arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom()));
     });
-    host.onRequest(text("cursorToEmptyDesktop"), [] { QCursor::setPos(QPoint(1270, 1010)); });
-    host.onRequest(text("cursorToUnnamed"), [&host] {
-        QCursor::setPos(host.findWidget(text("several"))->findChild<QLabel*>()->mapToGlobal(QPoint(2, 2)));
+    host.onRequest(latin1("cursorToEmptyDesktop"), [] { QCursor::setPos(QPoint(1270, 1010)); });
+    host.onRequest(latin1("cursorToUnnamed"), [&host] {
+        QCursor::setPos(host.findWidget(latin1("several"))->findChild<QLabel*>()->mapToGlobal(QPoint(2, 2)));
     });
-    host.onRequest(text("reportCursor"),
-        [&host] { host.journal(text("cursor %1,%2").arg(QCursor::pos().x()).arg(QCursor::pos().y())); });
-    host.onRequest(text("clearFocus"), [] {
+    host.onRequest(latin1("reportCursor"),
+        [&host] { host.journal(latin1("cursor %1,%2").arg(QCursor::pos().x()).arg(QCursor::pos().y())); });
+    host.onRequest(latin1("clearFocus"), [] {
         if (QApplication::focusWidget())
             QApplication::focusWidget()->clearFocus();
     });
-    host.onRequest(text("startTicking"), [&host] {
+    host.onRequest(latin1("startTicking"), [&host] {
         auto* timer = new QTimer(&host);
-        host.onSignal(timer, SIGNAL(timeout()), [&host] { host.journal(text("tick")); });
+        host.onSignal(timer, SIGNAL(timeout()), [&host] { host.journal(latin1("tick")); });
         timer->start(10);
     });
-    host.onRequest(text("startChild"), [&host] {
+    host.onRequest(latin1("startChild"), [&host] {
         auto* child = new QProcess(&host);
-        child->start(text("sleep"), QStringList(text("60")));
+        child->start(latin1("sleep"), QStringList(latin1("60")));
         child->waitForStarted();
-        host.onRequest(text("endChild"), [child] {
+        host.onRequest(latin1("endChild"), [child] {
             child->kill();
             child->waitForFinished();
         });
