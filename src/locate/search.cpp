@@ -138,13 +138,17 @@ struct StepResults
     bool isTooFar = false; // the last step found widgets, but none at its position
 };
 
-// Those at all positions.
+// Those at all positions. Where the whole window is searched for a path of the commands, it finds what the commands do.
 Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const Widgets& scope, bool withScope)
 {
     StepTest test(step, window);
     Matches matches(test, visibility);
-    if (!withScope || matches.visit(scope.front()))
+    if (withScope && test.widgetsAtPath()) {
+        for (QWidget* widget : *test.widgetsAtPath())
+            matches.visit(widget);
+    } else if (!withScope || matches.visit(scope.front())) {
         ScopeWalk(scope, matches);
+    }
     return test.hasProperties() ? withProperties(test, matches.widgets) : matches.widgets;
 }
 

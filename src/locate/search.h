@@ -21,7 +21,8 @@ struct SearchResult
     static const int mostWidgets = 8;
 };
 
-// The widgets of a window that a locator means: the window itself and those below it, but for other windows.
+// The widgets of a window that a locator means: the window itself and those below it, but for other windows. A path in its
+// first step finds those of other windows, too, as the commands do.
 SearchResult search(QWidget* window, const Locator& locator);
 
 } // namespace locate

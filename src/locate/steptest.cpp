@@ -35,7 +35,7 @@ TextReader readerFor(Key key)
     return row == std::end(readerRows) ? nullptr : row->read;
 }
 
-// The widgets of a window at a path of the commands.
+// The widgets of a window at a path of the commands, parents before children.
 class WidgetsAtPath : public identify::NameSearch
 {
 public:
@@ -44,15 +44,17 @@ public:
         , path(searchedPath)
     {
         search(window);
+        if (!widgets.empty() && widgets.back() == window) // the search comes to it last
+            std::rotate(widgets.begin(), widgets.end() - 1, widgets.end());
     }
 
-    QSet<const QWidget*> widgets;
+    std::vector<QWidget*> widgets;
 
 protected:
     void found(QWidget* widget, Kind) override
     {
         if (pathFitsFound(path))
-            widgets.insert(widget);
+            widgets.push_back(widget);
     }
 
 private:
@@ -90,9 +92,15 @@ StepTest::~StepTest() = default;
 StepTest::Prepared StepTest::prepare(const Condition& condition, QWidget* window)
 {
     Prepared prepared{condition.key, TextTest(condition), condition.property, {}, {}, nullptr};
-    if (condition.key == Key::Path)
-        prepared.atPath = WidgetsAtPath(window, identify::WidgetPath(condition.value)).widgets;
-    else if (condition.key == Key::Reference)
+    if (condition.key == Key::Path) {
+        const std::vector<QWidget*> widgets = WidgetsAtPath(window, identify::WidgetPath(condition.value)).widgets;
+        for (const QWidget* widget : widgets)
+            prepared.atPath.insert(widget);
+        if (!hasPath)
+            atFirstPath = widgets;
+        hasPath = true;
+    }
+    if (condition.key == Key::Reference)
         prepared.referred = References::all().widgetOf(condition.value.toLongLong());
     else if (condition.key == Key::Label)
         prepared.labelled = labelsOf(window).labelledBy(prepared.test);

@@ -27,6 +27,10 @@ public:
     bool hasProperties() const { return !properties.empty(); }
     bool propertiesFit(QWidget* widget);
 
+    // The widgets at the path that is asked for, parents before children; null where none is. As the commands find them:
+    // those in other windows below this one are among them.
+    const std::vector<QWidget*>* widgetsAtPath() const { return hasPath ? &atFirstPath : nullptr; }
+
     // How many of the conditions there are, the class included, and how many of them, but for the properties, the widget
     // does not fulfil.
     int conditionCount() const;
@@ -47,6 +51,8 @@ private:
     const QByteArray className;
     std::vector<Prepared> conditions;
     std::vector<Prepared> properties;
+    bool hasPath = false;
+    std::vector<QWidget*> atFirstPath; // of several, all of which have to be fulfilled
     WidgetKinds kinds;
     std::unique_ptr<Labels> labels; // where a condition is about them
     ClassMemo<bool> classFits;

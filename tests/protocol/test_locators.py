@@ -96,7 +96,34 @@ def test_widgets_of_other_windows_below_a_window_are_not_found(app):
     assert found(app, "Of main", "name=inDialog") == "inDialog"
     refused, near = refusal(app, "Main", "name=inDialog visible=any")
     assert refused == "5,Widget not found" and "inDialog" not in names(near)
-    assert refusal(app, "Main", "path=inDialog")[0] == "5,Widget not found"
+    assert refusal(app, "Main", "name=main >> path=inDialog")[0] == "5,Widget not found"
+
+
+PATHS = """inDialog dialog/inDialog main//inDialog dialog main main/dialog/inDialog buttons/saveButton dialog//saveButton
+    Save_dialog_button actionOpen_action_button sameFirst sameSecond unnamed unnamed/unnamed main// / // main/inDialog
+    nowhere nowhere//inDialog""".split()
+
+
+@pytest.mark.shared
+@pytest.mark.parametrize("path", ["", *PATHS])
+def test_a_path_finds_what_it_finds_for_the_commands_also_in_other_windows_below(app, path):
+    by_command = app.read("Main", path, "objectName")
+    by_locator = found(app, "Main", f'path="{path}"')
+    if by_command.startswith("u:"):
+        assert by_locator == by_command[2:]
+    else:
+        written = hexadecimal(f'path="{path}"')
+        assert by_locator.startswith(by_command.replace(f"({path})", f"({written})") + ",[")
+
+
+@pytest.mark.shared
+def test_a_path_goes_with_other_conditions_and_steps(app):
+    assert found(app, "Main", "QPushButton path=inDialog") == "inDialog"
+    assert refusal(app, "Main", "QLabel path=inDialog")[0] == "5,Widget not found"
+    assert refusal(app, "Main", "path=inDialog path=saveButton")[0] == "5,Widget not found"
+    assert found(app, "Main", "path=dialog >> QPushButton") == "inDialog"
+    assert refusal(app, "Main", "name=main >> path=inDialog")[0] == "5,Widget not found"
+    assert found(app, "Main", "path=main//saveButton first") == "saveButton"
 
 
 @pytest.mark.shared
