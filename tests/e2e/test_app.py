@@ -293,6 +293,7 @@ def test_a_condition_can_be_any_function(window):
 
 
 def test_what_waiting_cannot_mend_fails_at_once(window):
+    assert window.app.connection.knows_locators
     asked = len(window.app.connection.transcript.exchanges())
     with pytest.raises(CommandError, match="not a togglebutton"):
         window.widget("brewButton").activate(True, timeout=60)

@@ -21,20 +21,22 @@ def said(kind, call):
 
 def test_a_dead_application_tells_its_end_and_the_request():
     with running() as (_, app):
+        assert app.connection.knows_locators
         os.kill(app.pid, signal.SIGABRT)
         message = said(ApplicationEndedError, app.window(name="showcase").widget("brewButton").activate)
     assert message.startswith(
-        "the application ended (signal SIGABRT) at the request '5,Widget:showcase,brewButton,,,'"
+        "the application ended (signal SIGABRT) at the request '+5,Widget:showcase,path=\"brewButton\"'"
     )
 
 
 def test_a_hanging_application_is_told_with_its_windows_and_ended():
     with running(request_timeout=1) as (_, app):
+        assert app.connection.knows_locators
         os.kill(app.pid, signal.SIGSTOP)
         message = said(ApplicationHangsError, app.window(name="showcase").widget("brewButton").activate)
         assert app.process.status() == -signal.SIGKILL
         assert message == (
-            "no reply to '5,Widget:showcase,brewButton,,,' within 1 seconds; the application hangs, and process "
+            "no reply to '+5,Widget:showcase,path=\"brewButton\"' within 1 seconds; the application hangs, and process "
             f'{app.pid} was ended\nthe windows that were last seen:\n  "Roastery" (MainWindow)'
         )
 

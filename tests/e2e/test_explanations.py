@@ -15,6 +15,7 @@ from qtdriver import (
     WidgetNotFoundError,
     WindowBlockedError,
     WindowNotFoundError,
+    containing,
     eventually,
 )
 
@@ -231,21 +232,61 @@ def test_a_popup_in_front_is_named(app, window, dialog):
 
 
 def test_an_item_that_is_not_there_is_told_with_the_nearest(window):
-    message = said(CommandError, lambda: window.menu("Order/New oder...").activate())
+    message = said(NotReadyError, lambda: window.menu("Order/New oder...").activate())
     assert message == text(
         """
-        Exception : Invalid item
+        item "New oder..." not there yet
+        waited 0.1 s
         there is no item "New oder..." in "Order"; did you mean "New order..."?
         items in "Order": "New order...", "Price list...", "Print receipt", "Export (closed)", "Quit"
         """
     )
-    message = said(CommandError, lambda: window.menu("Rost/Beans").activate())
+    message = said(NotReadyError, lambda: window.menu("Rost/Beans").activate())
     assert 'there is no item "Rost"; did you mean "Roast"?\nitems: "Order", "Roast", ' in message
-    message = said(CommandError, lambda: window.widget("pages/qt_tabwidget_tabbar").select("Button"))
-    assert message.splitlines()[1:] == [
+    message = said(NotReadyError, lambda: window.widget("pages/qt_tabwidget_tabbar").select("Button"))
+    assert message.splitlines() == [
+        'item "Button" not there yet',
+        'waited 0.1 s in window "Widget:showcase"',
         'there is no item "Button"; did you mean "Buttons"?',
         'items: "Buttons", "Entry fields", "Lists", "Tables", "Containers", "Dialogs"',
     ]
+
+
+def test_forced_or_with_an_agent_without_extensions_an_item_that_is_not_there_is_told_at_once(
+    window, monkeypatch
+):
+    def refusals():
+        tabs = window.widget("pages/qt_tabwidget_tabbar")
+        yield said(CommandError, lambda: window.menu("Order/New oder...").activate(force=True, timeout=60))
+        yield said(CommandError, lambda: tabs.select("Button", force=True, timeout=60))
+
+    forced = tuple(refusals())
+    monkeypatch.setattr(window.app.connection, "_extensions", frozenset())
+    assert tuple(refusals()) == forced
+    assert forced[0].splitlines()[:2] == [
+        "Exception : Invalid item",
+        'there is no item "New oder..." in "Order"; did you mean "New order..."?',
+    ]
+    assert forced[1].splitlines()[1:] == [
+        'there is no item "Button"; did you mean "Buttons"?',
+        'items: "Buttons", "Entry fields", "Lists", "Tables", "Containers", "Dialogs"',
+    ]
+
+
+def test_what_cannot_take_the_input_is_told_with_its_name(window):
+    assert said(NotReadyError, window.widget("refillButton").click) == text(
+        """
+        disabled
+        waited 0.1 s in window "Widget:showcase"
+        the widget is refillButton; nothing was done to it
+        """
+    )
+    assert "the widget is buttonsPage//refillButton" in said(
+        NotReadyError, window.widget("buttonsPage//refillButton").activate
+    )
+    assert 'the widget is find(text=containing("Refill' in said(
+        NotReadyError, window.find(text=containing("Refill")).click
+    )
 
 
 def test_an_item_that_is_waited_for_in_vain_is_told_with_those_that_there_are(window):
@@ -270,7 +311,7 @@ def test_an_item_that_a_property_is_asked_of_is_told_with_those_that_there_are(w
     assert message.startswith(
         'Exception : Invalid item path\nthere is no item "Espreso" in "House:60 %"; did you'
     )
-    message = said(CommandError, lambda: blends.select("Hose/Espresso"))
+    message = said(NotReadyError, lambda: blends.select("Hose/Espresso"))
     assert message.endswith('items: "House:60 %", "Season:40 %"')
     message = said(CommandError, lambda: window.menu("Order/Quitt").is_enabled())
     assert 'did you mean "Quit"?' in message

@@ -65,7 +65,8 @@ def test_the_windows_are_listed_with_their_widgets(failed):
 
 def test_the_transcript_has_requests_and_replies_with_times(failed):
     lines = (failed.bundle / "transcript.txt").read_text().splitlines()
-    at = next(index for index, line in enumerate(lines) if line.endswith("> 5,Widget:showcase,brewButton,,,"))
+    pressed = '> +5,Widget:showcase,path="brewButton"'
+    at = next(index for index, line in enumerate(lines) if line.endswith(pressed))
     assert re.match(r" +\d+\.\d{3}  > ", lines[at])
     assert re.match(r" +\+\d+\.\d{3}  < 0,QPushButton$", lines[at + 1])
     times = [float(line.split()[0]) for line in lines[1::2]]

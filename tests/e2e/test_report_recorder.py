@@ -57,9 +57,11 @@ def test_the_steps_are_there_in_order_with_their_times(recorded):
 
 def test_requests_and_replies_are_told_as_sent_and_in_words(recorded):
     steps = recorded(order)["steps"]
-    (pressed,), (checked,) = steps[0]["exchanges"], steps[2]["exchanges"]
-    assert (pressed["request"], pressed["reply"]) == ("5,Widget:showcase,brewButton,,,", "0,QPushButton")
-    assert checked["asks"] == "activateWidget  Widget:showcase  milkCheck  b:true"
+    (first, pressed), (checked,) = steps[0]["exchanges"], steps[2]["exchanges"]
+    assert (first["request"], first["asks"]) == ("+extensions", "+extensions")
+    assert pressed["request"].startswith("+5,") and pressed["reply"] == "0,QPushButton"
+    assert pressed["asks"] == '+activateWidget  Widget:showcase  path="brewButton"'
+    assert checked["asks"] == '+activateWidget  Widget:showcase  path="milkCheck"  b:true'
     assert checked["answers"] == "QCheckBox"
     # Once a second a step that reads lists the windows, too.
     read = [exchange["answers"] for exchange in steps[1]["exchanges"] if exchange["request"].startswith("7,")]

@@ -11,6 +11,7 @@ sys.path.append(str(Path(__file__).resolve().parents[1] / "protocol"))
 from hostapp import HostApp
 from qtdriver import CommandError, CornerButtonError, Driver, NoEditorError, WidgetNotFoundError, eventually
 from qtdriver.commandline.dialogue import Dialogue
+from qtdriver.trace.trace import describe_request
 
 from showcase import AGENTS, running
 
@@ -41,8 +42,14 @@ def start():
 
 
 def requests_of(window):
-    """The requests so far, each by its command and what it is about."""
-    return [exchange.request for exchange in window.app.connection.transcript.exchanges()]
+    """The requests so far, each by its command and what it is about, but for the one that asks for the extensions."""
+    requests = [exchange.request for exchange in window.app.connection.transcript.exchanges()]
+    return [request for request in requests if request != "+extensions"]
+
+
+def numbers(requests):
+    """The numbers of their commands, whether they travel as a command or as its extension."""
+    return [request.split(",")[0].lstrip("+") for request in requests]
 
 
 @pytest.fixture(params=ENTERED)
@@ -87,7 +94,7 @@ def test_a_view_whose_editor_f2_opens_is_asked_once_for_each_text(view):
         sent = len(requests_of(widget.window))
         widget.enter(f"{text}{number}")
         host.wait_for(f"data view 1,0 'new{number}' check 0")
-        assert [line.split(",")[0] for line in requests_of(widget.window)[sent:]] == ["7", "6"]
+        assert numbers(requests_of(widget.window)[sent:]) == ["7", "6"]
 
 
 def test_a_view_that_stops_opening_editors_is_refused_from_then_on(view):
@@ -145,7 +152,7 @@ def test_a_check_state_needs_no_editor(start):
     host.do("triggersNone")
     window.widget("view").enter(True)
     host.wait_for("data view 1,0 'R2C1' check 2")
-    assert not any(line.startswith("7,") and "editTriggers" in line for line in requests_of(window))
+    assert not any("editTriggers" in describe_request(request) for request in requests_of(window))
 
 
 def test_a_field_is_asked_whether_it_is_a_view_before_its_first_text_only():
@@ -156,7 +163,7 @@ def test_a_field_is_asked_whether_it_is_a_view_before_its_first_text_only():
         for text in ("Ada", "Grace", "Ada"):
             sent = len(requests_of(customer.window))
             customer.enter(text)
-            asked.append([line.split(",")[0] for line in requests_of(customer.window)[sent:]])
+            asked.append(numbers(requests_of(customer.window)[sent:]))
             eventually(customer).has(text=text)
         assert asked == [["7", "6"], ["6"], ["6"]]
 
@@ -237,8 +244,9 @@ def test_a_bar_without_other_widgets_costs_no_request_more(start):
     window.menu("File/Save").activate()
     host.wait_for("triggered save")
     # Both find the bar and send one request; reading lists the windows once in a while.
-    acting = [line for line in requests_of(window)[sent + reading :] if line != "1"]
-    assert len(acting) == len([line for line in requests_of(window)[sent : sent + reading] if line != "1"])
+    acting = [number for number in numbers(requests_of(window)[sent + reading :]) if number != "1"]
+    asking = [number for number in numbers(requests_of(window)[sent : sent + reading]) if number != "1"]
+    assert len(acting) == len(asking)
 
 
 # The command line

@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -43,6 +44,47 @@ void buildMovingButton(TestHost& host, QWidget* parent)
     host.onSignal(timer, SIGNAL(timeout()), [button] { button->move((button->x() - 9) % 50 + 10, button->y()); });
     host.onRequest(QLatin1String("move"), [timer] { timer->start(0); });
     host.onRequest(QLatin1String("stop"), [timer] { timer->stop(); });
+}
+
+// Shows a ghost of itself where it may be dropped, over the button "ready", as soon as it is pressed.
+class Grip : public QFrame
+{
+public:
+    explicit Grip(QWidget* parent)
+        : QFrame(parent)
+        , ghost(named(new QFrame(parent), "ghost"))
+    {
+        setAutoFillBackground(true);
+        ghost->setAutoFillBackground(true);
+        ghost->hide();
+    }
+
+    QFrame* const ghost;
+
+protected:
+    void mousePressEvent(QMouseEvent*) override
+    {
+        ghost->setGeometry(0, 0, 120, 50);
+        ghost->show();
+        ghost->raise();
+    }
+};
+
+void buildGrip(TestHost& host, QWidget* parent)
+{
+    auto* grip = named(new Grip(parent), "grip");
+    grip->setGeometry(340, 60, 30, 30);
+    host.journalInput(grip);
+    host.journalInput(grip->ghost);
+}
+
+void buildChildDialog(TestHost& host, QWidget* parent)
+{
+    auto* child = named(new QWidget(parent, Qt::Dialog | Qt::FramelessWindowHint), "child");
+    child->setWindowTitle(QLatin1String("Child"));
+    child->setGeometry(700, 560, 200, 60);
+    addButton(host, child, "inChild", QRect(10, 10, 100, 30));
+    host.onRequest(QLatin1String("showChild"), [child] { child->show(); });
 }
 
 // A button far down in a scroll area, in another one.
@@ -83,6 +125,7 @@ void buildControls(TestHost& host)
     auto* overlay = named(new QFrame(central), "overlay");
     overlay->setGeometry(220, 0, 120, 50);
     overlay->setAutoFillBackground(true);
+    host.journalInput(overlay);
     host.onRequest(QLatin1String("uncover"), [overlay] { overlay->hide(); });
     host.onRequest(QLatin1String("letThrough"), [overlay] { overlay->setAttribute(Qt::WA_TransparentForMouseEvents); });
     host.onRequest(QLatin1String("enable"),
@@ -90,6 +133,12 @@ void buildControls(TestHost& host)
     host.onRequest(QLatin1String("show"), [central] { central->findChild<QWidget*>(QLatin1String("hidden"))->show(); });
     auto* line = named(new QLineEdit(central), "line");
     line->setGeometry(120, 60, 100, 30);
+    host.onRequest(QLatin1String("coverLine"), [overlay] {
+        overlay->move(110, 50);
+        overlay->raise();
+    });
+    buildGrip(host, central);
+    buildChildDialog(host, window);
     host.onRequest(QLatin1String("deleteOnScroll"), [&host] {
         auto* area = static_cast<QScrollArea*>(host.findWidget(QLatin1String("outerArea")));
         host.onSignal(area->verticalScrollBar(), SIGNAL(valueChanged(int)),

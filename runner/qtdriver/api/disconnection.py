@@ -14,6 +14,7 @@ from ..errors import (
 )
 from ..launch.supervision import end_foreign_process
 from ..lookup.windows import describe_windows, last_windows
+from ..protocol.extensions import readable_request
 
 if TYPE_CHECKING:
     from .app import App
@@ -74,7 +75,9 @@ def _describe_request(app: "App") -> str:
     exchanges = app.connection.transcript.exchanges()
     if not exchanges:
         return ""
-    return f" {'at' if exchanges[-1].error else 'after'} the request {exchanges[-1].request!r}"
+    return (
+        f" {'at' if exchanges[-1].error else 'after'} the request {readable_request(exchanges[-1].request)!r}"
+    )
 
 
 def _end_process(app: "App") -> bool:

@@ -9,7 +9,7 @@ from typing import TYPE_CHECKING, Callable, Iterator, Optional, Tuple
 from ..errors import CommandError, ConditionError
 from ..lookup.windows import POPUP
 from ..protocol.connection import Connection
-from ..protocol.locators import SPECIAL_NAMES, Address, Locator, path_locator
+from ..protocol.locators import Address, as_locator, is_special
 from ..protocol.waiting import Deadline, attempts
 from .mouse import Modifier, Position, mouse_command, wheel_command
 
@@ -172,12 +172,9 @@ class WidgetInput(KeyInput):
 
 def _place(window: str, path: Address) -> Tuple[str, Address]:
     """Where the agent finds the widget, as extensions name it: the window and the locator in it."""
-    if isinstance(path, Locator):
-        return window, path
-    last = path.rsplit("/", 1)[-1]
-    if last in SPECIAL_NAMES:
-        return (POPUP if last == "ActivePopupWidget" else window), ""
-    return window, path_locator(path)
+    if is_special(path):
+        return (POPUP if str(path).endswith("ActivePopupWidget") else window), ""
+    return window, as_locator(path)
 
 
 def _shown(keys: Tuple[str, ...]) -> str:

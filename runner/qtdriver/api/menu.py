@@ -105,7 +105,9 @@ class Menu:
                 address,
                 bar,
                 self.path,
-                lambda: connection.activate_widget(address, bar, self.path, state),
+                lambda: connection.activate_widget(
+                    address, bar if force else connection.checked_address(bar), self.path, state, force=force
+                ),
                 closes=address == POPUP,
             )
 

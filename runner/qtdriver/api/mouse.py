@@ -5,10 +5,9 @@ from __future__ import annotations
 from contextlib import suppress
 from typing import Callable, Dict, Iterable, Literal, Optional, Tuple, TypeVar
 
-from ..errors import ObscuredError
-
+from ..errors import NotReadyError, ObscuredError
 from ..protocol.connection import Connection
-from ..protocol.locators import Address
+from ..protocol.locators import Address, as_locator
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -73,18 +72,23 @@ def repeatable(
 
     def act_again(path: Address) -> _Result:
         nonlocal missed
+        place = (window, as_locator(path))
         if missed:
-            connection.mouse_widget(window, path, _ASIDE.format("MouseMove", ""), widget_class="QWidget")
+            aside = _ASIDE.format("MouseMove", "")
+            connection.mouse_widget(window, path, aside, widget_class="QWidget", force=True)
+        may_have_been_there = place in connection.visited
+        connection.visited.add(place)
         try:
             return act(path)
+        except NotReadyError:  # the mouse has not moved
+            if not may_have_been_there:
+                connection.visited.remove(place)
+            raise
         except ObscuredError:
-            may_have_been_there = (window, path) in connection.visited
             if may_have_been_there and not missed and button:
                 _let_go(connection, window, path, button)
             missed = True
             raise
-        finally:
-            connection.visited.add((window, path))
 
     return act_again
 
@@ -95,5 +99,5 @@ def _let_go(connection: Connection, window: str, path: Address, button: MouseBut
     command = _ASIDE.format("MouseRelease", _BUTTONS[button])
     for _ in range(2):
         with suppress(ObscuredError):
-            connection.mouse_widget(window, path, command, widget_class="QWidget")
+            connection.mouse_widget(window, path, command, widget_class="QWidget", force=True)
             return

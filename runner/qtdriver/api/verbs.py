@@ -31,23 +31,24 @@ class Verbs:
     mouse: Callable[..., None]
     read: Callable[..., Value]
 
-    def choose(self, item: "str | int", *, timeout: Optional[float] = None) -> None:
+    def choose(self, item: "str | int", *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As select()."""
-        self.select(item, timeout=timeout)
+        self.select(item, force=force, timeout=timeout)
 
-    def uncheck(self, *, timeout: Optional[float] = None) -> None:
+    def uncheck(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As check(False)."""
-        self.check(False, timeout=timeout)
+        self.check(False, force=force, timeout=timeout)
 
     def right_click(
         self,
         *,
         at: Optional[Position] = None,
         modifier: Modifier = "",
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Clicks with the right mouse button; the rest is as for click()."""
-        self.click("right", at=at, modifier=modifier, timeout=timeout)
+        self.click("right", at=at, modifier=modifier, force=force, timeout=timeout)
 
     def item(self, address: "str | int") -> WidgetItem:
         """An item of a list, tree, table, combo box, tab bar or tool box, to click, check or drag.

@@ -3,16 +3,13 @@
 from __future__ import annotations
 
 from contextlib import suppress
-from pathlib import Path
-from typing import TYPE_CHECKING, Callable, Dict, Optional, Tuple, Type, TypeVar
+from typing import TYPE_CHECKING, Callable, Dict, Optional, Sequence, Tuple, Type, TypeVar
 
 from ..errors import (
     RETRYABLE_ERRORS,
     RETRYABLE_LOOKUPS,
     AmbiguousError,
-    CommandError,
     NotVisibleError,
-    ProtocolError,
     ReplyError,
     WidgetNotFoundError,
 )
@@ -20,13 +17,13 @@ from ..lookup.item_names import with_item_suggestions
 from ..lookup.snapshot import Snapshot, SnapshotNode
 from ..lookup.visible_texts import Search
 from ..protocol.connection import Connection
-from ..protocol.wire import Argument, Rect, Value
-from ..protocol.locators import Address, Locator, path_locator, raw_locator
+from ..protocol.wire import Argument, Value
+from ..protocol.locators import Address, Locator, as_locator, raw_locator
 from .editing import refuse_without_editor
 from .finding import Finder
 from .keys import WidgetInput
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
-from .pictures import read_xpm
+from .values import WidgetValues
 from .verbs import Verbs
 
 if TYPE_CHECKING:
@@ -36,11 +33,15 @@ if TYPE_CHECKING:
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _Result = TypeVar("_Result")
-_NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
-class Widget(Finder, Verbs, WidgetInput):
+class Widget(Finder, Verbs, WidgetInput, WidgetValues):
     """The name of a widget: each call finds the widget anew, and waits until it is visible and the only one.
+
+    What acts on it also waits until a user could: until it is enabled, at rest, in sight in its window, and not covered,
+    and until the item is there that the call names. Then it is a NotReadyError with the reason. `force` leaves that out:
+    the input goes to whatever is at the place, and a disabled widget or a missing item is a CommandError at once. So it is
+    in an application whose agent has no extensions, and of a window's focus_widget().
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
 
@@ -77,20 +78,25 @@ class Widget(Finder, Verbs, WidgetInput):
         """What finds it, as the agent's extensions take it."""
         if self._search is not None:
             return self._search.locator
-        return self.path if isinstance(self.path, Locator) else path_locator(self.path)
+        return as_locator(self.path)
 
     def find_by(self, found: "Locator | str") -> "FoundWidget":
         inner = found if isinstance(found, Locator) else raw_locator(found)
         return self.window.find_by(inner.within(self.as_locator()))
 
     def activate(
-        self, value: Argument = None, option: Argument = None, *, timeout: Optional[float] = None
+        self,
+        value: Argument = None,
+        option: Argument = None,
+        *,
+        force: bool = False,
+        timeout: Optional[float] = None,
     ) -> str:
         """Does what the widget is for: presses a button, chooses an item, a tab, a page.
 
         The widget's class decides what `value` and `option` mean. Answers the class that served the widget.
         """
-        shown = ", ".join(repr(argument) for argument in (value, option) if argument is not None)
+        shown = [repr(argument) for argument in (value, option) if argument is not None]
         connection, address = self._connection, self.window.address
 
         def act(path: Address) -> str:
@@ -99,22 +105,24 @@ class Widget(Finder, Verbs, WidgetInput):
                 address,
                 path,
                 value,
-                lambda: connection.activate_widget(address, path, value, option, widget_class=self.as_class),
+                lambda: connection.activate_widget(
+                    address, path, value, option, widget_class=self.as_class, force=force
+                ),
                 self.as_class,
             )
 
-        return self._act(f"activate({shown})", act, timeout)
+        return self._act(f"activate({_listed(shown, force)})", act, timeout, force=force)
 
-    def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
+    def check(self, on: bool = True, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Clicks a check box, or another button that can be checked, if it is not in that state."""
-        self.activate(on, timeout=timeout)
+        self.activate(on, force=force, timeout=timeout)
 
-    def select(self, item: "str | int", *, timeout: Optional[float] = None) -> None:
-        """Chooses an item of a list, tree, table, combo box, tab bar or tool box.
+    def select(self, item: "str | int", *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """Chooses an item of a list, tree, table, combo box, tab bar or tool box, once it is there.
 
         By its text, its number as the class counts, or its address: see the module `addresses`.
         """
-        self.activate(item, timeout=timeout)
+        self.activate(item, force=force, timeout=timeout)
 
     def enter(
         self, value: "str | int | bool", *, force: bool = False, timeout: Optional[float] = None
@@ -123,16 +131,16 @@ class Widget(Finder, Verbs, WidgetInput):
 
         In item views it edits the current item. A text for a list, tree or table whose edit triggers open no editor for
         it is a NoEditorError, since the keys would do other things; `force` sends them nevertheless, for an application
-        that opens editors by itself. Answers the class that served the widget.
+        that opens editors by itself, or has one open. Answers the class that served the widget.
         """
         connection, address = self._connection, self.window.address
 
         def act(path: Address) -> str:
             if not force:
                 refuse_without_editor(connection, address, path, value, self.as_class)
-            return connection.enter_widget(address, path, value, widget_class=self.as_class)
+            return connection.enter_widget(address, path, value, widget_class=self.as_class, force=force)
 
-        return self._act(f"enter({value!r}{', force=True' if force else ''})", act, timeout)
+        return self._act(f"enter({_listed([repr(value)], force)})", act, timeout, force=force)
 
     def click(
         self,
@@ -140,13 +148,14 @@ class Widget(Finder, Verbs, WidgetInput):
         *,
         at: Optional[Position] = None,
         modifier: Modifier = "",
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Clicks with the mouse; `at` is a position as shares of width and height, (0.5, 0.5) being the centre.
 
         Without `at`, buttons are clicked where they react, and item views at their current item.
         """
-        self.mouse("MouseClick", button, at=at, modifier=modifier, timeout=timeout)
+        self.mouse("MouseClick", button, at=at, modifier=modifier, force=force, timeout=timeout)
 
     def double_click(
         self,
@@ -154,14 +163,17 @@ class Widget(Finder, Verbs, WidgetInput):
         *,
         at: Optional[Position] = None,
         modifier: Modifier = "",
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Double clicks; the rest is as for click()."""
-        self.mouse("MouseDoubleClick", button, at=at, modifier=modifier, timeout=timeout)
+        self.mouse("MouseDoubleClick", button, at=at, modifier=modifier, force=force, timeout=timeout)
 
-    def hover(self, *, at: Position = (0.5, 0.5), timeout: Optional[float] = None) -> None:
+    def hover(
+        self, *, at: Position = (0.5, 0.5), force: bool = False, timeout: Optional[float] = None
+    ) -> None:
         """Moves the mouse onto the widget."""
-        self._play_mouse("MouseMove", "", at, "", timeout, True)
+        self._play_mouse("MouseMove", "", at, "", timeout, True, force)
 
     def drag_to(
         self,
@@ -169,13 +181,18 @@ class Widget(Finder, Verbs, WidgetInput):
         *,
         at: Position = (0.5, 0.5),
         to: Position = (0.5, 0.5),
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Presses the left button at `at`, moves to the position `to` of `target`, and releases it there.
 
-        Where that fails, the button is released on this widget.
+        Both places have to be ready before the button is pressed, for which the mouse goes to the target first. From
+        then on nothing is checked: what is dragged may move with the mouse, or cover the target. Where that fails, the
+        button is released on this widget.
         """
-        self.mouse("MousePress", "left", at=at, timeout=timeout)
+        if self._connection.knows_locators and not force:
+            target.hover(at=to, timeout=timeout)
+        self.mouse("MousePress", "left", at=at, force=force, timeout=timeout)
         try:
             target.mouse("MouseMove", "", at=to, timeout=timeout)
             target.mouse("MouseRelease", "left", at=to, timeout=timeout)
@@ -191,14 +208,15 @@ class Widget(Finder, Verbs, WidgetInput):
         *,
         at: Optional[Position] = None,
         modifier: Modifier = "",
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Plays one of MousePress, MouseRelease, MouseClick, MouseDoubleClick, MouseMove; see click().
 
         A move or a release may be part of a drag, which would lose a move if it were repeated: where no window of the
-        application is, they fail at once.
+        application is, they fail at once, and they never wait until a user could.
         """
-        self._play_mouse(kind, button, at, modifier, timeout, kind in RETRYABLE_KINDS)
+        self._play_mouse(kind, button, at, modifier, timeout, kind in RETRYABLE_KINDS, force)
 
     def _play_mouse(
         self,
@@ -208,18 +226,20 @@ class Widget(Finder, Verbs, WidgetInput):
         modifier: Modifier,
         timeout: Optional[float],
         is_repeatable: bool,
+        force: bool,
     ) -> None:
         command = mouse_command(kind, button, at, modifier)
         # Served as buttons or item views, widgets choose the place of a click themselves and ignore a position.
         served_as = self.as_class or ("" if at is None else "QWidget")
         self._act(
-            f"mouse({command!r})",
+            f"mouse({_listed([repr(command)], force)})",
             lambda path: self._connection.mouse_widget(
-                self.window.address, path, command, widget_class=served_as
+                self.window.address, path, command, widget_class=served_as, force=force or not is_repeatable
             ),
             timeout,
             is_repeatable,
             button,
+            force,
         )
 
     def locate(self, *, timeout: Optional[float] = None) -> str:
@@ -248,18 +268,6 @@ class Widget(Finder, Verbs, WidgetInput):
 
         return self.perform(f"read({shown})", look, timeout=timeout)
 
-    def text(self, *, timeout: Optional[float] = None) -> str:
-        """The property "text" as text, whatever its type."""
-        return str(self.read("text", timeout=timeout))
-
-    def is_enabled(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether it can be used."""
-        return self.read("enabled", timeout=timeout) is True
-
-    def is_checked(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether it is checked."""
-        return self.read("checked", timeout=timeout) is True
-
     def is_visible(self) -> bool:
         """Whether the user can see such a widget now. Waits for the window only."""
 
@@ -276,65 +284,15 @@ class Widget(Finder, Verbs, WidgetInput):
 
         return self.window.perform(f"{self._title}.is_visible()", look, path=self.path)
 
-    def class_name(self, *, timeout: Optional[float] = None) -> str:
-        """Its own class."""
-        return str(self.read("className", timeout=timeout))
-
-    def rect(self, *, timeout: Optional[float] = None) -> Rect:
-        """Its rectangle in pixels of the screen; brings the window to the front and onto the screen."""
-        value = self.read("globalRect", timeout=timeout)
-        if not isinstance(value, Rect):
-            raise ProtocolError(f"not a rectangle: {value!r}")
-        return value
-
-    def items(self, *, timeout: Optional[float] = None) -> Tuple[str, ...]:
-        """The texts of the items of a list, combo box, tab bar or menu, the paths of those of a tree."""
-        names = self.read("pseudoPropertyNames", timeout=timeout)
-        name = "pathList" if isinstance(names, tuple) and "pathList" in names else "itemList"
-        value = self.read(name, timeout=timeout)
-        if not isinstance(value, tuple):
-            raise ProtocolError(f"not a list: {value!r}")
-        return value
-
-    def properties(self, *, timeout: Optional[float] = None) -> Dict[str, Value]:
-        """Every property that has a value which can be told and takes no argument.
-
-        Without the listings of the names, and without "globalRect", which moves the window to be read.
-        """
-        values: Dict[str, Value] = {}
-        for listing in ("pseudoPropertyNames", "propertyNames"):
-            names = self.read(listing, timeout=timeout)
-            for name in names if isinstance(names, tuple) else ():
-                if name in values or name in _NOT_AMONG_PROPERTIES:
-                    continue
-                try:
-                    values[name] = self.read(name, timeout=timeout)
-                except CommandError:
-                    continue  # it takes an argument, or has a type that cannot be told
-        return values
-
     def snapshot(self, *, timeout: Optional[float] = None) -> Snapshot:
         """All that the widget shows now; prints as an outline. Needs an agent with extensions."""
         return self.perform(
             "snapshot()",
             lambda path: Snapshot(
-                SnapshotNode.of(
-                    self._connection.snapshot(
-                        self.window.address, path if isinstance(path, Locator) else path_locator(path)
-                    )
-                )
+                SnapshotNode.of(self._connection.snapshot(self.window.address, as_locator(path)))
             ),
             timeout=timeout,
         )
-
-    def save_picture(self, name: str, path: "Path | str", *, timeout: Optional[float] = None) -> Path:
-        """Saves the picture or icon in the property `name`; the ending of `path` tells the format."""
-        value = self.read(name, timeout=timeout)
-        if not isinstance(value, bytes):
-            raise ProtocolError(f"not a picture: {value!r}")
-        file = Path(path)
-        read_xpm(value).save(file)
-        return file
 
     @property
     def _connection(self) -> Connection:
@@ -347,12 +305,21 @@ class Widget(Finder, Verbs, WidgetInput):
         timeout: Optional[float],
         is_repeatable: bool = True,
         button: MouseButton = "left",
+        force: bool = False,
     ) -> _Result:
-        """Makes `call` with the path; it is repeated when the mouse misses the window, if it may be."""
+        """Makes `call` with the address, which has the agent check first whether a user could, unless with `force`.
+
+        It is repeated when the mouse misses the window, if it may be; what may not is never checked.
+        """
         if not is_repeatable:
             return self.perform(action, call, reads=False, timeout=timeout, retryable=RETRYABLE_LOOKUPS)
-        act = repeatable(self._connection, self.window.address, call, button)
-        return self.perform(action, act, reads=False, timeout=timeout)
+        connection = self._connection
+        act = repeatable(connection, self.window.address, call, button)
+
+        def act_checked(path: Address) -> _Result:
+            return act(path if force else connection.checked_address(path))
+
+        return self.perform(action, act_checked, reads=False, timeout=timeout)
 
     def perform(
         self,
@@ -382,3 +349,8 @@ class Widget(Finder, Verbs, WidgetInput):
                 if self._search is None:
                     raise
         return call(self._search.look(self._connection, self.window.address))
+
+
+def _listed(arguments: Sequence[str], force: bool) -> str:
+    """The arguments of a call as a title shows them."""
+    return ", ".join([*arguments, "force=True"] if force else arguments)

@@ -47,19 +47,25 @@ def _value(text: str) -> str:
 _value.__name__ = "value"
 
 
+def _add_force(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument("--force", action="store_true", help="at once, whether or not a user could do it")
+
+
 def _add_activate(parser: argparse.ArgumentParser) -> None:
     add_widget(parser)
     parser.add_argument("value", metavar="VALUE", nargs="?", type=_value, help=_VALUES)
     parser.add_argument(
         "option", metavar="OPTION", nargs="?", type=_value, help="the same; few widgets take one"
     )
+    _add_force(parser)
     add_timeout(parser)
 
 
 def _activate(app: App, arguments: Arguments) -> Outcome:
     widget = widget_of(app, arguments)
     value, option = typed_value(arguments["value"]), typed_value(arguments["option"])
-    return _served(widget.activate(value, option, timeout=arguments["timeout"]))
+    served = widget.activate(value, option, force=arguments["force"], timeout=arguments["timeout"])
+    return _served(served)
 
 
 def _served(class_name: str) -> Outcome:
@@ -73,7 +79,9 @@ def _add_enter(parser: argparse.ArgumentParser) -> None:
         "--return", dest="press_return", action="store_true", help="press Return behind a text"
     )
     parser.add_argument(
-        "--force", action="store_true", help="into an item view whose edit triggers open no editor, too"
+        "--force",
+        action="store_true",
+        help="at once, whether or not a user could; into an item view whose edit triggers open no editor, too",
     )
     add_timeout(parser)
 
@@ -99,6 +107,7 @@ def _add_mouse(parser: argparse.ArgumentParser) -> None:
     parser.add_argument(
         "--modifier", choices=("shift", "control", "alt"), default="", help="shift, control or alt"
     )
+    _add_force(parser)
     add_timeout(parser)
 
 
@@ -117,7 +126,8 @@ def _mouse(app: App, arguments: Arguments) -> Outcome:
     button: MouseButton = "" if kind == "MouseMove" else arguments["button"]
     place = arguments["at"]
     at = (place[0], place[1]) if place is not None else ((0.5, 0.5) if kind == "MouseMove" else None)
-    widget.mouse(kind, button, at=at, modifier=arguments["modifier"], timeout=arguments["timeout"])
+    force, timeout = arguments["force"], arguments["timeout"]
+    widget.mouse(kind, button, at=at, modifier=arguments["modifier"], force=force, timeout=timeout)
     return Outcome("OK", {})
 
 

@@ -10,7 +10,7 @@
             AmbiguousError              several such widgets
             CommandError                the widget could not do it
                 ObscuredError           another window is in front of the place
-            NotReadyError               the widget cannot take the input yet
+                NotReadyError           the widget cannot take the input yet
         ConditionError                  what was expected has not come true; an AssertionError, too
         UnsupportedTextError            the protocol cannot carry a text; a ValueError, too
         NoEditorError                   a text would not be entered, but act on the view

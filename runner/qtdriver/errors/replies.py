@@ -63,7 +63,8 @@ class AmbiguousError(ReplyError):
 
 
 class CommandError(ReplyError):
-    """Code 8: the command is unknown, or the widget could not do what was asked."""
+    """Code 8: the command is unknown, or the widget could not do what was asked. So do its subclasses tell, of what may
+    clear."""
 
 
 class ObscuredError(CommandError):
@@ -71,9 +72,9 @@ class ObscuredError(CommandError):
     program's window is in front of it, or the window manager has not shown it yet."""
 
 
-class NotReadyError(ReplyError):
+class NotReadyError(CommandError):
     """Code 9, of an extension: the widget could not take the input yet, and nothing was done. The message is the reason:
-    "disabled", "covered by QFrame overlay"."""
+    "disabled", "covered by QFrame overlay", 'item "Late" not there yet'."""
 
 
 _HIDDEN = "Exception : Error: widget is hidden by another window"

@@ -7,6 +7,7 @@ from typing import Callable, Dict, List, Sequence, Type
 from ..errors import (
     AmbiguousError,
     AmbiguousWindowError,
+    NotReadyError,
     NotVisibleError,
     ObscuredError,
     ProtocolError,
@@ -39,11 +40,18 @@ def explain(connection: Connection, error: ReplyError, window: str, path: Addres
     """
     tell = _EXPLANATIONS.get(type(error))
     try:
-        if (isinstance(path, Locator) or error.candidates) and type(error) in _LOCATED:
+        if isinstance(error, NotReadyError):
+            return "\n".join(_not_ready(error, path))
+        if (isinstance(path, Locator) or _is_about_another(error, path)) and type(error) in _LOCATED:
             return "\n".join(_located(error))
         return "\n".join(tell(connection, window, str(path))) if tell is not None else ""
     except (ReplyError, ProtocolError) as another:
         return f"(what is there instead could not be listed: {another})"
+
+
+def _is_about_another(error: ReplyError, path: str) -> bool:
+    """Whether the agent has told candidates for another widget than that of `path`: of a search by a text."""
+    return bool(error.candidates) and not error.message.startswith(f"Widget ({path}) ")
 
 
 def _no_window(connection: Connection, window: str, path: str) -> List[str]:
@@ -172,11 +180,27 @@ def _several_widgets(connection: Connection, window: str, path: str) -> List[str
 
 
 def _covered(connection: Connection, window: str, path: str) -> List[str]:
-    return [
-        "another program's window is in front of it, the window manager has not shown it yet, "
-        "or the place is beyond the edge of the screen"
-    ]
+    return [_HIDDEN_BY_ANOTHER]
 
+
+_HIDDEN_BY_ANOTHER = (
+    "another program's window is in front of it, the window manager has not shown it yet, "
+    "or the place is beyond the edge of the screen"
+)
+
+
+def _not_ready(error: NotReadyError, path: Address) -> List[str]:
+    """Which widget it is, and the way out where only the place is not fit."""
+    lines = [f"the widget is {path}; nothing was done to it"] if path else ["nothing was done"]
+    if error.message == "hidden by another window":
+        lines.append(_HIDDEN_BY_ANOTHER)
+    elif error.message.startswith(_UNFIT_PLACES):
+        lines.append("click(force=True), and the like, send the input to whatever is at the place")
+    return lines
+
+
+_UNFIT_PLACES = ("covered by ", "moving", "outside ", "not reached ")
+"""How reasons begin that tell of the place, not of what the widget can do."""
 
 _LOCATED: Dict[Type[ReplyError], str] = {
     WidgetNotFoundError: "the nearest:",

@@ -15,6 +15,7 @@ from ..api.app import App
 from ..errors import QtDriverError
 from ..errors.endings import describe_exit
 from ..lookup.windows import describe_windows, last_windows, walk_windows
+from ..protocol.extensions import readable_request
 from ..protocol.records import WidgetRecord
 from ..protocol.waiting import Deadline
 from ..protocol.wire import LIST_MARK
@@ -128,7 +129,7 @@ def _describe_transcript(app: App, began: float) -> Iterable[str]:
     for refusal in app.connection.transcript.refusals:
         yield f"refused before it: {refusal}"
     for exchange in app.connection.transcript.exchanges():
-        yield f"{exchange.started - began:10.3f}  > {exchange.request}"
+        yield f"{exchange.started - began:10.3f}  > {_on_one_line(readable_request(exchange.request))}"
         answer = f"! {exchange.error}" if exchange.reply is None else f"< {_on_one_line(exchange.reply)}"
         yield f"{exchange.seconds:+10.3f}  {answer}"
 

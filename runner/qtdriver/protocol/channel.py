@@ -8,6 +8,7 @@ from typing import Optional, Type, TypeVar
 
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
 from .closing import ClosedOnLeaving
+from .extensions import readable_request
 from .greeting import Greeting
 from .lines import LineSocket
 from .peers import Peer
@@ -121,9 +122,12 @@ class Channel(ClosedOnLeaving):
             return self._read_reply(deadline)
         except socket.timeout:
             waiting_for = self._unanswered or line  # what a listener asked is nothing that the test knows
-            raise RequestTimeout(f"no reply to {waiting_for!r} within {seconds:g} seconds") from None
+            shown = readable_request(waiting_for)
+            raise RequestTimeout(f"no reply to {shown!r} within {seconds:g} seconds") from None
         except OSError as error:
-            raise ConnectionClosed(f"the application ended before it answered {line!r} ({error})") from error
+            raise ConnectionClosed(
+                f"the application ended before it answered {readable_request(line)!r} ({error})"
+            ) from error
 
     def _clear_the_way(self, deadline: float) -> None:
         """Takes what belongs to earlier requests off the line: the next reply is the one asked for."""

@@ -10,7 +10,7 @@ from .commands import COMMAND_BY_NAME
 from .extended import ExtendedChannel
 from .greeting import Greeting
 from .lines import LineSocket
-from .locators import SPECIAL_NAMES, Address, Locator, path_locator
+from .locators import Address, Locator, as_locator, is_special, path_locator
 from .records import CursorWidget, WidgetRecord, WindowRecord
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
@@ -35,7 +35,7 @@ class Connection(ExtendedChannel):
     that the agent knows; `force` leaves out the checks that are made for a locator.
 
     Attributes:
-        visited: the windows and paths of the widgets that actions took the mouse to. It may still be at one of them.
+        visited: the windows and locators of the widgets that actions took the mouse to. It may still be at one of them.
         entered: the classes that served the widgets in which values were entered, by their windows, their paths, and the
             classes that were asked for.
         served: the classes that serve the application's own classes of widgets, as far as they were asked for.
@@ -50,7 +50,7 @@ class Connection(ExtendedChannel):
     ) -> None:
         """As that of the channel."""
         super().__init__(lines, greeting, timeout, process)
-        self.visited: Set[Tuple[str, Address]] = set()
+        self.visited: Set[Tuple[str, Locator]] = set()
         self.entered: Dict[Tuple[str, Address, str], str] = {}
         self.served: Dict[str, str] = {}
 
@@ -70,9 +70,16 @@ class Connection(ExtendedChannel):
 
         Raises the error where the agent lacks the extension, and for the special names, which no locator has.
         """
-        if path.rsplit("/", 1)[-1] in SPECIAL_NAMES or name not in self.extensions:
+        if is_special(path) or name not in self.extensions:
             raise error
         return path_locator(path)
+
+    def checked_address(self, path: Address) -> Address:
+        """What an action takes in place of `path` so that the agent checks first whether a user could do it: a locator.
+
+        It is the path itself where the agent lacks extensions, and for the special names, which no locator has.
+        """
+        return path if is_special(path) or not self.knows_locators else as_locator(path)
 
     def list_windows(self) -> Tuple[WindowRecord, ...]:
         """The visible windows, in the application's order."""

@@ -54,6 +54,24 @@ def decode_utf8_hex(digits: str) -> str:
     return bytes.fromhex(digits).decode("utf-8")
 
 
+def readable_request(line: str) -> str:
+    """The request as a person reads it: that of an extension with its texts as they are, any other one as it is."""
+    name, *sections = line.split(",")
+    if name not in EXTENSION_BY_NAME:
+        return line
+    texts = [_decoded_or_raw(digits) for digits in sections]
+    while texts and not texts[-1]:
+        texts.pop()
+    return ",".join([name, *texts])
+
+
+def _decoded_or_raw(digits: str) -> str:
+    try:
+        return decode_utf8_hex(digits)
+    except ValueError:
+        return digits
+
+
 def refusal(reply: Reply, shown: str = "") -> ReplyError:
     """The error for the refusal of an extension, with window and widget as the test wrote them, and with the widgets that
     the agent names. `shown` is what to call the widget. Raises ProtocolError where the reply is none."""

@@ -110,6 +110,16 @@ def path_locator(path: str) -> Locator:
     return Locator(_condition("path", path), f'widget("{path}")', path)
 
 
+def as_locator(path: Address) -> Locator:
+    """What finds the widget at an address: the locator that it is, or the one for the path."""
+    return path if isinstance(path, Locator) else path_locator(path)
+
+
+def is_special(path: Address) -> bool:
+    """Whether a path stands for whatever is there at the moment, so that no locator finds it."""
+    return isinstance(path, str) and path.rsplit("/", 1)[-1] in SPECIAL_NAMES
+
+
 def raw_locator(text: str) -> Locator:
     """The locator for its own text."""
     return Locator(text, f"find_by({text!r})", text)

@@ -108,7 +108,9 @@ def describe_request(line: str) -> str:
     number, *texts = line.split(",")
     command = COMMAND_BY_NUMBER.get(number)
     if number in EXTENSION_BY_NAME:
-        return "  ".join([number, *(_decoded(text, decode_utf8_hex) for text in texts if text)])
+        same = COMMAND_BY_NUMBER.get(number[1:])
+        name = number if same is None else f"+{same.name}"
+        return "  ".join([name, *(_decoded(text, decode_utf8_hex) for text in texts if text)])
     if command is None:
         return line
     parts = [command.name]
