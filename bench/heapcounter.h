@@ -1,6 +1,6 @@
 #pragma once
 
-// What the process has done with the heap since the last reset. All threads count; the application has one that
+// The process's use of the heap since the last reset. All threads count; the application has one that
 // works.
 struct HeapUse
 {

@@ -5,7 +5,7 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPoint>
 
-// What benchmarks of input share. They need a window that the window manager has made the active one.
+// Shared by benchmarks of input, which need a window that the window manager has made the active one.
 
 // Processes events until the condition holds; ends the program when it does not within ten seconds.
 template <class Condition>

@@ -9,15 +9,15 @@
 // two are benchmarks "NAME|ours|SIZE" and "NAME|floor|SIZE", run in turns by measure.py. Where the agent must ask Qt for more
 // than the floor does, "NAME|qt|SIZE" is that part of it.
 
-// What is measured, for one size. Made when the measurement begins, so that only what it needs is set up.
+// The work to be measured, for one size. Made when the measurement begins, so that only what it needs is set up.
 using Measured = std::function<void()>;
 using MakeMeasured = std::function<Measured(int size)>;
 
-// What a pair's times are taken with. Work of this process alone is told by the processor's time, which other processes
+// The clock that a pair is timed with. Work of this process alone is told by the processor's time, which other processes
 // do not disturb; where the X server takes part, only by the clock on the wall.
 enum class Clock { Processor, Wall };
 
-// What a run produces, for those where that is of interest: it may set this.
+// Bytes that a run produces, for those where that is of interest: it may set this.
 extern int bytesPerRun;
 
 void registerPair(const char* name, Clock clock, std::initializer_list<int> sizes, const MakeMeasured& ours,

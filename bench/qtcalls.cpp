@@ -89,7 +89,7 @@ void moveCursor(const QPoint& position)
         QCursor::setPos(position);
 }
 
-// What the windowing system does for a user's press, and Qt does not do for a posted one.
+// The windowing system does this for a user's press; Qt does not do it for a posted one.
 void giveFocus(QWidget* target)
 {
     target->activateWindow();

@@ -12,7 +12,7 @@
 
 namespace {
 
-// What Qt must be asked for each widget, where an object name alone does not tell.
+// Asks Qt what must be known of each widget where an object name alone does not tell.
 using AskQt = void (*)(const QWidget& window);
 
 void askTexts(const QWidget& window)

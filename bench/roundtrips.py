@@ -41,7 +41,7 @@ def times(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]
 
 
 def memory(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]:
-    """What one request does with the heap: calls for memory, bytes at its peak, bytes that stay."""
+    """One request's use of the heap: calls for memory, bytes at its peak, bytes that stay."""
     requests = [request.encode() for request in trip.requests]
     for request in requests:
         agent.ask(request)

@@ -1,4 +1,4 @@
-"""What the table's rows are about: their texts, their floors and their targets, by the names of the benchmarks."""
+"""The rows of the table: their texts, their floors and their targets, by the names of the benchmarks."""
 
 from dataclasses import dataclass
 from typing import Dict, List, Optional

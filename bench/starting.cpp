@@ -1,4 +1,4 @@
-// What it costs an application that has loaded the library to create the agent. The floor is the socket that the agent
+// The cost of creating the agent in an application that has loaded the library. The floor is the socket that the agent
 // is: a QTcpSocket, asked to connect.
 
 #include "agent/testclient.h"

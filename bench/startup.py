@@ -1,4 +1,4 @@
-"""What the agent adds to the start of an application that knows nothing of it."""
+"""Measures how much the agent adds to the start of an application that knows nothing of it."""
 
 import os
 import statistics

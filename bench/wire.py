@@ -1,4 +1,4 @@
-"""What the benchmarks share: connections to an application that is measured."""
+"""Used by all benchmarks: connections to an application that is measured."""
 
 import socket
 import time

@@ -18,7 +18,7 @@ if [ "$major" = 4 ] && [ ! -x "${QMAKE4:-}" ]; then
     exit 2
 fi
 
-# What one checkout has compiled serves another one, too.
+# Objects that one checkout has compiled serve another one, too.
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 log=build/$preset/configure.log
 mkdir -p "build/$preset"

@@ -2,7 +2,7 @@
 # Plays random commands on the hostile applications: scripts/soak.sh [--qt N] [--commands 100000] [--seed S] [--jobs J]
 # Builds the sanitizers' flavour of Qt N (5 by default; Qt 4 has none, so the plain one), spreads the commands evenly over
 # all scenarios, prints progress, totals and the seed, and ends with a status that is not 0 when anything was found.
-# What else is given goes to tests/hostile/soak.py: --first, --scenarios, --session-seed, --findings.
+# Further options go to tests/hostile/soak.py: --first, --scenarios, --session-seed, --findings.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -18,7 +18,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[1]
-# What the sanitizers are to look at: the agent, while it is driven in an application.
+# Suites for the sanitizers: they look at the agent while it is driven in an application.
 SANITIZED = ("protocol/", "hostile/", "sanitized/")
 SANITIZED_FOLDERS = ("src", "tests/hosts", "tests/testtool")
 BUILD_COMMANDS = {"qt5-fuzz": [str(ROOT / "scripts" / "fuzz.sh"), "--build"]}

@@ -38,7 +38,7 @@ fi
 [ -z "$only" ] || notes+=("this is a part of the suites, those named like $only")
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 
-# What one checkout has compiled serves another one, too.
+# Objects that one checkout has compiled serve another one, too.
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 scripts/setup.sh
 export ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}

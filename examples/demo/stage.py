@@ -1,4 +1,4 @@
-"""What every act of the demonstration uses: steps that show a request, its reply and its effect."""
+"""Used by every act of the demonstration: steps that show a request, its reply and its effect."""
 
 import subprocess
 import time

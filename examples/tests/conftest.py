@@ -1,4 +1,4 @@
-"""What every test of the samples uses: the plugin, and a fresh showcase."""
+"""Used by every test of the samples: the plugin, and a fresh showcase."""
 
 import os
 import sys

@@ -21,7 +21,7 @@ QByteArray identifyWidgetAtCursor(const Request& request, STApplicationProxy& re
 // Sections: window, path. Puts the cursor on the widget's top-left corner and replies with its class name. Unlike
 // the widget commands it knows object names only, no derived ones.
 QByteArray locateWidget(const Request& request, STApplicationProxy& registry);
-// What that command does with the widget that it has found; returns its reply.
+// The second half of that command, for the widget that it has found; returns its reply.
 QByteArray putCursorOnto(QWidget* widget);
 // Sections: ignored, object name. The screen rectangle of a tray icon.
 QByteArray locateTrayIcon(const Request& request, STApplicationProxy& registry);

@@ -81,7 +81,7 @@ void scrollTo(const QPointer<QWidget>& widget, const QPoint& point)
     living(widget);
 }
 
-// What the mouse reaches in the widget's window at a point of the widget, if that is neither the widget nor inside it.
+// The widget that the mouse would reach at a point of this widget's window; empty if that is the widget or inside it.
 QString whatCovers(const QWidget* widget, const QPoint& point)
 {
     const QWidget* window = widget->window();

@@ -8,12 +8,12 @@ class CPyTestProxy;
 
 namespace agent {
 
-// What makes the application reachable for the test scripts of an outside tool.
+// Makes the application reachable for the test scripts of an outside tool.
 struct TestToolHook
 {
     // -1: no hook library; 0: it is loaded, but its wrapper does not listen; else the port on which it does.
     qint32 port = -1;
-    // What the scripts call; null with -1. Deleted when the application quits.
+    // The object that the scripts call; null with -1. Deleted when the application quits.
     LmSquishProxy::CPyTestProxy* scriptProxy = nullptr;
 };
 

@@ -9,7 +9,7 @@ namespace LmSquishProxy {
 
 class CInternalSquishProxyCleanup;
 
-// What test scripts call inside the application, by slot name, through Qt's meta-object system: the search
+// Test scripts call these slots inside the application, by name, through Qt's meta-object system: the search
 // for widgets by hierarchical name (hierarchicalname.h), click positions, the state of dock widgets, the
 // search for tray icons. The slots' names, order and parameter names are the scripts' interface. Pointers to
 // widgets that do not live any more are taken as no widget. Never shown. Lives until the application quits,
@@ -38,7 +38,7 @@ public Q_SLOTS:
     QPoint getCheckBoxCheckClickPos(QWidget* pCheckBox);
     QPoint getGroupBoxCheckClickPos(QWidget* pGroupBox);
     QPoint getRadioButtonClickPos(QWidget* pRadioButton);
-    // Of the dock widgets behind the same tab bar, the one that is shown; null when there is none.
+    // The one that is shown among the dock widgets behind the same tab bar; null when there is none.
     QWidget* getActivatedSiblingDockWidget(QWidget* pDockWidget);
     // Whether the dock widget is shown in the active window.
     bool isDockWidgetActive(QWidget* pDockWidget);

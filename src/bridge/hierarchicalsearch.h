@@ -19,7 +19,7 @@ enum class SearchError {
 // "NoError", "WidgetAmbiguousError", ...
 QString searchErrorName(SearchError error);
 
-// What to look for, see hierarchicalname.h, and where.
+// A search: what for, see hierarchicalname.h, and where.
 struct HierarchicalQuery
 {
     QStringList name;

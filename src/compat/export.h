@@ -2,7 +2,7 @@
 
 #include <QtCore/QtGlobal>
 
-// What the agent's library offers to the application. Where a linker script decides, src/agent/exports.map names the same.
+// Marks the functions and classes that the agent's library exports. Where a linker script decides, src/agent/exports.map names the same.
 #ifdef QTDRIVER_LIBRARY
 #define QTDRIVER_EXPORT Q_DECL_EXPORT
 #else

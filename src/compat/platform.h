@@ -1,6 +1,6 @@
 #pragma once
 
-// What the agent needs of the operating system. No Qt here: the two forms of this file's functions
+// Services of the operating system that the agent needs. No Qt here: the two forms of this file's functions
 // (platform_posix.cpp, platform_windows.cpp) are compiled by themselves for the platform they serve.
 namespace compat {
 
@@ -18,7 +18,7 @@ void sleepMilliseconds(int milliseconds);
 // Sets a variable in the environment of this process and of those that it starts, in the 8-bit encoding of the system.
 void setEnvironmentVariable(const char* name, const char* value);
 
-// What stands between the folders of a path, as the system itself writes it.
+// Separator between the folders of a path, as the system itself writes it.
 extern const char directorySeparator;
 
 } // namespace compat

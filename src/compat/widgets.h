@@ -11,7 +11,7 @@ class QMouseEvent;
 class QPixmap;
 class QWidget;
 
-// What Qt's majors spell differently about widgets, events and sockets.
+// Widgets, events and sockets, where Qt's majors spell things differently.
 namespace compat {
 
 // A mouse event for the target at a point in global coordinates, with all the positions that a real one has: in the

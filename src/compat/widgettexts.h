@@ -6,7 +6,7 @@ class QWidget;
 
 namespace compat {
 
-// What a line edit, a text edit or a combo box shows as long as it is empty; empty for other widgets. Qt 4 has it for line
+// Placeholder text of a line edit, a text edit or a combo box; empty for other widgets. Qt 4 has it for line
 // edits only.
 QString placeholderText(const QWidget* widget);
 

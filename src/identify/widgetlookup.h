@@ -8,7 +8,7 @@ namespace identify {
 
 class WidgetPath;
 
-// What a search for one widget below a window found.
+// Result of a search for one widget below a window.
 struct WidgetLookup
 {
     LookupError error = WidgetNotFoundError; // NoError, WidgetNotFoundError, -NotVisible- or -AmbiguousError

@@ -6,7 +6,7 @@ struct QMetaObject;
 
 namespace locate {
 
-// What was told of a class, for one walk through a window: most widgets are of the class of the one before, and nearly all
+// Remembers a value for each class during one walk through a window: most widgets are of the class of the one before, and nearly all
 // of one that was met. An application can unload the code of its classes, so it is not kept.
 template <class Value>
 class ClassMemo

@@ -18,7 +18,7 @@ struct Item
         states; // "selected", "current", "disabled", "checked", "partly checked", "expanded", "collapsed", "menu"
 };
 
-// What a widget has of them, as the user sees it.
+// The items of a widget, as the user sees them.
 struct Items
 {
     QStringList header; // of the columns, in a view that shows it

@@ -5,7 +5,7 @@
 
 namespace locate {
 
-// What is told of a widget by its class, or by the nearest base class that there is a row for.
+// Facts that follow from the class of a widget, or from its nearest base class that there is a row for.
 struct WidgetKind
 {
     const char* className;

@@ -57,7 +57,7 @@ const QWidget* fieldOf(const QWidget* buddy)
     return field ? field : buddy;
 }
 
-// What a label of the item is the label of: a label, too, where there is nothing else.
+// The widget that a label of the item belongs to: itself a label where there is nothing else.
 const QWidget* fieldOf(const QLayoutItem* item)
 {
     const QWidget* field = firstField(item);
@@ -150,7 +150,7 @@ bool Labels::isLabel(const QWidget* label, TextVisitor& visitor) const
     return reader && reader(label, visitor);
 }
 
-// Of two labels by the same rule the first one counts.
+// The first of two labels by the same rule counts.
 void Labels::keepBetter(Sources& kept, const Source& source)
 {
     const Source*& other = kept[source.field];

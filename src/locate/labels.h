@@ -20,8 +20,8 @@ namespace locate {
 class TextVisitor;
 class WidgetKinds;
 
-// What names the fields of a window to a user's eye: found in one pass, and to be used before anything else happens to the
-// window. Of several labels of one widget it is, in this order: one whose buddy it is; the label of its row in a form
+// The labels by which a user knows the fields of a window: found in one pass, and to be used before anything else happens
+// to the window. A widget with several labels has the first of these: one whose buddy it is; the label of its row in a form
 // layout; the label right before it in its row of a grid layout or in a horizontal box layout; the title of the group box
 // that holds nothing else. Where a row holds a layout or a plain container, the label is that of the first field in it.
 class Labels

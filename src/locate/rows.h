@@ -13,7 +13,7 @@ namespace locate {
 // So many rows are gone through at most where nothing but that tells which ones are in sight, or how many are not.
 const int mostSteps = 2000;
 
-// What the kinds of views tell differently. This is for any view: its rows can be anywhere.
+// The differences between the kinds of views. This class is for any view: its rows can be anywhere.
 class Rows
 {
 public:

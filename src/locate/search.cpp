@@ -129,7 +129,7 @@ Widgets atPosition(const Step& step, const Widgets& widgets)
     return index <= last ? Widgets{widgets[static_cast<std::size_t>(index)]} : Widgets();
 }
 
-// What the steps found one after the other, until one found nothing.
+// The widgets that each step found, up to the first one that found nothing.
 struct StepResults
 {
     Widgets found;

@@ -4,7 +4,7 @@
 
 namespace locate {
 
-// What in a text that the application has set is not shown as it stands.
+// The markup in a text that the application has set, which is not shown as it stands.
 enum class Markup {
     None, // nothing
     Mnemonics, // "&" marks the next character, "&&" is an "&", and what follows a tab is a shortcut

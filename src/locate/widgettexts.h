@@ -23,7 +23,7 @@ public:
 // One kind of texts of a widget. They are told to the visitor until one is enough, which is the result.
 using TextReader = bool (*)(const QWidget* widget, TextVisitor& visitor);
 
-// What an entry field shows as long as it is empty.
+// The text that an entry field shows as long as it is empty.
 bool readPlaceholder(const QWidget* widget, TextVisitor& visitor);
 bool readToolTip(const QWidget* widget, TextVisitor& visitor);
 bool readAccessibleName(const QWidget* widget, TextVisitor& visitor);

@@ -5,7 +5,7 @@
 
 namespace preload {
 
-// What is behind the last slash.
+// The part behind the last slash.
 inline const char* fileNameOf(const char* path)
 {
     const char* const slash = std::strrchr(path, '/');

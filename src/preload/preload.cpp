@@ -1,4 +1,4 @@
-// What a launcher puts into LD_PRELOAD to drive an application that knows nothing of it.
+// The library that a launcher puts into LD_PRELOAD to drive an application that knows nothing of it.
 //
 // Every event loop of Qt starts in QEventLoop::exec(). Applications and Qt's other libraries find it by its
 // name, so the definition here comes first for dialogs, menus and loops of the application's own.
@@ -60,7 +60,7 @@ void* nextDefinition(const char* symbol, const void* caller)
     return preload::LoadedLibrary(module.dli_fname).function<void*>(symbol);
 }
 
-// What Qt's own functions answer when there is nothing to run.
+// Result of Qt's own functions when there is nothing to run.
 const int loopDidNotRun = -1;
 
 } // namespace

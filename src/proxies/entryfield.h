@@ -4,7 +4,7 @@
 
 namespace proxies {
 
-// What the proxies of entry fields share: the ways in which a user's mouse and keys get a text into a field.
+// Used by the proxies of entry fields: the ways in which a user's mouse and keys get a text into a field.
 // Each key lets the application react, and its slots may delete the field. Whatever is left to be typed then
 // raises "Internal error, proxy without widget" instead of reaching another widget.
 class EntryField : public STWidgetProxy

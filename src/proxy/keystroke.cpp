@@ -60,7 +60,7 @@ int keyOfCode(uint code)
     return static_cast<int>(code <= 0xff && upper > 0xff ? code : upper);
 }
 
-// What X11 makes of a character while Ctrl is held.
+// The character that X11 makes of this one while Ctrl is held.
 ushort controlCharacter(ushort character)
 {
     if ((character >= '@' && character < '\x7f') || character == ' ')

@@ -14,7 +14,7 @@ struct Word
     Value value;
 };
 
-// What the text stands for, exactly and case-sensitively; null when the table does not have it.
+// The value that the text stands for, exactly and case-sensitively; null when the table does not have it.
 template <class Value, std::size_t size>
 const Value* valueOf(const Word<Value> (&words)[size], const QString& text)
 {

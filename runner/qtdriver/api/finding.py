@@ -14,7 +14,7 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 
 class Finder(ABC):
-    """What widgets are found in: a window, or a widget."""
+    """Base of windows and widgets: finds the widgets that are in it."""
 
     def find(
         self,
@@ -76,4 +76,4 @@ class Finder(ABC):
 
     @abstractmethod
     def find_by(self, found: "Locator | str") -> "FoundWidget":
-        """What a locator finds in here: find_by('QGroupBox text="Size" >> QRadioButton first')."""
+        """The widget in here that a locator finds: find_by('QGroupBox text="Size" >> QRadioButton first')."""

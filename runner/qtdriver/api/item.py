@@ -135,7 +135,7 @@ class WidgetItem:
         return self.widget.read("itemIsEnabled", str(self.address), timeout=timeout) is True
 
     def text(self, *, timeout: Optional[float] = None) -> str:
-        """What it shows; in lists, trees and tables."""
+        """The text that it shows; in lists, trees and tables."""
         return str(self._read_in_view("itemData", timeout))
 
     def _served(self, timeout: Optional[float]) -> str:

@@ -28,7 +28,7 @@ Send = Callable[[Connection, str, Address], object]
 
 
 class KeyInput(ABC):
-    """What takes keys: a window, which gives them to the widget that has the focus, or a widget.
+    """Base of all that takes keys: a widget, or a window, which gives them to the widget that has the focus.
 
     Keys go the way of a user's: shortcuts, menus and default buttons see them. No input method takes part. They need an
     agent with extensions. `timeout` is how many seconds the methods wait, by default as long as the application says.
@@ -84,7 +84,7 @@ class KeyInput(ABC):
 
 
 class WidgetInput(KeyInput):
-    """What widgets take besides. Attributes are those of Widget."""
+    """Input that only widgets take. Attributes are those of Widget."""
 
     window: "Window"
     path: Address

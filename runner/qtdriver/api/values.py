@@ -15,7 +15,7 @@ _NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
 class WidgetValues:
-    """What a widget tells beyond single properties."""
+    """Reads values of a widget that take more than a single property."""
 
     read: Callable[..., Value]
 

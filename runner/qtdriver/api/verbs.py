@@ -1,4 +1,4 @@
-"""What people try first on a widget: other words for what it can do, its items, and the menus that it opens."""
+"""The words that people try first on a widget, its items, and the menus that it opens."""
 
 from __future__ import annotations
 

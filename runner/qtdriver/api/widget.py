@@ -75,7 +75,7 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         return self._title
 
     def as_locator(self) -> Locator:
-        """What finds it, as the agent's extensions take it."""
+        """The locator that finds it, for the agent's extensions."""
         if self._search is not None:
             return self._search.locator
         return as_locator(self.path)

@@ -66,7 +66,7 @@ class CornerButtonError(QtDriverError):
 
 
 class OldAgentError(QtDriverError):
-    """What was asked for needs a newer agent than the application has. Nothing was done.
+    """The call needs a newer agent than the application has. Nothing was done.
 
     Attributes:
         extension: the extension of the protocol that the agent lacks, such as "+press".

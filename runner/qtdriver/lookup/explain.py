@@ -210,7 +210,7 @@ _LOCATED: Dict[Type[ReplyError], str] = {
 
 
 def _located(error: ReplyError) -> List[str]:
-    """What the agent has told with the refusal of a locator."""
+    """Lines for the candidates that the agent named as it refused a locator."""
     lines = [f"  {describe_node(candidate)}" for candidate in error.candidates]
     return [_LOCATED[type(error)], *lines] if lines else []
 

@@ -1,4 +1,4 @@
-"""What items there are, for the message of a request that named another one."""
+"""Lists the items of a widget, for the message that there is none of a name."""
 
 from __future__ import annotations
 
@@ -65,7 +65,7 @@ def _entries(connection: Connection, window: str, path: Address) -> Tuple[str, .
 
 
 def _explain_item(connection: Connection, window: str, path: Address, item: str, widget_class: str) -> str:
-    """What there is instead of `item`; empty when the widget has it, or lists none."""
+    """The items that there are instead of `item`; empty when the widget has it, or lists none."""
 
     def read(name: str, argument: Optional[str] = None) -> object:
         return connection.read_property(window, path, name, argument, widget_class=widget_class)

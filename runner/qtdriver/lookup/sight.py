@@ -1,4 +1,4 @@
-"""What the user sees in a window and can use, told for the message of what was not found."""
+"""Lists the widgets that the user sees in a window and can use, for the message that one was not found."""
 
 from __future__ import annotations
 

@@ -161,7 +161,7 @@ class Snapshot:
 
 
 def outline(root: SnapshotNode) -> str:
-    """What the widgets are and show, one line each, indented as they are within each other.
+    """An outline of the widgets and their texts, one line each, indented as they are within each other.
 
     Widgets that only hold others are left out, scroll bars and the like, and labels that are told with their field. The
     states, values and items are those that a person would look for; the nodes tell them all.

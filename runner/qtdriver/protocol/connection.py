@@ -75,7 +75,7 @@ class Connection(ExtendedChannel):
         return path_locator(path)
 
     def checked_address(self, path: Address) -> Address:
-        """What an action takes in place of `path` so that the agent checks first whether a user could do it: a locator.
+        """The locator to use in place of `path` so that the agent checks before it acts whether a user could.
 
         It is the path itself where the agent lacks extensions, and for the special names, which no locator has.
         """

@@ -42,7 +42,7 @@ Text = Union[str, Containing, Pattern[str]]
 
 @dataclass(frozen=True)
 class Locator:
-    """What finds a widget. The methods of a connection take it in place of a path.
+    """A description that finds a widget. The methods of a connection take it in place of a path.
 
     Attributes:
         text: as the agent reads it.
@@ -58,7 +58,7 @@ class Locator:
         return self.name or self.call or self.text
 
     def within(self, outer: "Locator") -> "Locator":
-        """What this finds within what `outer` finds."""
+        """A locator for the widgets of this one that are inside the widget of `outer`."""
         return Locator(f"{outer.text} >> {self.text}", f"{outer.call}.{self.call}")
 
     def at(self, position: str, call: str) -> "Locator":
@@ -111,7 +111,7 @@ def path_locator(path: str) -> Locator:
 
 
 def as_locator(path: Address) -> Locator:
-    """What finds the widget at an address: the locator that it is, or the one for the path."""
+    """The locator for an address: itself, or that of the path."""
     return path if isinstance(path, Locator) else path_locator(path)
 
 
@@ -126,7 +126,7 @@ def raw_locator(text: str) -> Locator:
 
 
 def address(text: str) -> Address:
-    """What a person writes for a widget: a path of names, or a locator, which has a condition such as text="Save"."""
+    """The address that a person has written: a path of names, or a locator, which has a condition such as text="Save"."""
     return raw_locator(text) if _CONDITION.search(text) else text
 
 

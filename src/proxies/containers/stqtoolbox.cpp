@@ -14,7 +14,7 @@ namespace {
 const char notFoundMessage[] = "activate, ToolBoxButton not found";
 const char disabledMessage[] = "activate, ToolBoxButton is disabled";
 
-// What Qt names the header of each page.
+// Object name that Qt gives the header of each page.
 const QLatin1String headerName("qt_toolbox_toolboxbutton");
 
 QStringList itemTexts(const QToolBox& box)

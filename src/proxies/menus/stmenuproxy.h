@@ -7,7 +7,7 @@
 class QAction;
 class QMenu;
 
-// What menus and menu bars share: choosing an item by its path with the keyboard, as a user does.
+// Base of menus and menu bars: choosing an item by its path with the keyboard, as a user does.
 class STMenuProxy : public STWidgetProxy
 {
 protected:

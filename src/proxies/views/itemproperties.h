@@ -29,7 +29,7 @@ QVariant propertyValue(const ViewProperty (&ofView)[viewRows], const ItemPropert
     return isItemName(name) ? proxy::valueOf(ofItem, name, view, findItem()) : QVariant();
 }
 
-// What list and tree views tell of an item, all bools.
+// Properties of an item in list and tree views, all of them bools.
 QVariant itemIsEnabled(const QAbstractItemView& view, const QModelIndex& item);
 QVariant itemIsSelectable(const QAbstractItemView& view, const QModelIndex& item);
 QVariant itemIsSelected(const QAbstractItemView& view, const QModelIndex& item);

@@ -5,7 +5,7 @@
 
 namespace views {
 
-// What tests name in an application's model, which may be less forgiving than Qt's own.
+// Cells, texts and headers that tests name, read from an application's model, which may be less forgiving than Qt's own.
 
 // The index of a cell, invalid when there is none: the model is not asked for what is out of its range.
 QModelIndex cellAt(const QAbstractItemModel* model, int row, int column, const QModelIndex& parent);

@@ -162,7 +162,7 @@ void ItemViewProxy::pressUntil(Axis axis, const ItemPlace& place, int key, Qt::K
         keyClick(key, modifiers);
         if (current() == goal())
             return;
-        // What comes in behind a hidden goal, from a model that always has more, makes the walk no longer.
+        // A model that always has more may add rows behind a hidden goal: they make the walk no longer.
         if (isForward ? current() > goal() : current() < goal())
             most = qMin(most, pressesPerSection * count());
     }

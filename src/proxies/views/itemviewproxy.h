@@ -29,7 +29,7 @@ private:
 // when no item is current, an empty one when the current item is out of sight.
 QRect currentItemRect(const QAbstractItemView& view);
 
-// What list views, tree views and tables share: a user works at their current item, with the keyboard and the
+// Base of list views, tree views and tables: a user works at their current item, with the keyboard and the
 // mouse. Keys run code of the application, which may do anything to the view: nothing here keeps a pointer
 // across them.
 class ItemViewProxy : public STWidgetProxy

@@ -6,7 +6,7 @@ class QAbstractItemView;
 
 namespace views {
 
-// What there is once for rows, which the vertical header names, and once for columns, which the horizontal one names.
+// A value for rows, which the vertical header names, and one for columns, which the horizontal header names.
 template <class Value>
 struct PerHeader
 {

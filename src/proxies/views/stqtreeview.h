@@ -16,7 +16,7 @@ public:
     void enter(const QVariant& value) override;
     // Goes to the current item's centre, visible or not; see ItemMouseCommand.
     void mouseAction(const QVariant& command) override;
-    // Of the tree, and by an item path of an item; "itemIsEnabled" is listed twice.
+    // Properties of the tree, and of an item by its path; "itemIsEnabled" is listed twice.
     QStringList pseudoPropertyNames() override;
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 

@@ -30,7 +30,7 @@ private Q_SLOTS:
 
 private:
     CycleGuard circle;
-    // What a period has gained so far. Rows can come in a burst, from a folder that is read: only several periods on end
+    // Progress within the current period. Rows can come in a burst, from a folder that is read: only several periods on end
     // that gain nothing tell of a walk without an end.
     std::clock_t periodBegin;
     qint64 gained = 0;
