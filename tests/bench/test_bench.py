@@ -17,7 +17,7 @@ import inprocess  # noqa: E402
 import table  # noqa: E402
 from rows import RESOLVE  # noqa: E402
 
-# What Qt's own calls take for the same grows with the number of widgets, and further where the processor's caches end,
+# The time of Qt's own calls for the same grows with the number of widgets, and further where the processor's caches end,
 # how far depends on the machine and its other processes. Ours grows as they do; what compares every widget with every
 # other one, or copies all for each, grows ten times as much.
 MOST_GROWTH = 3

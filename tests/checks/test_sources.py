@@ -1,4 +1,4 @@
-"""What holds for the sources as a whole: layers, conditionals, formatting, types, sizes."""
+"""Rules for the sources as a whole: layers, conditionals, formatting, types, sizes."""
 
 import re
 import subprocess
@@ -91,6 +91,22 @@ def test_no_file_is_over_400_lines():
         and (length := len(source.read_text().splitlines())) > 400
     ]
     assert long == []
+
+
+def test_comments_begin_with_their_subject():
+    """One that begins with a relative clause ("What the reader has ...") is only understood at its end."""
+    mark = r"(?://|#|\"\"\")"
+    relative_clause = re.compile(rf"^\s*{mark} ?(What|Of)\b")
+    comment = re.compile(rf"^\s*{mark}")
+    found = []
+    for source in tracked("src", "runner", "bench", "tests", "examples", "scripts"):
+        if source.suffix not in (".cpp", ".h", ".py", ".sh", ".txt"):
+            continue
+        lines = source.read_text().splitlines()
+        for number, (before, line) in enumerate(zip(["", *lines], lines), start=1):
+            if relative_clause.match(line) and not comment.match(before):
+                found.append(f"{source.relative_to(ROOT)}:{number}: {line.strip()}")
+    assert found == []
 
 
 def test_cpp_sources_are_formatted():

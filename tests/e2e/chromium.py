@@ -29,7 +29,7 @@ _ELEMENT = "element-6066-11e4-a52e-4f735466cecf"
 
 
 class BrowserError(Exception):
-    """What the driver of the browser refused."""
+    """The driver of the browser refused a command."""
 
 
 class Browser:
@@ -66,7 +66,7 @@ class Browser:
         self._call("POST", "/url", {"url": file.absolute().as_uri() + fragment})
 
     def run(self, script, *arguments):
-        """What the body of a function returns in the page."""
+        """The value that the body of a function returns in the page."""
         return self._call("POST", "/execute/sync", {"script": script, "args": list(arguments)})
 
     def command(self, name, **parameters):
@@ -74,7 +74,7 @@ class Browser:
         return self._call("POST", "/goog/cdp/execute", {"cmd": name, "params": parameters})
 
     def texts(self, selector):
-        """What a user reads in the elements that can be seen."""
+        """The text that a user reads in the elements that can be seen."""
         script = """return [...document.querySelectorAll(arguments[0])]
             .filter((one) => one.checkVisibility()).map((one) => one.innerText)"""
         return self.run(script, selector)

@@ -1,4 +1,4 @@
-"""What the tests of the runner share: the package on the path, a fake agent, a build with an empty agent."""
+"""Shared by the tests of the runner: the package on the path, a fake agent, a build with an empty agent."""
 
 import subprocess
 import sys

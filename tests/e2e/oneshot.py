@@ -17,14 +17,14 @@ QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
 
 def qtdriver(*arguments, status=0):
-    """What a command prints, which ends with this status."""
+    """The output of a command, which ends with this status."""
     finished = subprocess.run([QTDRIVER, *arguments], capture_output=True, text=True, timeout=60)
     assert finished.returncode == status, finished.stdout + finished.stderr
     return (finished.stderr if status else finished.stdout).rstrip("\n")
 
 
 def data(*arguments, status=0):
-    """What a command prints as JSON."""
+    """The JSON that a command prints."""
     finished = subprocess.run([QTDRIVER, *arguments, "--json"], capture_output=True, text=True, timeout=60)
     assert finished.returncode == status, finished.stdout + finished.stderr
     return json.loads(finished.stdout)

@@ -120,7 +120,7 @@ def read_to_end(connected):
 
 
 def queues_of(connected):
-    """What waits in the kernel at the other side of a connection: bytes to be sent, bytes to be read."""
+    """Bytes that wait in the kernel at the other side of a connection: to be sent, to be read."""
     port = f":{connected.getpeername()[1]:04X}"
     for line in Path("/proc/net/tcp").read_text().splitlines()[1:]:
         fields = line.split()

@@ -113,7 +113,7 @@ class Project:
         return self.finish(self.start(*arguments))
 
     def processes(self):
-        """What runs for this project now: process ids and command lines."""
+        """Processes that run for this project now: ids and command lines."""
         found = {}
         for pid in linux.Launch(MARK, self.mark).processes():
             try:

@@ -9,7 +9,7 @@ from showcase import running
 
 @pytest.fixture(scope="module")
 def words():
-    """What can be typed for a showcase."""
+    """A console for a showcase."""
     with running() as (_, app):
         yield Words(app)
 

@@ -1,4 +1,4 @@
-"""What the documents show runs as their text says: the first tests, the installation, the samples side by side."""
+"""Code in the documents runs as their text says: the first tests, the installation, the samples side by side."""
 
 import os
 import re
@@ -50,7 +50,7 @@ def speedcrunch():
 
 
 def run(folder, command):
-    """What a command prints, which has to end well."""
+    """The output of a command, which has to end well."""
     done = subprocess.run(
         command, shell=True, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True
     )

@@ -1,4 +1,4 @@
-"""What is said when the showcase dies or hangs under a test."""
+"""Messages for a showcase that dies or hangs under a test."""
 
 import os
 import signal

@@ -1,4 +1,4 @@
-"""What a test author reads when something is not found, is blocked, ends or hangs: the texts themselves."""
+"""Messages for a test author when something is not found, is blocked, ends or hangs: the texts themselves."""
 
 import re
 import textwrap

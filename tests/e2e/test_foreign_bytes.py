@@ -1,4 +1,4 @@
-"""What the runner reads and has not written: any bytes are read, or are the one error that the reader documents.
+"""Readers of bytes that the runner has not written: any bytes are read, or are the one error that the reader documents.
 
 The examples are made up by hypothesis, the same ones in each run. What was found is kept as an example of its own.
 """
@@ -53,7 +53,7 @@ def made_up(count=150):
 
 
 def read_or_refused(read, data, *refusals):
-    """What `read` makes of the data; None when it raises one of the errors that it may raise."""
+    """The result of `read` for the data; None when it raises one of the errors that it may raise."""
     try:
         return read(data)
     except refusals:

@@ -85,7 +85,7 @@ def sleeping_window_manager(seconds):
 
 
 def noted_of_the_pad(window):
-    """What the application's journal has of the pad, without the places."""
+    """The entries of the application's journal for the pad, without the places."""
     lines = window.widget("journal").read("plainText").splitlines()
     return [line.partition(":")[0] for line in lines if "tastingPad" in line]
 
@@ -120,7 +120,7 @@ def test_the_mouse_waits_for_another_window_to_go_and_then_acts_once(request, ag
     with cover(SECONDS):
         act(window.widget("tastingPad"))
     assert refused_as_hidden(window), "there was something to wait for"
-    # What is clicked last is handled last: whatever else the pad got is in the journal by then.
+    # The last click is handled last: whatever else the pad got is in the journal by then.
     window.widget("brewButton").click()
     eventually(window.widget("clickCount")).has(text="1")
     assert noted_of_the_pad(window) == noted

@@ -1,4 +1,4 @@
-"""What the plugin keeps of tests: bundles of failures, traces, the page."""
+"""Files that the plugin keeps of tests: bundles of failures, traces, the page."""
 
 import json
 import re

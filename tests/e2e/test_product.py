@@ -1,4 +1,4 @@
-"""What the products export and need."""
+"""The symbols and libraries that the products export and need."""
 
 import os
 import re

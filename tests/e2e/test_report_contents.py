@@ -1,4 +1,4 @@
-"""What a page makes of any results and traces: hostile texts, much of everything, nothing at all."""
+"""The page for all kinds of results and traces: hostile texts, much of everything, nothing at all."""
 
 import json
 

@@ -1,4 +1,4 @@
-"""What a Recorder writes of tests of the showcase, and that tests do not notice it."""
+"""A Recorder writes down tests of the showcase, which do not notice it."""
 
 import json
 import os

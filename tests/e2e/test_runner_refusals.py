@@ -1,4 +1,4 @@
-"""What the runner refuses, as its keys and clicks would do something else than was asked for: an application says so."""
+"""Refusals of the runner where keys and clicks would do something else than was asked for: an application says so."""
 
 import pickle
 import sys
@@ -253,7 +253,7 @@ def test_a_bar_without_other_widgets_costs_no_request_more(start):
 
 
 def say(window, *lines):
-    """What the console says and complains of at these lines."""
+    """The console's answers and complaints at these lines."""
     said, complaints = [], []
     Dialogue(window.app, said.append, complaints.append, echo=False).run(lines)
     return "\n".join(map(str, said)), "\n".join(map(str, complaints))

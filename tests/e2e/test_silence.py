@@ -8,7 +8,7 @@ from showcase import running
 from qtdriver import CommandError, eventually
 
 ARGUMENTS = (None, "", "1", "1:1", "V:1", "nothing")
-"""Of the pseudo-properties, some of which take one."""
+"""Arguments for the pseudo-properties, some of which take one."""
 DIALOGS = {
     "newOrderButton": "cancelOrderButton",
     "nameBlendButton": "Cancel_dialog_button",
@@ -92,7 +92,7 @@ def printed(app):
 
 @pytest.fixture(scope="module")
 def silence():
-    """What was read of the showcase, and the lines that it had printed before and has printed since."""
+    """The values read of the showcase, the lines that it had printed before, and those since."""
     with running() as (_, app):
         before = printed(app)
         reader = read_showcase(app)

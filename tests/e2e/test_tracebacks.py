@@ -79,7 +79,7 @@ def runs(tmp_path_factory):
 
 
 def sections(output):
-    """What pytest says of each failure, by the name of the test."""
+    """Pytest's text for each failure, by the name of the test."""
     failures = output.split(" FAILURES ", 1)[1]
     parts = re.split(r"^_{3,} test_(\w+) _{3,}$", failures, flags=re.MULTILINE)
     return dict(zip(parts[1::2], parts[2::2]))

@@ -38,7 +38,7 @@ def selected(extras):
     return [text for text in extras.items() if extras.item(text).is_selected()]
 
 
-# What is seen is found
+# Widgets are found by what is seen
 
 
 def test_a_button_is_found_by_its_text_although_it_has_a_name(window):

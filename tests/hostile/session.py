@@ -58,7 +58,7 @@ class Ended(Exception):
 
 @dataclass
 class Result:
-    """What came of a session."""
+    """The outcome of a session."""
 
     played: int = 0
     ended_early: bool = False
@@ -179,7 +179,7 @@ class Session:
         self._folder.cleanup()
 
     def deeds(self) -> List[str]:
-        """What the application has done to itself so far, a line for each deed."""
+        """The application's deeds to itself so far, a line for each."""
         return [line for line in _text(self._journal).splitlines() if line.startswith("deed ")]
 
     def _report(self) -> str:

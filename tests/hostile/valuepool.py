@@ -155,7 +155,7 @@ ACTIVATIONS: Dict[str, Pool] = {
     "QDockWidget": one_of((None,)),
     "QFileDialog": one_of(FILES),
 }
-"""What command 5 takes, by the class that serves the widget."""
+"""Values for command 5, by the class that serves the widget."""
 
 ENTRIES: Dict[str, Pool] = {
     "QLineEdit": one_of(TEXTS, LINES),
@@ -171,7 +171,7 @@ ENTRIES: Dict[str, Pool] = {
     "QTableView": one_of(ITEMS),
     "QTableWidget": one_of(ITEMS),
 }
-"""What command 6 takes."""
+"""Values for command 6."""
 
 OPTIONS: Dict[str, Pool] = {
     "QMenuBar": one_of(STATES),

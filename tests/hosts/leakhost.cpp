@@ -38,7 +38,7 @@
 
 namespace {
 
-// What a leak of each kind looks like, planted by reading a property.
+// Plants a leak of each kind when a property is read.
 class Leaky : public QWidget
 {
     Q_OBJECT

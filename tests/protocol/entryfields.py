@@ -1,4 +1,4 @@
-"""What the tests of entry fields share."""
+"""Shared by the tests of entry fields."""
 
 import re
 

@@ -179,7 +179,7 @@ class HostApp:
                 return self.journal.pop()
 
     def agent_state(self):
-        """What the application says of its agent's socket."""
+        """The state of the agent's socket, by the application's own account."""
         self.do("agentState")
         return self.journal.pop()
 

@@ -9,7 +9,7 @@ from hostapp import DEADLINE, HostApp, hexed
 BYTES_PER_REQUEST = 8
 """A leak of one pointer per request is more than that: the smallest piece of a heap has 16 bytes."""
 BATCHES = 3
-"""What is not left by every batch of rounds is a cache that has grown, and no leak."""
+"""A leak shows in every batch of rounds; growth in only some of them is that of a cache."""
 NEXT_TRY = ("2,Window (Widget:ActivePopupWidget)", "4,")
 """Replies of windows that are about to open or to close."""
 
@@ -181,13 +181,13 @@ class LeakApp(HostApp):
                 self.play(request)
 
     def stock(self):
-        """What the application uses at rest."""
+        """The application's use of memory and of all else at rest."""
         self.settle()
         self.do("takeStock")
         return {name: int(self.get("usage", name)) for name in ("heap", "files", "widgets", "objects")}
 
     def growths(self, play, rounds):
-        """What each batch of so many rounds leaves behind, after a first batch that fills the caches."""
+        """Growth in each batch of so many rounds, after a first batch that fills the caches."""
         play(rounds)
         stocks = [self.stock()]
         for _ in range(BATCHES):
@@ -199,7 +199,7 @@ class LeakApp(HostApp):
         }
 
     def growth_of_requests(self, requests, rounds):
-        """What every batch leaves behind."""
+        """Growth in every batch."""
         growths = self.growths(lambda count: self.play_rounds(requests, count), rounds)
         return {name: min(batches) for name, batches in growths.items()}
 
@@ -220,7 +220,7 @@ class LeakApp(HostApp):
 
 
 def excess(growth, requests, rounds, bytes_of_menu):
-    """What is left behind and must not be: all but half of the smallest piece of memory for each request."""
+    """Growth that is a leak: all but half of the smallest piece of memory for each request."""
     of_menus = max(0, bytes_of_menu) * sum(request.menus for request in requests)
     allowed = {"heap": rounds * (BYTES_PER_REQUEST * len(requests) + of_menus)}
     return {name: count for name, count in growth.items() if count > allowed.get(name, 0)}

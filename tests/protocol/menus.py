@@ -1,4 +1,4 @@
-"""What the tests of menus share: how the host programs tell of keys, popups and the keyboard's owner."""
+"""Shared by the tests of menus: how the host programs tell of keys, popups and the keyboard's owner."""
 
 import pytest
 

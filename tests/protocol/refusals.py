@@ -1,4 +1,4 @@
-"""What a refused request leaves behind in the application: nothing."""
+"""A refused request leaves nothing behind in the application."""
 
 from contextlib import contextmanager
 

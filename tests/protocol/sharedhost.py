@@ -43,7 +43,7 @@ class SharedHost:
             raise
 
     def changes(self):
-        """What of the application is not as it was, after all that is open was closed again."""
+        """The parts of the application's state that are not as they were, after all that is open was closed again."""
         self.app.do("restore")
         self.app.forget()
         self.app.do("changes")

@@ -5,7 +5,7 @@ import pytest
 from hostapp import hexed
 
 FREED_MEMORY_IS_OVERWRITTEN = {"MALLOC_PERTURB_": "165"}
-"""What goes on with a deleted agent crashes, even without a sanitizer."""
+"""Code that goes on with a deleted agent crashes, even without a sanitizer."""
 
 
 @pytest.fixture

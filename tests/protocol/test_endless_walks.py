@@ -24,7 +24,7 @@ def work(app):
 
 
 def within_a_second(app, act):
-    """What `act` returns, which must take less than a second of the application's work."""
+    """Returns the result of `act`, which must take less than a second of the application's work."""
     before = work(app)
     result = act()
     assert work(app) - before < 1.0 * SLOWER

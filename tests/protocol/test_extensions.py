@@ -1,4 +1,4 @@
-"""What all extensions of the protocol have in common: their names, their texts, and unknown ones."""
+"""Rules for all extensions of the protocol: their names, their texts, and unknown ones."""
 
 import pytest
 

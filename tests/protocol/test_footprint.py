@@ -1,4 +1,4 @@
-"""What the agent leaves of itself in the process of the application: a connection, and nothing to be seen."""
+"""The agent's footprint in the process of the application: a connection, and nothing to be seen."""
 
 import signal
 from contextlib import suppress

@@ -266,7 +266,7 @@ def test_entering_is_not_implemented(plain):
         assert plain.enter(WINDOW, "bar", "s:File") == expected
 
 
-# What items do to the application
+# Effects of items on the application
 
 
 @pytest.mark.shared

@@ -27,7 +27,7 @@ def focus(app, name):
 
 
 def keys_at(app, name):
-    """What the widget has seen of keys, without its name."""
+    """The key events that the widget has seen, without its name."""
     return [
         line.replace(f" {name} ", " ") for line in app.events("keypress", "keyrelease") if f" {name} " in line
     ]

@@ -1,4 +1,4 @@
-"""What is under the cursor, where a widget is, where a tray icon is."""
+"""The widget under the cursor, the place of a widget, the place of a tray icon."""
 
 import pytest
 

@@ -1,4 +1,4 @@
-"""What the tests of item views share."""
+"""Shared by the tests of item views."""
 
 import re
 

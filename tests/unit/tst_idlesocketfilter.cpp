@@ -43,7 +43,7 @@ public:
 
     // Whether each reading handles all events, as a command does.
     bool handlesEvents = false;
-    // Of each reading, how many bytes there were.
+    // How many bytes each reading found.
     QList<int> bytes;
 
 private Q_SLOTS:

@@ -1,4 +1,4 @@
-// What of the item view proxies no request of the protocol can reach: lists of texts, ints as arguments of
+// Parts of the item view proxies that no request of the protocol can reach: lists of texts, ints as arguments of
 // properties, pseudo-properties of unknown names, other widgets. And the cost of looking up header texts.
 
 #include "errorof.h"

@@ -4,7 +4,7 @@
 
 namespace {
 
-// What a socket is to the reader: bytes that arrive in pieces, and replies that somebody has yet to read.
+// A socket as the reader sees it: bytes that arrive in pieces, and replies that somebody has yet to read.
 class Device : public QIODevice
 {
 public:

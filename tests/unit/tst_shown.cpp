@@ -1,4 +1,4 @@
-// What of a text that an application has set is shown, and so can be looked for.
+// The part of a text that is shown, and so can be looked for.
 
 #include "locate/shown.h"
 

@@ -62,7 +62,7 @@ std::vector<Described> describedBy(const QStringList& lines)
         Described one = described(line.mid(level));
         ancestors.resize(std::min(ancestors.size(), static_cast<std::size_t>(level)));
         one.parent = ancestors.empty() ? -1 : ancestors.back();
-        // What is no widget has no children, and is no window.
+        // An object that is no widget has no children, and is no window.
         const bool isWidget = one.kind != Described::Kind::TrayIcon;
         one.isWindow = isWidget && (one.isWindow || one.parent < 0);
         if (isWidget)

@@ -8,7 +8,7 @@
 
 class QComboBox;
 
-// What the widgets of RichHost are made of.
+// Parts of which the widgets of RichHost are made.
 namespace hostparts {
 
 // Items with every flag and with texts that have the separators of addresses.

@@ -82,7 +82,7 @@ extern "C" __attribute__((visibility("default"))) int LLVMFuzzerInitialize(int*,
     return 0;
 }
 
-// What applications and Qt itself keep until the end is no leak of the agent's. Short stack traces of allocations save a
+// Memory that applications and Qt itself keep until the end is no leak of the agent's. Short stack traces of allocations save a
 // third of the time; ASAN_OPTIONS=malloc_context_size=30 has them in full where a finding is looked into.
 extern "C" __attribute__((visibility("default"))) const char* __asan_default_options()
 {

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// What all fuzz targets share. LLVMFuzzerInitialize() is here, too: it makes an application on the offscreen platform
+// Shared by all fuzz targets. LLVMFuzzerInitialize() is here, too: it makes an application on the offscreen platform
 // whose clock is virtual (virtualclock.h).
 namespace fuzzing {
 
@@ -22,7 +22,7 @@ void checkEqual(const Value& actual, const Value& expected, const char* rule, co
 // The text with everything beyond printable ASCII escaped, for messages.
 QString printable(const QString& text);
 
-// What a message shows of a text: it ends where texts end in C.
+// The part of a text that a message shows: it ends where texts end in C.
 QString shown(const QString& text);
 
 // An input as Latin-1 text, so that every byte is a character, and its lines. "\u" and four hexadecimal digits are the

@@ -70,7 +70,7 @@ void Conversation::run()
     checkReplies();
 }
 
-// What is sent, up to the next deed that has the application handle events, and that deed.
+// The deeds that send something, up to the next deed that has the application handle events, and that deed.
 void Conversation::takeSteps()
 {
     bool isOver = false;
@@ -108,7 +108,7 @@ void Conversation::takeStep(char deed)
     }
 }
 
-// What the agent has not taken by then never arrives.
+// Bytes that the agent has not taken by then never arrive.
 void Conversation::end(bool closes)
 {
     flush();
@@ -130,7 +130,7 @@ void Conversation::append(const QByteArray& bytes)
         piece += bytes;
 }
 
-// What has gone out after the end does not arrive.
+// Bytes that have gone out after the end do not arrive.
 void Conversation::flush()
 {
     if (!hasEnded) {

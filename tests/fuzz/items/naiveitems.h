@@ -10,12 +10,12 @@ class QTreeView;
 // The rules of item, cell and header addresses once more, slow and obvious, to compare the agent's own with.
 namespace naive {
 
-// What an address leads to, or the message of the error.
+// The item at an address, or the message of the error.
 struct Found
 {
     QModelIndex index;
     QString error;
-    // Of a header address: the sections, -1 for none.
+    // The sections of a header address, -1 for none.
     int row = -1;
     int column = -1;
 };

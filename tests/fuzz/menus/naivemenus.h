@@ -20,12 +20,12 @@ struct FoundItem
 FoundItem findMenuItem(const Items& items, const QStringList& path);
 QStringList menuItemList(const Items& items);
 
-// What a property of a menu or menu bar tells of a path: "true", "false" or the message of the error.
+// The value of a property of a menu or menu bar for a path: "true", "false" or the message of the error.
 QString menuPathDisabled(const Items& items, const QStringList& path);
 QString barPathDisabled(const Items& items, const QStringList& path);
 QString barPathChecked(const Items& items, const QStringList& path);
 
-// What choosing a path in an open menu does: the line number of the item that is triggered, the empty text where a
+// The effect of choosing a path in an open menu: the line number of the item that is triggered, the empty text where a
 // submenu opens, or the message.
 QString chosenItem(const Items& items, const QStringList& path);
 

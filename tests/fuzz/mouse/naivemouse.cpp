@@ -67,7 +67,7 @@ QString positionError(const QStringList& shares)
     return QString();
 }
 
-// What a text of the test becomes when it is a part of a format.
+// A text of the test as it comes out when it is a part of a format.
 QString asFormat(const QString& text)
 {
     return fuzzing::shown(text).replace(QLatin1String("%%"), QLatin1String("%")).left(2047);

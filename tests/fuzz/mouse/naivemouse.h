@@ -26,7 +26,7 @@ struct MouseOutcome
     QList<SeenEvent> events;
 };
 
-// What a mouse command does to a widget whose rectangle on the screen that is.
+// The effect of a mouse command on a widget whose rectangle on the screen that is.
 MouseOutcome mouseOutcome(const QString& command, const QRect& rect);
 
 // The errors of the mouse commands that only some widgets take: those of item views, and the fixed forms of buttons,

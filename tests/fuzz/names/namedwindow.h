@@ -21,7 +21,7 @@ public:
     QWidget* window() const { return root; }
     // All widgets below the window, in the order of children.
     QList<QWidget*> widgets() const { return below; }
-    // What the widgets are called now, for messages.
+    // The widgets' present names, for messages.
     QString description() const;
 
 private:

@@ -46,7 +46,7 @@ QString valueText(const QVariant& value)
     }
 }
 
-// What a window has when it is hidden again differs from what it had before it was first shown, such as a menu's place
+// A hidden window that was shown before differs from one that never was, such as a menu's place
 // and size. Asking for a size hint makes a menu that was never open lay out its items.
 bool isAsked(const QString& property, const QWidget* widget)
 {

@@ -31,7 +31,7 @@ int countObjects(const QObject* object)
     return count;
 }
 
-// What a field keeps for undoing what was typed is its own.
+// A field's memory for undoing what was typed is its own.
 void forgetWhatWasTyped()
 {
     const QWidgetList widgets = QApplication::allWidgets();

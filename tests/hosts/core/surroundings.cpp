@@ -11,7 +11,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
 
-// What is around the windows: tray icons, the cursor, the focus, a timer, a child process.
+// Surroundings of the windows: tray icons, the cursor, the focus, a timer, a child process.
 void buildSurroundings(TestHost& host)
 {
     host.onRequest(latin1("addTrayIcons"), [] {

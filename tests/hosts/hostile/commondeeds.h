@@ -3,10 +3,10 @@
 class QObject;
 class Stage;
 
-// What an item view lets its application destroy: the editors of its items.
+// An item view lets its application destroy the editors of its items.
 bool isEditor(const QObject* object);
 
-// What applications do to themselves, sooner or later. Each is given the object whose handler runs.
+// Deeds that applications do to themselves, sooner or later. Each is given the object whose handler runs.
 
 // Structure
 void destroySender(Stage& stage, QObject* sender);

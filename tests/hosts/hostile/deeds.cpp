@@ -8,7 +8,7 @@
 
 namespace {
 
-// What a deed needs of the place where it is done.
+// A deed's requirements for the place where it is done.
 enum class Kind {
     Mild, // changes states, and runs no event loop: anywhere
     Hiding, // the same, and may close menus: where Qt is not just showing one of them within another

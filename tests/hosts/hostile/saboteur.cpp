@@ -23,7 +23,7 @@ struct SignalRow
     Place place;
 };
 
-// What Qt allows to destroy its sender, and what it does not.
+// Signals whose handlers may destroy the sender as far as Qt is concerned, and those that may not.
 const SignalRow signalRows[] = {
     {"QAbstractButton", SIGNAL(clicked()), Place::Guarded},
     {"QAbstractButton", SIGNAL(pressed()), Place::Guarded},
@@ -89,7 +89,7 @@ struct EventRow
     int rarity;
 };
 
-// Of input Qt looks after the target, if it was posted. In the middle of an activation, or of the pointer's crossing of
+// Qt looks after the target of input that was posted. In the middle of an activation, or of the pointer's crossing of
 // borders, it goes through a list of widgets; a popup that is closing stays the active one, and a modal dialog that opens
 // meanwhile waits for its end.
 const EventRow eventRows[] = {

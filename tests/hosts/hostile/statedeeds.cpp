@@ -22,7 +22,7 @@ QWidget* widgetOf(QObject* sender)
     return static_cast<QWidget*>(sender);
 }
 
-// What an application may destroy, and take elsewhere, and expect Qt to stand it.
+// Objects that an application may destroy or take elsewhere and expect Qt to stand it.
 bool isOwn(const QObject* object)
 {
     return object && object->property("own").toBool();

@@ -4,7 +4,7 @@
 
 class QAbstractItemView;
 
-// What any application can do to an item view and its model: change, replace, reset, drop, destroy it, and the same for its
+// Tricks that any application can play on an item view and its model: change, replace, reset, drop, destroy it, and the same for its
 // selection model, editors and sections. (Not: destroy the selection model, without which views cannot paint.)
 void addViewTricks(Stage& stage, QAbstractItemView* view, int depth);
 
