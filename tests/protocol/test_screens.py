@@ -31,28 +31,36 @@ def cursor(environment):
     return tuple(map(int, re.match(rb"x:(\d+) y:(\d+) ", output).groups()))
 
 
-def corner(environment):
-    """Where the windowing system has the window, in pixels of the screen."""
+def rectangle(environment):
+    """Where the windowing system has the window: left, top, width, height in pixels of the screen; None for nowhere."""
     command = ["xdotool", "search", "--onlyvisible", "--name", f"^{WINDOW}$", "getwindowgeometry", "--shell"]
     output = subprocess.run(
         command, env={**os.environ, **environment}, capture_output=True, check=False
     ).stdout
-    place = re.search(rb"X=(-?\d+)\nY=(-?\d+)\n", output)
+    place = re.search(rb"X=(-?\d+)\nY=(-?\d+)\nWIDTH=(\d+)\nHEIGHT=(\d+)\n", output)
     return tuple(map(int, place.groups())) if place else None
 
 
 def launch_at(launch, place, environment, factor, *options, screen=0):
-    """The application with its window there, in its own coordinates, when it and the windowing system agree on that."""
+    """The application with its window there, in its own coordinates, when it and the windowing system agree on that.
+
+    On a screen of another scale Qt gives the window its size some time after its place.
+    """
     app = launch("screenhost", "--place", f"{place[0]},{place[1]}", *options, env=environment)
     app.do("place")
     left, top = (place[0] - screen * WIDTH) * factor + screen * WIDTH, place[1] * factor
     eventually(lambda: app.get("window", "geometry").split(" ")[0], f"{place[0]},{place[1]}")
-    eventually(lambda: is_near(corner(environment), (left, top)), True)
+
+    def is_settled():
+        size = [int(app.get("window", name)) * factor for name in ("width", "height")]
+        return is_near(rectangle(environment), (left, top, *size))
+
+    eventually(is_settled, True)
     return app
 
 
 def is_near(point, other):
-    """Whether two points are the same but for the fraction of a pixel that was rounded."""
+    """Whether two points, or rectangles, are the same but for the fraction of a pixel that was rounded."""
     return point is not None and all(abs(a - b) <= 1 for a, b in zip(point, other))
 
 
@@ -86,7 +94,7 @@ def check_mouse(app):
 def check_cursor(environment, app, factor):
     """The cursor is where the canvas begins on the screen, at 7,5 in the window."""
     assert app.request(f"4,{WINDOW},canvas") == "0,QWidget"
-    left, top = corner(environment)
+    left, top, _, _ = rectangle(environment)
     assert is_near(cursor(environment), (left + 7 * factor, top + 5 * factor))
 
 
