@@ -100,12 +100,19 @@ bool belongsTo(const QWidget* widget, const QWidget* owner)
     return widget != nullptr;
 }
 
+// Whether a popup is the widget's own: the list of a combo box, a menu of a button, or what completes a field's text, which
+// leaves the keys to the field.
+bool isPopupOf(const QWidget* popup, const QWidget* widget)
+{
+    return belongsTo(popup, widget) || belongsTo(popup->focusProxy(), widget);
+}
+
 // The same for the windows of the application: a popup gets all input, and there may be a window above this one.
 QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
 {
     const QWidget* popup = QApplication::activePopupWidget();
     if (popup && popup != widget->window())
-        return belongsTo(popup, widget) ? QString() : coveredBy(popup);
+        return isPopupOf(popup, widget) ? QString() : coveredBy(popup);
     if (widget->window()->graphicsProxyWidget())
         return QString(); // the windowing system knows the view only
     const QPoint position = widget->mapToGlobal(point);

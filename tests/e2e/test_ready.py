@@ -186,6 +186,24 @@ def test_a_button_far_down_in_scroll_areas_is_scrolled_to(host, main):
     host.wait_for("clicked shallow")
 
 
+def test_a_place_beyond_the_edge_is_forced(host, main):
+    main.widget("covered").click(at=(1.0, 0.5))
+    host.wait_for(re.compile("press overlay .*"))
+    main.find(name="covered").click(at=(0.5, 1.0))
+    eventually(lambda: len(host.events("press"))).equals(2)
+
+
+def test_an_open_popup_is_named(app, items):
+    items.widget("combo").click(at=(0.5, 0.5))
+    eventually(app.popup()).is_open()
+    with pytest.raises(NotReadyError) as caught:
+        items.widget("list").select("Early", timeout=BRIEFLY)
+    assert re.search(r"the popup QComboBoxPrivateContainer.* is open in front of it", str(caught.value))
+    app.popup().press("Esc")
+    items.widget("list").select("Early")
+    eventually(items.widget("list")).has(currentRow=0)
+
+
 def test_a_click_is_one_request(app, host, main):
     main.widget("ready").click()
     before = len(requests(app))

@@ -129,6 +129,21 @@ def test_a_popup_is_an_obstacle_for_what_is_beside_it(items):
     assert activate(items, "list", "s:Early").startswith("9,covered by QComboBoxPrivateContainer")
 
 
+def test_a_list_of_completions_is_an_obstacle_but_for_its_own_field(launch):
+    app = launch("entryhost")
+
+    def enter(name, text):
+        return app.request(extension("+6", "Entries", f"path={name}", "", f"s:{text}"))
+
+    assert enter("towns", "A") == "0,QLineEdit"
+    popup = extension("+7", "Widget:ActivePopupWidget", "", "", "className", "")
+    eventually(lambda: app.request(popup)[:4], "0,u:")
+    assert enter("line", "lost") == "9,covered by QListView"
+    assert enter("towns", "Aac") == "0,QLineEdit"
+    app.wait_until("towns", "text", "Aac")
+    assert app.get("line", "text") == "old text"
+
+
 def test_force_acts_as_the_command_does(app):
     assert click(app, "covered", "force") == "0,QPushButton"
     assert click(app, "disabled", "force") == app.activate("Main", "disabled")

@@ -153,7 +153,8 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
     ) -> None:
         """Clicks with the mouse; `at` is a position as shares of width and height, (0.5, 0.5) being the centre.
 
-        Without `at`, buttons are clicked where they react, and item views at their current item.
+        Without `at`, buttons are clicked where they react, and item views at their current item. A share of 1.0 is beyond
+        the edge, where nobody can tell what is meant to get the click: it is forced.
         """
         self.mouse("MouseClick", button, at=at, modifier=modifier, force=force, timeout=timeout)
 
@@ -229,6 +230,7 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         force: bool,
     ) -> None:
         command = mouse_command(kind, button, at, modifier)
+        force = force or (at is not None and 1.0 in at)
         # Served as buttons or item views, widgets choose the place of a click themselves and ignore a position.
         served_as = self.as_class or ("" if at is None else "QWidget")
         self._act(

@@ -41,7 +41,7 @@ def explain(connection: Connection, error: ReplyError, window: str, path: Addres
     tell = _EXPLANATIONS.get(type(error))
     try:
         if isinstance(error, NotReadyError):
-            return "\n".join(_not_ready(error, path))
+            return "\n".join(_not_ready(connection, error, path))
         if (isinstance(path, Locator) or _is_about_another(error, path)) and type(error) in _LOCATED:
             return "\n".join(_located(error))
         return "\n".join(tell(connection, window, str(path))) if tell is not None else ""
@@ -98,14 +98,9 @@ def _matches(record: WindowRecord, window: str) -> bool:
 
 
 def _blocked(connection: Connection, window: str, path: str) -> List[str]:
-    try:
-        popup = connection.window_tree(POPUP)[0]
-        name = f' "{popup.object_name}"' if popup.object_name else ""
-        return [
-            f"the popup {popup.class_name}{name} is open in front of it: choose from it, or close it, first"
-        ]
-    except ReplyError:
-        pass
+    popup = _open_popup(connection)
+    if popup:
+        return popup
     try:
         dialog = connection.window_tree(MODAL)[0]
         title = connection.check_window(MODAL)
@@ -114,6 +109,16 @@ def _blocked(connection: Connection, window: str, path: str) -> List[str]:
         return ["what was in front of it has gone meanwhile; these windows exist:"] + describe_windows(
             connection.list_windows()
         )
+
+
+def _open_popup(connection: Connection) -> List[str]:
+    """The line that names the open popup, if there is one."""
+    try:
+        popup = connection.window_tree(POPUP)[0]
+    except ReplyError:
+        return []
+    name = f' "{popup.object_name}"' if popup.object_name else ""
+    return [f"the popup {popup.class_name}{name} is open in front of it: choose from it, or close it, first"]
 
 
 def _no_widget(connection: Connection, window: str, path: str) -> List[str]:
@@ -189,12 +194,13 @@ _HIDDEN_BY_ANOTHER = (
 )
 
 
-def _not_ready(error: NotReadyError, path: Address) -> List[str]:
+def _not_ready(connection: Connection, error: NotReadyError, path: Address) -> List[str]:
     """Which widget it is, and the way out where only the place is not fit."""
     lines = [f"the widget is {path}; nothing was done to it"] if path else ["nothing was done"]
     if error.message == "hidden by another window":
         lines.append(_HIDDEN_BY_ANOTHER)
     elif error.message.startswith(_UNFIT_PLACES):
+        lines += _open_popup(connection)
         lines.append("click(force=True), and the like, send the input to whatever is at the place")
     return lines
 
