@@ -13,6 +13,7 @@ sys.path.append(str(Path(__file__).resolve().parents[1] / "protocol"))
 from hostapp import HostApp
 from qtdriver import CommandError, Driver, NotReadyError, WidgetNotFoundError, Window, eventually
 
+from qtdriver.commandline.dialogue import Dialogue
 from showcase import AGENTS
 
 BRIEFLY = 0.2
@@ -289,6 +290,24 @@ def test_a_widget_in_a_child_dialog_is_reached_from_the_window_that_it_belongs_t
     host.wait_for("clicked inChild")
     main.widget("child/inChild").activate()
     eventually(lambda: host.events("clicked")).equals(["clicked inChild"] * 2)
+
+
+# The command line
+
+
+def test_the_command_line_waits_too_unless_it_is_forced(host, main):
+    said, complaints = [], []
+
+    def say(line):
+        Dialogue(main.app, said.append, complaints.append, echo=False).run([line])
+
+    say(f"activate Main covered --timeout {BRIEFLY}")
+    say(f"mouse Main covered click --timeout {BRIEFLY}")
+    assert [str(complaint).splitlines()[0] for complaint in said + complaints] == [OVERLAY] * 2
+    assert nothing_happened(host)
+    say("activate Main covered --force")
+    say("mouse Main covered click --force")
+    eventually(lambda: len(host.events("press"))).equals(2)
 
 
 # Agents without extensions
