@@ -11,9 +11,12 @@ from pathlib import Path
 
 MOST_TOGETHER = 12
 
-# A name that begins at the start of a line is declared for the whole file: namespaces are not indented.
+# A name that begins at the start of a line is declared for the whole file: namespaces are not indented. Behind "::" it is
+# that of a class's own member, which only one source defines.
 FILE_SCOPE = re.compile(
-    r"^(?![#/ }]|namespace\b)[^\n;(={]*?\b(\w+) ?(?:\[[^\]\n]*\] ?)*(?:[;(={:]|$)", re.MULTILINE
+    r"^(?![#/ }]|namespace\b|(?:public|protected|private)\b)"
+    r"[^\n;(={]*?(?<!::)\b(\w+) ?(?:\[[^\]\n]*\] ?)*(?:[;(={]|:(?!:)|$)",
+    re.MULTILINE,
 )
 
 

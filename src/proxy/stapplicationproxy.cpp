@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <algorithm>
+
 namespace {
 
 const char disabledMessage[] = "Error: widget \"%s\" of class \"%s\" is disabled.";
@@ -15,8 +17,8 @@ const char notDerivedMessage[] = "Widget is not derived from class ";
 
 STApplicationProxy::STApplicationProxy()
 {
-    for (std::size_t i = 0; i < proxy::proxyTableSize; ++i)
-        proxies.emplace(proxy::proxyTable[i].qtClassName, proxy::proxyTable[i].make());
+    std::for_each(proxy::proxyTable, proxy::proxyTable + proxy::proxyTableSize,
+        [this](const proxy::ProxyTableRow& row) { proxies.emplace(row.qtClassName, row.make()); });
 }
 
 STApplicationProxy::~STApplicationProxy()
