@@ -52,7 +52,7 @@ BENCHMARKS: Dict[str, Row] = {
     "locate_within": Row(LOCATE, "the eighth button within a group", FIND_ALL, ratio=4),
     "locate_action": Row(LOCATE, "the action of a tool button", FIND_ALL, ratio=4),
     "locate_label": Row(LOCATE, "a label, every other widget has one", FIND_ALL, ratio=4),
-    "locate_property": Row(LOCATE, "a property that every other widget has", FIND_ALL),
+    "locate_property": Row(LOCATE, "a property that every other widget has", FIND_ALL, ratio=4),
     "tree": Row(
         "Tree listing", "all widgets of a window", "findChildren(), 3 reads each", limit=3000, limit_size=5000
     ),

@@ -55,7 +55,7 @@ QString fontText(const QFont& font)
 #if QT_VERSION < 0x050000
 // Only an enumeration that the application registered arrives as anything but int. Qt 4 does not know how large its type
 // is: the property itself writes as many bytes as it has.
-QVariant withoutEnumType(const QVariant& value, const QObject* object, const QMetaProperty& property)
+QVariant withoutEnumType(QVariant value, const QObject* object, const QMetaProperty& property)
 {
     if (value.userType() < QMetaType::User || !property.isEnumType())
         return value;
@@ -67,8 +67,10 @@ QVariant withoutEnumType(const QVariant& value, const QObject* object, const QMe
     return number[0];
 }
 #else
-QVariant withoutEnumType(const QVariant& value, const QObject*, const QMetaProperty&)
+QVariant withoutEnumType(QVariant value, const QObject*, const QMetaProperty&)
 {
+    if (typeOf(value) < QMetaType::User)
+        return value;
     const QMetaType type(typeOf(value));
     if (!(type.flags() & QMetaType::IsEnumeration))
         return value;
@@ -94,11 +96,16 @@ QVariant readProperty(const QObject* object, const char* name)
 {
     const QMetaObject* metaObject = object->metaObject();
     const int index = metaObject->indexOfProperty(name);
-    const QMetaProperty property = metaObject->property(index);
+    return index >= 0 ? readProperty(object, metaObject->property(index))
+                      : withoutEnumType(object->property(name), object, QMetaProperty());
+}
+
+QVariant readProperty(const QObject* object, const QMetaProperty& property)
+{
     // Qt prints a warning where it is asked for a value whose type it does not know, and returns none.
-    if (index >= 0 && property.userType() == 0)
+    if (property.userType() == 0)
         return QVariant();
-    return withoutEnumType(index >= 0 ? property.read(object) : object->property(name), object, property);
+    return withoutEnumType(property.read(object), object, property);
 }
 
 int toInt(const QString& text, bool* ok)

@@ -2,6 +2,7 @@
 
 #include <QtCore/QVariant>
 
+class QMetaProperty;
 class QObject;
 
 // QVariant, property reads and numbers as Qt 4.8 has them, on every Qt. Tests are written once and run against
@@ -14,6 +15,8 @@ int typeOf(const QVariant& value);
 // The value of a property, invalid when there is none, or one of a type that Qt does not know. Enumerations and flags are
 // ints, whether or not their type is registered with the meta-type system. Qt is not made to print anything.
 QVariant readProperty(const QObject* object, const char* name);
+// The same of a property that the object's class has.
+QVariant readProperty(const QObject* object, const QMetaProperty& property);
 
 // The value's text in the form of Qt 4.8's QVariant::toString(): doubles with 15 significant digits, floats with 6, bytes
 // as Latin-1, times without milliseconds, colours without alpha, fonts with ten fields and weights from 0 to 99.

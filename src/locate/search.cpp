@@ -76,12 +76,18 @@ public:
         const bool isVisible = widget->isVisible();
         if (visibility == Visibility::Visible && !isVisible)
             return false; // nothing below it is visible
-        if ((visibility != Visibility::Hidden || !isVisible) && test.fits(widget))
+        if ((visibility == Visibility::Hidden && isVisible) || !test.fits(widget))
+            return true;
+        if (test.hasProperties())
+            candidates.emplace_back(widget);
+        else
             widgets.push_back(widget);
         return true;
     }
 
     Widgets widgets;
+    // In their place, where the step asks for properties: those that have such. To read them can be the end of any.
+    std::vector<QPointer<QWidget>> candidates;
 
 private:
     StepTest& test;
@@ -110,14 +116,13 @@ Widgets living(const std::vector<QPointer<QWidget>>& widgets)
 }
 
 // Reading a property can run the application's code, and be the end of any of them.
-Widgets withProperties(StepTest& test, const Widgets& widgets)
+Widgets withProperties(StepTest& test, std::vector<QPointer<QWidget>> candidates)
 {
-    std::vector<QPointer<QWidget>> guarded(widgets.begin(), widgets.end());
-    for (QPointer<QWidget>& widget : guarded) {
-        if (widget && !test.propertiesFit(widget))
+    for (QPointer<QWidget>& widget : candidates) {
+        if (!test.propertiesFit(widget))
             widget = nullptr;
     }
-    return living(guarded);
+    return living(candidates);
 }
 
 Widgets atPosition(const Step& step, const Widgets& widgets)
@@ -149,7 +154,7 @@ Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const
     } else if (!withScope || matches.visit(scope.front())) {
         ScopeWalk(scope, matches);
     }
-    return test.hasProperties() ? withProperties(test, matches.widgets) : matches.widgets;
+    return test.hasProperties() ? withProperties(test, std::move(matches.candidates)) : matches.widgets;
 }
 
 StepResults findSteps(const QPointer<QWidget>& window, const Locator& locator, bool hiddenToo)

@@ -39,6 +39,16 @@ public:
         return true;
     }
 
+    // Whether the next one is that, which is one that can be shown. Most characters stand for themselves.
+    bool nextIs(QChar expected)
+    {
+        const bool isItself = position != end && *position == expected && expected != blank && expected != ampersand;
+        if (isItself)
+            ++position;
+        QChar character;
+        return isItself || (next(character) && character == expected);
+    }
+
 private:
     // A tab ends what has mnemonics.
     bool isAtEnd() const { return position == end || (mnemonics && *position == tab); }
@@ -71,14 +81,16 @@ bool isShownText(const QString& text, Markup markup, const QString& shown)
 {
     if (markup == Markup::Rich)
         return shownText(text, markup) == shown;
+    if (text.size() < shown.size())
+        return false; // nothing is added to what is shown
     ShownCharacters characters(text, markup == Markup::Mnemonics);
-    const QChar* expected = shown.constData();
-    const QChar* const end = expected + shown.size();
-    for (QChar character; characters.next(character); ++expected) {
-        if (expected == end || character != *expected)
+    const QChar* const end = shown.constData() + shown.size();
+    for (const QChar* expected = shown.constData(); expected != end; ++expected) {
+        if (!characters.nextIs(*expected))
             return false;
     }
-    return expected == end;
+    QChar further;
+    return !characters.next(further);
 }
 
 } // namespace locate

@@ -7,6 +7,7 @@
 
 #include <QVariant>
 #include <QWidget>
+#include <QtCore/QMetaProperty>
 
 #include <algorithm>
 
@@ -75,6 +76,8 @@ struct StepTest::Prepared
     Key key;
     TextTest test;
     QByteArray property;
+    TextReader read; // the same for all classes; null where there is none such
+    ClassMemo<QMetaProperty> propertyOfClass;
     QSet<const QWidget*> atPath;
     QSet<const QWidget*> labelled;
     const QWidget* referred = nullptr;
@@ -91,7 +94,8 @@ StepTest::~StepTest() = default;
 
 StepTest::Prepared StepTest::prepare(const Condition& condition, QWidget* window)
 {
-    Prepared prepared{condition.key, TextTest(condition), condition.property, {}, {}, nullptr};
+    Prepared prepared{
+        condition.key, TextTest(condition), condition.property, readerFor(condition.key), {}, {}, {}, nullptr};
     if (condition.key == Key::Path) {
         const std::vector<QWidget*> widgets = WidgetsAtPath(window, identify::WidgetPath(condition.value)).widgets;
         for (const QWidget* widget : widgets)
@@ -137,7 +141,8 @@ bool StepTest::meets(QWidget* widget, Prepared& condition)
     case Key::Reference:
         return widget == condition.referred;
     default:
-        return readTexts(condition.key, widget, condition.test);
+        const TextReader read = condition.key == Key::Text ? kinds.of(widget).readTexts : condition.read;
+        return read && read(widget, condition.test);
     }
 }
 
@@ -152,32 +157,34 @@ bool StepTest::readTexts(Key key, const QWidget* widget, TextVisitor& visitor) c
     return read && read(source, visitor);
 }
 
-bool StepTest::propertiesFit(QWidget* widget)
+// The class's own property; invalid where the class has none of that name.
+const QMetaProperty& StepTest::propertyOf(const QWidget* widget, Prepared& condition)
 {
-    const QPointer<QWidget> guarded(widget);
+    return condition.propertyOfClass.of(widget->metaObject(), [&condition](const QMetaObject* metaObject) {
+        return metaObject->property(metaObject->indexOfProperty(condition.property.constData()));
+    });
+}
+
+bool StepTest::propertiesFit(const QPointer<QWidget>& widget)
+{
     for (Prepared& condition : properties) {
-        const QVariant value = guarded ? compat::readProperty(guarded, condition.property.constData()) : QVariant();
+        if (!widget)
+            return false;
+        const QMetaProperty& property = propertyOf(widget, condition);
+        const QVariant value = property.isValid() ? compat::readProperty(widget, property)
+                                                  : compat::readProperty(widget, condition.property.constData());
         if (!value.isValid() || !condition.test.fits(textOf(value)))
             return false;
     }
-    return guarded;
+    return widget;
 }
 
 // Told without running the application's code.
 bool StepTest::canHaveProperties(const QWidget* widget)
 {
-    const QMetaObject* metaObject = widget->metaObject();
-    const auto isOfClassOrOwn = [&](const Prepared& condition) {
-        return metaObject->indexOfProperty(condition.property.constData()) >= 0
-            || widget->dynamicPropertyNames().contains(condition.property);
-    };
-    const bool ofClass = classHasProperties.of(metaObject, [this](const QMetaObject* meta) {
-        return std::all_of(properties.begin(), properties.end(),
-            [meta](const Prepared& condition) { return meta->indexOfProperty(condition.property.constData()) >= 0; });
+    return std::all_of(properties.begin(), properties.end(), [&](Prepared& condition) {
+        return propertyOf(widget, condition).isValid() || widget->dynamicPropertyNames().contains(condition.property);
     });
-    return ofClass
-        || (!widget->dynamicPropertyNames().isEmpty()
-            && std::all_of(properties.begin(), properties.end(), isOfClassOrOwn));
 }
 
 int StepTest::conditionCount() const

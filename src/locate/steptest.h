@@ -5,10 +5,13 @@
 #include "locate/locator.h"
 #include "locate/texttest.h"
 
+#include <QtCore/QPointer>
 #include <QtCore/QSet>
 
 #include <memory>
 #include <vector>
+
+class QMetaProperty;
 
 namespace locate {
 
@@ -25,7 +28,7 @@ public:
     bool fits(QWidget* widget);
     // Whether the properties have the values that are asked for. Runs code of the application.
     bool hasProperties() const { return !properties.empty(); }
-    bool propertiesFit(QWidget* widget);
+    bool propertiesFit(const QPointer<QWidget>& widget);
 
     // The widgets at the path that is asked for, parents before children; null where none is. As the commands find them:
     // those in other windows below this one are among them.
@@ -44,6 +47,7 @@ private:
 
     bool isOfClass(const QWidget* widget);
     bool canHaveProperties(const QWidget* widget);
+    static const QMetaProperty& propertyOf(const QWidget* widget, Prepared& condition);
     bool meets(QWidget* widget, Prepared& condition);
     const Labels& labelsOf(QWidget* window);
     Prepared prepare(const Condition& condition, QWidget* window);
@@ -56,7 +60,6 @@ private:
     WidgetKinds kinds;
     std::unique_ptr<Labels> labels; // where a condition is about them
     ClassMemo<bool> classFits;
-    ClassMemo<bool> classHasProperties;
 };
 
 } // namespace locate

@@ -9,8 +9,8 @@ TextTest::TextTest(const Condition& condition)
     if (comparison != Operator::Matches) {
         asShown = shownText(value, Markup::None);
         asWritten = shownText(value, Markup::Mnemonics);
-        if (asWritten.isEmpty())
-            asWritten = asShown; // nothing of a shortcut is looked for
+        if (asWritten.isEmpty() || asWritten == asShown) // nothing of a shortcut is looked for
+            asWritten = QString();
         return;
     }
     pattern = std::make_shared<const compat::Pattern>(value);
@@ -19,10 +19,11 @@ TextTest::TextTest(const Condition& condition)
 bool TextTest::visit(const QString& text, Markup markup)
 {
     if (comparison == Operator::Equals)
-        return isShownText(text, markup, asShown) || (asWritten != asShown && isShownText(text, markup, asWritten));
+        return isShownText(text, markup, asShown) || (!asWritten.isNull() && isShownText(text, markup, asWritten));
     const QString shown = shownText(text, markup);
-    return comparison == Operator::Matches ? pattern->isIn(shown)
-                                           : shown.contains(asShown) || shown.contains(asWritten);
+    return comparison == Operator::Matches
+        ? pattern->isIn(shown)
+        : shown.contains(asShown) || (!asWritten.isNull() && shown.contains(asWritten));
 }
 
 bool TextTest::fits(const QString& text) const

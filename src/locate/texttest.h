@@ -24,7 +24,7 @@ private:
     const Operator comparison;
     const QString value;
     QString asShown;
-    QString asWritten;
+    QString asWritten; // null where that is the same
     std::shared_ptr<const compat::Pattern> pattern; // where the value is one
 };
 
