@@ -36,7 +36,27 @@ bool isForced(const Request& request, int section)
 
 using MousePlace = STWidgetProxy::MousePlace;
 
-MousePlace activationPlace(STWidgetProxy& proxy, const QVariant&)
+// Looks for the item that the value names, before anything is done to get there. Other errors than that it cannot be
+// used yet are left to the action.
+void lookForItem(STWidgetProxy& proxy, const QVariant& value)
+{
+    try {
+        proxy.lookForItem(value);
+    } catch (const STError& error) {
+        if (!error.notYet.isEmpty())
+            throw;
+    }
+}
+
+MousePlace itemPlace(STWidgetProxy& proxy, const QVariant& value)
+{
+    const QWidget* widget = proxy.checkedWidget(nullptr);
+    if (widget->isVisible() && widget->isEnabled()) // otherwise this is the first thing to tell
+        lookForItem(proxy, value);
+    return proxy.activationPlace();
+}
+
+MousePlace fieldPlace(STWidgetProxy& proxy, const QVariant&)
 {
     return proxy.activationPlace();
 }
@@ -78,11 +98,11 @@ QByteArray actOnLocated(const Access& window, const Request& request, int forceS
         act(widget, className, value);
         return "0," + served;
     }
-    STWidgetProxy* proxy = registry.proxyFor(widget, className);
-    const QString obstacle = whyNotReady(*proxy, placeOf(*proxy, value));
-    if (!obstacle.isEmpty())
-        return notYet(obstacle);
     try {
+        STWidgetProxy* proxy = registry.proxyFor(widget, className);
+        const QString obstacle = whyNotReady(*proxy, placeOf(*proxy, value));
+        if (!obstacle.isEmpty())
+            return notYet(obstacle);
         act(required(widget), className, value);
     } catch (const STError& error) {
         if (error.notYet.isEmpty())
@@ -109,7 +129,7 @@ QByteArray activateLocated(const Request& request, STApplicationProxy& registry)
 {
     const QVariant option = typedValue(request, 5);
     const int forceSection = 6;
-    return actOnLocated(windowForAction(request), request, forceSection, registry, activationPlace,
+    return actOnLocated(windowForAction(request), request, forceSection, registry, itemPlace,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
             registry.activate(widget, className, value, option);
         });
@@ -118,7 +138,7 @@ QByteArray activateLocated(const Request& request, STApplicationProxy& registry)
 QByteArray enterLocated(const Request& request, STApplicationProxy& registry)
 {
     const int forceSection = 5;
-    return actOnLocated(windowForAction(request), request, forceSection, registry, activationPlace,
+    return actOnLocated(windowForAction(request), request, forceSection, registry, fieldPlace,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
             registry.enter(widget, className, value);
         });

@@ -177,6 +177,8 @@ STWidgetProxy::MousePlace STWidgetProxy::activationPlace()
     return {target, target->rect().center()};
 }
 
+void STWidgetProxy::lookForItem(const QVariant&) { }
+
 void STWidgetProxy::prepareWidget()
 {
     const QPointer<QWidget> window(checkedWidget(nullptr)->window());

@@ -46,6 +46,9 @@ public:
         QPoint point;
     };
     virtual MousePlace activationPlace();
+    // Raises the error of activate(value) for an item that is not there or cannot be used, as far as that can be told
+    // without doing anything. Errors of the value itself, and of what is not one of several items, are left to activate().
+    virtual void lookForItem(const QVariant& value);
     // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen. Where
     // a window manager does that in its own time, waits until it is active; the mouse waits until it is in front.
     void prepareWidget();

@@ -34,6 +34,16 @@ const proxy::PseudoProperty<const QTabBar&> pseudoProperties[] = {
 
 void STQTabBar::activate(const QVariant& value, const QVariant&)
 {
+    clickCenter(tabBar(), requiredTab(value));
+}
+
+void STQTabBar::lookForItem(const QVariant& value)
+{
+    requiredTab(value);
+}
+
+QRect STQTabBar::requiredTab(const QVariant& value)
+{
     const int type = compat::typeOf(value);
     if (type != QMetaType::QString && type != QMetaType::Int)
         typeError("string, integer");
@@ -43,7 +53,7 @@ void STQTabBar::activate(const QVariant& value, const QVariant&)
     const QRect rect = bar->tabRect(index);
     if (rect.isNull()) // also for an index that no tab has, such as the -1 of an unknown text
         rangeNotYet(proxy::missingItem(value.toString()), indexRange, bar->count() - 1);
-    clickCenter(bar, rect);
+    return rect;
 }
 
 QStringList STQTabBar::pseudoPropertyNames()

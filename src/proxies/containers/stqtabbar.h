@@ -2,6 +2,8 @@
 
 #include "proxy/stwidgetproxy.h"
 
+#include <QtCore/QRect>
+
 class QTabBar;
 
 // Tab bars, also those of tab widgets.
@@ -11,6 +13,8 @@ public:
     // A string clicks the first tab with that text, an integer the tab with that 0-based index. The click
     // goes to the tab's place even where the bar has scrolled it out of view. `option` is ignored.
     void activate(const QVariant& value, const QVariant& option) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& value) override;
     // "itemList" and "toolTipList": the texts and tool tips of all tabs, "currentText" and "currentToolTip":
     // those of the current one. All come without the mnemonic's "&" but the current tool tip, which comes as
     // it is.
@@ -18,5 +22,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
+    // Where the tab is in the bar. Raises an error when there is none with that text or index.
+    QRect requiredTab(const QVariant& value);
     const QTabBar* tabBar();
 };

@@ -34,6 +34,17 @@ const proxy::PseudoProperty<const QToolBox&> pseudoProperties[] = {
 
 void STQToolBox::activate(const QVariant& value, const QVariant&)
 {
+    const QAbstractButton* header = requiredHeader(value);
+    clickCenter(header, header->rect());
+}
+
+void STQToolBox::lookForItem(const QVariant& value)
+{
+    requiredHeader(value);
+}
+
+const QAbstractButton* STQToolBox::requiredHeader(const QVariant& value)
+{
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     const QString text = value.toString();
@@ -45,7 +56,7 @@ void STQToolBox::activate(const QVariant& value, const QVariant&)
         proxy::raiseNotYet(proxy::missingItem(text), notFoundMessage);
     if (!(*header)->isEnabled())
         proxy::raiseNotYet(proxy::disabledItem(text), disabledMessage);
-    clickCenter(*header, (*header)->rect());
+    return *header;
 }
 
 QStringList STQToolBox::pseudoPropertyNames()

@@ -101,6 +101,11 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
         confirm();
 }
 
+void STQComboBox::lookForItem(const QVariant& value)
+{
+    indexOf(value);
+}
+
 int STQComboBox::indexOf(const QVariant& value)
 {
     const int type = compat::typeOf(value);

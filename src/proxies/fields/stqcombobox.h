@@ -12,6 +12,8 @@ public:
     // its index from 0. A combo box that is not editable does so in its list, and confirms with Return.
     // `option` is ignored. Raises an error when there is no such item.
     void activate(const QVariant& value, const QVariant& option) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& value) override;
     // A string replaces the text of an editable combo box. Raises an error when it is not editable.
     void enter(const QVariant& value) override;
     // "itemList": the texts of all items.

@@ -13,10 +13,42 @@ const char disabledMessage[] = "Item is disabled";
 const char alreadyCheckedMessage[] = "Item already checked";
 const char notCheckableMessage[] = "Item is not checkable";
 
+// Tells how many slots are connected to a signal, which objects tell only themselves.
+class Receivers : public QObject
+{
+public:
+    static int of(const QObject* sender, const char* signal) { return (sender->*(&Receivers::receivers))(signal); }
+};
+
+bool mayChangeWhenItOpens(const QMenu* menu)
+{
+    return !menu->isVisible() && (menu->actions().isEmpty() || Receivers::of(menu, SIGNAL(aboutToShow())) > 0);
+}
+
 // Why the entry that comes next may be there later. A path that ends at a menu names none.
 QString missingEntry(const QStringList& path)
 {
     return path.isEmpty() ? QString() : proxy::missingItem(path.first());
+}
+
+// The entry that comes next.
+QAction* usableEntry(const QMenu* menu, QStringList& path)
+{
+    QAction* item = menus::findMenuItem(menu->actions(), path);
+    if (!item)
+        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+    if (!item->isEnabled())
+        proxy::raiseNotYet(proxy::disabledItem(path.first()), disabledMessage);
+    return item;
+}
+
+// The menu that the rest of the path leads on in.
+QMenu* submenuOf(const QAction* item, const QStringList& path)
+{
+    QMenu* submenu = item->menu();
+    if (!submenu)
+        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+    return submenu;
 }
 
 } // namespace
@@ -47,22 +79,27 @@ void STMenuProxy::chooseItem(
     }
 }
 
+void STMenuProxy::lookForEntry(const QMenu* menu, QStringList path)
+{
+    while (!mayChangeWhenItOpens(menu)) {
+        const QAction* item = usableEntry(menu, path);
+        path.removeFirst();
+        if (path.isEmpty())
+            return;
+        menu = submenuOf(item, path);
+    }
+}
+
 void STMenuProxy::walk(const QPointer<QMenu>& menu, QStringList path, const QVariant& checkState)
 {
     if (!menu)
         proxy::raiseError(proxy::deadWidgetMessage);
-    const QPointer<QAction> item(menus::findMenuItem(menu->actions(), path));
-    if (!item)
-        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
-    if (!item->isEnabled())
-        proxy::raiseNotYet(proxy::disabledItem(path.first()), disabledMessage);
+    const QPointer<QAction> item(usableEntry(menu, path));
     highlight(menu, item);
     path.removeFirst();
     if (path.isEmpty())
         return trigger(item, checkState);
-    const QPointer<QMenu> submenu(item->menu());
-    if (!submenu)
-        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+    const QPointer<QMenu> submenu(submenuOf(item, path));
     // Right, whatever the layout direction.
     keyClick(Qt::Key_Right, Qt::NoModifier);
     try {

@@ -24,6 +24,10 @@ protected:
     void chooseItem(
         QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close);
 
+    // Raises the error of that walk for an entry that is not there or disabled, as far as that can be told while the menus
+    // are closed: the application may fill or change one only when it opens.
+    static void lookForEntry(const QMenu* menu, QStringList path);
+
     void pressEscape();
 
 private:

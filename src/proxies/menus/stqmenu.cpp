@@ -33,6 +33,13 @@ void STQMenu::activate(const QVariant& value, const QVariant& option)
     chooseItem(static_cast<QMenu*>(checkedWidget("QMenu")), path, option, [this] { pressEscape(); });
 }
 
+void STQMenu::lookForItem(const QVariant& value)
+{
+    const auto* menu = static_cast<const QMenu*>(checkedWidget("QMenu"));
+    if (menu == QApplication::activePopupWidget())
+        lookForEntry(menu, checkedPath(value));
+}
+
 QStringList STQMenu::pseudoPropertyNames()
 {
     return proxy::namesOf(pseudoProperties);

@@ -47,17 +47,32 @@ QMenuBar* STQMenuBar::menuBar()
 void STQMenuBar::activate(const QVariant& value, const QVariant& option)
 {
     QStringList path = checkedPath(value, option);
-    const QPointer<QAction> title(menus::findMenuItem(menuBar()->actions(), path));
-    if (!title || !title->isEnabled() || !title->menu()) {
-        const QString item = path.value(0);
-        proxy::raiseNotYet(
-            title && !title->isEnabled() ? proxy::disabledItem(item) : proxy::missingItem(item), invalidPathMessage);
-    }
+    const QPointer<QAction> title(requiredTitle(path));
     const QPointer<QWidget> bar(menuBar());
     const QPointer<QWidget> focus(bar->window()->focusWidget());
     openMenu(title);
     path.removeFirst();
     chooseItem(title ? title->menu() : nullptr, path, option, [&] { closeMenu(bar, focus); });
+}
+
+void STQMenuBar::lookForItem(const QVariant& value)
+{
+    QStringList path = checkedPath(value);
+    const QMenu* menu = requiredTitle(path)->menu();
+    path.removeFirst();
+    lookForEntry(menu, path);
+}
+
+// The first element of the path is the title's text then.
+QAction* STQMenuBar::requiredTitle(QStringList& path)
+{
+    QAction* title = menus::findMenuItem(menuBar()->actions(), path);
+    if (!title || !title->isEnabled() || !title->menu()) {
+        const QString item = path.value(0);
+        proxy::raiseNotYet(
+            title && !title->isEnabled() ? proxy::disabledItem(item) : proxy::missingItem(item), invalidPathMessage);
+    }
+    return title;
 }
 
 void STQMenuBar::openMenu(const QPointer<QAction>& title)

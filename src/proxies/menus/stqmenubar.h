@@ -13,6 +13,8 @@ public:
     // The path of an item, from a title of the bar: opens that menu and chooses the item with the keyboard.
     // With a bool option only if the item is not in that check state yet.
     void activate(const QVariant& value, const QVariant& option) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& value) override;
     // "itemList": the paths of all items. "pathChecked", "pathDisabled": whether the item at a path, the
     // argument, is checked or disabled. No menu is opened for them.
     QStringList pseudoPropertyNames() override;
@@ -22,6 +24,8 @@ private:
     static const proxy::PseudoProperty<STQMenuBar&, const QVariant&> pseudoProperties[3];
 
     QMenuBar* menuBar();
+    // Raises "Invalid menu path" unless the path begins with a title that opens a menu.
+    QAction* requiredTitle(QStringList& path);
     void openMenu(const QPointer<QAction>& title);
     // Closes the title's menu without choosing, and returns the keyboard to the widget that had it before.
     void closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus);

@@ -112,6 +112,11 @@ void STQAbstractItemView::activate(const QVariant& path, const QVariant& command
         selection->select(index, selectionFlags(text) | behaviorFlags(view->selectionBehavior()));
 }
 
+void STQAbstractItemView::lookForItem(const QVariant& path)
+{
+    resolveItemPath(compat::textOf(path));
+}
+
 QStringList STQAbstractItemView::pseudoPropertyNames()
 {
     return proxy::namesOf(properties);

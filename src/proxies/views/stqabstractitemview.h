@@ -17,6 +17,8 @@ public:
     // "ScrollTo". Scrolls to the item, whatever the text is, and changes the selection. The current item
     // stays what it is.
     void activate(const QVariant& path, const QVariant& command) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& path) override;
     // "columnCount", "rowCount", "itemIsSelected", "itemIsExpanded", "itemData", "itemPosition", by a path or
     // by a header address: "V:" and a row, or "H:", "h:" or "v:" and a column, as a number from 1 or a
     // header's text.

@@ -55,12 +55,23 @@ const views::ItemProperty itemProperties[] = {
 
 void STQListView::activate(const QVariant& value, const QVariant& option)
 {
-    const int type = compat::typeOf(value);
-    if (type != QMetaType::QString && type != QMetaType::Int)
-        typeError("String, int");
+    requireItemType(value);
     const QString key = terminatingKey(option);
     if (walkTo(rowOf(value)))
         typeTerminatingKey(key);
+}
+
+void STQListView::lookForItem(const QVariant& value)
+{
+    requireItemType(value);
+    rowOf(value);
+}
+
+void STQListView::requireItemType(const QVariant& value)
+{
+    const int type = compat::typeOf(value);
+    if (type != QMetaType::QString && type != QMetaType::Int)
+        typeError("String, int");
 }
 
 int STQListView::rowOf(const QVariant& value)

@@ -12,6 +12,8 @@ public:
     // A text or an int: makes that item current with the arrow keys, then types the character in `option`, a
     // text. The character is not typed when the first Up already reached the row.
     void activate(const QVariant& value, const QVariant& option) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& value) override;
     // A bool gives the current item that check state with the space key; a text replaces its text in its
     // editor.
     void enter(const QVariant& value) override;
@@ -25,6 +27,7 @@ private:
     QListView* listView();
     // The item with the text. Raises "activate, QListView unknown item ...".
     QModelIndex findItem(const QString& text);
+    void requireItemType(const QVariant& value);
     int rowOf(const QVariant& value);
     // Whether the walk had to go further than the Up key with which it begins.
     bool walkTo(int row);

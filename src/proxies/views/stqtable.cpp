@@ -67,6 +67,13 @@ void STQTable::activate(const QVariant& value, const QVariant&)
     goTo(views::ItemPlace(*tableView(), cell.row, cell.column));
 }
 
+void STQTable::lookForItem(const QVariant& value)
+{
+    const Cell cell = resolveCell(value, HiddenSections::Named);
+    requireShown(Qt::Vertical, cell.row);
+    requireShown(Qt::Horizontal, cell.column);
+}
+
 void STQTable::enter(const QVariant& value)
 {
     if (compat::typeOf(value) != QMetaType::QString)

@@ -12,6 +12,8 @@ class STQTable : public views::ItemViewProxy
 public:
     // A cell address: moves the current cell there with the keyboard. `option` is ignored.
     void activate(const QVariant& value, const QVariant& option) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& value) override;
     // A text: replaces the current cell's text in its editor.
     void enter(const QVariant& value) override;
     // Goes to the current cell's centre, visible or not; see ItemMouseCommand.

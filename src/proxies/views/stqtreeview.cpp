@@ -69,6 +69,14 @@ void STQTreeView::activate(const QVariant& value, const QVariant& option)
     typeTerminatingKey(key);
 }
 
+// A list of items is left to the walk: to select one of them can bring what the others are in.
+void STQTreeView::lookForItem(const QVariant& value)
+{
+    requireSelectionMode(false);
+    if (compat::typeOf(value) == QMetaType::QString)
+        requireReachable(visibleItem(value.toString()));
+}
+
 void STQTreeView::ensureFocus()
 {
     keepKeysInView();

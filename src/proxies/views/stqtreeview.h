@@ -11,6 +11,8 @@ public:
     // A text, one item path: makes the item current with the keyboard, then types the character in `option`,
     // a text. A list of texts selects all these items, as far as the selection mode allows it to keys.
     void activate(const QVariant& value, const QVariant& option) override;
+    // Looks for the item that activate() would.
+    void lookForItem(const QVariant& value) override;
     // A bool gives the current item that check state with the space key; a text "column:text" (0-based)
     // replaces the text of that column in the current row.
     void enter(const QVariant& value) override;
