@@ -130,6 +130,38 @@ SEEDS = {
         "8,Widget:second",
         "9,Widget:main,probe,,%s" % CLICK,
     ],
+    "snapshots": ["+2,Widget:main,", "+2,Widget:main,name=tree", "+2,Nobody,", "+extensions"],
+    "located": [
+        "+4,Widget:main,QPushButton text=Probe",
+        "+5,Widget:main,text=Probe,,,,",
+        "+5,Widget:main,name=disabled,,,,",
+        "+5,Widget:main,name=disabled,,,,force",
+        "+6,Widget:main,name=edit,,s:\u20ac,",
+        "+7,Widget:main,QGroupBox title=Group,,checked,",
+        "+9,Widget:main,name=label,,%s," % CLICK,
+    ],
+    "located_items": [
+        "+5,Widget:main,QTabBar first,,s:Two",
+        "+5,Widget:main,name=list,,s:a/b,s:+",
+        "+5,Widget:main,name=tree,,s:Alpha:two/nothing",
+        "+5,Widget:main,QMenuBar,,s:File/Sub/menu/Disabled",
+        "+5,Widget:main,QMenuBar,,s:Changing/Clear",
+        "+5,Widget:main,name=combo,,s:nothing",
+    ],
+    "keys": [
+        "+focus,Widget:main,name=memo",
+        "+type,Widget:main,name=memo,two\t\u20ac",
+        "+press,Widget:main,,Ctrl+A,",
+        "+press,Widget:main,,Shift,press",
+        "+press,Widget:main,name=list,Down,",
+        "+press,Widget:main,,Shift,release",
+    ],
+    "wheel_and_clipboard": [
+        "+wheel,Widget:main,name=spin,:::0:2",
+        "+clipboard,text",
+        "+press,Widget:main,name=edit,Ctrl+V,",
+        "+clipboard",
+    ],
     "formats": ["5,Widget:main,probe,%s%n%%,,", "7,Widget:main,probe,,%d%s"],
 }
 
@@ -137,7 +169,9 @@ SEEDS = {
 def encoded(line: str) -> str:
     """The request as it goes over the wire."""
     sections = line.split(",")
-    if sections[0] in ("5", "6", "9"):
+    if sections[0].startswith("+"):
+        sections[1:] = [section.encode("utf-8").hex() for section in sections[1:]]
+    elif sections[0] in ("5", "6", "9"):
         sections[4:] = [value.encode("latin-1").hex() for value in sections[4:]]
     return ",".join(sections)
 

@@ -4,12 +4,20 @@
 
 #include <QtCore/QList>
 
+#include <cstring>
+
 extern "C" std::size_t LLVMFuzzerMutate(uint8_t* data, std::size_t size, std::size_t maximumSize);
 
 namespace {
 
 const int maximumLines = 8;
 const int firstValueSection = 4;
+
+// The commands that there is an extension of, which finds the widget by a locator.
+bool canBeLocated(const QByteArray& number)
+{
+    return number.size() == 1 && std::strchr("245679", number.at(0));
+}
 
 // Commands 5, 6 and 9 have their values in hexadecimal digits, extensions all sections.
 bool isEncoded(const QList<QByteArray>& sections, int section)
@@ -27,10 +35,32 @@ int RequestMutator::below(int limit)
     return static_cast<int>(random() % static_cast<unsigned>(limit));
 }
 
-QByteArray RequestMutator::token(int section)
+QByteArray RequestMutator::oneOf(const QList<QByteArray>& words)
 {
-    const QList<QByteArray>& words = tokens::ofSection(section);
     return words.at(below(static_cast<int>(words.size())));
+}
+
+QByteArray RequestMutator::token(const QByteArray& number, int section)
+{
+    const int path = 2;
+    if (!number.startsWith('+'))
+        return oneOf(tokens::ofSection(section));
+    if (section == path && below(2) == 0)
+        return "path=" + oneOf(tokens::ofSection(path));
+    return oneOf(tokens::ofExtensionSection(number, section));
+}
+
+// The request for a widget at a path, as one for a widget that a locator finds. Sections are not encoded yet.
+void RequestMutator::locate(QList<QByteArray>& sections)
+{
+    sections.first().prepend('+');
+    if (sections.size() > 2 && !sections.at(2).isEmpty())
+        sections[2].prepend("path=");
+    const int last = sections.first() == "+5" ? 6 : 5;
+    while (sections.size() <= last)
+        sections.append(QByteArray());
+    if (below(4) == 0)
+        sections[last] = "force";
 }
 
 QByteArray RequestMutator::mutatedBytes(const QByteArray& bytes)
@@ -45,8 +75,9 @@ QByteArray RequestMutator::mutatedBytes(const QByteArray& bytes)
 
 QByteArray RequestMutator::newLine()
 {
-    const QList<QByteArray>& requests = tokens::requests();
-    QList<QByteArray> sections = requests.at(below(static_cast<int>(requests.size()))).split(',');
+    QList<QByteArray> sections = oneOf(tokens::requests()).split(',');
+    if (canBeLocated(sections.first()) && below(3) == 0)
+        locate(sections);
     for (int i = 0; i < sections.size(); ++i) {
         if (isEncoded(sections, i))
             sections[i] = sections.at(i).toHex();
@@ -65,7 +96,7 @@ QByteArray RequestMutator::mutatedLine(const QByteArray& line)
     QByteArray& section = sections[chosen];
     const bool encoded = isEncoded(sections, chosen);
     const QByteArray old = encoded ? QByteArray::fromHex(section) : section;
-    const QByteArray changed = below(2) == 0 ? mutatedBytes(old) : token(chosen);
+    const QByteArray changed = below(2) == 0 ? mutatedBytes(old) : token(sections.first(), chosen);
     section = encoded ? changed.toHex() : changed;
     return sections.join(',');
 }

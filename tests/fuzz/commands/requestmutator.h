@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QList>
 
 #include <random>
 
@@ -20,7 +21,9 @@ private:
     QByteArray newLine();
     QByteArray mutatedLine(const QByteArray& line);
     QByteArray mutatedBytes(const QByteArray& bytes);
-    QByteArray token(int section);
+    QByteArray oneOf(const QList<QByteArray>& words);
+    QByteArray token(const QByteArray& number, int section);
+    void locate(QList<QByteArray>& sections);
     int below(int limit);
 
     std::mt19937 random;

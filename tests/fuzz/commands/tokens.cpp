@@ -5,7 +5,8 @@ namespace tokens {
 namespace {
 
 const QList<QByteArray> numbers = {"1", "2", "3", "4", "5", "5", "5", "5", "6", "6", "6", "7", "7", "8", "9", "9", "9",
-    "10", "11", "12", "", "13", "+extensions", "+press", "+press", "+type", "+wheel", "+clipboard", "+focus"};
+    "10", "11", "12", "", "13", "+extensions", "+2", "+4", "+5", "+5", "+6", "+7", "+9", "+press", "+press", "+type",
+    "+wheel", "+clipboard", "+focus"};
 
 const QList<QByteArray> windows = {"Widget:main", "Widget:main", "Widget:main", "Widget:main", "Fuzz host",
     "Fuzz host - second", "Widget:second", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget",
@@ -20,6 +21,17 @@ const QList<QByteArray> paths = {"probe", "check", "radio", "tool", "instant", "
     "&Yes_dialog_button", "InGroup_dialog_button", "QLineEdit__widget__", "fileNameEdit", "file//fileNameEdit",
     "main//edit", "unnamed", "ActivePopupWidget", "FocusWidget", "main", "second", "executed", "file", "message",
     "qt_spinbox_lineedit", "spin/qt_spinbox_lineedit", "/", "//probe", "", "main/unnamed/probe", "qt_msgbox_label"};
+
+const QList<QByteArray> locators = {"", "name=probe", "text=Probe", "QPushButton text=\"Probe\"", "text=Radio",
+    "text*=Du", "text~=^(Al|Be)", "label=Name", "label*=a", "title=Group", "title=\"Dock 1\"", "title=\"Page A\"",
+    "action=Brew", "action=brew", "tooltip=x", "accessible=x", "placeholder~=.", "ref=1", "ref=7", "ref=999999999999",
+    "name=list visible=any", "name=hidden visible=any", "name=hidden", "name=disabled", "QPushButton nth=2", "* last",
+    "QAbstractButton first", "QGroupBox >> QPushButton", "QMainWindow >> QTabWidget >> QTabBar", "name=tabs >> QTabBar",
+    "name=tree >> QHeaderView", "QMenuBar", "QStatusBar", "QMenu", "QMenu first", ".enabled=false first",
+    ".text~=\"^text\"", "QSpinBox .value=0", "QCheckBox .checkState=0", "QTabBar .currentIndex=0",
+    "path=spin >> QLineEdit", "path=main//edit", "path=dies", "path=kills", "path=mortaledit", "path=mortallist",
+    "QDialog", "QDialog >> QPushButton first", "QLineEdit", "text=", "text~=(", "nth=", ">>", "name=\"",
+    "visible=maybe"};
 
 const QList<QByteArray> classes = {"", "", "", "", "", "QWidget", "QAbstractButton", "QPushButton", "QLineEdit",
     "QTextEdit", "QComboBox", "QSpinBox", "QDateTimeEdit", "QSlider", "QTabBar", "QToolBox", "QListView", "QTreeView",
@@ -43,6 +55,9 @@ const QList<QByteArray> values = {"", "b:true", "b:false", "s:", "s:text", "s:Al
     "itemData", "itemPosition", "itemIsExpanded", "rowHeaderText", "columnHeaderText", "columnTextList", "currentPath",
     "currentItemRect", "pathDisabled", "pathChecked", "currentMessage", "toolTipList", "windowIcon", "cursor",
     "locale"};
+
+// The last sections of the extensions.
+const QList<QByteArray> options = {"", "force", "force", "b:true", "s:+", "s:Select", "x"};
 
 const QList<QByteArray> wholeRequests = {"2,Widget:main", "4,Widget:main,edit", "5,Widget:main,check,,b:true",
     "5,Widget:main,radio", "5,Widget:main,tool", "5,Widget:main,instant", "5,Widget:main,group,,b:false",
@@ -75,7 +90,13 @@ const QList<QByteArray> wholeRequests = {"2,Widget:main", "4,Widget:main,edit", 
     "9,Widget:main,label,,s:MousePress:LeftButton:::", "9,Widget:main,list,QWidget,s:MouseMove::0.9:0.9:",
     "9,Widget:main,tree,QWidget,s:MouseRelease:LeftButton:::", "9,Widget:main,edit,,s:MouseDoubleClick:LeftButton:::",
     "10,Widget:main,10,10", "10,Widget:main,-3000,5000", "11,Widget:main,300,200", "12,,icon", "3", "1",
-    "+press,Widget:main,path=edit,Shift+A,", "+press,Widget:main,,Shift,press", "+press,Widget:main,,Shift,release",
+    "+2,Widget:main,", "+2,Widget:ActiveModalWidget,", "+2,Widget:main,name=tree", "+4,Widget:main,text=Probe",
+    "+5,Widget:main,text=Probe", "+5,Widget:main,QTabBar first,,s:Two", "+5,Widget:main,QMenuBar,,s:File/Alpha",
+    "+5,Widget:main,name=disabled", "+5,Widget:main,name=disabled,,,,force", "+5,Widget:main,action=Brew",
+    "+6,Widget:main,name=edit,,s:hello", "+6,Widget:main,name=masked,,s:123,force", "+7,Widget:main,QGroupBox,,title",
+    "+7,Widget:main,name=tree,,pathList", "+9,Widget:main,name=label,,s:MouseClick:RightButton:::",
+    "+9,Widget:main,name=list,QWidget,s:MousePress:LeftButton:0.5:0.1:,force", "+press,Widget:main,path=edit,Shift+A,",
+    "+press,Widget:main,,Shift,press", "+press,Widget:main,,Shift,release",
     "+type,Widget:main,path=memo,two\nlines\xe2\x82\xac", "+wheel,Widget:main,path=list,:::0:-2",
     "+focus,Widget:main,path=edit", "+clipboard", "+clipboard,text", "+extensions"};
 
@@ -90,6 +111,14 @@ const QList<QByteArray>& ofSection(int section)
 {
     static const QList<QByteArray>* const lists[] = {&numbers, &windows, &paths, &classes, &values, &values};
     return *lists[section];
+}
+
+const QList<QByteArray>& ofExtensionSection(const QByteArray& name, int section)
+{
+    // Those that act as a command have its sections, the others their values where that has the class.
+    const bool actsAsCommand = name.size() == 2;
+    static const QList<QByteArray>* const lists[] = {&numbers, &windows, &locators, &classes, &values, &options};
+    return section == 3 && !actsAsCommand ? values : *lists[section];
 }
 
 } // namespace tokens
