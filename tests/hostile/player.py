@@ -159,6 +159,8 @@ class Player:
             (4, self._wheel),
             (2, self._focus),
             (1, self._clipboard),
+            (4, lambda: self._extension("+2")),
+            (1, lambda: "+extensions"),
         )
 
     def next_request(self) -> str:
