@@ -149,6 +149,9 @@ void build(TestHost& host)
     const Application application = {host, window, QFile::decodeName(qgetenv("FOLDER"))};
 
     addButton(application, "open", QFileDialog::AcceptOpen, QFileDialog::ExistingFile, "");
+    // As where a program asks for a folder of documents that is not there.
+    addButton(application, "openSuggested", QFileDialog::AcceptOpen, QFileDialog::ExistingFile, "Documents");
+    addButton(application, "openSeveral", QFileDialog::AcceptOpen, QFileDialog::ExistingFiles, "Documents");
     addButton(application, "save", QFileDialog::AcceptSave, QFileDialog::AnyFile, "old.txt");
     addRequests(application);
     auto* notes = new QLineEdit;

@@ -75,6 +75,17 @@ def test_a_path_is_what_the_application_gets(app, folder, button, name):
     app.wait_until("dialog", "visible", "true")
 
 
+@pytest.mark.parametrize("button", ["openSuggested", "openSeveral"])
+@pytest.mark.parametrize("place", ["", "letters/"])
+def test_a_path_takes_the_place_of_a_suggestion_that_is_not_there(plain, folder, button, place):
+    (folder / place).mkdir(exist_ok=True)
+    (folder / place / "first.txt").write_text("")
+    open_by(plain, button)
+    assert plain.get("fileNameEdit", "text") == "Documents"
+    assert plain.activate(MODAL, "dialog", f"s:{folder}/{place}first.txt") == "0,QFileDialog"
+    plain.wait_for(f"file {folder}/{place}first.txt")
+
+
 @pytest.mark.parametrize("name", ["a b.txt", "50%s%n.txt", "a,b&c.txt", "Käse.txt", "MixedCase_1.TXT"])
 def test_a_name_is_taken_in_the_folder_that_is_shown(plain, folder, name):
     open_by(plain, "save")

@@ -11,9 +11,7 @@ def test_a_document_is_opened_and_its_pages_are_turned(start, tmp_path):
 
     app = start("qpdfview")
     app.window("qpdfview").menu("File/Open...").click()
-    dialog = app.modal("Open")
-    dialog.find(label="File name:").type(str(book))
-    dialog.press("Return")
+    app.modal("Open").file(book)
     window = app.window("book")
     page = window.find("QSpinBox")
     eventually(page).has(text="1 / 3")

@@ -2,11 +2,17 @@
 
 #include "compat/children.h"
 #include "compat/variant.h"
+#include "proxy/postedcall.h"
 
+#include <QAbstractItemView>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPointer>
 
 namespace {
+
+// The list of files, whose selection is also that of the table of details.
+const QLatin1String listName("listView");
 
 const char notFoundMessage[] = "activate, fileNameEdit not found";
 
@@ -21,10 +27,24 @@ void STQFileDialog::activate(const QVariant& value, const QVariant&)
         const QLineEdit* field = fileNameEdit();
         clickCenter(field, field->rect());
     }
-    if (!fileNameEdit()->text().isEmpty())
+    if (!fileNameEdit()->text().isEmpty()) {
         clearField();
+        forgetSelection();
+    }
     typeText(value.toString());
     confirm();
+}
+
+// For the empty name Qt selects the folder that the dialog shows, and what is selected is what the dialog returns, whatever
+// is typed. Between a user's keys Qt finds its mistake, but not while keys that are posted together follow each other.
+void STQFileDialog::forgetSelection()
+{
+    const QPointer<QAbstractItemView> view(
+        compat::findChildren<QAbstractItemView>(checkedWidget("QFileDialog"), listName).value(0));
+    proxy::postCall([view] {
+        if (view && view->selectionModel())
+            view->selectionModel()->clearSelection();
+    });
 }
 
 QLineEdit* STQFileDialog::fileNameEdit()

@@ -14,4 +14,5 @@ public:
 
 private:
     QLineEdit* fileNameEdit();
+    void forgetSelection();
 };
