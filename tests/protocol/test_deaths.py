@@ -95,7 +95,9 @@ def test_a_widget_beside_one_that_is_being_deleted_is_located(half_deleted):
     assert half_deleted.request("4,Deadly,waiting") == "0,QPushButton"
 
 
-@pytest.mark.parametrize("locator", ["name=waiting", "QPushButton text=Waiting", "path=pane/waiting"])
+@pytest.mark.parametrize(
+    "locator", ["name=waiting", "QPushButton text=Waiting", "path=pane/waiting", "label=Answer:"]
+)
 def test_a_widget_beside_one_that_is_being_deleted_has_a_locator(half_deleted, locator):
     assert half_deleted.request(extension("+7", "Deadly", locator, "", "enabled")) == "0,b:true"
 
@@ -103,6 +105,20 @@ def test_a_widget_beside_one_that_is_being_deleted_has_a_locator(half_deleted, l
 def test_a_snapshot_in_which_a_widget_is_being_deleted_is_taken(half_deleted):
     reply = half_deleted.request(extension("+2", "Deadly", ""))
     assert '"waiting"' in reply and '"asking"' not in reply
+
+
+def test_a_group_that_is_being_deleted_labels_nothing(half_deleted):
+    assert half_deleted.request(extension("+7", "Deadly", "label=Pane", "", "enabled")).startswith("5,")
+
+
+def test_a_tray_icon_beside_an_object_that_is_being_deleted_is_found(app):
+    app.do("addAskingTray")
+    app.start("deleteTray")
+    app.wait_for("asking")
+    assert app.request("12,,trayIcon") == "6,Object (trayIcon) not visible"
+    app.start("answerTray")
+    app.wait_for("done deleteTray")
+    assert app.request("12,,trayIcon") == "2,Object (trayIcon) not found"
 
 
 def test_an_application_that_quits(app):

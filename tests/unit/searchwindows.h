@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 template <class Widget>
@@ -16,6 +17,21 @@ Widget* add(QWidget* parent, const char* name)
     widget->setObjectName(QLatin1String(name));
     return widget;
 }
+
+// Runs a function in its destructor. When its parent is being deleted, the children before it are null pointers then.
+class LastWill : public QWidget
+{
+public:
+    LastWill(QWidget* parent, std::function<void()> function)
+        : QWidget(parent)
+        , will(std::move(function))
+    {
+    }
+    ~LastWill() override { will(); }
+
+private:
+    std::function<void()> will;
+};
 
 // Windows to search, and a script object that searches them.
 class SearchWindows

@@ -32,8 +32,26 @@ private Q_SLOTS:
 
     void descentNeedsTheOnlyWayDown_data();
     void descentNeedsTheOnlyWayDown();
+    void widgetsBesideOneThatIsBeingDeletedAreFound();
     void descentCountsHiddenChildrenButDoesNotReturnThem();
 };
+
+void tst_HierarchicalSearch::widgetsBesideOneThatIsBeingDeletedAreFound()
+{
+    bool isChildGone = false;
+    QObject* found = nullptr;
+    QObject* onlyChild = nullptr;
+    new LastWill(left, [&] {
+        isChildGone = left->children().contains(nullptr);
+        found = find("left/late", QString(), main.get(), false); // what is being deleted is hidden
+        onlyChild = find("left/*", QString(), main.get(), false);
+    });
+    const QObject* late = add<QPushButton>(left, "late");
+    delete left;
+    QVERIFY(isChildGone);
+    QVERIFY(found == late);
+    QVERIFY(onlyChild == late);
+}
 
 void tst_HierarchicalSearch::listWithoutNamesIsInvalid_data()
 {

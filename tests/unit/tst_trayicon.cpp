@@ -17,6 +17,7 @@ private Q_SLOTS:
     void init() { showWindows(); }
     void cleanup() { deleteWindows(); }
     void trayIconsAreFoundByName();
+    void trayIconsBesideAWidgetThatIsBeingDeletedAreFound();
     void errorIsSharedByAllObjects();
 };
 
@@ -41,6 +42,21 @@ void tst_TrayIcon::trayIconsAreFoundByName()
     QCOMPARE(error(), latin1("WidgetAmbiguousError"));
     ofApplication.reset();
     QCOMPARE(proxy->findTrayIcon(latin1("tray")), static_cast<QObject*>(ofWidget));
+}
+
+void tst_TrayIcon::trayIconsBesideAWidgetThatIsBeingDeletedAreFound()
+{
+    bool isChildGone = false;
+    QObject* found = nullptr;
+    new LastWill(left, [&] {
+        isChildGone = left->children().contains(nullptr);
+        found = proxy->findTrayIcon(latin1("tray"));
+    });
+    auto* icon = new QSystemTrayIcon(left);
+    icon->setObjectName(latin1("tray"));
+    delete left;
+    QVERIFY(isChildGone);
+    QVERIFY(found == icon);
 }
 
 void tst_TrayIcon::errorIsSharedByAllObjects()

@@ -2,8 +2,11 @@
 #include "testhost.h"
 
 #include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSystemTrayIcon>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QtCore/QEvent>
@@ -46,7 +49,8 @@ private:
 
 // Runs an event loop in its destructor, as one does that asks the user whether to save. Qt has taken it out of its parent's
 // children by then, and left a null pointer in its place.
-class AskingWhenDeleted : public QWidget
+template <class Base>
+class AskingWhenDeleted : public Base
 {
 public:
     AskingWhenDeleted(TestHost& testHost, QEventLoop& eventLoop)
@@ -68,15 +72,32 @@ private:
 
 void addPaneThatAsksWhenDeleted(TestHost& host, QWidget* window)
 {
-    auto* pane = add(window, named(new QWidget, "pane"));
+    auto* pane = add(window, named(new QGroupBox(latin1("Pane")), "pane"));
     auto* layout = new QVBoxLayout(pane);
     auto* loop = new QEventLoop(window);
-    layout->addWidget(named(new AskingWhenDeleted(host, *loop), "asking"));
+    layout->addWidget(named(new AskingWhenDeleted<QWidget>(host, *loop), "asking"));
     layout->addWidget(named(new QPushButton(latin1("Waiting")), "waiting"));
     layout->addWidget(new QPushButton(latin1("Unnamed one")));
+    auto* label = new QLabel(latin1("&Answer:"));
+    layout->addWidget(label);
+    auto* field = named(new QLineEdit, "field");
+    layout->addWidget(field);
+    label->setBuddy(field);
     pane->show();
     host.onRequest(latin1("deletePane"), [pane] { delete pane; });
     host.onRequest(latin1("answer"), [loop] { loop->quit(); });
+}
+
+// Tray icons are looked for among the objects of the application itself.
+void addTrayThatAsksWhenDeleted(TestHost& host)
+{
+    auto* tray = new QObject(QApplication::instance());
+    auto* loop = new QEventLoop(QApplication::instance());
+    new QObject(tray);
+    (new AskingWhenDeleted<QObject>(host, *loop))->setParent(tray);
+    named(new QSystemTrayIcon(tray), "trayIcon");
+    host.onRequest(latin1("deleteTray"), [tray] { delete tray; });
+    host.onRequest(latin1("answerTray"), [loop] { loop->quit(); });
 }
 
 // As a dialog within a slot does whose own handlers delete the agent: the loop ends it before the slot returns.
@@ -109,6 +130,7 @@ void buildDeadlyWindow(TestHost& host)
         host.onSignal(addButton(host, window, "dialog"), SIGNAL(clicked()), [&host] { openDialog(host, 1); });
         host.onSignal(add(window, named(new QLineEdit, "retire")), SIGNAL(textChanged(QString)),
             [&host] { retireAgentInEventLoop(host); });
+        host.onRequest(latin1("addAskingTray"), [&host] { addTrayThatAsksWhenDeleted(host); });
         host.onRequest(latin1("addAskingPane"), [&host, window] { addPaneThatAsksWhenDeleted(host, window); });
         auto* mover = add(window, named(new QWidget, "mover"));
         mover->setMinimumSize(100, 50);
