@@ -12,19 +12,19 @@ namespace {
 // Has the processor fetch what a search for a derived name reads some children later: in a window of thousands of widgets
 // it waits for memory more than it works. A tool button's action is mostly its first child. What is more steps away from
 // the list is asked for later, when the steps before it are there.
-void fetchAhead(const QObjectList& children, int index)
+void fetchAhead(QObjectList::const_iterator position, QObjectList::const_iterator end)
 {
     const int farthest = 16;
-    if (index + farthest >= children.size())
+    if (end - position <= farthest)
         return;
-    if (const QObject* child = children.at(index + farthest))
+    if (const QObject* child = position[farthest])
         compat::prefetch(child);
-    if (const QObject* child = children.at(index + 8))
+    if (const QObject* child = position[8])
         compat::prefetch(&child->children());
-    const QObject* close = children.at(index + 4);
+    const QObject* close = position[4];
     if (close && !close->children().isEmpty())
         compat::prefetch(close->children().first());
-    const QObject* next = children.at(index + 2);
+    const QObject* next = position[2];
     if (next && !next->children().isEmpty() && next->children().first())
         compat::prefetch(&next->children().first()->children());
 }
@@ -50,10 +50,11 @@ void NameSearch::search(QWidget* top)
 void NameSearch::searchBelow(const QObject* parent)
 {
     const QObjectList& children = parent->children();
-    for (int index = 0; index < children.size(); ++index) {
+    const QObjectList::const_iterator end = children.end();
+    for (QObjectList::const_iterator position = children.begin(); position != end; ++position) {
         if (derivation)
-            fetchAhead(children, index);
-        QObject* child = children.at(index);
+            fetchAhead(position, end);
+        QObject* child = *position;
         if (!child) // it is being deleted with its parent
             continue;
         const bool hasChildren = !child->children().isEmpty();
