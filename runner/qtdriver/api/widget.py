@@ -19,10 +19,10 @@ from ..lookup.visible_texts import Search
 from ..protocol.connection import Connection
 from ..protocol.wire import Argument, Value
 from ..protocol.locators import Address, Locator, as_locator, raw_locator
-from .editing import refuse_without_editor
 from .finding import Finder
 from .keys import WidgetInput
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
+from .refusals import refuse_without_editor
 from .values import WidgetValues
 from .verbs import Verbs
 

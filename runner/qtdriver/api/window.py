@@ -20,13 +20,13 @@ from ..lookup.tree import Node, WidgetTree
 from ..lookup.visible_texts import button_showing, checkbox_showing, field_labelled, tab_bar_showing
 from ..lookup.windows import POPUP
 from ..protocol.locators import Address, Locator, locator, raw_locator
-from .corners import refuse_corner_button
 from .finding import Finder
 from .found import FoundWidget
 from .item import WidgetItem
 from .keys import KeyInput, Send
 from .menu import Menu
 from .mouse import repeatable
+from .refusals import refuse_corner_button
 from .steps import run_step
 from .widget import Widget
 
