@@ -22,6 +22,9 @@ namespace agent {
 
 namespace {
 
+// Each is handled before the next one, and the application does nothing else meanwhile.
+const int mostCharacters = 100000;
+
 QByteArray classReply(const QWidget* widget)
 {
     return QByteArray("0,") + widget->metaObject()->className();
@@ -101,6 +104,8 @@ QByteArray pressKeys(const Request& request, STApplicationProxy& registry)
 QByteArray typeText(const Request& request, STApplicationProxy& registry)
 {
     const QString text = request.utf8Text(3);
+    if (text.size() > mostCharacters)
+        proxy::raiseError("At most %d characters are typed at a time", mostCharacters);
     return withKeyboard(request, registry, [&](proxy::Keyboard& keyboard) {
         for (int position = 0; position < text.size();) {
             const proxy::KeyEvents events = proxy::Keyboard::type(proxy::takeKeyStroke(text, position));

@@ -115,6 +115,15 @@ def test_a_widget_may_die_of_the_last_key(app):
     eventually(lambda: app.get("victim", "text"), "<no object victim>")
 
 
+@pytest.mark.parametrize("length", [100001, 8 * 1024 * 1024 - 100])
+def test_a_text_that_would_keep_the_application_from_all_else_is_refused(app, length):
+    refused = error("At most 100000 characters are typed at a time")
+    assert type_text(app, "x" * length, "name=plain") == refused
+    assert app.get("plain", "plainText") == ""
+    assert type_text(app, "y", "name=plain").startswith("0,")
+    app.wait_until("plain", "plainText", "y")
+
+
 def test_thousands_of_characters_arrive_as_they_are(app):
     text = "abcdefghi " * 1000
     assert type_text(app, text, "path=custom") == "0,QWidget"
