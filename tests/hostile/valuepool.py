@@ -111,7 +111,7 @@ STROKES = (
     "",
 )
 KEY_MODES = ("", "", "", "", "press", "release", "release", "x")
-TYPED = ("a", "abc", "12", "text \xe4 \u20ac \U0001f600", "one\ntwo", "a\tb", "\n", "", "x" * 200)
+TYPED = ("a", "abc", "12", "text \xe4 \u20ac \U0001f600", "one\ntwo", "a\tb", "\n", "", "x" * 40)
 WHEELS = (
     ":::0:1",
     ":::0:-3",
