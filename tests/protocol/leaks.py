@@ -4,6 +4,7 @@ import statistics
 import time
 from typing import NamedTuple
 
+from extensions import extension
 from hostapp import DEADLINE, HostApp, hexed
 
 BYTES_PER_REQUEST = 8
@@ -36,6 +37,10 @@ def mouse(path, command, reply="0,", class_name=""):
 
 def read(path, name, argument="", reply="0,", class_name=""):
     return Request(f"7,Leaks,{path},{class_name},{name},{argument}", reply)
+
+
+def extended(name, locator, *texts, reply="0,"):
+    return Request(extension(name, "Leaks", locator, *texts), reply)
 
 
 def exactly(line, reply="0,"):
@@ -149,9 +154,31 @@ MENUS = {
     "5: editable combo box": [activate("editable", "s:two"), activate("editable", "s:one")],
 }
 
+EXTENSIONS = {
+    "+extensions": exactly("+extensions"),
+    "+2: window": [extended("+2", "")],
+    "+2: tree": [extended("+2", "name=tree")],
+    "+4: by text": [extended("+4", "QPushButton first")],
+    "+5: button": [extended("+5", "name=button")],
+    "+5: disabled": [extended("+5", "name=disabled", reply="9,disabled")],
+    "+5: item that is not there": [extended("+5", "name=list", "", "s:none", reply="9,item")],
+    "+5: menu entry that is not there": [extended("+5", "name=bar", "", "s:File/None", reply="9,item")],
+    "+6: line edit": [extended("+6", "name=line", "", "s:\u20ac"), extended("+6", "name=line", "", "s:d")],
+    "+7: by property": [extended("+7", '.objectName="button"', "", "text")],
+    "+7: by pattern": [extended("+7", "QPushButton name~=^butt", "", "text")],
+    "+7: by label": [extended("+7", 'label="none"', "", "text", reply="5,")],
+    "+7: several": [extended("+7", "QWidget", "", "text", reply="7,")],
+    "+7: no locator": [extended("+7", "text~=(", "", "text", reply="8,Exception : Invalid locator")],
+    "+9: click": [extended("+9", "name=canvas", "", "s:MouseClick:LeftButton:0.5:0.5:")],
+    "+press and +type": [extended("+press", "name=line", "Ctrl+A, Del"), extended("+type", "", "a\u20ac")],
+    "+press: held": [extended("+press", "", "Shift", "press"), extended("+press", "", "Shift", "release")],
+    "+wheel": [extended("+wheel", "name=text", ":::0:1"), extended("+wheel", "name=text", ":::0:-1")],
+    "+focus": [extended("+focus", "name=line"), extended("+focus", "name=text")],
+}
+
 SLOW = {"5: editable combo box"}
 """The agent waits a fifth of a second in each of them."""
-EVERY_KIND = {**QUERIES, **READS, **CLICKS, **KEYS, **MENUS}
+EVERY_KIND = {**QUERIES, **READS, **CLICKS, **KEYS, **MENUS, **EXTENSIONS}
 PLANTED = {name: [read("leaky", name)] for name in ("bytes", "object", "widget", "file")}
 
 
