@@ -1,9 +1,9 @@
 #include "agent/extensions.h"
 
 #include "agent/inputextensions.h"
+#include "agent/itemactions.h"
 #include "agent/locatedactions.h"
 #include "agent/request.h"
-#include "agent/snapshots.h"
 #include "agent/wirevalue.h"
 
 #include <QStringList>
@@ -29,6 +29,8 @@ const ExtensionRow extensionRows[] = {
     {"+6", enterLocated},
     {"+7", readLocated},
     {"+9", mouseLocated},
+    {"+scroll", scrollToLocated},
+    {"+item", readItem},
     {"+press", pressKeys},
     {"+type", typeText},
     {"+wheel", turnWheel},

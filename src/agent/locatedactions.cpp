@@ -1,15 +1,15 @@
 #include "agent/locatedactions.h"
 
+#include "agent/itemactions.h"
 #include "agent/locatedwidget.h"
 #include "agent/querycommands.h"
 #include "agent/readiness.h"
 #include "agent/request.h"
 #include "agent/wirevalue.h"
 #include "compat/variant.h"
-#include "proxy/mousecommand.h"
+#include "locate/snapshot.h"
 #include "proxy/stapplicationproxy.h"
 #include "proxy/sterror.h"
-#include "proxy/textparts.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -61,17 +61,10 @@ MousePlace fieldPlace(STWidgetProxy& proxy, const QVariant&)
     return proxy.activationPlace();
 }
 
-// Where a mouse command goes, as far as its words tell; those that are wrong are the command's to refuse.
 MousePlace mousePlace(STWidgetProxy& proxy, const QVariant& command)
 {
-    const int sectionCount = 5;
-    const QStringList words = proxy::firstParts(command.toString(), QLatin1Char(':'), sectionCount);
     QWidget* widget = proxy.checkedWidget(nullptr);
-    try {
-        return {widget, proxy::pointAtShares(widget->rect(), words.value(2), words.value(3))};
-    } catch (const STError&) {
-        return {widget, widget->rect().center()};
-    }
+    return {widget, mousePoint(widget->rect(), command.toString())};
 }
 
 QWidget* required(const QPointer<QWidget>& widget)
@@ -119,6 +112,17 @@ Access windowForAction(const Request& request)
 
 } // namespace
 
+QByteArray takeSnapshot(const Request& request, STApplicationProxy&)
+{
+    const Access access = locatedWidget(anyWindow(windowName(request)), request);
+    if (!access.widget)
+        return access.refusal;
+    const QByteArray json = locate::snapshot(access.widget);
+    if (json.isEmpty())
+        proxy::raiseError(proxy::deadWidgetMessage);
+    return "0,j:" + json;
+}
+
 QByteArray locateLocated(const Request& request, STApplicationProxy&)
 {
     const Access access = locatedWidget(anyWindow(windowName(request)), request);
@@ -150,9 +154,15 @@ QByteArray mouseLocated(const Request& request, STApplicationProxy& registry)
     const Access window = QApplication::activePopupWidget() ? anyWindow(windowName(request))
                                                             : reachableWindow(windowName(request), nullptr);
     const int forceSection = 5;
+    const int itemSection = 6;
+    if (!request.utf8Text(itemSection).isEmpty())
+        return mouseOnItem(window, request, isForced(request, forceSection), registry);
     return actOnLocated(window, request, forceSection, registry, mousePlace,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
-            registry.mouseAction(widget, className, value);
+            if (className == QLatin1String("QWidget") && compat::typeOf(value) == QMetaType::QString)
+                registry.mouseActionAt({widget, widget->rect(), true}, value.toString());
+            else
+                registry.mouseAction(widget, className, value);
         });
 }
 

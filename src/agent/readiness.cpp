@@ -28,7 +28,7 @@ QString described(const QWidget* widget)
 
 QString coveredBy(const QWidget* other)
 {
-    return QLatin1String("covered by ") + described(other);
+    return proxy::coveredBy(described(other));
 }
 
 QRect placeInWindow(const QWidget* widget)
@@ -65,14 +65,16 @@ QScrollArea* areaAround(const QWidget* viewport)
 }
 
 // From the innermost area to the outermost.
-void scrollTo(const QPointer<QWidget>& widget, const QPoint& point)
+void scrollTo(const QPointer<QWidget>& widget, const QRect& rect)
 {
     QPointer<QWidget> around(widget.data());
     while (around && !around->isWindow()) {
         QScrollArea* area = areaAround(around);
-        if (area && area->widget() && !around->rect().contains(living(widget)->mapTo(around, point))) {
-            area->ensureWidgetVisible(widget, 0, 0);
-            const QPoint inside = widget ? widget->mapTo(area->widget(), point) : QPoint();
+        const QRect place = area ? rect.translated(living(widget)->mapTo(around, QPoint(0, 0))) : QRect();
+        if (area && area->widget() && !around->rect().contains(place)) {
+            const int margin = 1; // without one, Qt 4 leaves the last pixel out
+            area->ensureWidgetVisible(widget, margin, margin);
+            const QPoint inside = widget ? widget->mapTo(area->widget(), rect.center()) : QPoint();
             if (widget)
                 area->ensureVisible(inside.x(), inside.y(), 0, 0);
         }
@@ -126,20 +128,46 @@ QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
 
 } // namespace
 
-QString whyNotReady(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place)
+QString whyNotUsable(STWidgetProxy& proxy)
 {
     const QWidget* target = proxy.checkedWidget(nullptr);
     if (!target->isVisible())
         return QLatin1String("hidden");
-    if (!target->isEnabled())
-        return QLatin1String("disabled");
+    return target->isEnabled() ? QString() : QLatin1String("disabled");
+}
+
+QString bringIntoSight(QWidget* target, const QRect& rect)
+{
+    const QPointer<QWidget> widget(target);
+    scrollTo(widget, rect);
+    const QWidget* clipping = clippingWidget(widget, rect.center());
+    if (!clipping)
+        return QString();
+    return clipping->isWindow() ? QLatin1String("outside its window") : QLatin1String("outside ") + described(clipping);
+}
+
+QRect partInSight(const QWidget* widget, QRect rect)
+{
+    QPoint offset;
+    for (const QWidget* around = widget;; around = around->parentWidget()) {
+        rect = rect.intersected(around->rect().translated(-offset));
+        if (around->isWindow())
+            return rect;
+        offset = around->mapToParent(offset);
+    }
+}
+
+QString whyNotReady(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place)
+{
+    const QString unusable = whyNotUsable(proxy);
+    if (!unusable.isEmpty())
+        return unusable;
     const QPointer<QWidget> widget(place.widget);
     if (isMoving(widget))
         return QLatin1String("moving");
-    scrollTo(widget, place.point);
-    if (const QWidget* clipping = clippingWidget(widget, place.point))
-        return clipping->isWindow() ? QLatin1String("outside its window")
-                                    : QLatin1String("outside ") + described(clipping);
+    const QString outside = bringIntoSight(widget, QRect(place.point, QSize(1, 1)));
+    if (!outside.isEmpty())
+        return outside;
     const QString covers = whatCovers(widget, place.point);
     if (!covers.isEmpty())
         return covers;

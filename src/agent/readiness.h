@@ -12,4 +12,13 @@ namespace agent {
 // prepared as for a command. Raises an error when that is the end of the widget.
 QString whyNotReady(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place);
 
+// The first two of these only.
+QString whyNotUsable(STWidgetProxy& proxy);
+
+// Scrolls the areas around a widget until a rectangle of it is in sight, or as much of it as there is room for. Empty when
+// its centre is in sight then, else the reason. Raises an error when that is the end of the widget.
+QString bringIntoSight(QWidget* widget, const QRect& rect);
+// The part of the rectangle that is in sight, as far as what the widget is in goes.
+QRect partInSight(const QWidget* widget, QRect rect);
+
 } // namespace agent

@@ -15,12 +15,6 @@ namespace locate {
 
 namespace {
 
-void addState(QStringList& states, bool holds, const char* state)
-{
-    if (holds)
-        states.append(QLatin1String(state));
-}
-
 // Adds what there is of `count` items, told by `itemAt`, which returns false once there is no going on.
 template <class ItemAt>
 Items itemsUpTo(int count, ItemAt itemAt)
@@ -116,6 +110,12 @@ const ItemsRow* rowFor(const QWidget* widget)
 }
 
 } // namespace
+
+void addState(QStringList& states, bool holds, const char* state)
+{
+    if (holds && !states.contains(QLatin1String(state)))
+        states.append(QLatin1String(state));
+}
 
 bool holdsItems(const QWidget* widget)
 {

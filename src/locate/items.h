@@ -18,6 +18,9 @@ struct Item
         states; // "selected", "current", "disabled", "checked", "partly checked", "expanded", "collapsed", "menu"
 };
 
+// Adds a state that holds, once.
+void addState(QStringList& states, bool holds, const char* state);
+
 // The items of a widget, as the user sees them.
 struct Items
 {

@@ -27,12 +27,6 @@ private:
     const QPointer<QAbstractItemModel> model;
 };
 
-void addState(QStringList& states, bool holds, const char* state)
-{
-    if (holds && !states.contains(QLatin1String(state)))
-        states.append(QLatin1String(state));
-}
-
 void addCell(Item& item, const QAbstractItemView& view, const QModelIndex& cell, const Liveness& life)
 {
     item.texts.append(compat::textOf(cell.data(Qt::DisplayRole)));

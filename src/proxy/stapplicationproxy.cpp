@@ -1,7 +1,6 @@
 #include "proxy/stapplicationproxy.h"
 
 #include "proxy/proxytable.h"
-#include "proxy/stwidgetproxy.h"
 
 #include <QWidget>
 
@@ -73,6 +72,24 @@ void STApplicationProxy::enter(QWidget* widget, const QString& className, const 
 void STApplicationProxy::mouseAction(QWidget* widget, const QString& className, const QVariant& command)
 {
     preparedProxy(widget, className)->mouseAction(command);
+}
+
+STWidgetProxy::ItemArea STApplicationProxy::itemArea(QWidget* widget, const QString& className, const QVariant& item)
+{
+    return preparedProxy(widget, className)->itemArea(item);
+}
+
+void STApplicationProxy::mouseActionAt(const STWidgetProxy::ItemArea& area, const QString& command)
+{
+    if (!area.widget)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    preparedProxy(area.widget, QLatin1String("QWidget"))
+        ->mouseActionIn(area.rect, command, STWidgetProxy::Way::Natural);
+}
+
+STWidgetProxy::ItemState STApplicationProxy::itemState(QWidget* widget, const QString& className, const QVariant& item)
+{
+    return proxyFor(widget, className)->itemState(item);
 }
 
 void STApplicationProxy::wheelAction(QWidget* widget, const QString& command)

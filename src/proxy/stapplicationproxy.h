@@ -1,5 +1,7 @@
 #pragma once
 
+#include "proxy/stwidgetproxy.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -7,7 +9,6 @@
 #include <map>
 
 class QWidget;
-class STWidgetProxy;
 
 // The registry: owns one proxy per supported Qt class name, finds the proxy of a widget and runs an operation on it.
 // `className` is the class under which to serve the widget: empty for the nearest registered class of the widget, or a
@@ -29,6 +30,13 @@ public:
     void activate(QWidget* widget, const QString& className, const QVariant& value, const QVariant& option);
     void enter(QWidget* widget, const QString& className, const QVariant& value);
     void mouseAction(QWidget* widget, const QString& className, const QVariant& command);
+    // Brings an item into sight and tells where it is. What it is in can be another widget, and that can be in a window of
+    // its own, such as a menu.
+    STWidgetProxy::ItemArea itemArea(QWidget* widget, const QString& className, const QVariant& item);
+    // Plays a mouse command there.
+    void mouseActionAt(const STWidgetProxy::ItemArea& area, const QString& command);
+    // Text and states of an item, also in a disabled widget.
+    STWidgetProxy::ItemState itemState(QWidget* widget, const QString& className, const QVariant& item);
     // Turns the mouse's wheel over a widget, by a command "x:y:modifier:horizontal:vertical".
     void wheelAction(QWidget* widget, const QString& command);
     // Makes the widget reachable for real input, and nothing else.

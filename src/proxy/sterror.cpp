@@ -43,6 +43,11 @@ QString hiddenItem(const QString& item)
     return aboutItem(item, "hidden");
 }
 
+QString coveredBy(const QString& other)
+{
+    return QLatin1String("covered by ") + other;
+}
+
 QString formatMessage(const QString& format, std::initializer_list<FormatArgument> arguments)
 {
     const int maximumLength = FormatArgument::maximumLength;

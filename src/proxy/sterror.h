@@ -73,6 +73,8 @@ QString missingItem(const QString& item);
 QString missingItem(int number);
 QString disabledItem(const QString& item);
 QString hiddenItem(const QString& item);
+// The reason where another widget would get the mouse.
+QString coveredBy(const QString& other);
 
 // The same as raiseError() for a format that was put together from several texts and has no arguments.
 [[noreturn]] inline void raiseError(const QString& format)

@@ -3,6 +3,7 @@
 #include "compat/reachable.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
+#include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/pseudoproperties.h"
 #include "proxy/textparts.h"
@@ -16,6 +17,9 @@
 namespace {
 
 const char notImplementedMessage[] = "\"%s\" is not implemented for widget of class \"%s\"";
+const char noItemsMessage[] = "Items of a widget of class \"%s\" have no place for the mouse";
+const char noStatesMessage[] = "Items of a widget of class \"%s\" have no states";
+const char notReachedMessage[] = "The way to the item is not reached by the mouse";
 const char wrongClassMessage[] = "Internal error, proxy for class \"%s\", connected to widget of class \"%s\".";
 const char unknownPropertyMessage[] = "Unknown property \"%s\".";
 const char setPropertyMessage[] = "Can't set property \"%s\"";
@@ -43,6 +47,19 @@ QRect rectAt(const QPoint& corner, const QSize& size)
 {
     return QRect(corner, sum(corner, QPoint(size.width() - 1, size.height() - 1)));
 }
+
+// Counts the moves of the mouse that a widget gets.
+class MoveCounter : public QObject
+{
+public:
+    int count = 0;
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::MouseMove ? 1 : 0;
+        return false;
+    }
+};
 
 QStringList propertyNames(const QMetaObject* metaObject)
 {
@@ -98,15 +115,22 @@ void STWidgetProxy::mouseAction(const QVariant& command)
 {
     if (compat::typeOf(command) != QMetaType::QString)
         typeError("string");
+    mouseActionIn(checkedWidget(nullptr)->rect(), command.toString(), Way::Straight);
+}
+
+void STWidgetProxy::mouseActionIn(const QRect& rect, const QString& command, Way way)
+{
     const int sectionCount = 5;
-    const QStringList sections = proxy::firstParts(command.toString(), QLatin1Char(':'), sectionCount);
-    const QWidget* target = checkedWidget(nullptr);
+    const QStringList sections = proxy::firstParts(command, QLatin1Char(':'), sectionCount);
     const QPoint point
-        = target->mapToGlobal(proxy::pointAtShares(target->rect(), sections.value(2), sections.value(3)));
+        = checkedWidget(nullptr)->mapToGlobal(proxy::pointAtShares(rect, sections.value(2), sections.value(3)));
     prepareWidget();
     const Qt::MouseButton button = proxy::mouseButton(sections.value(1));
     const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(4));
-    playMouse(proxy::mouseCommandType(sections.value(0)), point, button, modifiers);
+    const proxy::MouseCommandType type = proxy::mouseCommandType(sections.value(0));
+    if (way == Way::Natural && type == proxy::MouseCommandType::Move)
+        enterWindow(point, modifiers);
+    playMouse(type, point, button, modifiers);
 }
 
 void STWidgetProxy::wheelAction(const QString& command)
@@ -121,6 +145,23 @@ void STWidgetProxy::wheelAction(const QString& command)
     const int vertical = proxy::wheelSteps(sections.value(4), 5);
     mouseMove(point, modifiers);
     turnWheel(point, horizontal, vertical, modifiers);
+}
+
+void STWidgetProxy::enterWindow(const QPoint& point, Qt::KeyboardModifiers modifiers)
+{
+    QWidget* window = checkedWidget(nullptr)->window();
+    if (window->geometry().contains(QCursor::pos()))
+        return;
+    // A menu ignores the first move after it was entered, and the windowing system may make one of two.
+    const int moves = window->windowType() == Qt::Popup ? 2 : 1;
+    const int mostMilliseconds = 300;
+    MoveCounter counter;
+    window->installEventFilter(&counter);
+    for (int i = 1; i <= moves; ++i) {
+        mouseMove(point - QPoint(i, 0), modifiers);
+        if (moves > 1)
+            compat::processEventsUntil([&] { return counter.count >= i; }, mostMilliseconds);
+    }
 }
 
 void STWidgetProxy::playMouse(
@@ -178,6 +219,16 @@ STWidgetProxy::MousePlace STWidgetProxy::activationPlace()
 }
 
 void STWidgetProxy::lookForItem(const QVariant&) { }
+
+STWidgetProxy::ItemArea STWidgetProxy::itemArea(const QVariant&)
+{
+    proxy::raiseError(noItemsMessage, checkedWidget(nullptr)->metaObject()->className());
+}
+
+STWidgetProxy::ItemState STWidgetProxy::itemState(const QVariant&)
+{
+    proxy::raiseError(noStatesMessage, checkedWidget(nullptr)->metaObject()->className());
+}
 
 void STWidgetProxy::prepareWidget()
 {
@@ -273,6 +324,17 @@ QPoint STWidgetProxy::globalCenter(const QWidget* owner, const QRect& rect)
 void STWidgetProxy::finalClick(const QPoint& point)
 {
     stopProcessingEvents();
+    mouseClick(point, Qt::LeftButton, Qt::NoModifier);
+}
+
+void STWidgetProxy::clickOnTheWay(QWidget* owner, const QRect& rect)
+{
+    const QPoint point = globalCenter(owner, rect);
+    const QWidget* under = compat::widgetAt(point);
+    if (under != owner && !(under && owner->isAncestorOf(under))) {
+        const char* other = under ? under->metaObject()->className() : "another window";
+        proxy::raiseNotYet(proxy::coveredBy(QLatin1String(other)), notReachedMessage);
+    }
     mouseClick(point, Qt::LeftButton, Qt::NoModifier);
 }
 

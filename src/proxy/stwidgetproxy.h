@@ -26,6 +26,10 @@ public:
     // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on purpose. Without both the point is the centre, without
     // one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
     virtual void mouseAction(const QVariant& command);
+    // The same at a rectangle of the widget. A windowing system tells of no move where the mouse enters a window; with
+    // Way::Natural a move into one is two, as a user makes many.
+    enum class Way { Straight, Natural };
+    void mouseActionIn(const QRect& rect, const QString& command, Way way);
     // Turns the wheel over the widget by a command "x:y:modifier:horizontal:vertical": a position as in mouse commands, and
     // steps to the left and upwards, or against that if negative. The last step is only posted.
     void wheelAction(const QString& command);
@@ -49,6 +53,25 @@ public:
     // Raises the error of activate(value) for an item that is not there or cannot be used, as far as that can be told
     // without doing anything. Errors of the value itself, and of what is not one of several items, are left to activate().
     virtual void lookForItem(const QVariant& value);
+    // Where an item is: in the bound widget or in a part of it, at a rectangle of that, as far as it is in sight.
+    struct ItemArea
+    {
+        QPointer<QWidget> widget;
+        QRect rect;
+        bool isEnabled;
+    };
+    // The item that activate() takes the same value for. It is brought into sight: a view or tab bar is scrolled to it, the
+    // items and the menus that it is in are opened. Raises an error for one that is not there or stays out of sight. The
+    // base has no items and refuses.
+    virtual ItemArea itemArea(const QVariant& item);
+    // Text and states of such an item, wherever it is: "checkable", "checked", "partly checked", "selected", "current",
+    // "disabled", "expanded", "collapsed". Nothing is scrolled or opened. The base refuses.
+    struct ItemState
+    {
+        QString text;
+        QStringList states;
+    };
+    virtual ItemState itemState(const QVariant& item);
     // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen. Where
     // a window manager does that in its own time, waits until it is active; the mouse waits until it is in front.
     void prepareWidget();
@@ -88,6 +111,9 @@ protected:
     // then that does not end before. A left click at a point in global coordinates, one at the centre of a rectangle of a
     // widget, or the Return key.
     void finalClick(const QPoint& point);
+    // A left click on the way to something else, at the centre of a rectangle of a widget that the mouse has to reach
+    // there.
+    void clickOnTheWay(QWidget* owner, const QRect& rect);
     void clickCenter(const QWidget* owner, const QRect& rect);
     void confirm();
 
@@ -96,6 +122,8 @@ private:
 
     [[noreturn]] void raiseRangeError(const QString& range, const QString& reason = QString());
     void moveOntoScreen(QWidget* window);
+    // Moves the mouse beside a point, if it is not in the window.
+    void enterWindow(const QPoint& point, Qt::KeyboardModifiers modifiers);
 
     QPointer<QWidget> widget;
     QString servedClassName;

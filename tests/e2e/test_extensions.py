@@ -11,7 +11,7 @@ from qtdriver.commandline.typed_line import to_request
 from qtdriver.protocol.extensions import EXTENSIONS, decode_utf8_hex
 from qtdriver.trace.readable import describe_commands, describe_reply
 from qtdriver.trace.trace import describe_request
-from qtdriver.protocol.wire import Reply
+from qtdriver.protocol.wire import Rect, Reply
 from agents import answering, connected_agent
 
 ALL = ("0,l:" + "".join(f"\f{extension.name}" for extension in EXTENSIONS) + "\n").encode("ascii")
@@ -59,6 +59,24 @@ REQUESTS = [
         ("+9", "w", "l", "C", "s:::::", "force"),
         b"0,X\n",
         "X",
+    ),
+    (
+        lambda agent: agent.mouse("w", "l", "::::", item=3),
+        ("+9", "w", "l", "", "s:::::", "", "i:3"),
+        b"0,X\n",
+        "X",
+    ),
+    (
+        lambda agent: agent.scroll("w", "l", "x", widget_class="C"),
+        ("+scroll", "w", "l", "C", "s:x"),
+        b"0,r:1,2,3,4\n",
+        Rect(1, 2, 3, 4),
+    ),
+    (
+        lambda agent: agent.item("w", "l", 0),
+        ("+item", "w", "l", "", "i:0"),
+        b'0,j:{"text":"A","states":["checked"]}\n',
+        ("A", ("checked",)),
     ),
     (lambda agent: agent.press("w", "F2"), ("+press", "w", "", "F2", ""), b"0,X\n", "X"),
     (

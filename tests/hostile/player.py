@@ -161,6 +161,8 @@ class Player:
             (1, self._clipboard),
             (4, lambda: self._extension("+2")),
             (1, lambda: "+extensions"),
+            (8, self._mouse_on_item),
+            (3, self._scroll),
         )
 
     def next_request(self) -> str:
@@ -305,6 +307,22 @@ class Player:
     def _clipboard(self) -> str:
         texts = self._chance.choice(((), ("",), ("text \u20ac",)))
         return EXTENSION_BY_NAME["+clipboard"].compose(*texts)
+
+    def _mouse_on_item(self) -> str:
+        window, path, served = self._target(valuepool.ACTIVATIONS)
+        command = encode_argument(valuepool.mouse_command(self._chance))
+        force = "force" if self._chance.random() < 0.3 else ""
+        texts = (self._served_as(served), command, force, self._item(served))
+        return EXTENSION_BY_NAME["+9"].compose(window, f'path="{path}"', *texts)
+
+    def _scroll(self) -> str:
+        window, path, served = self._target(valuepool.ACTIVATIONS)
+        item = self._item(served) if self._chance.random() < 0.7 else ""
+        name = self._chance.choice(("+scroll", "+item"))
+        return EXTENSION_BY_NAME[name].compose(window, f'path="{path}"', self._served_as(served), item)
+
+    def _item(self, served: str) -> str:
+        return encode_argument(valuepool.value_for(valuepool.ACTIVATIONS, served, self._chance))
 
     def _extension(self, name: str, *texts: str) -> str:
         """A request for what has the focus in a window, or for a widget by its path."""

@@ -22,7 +22,7 @@ from ..protocol.locators import Address, Locator, as_locator, raw_locator
 from .finding import Finder
 from .keys import WidgetInput
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
-from .refusals import refuse_without_editor
+from ..lookup.refusals import refuse_without_editor
 from .values import WidgetValues
 from .verbs import Verbs
 

@@ -26,7 +26,7 @@ from .item import WidgetItem
 from .keys import KeyInput, Send
 from .menu import Menu
 from .mouse import repeatable
-from .refusals import refuse_corner_button
+from ..lookup.refusals import refuse_corner_button
 from .steps import run_step
 from .widget import Widget
 

@@ -2,13 +2,13 @@
 
 from __future__ import annotations
 
-from typing import FrozenSet, Mapping, Optional
+from typing import FrozenSet, Mapping, Optional, Tuple
 
 from ..errors import CommandError, OldAgentError, ProtocolError
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
 from .locators import Address, Locator
-from .wire import Argument, Reply, Value, encode_argument
+from .wire import Argument, Rect, Reply, Value, encode_argument
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -41,6 +41,11 @@ class ExtendedChannel(Channel):
                 raise ProtocolError(f"not a list: {names!r}")
             self._extensions = frozenset(names)
         return self._extensions
+
+    @property
+    def knows_items(self) -> bool:
+        """Whether mouse() and scroll() take items, and item() tells of them."""
+        return self.extensions.issuperset(("+9", "+scroll", "+item"))
 
     @property
     def knows_locators(self) -> bool:
@@ -94,11 +99,40 @@ class ExtendedChannel(Channel):
         return self._extended("+7", window, locator, widget_class, name, encode_argument(argument)).value()
 
     def mouse(
-        self, window: str, locator: Address, command: str, *, widget_class: str = "", force: bool = False
+        self,
+        window: str,
+        locator: Address,
+        command: str,
+        *,
+        widget_class: str = "",
+        force: bool = False,
+        item: Argument = None,
     ) -> str:
-        """As Connection.mouse_widget(), for what the locator finds."""
-        texts = (widget_class, encode_argument(command), _FORCE if force else "")
+        """As Connection.mouse_widget(), for what the locator finds; or at its item, which is named as for activate().
+        Not every agent knows items."""
+        texts = [widget_class, encode_argument(command), _FORCE if force else ""]
+        if item is not None:
+            self.require("+scroll")
+            texts.append(encode_argument(item))
         return self._extended("+9", window, locator, *texts).payload
+
+    def scroll(self, window: str, locator: Address, item: Argument = None, *, widget_class: str = "") -> Rect:
+        """Scrolls to the widget, or to its item. Answers where it is in sight, in pixels of the screen."""
+        rect = self._extended("+scroll", window, locator, widget_class, encode_argument(item)).value()
+        if not isinstance(rect, Rect):
+            raise ProtocolError(f"not a rectangle: {rect!r}")
+        return rect
+
+    def item(
+        self, window: str, locator: Address, item: Argument, *, widget_class: str = ""
+    ) -> Tuple[str, Tuple[str, ...]]:
+        """The text and the states of an item, such as "checked" and "disabled", wherever it is."""
+        reply = self._extended("+item", window, locator, widget_class, encode_argument(item))
+        told = decode_json(reply)
+        text, states = told.get("text"), told.get("states")
+        if not isinstance(text, str) or not isinstance(states, list):
+            raise ProtocolError(f"not an item: {reply.raw!r}")
+        return text, tuple(map(str, states))
 
     def press(self, window: str, keys: str, locator: Address = "", *, mode: str = "") -> str:
         """Presses and releases `keys`, one to four strokes such as "Ctrl+K, Ctrl+C"; with `mode` "press" or "release"

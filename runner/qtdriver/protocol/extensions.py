@@ -117,10 +117,12 @@ EXTENSIONS: Tuple[Extension, ...] = (
     ),
     Extension(
         "+9",
-        (*_WIDGET, "class", "mouse command", "force"),
+        (*_WIDGET, "class", "mouse command", "force", "item"),
         Answer.TEXT,
-        "uses the mouse on a widget, once it can",
+        "uses the mouse on a widget or its item, once it can",
     ),
+    Extension("+scroll", (*_WIDGET, "class", "item"), Answer.VALUE, "scrolls to a widget or its item"),
+    Extension("+item", (*_WIDGET, "class", "item"), Answer.JSON, "tells the text and the states of an item"),
     Extension("+press", (*_WIDGET, "keys", "mode"), Answer.TEXT, "presses and releases keys"),
     Extension("+type", (*_WIDGET, "text"), Answer.TEXT, "types a text, whatever its characters"),
     Extension(

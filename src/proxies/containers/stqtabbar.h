@@ -15,6 +15,9 @@ public:
     void activate(const QVariant& value, const QVariant& option) override;
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
+    // A tab named in the same way. A bar that has scrolled it out of view is scrolled with its arrow buttons.
+    ItemArea itemArea(const QVariant& item) override;
+    ItemState itemState(const QVariant& item) override;
     // "itemList" and "toolTipList": the texts and tool tips of all tabs, "currentText" and "currentToolTip":
     // those of the current one. All come without the mnemonic's "&" but the current tool tip, which comes as
     // it is.
@@ -22,7 +25,8 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    // Where the tab is in the bar. Raises an error when there is none with that text or index.
-    QRect requiredTab(const QVariant& value);
-    const QTabBar* tabBar();
+    QTabBar* tabBar();
+    // The number of the tab that a value names. Raises an error where no tab that is shown has it.
+    int indexOf(const QVariant& value);
+    void scrollTo(int index);
 };

@@ -34,29 +34,53 @@ const proxy::PseudoProperty<const QToolBox&> pseudoProperties[] = {
 
 void STQToolBox::activate(const QVariant& value, const QVariant&)
 {
-    const QAbstractButton* header = requiredHeader(value);
-    clickCenter(header, header->rect());
+    const QAbstractButton* button = enabledHeader(value);
+    clickCenter(button, button->rect());
 }
 
 void STQToolBox::lookForItem(const QVariant& value)
 {
-    requiredHeader(value);
+    enabledHeader(value);
 }
 
-const QAbstractButton* STQToolBox::requiredHeader(const QVariant& value)
+QAbstractButton* STQToolBox::enabledHeader(const QVariant& value)
+{
+    QAbstractButton* button = header(value);
+    if (!button->isEnabled())
+        proxy::raiseNotYet(proxy::disabledItem(value.toString()), disabledMessage);
+    return button;
+}
+
+STWidgetProxy::ItemArea STQToolBox::itemArea(const QVariant& item)
+{
+    QAbstractButton* button = header(item);
+    return {button, button->rect(), button->isEnabled()};
+}
+
+STWidgetProxy::ItemState STQToolBox::itemState(const QVariant& item)
+{
+    const QAbstractButton* button = header(item);
+    const auto* box = static_cast<const QToolBox*>(checkedWidget("QToolBox"));
+    QStringList states;
+    if (!button->isEnabled())
+        states.append(QLatin1String("disabled"));
+    if (box->itemText(box->currentIndex()) == button->text())
+        states.append(QLatin1String("selected"));
+    return {button->text(), states};
+}
+
+QAbstractButton* STQToolBox::header(const QVariant& value)
 {
     if (compat::typeOf(value) != QMetaType::QString)
         typeError("string");
     const QString text = value.toString();
     const QList<QAbstractButton*> headers
         = compat::findChildren<QAbstractButton>(checkedWidget("QToolBox"), headerName);
-    const auto header = std::find_if(headers.begin(), headers.end(),
+    const auto found = std::find_if(headers.begin(), headers.end(),
         [&text](const QAbstractButton* button) { return button->isVisible() && button->text() == text; });
-    if (header == headers.end())
+    if (found == headers.end())
         proxy::raiseNotYet(proxy::missingItem(text), notFoundMessage);
-    if (!(*header)->isEnabled())
-        proxy::raiseNotYet(proxy::disabledItem(text), disabledMessage);
-    return *header;
+    return *found;
 }
 
 QStringList STQToolBox::pseudoPropertyNames()

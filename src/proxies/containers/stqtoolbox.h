@@ -13,11 +13,15 @@ public:
     void activate(const QVariant& value, const QVariant& option) override;
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
+    // The header of a page named in the same way.
+    ItemArea itemArea(const QVariant& item) override;
+    ItemState itemState(const QVariant& item) override;
     // "itemList": the texts of all pages; "currentText": that of the current one.
     QStringList pseudoPropertyNames() override;
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    // The button of the page with that text. Raises an error when there is none that is enabled.
-    const QAbstractButton* requiredHeader(const QVariant& value);
+    // The header that a value names; the same, if it is enabled. They raise an error where there is none.
+    QAbstractButton* header(const QVariant& value);
+    QAbstractButton* enabledHeader(const QVariant& value);
 };

@@ -1,6 +1,7 @@
 #include "proxies/menus/stmenuproxy.h"
 
 #include "compat/variant.h"
+#include "compat/waiting.h"
 #include "proxies/menus/menuitems.h"
 
 #include <QAction>
@@ -11,6 +12,7 @@ namespace {
 const char invalidItemMessage[] = "Invalid item";
 const char disabledMessage[] = "Item is disabled";
 const char alreadyCheckedMessage[] = "Item already checked";
+const char notOpenedMessage[] = "The menu has not opened";
 const char notCheckableMessage[] = "Item is not checkable";
 
 // Tells how many slots are connected to a signal, which objects tell only themselves.
@@ -108,6 +110,62 @@ void STMenuProxy::walk(const QPointer<QMenu>& menu, QStringList path, const QVar
         pressEscape();
         throw;
     }
+}
+
+STWidgetProxy::ItemArea STMenuProxy::areaInMenu(QMenu* menu, const QStringList& path, int openMenus)
+{
+    try {
+        return walkByMouse(menu, path, openMenus);
+    } catch (const STError&) {
+        for (int i = 0; i < openMenus; ++i)
+            pressEscape();
+        throw;
+    }
+}
+
+STWidgetProxy::ItemArea STMenuProxy::walkByMouse(QPointer<QMenu> menu, QStringList path, int& openMenus)
+{
+    for (;;) {
+        if (!menu)
+            proxy::raiseError(proxy::deadWidgetMessage);
+        const QPointer<QAction> item(menus::findMenuItem(menu->actions(), path));
+        if (!item)
+            proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+        const QString name = path.takeFirst();
+        const QRect rect = entryInSight(menu, item);
+        if (path.isEmpty())
+            return {menu.data(), rect, item->isEnabled()};
+        if (!item->isEnabled())
+            proxy::raiseNotYet(proxy::disabledItem(name), disabledMessage);
+        const QPointer<QMenu> submenu(item->menu());
+        if (!submenu)
+            proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+        if (!submenu->isVisible()) {
+            clickOnTheWay(menu, rect);
+            awaitMenu(submenu, name);
+            ++openMenus;
+        }
+        menu = submenu;
+    }
+}
+
+QRect STMenuProxy::entryInSight(const QPointer<QMenu>& menu, const QPointer<QAction>& item)
+{
+    if (!menu->rect().contains(menu->actionGeometry(item).center()))
+        highlight(menu, item); // a menu that is higher than the screen scrolls to what the keys highlight
+    if (!menu)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    return item ? menu->actionGeometry(item).intersected(menu->rect()) : QRect();
+}
+
+void STMenuProxy::awaitMenu(const QPointer<QMenu>& menu, const QString& item)
+{
+    const int mostMilliseconds = 1000;
+    compat::processEventsUntil([&menu] { return !menu || menu->isVisible(); }, mostMilliseconds);
+    if (!menu)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    if (!menu->isVisible())
+        proxy::raiseNotYet(proxy::hiddenItem(item), notOpenedMessage);
 }
 
 void STMenuProxy::highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item)

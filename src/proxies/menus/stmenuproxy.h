@@ -30,7 +30,15 @@ protected:
 
     void pressEscape();
 
+    // Where the last item of a path from a visible menu is, in the menu that has it. Menus on the way are opened by clicks;
+    // where there is no such item, all are closed again by Escape, as many as `openMenus` says and those.
+    ItemArea areaInMenu(QMenu* menu, const QStringList& path, int openMenus);
+    // Waits until a menu that was clicked for is there. Raises an error if it does not come.
+    static void awaitMenu(const QPointer<QMenu>& menu, const QString& item);
+
 private:
+    ItemArea walkByMouse(QPointer<QMenu> menu, QStringList path, int& openMenus);
+    QRect entryInSight(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
     void walk(const QPointer<QMenu>& menu, QStringList path, const QVariant& checkState);
     void highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
     void trigger(const QAction* item, const QVariant& checkState);

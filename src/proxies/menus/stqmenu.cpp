@@ -40,6 +40,12 @@ void STQMenu::lookForItem(const QVariant& value)
         lookForEntry(menu, checkedPath(value));
 }
 
+STWidgetProxy::ItemArea STQMenu::itemArea(const QVariant& item)
+{
+    const QStringList path = checkedPath(item);
+    return areaInMenu(static_cast<QMenu*>(checkedWidget("QMenu")), path, 0);
+}
+
 QStringList STQMenu::pseudoPropertyNames()
 {
     return proxy::namesOf(pseudoProperties);

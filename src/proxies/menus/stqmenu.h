@@ -12,6 +12,8 @@ public:
     void activate(const QVariant& value, const QVariant& option) override;
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
+    // The item at a path, in a menu that is open.
+    ItemArea itemArea(const QVariant& item) override;
     // "itemList": the paths of all items. "pathDisabled": whether the item at a path, the argument, is
     // disabled. Neither needs the menu to be open.
     QStringList pseudoPropertyNames() override;

@@ -3,8 +3,11 @@
 #include "proxies/menus/menuitems.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+
+#include <algorithm>
 
 namespace {
 
@@ -22,6 +25,13 @@ const QAction* requiredItem(const QList<QAction*>& actions, QStringList& path)
     if (!item)
         proxy::raiseError(notFoundMessage, path.first());
     return item;
+}
+
+bool isMenuOpen(const QMenuBar& bar)
+{
+    const QList<QAction*> titles = bar.actions();
+    return std::any_of(
+        titles.begin(), titles.end(), [](const QAction* title) { return title->menu() && title->menu()->isVisible(); });
 }
 
 } // namespace
@@ -73,6 +83,44 @@ QAction* STQMenuBar::requiredTitle(QStringList& path)
             title && !title->isEnabled() ? proxy::disabledItem(item) : proxy::missingItem(item), invalidPathMessage);
     }
     return title;
+}
+
+STWidgetProxy::ItemArea STQMenuBar::itemArea(const QVariant& item)
+{
+    QStringList path = checkedPath(item);
+    const QPointer<QAction> title(menus::findMenuItem(menuBar()->actions(), path));
+    const QString name = path.value(0);
+    if (!title)
+        proxy::raiseNotYet(proxy::missingItem(name), invalidPathMessage);
+    path.removeFirst();
+    if (path.isEmpty()) {
+        const QRect rect = menuBar()->actionGeometry(title).intersected(menuBar()->rect());
+        if (rect.isEmpty())
+            proxy::raiseNotYet(proxy::hiddenItem(name), invalidPathMessage);
+        return {menuBar(), rect, title->isEnabled()};
+    }
+    if (!title->isEnabled())
+        proxy::raiseNotYet(proxy::disabledItem(name), disabledMessage);
+    openByMouse(title, name);
+    return areaInMenu(title ? title->menu() : nullptr, path, 1);
+}
+
+void STQMenuBar::openByMouse(const QPointer<QAction>& title, const QString& name)
+{
+    const QPointer<QMenu> menu(title->menu());
+    if (!menu)
+        proxy::raiseNotYet(proxy::missingItem(name), invalidPathMessage);
+    if (menu->isVisible())
+        return;
+    // Another menu of the bar would take the click for the one that closes it.
+    const int deepest = 20;
+    for (int i = 0; i < deepest && isMenuOpen(*menuBar()); ++i)
+        pressEscape();
+    if (const QWidget* popup = QApplication::activePopupWidget())
+        proxy::raiseNotYet(proxy::coveredBy(QLatin1String(popup->metaObject()->className())), invalidPathMessage);
+    if (title)
+        clickOnTheWay(menuBar(), menuBar()->actionGeometry(title));
+    awaitMenu(menu, name);
 }
 
 void STQMenuBar::openMenu(const QPointer<QAction>& title)

@@ -15,6 +15,8 @@ public:
     void activate(const QVariant& value, const QVariant& option) override;
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
+    // A title, or the item at a path: then the menus on the way are open and stay so.
+    ItemArea itemArea(const QVariant& item) override;
     // "itemList": the paths of all items. "pathChecked", "pathDisabled": whether the item at a path, the
     // argument, is checked or disabled. No menu is opened for them.
     QStringList pseudoPropertyNames() override;
@@ -27,6 +29,7 @@ private:
     // Raises "Invalid menu path" unless the path begins with a title that opens a menu.
     QAction* requiredTitle(QStringList& path);
     void openMenu(const QPointer<QAction>& title);
+    void openByMouse(const QPointer<QAction>& title, const QString& name);
     // Closes the title's menu without choosing, and returns the keyboard to the widget that had it before.
     void closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>& focus);
     bool pathChecked(QStringList path);

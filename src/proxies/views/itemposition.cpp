@@ -14,28 +14,15 @@ namespace {
 const char noHorizontalHeaderMessage[] = "View does not have a horizontal header.";
 const char noVerticalHeaderMessage[] = "View does not have a vertical header.";
 
-const QHeaderView* horizontalHeader(const QAbstractItemView& view)
-{
-    if (const auto* tree = qobject_cast<const QTreeView*>(&view))
-        return tree->header();
-    const auto* table = qobject_cast<const QTableView*>(&view);
-    return table ? table->horizontalHeader() : nullptr;
-}
-
 QRect columnHeaderRect(const QAbstractItemView& view, int column)
 {
-    const QHeaderView* header = horizontalHeader(view);
-    if (!header)
-        proxy::raiseError(noHorizontalHeaderMessage);
+    const QHeaderView* header = requiredHeader(view, Qt::Horizontal);
     return QRect(header->sectionViewportPosition(column), 0, header->sectionSize(column), header->height());
 }
 
 QRect rowHeaderRect(const QAbstractItemView& view)
 {
-    const auto* table = qobject_cast<const QTableView*>(&view);
-    const QHeaderView* header = table ? table->verticalHeader() : nullptr;
-    if (!header)
-        proxy::raiseError(noVerticalHeaderMessage);
+    const QHeaderView* header = requiredHeader(view, Qt::Vertical);
     // Not the row's section: tests expect that a row header has no position, and section -1 has no size.
     const int section = -1;
     return QRect(0, header->sectionViewportPosition(section), header->width(), header->sectionSize(section));
@@ -53,6 +40,20 @@ QRect rectOf(const QAbstractItemView& view, const ItemAddress& address)
 }
 
 } // namespace
+
+QHeaderView* requiredHeader(const QAbstractItemView& view, Qt::Orientation orientation)
+{
+    const auto* table = qobject_cast<const QTableView*>(&view);
+    const auto* tree = qobject_cast<const QTreeView*>(&view);
+    QHeaderView* header = nullptr;
+    if (table)
+        header = orientation == Qt::Horizontal ? table->horizontalHeader() : table->verticalHeader();
+    else if (tree && orientation == Qt::Horizontal)
+        header = tree->header();
+    if (!header)
+        proxy::raiseError(orientation == Qt::Horizontal ? noHorizontalHeaderMessage : noVerticalHeaderMessage);
+    return header;
+}
 
 QString itemPosition(const QAbstractItemView& view, const ItemAddress& address)
 {

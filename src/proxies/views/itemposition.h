@@ -3,6 +3,7 @@
 #include <QtCore/QString>
 
 class QAbstractItemView;
+class QHeaderView;
 
 namespace views {
 
@@ -12,5 +13,8 @@ struct ItemAddress;
 // "0.5;0.25". Empty for what has no place on the screen, which is so of every row header section: what tests
 // compare with. Raises an error when the view does not have the header.
 QString itemPosition(const QAbstractItemView& view, const ItemAddress& address);
+
+// The header of the view that names its columns (Qt::Horizontal) or rows. Raises an error when it does not have that.
+QHeaderView* requiredHeader(const QAbstractItemView& view, Qt::Orientation orientation);
 
 } // namespace views

@@ -2,6 +2,7 @@
 
 #include "compat/stacking.h"
 #include "compat/variant.h"
+#include "proxies/views/itemarea.h"
 #include "proxies/views/itemmousecommand.h"
 #include "proxies/views/itemtext.h"
 #include "proxies/views/sections.h"
@@ -70,6 +71,18 @@ ItemPlace::ItemPlace(const QAbstractItemView& view, int row, int column)
     , originalRow(row)
     , originalColumn(column)
 {
+}
+
+STWidgetProxy::ItemArea ItemViewProxy::itemArea(const QVariant& item)
+{
+    const QModelIndex index = itemIndex(item);
+    return views::itemArea(itemView(), index, item.toString());
+}
+
+STWidgetProxy::ItemState ItemViewProxy::itemState(const QVariant& item)
+{
+    const QModelIndex index = itemIndex(item);
+    return views::itemState(itemView(), index);
 }
 
 QAbstractItemView* ItemViewProxy::itemView()

@@ -34,7 +34,13 @@ QRect currentItemRect(const QAbstractItemView& view);
 // across them.
 class ItemViewProxy : public STWidgetProxy
 {
+public:
+    ItemArea itemArea(const QVariant& item) override;
+    ItemState itemState(const QVariant& item) override;
+
 protected:
+    // The item that activate() takes the same value for. Raises an error where there is none.
+    virtual QModelIndex itemIndex(const QVariant& item) = 0;
     enum class Visibility { Required, Ignored };
     enum class Axis { Rows, Columns };
 

@@ -2,6 +2,7 @@
 
 #include "compat/variant.h"
 #include "proxies/views/itemaddress.h"
+#include "proxies/views/itemarea.h"
 #include "proxies/views/itemposition.h"
 #include "proxies/views/itemproperties.h"
 
@@ -117,6 +118,23 @@ void STQAbstractItemView::lookForItem(const QVariant& path)
     resolveItemPath(compat::textOf(path));
 }
 
+STWidgetProxy::ItemArea STQAbstractItemView::itemArea(const QVariant& item)
+{
+    const QString text = compat::textOf(item);
+    const views::ItemAddress address = addressOf(text);
+    if (address.isColumnHeader())
+        return views::sectionArea(modelledView(), Qt::Horizontal, address.column, text);
+    if (address.isRowHeader())
+        return views::sectionArea(modelledView(), Qt::Vertical, address.row, text);
+    return views::itemArea(modelledView(), address.index, text);
+}
+
+STWidgetProxy::ItemState STQAbstractItemView::itemState(const QVariant& item)
+{
+    const views::ItemAddress address = addressOf(compat::textOf(item));
+    return views::itemState(modelledView(), address.index);
+}
+
 QStringList STQAbstractItemView::pseudoPropertyNames()
 {
     return proxy::namesOf(properties);
@@ -125,13 +143,8 @@ QStringList STQAbstractItemView::pseudoPropertyNames()
 QVariant STQAbstractItemView::pseudoProperty(const char* name, const QVariant& argument)
 {
     const QAbstractItemView* view = modelledView();
-    const QString text = compat::textOf(argument);
-    views::ItemAddress address = {QModelIndex(), -1, -1};
     // Read before the name is looked at: a bad argument is an error for every name.
-    if (!views::readHeaderAddress(*view->model(), text, address)) {
-        const QModelIndex index = resolveItemPath(text);
-        address = {index, index.row(), index.column()};
-    }
+    const views::ItemAddress address = addressOf(compat::textOf(argument));
     return proxy::valueOf(properties, name, *view, address);
 }
 
@@ -141,6 +154,15 @@ QAbstractItemView* STQAbstractItemView::modelledView()
     if (!view || !view->model())
         proxy::raiseError(invalidWidgetMessage);
     return view;
+}
+
+views::ItemAddress STQAbstractItemView::addressOf(const QString& text)
+{
+    views::ItemAddress address = {QModelIndex(), -1, -1};
+    if (views::readHeaderAddress(*modelledView()->model(), text, address))
+        return address;
+    const QModelIndex index = resolveItemPath(text);
+    return {index, index.row(), index.column()};
 }
 
 QModelIndex STQAbstractItemView::resolveItemPath(const QString& path)

@@ -6,6 +6,10 @@
 
 class QAbstractItemView;
 
+namespace views {
+struct ItemAddress;
+}
+
 // Any item view that has no proxy of its own, by means of its model and its selection model only: no keys, no
 // mouse. Items are addressed by model index paths, "row;column/row;column", from the model's top down to the
 // item; each is a number from 1 or a header's text, and a step without column means column 1. The empty path
@@ -19,6 +23,9 @@ public:
     void activate(const QVariant& path, const QVariant& command) override;
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& path) override;
+    // By a path, or by a header address as below: then the section of the header.
+    ItemArea itemArea(const QVariant& item) override;
+    ItemState itemState(const QVariant& item) override;
     // "columnCount", "rowCount", "itemIsSelected", "itemIsExpanded", "itemData", "itemPosition", by a path or
     // by a header address: "V:" and a row, or "H:", "h:" or "v:" and a column, as a number from 1 or a
     // header's text.
@@ -30,4 +37,6 @@ private:
     QAbstractItemView* modelledView();
     // The index at the end of a path.
     QModelIndex resolveItemPath(const QString& path);
+    // The item or section to which a path or a header address leads.
+    views::ItemAddress addressOf(const QString& text);
 };

@@ -123,6 +123,14 @@ void STQListView::mouseAction(const QVariant& command)
     playMouseAtCurrentItem(command, Visibility::Required);
 }
 
+QModelIndex STQListView::itemIndex(const QVariant& item)
+{
+    const int type = compat::typeOf(item);
+    if (type != QMetaType::QString && type != QMetaType::Int)
+        typeError("String, int");
+    return itemInRow(*listView(), rowOf(item));
+}
+
 QStringList STQListView::pseudoPropertyNames()
 {
     return proxy::namesOf(viewProperties) + proxy::namesOf(itemProperties);

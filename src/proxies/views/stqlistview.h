@@ -23,6 +23,9 @@ public:
     QStringList pseudoPropertyNames() override;
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
+protected:
+    QModelIndex itemIndex(const QVariant& item) override;
+
 private:
     QListView* listView();
     // The item with the text. Raises "activate, QListView unknown item ...".

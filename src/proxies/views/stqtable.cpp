@@ -88,6 +88,14 @@ void STQTable::mouseAction(const QVariant& command)
     playMouseAtCurrentItem(command, Visibility::Ignored);
 }
 
+QModelIndex STQTable::itemIndex(const QVariant& item)
+{
+    const Cell cell = resolveCell(item, HiddenSections::Named);
+    requireShown(Qt::Vertical, cell.row);
+    requireShown(Qt::Horizontal, cell.column);
+    return views::cellAt(tableView()->model(), cell.row, cell.column, tableView()->rootIndex());
+}
+
 void STQTable::goTo(const views::ItemPlace& place)
 {
     focusTable();

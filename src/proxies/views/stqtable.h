@@ -23,6 +23,9 @@ public:
     QStringList pseudoPropertyNames() override;
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
+protected:
+    QModelIndex itemIndex(const QVariant& item) override;
+
 private:
     static const proxy::PseudoProperty<STQTable&, const QVariant&> headerProperties[2];
 

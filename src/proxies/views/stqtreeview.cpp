@@ -187,6 +187,13 @@ void STQTreeView::mouseAction(const QVariant& command)
     playMouseAtCurrentItem(command, Visibility::Ignored);
 }
 
+QModelIndex STQTreeView::itemIndex(const QVariant& item)
+{
+    if (compat::typeOf(item) != QMetaType::QString)
+        typeError("string");
+    return visibleItem(item.toString());
+}
+
 QStringList STQTreeView::pseudoPropertyNames()
 {
     return views::treePropertyNames();

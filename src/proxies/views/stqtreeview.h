@@ -22,6 +22,9 @@ public:
     QStringList pseudoPropertyNames() override;
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
+protected:
+    QModelIndex itemIndex(const QVariant& item) override;
+
 private:
     QTreeView* treeView();
     // The item at the path. Raises "Invalid item path" or, for a hidden row or column, "item ... is hidden".

@@ -10,8 +10,8 @@ from enum import IntFlag
 from typing import Dict, List
 
 from ..errors import CommandError, CornerButtonError, NoEditorError, ReplyError
-from ..lookup.paths import checked_unique_path
-from ..lookup.tree import Node, WidgetTree
+from .paths import checked_unique_path
+from .tree import Node, WidgetTree
 from ..protocol.connection import Connection
 from ..protocol.locators import Address
 from ..protocol.wire import Rect, encode_argument

@@ -1,0 +1,182 @@
+#include "agent/itemactions.h"
+
+#include "agent/locatedwidget.h"
+#include "agent/readiness.h"
+#include "agent/request.h"
+#include "agent/wirevalue.h"
+#include "locate/json.h"
+#include "proxy/mousecommand.h"
+#include "proxy/stapplicationproxy.h"
+#include "proxy/sterror.h"
+#include "proxy/textparts.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QVariant>
+#include <QWidget>
+
+namespace agent {
+
+namespace {
+
+using ItemArea = STWidgetProxy::ItemArea;
+
+QStringList wordsOf(const QString& command)
+{
+    const int sectionCount = 5;
+    return proxy::firstParts(command, QLatin1Char(':'), sectionCount);
+}
+
+// An item as a request names it.
+struct NamedItem
+{
+    QPointer<QWidget> widget;
+    QString className;
+    QVariant name;
+
+    ItemArea area(STApplicationProxy& registry) const
+    {
+        if (!widget)
+            proxy::raiseError(proxy::deadWidgetMessage);
+        return registry.itemArea(widget, className, name);
+    }
+};
+
+NamedItem itemOf(QWidget* widget, const Request& request, int section)
+{
+    const QVariant name = valueFromText(request.utf8Text(section));
+    if (!name.isValid())
+        proxy::raiseError("Section %d is no value", section);
+    return {widget, request.utf8Text(3), name};
+}
+
+// A disabled item does nothing at a click. Its tool tip and the context menu are the view's own affair.
+bool needsEnabledItem(const QString& command)
+{
+    const QStringList words = wordsOf(command);
+    return words.value(1) == QLatin1String("LeftButton") && words.value(0) != QLatin1String("MouseRelease")
+        && words.value(0) != QLatin1String("MouseMove");
+}
+
+// Why a user could not do it; else the area is where.
+QString obstacleAt(const NamedItem& item, const QString& command, STApplicationProxy& registry, ItemArea& area)
+{
+    const QString unusable = whyNotUsable(*registry.proxyFor(item.widget, item.className));
+    if (!unusable.isEmpty())
+        return unusable;
+    area = item.area(registry);
+    if (!area.widget)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    if (!area.isEnabled && needsEnabledItem(command))
+        return proxy::disabledItem(item.name.toString());
+    STWidgetProxy* part = registry.proxyFor(area.widget, QLatin1String("QWidget"));
+    const QString obstacle = whyNotReady(*part, {area.widget, mousePoint(area.rect, command)});
+    if (!obstacle.isEmpty())
+        return obstacle;
+    const ItemArea now = item.area(registry);
+    const bool hasMoved = now.widget != area.widget || now.rect != area.rect;
+    return hasMoved ? QLatin1String("moving") : QString();
+}
+
+QByteArray scrolledTo(QWidget* widget, const QRect& rect)
+{
+    const QPointer<QWidget> guarded(widget);
+    const QString outside = bringIntoSight(guarded, rect);
+    if (!outside.isEmpty())
+        return notYet(outside);
+    const QRect part = partInSight(guarded, rect);
+    return replyForRect(QRect(guarded->mapToGlobal(part.topLeft()), part.size()));
+}
+
+// Has `act` run, and replies "9," and the reason for what it raises because of something that can pass.
+template <class Act>
+QByteArray withReason(Act act)
+{
+    try {
+        return act();
+    } catch (const STError& error) {
+        if (error.notYet.isEmpty())
+            throw;
+        return notYet(error.notYet);
+    }
+}
+
+} // namespace
+
+QPoint mousePoint(const QRect& rect, const QString& command)
+{
+    const QStringList words = wordsOf(command);
+    try {
+        return proxy::pointAtShares(rect, words.value(2), words.value(3));
+    } catch (const STError&) {
+        return rect.center();
+    }
+}
+
+QByteArray mouseOnItem(const Access& window, const Request& request, bool isForced, STApplicationProxy& registry)
+{
+    const Access access = locatedWidget(window, request);
+    if (!access.widget)
+        return access.refusal;
+    const int itemSection = 6;
+    const NamedItem item = itemOf(access.widget, request, itemSection);
+    const QString command = valueFromText(request.utf8Text(4)).toString();
+    const QByteArray reply = QByteArray("0,") + registry.resolveClassName(item.widget, item.className);
+    if (isForced) {
+        const ItemArea area = item.area(registry);
+        registry.mouseActionAt(area, command);
+        return reply;
+    }
+    return withReason([&] {
+        ItemArea area = {nullptr, QRect(), false};
+        const QString obstacle = obstacleAt(item, command, registry, area);
+        if (!obstacle.isEmpty())
+            return notYet(obstacle);
+        registry.mouseActionAt(area, command);
+        return reply;
+    });
+}
+
+QByteArray scrollToLocated(const Request& request, STApplicationProxy& registry)
+{
+    const Access access = locatedWidget(reachableWindow(windowName(request), QApplication::activeWindow()), request);
+    if (!access.widget)
+        return access.refusal;
+    if (!access.widget->isVisible())
+        return notYet(QLatin1String("hidden"));
+    const int itemSection = 4;
+    if (request.section(itemSection).isEmpty())
+        return scrolledTo(access.widget, access.widget->rect());
+    const NamedItem item = itemOf(access.widget, request, itemSection);
+    if (!access.widget->isEnabled())
+        return notYet(QLatin1String("disabled"));
+    return withReason([&] {
+        const ItemArea area = item.area(registry);
+        if (!area.widget)
+            proxy::raiseError(proxy::deadWidgetMessage);
+        return scrolledTo(area.widget, area.rect);
+    });
+}
+
+QByteArray readItem(const Request& request, STApplicationProxy& registry)
+{
+    const Access access = locatedWidget(anyWindow(windowName(request)), request);
+    if (!access.widget)
+        return access.refusal;
+    const int itemSection = 4;
+    const NamedItem item = itemOf(access.widget, request, itemSection);
+    const STWidgetProxy::ItemState state = registry.itemState(item.widget, item.className, item.name);
+    QByteArray reply = "0,j:";
+    {
+        locate::JsonObject object(reply);
+        locate::appendJsonText(object.field("text"), state.text);
+        QByteArray& states = object.field("states");
+        states += '[';
+        for (int i = 0; i < state.states.size(); ++i)
+            states.append(i == 0 ? "\"" : ",\"").append(state.states.at(i).toLatin1()).append('"');
+        states += ']';
+    }
+    return reply;
+}
+
+} // namespace agent
