@@ -4,7 +4,14 @@ import time
 
 import pytest
 
-from qtdriver import AmbiguousError, CommandError, OldAgentError, WidgetNotFoundError, eventually
+from qtdriver import (
+    AmbiguousError,
+    CommandError,
+    NotReadyError,
+    OldAgentError,
+    WidgetNotFoundError,
+    eventually,
+)
 from showcase import running
 
 
@@ -208,8 +215,8 @@ def test_items_of_a_tree_are_reached_below_closed_ones(window):
     antigua.click()
     eventually(blends).has(currentPath="Season:40 %/Winter:40 %/Antigua:40 %")
     assert antigua.is_selected() and antigua.text() == "Antigua"
-    with pytest.raises(CommandError) as caught:
-        blends.item("Season/Wintr/Antigua").click()
+    with pytest.raises(NotReadyError) as caught:
+        blends.item("Season/Wintr/Antigua").click(timeout=0)
     assert 'there is no item "Wintr" in "Season:40 %"; did you mean "Winter:40 %"?' in str(caught.value)
 
 
@@ -223,23 +230,43 @@ def test_cells_of_a_table_are_clicked(window):
     eventually(prices).has(currentRow=1, currentColumn=2)
     assert prices.cell("Espresso", "Small").text() == prices.read("itemText", "Espresso:Small")
     assert str(prices.cell(1, "Large")).endswith("widget(\"priceTable\").cell(1, 'Large')")
-    with pytest.raises(CommandError) as caught:
-        prices.cell("Cortado", "Larg").click()
+    with pytest.raises(NotReadyError) as caught:
+        prices.cell("Cortado", "Larg").click(timeout=0)
     assert 'there is no column "Larg"; did you mean "Large"?' in str(caught.value)
     assert 'columns: "Small", "Medium", "Large"' in str(caught.value)
 
 
-def test_pages_and_items_without_a_place_are_clicked_and_say_what_they_cannot(window):
+def test_items_without_a_place_are_clicked_and_say_what_they_cannot(window):
     hopper = window.widget("hopperCombo")
     hopper.item("Hopper B").click()
     eventually(hopper).has(currentText="Hopper B")
     assert hopper.item("Hopper B").is_selected()
     hopper.choose("Hopper A")
     eventually(hopper).has(currentText="Hopper A")
-    with pytest.raises(CommandError, match="none of a list, tree or table"):
+    with pytest.raises(CommandError, match="have no place for the mouse"):
         hopper.item("Hopper B").double_click()
+
+
+def test_tabs_and_pages_have_a_place(window):
+    window.tab("Lists").hover()
+    assert window.app.widget_at_cursor().path.endswith("qt_tabwidget_tabbar")
+    window.tab("Containers").double_click()
+    eventually(window.tab("Containers").is_selected).is_true()
+    assert window.tab("Lists").text() == "Lists" and window.tab("Lists").is_enabled()
+
+
+def test_with_an_older_agent_items_of_views_have_a_place_and_others_not(window, monkeypatch):
+    known = window.app.connection.extensions - {"+scroll", "+item"}
+    monkeypatch.setattr(window.app.connection, "_extensions", known)
+    window.tab("Lists").click()
+    blends = window.widget("blendTree")
+    eventually(blends).is_visible()
+    blends.item("Season/Winter/Antigua").click()
+    assert blends.item("Season/Winter/Antigua").is_selected()
     with pytest.raises(CommandError, match="none of a list, tree or table"):
         window.tab("Lists").click("right")
+    with pytest.raises(OldAgentError):
+        window.menu("Roast").hover()
 
 
 # Menus

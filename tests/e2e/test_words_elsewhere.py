@@ -5,7 +5,14 @@ import shutil
 
 import pytest
 
-from qtdriver import CommandError, Driver, WidgetNotFoundError, WindowNotFoundError, eventually
+from qtdriver import (
+    CommandError,
+    Driver,
+    NotReadyError,
+    WidgetNotFoundError,
+    WindowNotFoundError,
+    eventually,
+)
 
 from preloaded import SANITIZER
 from showcase import AGENTS, QT
@@ -167,6 +174,23 @@ def test_items_among_hidden_ones_are_clicked(app):
     eventually(label).has(text="clicked b2")
     tree.item("a").double_click()
     eventually(label).has(text="double clicked a")
+    with pytest.raises(NotReadyError, match='item "hidden" not there yet'):
+        items.item("hidden").click(timeout=0)
+    with pytest.raises(NotReadyError, match='item "b:1/hidden:2" hidden'):
+        tree.item("b/hidden").click(timeout=0)
+
+
+def test_items_among_hidden_ones_are_clicked_by_an_older_agent(app, monkeypatch):
+    known = app.connection.extensions - {"+scroll", "+item"}
+    monkeypatch.setattr(app.connection, "_extensions", known)
+    window = app.window("Own")
+    items, tree, label = (window.widget(name) for name in ("list", "tree", "label"))
+    items.item("one").click()
+    eventually(label).has(text="clicked 1")
+    items.item(3).click()
+    eventually(label).has(text="clicked 3")
+    tree.item("b/b1").click()
+    eventually(label).has(text="clicked b1")
     with pytest.raises(CommandError, match='item "hidden" not found'):
         items.item("hidden").click()
     with pytest.raises(CommandError, match='item "b/hidden" not found'):

@@ -2,14 +2,14 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Callable, Optional, TypeVar
+from contextlib import suppress
+from typing import TYPE_CHECKING, Callable, Optional, Tuple
 
-from ..errors import CommandError
-from ..lookup.item_names import with_item_suggestions
-from ..lookup.item_places import ANY_VIEW, ItemFinder
-from ..lookup.served import ITEM_VIEWS
-from ..protocol.locators import Address
-from ..protocol.wire import Value
+from ..errors import CommandError, ConditionError, ReplyError
+from ..lookup.item_places import ANY_VIEW
+from ..lookup.served import ITEM_VIEWS, TABLES
+from ..protocol.waiting import Deadline, attempts
+from .item_access import ItemAccess
 from .menu import Menu
 from .mouse import Modifier, MouseButton, Position
 
@@ -18,14 +18,19 @@ if TYPE_CHECKING:
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-_Result = TypeVar("_Result")
+_COMBO_BOX = "QComboBox"
+_MOST_PRESSES = 2  # from partly checked by way of checked to not checked
 
 
-class WidgetItem:
+class WidgetItem(ItemAccess):
     """The name of an item in a widget: each call finds widget and item anew.
 
-    Lists, trees and tables scroll to the item, and the mouse goes to its centre. Tabs, pages of a tool box and items of
-    a combo box can be clicked, which chooses them; their place cannot be told.
+    The mouse goes to the item's centre: of a row, a cell, a tab, the header of a page in a tool box. A view scrolls to it,
+    a tree opens the items above it, a tab bar is scrolled with its arrow buttons. With an agent that knows items each call
+    waits, as those on widgets do, until the item is there, enabled, and not covered, unless with `force`; an older one knows the places of the
+    items of lists, trees and tables only, and looks at nothing.
+
+    Items of a combo box can be chosen, and clicked, which is the same: their list is closed, and opens and closes with that.
 
     Attributes:
         widget: the list, tree, table, combo box, tab bar or tool box.
@@ -33,85 +38,94 @@ class WidgetItem:
             `addresses` writes.
     """
 
-    def __init__(self, widget: "Widget", address: "str | int", title: Optional[str] = None) -> None:
-        """`title` is how messages and reports call the item within its widget."""
-        self.widget = widget
-        self.address = address
-        self._title = f"item({address!r})" if title is None else title
-
-    def __repr__(self) -> str:
-        return ".".join(filter(None, [str(self.widget), self._title]))
-
-    def select(self, *, timeout: Optional[float] = None) -> None:
+    def select(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Makes it the current item, by the keyboard in lists, trees and tables; clicks a tab or a page."""
-        self.widget.select(self.address, timeout=timeout)
+        self.widget.select(self.address, force=force, timeout=timeout)
 
-    def choose(self, *, timeout: Optional[float] = None) -> None:
+    def choose(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As select()."""
-        self.select(timeout=timeout)
+        self.select(force=force, timeout=timeout)
 
-    def activate(self, *, timeout: Optional[float] = None) -> None:
+    def activate(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As select()."""
-        self.select(timeout=timeout)
+        self.select(force=force, timeout=timeout)
 
     def click(
         self,
         button: MouseButton = "left",
         *,
         modifier: Modifier = "",
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Clicks it with the mouse."""
-        if self._served(timeout) in ITEM_VIEWS:
-            self.widget.click(button, at=self._place(timeout), modifier=modifier, timeout=timeout)
-        elif button == "left" and not modifier:
-            self.select(timeout=timeout)
+        is_plain = button == "left" and not modifier
+        if is_plain and self._served(timeout) in (_COMBO_BOX, *self._only_chosen()):
+            self.select(force=force, timeout=timeout)
         else:
-            raise self._without_place()
+            self._play("MouseClick", button, modifier, timeout, force)
 
     def double_click(
         self,
         button: MouseButton = "left",
         *,
         modifier: Modifier = "",
+        force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
         """Double clicks it."""
-        self.widget.double_click(button, at=self._place(timeout), modifier=modifier, timeout=timeout)
+        self._play("MouseDoubleClick", button, modifier, timeout, force)
 
-    def right_click(self, *, modifier: Modifier = "", timeout: Optional[float] = None) -> None:
+    def right_click(
+        self, *, modifier: Modifier = "", force: bool = False, timeout: Optional[float] = None
+    ) -> None:
         """Clicks it with the right mouse button."""
-        self.click("right", modifier=modifier, timeout=timeout)
+        self.click("right", modifier=modifier, force=force, timeout=timeout)
 
     def context_menu(self, path: str) -> Menu:
         """An entry of the menu that a right click on it opens."""
         return Menu.of_popup(self.widget.window.app, path, f"{self}.context_menu", self.right_click)
 
-    def hover(self, *, timeout: Optional[float] = None) -> None:
+    def hover(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Moves the mouse onto it."""
-        self.widget.hover(at=self._place(timeout), timeout=timeout)
+        self._play("MouseMove", "", "", timeout, force)
 
     def scroll_to(self, *, timeout: Optional[float] = None) -> None:
-        """Scrolls its list, tree or table until it is in sight; opens the items above it in a tree."""
-        self._place(timeout)
+        """Scrolls what it is in until it is in sight; opens the items above it in a tree."""
+        if self._is_known():
+            self._rect(timeout)
+        else:
+            self._place(timeout)
 
     def drag_to(
         self, target: "Widget | WidgetItem", *, to: Position = (0.5, 0.5), timeout: Optional[float] = None
     ) -> None:
         """Drags it with the left button to an item, or to the position `to` of a widget.
 
-        Two items of one widget have to be in sight together.
+        Two items of one widget have to be in sight together. A movable tab is dragged to the place of another. Not for what
+        the application moves by drag and drop between programs, as lists move their items: that takes a real user's mouse.
         """
-        if isinstance(target, WidgetItem):
-            target._place(timeout)
-            start = self._place(timeout)
-            end, widget = target._place(timeout, scrolls=False), target.widget
+        if not isinstance(target, WidgetItem):
+            if self._is_known():
+                target.hover(at=to, timeout=timeout)  # waits until it is ready, before the button is down
+            self._drag(target, lambda: to, timeout)
+            return
+        item = target
+        item._share(timeout)  # both in sight before the button is down
+        if item._is_known() and self._served(timeout) == item._served(timeout) == "QTabBar":
+            start = self._rect(timeout)
+            self._drag(item.widget, lambda: item._share(timeout, dragged=start), timeout)
         else:
-            start, end, widget = self._place(timeout), to, target
-        self.widget.drag_to(widget, at=start, to=end, timeout=timeout)
+            self._drag(item.widget, lambda: item._share(timeout, scrolls=False), timeout)
 
     def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
-        """Makes it the current item and sets its check box; in lists and trees."""
+        """Sets its check box, if it is not in that state: makes it the current item, and presses Space.
+
+        Raises ConditionError where a cell of a table has not got that state by it.
+        """
+        if self._is_known() and self._served(timeout) in TABLES:
+            self._check_cell(on, timeout)
+            return
         self.select(timeout=timeout)
         self.widget.enter(on, timeout=timeout)
 
@@ -122,70 +136,82 @@ class WidgetItem:
     def is_selected(self, *, timeout: Optional[float] = None) -> bool:
         """Whether it is selected; of a tab, a page or an item of a combo box: whether it is the current one."""
         served = self._served(timeout)
+        if served != _COMBO_BOX and self._is_known():
+            return "selected" in self._states(timeout)
         if served in ITEM_VIEWS:
             return self._read_in_view("itemIsSelected", timeout) is True
         return self.widget.read("currentText", timeout=timeout) == self.address
 
     def is_checked(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether its check box is checked; in lists and trees."""
+        """Whether its check box is checked; in lists, trees and tables."""
+        if self._is_known():
+            return "checked" in self._states(timeout)
         return self.widget.read("itemIsChecked", str(self.address), timeout=timeout) is True
 
     def is_enabled(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether it can be used; in lists and trees."""
+        """Whether it can be used."""
+        if self._is_known():
+            return "disabled" not in self._states(timeout)
         return self.widget.read("itemIsEnabled", str(self.address), timeout=timeout) is True
 
     def text(self, *, timeout: Optional[float] = None) -> str:
-        """The text that it shows; in lists, trees and tables."""
+        """The text that it shows."""
+        if self._is_known():
+            return self._told(timeout)[0]
         return str(self._read_in_view("itemData", timeout))
 
-    def _served(self, timeout: Optional[float]) -> str:
-        return self.widget.as_class or str(self.widget.read("silkClassName", timeout=timeout))
+    def _drag(self, target: "Widget", place: Callable[[], Position], timeout: Optional[float]) -> None:
+        """Presses here, moves to a place on a widget, which is looked for then, and releases there; or here where that
+        fails."""
+        self._play("MousePress", "left", "", timeout)
+        try:
+            at = place()
+            target.mouse("MouseMove", "", at=at, timeout=timeout)
+            target.mouse("MouseRelease", "left", at=at, timeout=timeout)
+        except ReplyError:
+            with suppress(ReplyError):
+                self.widget.mouse("MouseRelease", "left", at=(0.5, 0.5), timeout=0)
+            raise
 
-    def _read_in_view(self, name: str, timeout: Optional[float]) -> Value:
-        connection, window = self.widget.window.app.connection, self.widget.window.address
+    def _check_cell(self, on: bool, timeout: Optional[float]) -> None:
+        deadline = Deadline(self.widget.window.app.timeout if timeout is None else timeout)
+        before = self._states(timeout)
+        if "checkable" not in before:
+            raise CommandError("8", f"{self} has no check box")
+        for _ in range(_MOST_PRESSES):
+            if _is_in_state(before, on):
+                return
+            self.select(timeout=timeout)
+            self.widget.press("Space", timeout=timeout)
+            before = self._states_after(before, deadline)
+        if not _is_in_state(before, on):
+            raise ConditionError(f"{self} is {' and '.join(before)} after check({on})")
 
-        def read(path: Address) -> Value:
-            address = self._finder(path).address(self.address)
-            return connection.read_property(window, path, name, address, widget_class=ANY_VIEW)
+    def _states_after(self, before: Tuple[str, ...], deadline: Deadline) -> Tuple[str, ...]:
+        """The states when the check box has changed, or at the deadline."""
+        states = before
+        for _ in attempts(deadline):
+            states = self._states(0)
+            if _box(states) != _box(before):
+                break
+        return states
 
-        return self._looked_up(name, read, timeout)
 
-    def _place(self, timeout: Optional[float], *, scrolls: bool = True) -> Position:
-        """Scrolls to it, and answers its centre as shares of the width and height of its widget."""
+def _box(states: Tuple[str, ...]) -> Tuple[bool, bool]:
+    return "checked" in states, "partly checked" in states
 
-        def look(path: Address) -> Position:
-            finder = self._finder(path)
-            address = finder.scroll_to(self.address) if scrolls else finder.address(self.address)
-            return finder.position(address)
 
-        return self._looked_up("scroll_to()", look, timeout, reads=not scrolls)
+def _is_in_state(states: Tuple[str, ...], on: bool) -> bool:
+    return _box(states) == (on, False)
 
-    def _finder(self, path: Address) -> ItemFinder:
-        window = self.widget.window
-        connection = window.app.connection
-        served = self.widget.as_class or str(connection.read_property(window.address, path, "silkClassName"))
-        if served not in ITEM_VIEWS:
-            raise self._without_place()
-        return ItemFinder(connection, window.address, path, served)
 
-    def _looked_up(
-        self,
-        action: str,
-        call: Callable[[Address], _Result],
-        timeout: Optional[float],
-        *,
-        reads: bool = True,
-    ) -> _Result:
-        window = self.widget.window
+class HeaderSection(WidgetItem):
+    """The name of a section in the header of a table or tree, for the mouse: sorting, its context menu, its tool tip."""
 
-        def look(path: Address) -> _Result:
-            result: _Result = with_item_suggestions(
-                window.app.connection, window.address, path, self.address, lambda: call(path)
-            )
-            return result
+    def __init__(self, widget: "Widget", address: str, title: str) -> None:
+        """`address` is "H:" or "V:" and the column or row."""
+        super().__init__(widget, address, title, as_class=ANY_VIEW)
 
-        title = ".".join(filter(None, [self._title, action]))
-        return self.widget.perform(title, look, reads=reads, timeout=timeout)
-
-    def _without_place(self) -> CommandError:
-        return CommandError("8", f"the place of {self} cannot be told: it is none of a list, tree or table")
+    def select(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """Clicks it."""
+        self._play("MouseClick", "left", "", timeout, force)

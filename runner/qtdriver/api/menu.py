@@ -8,10 +8,10 @@ from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 from ..errors import CommandError, ProtocolError, ReplyError, WindowNotFoundError
 from ..lookup.item_names import with_item_suggestions
 from ..lookup.windows import POPUP
-from ..protocol.locators import Address
+from ..protocol.locators import Address, as_locator
 from ..protocol.wire import Value
 from .addresses import menu_entry
-from .mouse import repeatable
+from .mouse import mouse_command, repeatable
 
 if TYPE_CHECKING:
     from .app import App
@@ -69,6 +69,19 @@ class Menu:
         """As activate()."""
         self.activate(force=force, timeout=timeout)
 
+    def hover(self, *, timeout: Optional[float] = None) -> None:
+        """Moves the mouse onto the entry, for its tool tip and status tip; the menu of an entry that has one opens by it.
+
+        The menus on the way are opened by clicks, and all stay open: until the next call on the menu, or press("Escape").
+        Needs an agent with items.
+        """
+        self._use_mouse("hover()", mouse_command("MouseMove", "", None, ""), timeout)
+
+    def right_click(self, *, timeout: Optional[float] = None) -> None:
+        """Clicks the entry with the right mouse button, for a menu with context menus of its own; others are chosen by it.
+        The rest is as for hover()."""
+        self._use_mouse("right_click()", mouse_command("MouseClick", "right", None, ""), timeout)
+
     def uncheck(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As check(False)."""
         self.check(False, force=force, timeout=timeout)
@@ -113,6 +126,24 @@ class Menu:
 
         self._open(timeout)
         self._perform(action, repeatable(connection, address, choose), False, timeout, opens=not force)
+
+    def _use_mouse(self, action: str, command: str, timeout: Optional[float]) -> None:
+        connection, address = self.window.app.connection, self.window.address
+
+        def play(bar: Address) -> str:
+            return with_item_suggestions(
+                connection,
+                address,
+                bar,
+                self.path,
+                lambda: connection.mouse(
+                    address, "" if address == POPUP else as_locator(bar), command, item=self.path
+                ),
+                closes=address == POPUP,
+            )
+
+        self._open(timeout)
+        self._perform(action, play, False, timeout)
 
     def _read(self, name: str, timeout: Optional[float]) -> Value:
         connection, address = self.window.app.connection, self.window.address

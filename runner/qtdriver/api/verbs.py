@@ -5,9 +5,10 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable, Optional
 
 from ..errors import CommandError
-from ..protocol.wire import Value
+from ..protocol.locators import Address, as_locator
+from ..protocol.wire import Rect, Value
 from .addresses import Section, cell
-from .item import WidgetItem
+from .item import HeaderSection, WidgetItem
 from .menu import Menu
 from .mouse import Modifier, Position
 
@@ -30,6 +31,7 @@ class Verbs:
     click: Callable[..., None]
     mouse: Callable[..., None]
     read: Callable[..., Value]
+    perform: Callable[..., Rect]
 
     def choose(self, item: "str | int", *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As select()."""
@@ -50,6 +52,14 @@ class Verbs:
         """Clicks with the right mouse button; the rest is as for click()."""
         self.click("right", at=at, modifier=modifier, force=force, timeout=timeout)
 
+    def scroll_to(self, *, timeout: Optional[float] = None) -> None:
+        """Scrolls the areas that it is in until it is in sight, without the mouse. Needs an agent with items."""
+
+        def scroll(path: Address) -> Rect:
+            return self.window.app.connection.scroll(self.window.address, as_locator(path))
+
+        self.perform("scroll_to()", scroll, reads=False, timeout=timeout)
+
     def item(self, address: "str | int") -> WidgetItem:
         """An item of a list, tree, table, combo box, tab bar or tool box, to click, check or drag.
 
@@ -60,6 +70,14 @@ class Verbs:
     def cell(self, row: Section, column: Section) -> WidgetItem:
         """A cell of a table, by the texts of the headers, or by numbers of which the first is 1."""
         return WidgetItem(self, cell(row, column), f"cell({row!r}, {column!r})")  # type: ignore[arg-type]
+
+    def column_header(self, column: Section) -> HeaderSection:
+        """The header of a column of a table or tree, by its text or number, of which the first is 1; to click or drag."""
+        return HeaderSection(self, f"H:{column}", f"column_header({column!r})")  # type: ignore[arg-type]
+
+    def row_header(self, row: Section) -> HeaderSection:
+        """The header of a row of a table; as column_header()."""
+        return HeaderSection(self, f"V:{row}", f"row_header({row!r})")  # type: ignore[arg-type]
 
     def tab(self, text: str) -> WidgetItem:
         """A tab of a tab bar; window.tab() needs no tab bar."""

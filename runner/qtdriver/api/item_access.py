@@ -1,0 +1,185 @@
+"""How an item is reached: by an agent that knows items, and by one that does not."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
+
+from ..errors import CommandError
+from ..lookup.item_names import with_item_suggestions
+from ..lookup.item_places import ANY_VIEW, ItemFinder
+from ..lookup.served import ITEM_VIEWS
+from ..protocol.connection import Connection
+from ..protocol.locators import Address, as_locator, is_special
+from ..protocol.wire import Rect, Value
+from .mouse import Modifier, MouseButton, Position, mouse_command
+
+if TYPE_CHECKING:
+    from .widget import Widget
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_Result = TypeVar("_Result")
+
+
+class ItemAccess:
+    """The item of a widget; see WidgetItem."""
+
+    def __init__(
+        self, widget: "Widget", address: "str | int", title: Optional[str] = None, *, as_class: str = ""
+    ) -> None:
+        """`title` is how messages and reports call the item within its widget; `as_class` the class that takes the
+        address, if it is not the widget's own."""
+        self.widget = widget
+        self.address = address
+        self._title = f"item({address!r})" if title is None else title
+        self._as_class = as_class or widget.as_class
+
+    def __repr__(self) -> str:
+        return ".".join(filter(None, [str(self.widget), self._title]))
+
+    # With an agent that knows items
+
+    def _is_known(self) -> bool:
+        """Whether the agent knows items, and can be told which widget this is."""
+        return self._connection.knows_items and not is_special(self.widget.path)
+
+    @property
+    def _connection(self) -> Connection:
+        return self.widget.window.app.connection
+
+    def _play(
+        self,
+        kind: str,
+        button: MouseButton,
+        modifier: Modifier,
+        timeout: Optional[float],
+        force: bool = False,
+    ) -> None:
+        """Plays a mouse command on it."""
+        if not self._is_known():
+            place = self._place(timeout)
+            self.widget.mouse(kind, button, at=place, modifier=modifier, force=force, timeout=timeout)
+            return
+        command = mouse_command(kind, button, None, modifier)
+
+        def act(path: Address) -> str:
+            window = self.widget.window.address
+            return self._connection.mouse(
+                window,
+                as_locator(path),
+                command,
+                widget_class=self._as_class,
+                force=force,
+                item=self.address,
+            )
+
+        self._looked_up(f"mouse({command!r})", act, timeout, reads=False)
+
+    def _rect(self, timeout: Optional[float]) -> Rect:
+        """Scrolls to it, and answers where it is on the screen."""
+
+        def scroll(path: Address) -> Rect:
+            window = self.widget.window.address
+            return self._connection.scroll(
+                window, as_locator(path), self.address, widget_class=self._as_class
+            )
+
+        return self._looked_up("scroll_to()", scroll, timeout, reads=False)
+
+    def _told(self, timeout: Optional[float]) -> Tuple[str, Tuple[str, ...]]:
+        def read(path: Address) -> Tuple[str, Tuple[str, ...]]:
+            window = self.widget.window.address
+            return self._connection.item(window, as_locator(path), self.address, widget_class=self._as_class)
+
+        return self._looked_up("states()", read, timeout)
+
+    def _states(self, timeout: Optional[float]) -> Tuple[str, ...]:
+        return self._told(timeout)[1]
+
+    def _share(
+        self, timeout: Optional[float], *, scrolls: bool = True, dragged: Optional[Rect] = None
+    ) -> Position:
+        """Its centre as shares of the width and height of its widget, once it is in sight; or where the centre of a tab is
+        to be that is dragged here."""
+        if not self._is_known():
+            return self._place(timeout, scrolls=scrolls)
+        item, whole = self._rect(timeout), self.widget.rect(timeout=timeout)
+        x, y = _center(item) if dragged is None else _place_of_tab(dragged, item)
+        return ((x - whole.left + 0.5) / whole.width, (y - whole.top + 0.5) / whole.height)
+
+    # With an agent that does not
+
+    def _only_chosen(self) -> Tuple[str, ...]:
+        """The classes of which items can only be chosen."""
+        return () if self._is_known() else ("QTabBar", "QToolBox")
+
+    def _served(self, timeout: Optional[float]) -> str:
+        return self._as_class or str(self.widget.read("silkClassName", timeout=timeout))
+
+    def _read_in_view(self, name: str, timeout: Optional[float]) -> Value:
+        connection, window = self._connection, self.widget.window.address
+
+        def read(path: Address) -> Value:
+            address = self._finder(path).address(self.address)
+            return connection.read_property(window, path, name, address, widget_class=ANY_VIEW)
+
+        return self._looked_up(name, read, timeout)
+
+    def _place(self, timeout: Optional[float], *, scrolls: bool = True) -> Position:
+        """Scrolls to it, and answers its centre as shares of the width and height of its widget."""
+
+        def look(path: Address) -> Position:
+            finder = self._finder(path)
+            address = finder.scroll_to(self.address) if scrolls else finder.address(self.address)
+            return finder.position(address)
+
+        return self._looked_up("scroll_to()", look, timeout, reads=not scrolls)
+
+    def _finder(self, path: Address) -> ItemFinder:
+        window = self.widget.window
+        connection = window.app.connection
+        served = self._as_class or str(connection.read_property(window.address, path, "silkClassName"))
+        if served not in ITEM_VIEWS:
+            raise CommandError(
+                "8", f"the place of {self} cannot be told: it is none of a list, tree or table"
+            )
+        return ItemFinder(connection, window.address, path, served)
+
+    def _looked_up(
+        self,
+        action: str,
+        call: Callable[[Address], _Result],
+        timeout: Optional[float],
+        *,
+        reads: bool = True,
+    ) -> _Result:
+        window = self.widget.window
+
+        def look(path: Address) -> _Result:
+            result: _Result = with_item_suggestions(
+                window.app.connection,
+                window.address,
+                path,
+                self.address,
+                lambda: call(path),
+                self._as_class,
+            )
+            return result
+
+        title = ".".join(filter(None, [self._title, action]))
+        return self.widget.perform(title, look, reads=reads, timeout=timeout)
+
+
+def _center(rect: Rect) -> Tuple[int, int]:
+    return (rect.left + rect.right) // 2, (rect.top + rect.bottom) // 2
+
+
+def _place_of_tab(dragged: Rect, target: Rect) -> Tuple[int, int]:
+    """Where the centre of a dragged tab is when its outer edge is the target's: a wider tab with its centre on the target's
+    would reach the tab beyond that."""
+    (x, y), (goal_x, goal_y) = _center(dragged), _center(target)
+    if abs(goal_x - x) >= abs(goal_y - y):
+        shift = target.right - dragged.right if goal_x > x else target.left - dragged.left
+        return x + shift, y
+    shift = target.bottom - dragged.bottom if goal_y > y else target.top - dragged.top
+    return x, y + shift
