@@ -60,30 +60,32 @@ class StableLocators:
         return found if self._counts.get(("class", node.class_name)) == 1 and self._finds_one(found) else None
 
     def _within_another(self, node: SnapshotNode) -> Optional[Locator]:
-        outer = self._around(node)
+        outer, _ = self._around(node)
         if outer is None:
             return None
         inner = _by_conditions(node, lambda key, text: True)
         return self._first((found.within(outer) for found in inner), self._finds_one)
 
     def _by_position(self, node: SnapshotNode) -> Optional[Locator]:
-        outer = self._around(node)
+        outer, around = self._around(node)
         found = locator(node.class_name)
         found = found if outer is None else found.within(outer)
         if self._finds_one(found) and self._ref_of(found) == node.ref:
             return found
-        numbers = (found.at(f"nth={number}", f"nth({number})") for number in range(self._count(found)))
-        return self._first(numbers, lambda one: self._ref_of(one) == node.ref)
+        guess = _number_within(node, around)
+        numbers = sorted(range(self._count(found)), key=lambda number: abs(number - guess))
+        places = (found.at(f"nth={number}", f"nth({number})") for number in numbers)
+        return self._first(places, lambda one: self._ref_of(one) == node.ref)
 
-    def _around(self, node: SnapshotNode) -> Optional[Locator]:
-        """The locator of the nearest widget around it that has one by its texts; None for the window."""
+    def _around(self, node: SnapshotNode) -> Tuple[Optional[Locator], SnapshotNode]:
+        """The nearest widget around it that has a locator by its texts, and that locator; None is that of the window."""
         above = self._parents.get(node.ref)
         while above is not None and above is not self._root:
             found = self._by_texts(above) or self._by_class(above)
             if found is not None:
-                return found
+                return found, above
             above = self._parents.get(above.ref)
-        return None
+        return None, self._root
 
     def _is_alone(self, key: str, text: str) -> bool:
         return self._counts.get((key, text), 0) == 1
@@ -114,6 +116,12 @@ class StableLocators:
     @staticmethod
     def _first(candidates: "Iterator[Locator]", holds: Callable[[Locator], bool]) -> Optional[Locator]:
         return next((candidate for candidate in candidates if holds(candidate)), None)
+
+
+def _number_within(node: SnapshotNode, outer: SnapshotNode) -> int:
+    """How many of its class come before it in another; it is more where widgets of derived classes do."""
+    alike = [one.ref for one in outer.walk() if one.class_name == node.class_name and one is not outer]
+    return alike.index(node.ref) if node.ref in alike else 0
 
 
 def _by_conditions(node: SnapshotNode, is_worth: Callable[[str, str], bool]) -> Iterator[Locator]:
