@@ -28,6 +28,16 @@ def test_what_is_under_the_cursor_is_picked(held):
     assert "window by its object name: Widget:showcase" in text and "(unique)" in text
 
 
+def test_the_address_of_what_is_picked_finds_it_alone(held):
+    qtdriver("mouse", "Roastery", 'QPushButton text="Grind"', "move")
+    picked = data("pick", "--countdown", "0")
+    assert data("get", "Roastery", picked["address"], "text") == "Grind"
+    listed = [row for row in data("tree", "Roastery", "--paths") if row["path"] == picked["address"]]
+    assert [row["python"] for row in listed] == [picked["python"]]
+    text = qtdriver("pick", "--countdown", "0")
+    assert f"address: {picked['address']}\nin Python: window.{picked['python']}\n" in text
+
+
 def test_a_click_picks_without_reaching_the_application(held):
     qtdriver("mouse", "Roastery", "brewButton", "move")
     before = qtdriver("get", "Roastery", "clickCount", "text")

@@ -9,6 +9,8 @@ from ..api.app import App
 from ..api.window import Window
 from ..errors import CommandError, ReplyError
 from ..errors.commandline import PickError
+from ..lookup.picked import stable_locator
+from ..protocol.locators import as_address
 from ..protocol.waiting import Deadline, attempts
 from ..trace.readable import describe_value
 from .outcome import NOT_FOUND, Outcome, plain
@@ -36,10 +38,13 @@ def _pick(app: App, arguments: Arguments) -> Outcome:
     found = app.widget_at_cursor()
     if found is None:
         return Outcome("no widget of the application is under the cursor", None, NOT_FOUND)
+    best = stable_locator(app.connection, found)
     data: Dict[str, Any] = {
         "window": found.window,
         "window_name": found.window_name,
         "path": found.path,
+        "address": None if best is None else as_address(best),
+        "python": None if best is None else best.call,
         "class": found.class_name,
         "same_name": found.count,
         "visible": found.visible_count,
@@ -64,6 +69,8 @@ def _describe(data: Dict[str, Any]) -> str:
         f'path: {data["path"]} ({unique})',
         f'class: {data["class"]}',
     ]
+    if data["address"]:
+        lines[1:1] = [f'address: {data["address"]}', f'in Python: window.{data["python"]}']
     if data["window_name"]:
         lines.insert(1, f'window by its object name: Widget:{data["window_name"]}')
     for name, value in data["properties"].items():
