@@ -64,3 +64,18 @@ def test_long_texts_are_cut():
 def test_what_is_no_widget_is_a_protocol_error(told):
     with pytest.raises(errors.ProtocolError):
         SnapshotNode.of(told)
+
+
+def test_of_many_rows_and_columns_the_first_are_told():
+    rows = [{"texts": [f"{row}{column}" for column in "abcde"]} for row in range(12)]
+    lines = str(Snapshot(SnapshotNode.of(node("table", items=rows, more=3)))).splitlines()
+    assert lines[1] == "  - 0a | 0b | 0c | ..."
+    assert lines[10:] == ["  - 9a | 9b | 9c | ...", "  - ... 5 more"]
+
+
+def test_a_named_frame_around_one_named_widget_is_left_out_and_a_splitter_s_handle():
+    inner = node("widget", name="page", children=[node("edit", name="note"), node("splitter handle")])
+    outer = node("dialog", children=[node("stack", name="stack", children=[inner]), node("label")])
+    assert str(Snapshot(SnapshotNode.of(outer))) == "dialog\n  edit #note"
+    two = node("widget", name="page", children=[node("edit", name="note"), node("edit", name="more")])
+    assert "#page" in str(Snapshot(SnapshotNode.of(node("dialog", children=[two]))))

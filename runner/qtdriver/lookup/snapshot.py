@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from typing import Any, Iterator, List, Mapping, Tuple
 
 from ..errors import ProtocolError
@@ -10,9 +10,10 @@ from ..protocol.wire import Rect
 
 _INDENT = "  "
 _MOST_TEXT = 60
-_MOST_ITEMS = 20
+_MOST_ITEMS = 10
+_MOST_COLUMNS = 3
 _FRAMES = ("widget", "scroll area", "splitter", "stack", "tabs")
-_DECORATIONS = ("size grip", "scroll bar", "header")
+_DECORATIONS = ("size grip", "scroll bar", "header", "splitter handle")
 _WHOLE = ("spin box", "combo box", "list", "tree", "table")
 """Roles of widgets whose inner parts are none of a person's business."""
 INNER_NAMES = ("qt_", "_q_")
@@ -186,14 +187,26 @@ def _lines(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[st
 def _item_lines(node: SnapshotNode, depth: int) -> Iterator[str]:
     items = () if node.role == "combo box" else node.items
     for item in items[:_MOST_ITEMS]:
-        yield _INDENT * (depth + item.depth) + f"- {_cut(str(item))}"
+        yield _INDENT * (depth + item.depth) + f"- {_cut(_in_few_columns(item))}"
     left_out = node.left_out + len(items) - len(items[:_MOST_ITEMS])
     if left_out:
         yield _INDENT * depth + f"- ... {left_out} more"
 
 
+def _in_few_columns(item: Item) -> str:
+    more = ("...",) if len(item.texts) > _MOST_COLUMNS else ()
+    return str(replace(item, texts=item.texts[:_MOST_COLUMNS] + more))
+
+
 def _is_frame(node: SnapshotNode) -> bool:
-    return node.role in _FRAMES and not (_shown(node) or _own_name(node) or node.items)
+    """Whether it only holds others. One with a name is told, unless what it holds has a name of its own."""
+    if _shown(node) or node.items:
+        return False
+    if node.role == "label":
+        return not _own_name(node)  # an empty one, or one with a picture
+    inside = [child for child in node.children if child.role not in _DECORATIONS]
+    is_told_by_name = _own_name(node) and not (len(inside) == 1 and _own_name(inside[0]))
+    return node.role in _FRAMES and not is_told_by_name
 
 
 def _shown(node: SnapshotNode) -> str:
