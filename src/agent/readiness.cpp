@@ -64,19 +64,25 @@ QScrollArea* areaAround(const QWidget* viewport)
     return area && area->viewport() == viewport ? area : nullptr;
 }
 
-// From the innermost area to the outermost.
+bool isInside(const QWidget* widget, const QWidget* outer)
+{
+    return widget && outer && (widget == outer || outer->isAncestorOf(widget));
+}
+
+// From the innermost area to the outermost. Scrolling runs the application's code, which may take the widget elsewhere.
 void scrollTo(const QPointer<QWidget>& widget, const QRect& rect)
 {
     QPointer<QWidget> around(widget.data());
     while (around && !around->isWindow()) {
-        QScrollArea* area = areaAround(around);
-        const QRect place = area ? rect.translated(living(widget)->mapTo(around, QPoint(0, 0))) : QRect();
-        if (area && area->widget() && !around->rect().contains(place)) {
+        const QPointer<QScrollArea> area(areaAround(around));
+        const bool isScrolled = area && isInside(widget, area->widget()); // the area's own parts are not
+        if (isScrolled && !around->rect().contains(rect.translated(widget->mapTo(around, QPoint(0, 0))))) {
             const int margin = 1; // without one, Qt 4 leaves the last pixel out
             area->ensureWidgetVisible(widget, margin, margin);
-            const QPoint inside = widget ? widget->mapTo(area->widget(), rect.center()) : QPoint();
-            if (widget)
+            if (area && isInside(widget, area->widget())) {
+                const QPoint inside = widget->mapTo(area->widget(), rect.center());
                 area->ensureVisible(inside.x(), inside.y(), 0, 0);
+            }
         }
         around = around ? around->parentWidget() : nullptr;
     }

@@ -106,6 +106,16 @@ def test_scroll_areas_are_scrolled_to_the_widget(app):
     app.wait_for("clicked shallow")
 
 
+def test_a_part_of_a_scroll_area_is_not_scrolled_by_it(app):
+    beyond_its_edge = "s:MouseMove::1.0:1.0:"
+    viewport = "name=outerArea >> name=qt_scrollarea_viewport first"
+    for locator in (viewport, "name=outerArea"):
+        reply = app.request(extension("+9", "Main", locator, "QWidget", beyond_its_edge))
+        assert reply == "9,not reached by the mouse"
+    assert click(app, "shallow") == "0,QPushButton"
+    app.wait_for("clicked shallow")
+
+
 def test_a_widget_that_ends_while_it_is_scrolled_to_is_an_error(app):
     app.do("deleteOnScroll")
     assert click(app, "deep") == "8,Exception : Internal error, proxy without widget"
