@@ -12,7 +12,7 @@ namespace {
 // Has the processor fetch what a search for a derived name reads some children later: in a window of thousands of widgets
 // it waits for memory more than it works. A tool button's action is mostly its first child. What is more steps away from
 // the list is asked for later, when the steps before it are there.
-void fetchAhead(QObjectList::const_iterator position, QObjectList::const_iterator end)
+void fetchAhead(const QObjectList::const_iterator& position, const QObjectList::const_iterator& end)
 {
     const int farthest = 16;
     if (end - position <= farthest)
