@@ -84,7 +84,10 @@ void buildRefusing(TestHost& host, const char* name, const char* title, Qt::Wind
 void buildScene(TestHost& host)
 {
     auto* embedded = addWindow("embedded", "Embedded", QRect(0, 0, 200, 100));
-    addButton(host, embedded, "inner", QRect(20, 20, 100, 40));
+    addButton(host, embedded, "inner", QRect(20, 10, 100, 40));
+    auto* field = new QLineEdit(embedded);
+    field->setObjectName(QLatin1String("innerField"));
+    field->setGeometry(20, 60, 150, 30);
     auto* scene = new QGraphicsScene;
     scene->addWidget(embedded);
     auto* view = new QGraphicsView(scene);

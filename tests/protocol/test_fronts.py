@@ -7,7 +7,8 @@ import time
 
 import pytest
 
-from hostapp import QT, eventually
+from extensions import extension
+from hostapp import QT, eventually, hexed
 
 WAIT = 0.5
 HIDDEN = "8,Exception : Error: widget is hidden by another window"
@@ -82,6 +83,26 @@ def test_a_widget_within_a_graphics_view_is_not_waited_for(app):
     assert is_quick(lambda: app.activate("Embedded", "inner"), "0,QPushButton" if knows_place else None)
     if knows_place:
         assert app.events("clicked") == ["clicked inner"] * 4
+
+
+def test_what_a_locator_finds_within_a_graphics_view_takes_input(app):
+    app.show("showScene", "scene")
+    assert located(app, "+7", "inner", "", "objectName") == "0,u:" + hexed("inner")
+    if QT != 4:  # which does not tell where on the screen such a widget is
+        assert located(app, "+5", "inner") == "0,QPushButton"
+        app.wait_for("clicked inner")
+        app.forget()
+        assert located(app, "+9", "inner", "QWidget", f"s:{CLICK}") == "0,QWidget"
+        app.wait_for("clicked inner")
+    assert located(app, "+type", "innerField", "Grüße €") == "0,QLineEdit"
+    app.wait_until("innerField", "text", "Grüße €")
+    assert located(app, "+press", "innerField", "Backspace", "") == "0,QLineEdit"
+    app.wait_until("innerField", "text", "Grüße ")
+    assert '"name":"innerField"' in app.request(extension("+2", "Embedded", ""))
+
+
+def located(app, number, name, *sections):
+    return app.request(extension(number, "Embedded", f"name={name}", *sections))
 
 
 def test_a_window_that_another_one_covers_is_waited_for(app):
