@@ -99,15 +99,21 @@ def test_the_position_is_within_the_item(app):
 
 def test_a_dragged_tab_takes_the_place_of_another(app):
     start = rect_of(scroll(app, "movable", "s:Tab 0"))
-    assert mouse(app, "movable", "s:Tab 0", "MousePress") == "0,QTabBar"
     target, bar = rect_of(scroll(app, "movable", "s:Tab 1")), rect_of(scroll(app, "movable"))
     # the far edge of the one comes to that of the other
     x = (start[0] + start[2]) / 2 + target[2] - start[2]
     at = f"{(x - bar[0]) / (bar[2] - bar[0] + 1)}:0.5"
-    for kind, button in (("MouseMove", ""), ("MouseRelease", "LeftButton")):
-        command = f"s:{kind}:{button}:{at}:"
-        assert app.request(extension("+9", WINDOW, "name=movable", "QWidget", command)) == "0,QWidget"
-    app.wait_for("order 1023")
+
+    def dragged():
+        assert mouse(app, "movable", "s:Tab 0", "MousePress") == "0,QTabBar"
+        for kind, button in (("MouseMove", ""), ("MouseRelease", "LeftButton")):
+            command = f"s:{kind}:{button}:{at}:"
+            assert app.request(extension("+9", WINDOW, "name=movable", "QWidget", command)) == "0,QWidget"
+        return app.events("order")
+
+    # The windowing system tells of the mouse's moves in its own time: one without a button, just after the press, ends the
+    # drag for Qt's tab bars.
+    eventually(dragged, ["order 1023"])
 
 
 NOT_YET = [
