@@ -11,7 +11,6 @@ namespace menus {
 
 namespace {
 
-const char invalidPathMessage[] = "Invalid menu path";
 const QLatin1Char separator('/');
 const QLatin1String indexPrefix("Item ");
 

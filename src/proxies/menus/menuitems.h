@@ -8,7 +8,12 @@ class QAction;
 
 namespace menus {
 
-// Menu paths: the texts of items, outermost first, joined by "/". Menus and menu bars share these rules.
+// Menu paths: the texts of items, outermost first, joined by "/". Menus and menu bars share these rules and messages.
+
+const char invalidPathMessage[] = "Invalid menu path";
+const char invalidItemMessage[] = "Invalid item";
+const char disabledItemMessage[] = "Item is disabled";
+const char notCheckableMessage[] = "Item is not checkable";
 
 // The path's elements, empty ones kept. Raises "Invalid menu path" when there is none.
 QStringList splitMenuPath(const QString& path);

@@ -9,11 +9,8 @@
 
 namespace {
 
-const char invalidItemMessage[] = "Invalid item";
-const char disabledMessage[] = "Item is disabled";
 const char alreadyCheckedMessage[] = "Item already checked";
 const char notOpenedMessage[] = "The menu has not opened";
-const char notCheckableMessage[] = "Item is not checkable";
 
 // Tells how many slots are connected to a signal, which objects tell only themselves.
 class Receivers : public QObject
@@ -38,9 +35,9 @@ QAction* usableEntry(const QMenu* menu, QStringList& path)
 {
     QAction* item = menus::findMenuItem(menu->actions(), path);
     if (!item)
-        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+        proxy::raiseNotYet(missingEntry(path), menus::invalidItemMessage);
     if (!item->isEnabled())
-        proxy::raiseNotYet(proxy::disabledItem(path.first()), disabledMessage);
+        proxy::raiseNotYet(proxy::disabledItem(path.first()), menus::disabledItemMessage);
     return item;
 }
 
@@ -49,7 +46,7 @@ QMenu* submenuOf(const QAction* item, const QStringList& path)
 {
     QMenu* submenu = item->menu();
     if (!submenu)
-        proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+        proxy::raiseNotYet(missingEntry(path), menus::invalidItemMessage);
     return submenu;
 }
 
@@ -130,16 +127,16 @@ STWidgetProxy::ItemArea STMenuProxy::walkByMouse(QPointer<QMenu> menu, QStringLi
             proxy::raiseError(proxy::deadWidgetMessage);
         const QPointer<QAction> item(menus::findMenuItem(menu->actions(), path));
         if (!item)
-            proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+            proxy::raiseNotYet(missingEntry(path), menus::invalidItemMessage);
         const QString name = path.takeFirst();
         const QRect rect = entryInSight(menu, item);
         if (path.isEmpty())
             return {menu.data(), rect, item->isEnabled()};
         if (!item->isEnabled())
-            proxy::raiseNotYet(proxy::disabledItem(name), disabledMessage);
+            proxy::raiseNotYet(proxy::disabledItem(name), menus::disabledItemMessage);
         const QPointer<QMenu> submenu(item->menu());
         if (!submenu)
-            proxy::raiseNotYet(missingEntry(path), invalidItemMessage);
+            proxy::raiseNotYet(missingEntry(path), menus::invalidItemMessage);
         if (!submenu->isVisible()) {
             clickOnTheWay(menu, rect);
             awaitMenu(submenu, name);
@@ -178,7 +175,7 @@ void STMenuProxy::highlight(const QPointer<QMenu>& menu, const QPointer<QAction>
         if (!menu)
             proxy::raiseError(proxy::deadWidgetMessage);
         if (!item)
-            proxy::raiseError(invalidItemMessage);
+            proxy::raiseError(menus::invalidItemMessage);
     }
 }
 
@@ -186,7 +183,7 @@ void STMenuProxy::trigger(const QAction* item, const QVariant& checkState)
 {
     if (checkState.isValid()) {
         if (!item->isCheckable())
-            proxy::raiseError(notCheckableMessage);
+            proxy::raiseError(menus::notCheckableMessage);
         if (item->isChecked() == checkState.toBool())
             proxy::raiseError(alreadyCheckedMessage);
     }

@@ -11,10 +11,6 @@
 
 namespace {
 
-const char invalidPathMessage[] = "Invalid menu path";
-const char invalidItemMessage[] = "Invalid item";
-const char disabledMessage[] = "Item is disabled";
-const char notCheckableMessage[] = "Item is not checkable";
 const char notFoundMessage[] = "Could not find %s";
 const char elementDisabledMessage[] = "%s is disabled";
 
@@ -79,8 +75,8 @@ QAction* STQMenuBar::requiredTitle(QStringList& path)
     QAction* title = menus::findMenuItem(menuBar()->actions(), path);
     if (!title || !title->isEnabled() || !title->menu()) {
         const QString item = path.value(0);
-        proxy::raiseNotYet(
-            title && !title->isEnabled() ? proxy::disabledItem(item) : proxy::missingItem(item), invalidPathMessage);
+        proxy::raiseNotYet(title && !title->isEnabled() ? proxy::disabledItem(item) : proxy::missingItem(item),
+            menus::invalidPathMessage);
     }
     return title;
 }
@@ -91,16 +87,16 @@ STWidgetProxy::ItemArea STQMenuBar::itemArea(const QVariant& item)
     const QPointer<QAction> title(menus::findMenuItem(menuBar()->actions(), path));
     const QString name = path.value(0);
     if (!title)
-        proxy::raiseNotYet(proxy::missingItem(name), invalidPathMessage);
+        proxy::raiseNotYet(proxy::missingItem(name), menus::invalidPathMessage);
     path.removeFirst();
     if (path.isEmpty()) {
         const QRect rect = menuBar()->actionGeometry(title).intersected(menuBar()->rect());
         if (rect.isEmpty())
-            proxy::raiseNotYet(proxy::hiddenItem(name), invalidPathMessage);
+            proxy::raiseNotYet(proxy::hiddenItem(name), menus::invalidPathMessage);
         return {menuBar(), rect, title->isEnabled()};
     }
     if (!title->isEnabled())
-        proxy::raiseNotYet(proxy::disabledItem(name), disabledMessage);
+        proxy::raiseNotYet(proxy::disabledItem(name), menus::disabledItemMessage);
     openByMouse(title, name);
     return areaInMenu(title ? title->menu() : nullptr, path, 1);
 }
@@ -109,7 +105,7 @@ void STQMenuBar::openByMouse(const QPointer<QAction>& title, const QString& name
 {
     const QPointer<QMenu> menu(title->menu());
     if (!menu)
-        proxy::raiseNotYet(proxy::missingItem(name), invalidPathMessage);
+        proxy::raiseNotYet(proxy::missingItem(name), menus::invalidPathMessage);
     if (menu->isVisible())
         return;
     // Another menu of the bar would take the click for the one that closes it.
@@ -117,7 +113,8 @@ void STQMenuBar::openByMouse(const QPointer<QAction>& title, const QString& name
     for (int i = 0; i < deepest && isMenuOpen(*menuBar()); ++i)
         pressEscape();
     if (const QWidget* popup = QApplication::activePopupWidget())
-        proxy::raiseNotYet(proxy::coveredBy(QLatin1String(popup->metaObject()->className())), invalidPathMessage);
+        proxy::raiseNotYet(
+            proxy::coveredBy(QLatin1String(popup->metaObject()->className())), menus::invalidPathMessage);
     if (title)
         clickOnTheWay(menuBar(), menuBar()->actionGeometry(title));
     awaitMenu(menu, name);
@@ -129,7 +126,7 @@ void STQMenuBar::openMenu(const QPointer<QAction>& title)
     mouseClick(menuBar()->mapToGlobal(menuBar()->rect().topRight()), Qt::LeftButton, Qt::NoModifier);
     QMenuBar* bar = menuBar();
     if (!title)
-        proxy::raiseError(invalidPathMessage);
+        proxy::raiseError(menus::invalidPathMessage);
     bar->setActiveAction(title);
     syncEvents();
     keyClick(Qt::Key_Down, Qt::NoModifier);
@@ -161,14 +158,14 @@ bool STQMenuBar::pathChecked(QStringList path)
     path.removeFirst();
     while (!path.isEmpty() && item && item->menu()) {
         if (!item->isEnabled())
-            proxy::raiseError(disabledMessage);
+            proxy::raiseError(menus::disabledItemMessage);
         item = menus::findMenuItem(item->menu()->actions(), path);
         path.removeFirst();
     }
     if (!path.isEmpty() || !item)
-        proxy::raiseError(invalidItemMessage);
+        proxy::raiseError(menus::invalidItemMessage);
     if (!item->isCheckable())
-        proxy::raiseError(notCheckableMessage);
+        proxy::raiseError(menus::notCheckableMessage);
     return item->isChecked();
 }
 
