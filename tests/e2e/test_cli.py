@@ -136,7 +136,7 @@ def test_an_application_that_ends_before_the_requests_do_is_a_failure(run):
     assert message == "qtdriver: the application ended (exit status 0) with a request unanswered\n"
 
 
-def test_an_application_that_ends_during_a_request_is_reported_with_its_last_words(run, fake_agent):
+def test_an_application_that_ends_during_a_request_is_reported_with_its_last_output(run, fake_agent):
     message = one_message(run("8,vanish\n", application=[*fake_agent, "--status", "7", "--print", "oh no"]))
     assert "ended (exit status 7) with a request unanswered" in message
     assert message.endswith("its last output:\noh no\n")

@@ -161,13 +161,15 @@ def test_the_exit_of_an_application_is_awaited(driver, fake_agent):
     assert str(caught.value) == "the application ended (exit status 3) at the request '1', without any output"
 
 
-def test_an_application_that_ends_says_its_last_words(driver, fake_agent):
+def test_the_error_of_an_application_that_ended_has_its_last_output(driver, fake_agent):
     app = driver.launch(*fake_agent, "--status", "4", "--print", "out of beans\n")
     with pytest.raises(ApplicationEndedError) as caught:
         app.window("vanish").title()
     assert str(caught.value) == (
         "the application ended (exit status 4) at the request '8,vanish'; its last output:\nout of beans"
     )
+    with pytest.warns(DeprecationWarning, match=r"last_words\(\) is last_output\(\) now"):
+        assert app.process.last_words() == app.process.last_output() == "out of beans"
 
 
 @pytest.mark.parametrize("number", [signal.SIGKILL, signal.SIGTERM, signal.SIGINT])

@@ -166,7 +166,7 @@ def test_the_id_of_a_program_stays_its_own_until_what_it_started_is_ended(start,
 
 @pytest.fixture
 def powerless(monkeypatch, tmp_path):
-    """As if what is started ran with the rights of another user: nobody may signal it, the watchman neither."""
+    """As if what is started ran with the rights of another user: nobody may signal it, nor may the watchdog."""
 
     def refuse(pid, number):
         raise PermissionError

@@ -309,7 +309,7 @@ def test_no_argument_of_a_process_tells_what_marks_a_launch(driver, fake_agent):
 
 
 def test_what_was_started_ends_with_a_test_that_is_killed_right_after_the_start(tmp_path, build, fake_agent):
-    """The watchman has got its orders by then."""
+    """The watchdog has read the mark of the launch by the time that the program runs."""
     program = (
         f"import os, sys; sys.path.insert(0, {RUNNER!r})\n"
         "from pathlib import Path; from qtdriver import Driver\n"

@@ -67,7 +67,7 @@ def ended_error(app: "App") -> ApplicationEndedError:
     status = process.wait(_EXIT_SECONDS)
     if status is None:
         return endings.closed_its_connection(app.pid, request, process.pid)
-    return endings.ended(status, request, process.last_words())
+    return endings.ended(status, request, process.last_output())
 
 
 def _describe_request(app: "App") -> str:

@@ -82,6 +82,6 @@ def _conclude(application: App, dialogue: Dialogue, parsed: argparse.Namespace) 
         if not parsed.json:
             _say(ending)
         return OK
-    last_words = process.last_words()
-    _complain(f"{ending}; its last output:\n{last_words}" if last_words else ending)
+    last_output = process.last_output()
+    _complain(f"{ending}; its last output:\n{last_output}" if last_output else ending)
     return FAILED

@@ -1,4 +1,4 @@
-"""The errors for an application that ended or hangs, made of what is known of its end."""
+"""Makes the errors for an application that ended or hangs."""
 
 from __future__ import annotations
 
@@ -18,13 +18,15 @@ def describe_exit(status: int) -> str:
         return f"signal {-status}"
 
 
-def ended(status: int, request: str, last_words: str) -> ApplicationEndedError:
+def ended(status: int, request: str, last_output: str) -> ApplicationEndedError:
     """The error for an application that was started by the test.
 
-    `status` is its exit status, `last_words` the end of its output, and `request` the end of a sentence that tells the
-    latest request; it may be empty.
+    Args:
+        status: its exit status, negative for a signal.
+        request: words that name the latest request, such as " at the request '1'"; empty before the first one.
+        last_output: the last lines that it has printed.
     """
-    output = f"; its last output:\n{last_words}" if last_words else ", without any output"
+    output = f"; its last output:\n{last_output}" if last_output else ", without any output"
     return ApplicationEndedError(f"the application ended ({describe_exit(status)}){request}{output}")
 
 
@@ -37,15 +39,21 @@ def ended_elsewhere(pid: int, request: str) -> ApplicationEndedError:
 
 
 def closed_its_connection(pid: int, request: str, process: int) -> ApplicationEndedError:
-    """The error for an application, process `pid`, that has left the test while `process`, which was started, runs."""
+    """The error for an application, process `pid`, that closed its connection while the started `process` still runs."""
     return ApplicationEndedError(
         f"the application (process {pid}) closed its connection{request}, but process {process} still runs"
     )
 
 
 def hangs(error: RequestTimeout, pid: int, was_ended: bool, windows: Sequence[str]) -> ApplicationHangsError:
-    """The error for an application that did not answer, as `error` tells; `windows` are the lines that describe those
-    that were last seen."""
+    """The error for an application that did not answer a request.
+
+    Args:
+        error: names the request.
+        pid: the process of the application.
+        was_ended: whether the runner could end it.
+        windows: lines that describe the windows of the last listing.
+    """
     end = "was ended" if was_ended else "could not be ended"
     seen = ["the windows that were last seen:", *windows]
     return ApplicationHangsError(

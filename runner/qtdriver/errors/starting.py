@@ -77,15 +77,15 @@ class EarlyExitError(QtDriverError):
         status: the exit status, negative for a signal.
     """
 
-    def __init__(self, program: str, status: int, last_words: str, others: str = "") -> None:
-        """`others` tells who else has connected."""
+    def __init__(self, program: str, status: int, last_output: str, others: str = "") -> None:
+        """`others` are lines on other processes that have connected."""
         hint = ""
         if status == 0:
             hint = (
                 ". If it started the application and left, name the application itself; if it handed over to "
                 "an instance that was running already, end that one"
             )
-        output = f"; its last output:\n{last_words}" if last_words else ", without any output"
+        output = f"; its last output:\n{last_output}" if last_output else ", without any output"
         super().__init__(
             f"{program} ended ({describe_exit(status)}) before its agent connected{hint}{output}{others}"
         )
@@ -99,15 +99,15 @@ class NoGreetingError(QtDriverError):
         self,
         program: str,
         timeout: float,
-        last_words: str,
+        last_output: str,
         remaining: Optional[int] = None,
         others: str = "",
     ) -> None:
-        """`remaining` is the process that could not be ended; `others` tells who else has connected."""
+        """`remaining` is the process that could not be ended; `others` are lines on other processes that have connected."""
         end = "It was ended"
         if remaining is not None:
             end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
-        output = f"; its last output:\n{last_words}" if last_words else ""
+        output = f"; its last output:\n{last_output}" if last_output else ""
         super().__init__(
             f"{program} runs, but its agent has not connected within {timeout:g} seconds. Is it a Qt widgets "
             "application, of the Qt version given with --qt? Does it show a display error, wait for "

@@ -15,20 +15,24 @@ _CHECKOUT = Path(__file__).resolve().parents[3]
 
 
 def checkout_file(relative: str) -> Optional[Path]:
-    """A file of the source checkout that this package runs from, None when it is not there."""
+    """The file at this path of the source checkout; None where the package does not run from a checkout that has it."""
     path = _CHECKOUT / relative
     return path if path.exists() else None
 
 
 def default_build() -> Path:
-    """The build folder: that of the checkout, or `build` here when the package is installed elsewhere."""
+    """The build folder: that of the checkout, or `build` in the current folder when the package is installed."""
     return _CHECKOUT / "build" if checkout_file("scripts/build.sh") is not None else Path("build").absolute()
 
 
 def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
-    """The library to preload into an application of Qt `major`; `build` is the folder with qt4, qt5, qt6.
+    """The library to preload into an application.
 
-    Raises AgentNotBuiltError and AgentPathError.
+    Args:
+        major: the major version of the application's Qt.
+        build: the folder with the agents in qt4, qt5 and qt6; by default default_build().
+
+    Raises AgentNotBuiltError when there is no such file, and AgentPathError when LD_PRELOAD cannot hold its path.
     """
     folder = default_build() if build is None else Path(build).absolute()
     library = folder / f"qt{major}" / "lib" / "libqtdriver-preload.so"

@@ -1,4 +1,4 @@
-"""Reads of ELF files what they tell the dynamic loader."""
+"""Reads from ELF files what the dynamic loader needs to know of them."""
 
 from __future__ import annotations
 
@@ -49,7 +49,7 @@ def is_elf(path: Path) -> bool:
 
 
 def read_elf(path: Path) -> ElfFile:
-    """Reads the file, or remembers what it read while the file stays unchanged.
+    """Reads a file, and keeps the result until the file changes.
 
     Raises OSError when it cannot be read, ValueError when it is damaged or neither program nor library, and
     ElfReaderMissingError.
@@ -65,7 +65,7 @@ def _read_elf(path: Path, _modified: int, _size: int) -> ElfFile:
 
 
 def _open_elf(file: Any) -> Any:
-    """pyelftools' view of a file. Imported here: who only speaks the protocol needs no other package."""
+    """The file as pyelftools reads it. The import is here so that clients of the protocol alone do not need it."""
     try:
         from elftools.elf.elffile import ELFFile  # type: ignore[import]
     except ImportError:
@@ -76,7 +76,7 @@ def _open_elf(file: Any) -> Any:
 
 @contextmanager
 def _refusing_damage(path: Path) -> Iterator[None]:
-    """Makes a ValueError of whatever pyelftools raises within it: on damaged files the errors of its parsers get through."""
+    """Turns every exception into a ValueError: on damaged files pyelftools lets the errors of its parsers through."""
     try:
         yield
     except Exception as error:

@@ -20,10 +20,15 @@ _CACHE_TOOLS = ("/sbin/ldconfig", "/usr/sbin/ldconfig", "ldconfig")
 
 @dataclass(frozen=True)
 class LoadedFile:
-    """A program or library of a process, and the DT_RPATH directories it hands on to what it links."""
+    """A program or library of a process.
+
+    Attributes:
+        elf: the file.
+        rpath_chain: the DT_RPATH directories of the file and of those that loaded it; they count for what it links.
+    """
 
     elf: ElfFile
-    handed_on: Tuple[Path, ...] = field(default=())
+    rpath_chain: Tuple[Path, ...] = field(default=())
 
 
 def load_program(path: Path) -> LoadedFile:
@@ -33,11 +38,17 @@ def load_program(path: Path) -> LoadedFile:
 
 
 def find_library(name: str, user: LoadedFile, environment: Mapping[str, str]) -> Optional[LoadedFile]:
-    """The library `name` as `user` would get it, None where there is none of the right architecture.
+    """The library that the dynamic loader would find.
 
-    The order: DT_RPATH of the user and of those that loaded it, unless the user has DT_RUNPATH;
-    LD_LIBRARY_PATH of `environment`; DT_RUNPATH of the user; the system's cache; the default directories. A
-    name with a slash is a file. Raises ElfReaderMissingError.
+    It looks in DT_RPATH of the user and of those that loaded it, unless the user has DT_RUNPATH; in LD_LIBRARY_PATH;
+    in DT_RUNPATH of the user; in the system's cache; in the default directories. A name with a slash is a file.
+
+    Args:
+        name: the library, as `user` links it.
+        user: the program or library that links it.
+        environment: the environment of the process.
+
+    Returns None where there is no such library of the user's architecture. Raises ElfReaderMissingError.
     """
     for candidate in _candidates(name, user, environment):
         try:
@@ -45,7 +56,7 @@ def find_library(name: str, user: LoadedFile, environment: Mapping[str, str]) ->
         except (OSError, ValueError):
             continue
         if elf.architecture == user.elf.architecture:
-            return LoadedFile(elf, _rpath_directories(elf) + user.handed_on)
+            return LoadedFile(elf, _rpath_directories(elf) + user.rpath_chain)
     return None
 
 
@@ -54,7 +65,7 @@ def _candidates(name: str, user: LoadedFile, environment: Mapping[str, str]) -> 
         yield _expanded(name, user.elf)
         return
     if not user.elf.runpath:
-        yield from (directory / name for directory in user.handed_on)
+        yield from (directory / name for directory in user.rpath_chain)
     for entry in re.split("[:;]", environment.get("LD_LIBRARY_PATH", "")):
         if entry:
             yield _expanded(entry, user.elf) / name

@@ -1,11 +1,13 @@
-"""The processes of one launch on Linux, and how they are ended. As a program: ends them when its parent is gone.
+"""Finds and ends the processes of one launch on Linux. As a program, it ends them when its parent has died.
 
-What supervision needs of an operating system is here: `Launch`, and this file as the watchman.
+`supervision` needs two things of the operating system, and both are here: `Launch`, and the watchdog.
 
-Started as `linux.py NAME`, it waits for the end of its standard input, which comes with the end of the process that
-started it, however that ends. What it reads until then is the value, and the session of the launch if the program was
-started, a line each. The value is no argument: every user can read those, and pass for a process of the launch.
-Stands on the standard library alone, so that it starts quickly, with any Python and whatever is installed.
+The watchdog is this file, started as `linux.py NAME`. It reads its standard input, which ends when the process that
+started it ends, for whatever reason. Until then it reads the value of the mark and, once the program was started, the
+session of the launch, a line each. The value is no argument, since every user can read arguments and could pass for a
+process of the launch.
+
+The file uses the standard library alone, so that it starts quickly and with any Python.
 """
 
 from __future__ import annotations
@@ -23,7 +25,7 @@ _LONGEST_PAUSE = 0.1
 
 
 def carries(pid: int, name: str, value: str) -> bool:
-    """Whether a living process was started with this in its environment, as far as that can be read."""
+    """Whether a living process was started with `name=value` in its environment; False where that cannot be read."""
     try:
         with open(f"/proc/{pid}/environ", "rb") as file:
             return f"{name}={value}".encode() in file.read().split(b"\0")
@@ -32,7 +34,7 @@ def carries(pid: int, name: str, value: str) -> bool:
 
 
 def status_of(pid: int) -> Optional[List[str]]:
-    """The fields of /proc/PID/stat from the state on; None when the process has ended, even if nobody has asked how."""
+    """The fields of /proc/PID/stat from the state on; None when the process has ended or is a zombie."""
     try:
         with open(f"/proc/{pid}/stat", encoding="latin-1") as file:
             # The fields count from behind the program's name, which may hold blanks and parentheses.
@@ -49,11 +51,11 @@ def session_of(pid: int) -> Optional[int]:
 
 
 class Launch(NamedTuple):
-    """The marks of the processes of one launch. Children inherit both, also those whose parent has ended.
+    """The marks by which the processes of one launch are recognised. Children inherit both.
 
     Attributes:
-        name, value: what they have in their environment, unless it was cleared or cannot be read.
-        session: the one that the started process leads, and all are in that have not begun one of their own.
+        name, value: the variable in their environment; programs that clear their environment lack it.
+        session: the session that the started process leads; programs that begin a session of their own are not in it.
     """
 
     name: str
@@ -67,15 +69,15 @@ class Launch(NamedTuple):
         return carries(pid, self.name, self.value)
 
     def processes(self) -> Iterator[int]:
-        """All of them, the calling process left out."""
+        """The ids of the processes of the launch, without the calling one."""
         for entry in os.listdir("/proc"):
             if entry.isdigit() and int(entry) != os.getpid() and self.owns(int(entry)):
                 yield int(entry)
 
     def end(self, grace: float) -> None:
-        """SIGTERM for all, and SIGKILL for those that are still there after `grace` seconds.
+        """Ends all: SIGTERM, and SIGKILL for those that still run after `grace` seconds.
 
-        Gives up on what may not be signalled, because it runs with the rights of another user.
+        Leaves processes that this user may not signal, because they run with the rights of another one.
         """
         for number, seconds in ((signal.SIGTERM, grace), (signal.SIGKILL, _KILL_SECONDS)):
             if not self._send(number):
@@ -83,7 +85,7 @@ class Launch(NamedTuple):
             self._wait(seconds)
 
     def _send(self, number: int) -> bool:
-        """Whether anybody got the signal."""
+        """Sends a signal to all. Returns whether any process got it."""
         sent = False
         for pid in list(self.processes()):
             try:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import os
 import subprocess
+import warnings
 from typing import Optional
 
 from ..errors.endings import describe_exit
@@ -13,7 +14,7 @@ from .supervision import LaunchedProcesses
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-_LAST_WORDS = 20
+_QUOTED_LINES = 20
 """Lines of output that a message quotes."""
 
 GRACE_SECONDS = 5.0
@@ -32,8 +33,12 @@ class Process:
     """
 
     def __init__(self, popen: "subprocess.Popen[bytes]", launched: LaunchedProcesses) -> None:
-        """Takes over `popen`, whose standard output and error are pipes and which leads a session, and everything in
-        `launched`."""
+        """Owns the process from now on.
+
+        Args:
+            popen: the process; its standard output and error are pipes, and it leads a session.
+            launched: the process and everything that it starts.
+        """
         assert popen.stdout is not None and popen.stderr is not None
         self._popen = popen
         self.pid = popen.pid
@@ -50,7 +55,7 @@ class Process:
         """The exit status, negative for a signal; None while the process runs."""
         if self._popen.returncode is not None:
             return self._popen.returncode
-        try:  # to look only: it is not to be reaped before everything is ended
+        try:  # WNOWAIT leaves it a zombie: reaping it would free its id before end() has used it
             ended = os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT)
         except ChildProcessError:  # somebody else has reaped it
             return self._popen.poll()
@@ -59,7 +64,7 @@ class Process:
         return ended.si_status if ended.si_code == os.CLD_EXITED else -ended.si_status
 
     def wait(self, timeout: float) -> Optional[int]:
-        """Waits at most `timeout` seconds for the end. Answers as status()."""
+        """Waits at most `timeout` seconds for the end. Returns what status() returns then."""
         for _ in attempts(Deadline(timeout)):
             if self.status() is not None:
                 break
@@ -69,18 +74,23 @@ class Process:
         """Whether it has ended, and with it everything that it started."""
         return self.status() is not None and not self.launched.has_any()
 
-    def last_words(self) -> str:
-        """The last lines of standard error, of standard output when there are none; empty without output."""
+    def last_output(self) -> str:
+        """The last 20 lines of standard error, or of standard output when there are none; empty without output."""
         for tail in (self.errors, self.output):
             tail.wait_for_end(_OUTPUT_SECONDS if self.status() is not None else 0)
             if tail.lines():
-                return "\n".join(tail.lines()[-_LAST_WORDS:])
+                return "\n".join(tail.lines()[-_QUOTED_LINES:])
         return ""
+
+    def last_words(self) -> str:
+        """The name of last_output() until version 2; it goes with version 3."""
+        warnings.warn("last_words() is last_output() now", DeprecationWarning, stacklevel=2)
+        return self.last_output()
 
     def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
         """Ends the process and everything that it started: SIGTERM, and SIGKILL after `grace` seconds.
 
-        Answers its exit status; None if it still runs, because this user may not end it.
+        Returns its exit status, negative for a signal; None if it still runs, because this user may not end it.
         """
         self.launched.end(grace)
         try:

@@ -31,8 +31,10 @@ def find_program(name: str) -> Path:
 
 
 def require_elf(program: Path) -> None:
-    """Does nothing for an ELF program. Raises ScriptProgramError, UnknownFormatError, or
-    ProgramNotExecutableError when the file cannot be read."""
+    """Raises an error for a program that is no ELF file.
+
+    Raises ScriptProgramError, UnknownFormatError, and ProgramNotExecutableError when the file cannot be read.
+    """
     try:
         if is_elf(program):
             return

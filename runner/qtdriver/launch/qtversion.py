@@ -27,10 +27,14 @@ _WIDGETS_LIBRARIES = {"libQtGui.so.4": 4, "libQt5Widgets.so.5": 5, "libQt6Widget
 
 
 def qt_major(program: Path, environment: Optional[Mapping[str, str]] = None) -> int:
-    """The major version of the Qt whose widgets `program` links, itself or through its libraries.
+    """The major version of the Qt whose widgets a program links, itself or through its libraries.
 
-    Libraries are looked for as under `environment`, by default that of this process. Raises the ProgramError
-    subclasses of this file and of require_elf(), and ElfReaderMissingError.
+    Args:
+        program: its file.
+        environment: the environment in which the dynamic loader would look for its libraries; by default that of this
+            process.
+
+    Raises the ProgramError subclasses of this file and of require_elf(), and ElfReaderMissingError.
     """
     require_elf(program)
     try:

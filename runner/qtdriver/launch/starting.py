@@ -40,17 +40,22 @@ def start(
     environment: Optional[Mapping[str, str]] = None,
     working_directory: "Optional[Path | str]" = None,
 ) -> Tuple[Connection, Process]:
-    """Starts `command`, program and arguments, with the agent inside, and waits until the agent has greeted.
+    """Starts a program with the agent inside, and waits until the agent has greeted.
 
-    `pending_agents` is of a server that listens already: the agent looks for it once. `qt` is the application's Qt
-    major; None finds it out from the program's libraries. `build` is the folder with the agents (see agent_library()).
-    `start_timeout` is how long the greeting may take, `request_timeout` how long each request may, both in seconds.
-    `environment` is for the application, by default that of this process.
+    Args:
+        command: the program and its arguments.
+        pending_agents: those of a server that listens already, since the agent looks for its server once.
+        qt: the major version of the application's Qt; None finds it out from the program's libraries.
+        build: the folder with the agents; see agent_library().
+        start_timeout: seconds that the greeting may take.
+        request_timeout: seconds that each later request may take.
+        environment: the environment of the application; by default that of this process.
+        working_directory: the current folder of the application; by default that of this process.
 
-    Answers the connection and the process.
+    Returns the connection and the process.
 
-    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError. Everything
-    that was started is ended then.
+    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError, after
+    everything that was started has been ended.
     """
     environment = os.environ if environment is None else environment
     program = find_program(command[0])
@@ -84,7 +89,7 @@ def _start(
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             bufsize=0,
-            start_new_session=True,  # tells processes of the launch that clear their environment
+            start_new_session=True,  # by the session LaunchedProcesses finds those that clear their environment
         )
     except OSError as error:
         launched.end(0)
@@ -95,7 +100,7 @@ def _start(
 def _wait_for_greeting(
     program: str, process: Process, pending_agents: PendingAgents, timeout: float, request_timeout: float
 ) -> Connection:
-    """The first agent of the process that was started, or of one that it has started in turn."""
+    """The connection of the first agent in the process that was started, or in one that it has started in turn."""
     connection = pending_agents.wait_for(
         process.launched.owns,
         Deadline(timeout),
@@ -106,9 +111,9 @@ def _wait_for_greeting(
         return connection
     status = process.status()
     if status is not None:
-        raise EarlyExitError(program, status, process.last_words(), pending_agents.others())
-    last_words = process.last_words()
+        raise EarlyExitError(program, status, process.last_output(), pending_agents.others())
+    last_output = process.last_output()
     ended = process.terminate() is not None
     raise NoGreetingError(
-        program, timeout, last_words, None if ended else process.pid, pending_agents.others()
+        program, timeout, last_output, None if ended else process.pid, pending_agents.others()
     )

@@ -1,4 +1,4 @@
-"""Ending what was started for an application, whatever it started in turn, and processes that are not our children."""
+"""Ends the processes of a launch with everything that they started in turn, and processes that are not our children."""
 
 from __future__ import annotations
 
@@ -15,19 +15,21 @@ from . import linux
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _MARK = "QTDRIVER_LAUNCH"
-_WATCHMAN_SECONDS = 10.0
+_WATCHDOG_SECONDS = 10.0
 
 
 class LaunchedProcesses:
-    """The processes of one launch, known by a mark in their environment, and by the session that the started process
-    leads: some programs clear their environment, and that of some cannot be read. A watchman, a process of its own,
-    ends them if this process dies without having done so.
+    """The processes of one launch: the one that was started, and all that it starts in turn.
+
+    They are recognised by a mark in their environment and by the session that the started process leads, since some
+    programs clear their environment, and that of others cannot be read. A watchdog, a process of its own, ends them if
+    this process dies before it has done so.
     """
 
     def __init__(self) -> None:
-        """Starts the watchman, which ends with this process, or with end()."""
+        """Starts the watchdog, which ends with this process, or with end()."""
         self._launch = linux.Launch(_MARK, secrets.token_hex(16))
-        self._watchman: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
+        self._watchdog: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
             [sys.executable, "-I", "-S", linux.__file__, _MARK],
             stdin=subprocess.PIPE,
             stdout=subprocess.DEVNULL,
@@ -36,7 +38,7 @@ class LaunchedProcesses:
             start_new_session=True,  # Ctrl-C in the terminal is for the test, which then ends its applications
             env={name: value for name, value in os.environ.items() if name not in (_MARK, "LD_PRELOAD")},
         )
-        self._tell_watchman(self._launch.value)
+        self._tell_watchdog(self._launch.value)
 
     def __repr__(self) -> str:
         return f"<processes of launch {self._launch.value}>"
@@ -46,14 +48,16 @@ class LaunchedProcesses:
         return {**environment, _MARK: self._launch.value}
 
     def set_session_leader(self, leader: int) -> None:
-        """Adds the session of the started process, `leader`, which is not to be reaped before end() has returned: its
-        id could be given to another process then."""
-        self._launch = self._launch._replace(session=leader)
-        self._tell_watchman(str(leader))
+        """Adds the session that the started process leads.
 
-    def _tell_watchman(self, line: str) -> None:
-        assert self._watchman is not None and self._watchman.stdin is not None
-        self._watchman.stdin.write(f"{line}\n".encode())
+        `leader` must not be reaped before end() has returned, since the system could give its id to another process.
+        """
+        self._launch = self._launch._replace(session=leader)
+        self._tell_watchdog(str(leader))
+
+    def _tell_watchdog(self, line: str) -> None:
+        assert self._watchdog is not None and self._watchdog.stdin is not None
+        self._watchdog.stdin.write(f"{line}\n".encode())
 
     def owns(self, pid: int) -> bool:
         """Whether this living process belongs to the launch."""
@@ -64,17 +68,19 @@ class LaunchedProcesses:
         return any(self._launch.processes())
 
     def end(self, grace: float) -> None:
-        """Ends every process of the launch: SIGTERM, and SIGKILL after `grace` seconds; gives up on those that may
-        not be signalled. Then ends the watchman."""
+        """Ends every process of the launch, then the watchdog.
+
+        Sends SIGTERM, and SIGKILL after `grace` seconds; leaves processes that this user may not signal.
+        """
         self._launch.end(grace)
-        if self._watchman is not None:
-            assert self._watchman.stdin is not None
-            self._watchman.stdin.close()
+        if self._watchdog is not None:
+            assert self._watchdog.stdin is not None
+            self._watchdog.stdin.close()
             try:
-                self._watchman.wait(_WATCHMAN_SECONDS)
+                self._watchdog.wait(_WATCHDOG_SECONDS)
             except subprocess.TimeoutExpired:
-                self._watchman.kill()
-            self._watchman = None
+                self._watchdog.kill()
+            self._watchdog = None
         self._launch = self._launch._replace(session=None)
 
 
@@ -93,9 +99,9 @@ def is_within(ancestor: int, pid: int) -> bool:
 
 
 def end_foreign_process(pid: int, grace: float) -> bool:
-    """Ends a process that was not started here: SIGTERM, and SIGKILL after `grace` seconds. Whether it has ended.
+    """Ends a process that was not started here: SIGTERM, and SIGKILL after `grace` seconds.
 
-    A later process that got the same id is left alone. Raises PeerReaderMissingError.
+    A later process that got the same id is left alone. Returns whether it has ended. Raises PeerReaderMissingError.
     """
     psutil = load_psutil()
     try:
@@ -113,5 +119,5 @@ def end_foreign_process(pid: int, grace: float) -> bool:
 
 
 def _has_ended(psutil: Any, process: Any) -> bool:
-    """Whether only its exit status is left, or not even that. Takes no exit status, which may be another's to take."""
+    """Whether the process has ended. Leaves its exit status, which is for its parent to collect."""
     return not process.is_running() or process.status() in (psutil.STATUS_ZOMBIE, psutil.STATUS_DEAD)
