@@ -44,7 +44,14 @@ _OWN_NETWORK = "; 'scripts/with-desktop.sh COMMAND' and 'qtdriver run --headless
 
 
 def examine(build: Optional[Path], program: Optional[Path]) -> Outcome:
-    """Makes every check; `program` adds those of an application. The status is 1 when there is a problem."""
+    """Makes all checks.
+
+    Args:
+        build: the folder with the agents; None for the checkout's.
+        program: an application to check, too.
+
+    Returns an outcome whose status is 1 when there is a problem.
+    """
     findings: List[Finding] = []
     for check in _CHECKS:
         findings += check(build)
@@ -96,7 +103,7 @@ def _agents(build: Optional[Path]) -> Iterator[Finding]:
 
 
 def _qt_tools(major: int) -> str:
-    """Whether this Qt could be built for."""
+    """Words that say whether the Qt is there for which the agent would be built."""
     if major == 4:
         qmake = os.environ.get("QMAKE4", "")
         return "QMAKE4 names a Qt 4.8" if qmake and os.access(qmake, os.X_OK) else "QMAKE4 names no Qt 4.8"
@@ -171,8 +178,8 @@ def _screen(_: Optional[Path]) -> Iterator[Finding]:
 def _has_window_manager(connection: Any) -> bool:
     """Whether a window manager runs on this display.
 
-    It announces itself by a property that names a window of its own. The property stays when the window manager ends,
-    so the window is asked for, too.
+    It announces itself by a property of the root window that names a window of its own. The property stays when the
+    window manager ends, so that window is looked at, too.
     """
     from Xlib.error import BadWindow
 

@@ -8,14 +8,14 @@ from __future__ import annotations
 
 import pytest
 
-from .fixtures import _qtdriver_place, qtdriver, qtdriver_settings
+from .fixtures import _qtdriver_shared, qtdriver, qtdriver_settings
 from .hookimpl import hookimpl
 from .hooks import RESULTS, TestHooks
 from .parallel import Workers, prepare
 from .results import Results
 from .settings import OWN_DESKTOPS, Settings, add_options, read_settings
 
-__all__ = ["Settings", "_qtdriver_place", "qtdriver", "qtdriver_settings"]
+__all__ = ["Settings", "_qtdriver_shared", "qtdriver", "qtdriver_settings"]
 
 _REFUSAL = pytest.StashKey[str]()
 
@@ -27,9 +27,10 @@ def pytest_addoption(parser: pytest.Parser) -> None:
 
 @hookimpl(tryfirst=True)
 def pytest_configure(config: pytest.Config) -> None:
-    """Comes before pytest-xdist, which starts from the number of workers that it finds."""
+    """Reads the settings. Runs before pytest-xdist reads the number of workers, since prepare() may change that."""
     settings = read_settings(config)
-    # The results come after the hooks of the tests: at the end, too, where each adds what the other writes.
+    # Plugins that are registered later run later at the end of the session: TestHooks adds the result of an interrupted
+    # test before Results writes the page.
     config.pluginmanager.register(TestHooks(), "qtdriver-tests")
     if hasattr(config, "workerinput"):
         return
@@ -40,7 +41,7 @@ def pytest_configure(config: pytest.Config) -> None:
 
 
 def pytest_sessionstart(session: pytest.Session) -> None:
-    """Says why a run is slower than was asked for."""
+    """Prints why the tests run one after the other where workers were asked for."""
     refusal = session.config.stash.get(_REFUSAL, "")
     terminal = session.config.pluginmanager.getplugin("terminalreporter")
     if refusal and terminal is not None:

@@ -22,21 +22,20 @@ _CRASHES = {"SIGSEGV", "SIGABRT", "SIGBUS", "SIGFPE", "SIGILL", "SIGSYS", "SIGTR
 
 
 class TestArtifacts:
-    """Follows one test with its driver, and keeps what it leaves.
+    """Records one test with its driver, and writes the bundle and the trace that are kept of it.
 
     Attributes:
-        folder: where its bundle and its trace are, if there are any.
+        folder: the folder of the bundle and the trace, if any is kept.
         bundle: the same folder once it holds the bundle of a failure.
         trace: the folder of the trace once it is written.
         passed: whether the body of the test has passed.
-        is_open: whether the driver, and with it the applications, may still be there.
+        is_open: whether the driver is open, so that applications may still run.
     """
 
     __test__ = False  # this is no test, whatever pytest makes of its name
 
     def __init__(self, driver: Driver, settings: Settings, node_id: str) -> None:
-        """Begins to record the steps of the driver, if the settings want it. What an earlier attempt at this test
-        has left is removed."""
+        """Begins to record the steps of the driver, if the settings say so, and removes an earlier run's folder."""
         self.folder = folders.folder_of(settings.output, node_id)
         self.bundle: Optional[Path] = None
         self.trace: Optional[Path] = None
@@ -53,7 +52,7 @@ class TestArtifacts:
             driver.listeners.append(self._recorder)
 
     def collect(self) -> None:
-        """Writes the bundle, the first time, with what can be had now."""
+        """Writes the bundle of a failure, once, from the applications as they are now."""
         if self.bundle is not None:
             return
         self.bundle = self.folder
@@ -72,13 +71,15 @@ class TestArtifacts:
             file.write(f"error in {phase}:\n{text}\n")
 
     def describe(self, base: Path) -> str:
-        """The bundle in words: where it is, seen from the folder `base`, what it holds, what it could not get."""
+        """A text on the bundle: its path as seen from the folder `base`, its files, and what could not be written."""
         names = sorted(path.name for path in self.folder.iterdir() if not path.name.startswith("."))
-        return "\n".join([f"{folders.shown(self.folder, base)}: {', '.join(names)}", *self._notes])
+        return "\n".join([f"{folders.displayed_path(self.folder, base)}: {', '.join(names)}", *self._notes])
 
     def close_driver(self) -> Optional[ApplicationEndedError]:
-        """Ends the applications. Answers an error when one has crashed, or ended with an error status, while the test
-        passed without knowing."""
+        """Ends the applications.
+
+        Returns an error when the test passed although an application crashed or ended with an error status.
+        """
         ends = [error for error in (app.unexpected_end() for app in self._driver.apps) if error is not None]
         if ends and self.passed:
             self.collect()
@@ -114,7 +115,7 @@ class TestArtifacts:
 
 
 def _crash(app: App) -> Optional[ApplicationEndedError]:
-    """The error for an application that ran until now and crashed instead of ending."""
+    """The error for an application that was to end and crashed instead; None for any other one."""
     status = None if app.process is None else app.process.status()
     if status is None or describe_exit(status).rpartition(" ")[2] not in _CRASHES:
         return None

@@ -1,6 +1,6 @@
 """The bundle of a failed test: the screen, and the windows, the requests and the output of its applications.
 
-Nothing here waits long for anything: applications may hang, and so may the X server when one of them has grabbed it.
+Everything here has a short time limit: applications may hang, and so may the X server when one of them has grabbed it.
 """
 
 from __future__ import annotations
@@ -26,9 +26,14 @@ _SAVE = "import sys; from qtdriver.api.pictures import save_screenshot; save_scr
 
 
 def write_bundle(apps: Sequence[App], folder: Path, began: float) -> List[str]:
-    """Writes the files into `folder`, and answers in words what there is to know that they do not tell.
+    """Writes the files; those of a second application have names that end in "-2".
 
-    Times in the files count from `began`, a time of time.monotonic(). The second application's files end in "-2".
+    Args:
+        apps: the applications of the test.
+        folder: where to write.
+        began: when the test began, a time of time.monotonic(); times in the files count from it.
+
+    Returns notes for a person, such as which file could not be written.
     """
     notes: List[str] = []
     if not apps:
@@ -55,7 +60,7 @@ def _numbered(name: str, number: int, ending: str) -> str:
 
 
 def _attempt(notes: List[str], failure: str, action: Callable[[], None]) -> None:
-    """A bundle is never the reason why something fails: what goes wrong becomes a note."""
+    """Runs `action`; an error becomes a note, since a test must not fail because of its bundle."""
     try:
         action()
     except Exception as error:
@@ -67,7 +72,7 @@ def _write(path: Path, lines: Iterable[str]) -> None:
 
 
 def _save_screenshot(path: Path, display: Optional[str]) -> None:
-    """In a process of its own, since nothing else can be given up when the X server does not answer."""
+    """Takes the picture in a process of its own, which can be killed when the X server does not answer."""
     environment = {**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, sys.path))}
     command = [sys.executable, "-c", _SAVE, str(path), display or ""]
     try:
@@ -87,7 +92,7 @@ def _save_screenshot(path: Path, display: Optional[str]) -> None:
 
 
 def _describe_windows(app: App, notes: List[str]) -> List[str]:
-    """The windows and their widgets; the windows that were last seen when the application cannot be asked."""
+    """Lines that list the windows and their widgets; those of the last listing when the application cannot be asked."""
     status = None if app.process is None else app.process.status()
     if status is not None:
         return _not_asked(app, f"the application had ended ({describe_exit(status)})", notes)
@@ -124,7 +129,7 @@ def _describe_widget(record: WidgetRecord) -> str:
 
 
 def _describe_transcript(app: App, began: float) -> Iterable[str]:
-    """Each request with its time, and its reply with how long it took, in seconds."""
+    """Lines with each request and when it was sent, and its reply and how long that took, in seconds."""
     yield f"process {app.pid}; > request, < reply, ! no reply; seconds since the test began, and of waiting for a reply"
     for refusal in app.connection.transcript.refusals:
         yield f"refused before it: {refusal}"

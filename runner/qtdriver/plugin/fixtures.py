@@ -19,7 +19,7 @@ from .settings import Settings, read_settings
 _WAY_OUT = "run with -n 1 (pytest-xdist)"
 
 
-class _Place(NamedTuple):
+class _SharedResources(NamedTuple):
     """The server and the desktop that the drivers of a run use one after the other."""
 
     server: Server
@@ -28,14 +28,20 @@ class _Place(NamedTuple):
 
 @pytest.fixture(scope="session")
 def qtdriver_settings(pytestconfig: pytest.Config) -> Settings:
-    """The settings of the run. A project that computes some of them overrides this fixture, and replaces what it
-    likes in the settings that it gets from it (dataclasses.replace)."""
+    """The settings of the run.
+
+    A project that computes settings overrides this fixture:
+
+        @pytest.fixture(scope="session")
+        def qtdriver_settings(qtdriver_settings):
+            return dataclasses.replace(qtdriver_settings, timeout=20.0)
+    """
     return read_settings(pytestconfig)
 
 
 @pytest.fixture(scope="session")
-def _qtdriver_place(pytestconfig: pytest.Config, qtdriver_settings: Settings) -> Iterator[_Place]:
-    """The port for the whole run, so that another run at the same time is told of it and not of single failures."""
+def _qtdriver_shared(pytestconfig: pytest.Config, qtdriver_settings: Settings) -> Iterator[_SharedResources]:
+    """Holds the port for the whole run, so that a second run fails at once, and not in some of its tests."""
     with ExitStack() as stack:
         try:
             server = stack.enter_context(Server())
@@ -48,24 +54,24 @@ def _qtdriver_place(pytestconfig: pytest.Config, qtdriver_settings: Settings) ->
             # Programs that tests start themselves, such as xclip, look at the same screen, as they do in a worker.
             patch = stack.enter_context(pytest.MonkeyPatch.context())
             patch.setenv("DISPLAY", desktop.environment["DISPLAY"])
-        yield _Place(server, desktop)
+        yield _SharedResources(server, desktop)
 
 
 @pytest.fixture
 def qtdriver(
-    request: pytest.FixtureRequest, qtdriver_settings: Settings, _qtdriver_place: _Place
+    request: pytest.FixtureRequest, qtdriver_settings: Settings, _qtdriver_shared: _SharedResources
 ) -> Iterator[Driver]:
-    """Starts applications, or waits for them (see qtdriver.Driver); they are ended after the test."""
+    """A qtdriver.Driver for one test. It starts applications, or waits for them, and ends them after the test."""
     settings = qtdriver_settings
     driver = Driver(
         qt=settings.qt,
         build=settings.build,
-        headless=_qtdriver_place.desktop is not None,
+        headless=_qtdriver_shared.desktop is not None,
         timeout=settings.timeout,
         request_timeout=settings.request_timeout,
         start_timeout=settings.start_timeout,
-        server=_qtdriver_place.server,
-        desktop=_qtdriver_place.desktop,
+        server=_qtdriver_shared.server,
+        desktop=_qtdriver_shared.desktop,
     )
     with driver:
         artifacts = TestArtifacts(driver, settings, request.node.nodeid)

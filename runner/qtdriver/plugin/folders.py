@@ -1,4 +1,4 @@
-"""The folders in which tests leave what is kept of them."""
+"""The folders of tests, for the bundles of failures and for traces."""
 
 from __future__ import annotations
 
@@ -8,13 +8,13 @@ import shutil
 from pathlib import Path
 
 _MARK = ".qtdriver"
-"""A file in each folder that was made here, and so may be removed by the next run."""
+"""A file in each folder that this module has made; only such folders are removed."""
 
 _LONGEST_NAME = 80
 
 
 def folder_of(output: Path, node_id: str) -> Path:
-    """The folder of a test, below the folder `output`; its name can be read, and no other test has it."""
+    """The folder of a test below the folder `output`, named after the test and a digest of its whole node id."""
     readable = re.sub(r"[^A-Za-z0-9_]+", "-", node_id.replace(".py::", "-")).strip("-")[:_LONGEST_NAME]
     digest = hashlib.sha1(node_id.encode("utf-8", "replace")).hexdigest()[:6]
     return output / f"{readable}-{digest}"
@@ -39,8 +39,8 @@ def clear(output: Path) -> None:
             remove(folder)
 
 
-def shown(path: Path, base: Path) -> str:
-    """The path as a person reads it who works in the folder `base`."""
+def displayed_path(path: Path, base: Path) -> str:
+    """The path relative to the folder `base` where it is below that, and the whole path otherwise."""
     try:
         return str(path.relative_to(base))
     except ValueError:

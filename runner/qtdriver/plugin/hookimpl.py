@@ -1,4 +1,4 @@
-"""pytest.hookimpl with the types that it does not tell."""
+"""pytest.hookimpl with types, which pytest itself does not declare."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-"""Following a test through its phases: the bundle when one fails, the trace when all is over."""
+"""Follows a test through its phases: writes the bundle when one fails, and the trace after the last one."""
 
 from __future__ import annotations
 
@@ -13,7 +13,7 @@ from .artifacts import TestArtifacts
 from .hookimpl import hookimpl
 
 ARTIFACTS = pytest.StashKey[TestArtifacts]()
-"""Where a test that has a driver keeps its artifacts."""
+"""The key of the artifacts in the stash of a test that has a driver."""
 
 BUNDLE_PROPERTY, TRACE_PROPERTY = "qtdriver_bundle", "qtdriver_trace"
 """Properties of a test in its reports, and so in a JUnit XML file: paths of folders."""
@@ -22,7 +22,7 @@ MARK = "qtdriver"
 """Attribute of the reports of tests that use a driver; it travels from workers to the controller."""
 
 RESULTS = "qtdriver-results"
-"""The name of the plugin that has the results of the run, in the process that has them."""
+"""The name under which Results is registered as a plugin; workers have no such plugin."""
 
 _FIXTURE = "qtdriver"
 _SECTION = "qtdriver"
@@ -33,7 +33,7 @@ class TestHooks:
 
     @hookimpl(hookwrapper=True, tryfirst=True)
     def pytest_runtest_makereport(self, item: pytest.Item) -> Generator[None, Any, None]:
-        """Keeps what there is at a failure, while the applications still run, and tells where it is."""
+        """Writes the bundle of a failure while the applications still run, and adds its path to the report."""
         outcome = yield
         report: pytest.TestReport = outcome.get_result()
         if _FIXTURE not in getattr(item, "fixturenames", ()):
@@ -53,9 +53,11 @@ class TestHooks:
         _set_property(item, report, TRACE_PROPERTY, artifacts.trace)
 
     def pytest_fixture_post_finalizer(self, request: pytest.FixtureRequest) -> None:
-        """Collects when a fixture that uses the driver fails at its end: after it the applications are ended, and the
-        failure is reported later still. pytest has the error at hand, as the one that is being handled, up to
-        version 7; with later ones the bundle has no living application."""
+        """Writes the bundle when a fixture that uses the driver fails in its teardown.
+
+        The failure is reported only after the applications have been ended. Up to pytest 7 the error is the one that is
+        being handled here; later versions do not tell it, and the bundle then has only what ended applications leave.
+        """
         artifacts = request.node.stash.get(ARTIFACTS, None)
         if artifacts is not None and artifacts.is_open and sys.exc_info()[1] is not None:
             artifacts.collect()
@@ -93,7 +95,7 @@ def _interrupted(item: pytest.Item, artifacts: TestArtifacts) -> pytest.TestRepo
 
 
 def _set_property(item: pytest.Item, report: pytest.TestReport, name: str, path: Optional[Path]) -> None:
-    """Gives a property to this report and to those of the later phases."""
+    """Adds a property to this report and to those of the later phases."""
     if path is not None and name not in dict(item.user_properties):
         item.user_properties.append((name, str(path)))
         report.user_properties.append((name, str(path)))

@@ -25,8 +25,10 @@ def has_own_desktop(config: pytest.Config) -> bool:
 
 
 def prepare(config: pytest.Config, settings: Settings) -> str:
-    """Lets a run with several workers go ahead, or makes it a run without, where the system does not allow network
-    namespaces; then the answer says why. Raises pytest.UsageError for what cannot be done in several workers.
+    """Makes a run with several workers a run without them, where the system does not allow network namespaces.
+
+    Returns the reason, for the user; empty where the run stays as it is. Raises pytest.UsageError for options that do
+    not go with several workers, and for missing programs.
     """
     if not _is_distributed(config) or settings.workers != OWN_DESKTOPS:
         return ""
@@ -42,7 +44,7 @@ def prepare(config: pytest.Config, settings: Settings) -> str:
         )
     refusal = _refusal()
     if refusal:
-        _run_here(config)
+        _run_without_workers(config)
     return refusal
 
 
@@ -74,7 +76,7 @@ def _refusal() -> str:
     )
 
 
-def _run_here(config: pytest.Config) -> None:
+def _run_without_workers(config: pytest.Config) -> None:
     remote = [spec for spec in config.option.tx if not _is_local(spec)]
     config.option.tx = remote
     config.option.numprocesses = None
@@ -95,7 +97,7 @@ class Workers:
 
     @hookimpl(optionalhook=True)
     def pytest_configure_node(self, node: Any) -> None:
-        """Tells the worker."""
+        """Tells the worker whether it runs on a desktop of its own; has_own_desktop() reads that."""
         python: str = node.gateway.spec.python or ""
         node.workerinput[_WORKER_KEY] = python.startswith(_wrapper())
 

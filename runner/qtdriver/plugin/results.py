@@ -1,4 +1,4 @@
-"""The results of a run, of all its workers: the page that shows them, and what the terminal says of it."""
+"""The results of a run with all its workers: writes the page, and says in the terminal where it is."""
 
 from __future__ import annotations
 
@@ -18,7 +18,7 @@ _CRASHED_WORKER = "???"
 """The phase in the report of a test whose worker has died."""
 
 _RANKS = ("", "passed", "skipped", "error", "failed")
-"""Outcomes of the phases of a test: the last one of these is the outcome of the test."""
+"""Outcomes of the phases of a test, in ascending order: the test has the highest of its phases."""
 
 
 @dataclass
@@ -61,7 +61,7 @@ class Results:
             folders.clear(self._settings.output)
 
     def pytest_runtest_logreport(self, report: pytest.TestReport) -> None:
-        """Takes in a phase of a test that uses a driver, or a test of which nobody knows what it uses."""
+        """Adds a phase of a test that uses a driver, or whose worker crashed, so that nobody knows whether it does."""
         if getattr(report, MARK, False) or report.when == _CRASHED_WORKER:
             self._tests.setdefault(report.nodeid, _Test()).add(report)
 
@@ -81,13 +81,14 @@ class Results:
         except Exception as error:  # the results of the tests are not to be lost for the sake of a page
             self._lines.append(f"no page of the results: {error}")
         else:
-            self._lines.append(f"page of the results: {folders.shown(page, self._base)}")
+            self._lines.append(f"page of the results: {folders.displayed_path(page, self._base)}")
 
     def pytest_terminal_summary(self, terminalreporter: Any) -> None:
-        """Says where everything is."""
+        """Prints the paths of the bundles and of the page."""
         bundles = [test.bundle for test in self._tests.values() if test.bundle is not None]
         for path in bundles:
-            terminalreporter.write_line(f"qtdriver: kept of a failure: {folders.shown(path, self._base)}")
+            shown = folders.displayed_path(path, self._base)
+            terminalreporter.write_line(f"qtdriver: kept of a failure: {shown}")
         for line in self._lines:
             terminalreporter.write_line(f"qtdriver: {line}")
 

@@ -23,7 +23,7 @@ class Settings:
 
     Attributes:
         build: the folder with the agents of each Qt; None for the checkout's.
-        qt: the Qt version of applications that do not tell it themselves.
+        qt: the Qt version of applications whose files do not tell it.
         headless: whether applications appear on a desktop without a screen.
         timeout: seconds that calls wait for windows and widgets.
         request_timeout: seconds that a request may take before the application counts as hanging.
@@ -31,7 +31,7 @@ class Settings:
         output: the folder for what is kept of tests.
         trace: which tests keep the record of their steps: "on", "retain-on-failure", "off".
         report: the HTML page of the run.
-        workers: what parallel workers get: "own-desktops", or "plain" for nothing.
+        workers: "own-desktops" gives each parallel worker a desktop and a network, "plain" leaves them without.
     """
 
     build: Optional[Path]
@@ -47,7 +47,16 @@ class Settings:
 
 
 class _Option(NamedTuple):
-    """A setting that takes a value: `read` makes it from text and raises ValueError, `wanted` says what fits."""
+    """A setting that takes a value.
+
+    Attributes:
+        name: its name without the prefix "qtdriver".
+        value_name: the placeholder of the value in the help.
+        default: the value where none is given.
+        read: converts the text that was given; raises ValueError for one that does not fit.
+        wanted: names the values that fit, for the error message.
+        help: its line in the help.
+    """
 
     name: str
     value_name: str
