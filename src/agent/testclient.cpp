@@ -8,6 +8,7 @@
 #include "compat/platform.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
+#include "proxy/postedcall.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QtCore/QCoreApplication>
@@ -53,6 +54,11 @@ void TestClient::close()
 {
     QTcpSocket::close();
     idleSocketFilter = nullptr;
+}
+
+void TestClient::callInEventLoop(void (*function)())
+{
+    proxy::postCall(function);
 }
 
 void TestClient::socketConnected()

@@ -40,6 +40,10 @@ public:
 
     void close() override;
 
+    // Has the event loop of the application object's thread call a function once. The application object may still be in
+    // its constructor; what creates the agent from there has to wait for it.
+    static void callInEventLoop(void (*function)());
+
 protected:
     bool event(QEvent* event) override;
 

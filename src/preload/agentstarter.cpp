@@ -1,17 +1,16 @@
 #include "preload/agentstarter.h"
 
 #include "agent/testclient.h"
+#include "compat/qtsymbols.h"
+#include "preload/explanation.h"
 #include "preload/filepath.h"
 #include "preload/loadedlibrary.h"
 #include "preload/ownfile.h"
-#include "preload/preloadvariable.h"
+#include "preload/process.h"
 
 #include <QtCore/QCoreApplication>
 
 #include <atomic>
-#include <ctime>
-#include <dlfcn.h>
-#include <pthread.h>
 
 namespace preload {
 
@@ -22,7 +21,7 @@ namespace {
 struct RunningAgent
 {
     TestClient* client;
-    pthread_t thread;
+    unsigned long long thread;
     bool (*blockSignals)(QObject*, bool);
     void (*abort)(QAbstractSocket*);
 };
@@ -35,9 +34,9 @@ const int replyFlushTimeoutMs = 1000;
 
 bool runsWidgetsApplication(const LoadedLibrary& qt)
 {
-    const auto instance = qt.variable<QCoreApplication*>("_ZN16QCoreApplication4selfE");
-    const auto currentThread = qt.function<QThread* (*)()>("_ZN7QThread13currentThreadEv");
-    const auto threadOf = qt.function<QThread* (*)(const QObject*)>("_ZNK7QObject6threadEv");
+    const auto instance = qt.variable<QCoreApplication*>(compat::applicationInstanceSymbol);
+    const auto currentThread = qt.function<QThread* (*)()>(compat::currentThreadSymbol);
+    const auto threadOf = qt.function<QThread* (*)(const QObject*)>(compat::threadOfSymbol);
     return instance && *instance && currentThread && threadOf && threadOf(*instance) == currentThread()
         && (*instance)->inherits("QApplication");
 }
@@ -47,17 +46,11 @@ bool runsWidgetsApplication(const LoadedLibrary& qt)
 void loadFurtherLibraries(const char* widgetsLibrary)
 {
     for (const char* const name : {QTDRIVER_FURTHER_LIBRARIES}) {
-        char path[PATH_MAX];
-        if (!LoadedLibrary::pathOf(name) && writePathBeside(widgetsLibrary, name, path))
-            dlopen(path, RTLD_NOW | RTLD_LOCAL);
+        char path[pathSize];
+        char reason[pathSize];
+        if (writePathBeside(widgetsLibrary, name, path) && !LoadedLibrary::pathOf(name))
+            loadLibrary(path, reason);
     }
-}
-
-qint64 monotonicMilliseconds()
-{
-    timespec now = {};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
 // Called by the destructor of QApplication, while there are still events and sockets.
@@ -65,12 +58,12 @@ void deleteAgent()
 {
     TestClient* const client = agent.client;
     // exit() in another thread destroys a static QApplication there: then the agent ends with the process.
-    if (!client || !pthread_equal(agent.thread, pthread_self()))
+    if (!client || agent.thread != currentThreadId())
         return;
     agent.client = nullptr;
     agent.blockSignals(client, true); // no further request is answered
-    const qint64 end = monotonicMilliseconds() + replyFlushTimeoutMs;
-    for (qint64 now = monotonicMilliseconds(); client->bytesToWrite() > 0; now = monotonicMilliseconds()) {
+    const long long end = monotonicMilliseconds() + replyFlushTimeoutMs;
+    for (long long now = monotonicMilliseconds(); client->bytesToWrite() > 0; now = monotonicMilliseconds()) {
         if (now >= end || !client->waitForBytesWritten(int(end - now))) {
             agent.abort(client);
             break;
@@ -79,40 +72,56 @@ void deleteAgent()
     delete client;
 }
 
-void startAgent(const char* widgetsLibrary)
+} // namespace
+
+const char* loadAgent()
 {
-    char path[PATH_MAX];
-    if (!writePathBeside(ownFile(), QTDRIVER_AGENT_LIBRARY, path))
-        return;
+    static char path[pathSize];
+    const char* const widgetsLibrary = LoadedLibrary::pathOf(QTDRIVER_WIDGETS_LIBRARY);
+    if (!widgetsLibrary || !writePathBeside(ownFile(), QTDRIVER_AGENT_LIBRARY, path))
+        return nullptr;
     loadFurtherLibraries(widgetsLibrary);
     // All of it or nothing: a function missing in an older Qt must not end the application later.
-    if (!dlopen(path, RTLD_NOW | RTLD_LOCAL))
+    char reason[pathSize];
+    if (loadLibrary(path, reason))
+        return path;
+    explain("its library cannot be loaded: ", reason);
+    return nullptr;
+}
+
+bool claimStart()
+{
+    if (isStarted)
+        return false;
+    const char* const widgetsLibrary = LoadedLibrary::pathOf(QTDRIVER_WIDGETS_LIBRARY);
+    if (!widgetsLibrary) {
+        explain("the program has not loaded " QTDRIVER_WIDGETS_LIBRARY);
+        return false;
+    }
+    if (!runsWidgetsApplication(LoadedLibrary(widgetsLibrary))) {
+        explain("the thread runs no event loop of a QApplication of " QTDRIVER_WIDGETS_LIBRARY);
+        return false;
+    }
+    return !isStarted.exchange(true);
+}
+
+void startAgent()
+{
+    const char* const path = loadAgent();
+    if (!path)
         return;
     const LoadedLibrary library(path);
     const auto create = library.function<decltype(&createTestClient)>("createTestClient");
-    const auto addPostRoutine = library.function<void (*)(void (*)())>("_Z15qAddPostRoutinePFvvE");
-    agent.blockSignals = library.function<decltype(agent.blockSignals)>("_ZN7QObject12blockSignalsEb");
-    agent.abort = library.function<decltype(agent.abort)>("_ZN15QAbstractSocket5abortEv");
-    if (!create || !addPostRoutine || !agent.blockSignals || !agent.abort)
+    const auto addPostRoutine = library.function<void (*)(void (*)())>(compat::addPostRoutineSymbol);
+    agent.blockSignals = library.function<decltype(agent.blockSignals)>(compat::blockSignalsSymbol);
+    agent.abort = library.function<decltype(agent.abort)>(compat::abortSymbol);
+    if (!create || !addPostRoutine || !agent.blockSignals || !agent.abort) {
+        explain("functions are missing in its library: ", path);
         return;
-    agent.thread = pthread_self();
+    }
+    agent.thread = currentThreadId();
     agent.client = create();
     addPostRoutine(deleteAgent);
-}
-
-} // namespace
-
-void startAgentOnce()
-{
-    if (isStarted)
-        return;
-    const char* const widgetsLibrary = LoadedLibrary::pathOf(QTDRIVER_WIDGETS_LIBRARY);
-    if (!widgetsLibrary)
-        return;
-    if (!runsWidgetsApplication(LoadedLibrary(widgetsLibrary)) || isStarted.exchange(true))
-        return;
-    removeOwnPreloadEntry();
-    startAgent(widgetsLibrary);
 }
 
 } // namespace preload

@@ -2,9 +2,15 @@
 
 namespace preload {
 
-// Creates the agent if this thread runs the event loop of a QApplication, the first time that it is called
-// there; the QApplication's destructor deletes it. Does nothing in every other thread and process, and is
-// cheap there.
-void startAgentOnce();
+// Whether the agent is to be started now: true for the first call in a thread that runs the event loop of a
+// QApplication. Cheap in every other thread and process.
+bool claimStart();
+
+// Creates the agent. The QApplication's destructor deletes it.
+void startAgent();
+
+// Loads the agent's library, which lies beside this one, into a process that has loaded the widgets library of its Qt.
+// Returns its path; null if that failed, which has been explained.
+const char* loadAgent();
 
 } // namespace preload

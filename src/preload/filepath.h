@@ -1,23 +1,23 @@
 #pragma once
 
-#include <climits>
+#include <cstddef>
 #include <cstring>
 
 namespace preload {
 
-// The part behind the last slash.
-inline const char* fileNameOf(const char* path)
-{
-    const char* const slash = std::strrchr(path, '/');
-    return slash ? slash + 1 : path;
-}
+// Room for the longest path, in bytes with the zero at its end. Paths are in UTF-8 on Windows, as the system has them
+// elsewhere.
+const std::size_t pathSize = 4096;
+
+// The part behind the last separator. Windows has two; elsewhere a backslash may be part of a name.
+const char* fileNameOf(const char* path);
 
 // Writes the path of the file `fileName` in the folder of `path`. False if it is too long.
-inline bool writePathBeside(const char* path, const char* fileName, char (&result)[PATH_MAX])
+inline bool writePathBeside(const char* path, const char* fileName, char (&result)[pathSize])
 {
-    const std::size_t folder = static_cast<std::size_t>(fileNameOf(path) - path);
+    const auto folder = static_cast<std::size_t>(fileNameOf(path) - path);
     const std::size_t name = std::strlen(fileName);
-    if (folder + name >= PATH_MAX)
+    if (folder + name >= pathSize)
         return false;
     std::memcpy(result, path, folder);
     std::memcpy(result + folder, fileName, name + 1);

@@ -13,7 +13,7 @@ public:
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
     // The path of the loaded library with this file name, null if there is none: "libname.so.5" finds
-    // "libname.so.5.15" too. The text belongs to the loader.
+    // "libname.so.5.15" too. The text is valid until the next call.
     static const char* pathOf(const char* fileName);
 
     // A function of the library or of those that it links; null if there is none.

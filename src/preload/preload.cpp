@@ -48,6 +48,14 @@ __attribute__((constructor)) void libraryLoaded()
     errno = errorNumber;
 }
 
+void startAgentOnce()
+{
+    if (!preload::claimStart())
+        return;
+    preload::removeOwnPreloadEntry();
+    preload::startAgent();
+}
+
 // The definition that the caller would have found without this library, null if there is none.
 void* nextDefinition(const char* symbol, const void* caller)
 {
@@ -67,14 +75,14 @@ const int loopDidNotRun = -1;
 
 int executeApplication()
 {
-    preload::startAgentOnce();
+    startAgentOnce();
     void* const next = nextDefinition(APPLICATION_EXEC, __builtin_return_address(0));
     return next ? reinterpret_cast<int (*)()>(next)() : loopDidNotRun;
 }
 
 int executeEventLoop(void* eventLoop, std::uintptr_t flags)
 {
-    preload::startAgentOnce();
+    startAgentOnce();
     void* const next = nextDefinition(EVENT_LOOP_EXEC, __builtin_return_address(0));
     return next ? reinterpret_cast<int (*)(void*, std::uintptr_t)>(next)(eventLoop, flags) : loopDidNotRun;
 }

@@ -1,8 +1,8 @@
 #include "preload/preloadvariable.h"
 
+#include "preload/filepath.h"
 #include "preload/ownfile.h"
 
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -15,7 +15,7 @@ const char separators[] = " :";
 
 bool isOwn(const char* entry, std::size_t length)
 {
-    char text[PATH_MAX];
+    char text[pathSize];
     if (length >= sizeof text)
         return false;
     std::memcpy(text, entry, length);

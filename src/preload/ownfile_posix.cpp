@@ -2,6 +2,7 @@
 
 #include "preload/filepath.h"
 
+#include <climits>
 #include <cstdlib>
 #include <dlfcn.h>
 
@@ -9,9 +10,11 @@ namespace preload {
 
 namespace {
 
+static_assert(pathSize >= PATH_MAX, "realpath() writes that many bytes");
+
 // As the loader found it, which is the entry itself where that is a path.
 const char* loadedPath = "";
-char realPath[PATH_MAX] = "";
+char realPath[pathSize] = "";
 
 } // namespace
 
@@ -38,7 +41,7 @@ bool isOwnEntry(const char* entry)
         return std::strcmp(fileNameOf(entry), fileNameOf(loadedPath)) == 0;
     if (std::strcmp(entry, loadedPath) == 0)
         return true;
-    char real[PATH_MAX];
+    char real[pathSize];
     return realpath(entry, real) && std::strcmp(real, realPath) == 0;
 }
 
