@@ -1,19 +1,26 @@
 #!/usr/bin/env bash
-# Builds qtdriver for one Qt major: scripts/build.sh 4|5|6 [--asan] [--configure]
+# Builds qtdriver for one Qt major: scripts/build.sh 4|5|6 [--asan|--windows] [--configure]
 # Qt 4 is found by the environment variable QMAKE4, the path of its qmake. The result is in build/qtN (build/qtN-asan).
+# --windows cross-compiles for Windows, with the Qt in the folder that QT4_WINDOWS, QT5_WINDOWS or QT6_WINDOWS names; the
+# result is in build/windows-qtN.
 # --configure leaves it at what CMake writes, for whoever builds later.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-usage() { echo "usage: scripts/build.sh 4|5|6 [--asan] [--configure]" >&2; exit 2; }
+usage() { echo "usage: scripts/build.sh 4|5|6 [--asan|--windows] [--configure]" >&2; exit 2; }
 major=${1:-}
 case "$major" in 4|5|6) shift ;; *) usage ;; esac
 preset=qt$major
 build=yes
 for option in "$@"; do
-    case "$option" in --asan) preset=$preset-asan ;; --configure) build="" ;; *) usage ;; esac
+    case "$option" in --asan) preset=qt$major-asan ;; --windows) preset=windows-qt$major ;; --configure) build="" ;; *) usage ;; esac
 done
-if [ "$major" = 4 ] && [ ! -x "${QMAKE4:-}" ]; then
+if [[ $preset = windows-* ]]; then
+    variable=QT${major}_WINDOWS
+    [ -d "${!variable:-/nonexistent}/bin" ] || { echo "build: set $variable to the folder of a Qt $major for Windows" >&2; exit 2; }
+    command -v x86_64-w64-mingw32-g++-posix >/dev/null \
+        || { echo "build: Debian's g++-mingw-w64-x86-64-posix is missing, which compiles for Windows" >&2; exit 2; }
+elif [ "$major" = 4 ] && [ ! -x "${QMAKE4:-}" ]; then
     echo "build: set QMAKE4 to the qmake of a Qt 4.8 to build for Qt 4" >&2
     exit 2
 fi
