@@ -54,9 +54,11 @@ def over_socket(build: Path, rounds: int) -> List[float]:
             while not agent.ask(b"7,Roastery,clickCount,,text,").startswith(b"0,"):
                 time.sleep(0.01)
 
+            activation = b"+5,%s,%s,,,," % (b"Roastery".hex().encode(), b'path="brewButton"'.hex().encode())
+
             def click(number: int) -> None:
                 expected = b"0,u:" + str(number).encode().hex().encode()
-                assert agent.ask(b"5,Roastery,brewButton,,,").startswith(b"0,")
+                assert agent.ask(activation).startswith(b"0,")
                 while agent.ask(b"7,Roastery,clickCount,,text,") != expected:
                     pass
 
