@@ -2,7 +2,6 @@
 
 #include "proxy/stwidgetproxy.h"
 
-#include <QtCore/QRect>
 
 class QTabBar;
 
