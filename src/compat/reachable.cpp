@@ -1,7 +1,7 @@
 #include "compat/reachable.h"
 
+#include "compat/failedwaits.h"
 #include "compat/stacking.h"
-#include "compat/vainwaits.h"
 #include "compat/waiting.h"
 
 #include <QtCore/QPointer>
@@ -114,8 +114,8 @@ void waitFor(Goal goal, QWidget* widget, Point point)
     const QPointer<QWidget> guarded(widget);
     const auto isOver
         = [&] { return !guarded || !canComeToFront(guarded->window()) || isReached(goal, guarded->window(), point()); };
-    VainWaits& vainWaits = VainWaits::all();
-    if (isOver() || vainWaits.contain(widget->window(), windowInFront(widget->window(), point())))
+    FailedWaits& failedWaits = FailedWaits::all();
+    if (isOver() || failedWaits.contain(widget->window(), windowInFront(widget->window(), point())))
         return;
     const int maximumMilliseconds = 500;
     processEventsUntil(isOver, maximumMilliseconds);
@@ -128,7 +128,7 @@ void waitFor(Goal goal, QWidget* widget, Point point)
     if (canBecomeActive(guarded->window()) && (!active || !active->isVisible()))
         QApplication::setActiveWindow(guarded->window());
     if (guarded)
-        vainWaits.add(guarded->window(), windowInFront(guarded->window(), point()));
+        failedWaits.add(guarded->window(), windowInFront(guarded->window(), point()));
 }
 
 } // namespace

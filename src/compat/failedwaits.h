@@ -9,23 +9,23 @@ class QWidget;
 
 namespace compat {
 
-// The windows that were waited for in vain, and how they stood when the time was over. That is forgotten as soon as the
-// window is shown, hidden, placed or activated.
-class VainWaits : public QObject
+// Remembers for which windows a wait has failed, and in which circumstances. That is forgotten as soon as the window is
+// shown, hidden, placed or activated.
+class FailedWaits : public QObject
 {
 public:
-    static VainWaits& all();
+    static FailedWaits& all();
 
-    // The window was waited for at a point where the windowing system has `front`: another window, or null.
+    // A wait for the window has failed, at a point where the windowing system has `front`: another window, or null.
     void add(QWidget* window, QWidget* front);
-    // Whether it was, when the same window was there and the same one was active.
+    // Whether one has, while the same window was in front and the same one active.
     bool contain(const QWidget* window, const QWidget* front) const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    struct Standing
+    struct Circumstances
     {
         QPointer<QWidget> window;
         QPointer<QWidget> front;
@@ -33,7 +33,7 @@ private:
     };
     void forget(const QObject* window);
 
-    std::vector<Standing> standings;
+    std::vector<Circumstances> failures;
 };
 
 } // namespace compat
