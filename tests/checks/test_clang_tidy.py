@@ -72,6 +72,23 @@ def test_sources_beside_a_mistake_pass_and_are_not_looked_at_again(made_up):
     assert made_up.looked_at == ["four.cpp"]
 
 
+def test_only_the_source_with_the_mistake_is_looked_at_alone(made_up):
+    good = {name: f"int {name}()\n{{\n    return 0;\n}}\n" for name in ("one", "two", "four", "five")}
+    sources = made_up.write(**{**dict(list(good.items())[:2]), "three": UGLY, **good})
+    assert len(made_up.complaints(sources)) == 1
+    assert made_up.looked_at == ["one_and_4_others.cpp", "three.cpp", "one_and_3_others.cpp"]
+
+
+def test_a_mistake_in_a_header_is_found(made_up, tmp_path):
+    (tmp_path / "src").mkdir()
+    (tmp_path / "src" / "ugly.h").write_text(f"#pragma once\n{UGLY.replace('int*', 'inline int*')}")
+    sources = made_up.write(
+        one='#include "src/ugly.h"\nint one()\n{\n    return 0;\n}\n', two="int two()\n{\n    return 0;\n}\n"
+    )
+    (found,) = made_up.complaints(sources)
+    assert "ugly.h:" in found
+
+
 def test_what_passed_is_not_looked_at_again_until_it_changes(made_up):
     sources = made_up.write(one=GOOD, two="int two()\n{\n    return 2;\n}\n")
     assert made_up.complaints(sources) == []

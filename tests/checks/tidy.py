@@ -5,10 +5,13 @@ Sources that can share Qt's headers are put together and looked at as one, which
 
 import hashlib
 import json
+import re
 import shlex
 import subprocess
 import sys
+from bisect import bisect_left
 from functools import lru_cache
+from itertools import accumulate
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -97,16 +100,21 @@ class Tidy:
         return "" if result.returncode == 0 else result.stdout + result.stderr
 
     def complaints_about_all(self, sources):
-        """The complaints about some sources that are looked at as one."""
+        """The complaints about some sources that are checked as one, and those of the sources in whose lines they are."""
         options = [*self.options(sources[0]), *(f"-I{source.parent}" for source in sources)]
         together = self.folder / f"{sources[0].stem}_and_{len(sources) - 1}_others.cpp"
-        together.write_text("".join(source.read_text() for source in sources))
+        texts = [source.read_text() for source in sources]
+        together.write_text("".join(texts))
         complaints = self.run(together, options)
         together.unlink()
-        return complaints
+        ends = list(accumulate(text.count("\n") for text in texts))
+        pattern = rf"^{re.escape(str(together))}:(\d+):.*(?:warning|error):"
+        lines = map(int, re.findall(pattern, complaints, re.MULTILINE))
+        blamed = {sources[bisect_left(ends, line)] for line in lines if line <= ends[-1]}
+        return complaints, [source for source in sources if source in blamed]
 
     def complaints(self, sources):
-        """The complaints about some sources. Those that it had passed before are not looked at again."""
+        """The complaints about some sources. Sources that passed before are not checked again."""
         marks = {source: self.mark(source) for source in sources}
         changed = [source for source, mark in marks.items() if not (mark and mark.exists())]
         return [
@@ -116,18 +124,24 @@ class Tidy:
         ]
 
     def complaints_about(self, members, marks):
-        """The complaints about sources that can be looked at as one. They are looked for by halves: what counts, and tells
-        the lines, is what it says of a source alone. Marks those that pass."""
-        half = len(members) // 2
-        if half and self.complaints_about_all(members):
-            return [
-                *self.complaints_about(members[:half], marks),
-                *self.complaints_about(members[half:], marks),
-            ]
-        if not half:
-            complaints = self.run(members[0], self.options(members[0]))
-            if complaints:
-                return [complaints]
-        for mark in filter(None, map(marks.get, members)):
-            mark.touch()
-        return []
+        """The complaints about sources that can be checked as one. Marks the sources that pass.
+
+        Where there are complaints about all, the blamed sources are checked alone, which is what counts, and the others
+        once more without them: an error of the compiler hides other complaints. Complaints that blame no source, such as
+        one about a header, have each half checked.
+        """
+        if len(members) == 1:
+            complaints, parts = self.run(members[0], self.options(members[0])), []
+        else:
+            complaints, blamed = self.complaints_about_all(members)
+            half = len(members) // 2
+            parts = [[source] for source in blamed] or [members[:half], members[half:]]
+            others = [source for source in members if source not in blamed]
+            parts += [others] if blamed and others else []
+        if not complaints:
+            for mark in filter(None, map(marks.get, members)):
+                mark.touch()
+            return []
+        if not parts:
+            return [complaints]
+        return [complaint for part in parts for complaint in self.complaints_about(part, marks)]
