@@ -26,9 +26,7 @@ _NO_ENTRY = menu_entry(1_000_000)
 class Menu:
     """The name of an entry in the menu bar of a window, in an open menu, or in one that a click opens; see
     addresses.menu_path().
-
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
-
     Attributes:
         window: the window with the menu bar, or the open popup.
         path: the texts of the menus and of the entry, joined by "/".
@@ -55,7 +53,6 @@ class Menu:
 
     def activate(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Opens the menus on the way with the keyboard and chooses the entry.
-
         Before that the top right corner of the menu bar is clicked. Where that would press a button, it is a
         CornerButtonError; `force` clicks nevertheless. A bar that was given by its path is not looked at.
         """
@@ -71,7 +68,6 @@ class Menu:
 
     def hover(self, *, timeout: Optional[float] = None) -> None:
         """Moves the mouse onto the entry, for its tool tip and status tip; the menu of an entry that has one opens by it.
-
         The menus on the way are opened by clicks, and all stay open: until the next call on the menu, or press("Escape").
         Needs an agent with items.
         """
@@ -109,19 +105,12 @@ class Menu:
         return value
 
     def _act(self, action: str, state: Optional[bool], force: bool, timeout: Optional[float]) -> None:
-        connection = self.window.app.connection
-        address = self.window.address
+        connection, address = self.window.app.connection, self.window.address
 
         def choose(bar: Address) -> str:
-            return with_item_suggestions(
-                connection,
-                address,
-                bar,
-                self.path,
-                lambda: connection.activate_widget(
-                    address, bar if force else connection.checked_address(bar), self.path, state, force=force
-                ),
-                closes=address == POPUP,
+            target = bar if force else connection.checked_address(bar)
+            return self._with_suggestions(
+                bar, lambda: connection.activate_widget(address, target, self.path, state, force=force)
             )
 
         self._open(timeout)
@@ -131,15 +120,9 @@ class Menu:
         connection, address = self.window.app.connection, self.window.address
 
         def play(bar: Address) -> str:
-            return with_item_suggestions(
-                connection,
-                address,
-                bar,
-                self.path,
-                lambda: connection.mouse(
-                    address, "" if address == POPUP else as_locator(bar), command, item=self.path
-                ),
-                closes=address == POPUP,
+            locator: Address = "" if address == POPUP else as_locator(bar)
+            return self._with_suggestions(
+                bar, lambda: connection.mouse(address, locator, command, item=self.path)
             )
 
         self._open(timeout)
@@ -149,15 +132,30 @@ class Menu:
         connection, address = self.window.app.connection, self.window.address
 
         def read(bar: Address) -> Value:
-            return with_item_suggestions(
-                connection,
-                address,
-                bar,
-                self.path,
-                lambda: connection.read_property(address, bar, name, self.path),
+            return self._with_suggestions(
+                bar, lambda: connection.read_property(address, bar, name, self.path), acts=False
             )
 
         return self._look(name, read, timeout)
+
+    def _with_suggestions(self, bar: Address, call: Callable[[], _Result], *, acts: bool = True) -> _Result:
+        """Makes a call that names the entry; when it is refused, the error says which entries there are.
+
+        Args:
+            bar: the widget with the entries.
+            call: makes the request.
+            acts: whether the call acts on the menu. Then a refusal closes an open menu, so that its entries have to be
+                listed before.
+        """
+        window = self.window
+        return with_item_suggestions(
+            window.app.connection,
+            window.address,
+            bar,
+            self.path,
+            call,
+            closes=acts and window.address == POPUP,
+        )
 
     def _look(self, action: str, read: Callable[[Address], _Result], timeout: Optional[float]) -> _Result:
         """Reads of the menu. One that had to be opened for that is closed again."""
