@@ -236,6 +236,26 @@ def test_cells_of_a_table_are_clicked(window):
     assert 'columns: "Small", "Medium", "Large"' in str(caught.value)
 
 
+def requests_of(window, call):
+    """The names of the requests that a call sends."""
+    before = len(window.app.connection.transcript.exchanges())
+    call()
+    return [
+        exchange.request.split(",")[0] for exchange in window.app.connection.transcript.exchanges()[before:]
+    ]
+
+
+def test_a_click_on_an_item_is_one_request_unless_it_is_of_a_combo_box(window):
+    window.tab("Lists").click()
+    tree = window.widget("blendTree").item("Season")
+    eventually(window.widget("blendTree")).is_visible()
+    assert requests_of(window, tree.click) == ["+9"]
+    hopper = window.widget("hopperCombo").item("Hopper B")
+    assert requests_of(window, hopper.click) == ["+9", "+5"]
+    eventually(window.widget("hopperCombo")).has(currentText="Hopper B")
+    window.widget("hopperCombo").choose("Hopper A")
+
+
 def test_items_without_a_place_are_clicked_and_say_what_they_cannot(window):
     hopper = window.widget("hopperCombo")
     hopper.item("Hopper B").click()

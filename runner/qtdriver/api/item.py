@@ -9,7 +9,7 @@ from ..errors import CommandError, ConditionError, ReplyError
 from ..lookup.item_places import ANY_VIEW
 from ..lookup.served import ITEM_VIEWS, TABLES
 from ..protocol.waiting import Deadline, attempts
-from .item_access import ItemAccess
+from .item_access import COMBO_BOX, ONLY_CHOSEN, ItemAccess
 from .menu import Menu
 from .mouse import Modifier, MouseButton, Position
 
@@ -18,20 +18,16 @@ if TYPE_CHECKING:
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-_COMBO_BOX = "QComboBox"
 _MOST_PRESSES = 2  # from partly checked by way of checked to not checked
 
 
 class WidgetItem(ItemAccess):
     """The name of an item in a widget: each call finds widget and item anew.
-
     The mouse goes to the item's centre: of a row, a cell, a tab, the header of a page in a tool box. A view scrolls to it,
     a tree opens the items above it, a tab bar is scrolled with its arrow buttons. With an agent that knows items each call
     waits, as those on widgets do, until the item is there, enabled, and not covered, unless with `force`; an older one knows the places of the
     items of lists, trees and tables only, and looks at nothing.
-
     Items of a combo box can be chosen, and clicked, which is the same: their list is closed, and opens and closes with that.
-
     Attributes:
         widget: the list, tree, table, combo box, tab bar or tool box.
         address: the item as the widget takes it: its text, its number as the class counts, or what the module
@@ -60,10 +56,10 @@ class WidgetItem(ItemAccess):
     ) -> None:
         """Clicks it with the mouse."""
         is_plain = button == "left" and not modifier
-        if is_plain and self._served(timeout) in (_COMBO_BOX, *self._only_chosen()):
+        if is_plain and not self._is_known() and self._served(timeout) in ONLY_CHOSEN:
             self.select(force=force, timeout=timeout)
         else:
-            self._play("MouseClick", button, modifier, timeout, force)
+            self._play("MouseClick", button, modifier, timeout, force, may_choose=is_plain)
 
     def double_click(
         self,
@@ -101,7 +97,6 @@ class WidgetItem(ItemAccess):
         self, target: "Widget | WidgetItem", *, to: Position = (0.5, 0.5), timeout: Optional[float] = None
     ) -> None:
         """Drags it with the left button to an item, or to the position `to` of a widget.
-
         Two items of one widget have to be in sight together. A movable tab is dragged to the place of another. Not for what
         the application moves by drag and drop between programs, as lists move their items: that takes a real user's mouse.
         """
@@ -120,7 +115,6 @@ class WidgetItem(ItemAccess):
 
     def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
         """Sets its check box, if it is not in that state: makes it the current item, and presses Space.
-
         Raises ConditionError where a cell of a table has not got that state by it.
         """
         if self._is_known() and self._served(timeout) in TABLES:
@@ -136,7 +130,7 @@ class WidgetItem(ItemAccess):
     def is_selected(self, *, timeout: Optional[float] = None) -> bool:
         """Whether it is selected; of a tab, a page or an item of a combo box: whether it is the current one."""
         served = self._served(timeout)
-        if served != _COMBO_BOX and self._is_known():
+        if served != COMBO_BOX and self._is_known():
             return "selected" in self._states(timeout)
         if served in ITEM_VIEWS:
             return self._read_in_view("itemIsSelected", timeout) is True

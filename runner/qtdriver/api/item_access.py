@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import re
 from typing import TYPE_CHECKING, Callable, Optional, Tuple, TypeVar
 
 from ..errors import CommandError
@@ -19,6 +20,10 @@ if TYPE_CHECKING:
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _Result = TypeVar("_Result")
+COMBO_BOX = "QComboBox"
+ONLY_CHOSEN = (COMBO_BOX, "QTabBar", "QToolBox")
+"""The classes whose items have no place for the mouse with an agent that does not know items."""
+_NO_PLACE = re.compile(r'Items of a widget of class "(.*)" have no place for the mouse$')
 
 
 class ItemAccess:
@@ -54,8 +59,9 @@ class ItemAccess:
         modifier: Modifier,
         timeout: Optional[float],
         force: bool = False,
+        may_choose: bool = False,
     ) -> None:
-        """Plays a mouse command on it."""
+        """Plays a mouse command on it; with `may_choose`, an item of a combo box is chosen instead."""
         if not self._is_known():
             place = self._place(timeout)
             self.widget.mouse(kind, button, at=place, modifier=modifier, force=force, timeout=timeout)
@@ -63,17 +69,28 @@ class ItemAccess:
         command = mouse_command(kind, button, None, modifier)
 
         def act(path: Address) -> str:
-            window = self.widget.window.address
-            return self._connection.mouse(
-                window,
-                as_locator(path),
-                command,
-                widget_class=self._as_class,
-                force=force,
-                item=self.address,
+            window, locator, served_as = self.widget.window.address, as_locator(path), self._as_class
+            try:
+                return self._connection.mouse(
+                    window, locator, command, widget_class=served_as, force=force, item=self.address
+                )
+            except CommandError as error:
+                if not may_choose or not self._is_of_combo_box(error, path):
+                    raise
+            return self._connection.activate(
+                window, locator, self.address, widget_class=served_as, force=force
             )
 
         self._looked_up(f"mouse({command!r})", act, timeout, reads=False)
+
+    def _is_of_combo_box(self, error: CommandError, path: Address) -> bool:
+        """Whether a combo box refused the mouse on an item: its items can only be chosen, as its list is closed."""
+        refused = _NO_PLACE.search(error.message)
+        if refused is None or refused[1] == COMBO_BOX:
+            return refused is not None
+        window = self.widget.window.address
+        served = self._connection.read(window, as_locator(path), "silkClassName", widget_class=self._as_class)
+        return served == COMBO_BOX
 
     def _rect(self, timeout: Optional[float]) -> Rect:
         """Scrolls to it, and answers where it is on the screen."""
@@ -108,10 +125,6 @@ class ItemAccess:
         return ((x - whole.left + 0.5) / whole.width, (y - whole.top + 0.5) / whole.height)
 
     # With an agent that does not
-
-    def _only_chosen(self) -> Tuple[str, ...]:
-        """The classes of which items can only be chosen."""
-        return () if self._is_known() else ("QTabBar", "QToolBox")
 
     def _served(self, timeout: Optional[float]) -> str:
         return self._as_class or str(self.widget.read("silkClassName", timeout=timeout))
