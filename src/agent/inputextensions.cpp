@@ -22,7 +22,7 @@ namespace agent {
 
 namespace {
 
-// Each is handled before the next one, and the application does nothing else meanwhile.
+// The application handles each character before the next one, and nothing else meanwhile: a longer text would block it.
 const int mostCharacters = 100000;
 
 QByteArray classReply(const QWidget* widget)
@@ -40,7 +40,7 @@ QByteArray withWidget(const Request& request, Act act)
     return access.widget->isEnabled() ? act(access.widget) : notYet(QLatin1String("disabled"));
 }
 
-// The same, with the window prepared for keys, and the widget having the focus if it is not the window itself.
+// The same, but first prepares the window for keys, and gives the focus to the widget that a locator names.
 template <class Act>
 QByteArray withKeyboard(const Request& request, STApplicationProxy& registry, Act act)
 {

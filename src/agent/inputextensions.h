@@ -8,9 +8,9 @@ namespace agent {
 
 class Request;
 
-// The extensions that give input to whatever is there. Section 1 is the window, section 2 a locator, empty for what has the
-// focus in the window. Each replies with the class of the widget: for keys, of the one that has the focus. Code 9 says that
-// the widget cannot take the input yet.
+// The extensions for keys, text, the wheel, the focus and the clipboard. Section 1 is the window, section 2 a locator, empty
+// for the widget that has the focus in the window. Each replies with the class of the widget, for keys of the one that has
+// the focus, or with code 9 when the widget cannot take the input yet.
 
 // Section 3: one to four key strokes, section 4: empty, "press" or "release" for half of a stroke.
 QByteArray pressKeys(const Request& request, STApplicationProxy& registry);

@@ -50,7 +50,7 @@ NamedItem itemOf(QWidget* widget, const Request& request, int section)
     return {widget, request.utf8Text(3), name};
 }
 
-// A disabled item does nothing at a click. Its tool tip and the context menu are the view's own affair.
+// Only presses and clicks of the left button need an enabled item: a disabled one has a tool tip and a context menu, too.
 bool needsEnabledItem(const QString& command)
 {
     const QStringList words = wordsOf(command);
@@ -58,7 +58,7 @@ bool needsEnabledItem(const QString& command)
         && words.value(0) != QLatin1String("MouseMove");
 }
 
-// Why a user could not do it; else the area is where.
+// Why a user could not play the command at the item; empty when they could, and then `area` is the item's place.
 QString obstacleAt(const NamedItem& item, const QString& command, STApplicationProxy& registry, ItemArea& area)
 {
     const QString unusable = whyNotUsable(*registry.proxyFor(item.widget, item.className));
@@ -88,7 +88,7 @@ QByteArray scrolledTo(QWidget* widget, const QRect& rect)
     return replyForRect(QRect(guarded->mapToGlobal(part.topLeft()), part.size()));
 }
 
-// Has `act` run, and replies "9," and the reason for what it raises because of something that can pass.
+// Runs `act` and returns its reply. For an error that can clear by itself, the reply is "9," and the reason.
 template <class Act>
 QByteArray withReason(Act act)
 {

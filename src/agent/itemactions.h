@@ -25,8 +25,8 @@ QByteArray scrollToLocated(const Request& request, STApplicationProxy& registry)
 // Section 4: an item. Replies "0,j:" and an object with its text and states, without acting.
 QByteArray readItem(const Request& request, STApplicationProxy& registry);
 
-// The point of a rectangle where a mouse command goes, as far as its words tell; those that are wrong are the command's
-// to refuse.
+// The point of a rectangle where a mouse command goes. It is the centre where the command's shares are wrong: the command
+// itself refuses those.
 QPoint mousePoint(const QRect& rect, const QString& command);
 
 } // namespace agent

@@ -10,11 +10,11 @@ namespace agent {
 // keyboard focus".
 QString focusRefusal(const QWidget* widget);
 
-// Where the focus has not come to, or has not stayed.
+// The reason when a widget does not have the focus after it was given to it.
 extern const char focusLostReason[];
 
-// Gives the widget the focus of its window, unless it or something in it has it. False where the application has it
-// otherwise afterwards. Runs the application's code, which may delete the widget.
+// Gives the widget the focus of its window, unless it or something in it has it. False when the application has given the
+// focus to another widget at once. Runs the application's code, which may delete the widget.
 bool takeFocus(QWidget* widget, Qt::FocusReason reason);
 
 } // namespace agent

@@ -25,7 +25,7 @@ QVariant typedValue(const Request& request, int section)
     return valueFromText(request.utf8Text(section));
 }
 
-// Whether the action is to be done without a look at whether a user could.
+// Whether the request asks to act without the checks.
 bool isForced(const Request& request, int section)
 {
     const QString word = request.utf8Text(section);
@@ -36,8 +36,8 @@ bool isForced(const Request& request, int section)
 
 using MousePlace = STWidgetProxy::MousePlace;
 
-// Looks for the item that the value names, before anything is done to get there. Other errors than that it cannot be
-// used yet are left to the action.
+// Looks for the item that the value names before anything is opened, scrolled or selected for it. Raises only errors that
+// can clear by themselves; the action raises the others.
 void lookForItem(STWidgetProxy& proxy, const QVariant& value)
 {
     try {
@@ -51,7 +51,7 @@ void lookForItem(STWidgetProxy& proxy, const QVariant& value)
 MousePlace itemPlace(STWidgetProxy& proxy, const QVariant& value)
 {
     const QWidget* widget = proxy.checkedWidget(nullptr);
-    if (widget->isVisible() && widget->isEnabled()) // otherwise this is the first thing to tell
+    if (widget->isVisible() && widget->isEnabled()) // a widget that is not is the first thing to report
         lookForItem(proxy, value);
     return proxy.activationPlace();
 }

@@ -71,7 +71,7 @@ Access locatedWidget(const Access& window, const Request& request)
     const QString locator = request.utf8Text(2);
     if (!window.widget || locator.isEmpty())
         return window;
-    const QPointer<QWidget> guarded(window.widget); // to read a property can be its end
+    const QPointer<QWidget> guarded(window.widget); // reading a property runs code that may delete it
     const locate::SearchResult result = found(window.widget, locator);
     if (result.outcome == locate::Outcome::One && !result.widgets.front())
         proxy::raiseError(proxy::deadWidgetMessage);

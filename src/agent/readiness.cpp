@@ -45,7 +45,7 @@ bool isMoving(const QPointer<QWidget>& widget)
     return placeInWindow(widget) != place || widget->window()->geometry() != windowPlace;
 }
 
-// The outermost of the widgets around a point of this one that it is beyond; null where it is in sight.
+// The outermost ancestor that does not contain a point of the widget; null where the point is in sight.
 const QWidget* clippingWidget(const QWidget* widget, QPoint point)
 {
     const QWidget* clipping = nullptr;
@@ -69,7 +69,8 @@ bool isInside(const QWidget* widget, const QWidget* outer)
     return widget && outer && (widget == outer || outer->isAncestorOf(widget));
 }
 
-// From the innermost area to the outermost. Scrolling runs the application's code, which may take the widget elsewhere.
+// Scrolls the areas around the widget, the innermost first. That runs the application's code, which may give the widget
+// another parent.
 void scrollTo(const QPointer<QWidget>& widget, const QRect& rect)
 {
     QPointer<QWidget> around(widget.data());
@@ -89,7 +90,7 @@ void scrollTo(const QPointer<QWidget>& widget, const QRect& rect)
     living(widget);
 }
 
-// The widget that the mouse would reach at a point of this widget's window; empty if that is the widget or inside it.
+// The reason why the mouse would miss the widget at a point, as far as its own window goes; empty if it would not.
 QString whatCovers(const QWidget* widget, const QPoint& point)
 {
     const QWidget* window = widget->window();
@@ -115,7 +116,7 @@ bool isPopupOf(const QWidget* popup, const QWidget* widget)
     return belongsTo(popup, widget) || belongsTo(popup->focusProxy(), widget);
 }
 
-// The same for the windows of the application: a popup gets all input, and there may be a window above this one.
+// The same as far as other windows go: an open popup gets all input, and another window can be above this one.
 QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
 {
     const QWidget* popup = QApplication::activePopupWidget();

@@ -28,7 +28,7 @@ public:
     bool isExecuting() const { return state == State::Executing || state == State::Ending; }
     // While a request is on the stack: no other one is executed, and the socket is deleted when this one has its reply.
     void deleteSocketAfterReply();
-    // Forgets what has arrived of a request whose end has not.
+    // Discards the beginning of an incomplete request.
     void clear() { reader.clear(); }
 
 public Q_SLOTS:

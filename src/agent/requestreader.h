@@ -25,11 +25,11 @@ public:
 
     // Takes the next complete request, without its line end. False when there is none yet, or none may be taken now.
     bool take(QByteArray& request);
-    // Forgets what has arrived of a request whose end has not.
+    // Discards the beginning of an incomplete request.
     void clear();
 
 Q_SIGNALS:
-    // Some replies have been written, after requests were held back for that.
+    // Replies have been written while requests were held back: take() may hand out one now.
     void resumable();
 
 private:

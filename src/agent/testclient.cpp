@@ -33,7 +33,7 @@ TestClient::TestClient()
     const agent::TestToolHook hook = agent::prepareTestToolHook(buildTag);
     hookPort = hook.port;
     scriptProxy = hook.scriptProxy;
-    setProxy(QNetworkProxy::NoProxy); // an application's proxy is no way to the local host
+    setProxy(QNetworkProxy::NoProxy); // the application's proxy need not lead to the local host
     requests = std::make_unique<agent::RequestLoop>(
         *this, [this](const QByteArray& request) { return agent::executeCommand(request, *applicationProxy); });
     connectToHost(QHostAddress(QHostAddress::LocalHost), serverPort);

@@ -19,7 +19,7 @@ struct TestToolHook
 
 // Loads the tool's libraries, for good, from "bin" below the folder that the environment variable
 // SQUISH_PREFIX names, or below its subfolder for this build if there is one; then SQUISH_PREFIX names that
-// one from now on. What is not there, does not load or refuses leaves the hook out without a word. To be
+// one from now on. Where a file is missing, does not load or refuses, the rest is left out, silently. To be
 // called once, in the GUI thread.
 TestToolHook prepareTestToolHook(const QString& buildTag);
 

@@ -19,7 +19,7 @@ struct Access
     QByteArray refusal;
 };
 
-// A name, and how the request wrote it: so it stands in replies.
+// A name, and the bytes by which the request wrote it, which replies repeat.
 struct WrittenName
 {
     QString text;

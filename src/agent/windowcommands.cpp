@@ -42,7 +42,7 @@ QByteArray changeWindow(const Request& request, Change change)
     const int second = compat::toInt(request.text(3), &secondOk);
     if (!firstOk || !secondOk)
         return typeErrorReply;
-    // Showing, moving and resizing run the window's event handlers, and one of them may be its end.
+    // Showing, moving and resizing run the window's event handlers, and one of them may delete it.
     const QPointer<QWidget> window(access.widget);
     const QByteArray reply = titleReply(window);
     if (window->isMinimized())

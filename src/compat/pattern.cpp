@@ -30,7 +30,7 @@ struct Pattern::Engine
 
 namespace {
 
-// How often repetitions in braces can repeat something, all of them within each other.
+// How often the repetitions in braces of a pattern can repeat something, if each was within the one before.
 double repetitions(const QString& pattern)
 {
     double product = 1;

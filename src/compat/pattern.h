@@ -9,9 +9,9 @@ namespace compat {
 // A regular expression that is looked for anywhere in a text: QRegularExpression's of Qt 5 and 6. Qt 4 has QRegExp only,
 // without lazy repetition, look-behind and what begins with "(?", but for "(?i)" at the beginning, "(?:", "(?=" and "(?!".
 //
-// The pattern is somebody else's and must not block the application: it is at most `longest` characters long, and where
-// the engine would go on for ever the pattern is not found. QRegExp cannot be stopped: there, back references and patterns
-// whose repetitions multiply to more than `longest` are no good.
+// The pattern comes from a test and must not block the application: it is at most `longest` characters long, and does not
+// match where the engine takes too many steps. QRegExp cannot be stopped: there, back references, and repetitions that
+// multiply to more than `longest`, are errors.
 class Pattern
 {
 public:

@@ -8,8 +8,8 @@ namespace compat {
 // QAbstractSocket::socketDescriptor() gives; a failure is ignored.
 void setSocketNotInheritable(long long descriptor);
 
-// Whether reading from a descriptor would not block: there is something to read, its other end is closed, or it is no
-// good. Always true where the event loop tells of no input that is not there.
+// Whether reading from a descriptor would not block: there is something to read, its other end is closed, or it is
+// invalid. Always true on Windows, whose event loops report no input that is not there.
 bool hasInput(long long descriptor);
 
 // Blocks the calling thread; no events are processed meanwhile.

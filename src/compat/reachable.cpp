@@ -66,7 +66,7 @@ bool isUnmanaged(const QWidget* window)
         || window->windowFlags() & Qt::X11BypassWindowManagerHint;
 }
 
-// Whether to raise the window does not bring it above the other one.
+// Whether raising the window would not bring it above the other one.
 bool staysBelow(const QWidget* window, const QWidget* other)
 {
     const Qt::WindowFlags added = other->windowFlags() & ~window->windowFlags();
@@ -90,8 +90,8 @@ bool canBecomeActive(const QWidget* window)
     return window->windowType() != Qt::SplashScreen && !refusesFocus(window);
 }
 
-// The application's window at a point of the screen; the given one where nothing can be told. Positions are compared with
-// the window's geometry: with Qt 4 each mapToGlobal() is a round trip to the X server.
+// The application's window at a point of the screen; `window` itself where the point is beside it or off the screen.
+// Positions are compared with the window's geometry, since with Qt 4 each mapToGlobal() is a round trip to the X server.
 QWidget* windowInFront(QWidget* window, const QPoint& point)
 {
     return window->geometry().contains(point) && isOnScreen(point) ? windowAt(point) : window;

@@ -3,7 +3,7 @@
 class QPoint;
 class QWidget;
 
-// Waits for the window manager.
+// Waiting for the window manager.
 namespace compat {
 
 // A window that was asked to show itself and become active has done so at once on Windows. On X11 the window manager does

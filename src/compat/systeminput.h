@@ -6,7 +6,7 @@
 class QPoint;
 class QWidget;
 
-// Input as the windowing system has it come to Qt, which does more with that than with the events of an application.
+// Input that Qt handles as if the windowing system had sent it, which takes more than posting an event: see each function.
 namespace compat {
 
 // The widget that a key would reach now, the window being the one that has the focus: that of the keyboard's grab or of

@@ -122,7 +122,7 @@ int toInt(const QString& text, bool* ok)
     QString number;
     if (begin < end && (*begin == QLatin1Char('-') || *begin == QLatin1Char('+')))
         number += *begin++;
-    // Zeros at the beginning tell nothing but that what follows is to be a digit, for which one is enough.
+    // One of several leading zeros is kept: the number is the same, and what follows still has to be a digit.
     while (begin + 1 < end && begin[0] == QLatin1Char('0') && begin[1] == QLatin1Char('0'))
         ++begin;
     if (end - begin <= longest)
@@ -142,7 +142,7 @@ float toFloat(const QString& text, bool* ok)
 #else
     number = text.toDouble(ok);
 #endif
-    *ok = *ok && !(std::fabs(number) > FLT_MAX); // what is no number is ok
+    *ok = *ok && !(std::fabs(number) > FLT_MAX); // NaN is ok
     return *ok ? static_cast<float>(number) : 0.0F;
 }
 

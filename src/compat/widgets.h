@@ -29,8 +29,8 @@ QPixmap pixmapOf(const QIcon& icon, const QSize& size);
 // The part of the widget's screen that panels leave free, in global coordinates.
 QRect availableGeometry(const QWidget* widget);
 
-// The text of a key event that is made from a key code: none, but for the space key since Qt 5. An item view of these
-// takes a space without text for a search for any text, and moves its current item on to the next one.
+// The text of a key event that is made from a key code: a space for the space key with Qt 5 and 6, otherwise none. There,
+// an item view takes a space key without a text for a search for the empty text, and moves on to the next item.
 QString keyCodeText(int key);
 
 // The SIGNAL() text of QAbstractSocket's error signal.

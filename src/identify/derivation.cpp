@@ -76,7 +76,7 @@ const Derivation derivations[] = {
 
 } // namespace
 
-// Most names that are compared were given: they end otherwise, and are told without a look at what the user sees.
+// Most names that are compared are object names: without the suffix, the widget need not be asked for its text.
 bool Derivation::hasName(const QObject* object, const QString& name) const
 {
     return name.endsWith(suffix) && hasStem(object, stemOfName(name));

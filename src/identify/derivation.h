@@ -6,8 +6,8 @@ class QObject;
 
 namespace identify {
 
-// A rule that gives a name to objects without an object name: a stem, which is told by what the user sees, and a suffix,
-// which tells the rule.
+// A rule that gives a name to objects without an object name: a stem, which follows from what the user sees, and a suffix,
+// by which names show the rule.
 struct Derivation
 {
     QLatin1String suffix;
@@ -15,8 +15,8 @@ struct Derivation
     bool (*applies)(const QObject* object);
     // The stem for an object to which the rule applies.
     QString (*stem)(const QObject* object);
-    // Whether that is the stem for an object, told without making it. False for objects that the rule is not for; the
-    // stem may be empty, to which the rule does not apply.
+    // Whether stem() would give that text, found out without making it. False for objects to which the rule does not
+    // apply.
     bool (*hasStem)(const QObject* object, const QString& stem);
 
     bool hasName(const QObject* object, const QString& name) const;

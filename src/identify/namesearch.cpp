@@ -9,9 +9,9 @@ namespace identify {
 
 namespace {
 
-// Has the processor fetch what a search for a derived name reads some children later: in a window of thousands of widgets
-// it waits for memory more than it works. A tool button's action is mostly its first child. What is more steps away from
-// the list is asked for later, when the steps before it are there.
+// Prefetches memory that a search for a derived name reads some children later: in a window of thousands of widgets the
+// search mostly waits for memory. What is behind a chain of pointers (the first child of a child is mostly a tool button's
+// action) is prefetched link by link, each when the link before it has arrived.
 void fetchAhead(const QObjectList::const_iterator& position, const QObjectList::const_iterator& end)
 {
     const int farthest = 16;

@@ -23,8 +23,7 @@ struct NamedWidget
     QString objectName;
 };
 
-// Whether a path fits the last of some widgets and those before it. Each is the parent of the next one; the first is the
-// last that the path may name.
+// Whether a path fits the last widget of a line of ancestors, outermost first. The path cannot name widgets above the first.
 bool pathFits(const std::vector<NamedWidget>& lineage, const WidgetPath& path);
 
 } // namespace identify

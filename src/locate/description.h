@@ -10,8 +10,8 @@ namespace locate {
 
 class JsonObject;
 
-// Tells of the widgets of one window what a test can know them by, as objects of JSON in ASCII. It is for one request:
-// the labels and places in it are those of its beginning.
+// Describes the widgets of one window as objects of JSON in ASCII. Only for one request: labels and places are read when it
+// is made.
 class WidgetDescriber
 {
 public:

@@ -8,7 +8,7 @@ namespace locate {
 // The text as a string of JSON in ASCII, in quotes.
 void appendJsonText(QByteArray& json, const QString& text);
 
-// QByteArray::number() makes a text of its own for each.
+// Appends the digits directly: QByteArray::number() would allocate a text for each number.
 void appendNumber(QByteArray& json, qint64 number);
 
 // An object of JSON that is being written at the end of a text. Its destructor closes it.

@@ -124,7 +124,7 @@ const QWidget* Labels::widgetThatLabels(const QWidget* widget) const
 
 QSet<const QWidget*> Labels::labelledBy(TextVisitor& visitor) const
 {
-    // Some label of theirs has such a text; whether it is the one that counts is looked at for these only.
+    // Fields that have a label with such a text. Only for these the label that counts is looked for.
     Sources candidates;
     for (const Source& source : sources) {
         if (isLabel(source.label, visitor))

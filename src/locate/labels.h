@@ -33,7 +33,7 @@ public:
     QString of(const QWidget* widget) const;
     // The widget that shows it; null when there is none.
     const QWidget* widgetThatLabels(const QWidget* widget) const;
-    // The widgets whose label has a text that is enough for the visitor: told without looking at the others.
+    // The widgets whose label has a text that the visitor accepts.
     QSet<const QWidget*> labelledBy(TextVisitor& visitor) const;
 
 private:

@@ -10,7 +10,7 @@ class QHeaderView;
 
 namespace locate {
 
-// So many rows are gone through at most where nothing but that tells which ones are in sight, or how many are not.
+// At most so many rows are visited to find those in sight, or to count those that are not.
 const int mostSteps = 2000;
 
 // The differences between the kinds of views. This class is for any view: its rows can be anywhere.
@@ -27,7 +27,7 @@ public:
     // The first row of which something can be in sight.
     virtual QModelIndex first() const { return view->model()->index(0, 0, view->rootIndex()); }
     virtual QModelIndex below(const QModelIndex& row) const { return row.sibling(row.row() + 1, row.column()); }
-    // Whether what is below a row that is out of sight is so, too.
+    // Whether all rows after one that is below the viewport are out of sight, too.
     virtual bool isOrdered() const { return false; }
     virtual bool isHidden(const QModelIndex&) const { return false; }
     virtual QModelIndexList cells(const QModelIndex& row) const { return QModelIndexList() << row; }

@@ -86,7 +86,7 @@ public:
     }
 
     Widgets widgets;
-    // In their place, where the step asks for properties: those that have such. To read them can be the end of any.
+    // Those found instead where the step asks for properties: widgets that have such. Reading them may delete any of them.
     std::vector<QPointer<QWidget>> candidates;
 
 private:
@@ -115,7 +115,7 @@ Widgets living(const std::vector<QPointer<QWidget>>& widgets)
     return result;
 }
 
-// Reading a property can run the application's code, and be the end of any of them.
+// Reading a property runs the application's code, which may delete any of them.
 Widgets withProperties(StepTest& test, std::vector<QPointer<QWidget>> candidates)
 {
     for (QPointer<QWidget>& widget : candidates) {
@@ -143,7 +143,8 @@ struct StepResults
     bool isTooFar = false; // the last step found widgets, but none at its position
 };
 
-// Those at all positions. Where the whole window is searched for a path of the commands, it finds what the commands do.
+// The widgets that fulfil the step, at all positions. A path, where the whole window is searched, finds what it finds for
+// the commands.
 Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const Widgets& scope, bool withScope)
 {
     StepTest test(step, window);

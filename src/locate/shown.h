@@ -15,7 +15,7 @@ enum class Markup {
 // and none at the ends. An "&" before a blank or the end is one of its own: "Tom & Jerry".
 QString shownText(const QString& text, Markup markup);
 
-// Whether shownText() is that text, told without making it.
+// Whether shownText() would give that text, found out without making it unless the text is rich.
 bool isShownText(const QString& text, Markup markup, const QString& shown);
 
 } // namespace locate

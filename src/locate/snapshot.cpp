@@ -106,7 +106,7 @@ void appendItems(QByteArray& json, const std::vector<Item>& items)
     json += ']';
 }
 
-// Reads the items of a widget, which may die by that.
+// Reads the items of a widget, which runs code of the application that may delete it.
 void readItems(Entry& entry)
 {
     const Items items = itemsOf(entry.holder);

@@ -7,8 +7,8 @@ class QWidget;
 namespace locate {
 
 // The widget and the visible ones below it in its window, as one JSON object in ASCII: the fields of describe(), the items
-// that a widget holds, and its "children". It runs the application's code where an item view has a model of its own;
-// widgets that die by that are left out.
+// that a widget holds, and its "children". Where an item view has a model of the application's own, its code runs; widgets
+// that it deletes are left out.
 QByteArray snapshot(QWidget* widget);
 
 } // namespace locate

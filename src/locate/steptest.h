@@ -15,8 +15,8 @@ class QMetaProperty;
 
 namespace locate {
 
-// Whether widgets of one window fulfil the conditions of one step of a locator. For one walk: what it knows of the window
-// is that of its beginning.
+// Whether widgets of one window fulfil the conditions of one step of a locator. Only for one walk through the window: it
+// keeps what it has read of it.
 class StepTest
 {
 public:
@@ -24,7 +24,8 @@ public:
     ~StepTest();
     Q_DISABLE_COPY(StepTest)
 
-    // Whether the widget can fulfil the step: it does so unless properties are asked for. Runs no code of the application.
+    // Whether the widget fulfils the step, and has the properties that it asks for, whatever their values. Runs no code of
+    // the application.
     bool fits(QWidget* widget);
     // Whether the properties have the values that are asked for. Runs code of the application.
     bool hasProperties() const { return !properties.empty(); }
@@ -39,7 +40,7 @@ public:
     int conditionCount() const;
     int unmetCount(QWidget* widget);
 
-    // The texts of a widget that a condition with that key is about.
+    // Passes the texts that a condition with that key compares to the visitor; true when one was enough.
     bool readTexts(Key key, const QWidget* widget, TextVisitor& visitor) const;
 
 private:

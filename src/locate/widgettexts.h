@@ -8,8 +8,8 @@ class QWidget;
 
 namespace locate {
 
-// The texts by which a user or a developer knows a widget. They are asked for as they stand in the application: what is
-// made of them costs more than most of them are worth, since they are not those that are looked for.
+// The texts by which a user or a developer knows a widget. Readers pass them on as the application has them: most are not
+// the one that is looked for, so that turning each into what is shown would cost more than the search.
 
 // Takes texts one by one.
 class TextVisitor
@@ -20,7 +20,7 @@ public:
     virtual bool visit(const QString& text, Markup markup) = 0;
 };
 
-// One kind of texts of a widget. They are told to the visitor until one is enough, which is the result.
+// Reads one kind of texts of a widget: passes them to the visitor until one is enough. True when one was.
 using TextReader = bool (*)(const QWidget* widget, TextVisitor& visitor);
 
 // The text that an entry field shows as long as it is empty.

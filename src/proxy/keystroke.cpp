@@ -53,7 +53,7 @@ uint singleCode(const QString& text)
     return isPair ? QChar::surrogateToUcs4(text.at(0), text.at(1)) : 0;
 }
 
-// Keys are called by their upper-case letters; but those of Latin-1 whose upper case is no letter of Latin-1 by themselves.
+// Qt's key codes are those of upper-case letters; letters of Latin-1 without an upper case in Latin-1 have their own.
 int keyOfCode(uint code)
 {
     const uint upper = QChar::toUpper(code);

@@ -44,7 +44,7 @@ struct FormatArgument
 
     QString text;
 
-    // More than that a message never has of it.
+    // A message is never longer than this, so longer texts are not copied.
     static const int maximumLength = 2047;
 };
 
@@ -61,14 +61,14 @@ template <class... Arguments>
     throw STError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}));
 }
 
-// The same for what may succeed a little later, for that reason.
+// The same for an error that can clear by itself; `reason` says what has to change.
 template <class... Arguments>
 [[noreturn]] void raiseNotYet(const QString& reason, const char* format, const Arguments&... arguments)
 {
     throw STError(formatMessage(QString::fromLatin1(format), {FormatArgument(arguments)...}), reason);
 }
 
-// Such reasons: an item, a tab or an entry of a menu that has this text, number or path, is not there or cannot be used.
+// Reasons of that kind: an item, a tab or a menu entry of this text, number or path is missing, disabled or hidden.
 QString missingItem(const QString& item);
 QString missingItem(int number);
 QString disabledItem(const QString& item);

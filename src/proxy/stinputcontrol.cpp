@@ -249,7 +249,7 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
     try {
         postInputEvent(
             target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
-        if (target) // unless the press was its end
+        if (target) // the press may have deleted it
             compat::activateWindow(target);
         if (target && acceptsClickFocus(target))
             compat::setFocus(target);
@@ -296,7 +296,7 @@ void STInputControl::mouseDrag(const QPoint& from, const QPoint& to, Qt::MouseBu
         pressed = press(button, Qt::NoModifier);
         requireMouseOwner();
         mouseMove(to, Qt::NoModifier);
-        if (pressed) // unless the move was its end
+        if (pressed) // the move may have deleted it
             released = release(button, Qt::NoModifier);
     } catch (...) {
         letGo(pressed, button);

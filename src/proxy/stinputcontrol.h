@@ -97,7 +97,7 @@ private:
     void requireMouseOwner() const;
     // Forgets that the button is held, and posts its release to the widget that was pressed, if there is one.
     static void letGo(QWidget* pressed, Qt::MouseButton button);
-    // The widget that got the event; null if that was its end.
+    // Return the widget that got the event; null if the event deleted it.
     QWidget* press(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     QWidget* release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 

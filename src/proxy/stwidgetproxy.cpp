@@ -25,7 +25,7 @@ const char unknownPropertyMessage[] = "Unknown property \"%s\".";
 const char setPropertyMessage[] = "Can't set property \"%s\"";
 const char rangeMessage[] = "Type error: object \"%s\" of class \"%s\" accepts only values in the following range: %s.";
 
-// An application can put a window anywhere, so that its edges are beyond the range of an int: they stay in it then.
+// Keeps a coordinate within the range of an int, beyond which an application can put the edges of a window.
 int bounded(qint64 coordinate)
 {
     const qint64 minimum = std::numeric_limits<int>::min();
@@ -167,7 +167,7 @@ void STWidgetProxy::enterWindow(const QPoint& point, Qt::KeyboardModifiers modif
 void STWidgetProxy::playMouse(
     proxy::MouseCommandType type, const QPoint& point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    checkedWidget(nullptr); // what happens when it is prepared may be its end
+    checkedWidget(nullptr); // preparing it runs the application's code, which may delete it
     switch (type) {
     case proxy::MouseCommandType::Press:
         mouseMove(point, modifiers);

@@ -23,8 +23,8 @@ public:
     // Entering a value. The base refuses likewise.
     virtual void enter(const QVariant& value);
     // Plays a mouse command, the text "type:button:x:y:modifier". x and y are shares of the widget's width and height
-    // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on purpose. Without both the point is the centre, without
-    // one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
+    // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on which scripts rely. Without both the point is the centre,
+    // without one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
     virtual void mouseAction(const QVariant& command);
     // The same at a rectangle of the widget. A windowing system tells of no move where the mouse enters a window; with
     // Way::Natural a move into one is two, as a user makes many.

@@ -2,7 +2,6 @@
 
 #include "proxy/stwidgetproxy.h"
 
-
 class QTabBar;
 
 // Tab bars, also those of tab widgets.

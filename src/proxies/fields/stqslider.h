@@ -9,8 +9,7 @@ class STQSlider : public STWidgetProxy
 {
 public:
     // An integer: drags the handle to it. `option` is ignored. Raises an error when the value is out of the
-    // slider's range or lies between two pixels. A vertical slider has no pixels but the first, on purpose:
-    // see span().
+    // slider's range or lies between two pixels. A vertical slider has the first pixel only: see span().
     void activate(const QVariant& value, const QVariant& option) override;
     // "MousePress:", "MouseRelease:", "MouseClick:" or "MouseDoubleClick:", then "LeftButton" or
     // "RightButton", at the handle's place at the slider's origin. No positions, no modifiers. An empty
@@ -21,7 +20,7 @@ private:
     QSlider* slider();
     QRect subControl(int control);
     int span();
-    // Between values and pixels from the handle's place at the slider's origin.
+    // Conversions between values and pixels, which count from the handle's place at the slider's origin.
     int pixelOf(int value);
     int valueAt(int pixel);
 };

@@ -29,8 +29,8 @@ QString menuItemText(const QAction* item);
 QAction* findMenuItem(const QList<QAction*>& actions, QStringList& path);
 
 // The paths of all items below the actions. On the first level every action has an entry, hidden ones too,
-// and a null one for a separator. Below it, an item without a text is "Item n", n counting from 1: that is
-// one more than the number that selects it in a path, on purpose.
+// and a null one for a separator. Below it, an item without a text is "Item n", n counting from 1, although
+// paths count it from 0: scripts compare the list as it is.
 QStringList menuItemList(const QList<QAction*>& actions);
 
 } // namespace menus

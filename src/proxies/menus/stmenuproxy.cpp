@@ -24,13 +24,13 @@ bool mayChangeWhenItOpens(const QMenu* menu)
     return !menu->isVisible() && (menu->actions().isEmpty() || Receivers::of(menu, SIGNAL(aboutToShow())) > 0);
 }
 
-// Why the entry that comes next may be there later. A path that ends at a menu names none.
+// Why the first entry of the path may be there later; empty for an empty path.
 QString missingEntry(const QStringList& path)
 {
     return path.isEmpty() ? QString() : proxy::missingItem(path.first());
 }
 
-// The entry that comes next.
+// The first entry of the path in the menu. Raises an error when it is missing or disabled.
 QAction* usableEntry(const QMenu* menu, QStringList& path)
 {
     QAction* item = menus::findMenuItem(menu->actions(), path);
@@ -41,7 +41,7 @@ QAction* usableEntry(const QMenu* menu, QStringList& path)
     return item;
 }
 
-// The menu that the rest of the path leads on in.
+// The submenu in which the rest of the path continues. Raises an error when the item has none.
 QMenu* submenuOf(const QAction* item, const QStringList& path)
 {
     QMenu* submenu = item->menu();
@@ -167,8 +167,8 @@ void STMenuProxy::awaitMenu(const QPointer<QMenu>& menu, const QString& item)
 
 void STMenuProxy::highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item)
 {
-    // Generous, as the application may move the highlight too. An item that keeps refusing it is tried all
-    // the same.
+    // Many more keys than items, as the application may move the highlight, too. If the item is not
+    // highlighted then, it is chosen all the same.
     const int maximumKeys = 10 * static_cast<int>(menu->actions().size());
     for (int keys = 0; keys < maximumKeys && menu->activeAction() != item; ++keys) {
         keyClick(Qt::Key_Down, Qt::NoModifier);
@@ -195,7 +195,7 @@ void STMenuProxy::pressEscape()
     try {
         keyClick(Qt::Key_Escape, Qt::NoModifier);
     } catch (const STError&) {
-        // Its target died of its own: there is nothing left to close. The error that led here is the one to
-        // tell.
+        // The application has deleted the target: there is nothing left to close. The error that led here is
+        // reported.
     }
 }

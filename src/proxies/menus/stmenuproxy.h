@@ -20,7 +20,8 @@ protected:
 
     // Walks the path from an open menu and triggers its last item with the last input of the operation:
     // the application reacts when the command is over. When the item cannot be reached, or has the wanted
-    // check state already, closes what the walk opened and calls `close`. Only the former is an error then.
+    // check state already, closes what the walk opened and calls `close`; an item that cannot be reached is
+    // an error then.
     void chooseItem(
         QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close);
 
@@ -30,8 +31,8 @@ protected:
 
     void pressEscape();
 
-    // Where the last item of a path from a visible menu is, in the menu that has it. Menus on the way are opened by clicks;
-    // where there is no such item, all are closed again by Escape, as many as `openMenus` says and those.
+    // Where the last item of a path from a visible menu is, in the menu that has it. Menus on the way are opened by clicks.
+    // Where there is no such item, Escape closes them again, and the `openMenus` that were opened before.
     ItemArea areaInMenu(QMenu* menu, const QStringList& path, int openMenus);
     // Waits until a menu that was clicked for is there. Raises an error if it does not come.
     static void awaitMenu(const QPointer<QMenu>& menu, const QString& item);

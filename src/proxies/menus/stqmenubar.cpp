@@ -69,7 +69,7 @@ void STQMenuBar::lookForItem(const QVariant& value)
     lookForEntry(menu, path);
 }
 
-// The first element of the path is the title's text then.
+// Changes the first element of the path to the title's text.
 QAction* STQMenuBar::requiredTitle(QStringList& path)
 {
     QAction* title = menus::findMenuItem(menuBar()->actions(), path);
@@ -137,7 +137,7 @@ void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>
     // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it back.
     pressEscape();
     pressEscape();
-    // The bar does not know to whom when the windowing system's news of the menu's own focus came in between.
+    // The bar has lost track of that widget when the menu's window got the focus from the windowing system meanwhile.
     if (bar && focus && focus != bar && bar->window()->focusWidget() == bar)
         focus->setFocus(Qt::OtherFocusReason);
 }

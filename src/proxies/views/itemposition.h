@@ -10,8 +10,8 @@ namespace views {
 struct ItemAddress;
 
 // The centre of an item or of a header section relative to the view's size, as a text "x;y", for example
-// "0.5;0.25". Empty for what has no place on the screen, which is so of every row header section: what tests
-// compare with. Raises an error when the view does not have the header.
+// "0.5;0.25". Empty for an item out of sight, and for every row header section: scripts compare with that.
+// Raises an error when the view does not have the header.
 QString itemPosition(const QAbstractItemView& view, const ItemAddress& address);
 
 // The header of the view that names its columns (Qt::Horizontal) or rows. Raises an error when it does not have that.

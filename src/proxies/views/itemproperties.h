@@ -14,7 +14,7 @@ namespace views {
 using ViewProperty = proxy::PseudoProperty<const QAbstractItemView&>;
 using ItemProperty = proxy::PseudoProperty<const QAbstractItemView&, const QModelIndex&>;
 
-// Whether a property's argument is looked at although there may be no such property.
+// Whether the name begins with "item": then the argument is checked even when there is no such property.
 bool isItemName(const char* name);
 
 // The value of a property of the view or of an item, invalid for an unknown name. `findItem` looks up the item that the

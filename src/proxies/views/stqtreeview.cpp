@@ -69,7 +69,7 @@ void STQTreeView::activate(const QVariant& value, const QVariant& option)
     typeTerminatingKey(key);
 }
 
-// A list of items is left to the walk: to select one of them can bring what the others are in.
+// A list of items is not looked for before the walk: selecting one of them can make the application add the others.
 void STQTreeView::lookForItem(const QVariant& value)
 {
     requireSelectionMode(false);

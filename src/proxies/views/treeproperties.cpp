@@ -42,7 +42,7 @@ QVariant columnCount(const QAbstractItemView& view)
 
 QVariant topLevelItemCount(const QAbstractItemView& view)
 {
-    // A tree widget whose model the application has deleted does not stand the question.
+    // topLevelItemCount() crashes where the application has deleted the tree widget's model.
     return view.model() && view.inherits("QTreeWidget") ? static_cast<const QTreeWidget&>(view).topLevelItemCount()
                                                         : rowCountUnderRoot(view);
 }

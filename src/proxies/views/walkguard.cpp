@@ -6,8 +6,8 @@ namespace views {
 
 namespace {
 
-// Half a second of work in all, so that a walk without an end is over within a second. Work and not time: a machine that
-// others keep busy makes no walk longer than it is.
+// Half a second of processor time in all, so that an endless walk is over within a second. Processor time, since on a busy
+// machine a walk takes longer without doing more.
 const std::clock_t periodTicks = CLOCKS_PER_SEC / 4;
 const int mostPeriodsInVain = 2;
 

@@ -10,9 +10,8 @@ class QAbstractItemModel;
 
 namespace views {
 
-// Notices that a walk through items has no end: that it runs in a circle, or that it gains nothing. That is so once it has
-// passed the item that it goes to, which a hidden row can keep it from, or where the model has more rows come in than the
-// walk leaves behind.
+// Notices that a walk through items has no end: it runs in a circle, or makes no progress. It makes none once it has passed
+// its goal, as it does where a hidden row keeps it from that, or where rows are inserted as fast as it passes them.
 class WalkGuard : public QObject
 {
     Q_OBJECT
@@ -21,8 +20,8 @@ public:
     // The model may be null.
     explicit WalkGuard(const QAbstractItemModel* model);
 
-    // To be asked after each step: whether the walk, which is at the item now, has shown to have no end. `isNearer`: whether
-    // the step can have brought it nearer to where it goes.
+    // To be asked after each step: whether the walk, which is at the item now, has turned out to be endless. `isNearer`:
+    // whether the step can have brought it nearer to its goal.
     bool isEndless(const QModelIndex& item, bool isNearer);
 
 private Q_SLOTS:
@@ -30,8 +29,8 @@ private Q_SLOTS:
 
 private:
     CycleGuard circle;
-    // Progress within the current period. Rows can come in a burst, from a folder that is read: only several periods on end
-    // that gain nothing tell of a walk without an end.
+    // Progress within the current period. Rows can be inserted in a burst, as when a folder is read: only several periods
+    // without progress, one after the other, make the walk endless.
     std::clock_t periodBegin;
     qint64 gained = 0;
     int periodsInVain = 0;
