@@ -5,7 +5,7 @@
 
 class Recorder;
 
-/// What happened in the application, one short line per event, for people and for tests to read.
+/// A record of events in the application, one short line each, for people and for tests to read.
 class Journal : public QObject
 {
     Q_OBJECT

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// What the command line asks for.
+/// The options of the command line.
 struct Options
 {
     bool help = false;

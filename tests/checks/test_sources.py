@@ -95,7 +95,7 @@ def test_no_file_is_over_400_lines():
 
 def test_comments_begin_with_their_subject():
     """One that begins with a relative clause ("What the reader has ...") is only understood at its end."""
-    mark = r"(?://|#|\"\"\")"
+    mark = r"(?://+|#|\"\"\")"
     relative_clause = re.compile(rf"^\s*{mark} ?(What|Of)\b")
     comment = re.compile(rf"^\s*{mark}")
     found = []
