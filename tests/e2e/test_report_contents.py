@@ -6,7 +6,7 @@ import pytest
 from PIL import Image
 
 from qtdriver.report import embedding
-from qtdriver.report.page import TestResult, in_script, spoken, write_page
+from qtdriver.report.page import TestResult, in_script, readable_duration, write_page
 
 from chromium import DOWN, browser, quiet  # noqa: F401 (fixtures)
 
@@ -178,5 +178,5 @@ def test_data_in_a_script_element_cannot_end_it():
         (3725, "62 min 5 s"),
     ],
 )
-def test_durations_are_spoken(seconds, text):
-    assert spoken(seconds) == text
+def test_durations_are_written_for_a_person(seconds, text):
+    assert readable_duration(seconds) == text

@@ -1,1 +1,1 @@
-"""The objects of a test: the driver, applications, windows, widgets, menus, and conditions of them."""
+"""The objects that a test uses: the driver, applications, windows, widgets, menus, and conditions of them."""

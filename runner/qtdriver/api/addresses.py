@@ -1,7 +1,7 @@
-"""How items, cells, headers and menu entries are named in what a widget takes, and what cannot be written.
+"""Addresses of items, cells, headers and menu entries, as widgets take them.
 
-The names are texts as the user sees them, or numbers. A text that holds the character which joins the parts has no
-way to be written, and is refused here rather than finding something else.
+The parts of an address are texts as the user sees them, or numbers. A text that contains the character which joins the
+parts cannot be written: it is an UnsupportedTextError, since the address would mean something else.
 """
 
 from __future__ import annotations
@@ -17,48 +17,89 @@ Section = Union[str, int]
 
 
 def menu_path(*texts: str) -> str:
-    """The path of a menu entry from the texts of the menus and of the entry: menu_path("File", "Save").
+    """The path of a menu entry.
 
-    A slash in a text is all right: the agent tries longer texts, too. A single text is a whole path already.
+    Args:
+        texts: those of the menus and of the entry. They may contain slashes: the agent tries longer texts, too.
+
+    Raises ValueError without any text.
+
+    Example: menu_path("File", "Save") is "File/Save".
     """
     return _joined("/", texts)
 
 
 def menu_entry(number: int) -> str:
-    """The entry of this number, the first being 0, separators and hidden ones not counted; for menu_path()."""
+    """The entry of a menu by its number, for menu_path().
+
+    Args:
+        number: counts from 0; separators and hidden entries do not count.
+
+    Raises ValueError for a negative number.
+    """
     return f"Item {_at_least(0, number)}"
 
 
 def tree_path(*texts: str) -> str:
-    """The path of a tree item from the texts of its first column, outermost first. Texts cannot hold a slash."""
+    """The path of a tree item.
+
+    Args:
+        texts: those of the first column, or of tree_row(), outermost first.
+
+    Raises UnsupportedTextError for a text with a slash, and ValueError without any text.
+
+    Example: tree_path("docs", "readme") is "docs/readme".
+    """
     return _joined("/", [_without("/", text, "a tree path") for text in texts])
 
 
 def tree_row(*texts: str) -> str:
-    """The text of a tree item by its first columns, for tree_path(): "readme:12". Texts cannot hold a slash."""
+    """The text of a tree item by several of its columns, for tree_path().
+
+    Args:
+        texts: those of the first columns, in order.
+
+    Raises UnsupportedTextError for a text with a slash, and ValueError without any text.
+
+    Example: tree_row("readme", "12") is "readme:12".
+    """
     return _joined(":", [_without("/", text, "a tree row") for text in texts])
 
 
 def cell(row: Section, column: Section) -> str:
-    """A cell of a table. Header texts cannot hold a colon, which divides row and column."""
+    """A cell of a table.
+
+    Args:
+        row: the text of its header, or its number from 1.
+        column: the same.
+
+    Raises UnsupportedTextError for a text with a colon, and ValueError for a number below 1.
+
+    Example: cell("Espresso", 2) is "Espresso:2".
+    """
     return f"{_section(row, ':', 'a cell')}:{_section(column, ':', 'a cell')}"
 
 
 def model_item(*steps: "Tuple[Section, Section] | Section") -> str:
-    """An item of any item view, as steps from the top: model_item((2, 3), 1) is row 1 below row 2, column 3.
+    """An item of any item view, served as QAbstractItemView.
 
-    A step is a row, or a row and a column. Header texts cannot hold a slash or a semicolon.
+    Args:
+        steps: the way from the top, each a row, or a row and a column: texts of headers, or numbers from 1.
+
+    Raises UnsupportedTextError for a text with a slash or a semicolon, and ValueError for a number below 1.
+
+    Example: model_item((2, 3), 1) is row 1 below the item in row 2, column 3.
     """
     return "/".join(map(_step, steps))
 
 
 def row_header(row: Section) -> str:
-    """The header section of a row of any item view, for its header properties."""
+    """The header of a row, for the header properties of any item view; `row` is its text, or its number from 1."""
     return f"V:{_section(row, '', 'a header')}"
 
 
 def column_header(column: Section) -> str:
-    """The header section of a column of any item view, for its header properties."""
+    """The header of a column, for the header properties of any item view; `column` is its text, or its number from 1."""
     return f"H:{_section(column, '', 'a header')}"
 
 

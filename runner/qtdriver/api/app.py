@@ -35,24 +35,24 @@ _Result = TypeVar("_Result")
 class App(ClosedOnLeaving):
     """A running application with the agent inside.
 
-    A context manager: leaving it ends the application. Not for use by several threads at the same time.
+    It is a context manager: leaving it ends the application. It belongs to one thread.
 
     Windows and widgets are named, never held: each call looks them up anew. Calls that need a window or a widget wait,
     `timeout` seconds at most, until it is there, visible, the only one and not blocked by a popup or modal dialog;
-    then they raise a ReplyError subclass that tells what there is instead. What waiting cannot mend, such as a value
-    that the widget does not take, is a CommandError at once.
+    then they raise a ReplyError subclass that says what there is instead. A refusal that waiting cannot clear, such as a
+    value that the widget does not take, is a CommandError at once.
 
-    An application that ended is an ApplicationEndedError; one that does not answer a request in time is ended and
-    is an ApplicationHangsError.
+    Every call raises ApplicationEndedError when the application has ended, and ApplicationHangsError when it does not
+    answer a request in time; the runner then ends it.
 
     Attributes:
         connection: the twelve commands as they are, without waiting.
-        process: what was started; None for an application that came by itself.
-        timeout: seconds that a call waits where it is not told otherwise.
+        process: the process that was started; None for an application that came by itself.
+        timeout: seconds that calls wait unless they are given another time.
         display: the X display of the application, None for that of this process.
-        listeners: are told of every step that begins or ends.
-        end_is_known: whether the test knows that the application has ended: it has waited for that or ended it, or a call
-            has raised.
+        listeners: the StepListeners that are notified of every step that begins or ends.
+        end_is_known: whether the test knows that the application has ended: the test has waited for that or ended it, or
+            a call has raised an error for it.
     """
 
     def __init__(
@@ -76,10 +76,7 @@ class App(ClosedOnLeaving):
 
     @property
     def pid(self) -> int:
-        """Id of the process in which the agent runs, as this process sees it.
-
-        Where the system hides that process, it is what the agent said.
-        """
+        """Id of the process in which the agent runs, as this process sees it; the agent's own where the system hides it."""
         return self.connection.pid
 
     @property
@@ -88,9 +85,13 @@ class App(ClosedOnLeaving):
         return self.pid if self.process is None else self.process.pid
 
     def window(self, title: str = "", *, name: Optional[str] = None) -> Window:
-        """The window whose title begins with `title`, or that has the object name `name`.
+        """The one visible window with a title or an object name; without arguments, the application's only one.
 
-        There has to be exactly one visible window that fits; without arguments, the application's only one.
+        Args:
+            title: the beginning of its title.
+            name: its object name, in place of the title.
+
+        Example: app.window("Untitled").button("Save").click()
         """
         if name is None:
             return Window(self, title, f'window("{title}")')
@@ -113,13 +114,26 @@ class App(ClosedOnLeaving):
         return self.perform("widget_at_cursor()", self.connection.identify_widget_at_cursor)
 
     def tray_icon(self, name: str, *, timeout: Optional[float] = None) -> Rect:
-        """The rectangle, in pixels of the screen, of the tray icon with this object name."""
+        """The rectangle of a tray icon, in pixels of the screen.
+
+        Args:
+            name: the icon's object name.
+            timeout: seconds to wait for it.
+
+        Raises CommandError when the desktop does not tell where the icon is.
+        """
         return self.perform(
             f'tray_icon("{name}")', lambda: self.connection.locate_tray_icon(name), timeout=timeout
         )
 
     def screenshot(self, path: "Path | str") -> Path:
-        """Saves a picture of the application's whole screen; the ending of `path` tells the format."""
+        """Saves a picture of the application's whole screen.
+
+        Args:
+            path: the file; its ending is the format, such as ".png".
+
+        Returns `path`. Raises PictureError without a display or Pillow.
+        """
         return save_screenshot(Path(path), self.display)
 
     @property
@@ -138,10 +152,18 @@ class App(ClosedOnLeaving):
         timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
-        """Makes `call`, which talks to the agent, as one step with this title; it is repeated until it does not raise
-        what can clear by itself, `retryable`, `timeout` seconds at most.
+        """Makes a call that talks to the agent as one step, and repeats it while its error can clear by itself.
 
-        `window` and `path` say what the call looks for, for the error message. `reads` says that it does not act.
+        Args:
+            title: names the step in reports.
+            call: makes the requests.
+            reads: whether the call only reads; False for one that acts on the application.
+            window: the window that the call looks for, for the error message.
+            path: the widget that it looks for.
+            timeout: seconds to repeat it, by default those of the application.
+            retryable: the errors that can clear.
+
+        Returns what `call` returns. Raises the last error, with an explanation.
         """
         deadline = Deadline(self.timeout if timeout is None else timeout)
         with run_step(self, title, reads) as step, self.watched():
@@ -149,27 +171,27 @@ class App(ClosedOnLeaving):
                 result = retry(call, retryable, deadline)
             except QtDriverError as error:
                 if step is None:
-                    raise  # the step that this one is part of may try again; it explains what is final
-                told = (
+                    raise  # this step is part of another one, which may repeat it, and explains its last error
+                final = (
                     self.explained(error, window, path, deadline.seconds)
                     if isinstance(error, ReplyError) and isinstance(error, retryable)
                     else error
                 )
-                raise told.with_traceback(None) from None
+                raise final.with_traceback(None) from None
             if reads:
                 self._list_windows()
             return result
 
     def _list_windows(self) -> None:
-        """Keeps the list of the windows at hand that is told when the application hangs."""
+        """Lists the windows, once a second at most: the error of an application that hangs quotes the last list."""
         now = time.monotonic()
         if now - self._listed > _LISTING_SECONDS:
             self._listed = now
-            with suppress(ConnectionClosed):  # the next request tells
+            with suppress(ConnectionClosed):  # the next request raises it
                 self.connection.list_windows()
 
     def explained(self, error: ReplyError, window: str, path: Address, seconds: float) -> ReplyError:
-        """`error` with what there is instead of this widget of this window, after a wait of `seconds`."""
+        """The error with an explanation: how long the call waited, and what there is instead of the widget or window."""
         if error.explanation:
             return error
         explanation = error.explain_later() if error.explain_later is not None else ""
@@ -181,13 +203,17 @@ class App(ClosedOnLeaving):
         return type(error)(error.code, error.message, words, error.candidates)
 
     def watched(self) -> EndWatch:
-        """Turns the end or the silence of the application within it into an error that tells what happened."""
+        """A context in which the end or the silence of the application becomes an error that says what happened."""
         return EndWatch(self)
 
     def wait_for_exit(self, timeout: Optional[float] = None) -> int:
-        """Waits for the application to end by itself and answers its exit status, negative for a signal.
+        """Waits for the application to end by itself.
 
-        Raises TimeoutError when it still runs after `timeout` seconds, and RuntimeError if it came by itself.
+        Args:
+            timeout: seconds to wait, by default those of the application.
+
+        Returns its exit status, negative for a signal. Raises TimeoutError when it still runs then, and RuntimeError for
+        an application that was not started here.
         """
         if self.process is None:
             raise RuntimeError("only the status of an application that was started here is known")
@@ -199,17 +225,21 @@ class App(ClosedOnLeaving):
         return status
 
     def unexpected_end(self) -> Optional[ApplicationEndedError]:
-        """The error that a failed or crashed application is worth, if the test does not know of its end: it has not
-        waited for it, not ended it, and no call of it has raised. None otherwise, and for one that came by itself.
+        """The error for an application that crashed or ended with an error status without the test knowing (end_is_known).
+
+        None otherwise, and for an application that was not started here.
         """
         status = None if self.process is None or self.end_is_known else self.process.status()
         return ended_error(self) if status else None
 
     def terminate(self, grace: float = GRACE_SECONDS) -> Optional[int]:
-        """Closes the connection and ends the application and everything that was started for it.
+        """Closes the connection and ends the application with everything that it started.
 
-        SIGTERM first, SIGKILL after `grace` seconds. Answers the exit status of the process that was started,
-        negative for a signal. An application that came by itself only loses its connection, and None is answered.
+        Args:
+            grace: seconds from SIGTERM to SIGKILL.
+
+        Returns the exit status of the process that was started, negative for a signal. An application that was not
+        started here only loses its connection; then it is None.
         """
         self.end_is_known = True
         self.connection.close()

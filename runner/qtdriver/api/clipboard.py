@@ -20,7 +20,7 @@ _EXTENSION = "+clipboard"
 
 
 class Clipboard:
-    """The clipboard of an application's desktop, as far as it has text. Can be called, which is the same as get()."""
+    """The text on the clipboard of an application's desktop. Calling it is the same as get()."""
 
     def __init__(self, app: "App") -> None:
         self._app = app
@@ -32,7 +32,10 @@ class Clipboard:
         return self.get()
 
     def get(self) -> str:
-        """The text; empty when there is none. With an agent without extensions, it is read by the program xclip."""
+        """The text; empty when there is none. With an agent without extensions, the program xclip reads it.
+
+        Raises ClipboardError when xclip cannot.
+        """
         connection = self._app.connection
 
         def read() -> str:
@@ -43,16 +46,19 @@ class Clipboard:
         return self._app.perform("clipboard.get()", read)
 
     def set(self, text: str) -> None:
-        """Has the application put a text there. Needs an agent with extensions."""
+        """Has the application put a text there. Raises OldAgentError with an agent without extensions."""
         self._app.perform(
             f"clipboard.set({text!r})", lambda: self._app.connection.set_clipboard(text), reads=False
         )
 
 
 def read_clipboard(display: Optional[str] = None) -> str:
-    """The text on the clipboard of an X display, by default that of this process; empty when there is none.
+    """Reads the text on the clipboard of an X display; empty when there is none.
 
-    Raises ClipboardError when there is no display, no xclip (Debian: xclip), or no answer from the clipboard's owner.
+    Args:
+        display: the display, by default that of this process.
+
+    Raises ClipboardError without a display, without xclip, and when the clipboard's owner does not answer.
     """
     name = os.environ.get("DISPLAY", "") if display is None else display
     if not name:

@@ -1,4 +1,4 @@
-"""Finding out what became of an application whose connection is closed, or that does not answer."""
+"""Makes the error for an application whose connection is closed, or that does not answer."""
 
 from __future__ import annotations
 
@@ -26,9 +26,9 @@ _GRACE_SECONDS = 2.0
 
 
 class EndWatch:
-    """Turns the end or the silence of an application within it into an error that tells what happened.
+    """A context in which ConnectionClosed and RequestTimeout become errors that say what happened to the application.
 
-    Written out, since contextlib would be seen in the traceback.
+    It is a class, since the frames of contextlib would appear in tracebacks.
     """
 
     def __init__(self, app: "App") -> None:
@@ -47,8 +47,7 @@ class EndWatch:
 
 
 def error_for(app: "App", error: QtDriverError) -> QtDriverError:
-    """The error to raise for `error`, which is a ConnectionClosed or a RequestTimeout of the application's
-    connection. An application that does not answer is ended."""
+    """The error to raise in place of a ConnectionClosed or a RequestTimeout. Ends an application that does not answer."""
     if isinstance(error, (ApplicationEndedError, ApplicationHangsError)):
         return error
     if not isinstance(error, RequestTimeout):
@@ -71,7 +70,7 @@ def ended_error(app: "App") -> ApplicationEndedError:
 
 
 def _describe_request(app: "App") -> str:
-    """At which request, or after which one, the application ended; empty before the first."""
+    """Words that say at which request, or after which one, the application ended; empty before the first."""
     exchanges = app.connection.transcript.exchanges()
     if not exchanges:
         return ""
@@ -81,10 +80,10 @@ def _describe_request(app: "App") -> str:
 
 
 def _end_process(app: "App") -> bool:
-    """Ends the application, also one that came by itself; whether that could be done."""
+    """Ends the application, also one that came by itself. Returns whether it has ended."""
     app.terminate(_GRACE_SECONDS)
     if app.process is not None:
         return app.process.has_ended()
     if app.connection.process is None:
-        return False  # which process it is only its greeting says: it could be any
+        return False  # only the greeting says which process it is, and a greeting proves nothing
     return end_foreign_process(app.connection.process, _GRACE_SECONDS)

@@ -1,4 +1,4 @@
-"""The test's side of everything: a server, and the applications that it drives."""
+"""The driver: the test's server, and the applications that it starts, waits for and ends."""
 
 from __future__ import annotations
 
@@ -23,15 +23,21 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 
 class Driver(ClosedOnLeaving):
-    """Starts applications, or waits for them, and ends them. A context manager: leaving it ends what it started.
+    """Starts applications, or waits for them, and ends them.
 
-    Agents look for their server at a fixed place, so there can be one driver at a time in a network namespace.
+    It is a context manager: leaving it ends what it started. Agents look for their server at a fixed port, so there can
+    be one driver at a time in a network namespace.
 
     Attributes:
-        timeout: seconds that calls wait for windows and widgets, for applications that are not told otherwise.
+        timeout: seconds that calls wait for windows and widgets, unless launch() or attach() sets another time.
         request_timeout: seconds that a request may take before the application counts as hanging.
         start_timeout: seconds that an application may take until its agent is there.
-        listeners: are told of the steps of every application.
+        listeners: the StepListeners that are notified of the steps of every application.
+
+    Example:
+
+        with Driver(headless=True) as driver:
+            driver.launch("./editor", "notes.txt").window("Notes").button("Save").click()
     """
 
     def __init__(
@@ -46,9 +52,15 @@ class Driver(ClosedOnLeaving):
         server: Optional[Server] = None,
         desktop: Optional[Desktop] = None,
     ) -> None:
-        """Starts to listen. `qt`, `build` and `headless` are for launch() where it is not told otherwise.
+        """Starts to listen.
 
-        `server` and `desktop` are for drivers that come one after the other: they stay the caller's, and open.
+        Args:
+            qt: the Qt version of applications, unless launch() sets one; see there.
+            build: the folder with the agents in qt4, qt5 and qt6, by default the checkout's.
+            headless: whether applications get a desktop without a screen, unless launch() says.
+            timeout, request_timeout, start_timeout: the attributes.
+            server: one that stays the caller's, and open, for drivers that come one after the other.
+            desktop: the same.
 
         Raises PortInUseError when another process listens already.
         """
@@ -88,14 +100,19 @@ class Driver(ClosedOnLeaving):
     ) -> App:
         """Starts a program with the agent inside, and waits until the agent is there.
 
-        `program` is a path, or a name to be found in PATH. `qt` is its Qt version, 4, 5 or 6; needed where the program
-        does not link Qt itself: scripts, interpreters, wrappers. `environment` is added to that of this process.
-        `headless` gives it a desktop without a screen, which all such applications of the driver share.
+        Args:
+            program: a path, or a name to be found in PATH.
+            arguments: the program's arguments.
+            qt: its Qt version, 4, 5 or 6; needed where the program does not link Qt itself, such as a script.
+            environment: variables to add to the environment of this process.
+            working_directory: its current folder, by default that of this process.
+            headless: whether it gets a desktop without a screen, which all such applications of the driver share.
+            start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
-        `start_timeout`, `timeout` and `request_timeout`: as the attributes, which are the defaults.
+        Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError and AgentPathError, and
+        EarlyExitError and NoGreetingError with the program's last output.
 
-        Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError, EarlyExitError and
-        NoGreetingError, each with the program's last output.
+        Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
         surroundings = self._environment(environment, self._headless if headless is None else headless)
         connection, process = start(
@@ -109,7 +126,7 @@ class Driver(ClosedOnLeaving):
             working_directory=working_directory,
         )
         seconds = self.timeout if timeout is None else timeout
-        return self._taken(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
+        return self._register(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
 
     def attach(
         self,
@@ -121,9 +138,13 @@ class Driver(ClosedOnLeaving):
     ) -> App:
         """Waits for an application that loads the agent itself, or was started elsewhere with the agent inside.
 
-        `pid` is its process id, or that of a process that starts it; None takes the first application of this user.
-        Raises NoClientError when none comes in `start_timeout` seconds. The application is not ended with the driver:
-        it only loses its connection.
+        It is not ended with the driver: it only loses its connection.
+
+        Args:
+            pid: its process id, or that of a process that starts it; None takes the first application of this user.
+            start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
+
+        Raises NoClientError when none comes in `start_timeout` seconds.
         """
         seconds = self.start_timeout if start_timeout is None else start_timeout
         wanted = None if pid is None else partial(is_within, pid)
@@ -138,9 +159,9 @@ class Driver(ClosedOnLeaving):
                 f"{whose} connected within {seconds:g} seconds. An agent looks for its server once, when it is "
                 f"created: start the driver first{self._pending_agents.others()}"
             )
-        return self._taken(App(connection, timeout=self.timeout if timeout is None else timeout))
+        return self._register(App(connection, timeout=self.timeout if timeout is None else timeout))
 
-    def _taken(self, app: App) -> App:
+    def _register(self, app: App) -> App:
         app.listeners = self.listeners
         self._apps.append(app)
         return app
@@ -157,7 +178,7 @@ class Driver(ClosedOnLeaving):
     def close(self) -> None:
         """Ends every application that was started here, and stops listening. Closing twice is harmless.
 
-        Agents that have connected and that nobody asked for lose their connection.
+        Agents that have connected without being asked for lose their connection.
         """
         for app in self._apps:
             app.terminate()

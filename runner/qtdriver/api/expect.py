@@ -1,4 +1,4 @@
-"""Conditions that come true eventually: what a test asserts of an application that takes its time."""
+"""eventually(): conditions that a test waits for, since an application reacts in its own time."""
 
 from __future__ import annotations
 
@@ -25,7 +25,7 @@ from .window import Window
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 Expected = Union[Value, List[str], Pattern[str], Containing, Callable[[Value], object]]
-"""A value, items, a pattern or a part to be found in a text, or a function that answers whether it is satisfied."""
+"""A value, items, a pattern or a part to be found in a text, or a function that returns whether it is satisfied."""
 
 _Result = TypeVar("_Result")
 
@@ -50,15 +50,20 @@ def eventually(
 def eventually(
     subject: "Widget | Window | Callable[[], _Result]", *, timeout: Optional[float] = None
 ) -> "WidgetConditions | WindowConditions | ResultConditions[_Result]":
-    """Waits for a condition of a widget, of a window or of what a function returns:
+    """Waits for a condition of a widget, of a window, or of what a function returns.
+
+    Args:
+        subject: a widget, a window, or a function without arguments.
+        timeout: seconds to wait, by default those of the application, and 5 for a function.
+
+    Returns an object with the conditions as methods. They return as soon as their condition is true; at the end of the
+    time they raise ConditionError, an AssertionError, which says what was there instead.
+
+    Example:
 
         eventually(window.widget("status")).has(text="Saved")
         eventually(app.window("Editor")).is_closed()
         eventually(lambda: path.exists()).is_true()
-
-    The methods of the answer return as soon as their condition is true. After `timeout` seconds, by default those of
-    the application and 5 for a function, they raise ConditionError, an AssertionError, which tells what was there
-    instead.
     """
     if isinstance(subject, Widget):
         return WidgetConditions(subject, timeout)
@@ -78,12 +83,18 @@ class WidgetConditions:
         return f"eventually({self._widget})"
 
     def has(self, **properties: Expected) -> None:
-        """Each of these properties has its value, or fits its pattern or function."""
+        """Waits until each of these properties has its value, or fits its pattern or function: has(text="Saved")."""
         for name, expected in properties.items():
             self.has_property(name, expected)
 
     def has_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
-        """One property fits; `argument` is for those that take one."""
+        """Waits until a property fits.
+
+        Args:
+            name: the property.
+            expected: its value, a pattern to be found in it, or a function that returns whether it fits.
+            argument: for the properties that take one.
+        """
         shown = name if argument is None else f"{name}({argument!r})"
         self._wait(
             f"{shown} {_wanted(expected)}",
@@ -97,11 +108,11 @@ class WidgetConditions:
         self.has_property(name, expected, argument)
 
     def is_visible(self) -> None:
-        """The user can see it."""
+        """Waits until the user can see it."""
         self._wait("it to be visible", lambda: self._widget.class_name(timeout=0), lambda _: True)
 
     def is_hidden(self) -> None:
-        """The user cannot see it: it is hidden, or there is no such widget."""
+        """Waits until the user cannot see it: it is hidden, or there is no such widget."""
         self._wait("it to be hidden", self._is_hidden, bool)
 
     def _is_hidden(self) -> bool:
@@ -114,15 +125,15 @@ class WidgetConditions:
         return False
 
     def is_enabled(self) -> None:
-        """It can be used."""
+        """Waits until it can be used."""
         self.has_property("enabled", True)
 
     def is_disabled(self) -> None:
-        """It cannot be used."""
+        """Waits until it cannot be used."""
         self.has_property("enabled", False)
 
     def is_checked(self, on: bool = True) -> None:
-        """It is checked; with False, it is not."""
+        """Waits until it is checked; with False, until it is not."""
         self.has_property("checked", on)
 
     def _wait(self, wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object]) -> None:
@@ -140,15 +151,15 @@ class WindowConditions:
         return f"eventually({self._window})"
 
     def is_open(self) -> None:
-        """There is such a window."""
+        """Waits until there is such a window."""
         self._wait("it to be open", self._window.is_open, lambda opened: opened)
 
     def is_closed(self) -> None:
-        """There is no such window."""
+        """Waits until there is no such window."""
         self._wait("it to be closed", lambda: not self._window.is_open(), lambda closed: closed)
 
     def has_title(self, expected: "str | Pattern[str]") -> None:
-        """Its whole title is this, or the pattern is found in it."""
+        """Waits until its whole title is this, or the pattern is found in it."""
         self._wait(
             f"title {_wanted(expected)}",
             lambda: self._window.title(timeout=0),
@@ -170,15 +181,15 @@ class ResultConditions(Generic[_Result]):
         return f"eventually({_function_name(self._function)})"
 
     def is_true(self) -> None:
-        """It returns something true."""
+        """Waits until the function returns something true."""
         self.satisfies(bool)
 
     def equals(self, expected: object) -> None:
-        """It returns this."""
+        """Waits until the function returns this."""
         _wait_for(f"expected {expected!r}", self._function, lambda value: value == expected, self._seconds)
 
     def satisfies(self, condition: Callable[[_Result], object]) -> None:
-        """It returns something for which `condition` answers true."""
+        """Waits until `condition`, called with what the function returns, is true."""
         name = _function_name(condition)
         _wait_for(f"expected {name} of it to be true", self._function, condition, self._seconds)
 
@@ -239,7 +250,7 @@ def _wanted(expected: Expected) -> str:
 
 
 def _function_name(function: Callable[..., object]) -> str:
-    """Its name; "<lambda>" for one that has none."""
+    """The function's name; "<lambda>" for one that has none."""
     return str(getattr(function, "__name__", repr(function)))
 
 

@@ -1,4 +1,4 @@
-"""Finding widgets by what is known of them."""
+"""Finding widgets by their texts, labels and other properties."""
 
 from __future__ import annotations
 
@@ -33,19 +33,18 @@ class Finder(ABC):
         visible: Optional[bool] = True,
         ref: Optional[int] = None,
     ) -> "FoundWidget":
-        """The widget for which everything holds that is given; every call on it finds it anew, and waits until there is
-        exactly one. Needs an agent with extensions.
+        """The one widget that fulfils all given conditions. Every call on it finds it anew, and waits until there is one.
 
         A text is exact, or containing("a part"), or a regular expression. Mnemonics ("&"), shortcuts after a tab and line
-        breaks do not count.
+        breaks do not count. Needs an agent with extensions.
+
 
         Args:
             class_name: the widget's class, or one of its base classes.
-            text: what it shows as its own: on a button, a tab, a group box, in a label, as a placeholder.
-            label: what tells the user what a field is for: the text of its label, or of the group box that holds nothing
-                else.
+            text: the text that it shows as its own: of a button, a tab, a group box, a label, a placeholder.
+            label: the text of the field's label, or of the group box that holds nothing else.
             name: its object name.
-            placeholder: what an empty field shows.
+            placeholder: the text that it shows while it is empty.
             tooltip: its tool tip.
             action: the text or the object name of a tool button's action.
             accessible: its accessible name.

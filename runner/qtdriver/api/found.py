@@ -1,4 +1,4 @@
-"""A widget that is found by what is known of it."""
+"""A widget that a locator finds."""
 
 from __future__ import annotations
 
@@ -18,10 +18,10 @@ _COUNT = re.compile(r"visible,(\d+)$")
 
 
 class FoundWidget(Widget):
-    """A widget by a locator. Each call finds it anew, and waits until it is visible and the only one.
+    """A widget that a locator finds. Each call finds it anew, and waits until it is visible and the only one.
 
     Attributes:
-        locator: what finds it.
+        locator: the locator.
     """
 
     def __init__(self, window: "Window", locator: Locator, *, as_class: str = "") -> None:
@@ -29,7 +29,7 @@ class FoundWidget(Widget):
         self.locator = locator
 
     def nth(self, number: int) -> "FoundWidget":
-        """One of several, the first being 0, in the order in which the window has them."""
+        """One of several, in the order in which the window has them; `number` counts from 0."""
         if number < 0:
             raise ValueError(f"{number} is no number here: the first one is 0")
         return FoundWidget(
@@ -45,11 +45,11 @@ class FoundWidget(Widget):
         return FoundWidget(self.window, self.locator.at("last", "last()"), as_class=self.as_class)
 
     def within(self, outer: Widget) -> "FoundWidget":
-        """The same within another widget."""
+        """The same widget, but looked for within another one: find("QLabel").within(window.widget("form"))."""
         return FoundWidget(self.window, self.locator.within(outer.as_locator()), as_class=self.as_class)
 
     def count(self, *, timeout: Optional[float] = None) -> int:
-        """How many visible widgets there are now. Waits for the window only."""
+        """How many visible widgets fit now. Waits for the window only."""
 
         def look() -> int:
             try:

@@ -23,15 +23,21 @@ _MOST_PRESSES = 2  # from partly checked by way of checked to not checked
 
 class WidgetItem(ItemAccess):
     """The name of an item in a widget: each call finds widget and item anew.
-    The mouse goes to the item's centre: of a row, a cell, a tab, the header of a page in a tool box. A view scrolls to it,
-    a tree opens the items above it, a tab bar is scrolled with its arrow buttons. With an agent that knows items each call
-    waits, as those on widgets do, until the item is there, enabled, and not covered, unless with `force`; an older one knows the places of the
-    items of lists, trees and tables only, and looks at nothing.
-    Items of a combo box can be chosen, and clicked, which is the same: their list is closed, and opens and closes with that.
+
+    The mouse goes to the item's centre: of a row, a cell, a tab, the header of a page in a tool box. Before that a view
+    scrolls to the item, a tree opens the items above it, a tab bar is scrolled with its arrow buttons. Items of a combo
+    box can only be chosen; a click does that, too.
+
+    Each call waits until the item is there, enabled and not covered, unless with `force`. An agent that does not know
+    items checks nothing, and knows the places of the items of lists, trees and tables only.
+
+    `timeout` of the methods is how many seconds they wait, by default as long as the application says; `force` leaves
+    the checks out.
+
     Attributes:
         widget: the list, tree, table, combo box, tab bar or tool box.
-        address: the item as the widget takes it: its text, its number as the class counts, or what the module
-            `addresses` writes.
+        address: the item as the widget takes it: its text, its number as the class counts, or an address that the module
+            `addresses` has written.
     """
 
     def select(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
@@ -54,7 +60,7 @@ class WidgetItem(ItemAccess):
         force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
-        """Clicks it with the mouse."""
+        """Clicks it with the mouse; `modifier` is held meanwhile, as for a second selected item "control"."""
         is_plain = button == "left" and not modifier
         if is_plain and not self._is_known() and self._served(timeout) in ONLY_CHOSEN:
             self.select(force=force, timeout=timeout)
@@ -87,7 +93,7 @@ class WidgetItem(ItemAccess):
         self._play("MouseMove", "", "", timeout, force)
 
     def scroll_to(self, *, timeout: Optional[float] = None) -> None:
-        """Scrolls what it is in until it is in sight; opens the items above it in a tree."""
+        """Scrolls until it is in sight; opens the items above it in a tree."""
         if self._is_known():
             self._rect(timeout)
         else:
@@ -96,9 +102,15 @@ class WidgetItem(ItemAccess):
     def drag_to(
         self, target: "Widget | WidgetItem", *, to: Position = (0.5, 0.5), timeout: Optional[float] = None
     ) -> None:
-        """Drags it with the left button to an item, or to the position `to` of a widget.
-        Two items of one widget have to be in sight together. A movable tab is dragged to the place of another. Not for what
-        the application moves by drag and drop between programs, as lists move their items: that takes a real user's mouse.
+        """Drags it with the left mouse button.
+
+        Two items of one widget have to be in sight together. A movable tab takes the place of the target. Drag and drop
+        between programs, by which lists move their items, needs a real user's mouse and cannot be done so.
+
+        Args:
+            target: an item, or a widget.
+            to: the position in a widget, as shares of its width and height.
+            timeout: seconds that each step waits.
         """
         if not isinstance(target, WidgetItem):
             if self._is_known():
@@ -115,7 +127,8 @@ class WidgetItem(ItemAccess):
 
     def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
         """Sets its check box, if it is not in that state: makes it the current item, and presses Space.
-        Raises ConditionError where a cell of a table has not got that state by it.
+
+        Raises ConditionError where a cell of a table does not get that state.
         """
         if self._is_known() and self._served(timeout) in TABLES:
             self._check_cell(on, timeout)
@@ -128,7 +141,7 @@ class WidgetItem(ItemAccess):
         self.check(False, timeout=timeout)
 
     def is_selected(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether it is selected; of a tab, a page or an item of a combo box: whether it is the current one."""
+        """Whether it is selected; a tab, a page or an item of a combo box is if it is the current one."""
         served = self._served(timeout)
         if served != COMBO_BOX and self._is_known():
             return "selected" in self._states(timeout)
@@ -137,7 +150,7 @@ class WidgetItem(ItemAccess):
         return self.widget.read("currentText", timeout=timeout) == self.address
 
     def is_checked(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether its check box is checked; in lists, trees and tables."""
+        """Whether its check box is checked. Only for items of lists, trees and tables."""
         if self._is_known():
             return "checked" in self._states(timeout)
         return self.widget.read("itemIsChecked", str(self.address), timeout=timeout) is True
@@ -155,8 +168,10 @@ class WidgetItem(ItemAccess):
         return str(self._read_in_view("itemData", timeout))
 
     def _drag(self, target: "Widget", place: Callable[[], Position], timeout: Optional[float]) -> None:
-        """Presses here, moves to a place on a widget, which is looked for then, and releases there; or here where that
-        fails."""
+        """Presses the left button on the item, then moves to a place of the target and releases it there.
+
+        `place` is called after the press, when the target may have moved. The button is released here where that fails.
+        """
         self._play("MousePress", "left", "", timeout)
         try:
             at = place()
@@ -182,7 +197,7 @@ class WidgetItem(ItemAccess):
             raise ConditionError(f"{self} is {' and '.join(before)} after check({on})")
 
     def _states_after(self, before: Tuple[str, ...], deadline: Deadline) -> Tuple[str, ...]:
-        """The states when the check box has changed, or at the deadline."""
+        """Waits until the check box has changed from the states `before`. Returns the states then, or at the deadline."""
         states = before
         for _ in attempts(deadline):
             states = self._states(0)

@@ -1,4 +1,4 @@
-"""How an item is reached: by an agent that knows items, and by one that does not."""
+"""Reaching an item: by an agent that knows items, and by one that does not."""
 
 from __future__ import annotations
 
@@ -32,8 +32,14 @@ class ItemAccess:
     def __init__(
         self, widget: "Widget", address: "str | int", title: Optional[str] = None, *, as_class: str = ""
     ) -> None:
-        """`title` is how messages and reports call the item within its widget; `as_class` the class that takes the
-        address, if it is not the widget's own."""
+        """Names an item.
+
+        Args:
+            widget: the widget that has it.
+            address: the item, as the widget takes it.
+            title: the call that messages and reports show for it.
+            as_class: the class that takes the address, if the widget's own does not.
+        """
         self.widget = widget
         self.address = address
         self._title = f"item({address!r})" if title is None else title
@@ -45,7 +51,7 @@ class ItemAccess:
     # With an agent that knows items
 
     def _is_known(self) -> bool:
-        """Whether the agent knows items, and can be told which widget this is."""
+        """Whether the agent knows items, and a locator can name the widget."""
         return self._connection.knows_items and not is_special(self.widget.path)
 
     @property
@@ -93,7 +99,7 @@ class ItemAccess:
         return served == COMBO_BOX
 
     def _rect(self, timeout: Optional[float]) -> Rect:
-        """Scrolls to it, and answers where it is on the screen."""
+        """Scrolls to it. Returns where it is on the screen."""
 
         def scroll(path: Address) -> Rect:
             window = self.widget.window.address
@@ -116,8 +122,10 @@ class ItemAccess:
     def _share(
         self, timeout: Optional[float], *, scrolls: bool = True, dragged: Optional[Rect] = None
     ) -> Position:
-        """Its centre as shares of the width and height of its widget, once it is in sight; or where the centre of a tab is
-        to be that is dragged here."""
+        """Scrolls to it. Returns its centre as shares of the width and height of its widget.
+
+        `dragged` is the rectangle of a tab that is being dragged here: then it is where the centre of that has to be.
+        """
         if not self._is_known():
             return self._place(timeout, scrolls=scrolls)
         item, whole = self._rect(timeout), self.widget.rect(timeout=timeout)
@@ -139,7 +147,7 @@ class ItemAccess:
         return self._looked_up(name, read, timeout)
 
     def _place(self, timeout: Optional[float], *, scrolls: bool = True) -> Position:
-        """Scrolls to it, and answers its centre as shares of the width and height of its widget."""
+        """Scrolls to it. Returns its centre as shares of the width and height of its widget."""
 
         def look(path: Address) -> Position:
             finder = self._finder(path)
@@ -188,8 +196,10 @@ def _center(rect: Rect) -> Tuple[int, int]:
 
 
 def _place_of_tab(dragged: Rect, target: Rect) -> Tuple[int, int]:
-    """Where the centre of a dragged tab is when its outer edge is the target's: a wider tab with its centre on the target's
-    would reach the tab beyond that."""
+    """Where the centre of a dragged tab has to be: its outer edge is then where the target's is.
+
+    If its centre were put on the target's, a tab that is wider would also change places with the tab beyond.
+    """
     (x, y), (goal_x, goal_y) = _center(dragged), _center(target)
     if abs(goal_x - x) >= abs(goal_y - y):
         shift = target.right - dragged.right if goal_x > x else target.left - dragged.left

@@ -1,4 +1,4 @@
-"""Keys, typed text, the wheel and the focus: input to whatever a window or a widget is."""
+"""Keys, typed text, the wheel and the focus, for windows and for widgets of every kind."""
 
 from __future__ import annotations
 
@@ -19,7 +19,7 @@ if TYPE_CHECKING:
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _TEXT_PROPERTIES = ("plainText", "cleanText", "text", "currentText")
-"""Where fields have what was typed into them. The first one that there is counts."""
+"""The properties in which fields have their text. The first one that a field has counts."""
 
 _CLICK = mouse_command("MouseClick", "left", None, "")
 
@@ -28,20 +28,31 @@ Send = Callable[[Connection, str, Address], object]
 
 
 class KeyInput(ABC):
-    """Base of all that takes keys: a widget, or a window, which gives them to the widget that has the focus.
+    """Base of widgets and windows, which take keys; a window gives them to the widget that has the focus.
 
-    Keys go the way of a user's: shortcuts, menus and default buttons see them. No input method takes part. They need an
-    agent with extensions. `timeout` is how many seconds the methods wait, by default as long as the application says.
+    Keys take the way of a user's: shortcuts, menus and default buttons see them, but no input method. The methods need an
+    agent with extensions; with another one they raise OldAgentError. `timeout` is how many seconds they wait, by default
+    as long as the application says.
     """
 
     @abstractmethod
     def send_keys(self, action: str, send: Send, timeout: Optional[float]) -> None:
-        """Makes `send` a step, which is titled after the action and repeated until the keys can be taken."""
+        """Sends a request as one step, and repeats it until the widget can take the keys.
+
+        Args:
+            action: names the step in reports.
+            send: sends the request.
+            timeout: seconds to repeat it.
+        """
 
     def press(self, *keys: str, timeout: Optional[float] = None) -> None:
-        """Presses keys and releases them, one after the other: press("Ctrl+Shift+S"), press("Ctrl+K", "Ctrl+C").
+        """Presses and releases keys, one after the other.
 
-        The names are those of QKeySequence's portable texts. Each call may open a dialog; the next one waits for it.
+        Args:
+            keys: their names, as in QKeySequence's portable texts.
+            timeout: seconds to wait until the widget can take them.
+
+        Example: window.press("Ctrl+Shift+S"), window.press("Ctrl+K", "Ctrl+C")
         """
         self._press(f"press({_shown(keys)})", keys, "", timeout)
 
@@ -55,7 +66,7 @@ class KeyInput(ABC):
 
     @contextmanager
     def holding(self, key: str, *, timeout: Optional[float] = None) -> Iterator[None]:
-        """Within it a key is held: `with window.holding("Shift"): window.press("Right", "Right")`."""
+        """A context in which a key is held: `with window.holding("Shift"): window.press("Right", "Right")`."""
         self.key_down(key, timeout=timeout)
         try:
             yield
@@ -121,9 +132,15 @@ class WidgetInput(KeyInput):
         modifier: Modifier = "",
         timeout: Optional[float] = None,
     ) -> None:
-        """Turns the wheel of the mouse over the widget, by steps of the wheel: wheel(down=3).
+        """Turns the wheel of the mouse over the widget.
 
-        `at` is a position as shares of width and height, by default the centre; `modifier` is held meanwhile.
+        Args:
+            up, down, left, right: steps of the wheel.
+            at: the position, as shares of width and height; by default the centre.
+            modifier: the key that is held meanwhile.
+            timeout: seconds to wait until the widget can take it.
+
+        Example: window.widget("map").wheel(up=2, modifier="control")
         """
         command = wheel_command(left - right, up - down, at, modifier)
 
@@ -135,8 +152,8 @@ class WidgetInput(KeyInput):
     def fill(self, text: str, *, timeout: Optional[float] = None) -> None:
         """Replaces the text of a field as a user does: clicks into it, selects all, deletes it, and types.
 
-        Raises ConditionError where the field then has another text, as it has its own idea of what may be typed. Fields
-        of which no property tells the text are not checked, nor texts with a line break or a tab that leave the field.
+        Raises ConditionError where the field then has another text, because it accepts only some. Fields whose text is in
+        no property are not checked, nor are texts with a line break or a tab, which can leave the field.
         """
         connection = self.window.app.connection
         address, locator = _place(self.window.address, self.path)
@@ -171,7 +188,7 @@ class WidgetInput(KeyInput):
 
 
 def _place(window: str, path: Address) -> Tuple[str, Address]:
-    """Where the agent finds the widget, as extensions name it: the window and the locator in it."""
+    """The window and the locator by which extensions name the widget at a path."""
     if is_special(path):
         return (POPUP if str(path).endswith("ActivePopupWidget") else window), ""
     return window, as_locator(path)

@@ -24,12 +24,13 @@ _NO_ENTRY = menu_entry(1_000_000)
 
 
 class Menu:
-    """The name of an entry in the menu bar of a window, in an open menu, or in one that a click opens; see
-    addresses.menu_path().
+    """The name of an entry in the menu bar of a window, in an open menu, or in a menu that a click opens.
+
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
+
     Attributes:
         window: the window with the menu bar, or the open popup.
-        path: the texts of the menus and of the entry, joined by "/".
+        path: the texts of the menus and of the entry, joined by "/"; see addresses.menu_path().
     """
 
     def __init__(self, window: "Window", path: str, bar: Optional[str] = None) -> None:
@@ -42,7 +43,14 @@ class Menu:
 
     @classmethod
     def of_popup(cls, app: "App", path: str, title: str, opener: Callable[..., None]) -> "Menu":
-        """An entry of the menu that `opener`, a click, opens when it is needed. `title` begins its text."""
+        """An entry of a popup menu.
+
+        Args:
+            app: the application.
+            path: the entry.
+            title: the call that messages show for the menu.
+            opener: opens the menu by a click, whenever a method needs it.
+        """
         menu = cls(app.popup(), path)
         menu._opener = opener
         menu._title = title
@@ -53,8 +61,9 @@ class Menu:
 
     def activate(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Opens the menus on the way with the keyboard and chooses the entry.
-        Before that the top right corner of the menu bar is clicked. Where that would press a button, it is a
-        CornerButtonError; `force` clicks nevertheless. A bar that was given by its path is not looked at.
+
+        Before that the agent clicks the top right corner of the menu bar. Raises CornerButtonError where that would press
+        a button; `force` clicks nevertheless. A bar that was given by its path is not checked.
         """
         self._act("activate()", None, force, timeout)
 
@@ -67,15 +76,18 @@ class Menu:
         self.activate(force=force, timeout=timeout)
 
     def hover(self, *, timeout: Optional[float] = None) -> None:
-        """Moves the mouse onto the entry, for its tool tip and status tip; the menu of an entry that has one opens by it.
-        The menus on the way are opened by clicks, and all stay open: until the next call on the menu, or press("Escape").
-        Needs an agent with items.
+        """Moves the mouse onto the entry, which shows its tool tip and status tip, and opens its submenu.
+
+        The menus on the way are opened by clicks, and stay open until the next call on the menu, or press("Escape").
+        Raises OldAgentError with an agent that does not know items.
         """
         self._use_mouse("hover()", mouse_command("MouseMove", "", None, ""), timeout)
 
     def right_click(self, *, timeout: Optional[float] = None) -> None:
-        """Clicks the entry with the right mouse button, for a menu with context menus of its own; others are chosen by it.
-        The rest is as for hover()."""
+        """Clicks the entry with the right mouse button; the rest is as for hover().
+
+        It is for menus that have context menus for their entries: in other menus it chooses the entry.
+        """
         self._use_mouse("right_click()", mouse_command("MouseClick", "right", None, ""), timeout)
 
     def uncheck(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
@@ -158,7 +170,7 @@ class Menu:
         )
 
     def _look(self, action: str, read: Callable[[Address], _Result], timeout: Optional[float]) -> _Result:
-        """Reads of the menu. One that had to be opened for that is closed again."""
+        """Makes a call that only reads. Closes a menu that had to be opened for it."""
         self._open(timeout)
         try:
             return self._perform(action, read, True, timeout)
@@ -171,7 +183,7 @@ class Menu:
             self._opener(timeout=timeout)
 
     def _close(self) -> None:
-        """Closes the open menu: where it has no such entry, the agent leaves it by Escape."""
+        """Closes the open menu, by choosing an entry that does not exist: the agent presses Escape then."""
         connection = self.window.app.connection
 
         def leave(popup: Address) -> None:
@@ -190,7 +202,15 @@ class Menu:
         *,
         opens: bool = False,
     ) -> _Result:
-        """Makes `call` with the path of the widget that has the entries; `opens` says that it opens a menu by a click."""
+        """Makes a call as one step, with the address of the widget that has the entries.
+
+        Args:
+            action: names the step in reports.
+            call: makes the requests.
+            reads: whether the call only reads.
+            timeout: seconds to repeat it.
+            opens: whether it opens a menu by a click into the corner of the bar, which is checked then.
+        """
         window = self.window
 
         def find_and_call() -> _Result:

@@ -1,4 +1,4 @@
-"""Mouse commands as the protocol writes them."""
+"""Mouse commands as the protocol writes them, and repeating them when the mouse has missed."""
 
 from __future__ import annotations
 
@@ -26,20 +26,20 @@ _MODIFIERS: Dict[str, str] = {
     "alt": "AltModifier",
 }
 RETRYABLE_KINDS = ("MousePress", "MouseClick", "MouseDoubleClick")
-"""Those that begin with the mouse's way to the widget, and can begin anew if that missed."""
+"""The kinds that can be repeated after the mouse has missed the widget: they begin by moving it there."""
 
-_ASIDE = "{}:{}:0.27:0.23:"  # a place that nobody asks for
+_ASIDE = "{}:{}:0.27:0.23:"  # a place that no test is likely to use
 _KINDS = ("MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "MouseMove")
 
 
 def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str) -> str:
-    """The command "type:button:x:y:modifier". Raises ValueError for an unknown word or a position outside."""
+    """The command "type:button:x:y:modifier". Raises ValueError for an unknown word, and a share beyond 0.0 to 1.0."""
     _check_words((kind, _KINDS), (button, _BUTTONS), (modifier, _MODIFIERS))
     return f"{kind}:{_BUTTONS[button]}:{_shares(at)}:{_MODIFIERS[modifier]}"
 
 
 def wheel_command(horizontal: int, vertical: int, at: Optional[Position], modifier: str) -> str:
-    """The command "x:y:modifier:horizontal:vertical", in steps to the left and upwards. Errors as above."""
+    """The command "x:y:modifier:horizontal:vertical", in steps to the left and upwards. Raises as mouse_command()."""
     _check_words((modifier, _MODIFIERS))
     return f"{_shares(at)}:{_MODIFIERS[modifier]}:{horizontal}:{vertical}"
 
@@ -61,12 +61,20 @@ def _shares(at: Optional[Position]) -> str:
 def repeatable(
     connection: Connection, window: str, act: Callable[[Address], _Result], button: MouseButton = "left"
 ) -> Callable[[Address], _Result]:
-    """`act`, which presses `button` on the widget of the path it is given, made fit to be repeated after a ObscuredError.
+    """Wraps a call that presses a mouse button so that it can be repeated after an ObscuredError.
 
-    A mouse that missed stands where it was to go. Started again from there, the agent has no move to make and presses at
-    once, and a press that misses, too, leaves the button held: the next move is a drag. So the mouse goes aside first.
-    An act that missed has reached no widget, but for one whose press has the window go away: when it is back, the press
-    is made again.
+    After a miss the mouse stands where it was to go. If the call was repeated from there, the agent would have no move to
+    make and press at once, and a press that misses, too, leaves the button held: the next move would be a drag. So the
+    mouse is moved aside first. A call that missed has reached no widget, unless its press made the window disappear: when
+    that is back, it is pressed again.
+
+    Args:
+        connection: the connection to the agent.
+        window: the window of the widget.
+        act: the call; it takes the address of the widget.
+        button: the button that it presses.
+
+    Returns the call to repeat.
     """
     missed = False
 
@@ -86,16 +94,18 @@ def repeatable(
             raise
         except ObscuredError:
             if may_have_been_there and not missed and button:
-                _let_go(connection, window, path, button)
+                _release(connection, window, path, button)
             missed = True
             raise
 
     return act_again
 
 
-def _let_go(connection: Connection, window: str, path: Address, button: MouseButton) -> None:
-    """Releases the button of a press that may have missed. The first request only gets the mouse there, unless the window
-    has come to the front."""
+def _release(connection: Connection, window: str, path: Address, button: MouseButton) -> None:
+    """Releases the button of a press that may have missed.
+
+    The first request moves the mouse there and may fail for that; the second one releases the button where it is.
+    """
     command = _ASIDE.format("MouseRelease", _BUTTONS[button])
     for _ in range(2):
         with suppress(ObscuredError):

@@ -20,7 +20,10 @@ _CLEAR = (0, 0, 0, 0)
 
 
 def grab_screen(display: Optional[str] = None) -> "Image":
-    """A picture of the whole screen of an X display, by default that of this process.
+    """Takes a picture of a whole screen.
+
+    Args:
+        display: the X display, by default that of this process.
 
     Raises PictureError when there is no display, or no Pillow (Debian: python3-pil).
     """
@@ -38,7 +41,7 @@ def grab_screen(display: Optional[str] = None) -> "Image":
 
 
 def save_screenshot(path: Path, display: Optional[str] = None) -> Path:
-    """Saves grab_screen() in the format of the ending of `path`, and answers `path`."""
+    """Saves the picture of grab_screen() in the format of the ending of `path`. Returns `path`."""
     grab_screen(display).save(path)
     return path
 

@@ -1,4 +1,4 @@
-"""Steps of a test, and who is told of them."""
+"""Steps of a test, and the listeners that are notified of them."""
 
 from __future__ import annotations
 
@@ -15,24 +15,24 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 
 class StepListener:
-    """Is told of the steps of applications; see App.listeners. Its methods do nothing here.
+    """Base of listeners, which are notified of the steps of applications; see App.listeners.
 
-    They may ask the application themselves, through its connection.
+    The methods do nothing here. In a subclass they may send requests through the application's connection.
     """
 
     def __repr__(self) -> str:
         return f"<{type(self).__name__}>"
 
     def step_started(self, app: "App", step: Step) -> None:
-        """The step begins: nothing has been asked yet."""
+        """Called when a step begins, before its first request."""
 
     def step_ended(self, app: "App", step: Step) -> None:
-        """The step is complete, also when it failed."""
+        """Called when a step is complete, also when it failed."""
 
 
 @contextmanager
 def run_step(app: "App", title: str, reads: bool) -> Iterator[Optional[Step]]:
-    """Puts what is done within it under one title. A step within a step belongs to the outer one, and yields None."""
+    """A context whose requests are one step of the test. Within another step it yields None: they belong to that."""
     step = Step(title, reads)
     if not app.connection.transcript.begin(step):
         yield None

@@ -1,13 +1,19 @@
-"""The values of a widget that are made of its properties."""
+"""Values that are read from a widget's properties."""
 
 from __future__ import annotations
 
 from pathlib import Path
-from typing import Callable, Dict, Optional, Tuple
+from typing import TYPE_CHECKING, Any, Callable, Dict, Optional, Tuple
 
 from ..errors import CommandError, ProtocolError
+from ..lookup.item_names import with_item_suggestions
+from ..lookup.snapshot import Snapshot, SnapshotNode
+from ..protocol.locators import Address, as_locator
 from ..protocol.wire import Rect, Value
 from .pictures import read_xpm
+
+if TYPE_CHECKING:
+    from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -15,9 +21,29 @@ _NOT_AMONG_PROPERTIES = ("propertyNames", "pseudoPropertyNames", "globalRect")
 
 
 class WidgetValues:
-    """Reads values of a widget that take more than a single property."""
+    """Reads values of a widget, as Python has them. `timeout` is as for Widget."""
 
-    read: Callable[..., Value]
+    window: "Window"
+    as_class: str
+    perform: Callable[..., Any]
+
+    def read(self, name: str, argument: Optional[str] = None, *, timeout: Optional[float] = None) -> Value:
+        """The value of a property of Qt or of the widget's class; `argument` is for properties that take one."""
+        shown = repr(name) if argument is None else f"{name!r}, {argument!r}"
+        connection, address = self.window.app.connection, self.window.address
+
+        def look(path: Address) -> Value:
+            return with_item_suggestions(
+                connection,
+                address,
+                path,
+                argument,
+                lambda: connection.read_property(address, path, name, argument, widget_class=self.as_class),
+                self.as_class,
+            )
+
+        value: Value = self.perform(f"read({shown})", look, timeout=timeout)
+        return value
 
     def text(self, *, timeout: Optional[float] = None) -> str:
         """The property "text" as text, whatever its type."""
@@ -52,9 +78,9 @@ class WidgetValues:
         return value
 
     def properties(self, *, timeout: Optional[float] = None) -> Dict[str, Value]:
-        """Every property that has a value which can be told and takes no argument.
+        """The values of all properties that take no argument and have a type that replies can carry.
 
-        Without the listings of the names, and without "globalRect", which moves the window to be read.
+        The lists of names are left out, and "globalRect", since reading it raises and moves the window.
         """
         values: Dict[str, Value] = {}
         for listing in ("pseudoPropertyNames", "propertyNames"):
@@ -69,10 +95,28 @@ class WidgetValues:
         return values
 
     def save_picture(self, name: str, path: "Path | str", *, timeout: Optional[float] = None) -> Path:
-        """Saves the picture or icon in the property `name`; the ending of `path` tells the format."""
+        """Saves the picture or icon in a property.
+
+        Args:
+            name: the property.
+            path: the file; its ending is the format, such as ".png".
+            timeout: seconds to wait for the widget.
+
+        Returns `path`. Raises ProtocolError when the property holds no picture, and PictureError without Pillow.
+        """
         value = self.read(name, timeout=timeout)
         if not isinstance(value, bytes):
             raise ProtocolError(f"not a picture: {value!r}")
         file = Path(path)
         read_xpm(value).save(file)
         return file
+
+    def snapshot(self, *, timeout: Optional[float] = None) -> Snapshot:
+        """All that the widget shows now; prints as an outline. Needs an agent with extensions."""
+
+        def take(path: Address) -> Snapshot:
+            window = self.window
+            return Snapshot(SnapshotNode.of(window.app.connection.snapshot(window.address, as_locator(path))))
+
+        snapshot: Snapshot = self.perform("snapshot()", take, timeout=timeout)
+        return snapshot

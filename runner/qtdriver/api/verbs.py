@@ -1,4 +1,4 @@
-"""The words that people try first on a widget, its items, and the menus that it opens."""
+"""Methods of a widget that are made of others: by what people guess, for its items, and for the menus that it opens."""
 
 from __future__ import annotations
 
@@ -17,13 +17,11 @@ if TYPE_CHECKING:
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-_DELAYED_POPUP = (
-    0  # of QToolButton::ToolButtonPopupMode: a click is the button's own, a long press opens the menu
-)
+_DELAYED_POPUP = 0  # QToolButton::DelayedPopup: a click presses the button, a long press opens the menu
 
 
 class Verbs:
-    """The words of a widget that are made of others."""
+    """Base of Widget with the methods that are made of others."""
 
     window: "Window"
     select: Callable[..., None]
@@ -53,7 +51,7 @@ class Verbs:
         self.click("right", at=at, modifier=modifier, force=force, timeout=timeout)
 
     def scroll_to(self, *, timeout: Optional[float] = None) -> None:
-        """Scrolls the areas that it is in until it is in sight, without the mouse. Needs an agent with items."""
+        """Scrolls the areas around it until it is in sight, without the mouse. Needs an agent that knows items."""
 
         def scroll(path: Address) -> Rect:
             return self.window.app.connection.scroll(self.window.address, as_locator(path))
@@ -63,16 +61,19 @@ class Verbs:
     def item(self, address: "str | int") -> WidgetItem:
         """An item of a list, tree, table, combo box, tab bar or tool box, to click, check or drag.
 
-        By its text, its number as the class counts, or its address: see the module `addresses`.
+        Args:
+            address: its text, its number as the class counts, or an address that the module `addresses` writes.
+
+        Example: window.widget("drinks").item("Espresso").click()
         """
         return WidgetItem(self, address)  # type: ignore[arg-type]
 
     def cell(self, row: Section, column: Section) -> WidgetItem:
-        """A cell of a table, by the texts of the headers, or by numbers of which the first is 1."""
+        """A cell of a table, by the texts of its headers, or by numbers from 1: cell("Espresso", "Price")."""
         return WidgetItem(self, cell(row, column), f"cell({row!r}, {column!r})")  # type: ignore[arg-type]
 
     def column_header(self, column: Section) -> HeaderSection:
-        """The header of a column of a table or tree, by its text or number, of which the first is 1; to click or drag."""
+        """The header of a column of a table or tree, by its text or its number from 1; to click or drag."""
         return HeaderSection(self, f"H:{column}", f"column_header({column!r})")  # type: ignore[arg-type]
 
     def row_header(self, row: Section) -> HeaderSection:
@@ -88,7 +89,7 @@ class Verbs:
         return Menu.of_popup(self.window.app, path, f"{self}.menu", self._open_menu)
 
     def _open_menu(self, *, timeout: Optional[float] = None) -> None:
-        """Clicks; but on a tool button whose click does something else, holds the mouse down until the menu is there."""
+        """Clicks the button; or holds the mouse down until the menu is there, on a tool button whose menu opens so."""
         try:
             is_held = self.read("popupMode", timeout=timeout) == _DELAYED_POPUP
         except CommandError:

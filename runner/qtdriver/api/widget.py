@@ -14,15 +14,14 @@ from ..errors import (
     WidgetNotFoundError,
 )
 from ..lookup.item_names import with_item_suggestions
-from ..lookup.snapshot import Snapshot, SnapshotNode
+from ..lookup.refusals import refuse_without_editor
 from ..lookup.visible_texts import Search
 from ..protocol.connection import Connection
-from ..protocol.wire import Argument, Value
 from ..protocol.locators import Address, Locator, as_locator, raw_locator
+from ..protocol.wire import Argument
 from .finding import Finder
 from .keys import WidgetInput
 from .mouse import RETRYABLE_KINDS, Modifier, MouseButton, Position, mouse_command, repeatable
-from ..lookup.refusals import refuse_without_editor
 from .values import WidgetValues
 from .verbs import Verbs
 
@@ -35,20 +34,20 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 _Result = TypeVar("_Result")
 
 
-class Widget(Finder, Verbs, WidgetInput, WidgetValues):
+class Widget(Finder, WidgetValues, Verbs, WidgetInput):
     """The name of a widget: each call finds the widget anew, and waits until it is visible and the only one.
 
-    What acts on it also waits until a user could: until it is enabled, at rest, in sight in its window, and not covered,
-    and until the item is there that the call names. Then it is a NotReadyError with the reason. `force` leaves that out:
-    the input goes to whatever is at the place, and a disabled widget or a missing item is a CommandError at once. So it is
-    in an application whose agent has no extensions, and of a window's focus_widget().
+    Calls that act on it also wait until a user could: until it is enabled, at rest, in sight in its window and not
+    covered, and until the item exists that the call names. They raise NotReadyError with the reason when that takes too
+    long. With `force` they check nothing: the input goes to whatever is at the place, and a disabled widget or a missing
+    item is a CommandError at once. So it is, too, with an agent without extensions, and on a window's focus_widget().
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
 
     Attributes:
         window: the window that it is in.
-        path: its name, with names of ancestors in front where it takes them; or a locator.
-        as_class: the base class to be served as; empty for the nearest that the agent knows.
+        path: its name, with as many names of ancestors in front as it needs; or a locator.
+        as_class: the base class to serve it as; empty for the nearest that the agent knows.
     """
 
     def __init__(
@@ -60,7 +59,13 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         search: Optional[Search] = None,
         title: str = "",
     ) -> None:
-        """`search` finds it where no visible widget has that path, or where that is empty. `title` is how messages call it within its window."""
+        """Names a widget.
+
+        Args:
+            window, path, as_class: the attributes.
+            search: finds the widget where no visible one has that path, or where the path is empty.
+            title: the call on the window that messages show for it.
+        """
         self.window = window
         self.path = path
         self.as_class = as_class
@@ -71,7 +76,7 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         return f"{self.window}.{self.call()}"
 
     def call(self) -> str:
-        """The call on the window that makes it, as messages and reports show it."""
+        """The call on the window that makes it, for messages and reports."""
         return self._title
 
     def as_locator(self) -> Locator:
@@ -94,7 +99,13 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
     ) -> str:
         """Does what the widget is for: presses a button, chooses an item, a tab, a page.
 
-        The widget's class decides what `value` and `option` mean. Answers the class that served the widget.
+        Args:
+            value, option: mean what the widget's class makes of them.
+            force, timeout: see the class.
+
+        Returns the class that served the widget.
+
+        Example: window.widget("drinks").activate("Espresso")
         """
         shown = [repr(argument) for argument in (value, option) if argument is not None]
         connection, address = self._connection, self.window.address
@@ -120,18 +131,25 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
     def select(self, item: "str | int", *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Chooses an item of a list, tree, table, combo box, tab bar or tool box, once it is there.
 
-        By its text, its number as the class counts, or its address: see the module `addresses`.
+        `item` is its text, its number as the class counts, or an address that the module `addresses` writes.
         """
         self.activate(item, force=force, timeout=timeout)
 
     def enter(
         self, value: "str | int | bool", *, force: bool = False, timeout: Optional[float] = None
     ) -> str:
-        """Replaces what the widget holds, with the keyboard: "Ada\\n" types Ada and presses Return.
+        """Replaces the widget's text or value by the keyboard; in item views that of the current item.
 
-        In item views it edits the current item. A text for a list, tree or table whose edit triggers open no editor for
-        it is a NoEditorError, since the keys would do other things; `force` sends them nevertheless, for an application
-        that opens editors by itself, or has one open. Answers the class that served the widget.
+        Args:
+            value: the text or value; in line edits, a line break at the end presses Return.
+            force: also enters a text into a view whose edit triggers open no editor, for an application that opens
+                editors by itself or has one open.
+            timeout: see the class.
+
+        Returns the class that served the widget. Raises NoEditorError for a text for a list, tree or table that opens no
+        editor for it, since the keys would act on the view itself.
+
+        Example: window.widget("customerEdit").enter("Ada\\n")
         """
         connection, address = self._connection, self.window.address
 
@@ -151,10 +169,15 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
-        """Clicks with the mouse; `at` is a position as shares of width and height, (0.5, 0.5) being the centre.
+        """Clicks with the mouse.
 
-        Without `at`, buttons are clicked where they react, and item views at their current item. A share of 1.0 is beyond
-        the edge, where nobody can tell what is meant to get the click: it is forced.
+        Args:
+            button: the mouse button.
+            at: the position, as shares of width and height: (0.5, 0.5) is the centre. Without it, buttons are clicked
+                where they react, and item views at their current item. A share of 1.0 is beyond the edge, where no check
+                can tell which widget is meant, so that the click is forced.
+            modifier: the key that is held meanwhile.
+            force, timeout: see the class.
         """
         self.mouse("MouseClick", button, at=at, modifier=modifier, force=force, timeout=timeout)
 
@@ -185,11 +208,16 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
-        """Presses the left button at `at`, moves to the position `to` of `target`, and releases it there.
+        """Drags with the left mouse button from this widget to another one.
 
-        Both places have to be ready before the button is pressed, for which the mouse goes to the target first. From
-        then on nothing is checked: what is dragged may move with the mouse, or cover the target. Where that fails, the
+        Both places are checked before the button is pressed, for which the mouse goes to the target first. After that
+        nothing is checked, since the dragged thing may move with the mouse, or cover the target. If the drag fails, the
         button is released on this widget.
+
+        Args:
+            target: the widget to drop on.
+            at, to: the positions in this widget and in the target, as shares of width and height.
+            force, timeout: see the class.
         """
         if self._connection.knows_locators and not force:
             target.hover(at=to, timeout=timeout)
@@ -212,10 +240,13 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         force: bool = False,
         timeout: Optional[float] = None,
     ) -> None:
-        """Plays one of MousePress, MouseRelease, MouseClick, MouseDoubleClick, MouseMove; see click().
+        """Plays a single mouse command; the other arguments are those of click().
 
-        A move or a release may be part of a drag, which would lose a move if it were repeated: where no window of the
-        application is, they fail at once, and they never wait until a user could.
+        Moves and releases may be part of a drag, which repeating would break: they are never checked, and fail at once
+        where no window of the application is.
+
+        Args:
+            kind: "MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick" or "MouseMove".
         """
         self._play_mouse(kind, button, at, modifier, timeout, kind in RETRYABLE_KINDS, force)
 
@@ -231,7 +262,7 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
     ) -> None:
         command = mouse_command(kind, button, at, modifier)
         force = force or (at is not None and 1.0 in at)
-        # Served as buttons or item views, widgets choose the place of a click themselves and ignore a position.
+        # Buttons and item views choose the place of a click themselves; served as QWidget they take a position.
         served_as = self.as_class or ("" if at is None else "QWidget")
         self._act(
             f"mouse({_listed([repr(command)], force)})",
@@ -245,30 +276,13 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         )
 
     def locate(self, *, timeout: Optional[float] = None) -> str:
-        """Brings the window to the front, puts the cursor on the widget's top left pixel, answers its class.
+        """Brings the window to the front and puts the cursor on the widget's top left pixel. Returns its class.
 
         The path has to end with an object name or "unnamed": the agent does not look for derived names here.
         """
         return self._act(
             "locate()", lambda path: self._connection.locate_widget(self.window.address, path), timeout
         )
-
-    def read(self, name: str, argument: Optional[str] = None, *, timeout: Optional[float] = None) -> Value:
-        """The value of a property of Qt or of the widget's class; `argument` is for those that take one."""
-        shown = repr(name) if argument is None else f"{name!r}, {argument!r}"
-        connection, address = self._connection, self.window.address
-
-        def look(path: Address) -> Value:
-            return with_item_suggestions(
-                connection,
-                address,
-                path,
-                argument,
-                lambda: connection.read_property(address, path, name, argument, widget_class=self.as_class),
-                self.as_class,
-            )
-
-        return self.perform(f"read({shown})", look, timeout=timeout)
 
     def is_visible(self) -> bool:
         """Whether the user can see such a widget now. Waits for the window only."""
@@ -281,20 +295,10 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
             except (WidgetNotFoundError, NotVisibleError):
                 return False
             except AmbiguousError:
-                return True  # there are even several
+                return True  # several are visible
             return True
 
         return self.window.perform(f"{self._title}.is_visible()", look, path=self.path)
-
-    def snapshot(self, *, timeout: Optional[float] = None) -> Snapshot:
-        """All that the widget shows now; prints as an outline. Needs an agent with extensions."""
-        return self.perform(
-            "snapshot()",
-            lambda path: Snapshot(
-                SnapshotNode.of(self._connection.snapshot(self.window.address, as_locator(path)))
-            ),
-            timeout=timeout,
-        )
 
     @property
     def _connection(self) -> Connection:
@@ -309,9 +313,15 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         button: MouseButton = "left",
         force: bool = False,
     ) -> _Result:
-        """Makes `call` with the address, which has the agent check first whether a user could, unless with `force`.
+        """Makes a call that acts, as one step.
 
-        It is repeated when the mouse misses the window, if it may be; what may not is never checked.
+        Args:
+            action: names the step in reports.
+            call: makes the request; it takes the address of the widget.
+            timeout: seconds to repeat it.
+            is_repeatable: whether it may be repeated when the mouse misses the window; other calls are not checked.
+            button: the mouse button that it presses.
+            force: leaves out the agent's checks.
         """
         if not is_repeatable:
             return self.perform(action, call, reads=False, timeout=timeout, retryable=RETRYABLE_LOOKUPS)
@@ -343,7 +353,7 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
         )
 
     def _with_path(self, call: Callable[[Address], _Result]) -> _Result:
-        """Makes `call` with the path; where no visible widget has that, with the one that the search finds."""
+        """Makes `call` with the path; where no visible widget has that, with the address that the search finds."""
         if self.path or self._search is None:
             try:
                 return call(self.path)
@@ -354,5 +364,5 @@ class Widget(Finder, Verbs, WidgetInput, WidgetValues):
 
 
 def _listed(arguments: Sequence[str], force: bool) -> str:
-    """The arguments of a call as a title shows them."""
+    """The arguments of a call, for the title of its step."""
     return ", ".join([*arguments, "force=True"] if force else arguments)

@@ -45,11 +45,11 @@ class Window(Finder, KeyInput):
 
     Attributes:
         app: the application.
-        address: the window as a request names it.
+        address: the name of the window in requests.
     """
 
     def __init__(self, app: "App", address: str, title: str) -> None:
-        """`title` is how messages and reports call the window."""
+        """`title` is the call that messages and reports show for the window."""
         self.app = app
         self.address = address
         self._title = title
@@ -58,26 +58,30 @@ class Window(Finder, KeyInput):
         return self._title
 
     def widget(self, path: str, *, as_class: str = "") -> Widget:
-        """The widget at `path`: its name, and as many names of its ancestors in front as it takes, joined by "/".
+        """The widget at a path.
 
-        "dialog//ok" is an "ok" at any depth below "dialog". `as_class` is one of its base classes, to be served as.
+        Args:
+            path: its name, with as many names of ancestors in front as it needs, joined by "/".
+            as_class: one of its base classes, to serve it as.
+
+        Example: window.widget("dialog/ok"); window.widget("dialog//ok") is an "ok" at any depth below "dialog".
         """
         return Widget(self, path, as_class=as_class)
 
     def button(self, text: str) -> Widget:
-        """The button that shows `text`: a push button without an object name, else any push button, else a tool button."""
+        """The button that shows a text: a push button without an object name, or any push button, or a tool button."""
         return Widget(self, button_name(text), search=button_showing(text), title=f'button("{text}")')
 
     def checkbox(self, text: str) -> Widget:
-        """The check box that shows `text`, or where there is none, the radio button."""
+        """The check box that shows a text; where there is none, the radio button."""
         return Widget(self, "", search=checkbox_showing(text), title=f'checkbox("{text}")')
 
     def field(self, label: str) -> Widget:
-        """The field with this label, or where there is none, with this placeholder. Needs an agent with extensions."""
+        """The field with this label; where there is none, with this placeholder. Needs an agent with extensions."""
         return Widget(self, "", search=field_labelled(label), title=f'field("{label}")')
 
     def tab(self, text: str) -> WidgetItem:
-        """The tab with this text, of whatever tab bar has one; to click."""
+        """The tab with this text, whichever tab bar it is in; to click."""
         bar = Widget(self, "", search=tab_bar_showing(text), title=f'tab("{text}")')
         return WidgetItem(bar, text, "")
 
@@ -85,20 +89,30 @@ class Window(Finder, KeyInput):
         return FoundWidget(self, found if isinstance(found, Locator) else raw_locator(found))
 
     def focus_widget(self) -> Widget:
-        """The widget that has the keyboard focus: for activate, enter and mouse, which act on it."""
+        """The widget that has the keyboard focus. It takes activate, enter and mouse, but has no properties to read."""
         return Widget(self, "FocusWidget")
 
     def menu(self, path: str, *, bar: Optional[str] = None) -> Menu:
-        """An entry of the window's menu bar: menu("File/Save as..."); of a popup(), an entry of that menu.
+        """An entry of the window's menu bar; of a popup(), an entry of that menu.
 
-        `bar` is the path of the menu bar, for a window where it is not the only one or has no unique name.
+        Args:
+            path: the texts of the menus and of the entry, joined by "/"; see addresses.menu_path().
+            bar: the path of the menu bar, for a window that has several.
+
+        Example: window.menu("File/Save as...").activate()
         """
         return Menu(self, path, bar)
 
     def file(self, path: "Path | str", *, timeout: Optional[float] = None) -> None:
         """Chooses a file in the file dialog that this window is, and accepts the dialog.
 
-        Relative paths count from the folder that the dialog shows. Only for the dialogs that Qt draws.
+        Works only with dialogs that Qt draws, not with those of the operating system.
+
+        Args:
+            path: the file; a relative path counts from the folder that the dialog shows.
+            timeout: see the class.
+
+        Example: app.modal().file("/tmp/a.txt")
         """
         connection = self.app.connection
         choose = repeatable(
@@ -150,7 +164,7 @@ class Window(Finder, KeyInput):
         )
 
     def tree(self, *, timeout: Optional[float] = None) -> WidgetTree:
-        """All widgets of the window, with the names that paths call them by as far as they can be known."""
+        """All widgets of the window, with their names in paths, as far as these can be known."""
         return self.perform("tree()", lambda: list_tree(self.app.connection, self.address), timeout=timeout)
 
     def snapshot(self, *, timeout: Optional[float] = None) -> Snapshot:
@@ -183,9 +197,9 @@ class Window(Finder, KeyInput):
         )
 
     def menu_bar_path(self, *, opens: bool = False) -> Address:
-        """The address of what has the window's menu entries: the popup itself, or the menu bar. Does not wait.
+        """The address of the widget with the window's menu entries: the popup itself, or the menu bar. Does not wait.
 
-        With `opens`, a bar whose menus cannot be opened without pressing a button is a CornerButtonError.
+        With `opens`, raises CornerButtonError for a bar whose menus cannot be opened without pressing a button.
         """
         if self.address == POPUP:
             return "ActivePopupWidget"
@@ -195,8 +209,10 @@ class Window(Finder, KeyInput):
         return address
 
     def _find(self, class_name: str) -> Tuple[WidgetTree, Node, Address]:
-        """The widgets of the window, the outermost visible one that is served as this class, and its address: a path, or
-        where none finds it alone, a locator."""
+        """Finds the outermost visible widget that is served as a class.
+
+        Returns the widgets of the window, that widget, and its address: a path, or a locator where no path finds it alone.
+        """
         connection = self.app.connection
         tree = list_tree(connection, self.address)
         node = outermost_served_as(connection, self.address, tree, class_name)

@@ -24,7 +24,7 @@ _VALUES = (
 
 
 def typed_value(text: Optional[str]) -> Argument:
-    """A value as the command line writes it. Raises ValueError for a prefix with something else behind it."""
+    """The value of a text of the command line. Raises ValueError where the text behind its prefix is no such value."""
     if text is None:
         return None
     kind, rest = text[:2], text[2:]

@@ -57,7 +57,7 @@ examples:
 
 
 class _Parser(argparse.ArgumentParser):
-    """A parser whose complaint is an error like others, for a person or for a program."""
+    """A parser that raises UsageError, so that a wrong command line is reported like other errors, also as JSON."""
 
     def error(self, message: str) -> NoReturn:
         """Raises the UsageError for what is wrong."""
@@ -65,14 +65,15 @@ class _Parser(argparse.ArgumentParser):
 
 
 def wants_json(arguments: Sequence[str]) -> bool:
-    """Whether JSON is asked for by a command line, which may be wrong."""
+    """Whether a command line asks for JSON, also one that is wrong otherwise."""
     return "--json" in _split(arguments)[0]
 
 
 def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
-    """Parses the command line without the program's name. Raises UsageError when it is wrong; exits after --help.
+    """Parses the command line without the program's name. Exits after --help.
 
-    `action` is the command's word; "run" and "doctor" have `command`: the application with its arguments.
+    Returns the arguments: `action` is the name of the command; "run" and "doctor" have the application with its arguments
+    in `command`. Raises UsageError when the command line is wrong.
     """
     ours, application = _split(arguments)
     parser, run = _parsers()
@@ -117,7 +118,7 @@ def _parsers() -> Tuple[_Parser, _Parser]:
 
 
 def verb_parser(verb: Verb) -> _Parser:
-    """The parser of a command in the console, where the application is at hand."""
+    """The parser of a command in the console."""
     parser = _Parser(prog=verb.name, description=verb.summary)
     verb.add_arguments(parser)
     return parser

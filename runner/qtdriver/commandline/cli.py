@@ -24,7 +24,10 @@ _NOT_FOR_THE_HOLDER = ("action", "name", "json")
 
 
 def main(arguments: Optional[Sequence[str]] = None) -> int:
-    """Runs the command line and answers the exit status; `arguments` without the program's name."""
+    """Runs the command line.
+
+    `arguments` come without the program's name, by default those of this process. Returns the exit status.
+    """
     words = list(sys.argv[1:] if arguments is None else arguments)
     for number in _ENDING_SIGNALS:
         signal.signal(number, _leave)
@@ -43,18 +46,18 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     except KeyboardInterrupt:
         return INTERRUPTED
     except BrokenPipeError:
-        # Who read our output has gone; Python would complain once more when it flushes at the end.
+        # Nobody reads the output any more; Python would report that once more when it flushes at the end.
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
         return FAILED
 
 
 def _leave(number: int, _frame: Optional[FrameType]) -> None:
-    """A signal to end takes the normal way out, on which the application is ended."""
+    """Exits in order at a signal, so that the application is ended, too."""
     sys.exit(128 + number)
 
 
 def _finish(outcome: Outcome, as_json: bool) -> int:
-    """Prints an outcome where it belongs and answers its exit status."""
+    """Prints an outcome, errors to standard error. Returns its exit status."""
     if as_json:
         print(outcome.shown(True), flush=True)
     elif outcome.status:

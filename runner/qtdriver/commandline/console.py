@@ -128,7 +128,7 @@ class Words:
             try:
                 answer = _ASKING[question[0]](self._app, *question[1:])
             except (QtDriverError, ValueError):
-                answer = []  # what is typed so far names nothing
+                answer = []  # there is no window or widget of that name (yet)
             self._answers[question] = (now, answer)
         return answer
 

@@ -1,7 +1,7 @@
-"""The control socket: how one-shot commands reach the process that holds an application.
+"""The control socket, by which one-shot commands reach the process that holds an application.
 
-A line of JSON each way: {"verb": ..., "values": {...}} and an Outcome. The socket is in a folder of the user's own that
-nobody else can enter, has the mode 0600, and its server answers the same user only.
+A request and its reply are one line of JSON each: {"verb": ..., "values": {...}} and an Outcome. The socket has the mode
+0600 and is in a folder that only its user can enter, and its server answers that user only.
 """
 
 from __future__ import annotations
@@ -32,7 +32,7 @@ _ELSEWHERE = "set XDG_RUNTIME_DIR to another folder"
 
 
 def valid_name(text: str) -> str:
-    """A name of a held application. Raises ValueError for what is no file name."""
+    """Returns the text if it can name a held application. Raises ValueError for one that is no file name."""
     if not _NAME.fullmatch(text) or text.startswith("."):
         raise ValueError(text)
     return text
@@ -42,9 +42,10 @@ valid_name.__name__ = "name (letters, digits, _ . -)"
 
 
 def socket_path(name: str) -> Path:
-    """Where the socket of a held application is: in $XDG_RUNTIME_DIR/qtdriver, or in a folder of the user's in /tmp.
+    """The path of a held application's socket: in $XDG_RUNTIME_DIR/qtdriver, or in a folder of the user's in /tmp.
 
-    Makes the folder. Raises ControlSocketError when that fails, or somebody else could enter it.
+    Makes the folder. Raises ControlSocketError when that fails, when another user can enter it, and for a path that is too
+    long for a socket.
     """
     runtime = os.environ.get("XDG_RUNTIME_DIR", "")
     if runtime and os.path.isdir(runtime):
@@ -70,10 +71,15 @@ def socket_path(name: str) -> Path:
 
 
 def ask(name: str, verb: str, values: Arguments) -> Outcome:
-    """Has the process that holds the application `name` run a command.
+    """Has the process that holds an application run a command.
 
-    Raises NoApplicationError when there is none, or it ends on the way, and ControlSocketError when the socket cannot
-    be used.
+    Args:
+        name: the name under which the application is held.
+        verb: the name of the command.
+        values: its arguments.
+
+    Raises NoApplicationError when there is no such process, or it ends meanwhile, and ControlSocketError when the socket
+    cannot be used.
     """
     path = socket_path(name)
     line = ""
@@ -138,7 +144,7 @@ class ControlSocket:
         return self._socket.fileno()
 
     def accept(self) -> "Optional[Request]":
-        """The request of who has connected; None if it is another user, sends none in time, or has hung up."""
+        """Accepts a connection and reads its request; None for another user, without a request in time, or after a hang-up."""
         connected, _ = self._socket.accept()
         connected.settimeout(_LINE_SECONDS)
         try:
@@ -162,10 +168,10 @@ class ControlSocket:
 
 
 class Request:
-    """A command that somebody wants to be run.
+    """A request to run a command.
 
     Attributes:
-        verb: its word.
+        verb: the name of the command.
         values: its arguments.
     """
 
@@ -175,13 +181,13 @@ class Request:
         self._connected = connected
 
     def is_abandoned(self) -> bool:
-        """Whether who wants it has hung up, as an interrupted process does. Does not wait."""
+        """Whether the process that sent it has closed the connection, as an interrupted one does. Does not wait."""
         hung_up = select.poll()
-        hung_up.register(self._connected, 0)  # a hang-up is told unasked
+        hung_up.register(self._connected, 0)  # poll() reports hang-ups without being asked to
         return bool(hung_up.poll(0))
 
     def answer(self, outcome: Outcome) -> None:
-        """Sends the outcome and hangs up. Who does not wait for it does not matter."""
+        """Sends the outcome and closes the connection. Ignores that the other side has closed it already."""
         with self._connected:
             try:
                 self._connected.sendall((outcome.to_line() + "\n").encode())

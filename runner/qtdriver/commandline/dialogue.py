@@ -11,7 +11,7 @@ from ..errors import ConnectionClosed, ProtocolError, RequestTimeout
 from ..protocol.wire import Reply
 from ..trace.readable import describe_commands, describe_reply
 from .arguments import verb_parser
-from .outcome import plain
+from .outcome import json_value
 from .typed_line import to_request
 from .verbs import FAILURES, Verb, all_verbs, verb_named
 
@@ -23,14 +23,20 @@ class Dialogue:
 
     Attributes:
         all_answered: whether every request so far was sent and has got its reply.
-        any_refused: whether the application has refused one.
+        any_refused: whether the agent has refused one.
         connected: False once the application has ended or closed the connection.
     """
 
     def __init__(self, app: App, say: Say, complain: Say, echo: bool, as_json: bool = False) -> None:
-        """`say` gets the replies, `complain` what cannot be sent or is not answered; with `echo` each request
-        is said before its reply, as for a script whose lines are not on the screen. With `as_json` each reply is
-        one line of JSON."""
+        """Prepares a dialogue.
+
+        Args:
+            app: the application.
+            say: prints replies.
+            complain: prints messages about requests that cannot be sent or are not answered.
+            echo: whether to print each request before its reply, for a script whose lines are not on the screen.
+            as_json: whether to print each reply as one line of JSON.
+        """
         self._app = app
         self._say = say
         self._complain = complain
@@ -103,13 +109,13 @@ def _reply_data(request: str, reply: Reply) -> Any:
     value: Any = reply.payload
     if reply.ok and reply.code == "0":
         try:
-            value = plain(reply.value())
+            value = json_value(reply.value())
         except ProtocolError:
             pass
     return {"request": request, "code": reply.code, "value": value}
 
 
 def describe_verbs() -> str:
-    """The commands that are words, for the help of the dialogue."""
+    """A list of the commands, for the help of the dialogue."""
     rows = [f"  {verb.example:<66}  {verb.summary}" for verb in all_verbs()]
     return "\n".join(["Or these words (NAME --help explains one):", *rows])

@@ -10,10 +10,10 @@ class Finding:
     """The finding of one check.
 
     Attributes:
-        check: what was looked at.
-        result: "ok"; "note" for what is missing but may not be needed; "problem".
-        text: what is there, or is not.
-        remedy: what to do; empty only where the result is "ok".
+        check: the name of the check, such as "display".
+        result: "ok"; "note" for something missing that may not be needed; "problem".
+        text: the finding itself.
+        remedy: an advice; empty only where the result is "ok".
     """
 
     check: str

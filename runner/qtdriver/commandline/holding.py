@@ -26,7 +26,10 @@ HOLD = "hold"
 
 
 def start_holding(parsed: argparse.Namespace) -> Outcome:
-    """Starts the process in the background and answers as soon as its application is there, or why it is not."""
+    """Starts the process in the background, and waits until it has started its application.
+
+    Returns its outcome. Raises QtDriverError when the process ends without one.
+    """
     path = socket_path(parsed.name)
     options = {"name": parsed.name, "socket": str(path), "qt": parsed.qt, "timeout": parsed.timeout}
     options["build"] = None if parsed.build is None else str(parsed.build)
@@ -49,7 +52,7 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
             os.killpg(process.pid, signal.SIGTERM)  # nobody wants the application any more
             raise
         if line:
-            # It lives on: only its pipes are ours to close.
+            # The process goes on: close the pipes, and keep Popen from waiting for its end.
             process.stdout.close()
             process.stderr.close()
             process.returncode = OK
@@ -66,7 +69,10 @@ START = (
 
 
 def hold(options_text: str, command: List[str]) -> int:
-    """Holds an application until it ends or somebody stops it. Says on standard output that it is there, or why not."""
+    """Holds an application until it ends or somebody stops it.
+
+    Prints one outcome on standard output: that the application is there, or why not. Returns the exit status.
+    """
     try:
         return _hold(json.loads(options_text), command)
     except QtDriverError as error:
@@ -93,7 +99,7 @@ def _hold(options: Arguments, command: List[str]) -> int:
 
 
 def _leave_terminal() -> None:
-    """From here on nobody reads what this process prints."""
+    """Redirects the output to /dev/null: the process that started this one has closed the pipes."""
     nowhere = os.open(os.devnull, os.O_RDWR)
     for descriptor in (1, 2):
         os.dup2(nowhere, descriptor)

@@ -14,14 +14,14 @@ from ..lookup.stable_locators import StableLocators
 from ..lookup.tree import UNKNOWN, Node, WidgetTree
 from ..protocol.locators import Locator, as_address
 from ..trace.readable import describe_value
-from .outcome import Outcome, plain
+from .outcome import Outcome, json_value
 from .verbs import Arguments, Verb, add_timeout, add_widget, add_window, widget_of, window_of
 
 _UNIQUE = "*"
 
 
 def _no_arguments(parser: argparse.ArgumentParser) -> None:
-    """For a command without arguments."""
+    """Declares no arguments, for a command that has none."""
 
 
 def _windows(app: App, arguments: Arguments) -> Outcome:
@@ -52,7 +52,7 @@ def _tree(app: App, arguments: Arguments) -> Outcome:
 
 
 def _addresses(window: Window, arguments: Arguments) -> Outcome:
-    """The visible widgets and how each is addressed, from a shell and in Python."""
+    """The visible widgets with their addresses, for a shell and for Python."""
     root = window.snapshot(timeout=arguments["timeout"]).root
     locators = StableLocators(window.app.connection, window.address, root)
     rows = [_address_row(node, depth, locators.of(node)) for node, depth in root.walk_with_depth()]
@@ -124,9 +124,9 @@ def _get(app: App, arguments: Arguments) -> Outcome:
     else:
         values = widget.properties(timeout=timeout)
     if len(names) == 1:
-        return Outcome(describe_value(values[names[0]]), plain(values[names[0]]))
+        return Outcome(describe_value(values[names[0]]), json_value(values[names[0]]))
     lines = [f"{name}: {_indented(describe_value(value))}" for name, value in values.items()]
-    return Outcome("\n".join(lines), {name: plain(value) for name, value in values.items()})
+    return Outcome("\n".join(lines), {name: json_value(value) for name, value in values.items()})
 
 
 def _indented(text: str) -> str:
@@ -134,7 +134,7 @@ def _indented(text: str) -> str:
 
 
 def _absolute(path: str) -> str:
-    """The process that holds the application has another folder than the user."""
+    """Makes a path absolute: the process that holds the application has another current folder than the user."""
     return os.path.abspath(path)
 
 

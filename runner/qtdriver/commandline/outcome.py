@@ -61,8 +61,8 @@ class Outcome:
     """The end of a command.
 
     Attributes:
-        text: for a person; of a failure, the message.
-        data: the same for a program: what JSON can hold.
+        text: the result for a person; of a failure, the message.
+        data: the result for a program, in types of JSON.
         status: the exit status.
     """
 
@@ -83,7 +83,7 @@ class Outcome:
         return json.dumps(self.data, ensure_ascii=False) if as_json else self.text
 
     def to_line(self) -> str:
-        """As one line for another process."""
+        """The outcome as one line, for another process."""
         return json.dumps({"text": self.text, "data": self.data, "status": self.status})
 
     @classmethod
@@ -92,8 +92,8 @@ class Outcome:
         return cls(**json.loads(line))
 
 
-def plain(value: Any) -> Any:
-    """A value of a property as JSON can hold it: a rectangle as its edges, a picture as its XPM text."""
+def json_value(value: Any) -> Any:
+    """A value of a property in types of JSON: a rectangle as its edges, a picture as its XPM text."""
     if isinstance(value, Rect):
         return {"left": value.left, "top": value.top, "right": value.right, "bottom": value.bottom}
     return value.decode("latin-1") if isinstance(value, bytes) else value

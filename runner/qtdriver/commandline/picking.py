@@ -1,4 +1,4 @@
-"""The command `pick`: what is under the mouse, and how a test addresses it."""
+"""The command `pick`, which tells the address of the widget under the mouse."""
 
 from __future__ import annotations
 
@@ -13,7 +13,7 @@ from ..lookup.picked import stable_locator
 from ..protocol.locators import as_address
 from ..protocol.waiting import Deadline, attempts
 from ..trace.readable import describe_value
-from .outcome import NOT_FOUND, Outcome, plain
+from .outcome import NOT_FOUND, Outcome, json_value
 from .verbs import Arguments, Verb, seconds
 
 _CLICK_SECONDS = 60.0
@@ -57,9 +57,9 @@ def _pick(app: App, arguments: Arguments) -> Outcome:
 def _properties(app: App, window: str, path: str) -> Dict[str, Any]:
     widget = Window(app, window, f'window("{window}")').widget(path)
     try:
-        return {name: plain(value) for name, value in widget.properties(timeout=0).items()}
+        return {name: json_value(value) for name, value in widget.properties(timeout=0).items()}
     except (ReplyError, CommandError, ValueError):
-        return {}  # its path finds others, too, or has what a path cannot write
+        return {}  # its path finds other widgets, too, or contains a character that no request can carry
 
 
 def _describe(data: Dict[str, Any]) -> str:
@@ -81,7 +81,11 @@ def _describe(data: Dict[str, Any]) -> str:
 def wait_for_click(display_name: Optional[str], timeout: float) -> None:
     """Waits until the user clicks somewhere. The cursor is a cross meanwhile, and the click reaches no window.
 
-    Raises PickError when python-xlib is missing, the display cannot be asked, or nobody clicks in `timeout` seconds.
+    Args:
+        display_name: the X display, by default that of this process.
+        timeout: seconds to wait.
+
+    Raises PickError when python-xlib is missing, the display cannot be reached, or nobody clicks in time.
     """
     try:
         from Xlib import X, display  # type: ignore[import]

@@ -28,7 +28,7 @@ def _complain(text: str) -> None:
 
 
 def run_dialogue(parsed: argparse.Namespace) -> int:
-    """Runs the dialogue and answers the exit status."""
+    """Runs the dialogue. Returns the exit status."""
     driver = Driver(qt=parsed.qt, build=parsed.build, request_timeout=parsed.timeout)
     with _open_script(parsed.script) as script, driver:
         application = driver.launch(*parsed.command, start_timeout=parsed.timeout)
@@ -65,7 +65,7 @@ def _introduce(application: App) -> None:
 
 
 def _conclude(application: App, dialogue: Dialogue, parsed: argparse.Namespace) -> int:
-    """Says how the application ended, if it did so by itself, and answers the exit status."""
+    """Prints how the application ended, if it did so by itself. Returns the exit status."""
     process = application.process
     assert process is not None
     # A closed connection comes a moment before the end of its process.

@@ -1,4 +1,4 @@
-"""Request lines as a person types them: sections that travel as hexadecimal text may be plain text."""
+"""Request lines as a person types them: with plain text in sections that are sent as hexadecimal text."""
 
 from __future__ import annotations
 
@@ -13,11 +13,11 @@ _ESCAPES = {",": ",", "\\": "\\", "n": "\n", "t": "\t"}
 
 
 def to_request(typed: str) -> str:
-    r"""The request for a typed line: each encoded section that starts with "=" is turned into hexadecimal.
+    r"""The request for a typed line: turns each encoded section that starts with "=" into hexadecimal text.
 
-    In such a section `\,` is a comma, `\\` a backslash, `\n` a line break, `\t` a tabulator. Everything else,
-    and every command without encoded sections, stays as typed. Raises ValueError for another escape and, but for
-    extensions, for a character beyond U+00FF in such a section.
+    In such a section `\,` is a comma, `\\` a backslash, `\n` a line break, `\t` a tabulator. Everything else stays as typed.
+
+    Raises ValueError for another escape and, in commands, for a character beyond U+00FF in such a section.
     """
     number, comma, sections = typed.partition(",")
     if number in EXTENSION_BY_NAME and comma:

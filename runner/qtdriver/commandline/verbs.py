@@ -17,7 +17,7 @@ Arguments = Dict[str, Any]
 """The values of a command line by their names: what JSON can hold."""
 
 FAILURES = (QtDriverError, OSError, KeyError, TypeError, ValueError)
-"""The exceptions of running a command. Files raise the second one, values that do not fit the others."""
+"""The exceptions of running a command: OSError comes from files, the last three from arguments that do not fit."""
 
 
 @dataclass(frozen=True)
@@ -25,11 +25,11 @@ class Verb:
     """A command.
 
     Attributes:
-        name: its word.
+        name: its name on the command line.
         summary: one line of help.
-        example: what a user types behind "qtdriver".
-        add_arguments: tells a parser what it takes.
-        run: does it.
+        example: an example of its use, without "qtdriver" in front.
+        add_arguments: declares its arguments to a parser.
+        run: runs it.
     """
 
     name: str
@@ -46,7 +46,7 @@ class Verb:
 
 
 def add_window(parser: argparse.ArgumentParser) -> None:
-    """The argument WINDOW."""
+    """Declares the argument WINDOW."""
     parser.add_argument(
         "window",
         metavar="WINDOW",
@@ -56,7 +56,7 @@ def add_window(parser: argparse.ArgumentParser) -> None:
 
 
 def add_widget(parser: argparse.ArgumentParser) -> None:
-    """The arguments WINDOW and PATH, and the option --class."""
+    """Declares the arguments WINDOW and PATH, and the option --class."""
     add_window(parser)
     parser.add_argument(
         "path",
@@ -69,7 +69,7 @@ def add_widget(parser: argparse.ArgumentParser) -> None:
 
 
 def add_timeout(parser: argparse.ArgumentParser) -> None:
-    """The option --timeout."""
+    """Declares the option --timeout."""
     parser.add_argument(
         "--timeout",
         type=seconds,
@@ -108,5 +108,5 @@ def all_verbs() -> Tuple[Verb, ...]:
 
 
 def verb_named(name: str) -> "Verb | None":
-    """The command of this word."""
+    """The command of this name; None where there is none."""
     return next((verb for verb in all_verbs() if verb.name == name), None)

@@ -1,1 +1,1 @@
-"""A desktop without a screen: who starts it, the script that runs a command on it, and the program that keeps it."""
+"""A desktop without a screen: the class that starts it, the script that runs a command on it, the program that keeps it."""

@@ -20,9 +20,9 @@ _SAY_AND_STAY = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec
 
 
 def environment_for_own_network() -> Dict[str, str]:
-    """The environment for SCRIPT to give its command a network of its own, also where this process has one already.
+    """The environment in which SCRIPT gives its command a network of its own, also where this process has one already.
 
-    Where the system has no namespaces the script has noted that, and its runs take turns: that stays.
+    Where the system allows no namespaces, the script has noted that in the environment, and the note stays.
     """
     return {name: value for name, value in os.environ.items() if (name, value) != (_NAMESPACE, "1")}
 
@@ -31,7 +31,7 @@ class Desktop:
     """A running desktop in this process's network namespace. It ends with close(), or with this process.
 
     Attributes:
-        environment: what an application needs to appear there.
+        environment: the variables that make an application appear there.
     """
 
     def __init__(self) -> None:
@@ -42,7 +42,7 @@ class Desktop:
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             text=True,
-            start_new_session=True,  # it ends when its standard input does, after the applications on it
+            start_new_session=True,  # it must outlive the applications on it; the end of its standard input ends it
             env={**os.environ, _NAMESPACE: "shared"},
         )
         assert self._process.stdout is not None
@@ -60,5 +60,5 @@ class Desktop:
     def close(self) -> None:
         """Ends the X server and the window manager, and waits until they are gone. Closing twice is harmless."""
         if self._process is not None:
-            self._process.communicate()  # the keeper of the desktop has its standard error, too
+            self._process.communicate()  # standard error ends with the keeper, when the desktop is gone
             self._process = None

@@ -1,9 +1,10 @@
-"""Keeps the X server and the window manager of a desktop without a screen, as long as a process lives.
+"""Keeps the X server and the window manager of a desktop without a screen as long as a process lives.
 
-Started as `desktop_keeper.py PID SCREEN`, it writes the display and the folder of the desktop's files, a line each, to
-its standard output when the desktop is there. When process PID has ended, however it ended, it ends the desktop and
-removes the folder. Its standard error stays open until then, so who reads that to its end knows that nothing is left.
-Stands on the standard library alone, so that it starts quickly.
+Started as `desktop_keeper.py PID SCREEN`, it writes the display and the folder of the desktop's files, a line each, to its
+standard output when the desktop is there. When process PID has ended, for whatever reason, it ends the desktop and removes
+the folder. Its standard error stays open until then: a process that has read it to its end knows that nothing is left.
+
+The file uses the standard library alone, so that it starts quickly.
 """
 
 from __future__ import annotations
@@ -47,7 +48,7 @@ class _Keeper:
         self._server: Optional[Tuple[int, int]] = None
 
     def start(self, screen: str) -> None:
-        """Starts everything; ends this program with a complaint when something does not come up."""
+        """Starts the desktop; ends this program with a message when a part of it does not start."""
         deadline = time.monotonic() + _START_SECONDS
         cookie = secrets.token_bytes(16)
         number = self._start_server(screen, deadline, cookie)
@@ -65,9 +66,12 @@ class _Keeper:
             time.sleep(_PAUSE)
 
     def _start_server(self, screen: str, deadline: float, cookie: bytes) -> int:
-        """The number of the display. The server is not left to choose it: it would only see the displays of this
-        network namespace, and take the socket files in /tmp away from those of another, be it the user's own screen.
-        Its lock file is for all."""
+        """Starts the X server. Returns the number of its display.
+
+        The server must not choose the number itself: it would see the displays of this network namespace only, and would
+        replace the socket file in /tmp of a display in another one, which can be the user's screen. Lock files in /tmp
+        tell the displays of all namespaces.
+        """
         while True:
             number = random.choice(_DISPLAYS)
             if os.path.exists(_SOCKET.format(number)):
@@ -87,8 +91,10 @@ class _Keeper:
             self._processes.remove(server)
 
     def _write_secret(self, number: int, cookie: bytes) -> Path:
-        """The file with which the server takes in only who knows the cookie. Without one it takes in every user of the
-        machine, who could look at the screen and type into what is there."""
+        """Writes the file by which the server accepts only clients that know the cookie.
+
+        Without one it would accept every user of the machine, who could read the screen and type into its windows.
+        """
         path = self.folder / "Xauthority"
         fields = (b"localhost", str(number).encode(), _COOKIE_NAME, cookie)
         path.touch(mode=0o600)
@@ -117,7 +123,7 @@ class _Keeper:
         sys.exit(f"with-desktop: {name} {state}: {output or 'it says nothing'}")
 
     def end(self) -> None:
-        """Ends what runs, the window manager first, and removes the folder."""
+        """Ends the processes, the window manager first, and removes the folder."""
         for process in reversed(self._processes):
             process.terminate()
             try:
@@ -137,7 +143,7 @@ def _listens(number: int) -> bool:
 
 
 def _admit_this_user(number: int, cookie: bytes) -> None:
-    """Has the X server take in all processes of this user, who need no cookie then, and nobody else."""
+    """Has the X server accept all processes of this user without a cookie, and nobody else."""
     allowed = b"localuser\0#%d" % os.getuid()
     with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as client:
         client.settimeout(_START_SECONDS)
@@ -171,7 +177,7 @@ def _receive(client: socket.socket, length: int) -> bytes:
 
 
 def _lock_owner(number: int) -> Optional[int]:
-    """Id of the process that says it has this display."""
+    """Id of the process that the lock file of this display names."""
     try:
         return int(Path(_LOCK.format(number)).read_text())
     except (OSError, ValueError):
@@ -186,14 +192,16 @@ def _remove_leftovers(number: int, pid: int) -> None:
 
 
 class _Management:
-    """Asks the window manager for something, and looks whether it has done it. It announces itself earlier than that, and
-    a window that appears meanwhile does not get the keyboard."""
+    """Finds out whether the window manager works: asks it for another number of desktops, and waits for the change.
+
+    It announces itself earlier, but a window that appears before it works does not get the keyboard.
+    """
 
     def __init__(self) -> None:
         self._wanted = ""
 
     def has_begun(self) -> bool:
-        """Whether it has. Asks again each time, since a request before it listens is lost."""
+        """Whether it works. Asks again at each call, since a request that comes before it listens is lost."""
         count = _xdotool("get_num_desktops")
         if not count:
             return False  # there is no window manager yet

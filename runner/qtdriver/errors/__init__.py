@@ -159,11 +159,11 @@ __all__ = [
 ]
 
 _FORMER_NAMES = {"HiddenError": "ObscuredError", "NotFoundError": "WindowNotFoundError"}
-"""Names that tests written for version 2 import; they go with version 3."""
+"""Former names, which tests written for version 2 import; version 3 removes them."""
 
 
 def by_former_name(module: str, name: str) -> Type[QtDriverError]:
-    """The error that had this name, for the function __getattr__() of `module`, whose caller is warned."""
+    """The error that had this name, for __getattr__() of `module`. Warns the caller of that."""
     if name not in _FORMER_NAMES:
         raise AttributeError(f"module {module!r} has no attribute {name!r}")
     warnings.warn(f"{name} is {_FORMER_NAMES[name]} now", DeprecationWarning, stacklevel=3)
@@ -174,7 +174,7 @@ def by_former_name(module: str, name: str) -> Type[QtDriverError]:
 if TYPE_CHECKING:
     HiddenError = ObscuredError
     NotFoundError = WindowNotFoundError
-else:  # which a type checker does not see, as it would take any name for one of this module
+else:  # hidden from type checkers, which would accept any name of a module with __getattr__()
 
     def __getattr__(name: str) -> Type[QtDriverError]:
         return by_former_name(__name__, name)

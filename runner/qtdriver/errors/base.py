@@ -4,4 +4,4 @@ from __future__ import annotations
 
 
 class QtDriverError(Exception):
-    """Base of every error that this package raises on purpose. Its text is for the person at the test."""
+    """Base of every error that this package raises for its users. The text is for the author of the test."""

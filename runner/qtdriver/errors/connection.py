@@ -1,4 +1,4 @@
-"""Errors between the server of a test and an agent: nobody comes, the wrong one comes, an agent goes or is silent."""
+"""Errors of the connection to an agent: none connects, the wrong one connects, an agent disconnects or is silent."""
 
 from __future__ import annotations
 
@@ -31,11 +31,11 @@ class NoClientError(QtDriverError):
 
 
 class ClientRefusedError(QtDriverError):
-    """A process has connected that may not, as it is another user's, or has closed its connection again."""
+    """A connection was refused, since it is of another user's process, or was closed at once."""
 
 
 class PeerReaderMissingError(QtDriverError):
-    """The Python package that tells which process has a socket is not installed."""
+    """psutil is not installed, by which the runner finds out which process has connected."""
 
     def __init__(self) -> None:
         super().__init__(
@@ -49,8 +49,10 @@ class ConnectionClosed(QtDriverError):
 
 
 class RequestTimeout(QtDriverError):
-    """The agent has not answered a request in the time that was given. The connection stays usable: the next
-    request first waits for the late reply and drops it."""
+    """The agent has not answered a request in the time that was given.
+
+    The connection stays usable: the next request first waits for the late reply and drops it.
+    """
 
 
 class ApplicationEndedError(ConnectionClosed):
@@ -58,5 +60,7 @@ class ApplicationEndedError(ConnectionClosed):
 
 
 class ApplicationHangsError(RequestTimeout):
-    """The application did not answer a request in time, and was ended. The message tells the request and the windows
-    that were last seen."""
+    """The application did not answer a request in time, and was ended.
+
+    The message tells the request, and the windows of the last listing.
+    """

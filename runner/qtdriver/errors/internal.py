@@ -6,7 +6,7 @@ from .base import QtDriverError
 
 
 class GivenUpError(QtDriverError):
-    """Nobody waits for the result any more."""
+    """Waiting was given up, since nobody needs the result any more."""
 
 
 class TooSlow(QtDriverError):

@@ -1,4 +1,4 @@
-"""Errors of the runner alone: it refuses a call, lacks what the call needs, or has waited for a condition."""
+"""Errors that the runner raises by itself: it refuses a call, lacks something for it, or a condition stays false."""
 
 from __future__ import annotations
 
@@ -8,8 +8,7 @@ from .base import QtDriverError
 
 
 class UnsupportedTextError(QtDriverError, ValueError):
-    """A text that the protocol cannot carry: a character beyond U+00FF, a comma or a line break in a name. Nothing has
-    been sent."""
+    """A text that the protocol cannot carry, such as one with a comma or a line break in a name. Nothing has been sent."""
 
 
 class NoEditorError(QtDriverError):
@@ -18,7 +17,7 @@ class NoEditorError(QtDriverError):
     Attributes:
         view_class: the class that serves the view.
         triggers: the names of its edit triggers, as Qt writes them.
-        value: what was to be entered.
+        value: the text that was to be entered.
     """
 
     def __init__(self, view_class: str, triggers: str, value: str) -> None:
@@ -40,8 +39,7 @@ class NoEditorError(QtDriverError):
 
 
 class CornerButtonError(QtDriverError):
-    """An entry of a menu bar was not chosen, since the click that comes first would press a button in the bar's corner.
-    Nothing was done.
+    """A menu bar's entry was not chosen, since the first click would press a button in its corner. Nothing was done.
 
     Attributes:
         button_class: the class that serves the button.

@@ -13,10 +13,10 @@ class ReplyError(QtDriverError):
     Attributes:
         code: the reply code, "2" to "9".
         message: the agent's own words, for example "Widget (dialog/ok) not found".
-        explanation: what there is instead, empty where nobody has looked.
-        candidates: with the codes "5" to "7" of an extension, widgets that the agent names with it, described as in a
+        explanation: lines on what there is instead; empty where the runner has not looked.
+        candidates: the widgets that the agent names with the codes "5" to "7" of an extension, described as in a
             snapshot: the nearest, the hidden ones, or those that all match.
-        explain_later: looks for what there is instead, once nobody waits any more; None where nobody has to.
+        explain_later: makes the explanation when the error is final; None where it is made already.
     """
 
     def __init__(
@@ -63,18 +63,24 @@ class AmbiguousError(ReplyError):
 
 
 class CommandError(ReplyError):
-    """Code 8: the command is unknown, or the widget could not do what was asked. So do its subclasses tell, of what may
-    clear."""
+    """Code 8: the command is unknown, or the widget could not do what was asked.
+
+    The subclasses are cases that can clear by themselves.
+    """
 
 
 class ObscuredError(CommandError):
-    """Code 8 in a case that can clear: the mouse found no window of the application where the widget is. Another
-    program's window is in front of it, or the window manager has not shown it yet."""
+    """Code 8, but it can clear: the mouse found no window of the application where the widget is.
+
+    Another program's window is in front of it, or the window manager has not shown it yet.
+    """
 
 
 class NotReadyError(CommandError):
-    """Code 9, of an extension: the widget could not take the input yet, and nothing was done. The message is the reason:
-    "disabled", "covered by QFrame overlay", 'item "Late" not there yet'."""
+    """Code 9, of an extension: the widget could not take the input yet, and nothing was done.
+
+    The message is the reason: "disabled", "covered by QFrame overlay", 'item "Late" not there yet'.
+    """
 
 
 _HIDDEN = "Exception : Error: widget is hidden by another window"
@@ -95,7 +101,7 @@ RETRYABLE_LOOKUPS = tuple(error for code, error in REPLY_ERRORS.items() if code 
 close."""
 
 RETRYABLE_ERRORS = RETRYABLE_LOOKUPS + (ObscuredError,)
-"""The same, and a window that is about to come to the front, for an action that can begin anew."""
+"""The same, and that a window is about to come to the front: for actions that can be repeated from the beginning."""
 
 
 def reply_error(code: str, message: str) -> ReplyError:

@@ -1,4 +1,4 @@
-"""Errors before an agent is there: what cannot be started with the agent inside, or ends too early."""
+"""Errors of starting an application with the agent inside."""
 
 from __future__ import annotations
 
@@ -21,7 +21,7 @@ class ProgramNotExecutableError(ProgramError):
 
 
 class ScriptProgramError(ProgramError):
-    """The program is a script: which Qt it uses shows only in the program that it starts."""
+    """The program is a script, from which the runner cannot tell the Qt of the program that it starts."""
 
 
 class UnknownFormatError(ProgramError):

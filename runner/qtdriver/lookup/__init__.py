@@ -1,1 +1,1 @@
-"""Finding windows and widgets: listings, trees, names, paths, and explanations where nothing is found."""
+"""Finding windows and widgets: listings, trees, names, paths, and explanations when nothing is found."""

@@ -1,4 +1,4 @@
-"""Names that the agent derives from what widgets show, found out by asking for the usual ones."""
+"""Names that the agent derives from the texts of buttons; finds them out by asking for the usual ones."""
 
 from __future__ import annotations
 
@@ -30,10 +30,10 @@ STANDARD_NAMES = tuple(map(button_name, STANDARD_TEXTS))
 
 
 def probe_derived_names(connection: Connection, window: str, tree: WidgetTree) -> None:
-    """Names the visible push buttons of `tree` that have no object name, as far as they show a standard text.
+    """Gives the visible push buttons of `tree` without an object name their derived names, if they show a standard text.
 
-    A listing does not tell their texts, and nothing but their derived name addresses them, so the agent is asked for
-    the usual ones, parent by parent. Buttons of one parent differ in nothing else, so any of them takes any name.
+    A listing does not tell their texts, and only their derived name addresses them, so the agent is asked for the usual
+    names, parent by parent. Buttons of one parent differ in nothing else, so it does not matter which gets which name.
     """
     groups = _unnamed_buttons(tree)
     for parent, buttons in groups.items():

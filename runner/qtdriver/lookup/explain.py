@@ -33,10 +33,15 @@ _SHOWN = 8
 
 
 def explain(connection: Connection, error: ReplyError, window: str, path: Address) -> str:
-    """Why `error` was the answer for the widget `path` of `window`, told from what the application shows now.
+    """Explains a refusal by what the application shows now.
 
-    One or more lines; empty for a refusal that is not about finding something. A window and a path are as in the
-    methods of Connection; `path` is empty where the window as a whole was asked for.
+    Args:
+        connection: asks the application.
+        error: the refusal.
+        window: the window that was looked for, as in the methods of Connection.
+        path: the widget; empty where the request was about the window as a whole.
+
+    Returns one or more lines; empty for a refusal that is not about finding something.
     """
     tell = _EXPLANATIONS.get(type(error))
     try:
@@ -50,7 +55,7 @@ def explain(connection: Connection, error: ReplyError, window: str, path: Addres
 
 
 def _is_about_another(error: ReplyError, path: str) -> bool:
-    """Whether the agent has told candidates for another widget than that of `path`: of a search by a text."""
+    """Whether the error has candidates for another widget than that of `path`, as after a search by a text."""
     return bool(error.candidates) and not error.message.startswith(f"Widget ({path}) ")
 
 
@@ -195,7 +200,7 @@ _HIDDEN_BY_ANOTHER = (
 
 
 def _not_ready(connection: Connection, error: NotReadyError, path: Address) -> List[str]:
-    """Which widget it is, and the way out where only the place is not fit."""
+    """Lines that say which widget it is, and, where only its place is unfit, that force=True helps."""
     lines = [f"the widget is {path}; nothing was done to it"] if path else ["nothing was done"]
     if error.message == "hidden by another window":
         lines.append(_HIDDEN_BY_ANOTHER)
@@ -206,7 +211,7 @@ def _not_ready(connection: Connection, error: NotReadyError, path: Address) -> L
 
 
 _UNFIT_PLACES = ("covered by ", "moving", "outside ", "not reached ")
-"""How reasons begin that tell of the place, not of what the widget can do."""
+"""Beginnings of the reasons that are about the place, not about the widget."""
 
 _LOCATED: Dict[Type[ReplyError], str] = {
     WidgetNotFoundError: "the nearest:",

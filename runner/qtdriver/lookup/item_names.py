@@ -1,4 +1,4 @@
-"""Lists the items of a widget, for the message that there is none of a name."""
+"""Lists the items of a widget, for the error that a named item does not exist."""
 
 from __future__ import annotations
 
@@ -30,10 +30,17 @@ def with_item_suggestions(
     *,
     closes: bool = False,
 ) -> _Result:
-    """Makes `call`, which names `item`, and returns its result; when the widget refuses, the error tells what items
-    there are. An item that is no text is none that could be misspelt.
+    """Makes a call that names an item; when the widget refuses, the error says which items there are.
 
-    `closes` says that the widget is a menu which a refusal closes, so that its items have to be listed before.
+    Args:
+        connection: asks the application.
+        window, path: the widget, as in the methods of Connection.
+        item: the item; only a text can be misspelt, so that others are not explained.
+        call: makes the request.
+        widget_class: the class that the widget is served as.
+        closes: whether the widget is a menu that a refusal closes, so that its items have to be listed before.
+
+    Returns what `call` returns.
     """
     entries = _entries(connection, window, path) if closes else ()
     try:
@@ -60,12 +67,12 @@ def _entries(connection: Connection, window: str, path: Address) -> Tuple[str, .
     try:
         items = connection.read_property(window, path, "itemList")
     except ReplyError:
-        return ()  # the request that follows tells
+        return ()  # the request that follows raises the error
     return tuple(filter(None, items)) if isinstance(items, tuple) else ()
 
 
 def _explain_item(connection: Connection, window: str, path: Address, item: str, widget_class: str) -> str:
-    """The items that there are instead of `item`; empty when the widget has it, or lists none."""
+    """Lines on the items that there are instead; empty when the widget has the item, or lists none."""
 
     def read(name: str, argument: Optional[str] = None) -> object:
         return connection.read_property(window, path, name, argument, widget_class=widget_class)
@@ -85,7 +92,7 @@ def _explain_item(connection: Connection, window: str, path: Address, item: str,
 
 
 def _explain_path(paths: Sequence[str], item: str) -> List[str]:
-    """Goes along the path as far as there are such items; the lines tell what there is where it fails."""
+    """Follows the path as far as it leads. Returns lines on the items of the level where it fails."""
     above = ""
     for name in item.split("/"):
         here = list(
@@ -99,7 +106,7 @@ def _explain_path(paths: Sequence[str], item: str) -> List[str]:
 
 
 def _explain_cell(read: Callable[..., object], item: str) -> List[str]:
-    """The headers of the rows or of the columns, whichever do not have what the address "ROW:COLUMN" names."""
+    """Lines on the headers of the rows, the columns or both, where the address "ROW:COLUMN" names none of them."""
     row, _, column = item.partition(":")
     lines: List[str] = []
     for kind, name, counted, header in (

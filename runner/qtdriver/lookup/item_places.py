@@ -1,7 +1,7 @@
-"""Where an item of a view is: its numeric address, which any item view takes, and its place in the view.
+"""Finds an item's numeric address, and its place in the view.
 
-Lists and trees name their items by texts, tables by headers. Only as a QAbstractItemView a view scrolls to an item and
-tells its place, and there items are addressed by row and column.
+Lists and trees name their items by texts, tables by headers. Only when it is served as QAbstractItemView, a view scrolls to
+an item and tells its place, and then items are addressed by numbers of rows and columns.
 """
 
 from __future__ import annotations
@@ -33,13 +33,13 @@ class ItemFinder:
         return f"<finder of items in {self._path}, a {self._served}>"
 
     def scroll_to(self, item: "str | int") -> str:
-        """Scrolls the view until the item is in sight, and answers the item's numeric address."""
+        """Scrolls the view until the item is in sight. Returns the item's numeric address."""
         address = self.address(item)
         self._connection.activate_widget(self._window, self._path, address, "ScrollTo", widget_class=ANY_VIEW)
         return address
 
     def position(self, address: str) -> Tuple[float, float]:
-        """The centre of an item as shares of the view's width and height. Raises CommandError if it is out of sight."""
+        """The centre of an item, as shares of the view's width and height. Raises CommandError if it is out of sight."""
         x, _, y = str(self._read("itemPosition", address)).partition(";")
         try:
             position = float(x), float(y)
@@ -84,9 +84,13 @@ class ItemFinder:
         return address
 
     def _row(self, shown: Sequence[str], number: Optional[int], form: str, parent: str) -> Optional[int]:
-        """The row, from 1, of number `number` of the rows that are shown. `form` makes an address of a row.
+        """The row, from 1, of an item among those that are shown. Where some are hidden, the rows are read one by one.
 
-        Where some are hidden, the rows are asked for their texts.
+        Args:
+            shown: the texts of the rows that are shown.
+            number: which of them, from 0.
+            form: makes an address of a row's number.
+            parent: the address of the item above.
         """
         count = self._read("rowCount", parent)
         if number is None or not isinstance(count, int):
@@ -111,7 +115,7 @@ class ItemFinder:
 
 
 def _fits(text: str, name: str) -> bool:
-    """Whether a row of a tree, whose columns are joined by ":", is called so by its first columns; or a text is equal."""
+    """Whether the name is the text, or the first columns of it, as columns are joined by ":" in the texts of trees."""
     return text == name or text.startswith(f"{name}:")
 
 

@@ -1,4 +1,4 @@
-"""Names like one that was not found."""
+"""Finds names that are similar to one that was not found."""
 
 from __future__ import annotations
 

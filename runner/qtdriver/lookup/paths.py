@@ -1,4 +1,4 @@
-"""Widget trees and paths as the agent has them: with derived names, and asked for what a listing does not tell."""
+"""Widget trees with derived names, and unique paths that the agent has confirmed."""
 
 from __future__ import annotations
 

@@ -1,7 +1,7 @@
-"""Calls that are refused, as their keys or their click would do something else than was asked for.
+"""Refuses calls whose keys or clicks would do something else than was asked for.
 
-Item views would open no editor for a text, so that its keys would act on the view and the application. And a button in the
-corner of a menu bar would be pressed by the click that comes before a menu.
+An item view that opens no editor for a text would get the keys itself. And the click that comes before a menu would press
+a button in the corner of the menu bar.
 """
 
 from __future__ import annotations
@@ -39,17 +39,17 @@ _SUFFICIENT: Dict[str, EditTrigger] = {
     "QTableWidget": _F2,
     "QTreeView": _TREE,  # its text is typed, key by key; and its editor may be open already
 }
-"""Each of these triggers can open the editor for a text, by the class that serves the view."""
+"""The triggers that can open the editor for a text, by the class that serves the view."""
 
 
 def refuse_without_editor(
     connection: Connection, window: str, path: Address, value: object, widget_class: str
 ) -> None:
-    """Raises NoEditorError where the widget is an item view whose edit triggers have no editor open for this value.
+    """Raises NoEditorError where the widget is an item view whose edit triggers open no editor for this value.
 
-    Asks nothing about widgets that are known, from earlier replies to "enter", to be no lists, trees or tables. Cannot
-    know the focus widget, which has no properties under that name, nor whether the item is editable, has an editor open
-    already, or gets one from the application's own code. The errors of the lookup are those that "enter" would get.
+    Sends nothing for widgets that earlier replies to "enter" have shown to be no lists, trees or tables. It does not check
+    the focus widget, whose properties cannot be read, nor whether the item is editable, has an editor open already, or
+    gets one from the application's own code. Errors of the lookup are those that "enter" would raise.
     """
     if not isinstance(value, str) or _stands_for_the_focus(path):
         return
@@ -85,7 +85,7 @@ def _names(triggers: int) -> str:
 
 
 _PRESSED = ("QAbstractButton", "QPushButton", "QToolButton", "QRadioButton", "QCheckBox", "QComboBox")
-"""The classes, as the agent serves them, of what a click does something to."""
+"""The classes, as the agent serves them, of widgets to which a click does something."""
 
 _EXTENSION = "qt_menubar_ext_button"
 """Qt's own button, for titles that do not fit into the bar: it only opens a menu, which the next step closes."""
@@ -94,10 +94,16 @@ _EXTENSION = "qt_menubar_ext_button"
 def refuse_corner_button(
     connection: Connection, window: str, tree: WidgetTree, bar: Node, path: Address
 ) -> None:
-    """Raises CornerButtonError where a button has the top right pixel of the menu bar `bar`, whose path is `path`.
+    """Raises CornerButtonError where a button has the top right pixel of a menu bar.
 
-    `tree` are the widgets of the window. Asks nothing where the bar has no other widgets in it than its menus; cannot
-    know what has no path of its own, or is disabled.
+    Sends nothing where the bar has no widgets in it but its menus. It does not see a widget without a unique path.
+
+    Args:
+        connection: asks the application.
+        window: the window.
+        tree: its widgets.
+        bar: the menu bar among them.
+        path: the address of the bar.
     """
     inside = _visible_inside(bar)
     if not inside:
@@ -114,7 +120,7 @@ def refuse_corner_button(
                 raise CornerButtonError(str(served), own, str(path))
             return
     except ReplyError:
-        return  # the menu's own request tells
+        return  # the request to the menu raises it
 
 
 def _visible_inside(bar: Node) -> List[Node]:

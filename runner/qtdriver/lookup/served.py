@@ -1,4 +1,4 @@
-"""Under which of the agent's classes the widgets of a tree are served: a listing tells only their own."""
+"""Finds the agent's classes that serve the widgets of a tree; a listing tells only their own classes."""
 
 from __future__ import annotations
 
@@ -33,9 +33,9 @@ _SERVED_AS_THEMSELVES = frozenset(
 def visible_served_as(
     connection: Connection, window: str, tree: WidgetTree, classes: Iterable[str]
 ) -> List[Node]:
-    """The visible widgets of `tree`, a window's, that are served as one of `classes`, the outermost of them first.
+    """The visible widgets of a window's tree that are served as one of `classes`, the outermost first.
 
-    Each class of the application is asked for once; it stays unknown as long as no path finds a widget of it alone.
+    The agent is asked once for each class of the application; widgets of a class that no path finds alone are left out.
     """
     wanted = frozenset(classes)
     visible = [node for node in tree.nodes if node.record.visible]
@@ -46,8 +46,10 @@ def visible_served_as(
 def outermost_served_as(
     connection: Connection, window: str, tree: WidgetTree, class_name: str
 ) -> Optional[Node]:
-    """The outermost visible widget that is served as a class; the application's own classes are asked for only where no
-    widget is of this very one."""
+    """The outermost visible widget that is served as a class; None without any.
+
+    The agent is asked for the application's own classes only where no widget is of exactly this class.
+    """
     exact = [node for node in tree.nodes if node.record.visible and node.record.class_name == class_name]
     found = sorted(exact, key=_depth) or visible_served_as(connection, window, tree, (class_name,))
     return found[0] if found else None

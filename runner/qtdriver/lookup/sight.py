@@ -1,4 +1,4 @@
-"""Lists the widgets that the user sees in a window and can use, for the message that one was not found."""
+"""Lists the widgets that the user sees in a window and can use, for the error that one was not found."""
 
 from __future__ import annotations
 
@@ -22,7 +22,12 @@ _BUTTONS, _BOXES, _TABS, _FIELDS, _VIEWS, _MENUS = (
 def describe_sight(connection: Connection, window: str, tree: WidgetTree) -> List[str]:
     """Lines that name the visible buttons, boxes, tabs, fields and views of a window by their texts and names.
 
-    `tree` are its widgets. Where the agent has no snapshots, it is only what a path finds alone; and none where nothing is.
+    Args:
+        connection: asks the application.
+        window: the window.
+        tree: its widgets.
+
+    Returns no lines where there are none. With an agent without snapshots, only widgets that a path finds alone count.
     """
     if "+2" in connection.extensions:
         kinds = _in_snapshot(SnapshotNode.of(connection.snapshot(window)))
@@ -53,13 +58,13 @@ def _in_snapshot(root: SnapshotNode) -> Iterator[Tuple[str, List[str]]]:
 
 
 def _add(node: SnapshotNode, words: Dict[str, List[str]]) -> None:
-    """Adds what a person calls this widget, and those in it."""
+    """Adds the words for this widget and for those in it."""
     kind = _KIND_OF_ROLE.get(node.role)
     if kind in (_TABS, _MENUS):
         words[kind] += [f'"{item.texts[0]}"' for item in node.items if item.texts and item.texts[0]]
     elif kind is not None:
         words[kind] += _named(node, kind)
-    if kind in (None, _TABS, _MENUS):  # what is in the others, is of no use alone
+    if kind in (None, _TABS, _MENUS):  # the parts of other widgets are no use alone
         for child in node.children:
             _add(child, words)
 
@@ -99,7 +104,7 @@ def _in_tree(connection: Connection, window: str, tree: WidgetTree) -> Iterator[
 
 
 def _words(seen: Seen) -> List[str]:
-    """How the texts of a widget and its path are told: "Continue" (nextButton), or the path alone."""
+    """The words for a widget, from its texts and its path: "Continue" (nextButton), or the path alone."""
     if not any(seen.texts):
         return [seen.path]
     texts = [f'"{plain_text(text)}"' for text in seen.texts if text]

@@ -15,9 +15,9 @@ _MOST_COLUMNS = 3
 _FRAMES = ("widget", "scroll area", "splitter", "stack", "tabs")
 _DECORATIONS = ("size grip", "scroll bar", "header", "splitter handle")
 _WHOLE = ("spin box", "combo box", "list", "tree", "table")
-"""Roles of widgets whose inner parts are none of a person's business."""
+"""Roles of widgets whose inner parts the outline leaves out."""
 INNER_NAMES = ("qt_", "_q_")
-"""Object names that begin so are of Qt's own parts of widgets."""
+"""Beginnings of object names that Qt gives to inner parts of widgets."""
 _SHOWN_AS = ("label", "text", "title", "placeholder", "action", "tip")
 _UNTOLD_STATES = ("hovered",)
 
@@ -49,17 +49,17 @@ class SnapshotNode:
         class_name: its own class.
         role: its kind in plain words: "button", "checkbox", "edit", ...
         name: its object name.
-        text: what it shows as its own.
-        label: the text that tells what it is for.
+        text: the text that it shows as its own.
+        label: the text of its label.
         tip: its tool tip.
-        value: what it holds: the text of an edit, the number of a slider; None where it holds nothing.
+        value: the text of an edit, the number of a slider, ...; None for widgets without a value.
         states: such as "disabled", "checked", "focused", "expanded", "read only", "hidden".
         rect: its place on the screen, in pixels.
         header: the titles of the columns of an item view.
-        items: what it holds that is no widget, as far as it is in sight.
-        left_out: how many items there are that `items` does not tell.
+        items: the rows, tabs, choices or entries in it that are in sight.
+        left_out: how many items there are that are not in `items`.
         children: the widgets in it.
-        details: all that the agent told, by its own names.
+        details: all fields of the agent's reply, by their names in the protocol.
     """
 
     ref: int
@@ -80,7 +80,7 @@ class SnapshotNode:
 
     @classmethod
     def of(cls, told: Mapping[str, Any]) -> "SnapshotNode":
-        """The node for an object of the agent's JSON, with all below it. Raises ProtocolError where it is none."""
+        """The node for an object of the agent's JSON, with all below it. Raises ProtocolError for any other object."""
         try:
             left, top, width, height = told["rect"]
             return cls(
@@ -104,7 +104,7 @@ class SnapshotNode:
             raise ProtocolError(f"not a widget of a snapshot: {error!r}") from None
 
     def column(self, title: str) -> Tuple[str, ...]:
-        """The texts in one column of an item view, in the rows that are told. Raises ValueError for an unknown title."""
+        """The texts in one column of an item view, of the rows in `items`. Raises ValueError for an unknown title."""
         if title not in self.header:
             raise ValueError(
                 f"no column {title!r} is shown, but {', '.join(map(repr, self.header)) or 'none'}"
@@ -119,7 +119,7 @@ class SnapshotNode:
             yield from child.walk()
 
     def walk_with_depth(self, depth: int = 0) -> Iterator[Tuple["SnapshotNode", int]]:
-        """As walk(), each node with the number of those that it is in."""
+        """As walk(), each node with its depth: 0 for this one."""
         yield self, depth
         for child in self.children:
             yield from child.walk_with_depth(depth + 1)
@@ -129,7 +129,7 @@ class SnapshotNode:
 
 
 def describe_briefly(node: SnapshotNode) -> str:
-    """Its role, and the text by which a person knows it."""
+    """The widget's role, and the text by which a person knows it."""
     return f'{node.role} "{_cut(_shown(node))}"' if _shown(node) else node.role
 
 
@@ -164,8 +164,8 @@ class Snapshot:
 def outline(root: SnapshotNode) -> str:
     """An outline of the widgets and their texts, one line each, indented as they are within each other.
 
-    Widgets that only hold others are left out, scroll bars and the like, and labels that are told with their field. The
-    states, values and items are those that a person would look for; the nodes tell them all.
+    It leaves out widgets that only hold others, scroll bars and the like, and labels whose text is shown with their field.
+    Of states, values and items it has those that a person would look for; the nodes have all.
     """
     return "\n".join(_lines(root, 0, is_root=True))
 
@@ -199,7 +199,7 @@ def _in_few_columns(item: Item) -> str:
 
 
 def _is_frame(node: SnapshotNode) -> bool:
-    """Whether it only holds others. One with a name is told, unless what it holds has a name of its own."""
+    """Whether it only holds others. One with a name counts only if the single widget in it has a name, too."""
     if _shown(node) or node.items:
         return False
     if node.role == "label":

@@ -12,7 +12,7 @@ from .snapshot import INNER_NAMES, SnapshotNode
 
 _MISSES = (AmbiguousError, NotVisibleError, WidgetNotFoundError)
 _PLAIN = re.compile(rf"(?!({'|'.join(SPECIAL_NAMES)})$)[\w.-]+", re.ASCII)
-"""Object names that are paths as they stand."""
+"""Matches object names that can be used as paths."""
 
 _CONDITIONS: Tuple[Tuple[str, str], ...] = (
     ("name", "name"),
@@ -23,15 +23,15 @@ _CONDITIONS: Tuple[Tuple[str, str], ...] = (
     ("placeholder", "placeholder"),
     ("tooltip", "tip"),
 )
-"""Keys of locators, and the fields of a snapshot that tell their texts: the most stable first."""
+"""Keys of locators, and the fields of a snapshot that have their texts: the most stable first."""
 
 
 class StableLocators:
     """Finds, for the widgets of one snapshot, locators that find them alone.
 
-    In this order: the object name, the label, the text or the action, what else is shown; each alone or with the class, and
-    within the nearest widget around it that has such a locator, or that is the only one of its class; then the class and the
-    position there.
+    It tries, in this order: the object name, the label, the text, the action and the other texts, each alone and with the
+    class; the same within the nearest widget around it that has such a locator or is the only one of its class; at last
+    the class and the position within that.
     """
 
     def __init__(self, connection: Connection, window: str, root: SnapshotNode) -> None:
@@ -78,7 +78,7 @@ class StableLocators:
         return self._first(places, lambda one: self._ref_of(one) == node.ref)
 
     def _around(self, node: SnapshotNode) -> Tuple[Optional[Locator], SnapshotNode]:
-        """The nearest widget around it that has a locator by its texts, and that locator; None is that of the window."""
+        """The nearest widget around it that has a locator, after that locator; None and the window where there is none."""
         above = self._parents.get(node.ref)
         while above is not None and above is not self._root:
             found = self._by_texts(above) or self._by_class(above)
@@ -91,7 +91,7 @@ class StableLocators:
         return self._counts.get((key, text), 0) == 1
 
     def _finds_one(self, found: Locator) -> bool:
-        """Whether it finds one widget: that is the node, if all its conditions are true of the node."""
+        """Whether the locator finds one widget: the node itself, if the node fulfils its conditions."""
         try:
             self._connection.read(self._window, found, "className")
         except _MISSES:
@@ -119,7 +119,7 @@ class StableLocators:
 
 
 def _number_within(node: SnapshotNode, outer: SnapshotNode) -> int:
-    """How many of its class come before it in another; it is more where widgets of derived classes do."""
+    """A guess at its position in another widget: how many of its own class come before it, without derived classes."""
     alike = [one.ref for one in outer.walk() if one.class_name == node.class_name and one is not outer]
     return alike.index(node.ref) if node.ref in alike else 0
 

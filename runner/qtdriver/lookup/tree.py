@@ -1,4 +1,4 @@
-"""The widgets of a window as a tree, and which of them a path finds."""
+"""The tree of a window's widgets, and the widgets in it that a path finds."""
 
 from __future__ import annotations
 
@@ -13,8 +13,7 @@ UNNAMED = "unnamed"
 """The path element for a widget that has no name."""
 
 UNKNOWN = ""
-"""The name of a push button without an object name: the agent derives it from the button's text, which a listing does
-not tell."""
+"""In place of a push button's derived name, as long as its text is not known: a listing does not tell that."""
 
 _INPUT_DIALOG = "QInputDialog"
 
@@ -24,7 +23,7 @@ class Node:
     """A widget of a window.
 
     Attributes:
-        record: what the agent listed.
+        record: the widget's record in the agent's listing.
         parent: None for the window.
         children: in the order of the window.
         name: the name that a path calls it by: its object name, a derived name, "unnamed", or UNKNOWN.
@@ -42,8 +41,10 @@ class Node:
 
     @property
     def has_certain_name(self) -> bool:
-        """Whether `name` is what the agent calls it. A tool button without an object name may be named after its
-        action, which a listing does not tell."""
+        """Whether `name` is certainly the agent's name for it.
+
+        A tool button without an object name may be named after its action, which a listing does not tell.
+        """
         return self.name != UNKNOWN and (self.name != UNNAMED or self.record.class_name != "QToolButton")
 
     def ancestors(self) -> Iterator["Node"]:
@@ -76,7 +77,7 @@ class WidgetTree:
         return f"<tree of {len(self.nodes)} widgets in {self.nodes[0]}>" if self.nodes else "<empty tree>"
 
     def __str__(self) -> str:
-        """An outline: a widget a line, indented below its parent. What is in a hidden widget is only counted."""
+        """An outline: a line for each widget, indented below its parent. Widgets in a hidden one are only counted."""
         lines: List[str] = []
         hidden: Optional[WidgetRecord] = None
         counted = 0
@@ -109,7 +110,7 @@ class WidgetTree:
     def find(self, path: str) -> Tuple[Node, ...]:
         """The widgets that a path finds, hidden ones included.
 
-        A path that ends with "/" finds every widget without an object name below what it names.
+        A path that ends with "/" finds every widget without an object name below the widgets that it names.
         """
         names = path.split("/")
         if names[-1] == "":
@@ -119,8 +120,9 @@ class WidgetTree:
         return tuple(node for node in candidates if _fits(node, names))
 
     def unique_path(self, target: Node) -> Optional[str]:
-        """A short path that finds only this visible widget; None when its names do not tell it apart, or when it is
-        hidden while another of its paths is visible."""
+        """A short path that finds only this widget. None when no path does, or when it is hidden and a path that finds it
+        also finds a visible widget.
+        """
         if not target.has_certain_name:
             return None
         path = target.name
@@ -168,7 +170,7 @@ def _name(record: WidgetRecord, parent: Optional[Node]) -> str:
 def _fits(node: Node, names: Sequence[str]) -> bool:
     """Whether a widget and its ancestors fit the path; an empty name stands for any number of levels.
 
-    Behind the window nothing fits, not even an empty name.
+    Above the window nothing fits, not even an empty name.
     """
     current: Optional[Node] = node
     gap = False

@@ -1,7 +1,7 @@
 """Finds widgets by the texts that the user sees on them.
 
-This is the only place that looks for texts. Where the agent has extensions, it looks by locators; otherwise, and for
-messages, by listings and properties, where a widget that no path finds alone cannot be asked for its text.
+Where the agent has extensions, locators find them. Otherwise, and for messages, the runner reads the texts of all widgets
+that a path finds alone.
 """
 
 from __future__ import annotations
@@ -26,11 +26,11 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 
 class Search(NamedTuple):
-    """How a widget is found by a text on it.
+    """A search for a widget by a text on it.
 
     Attributes:
-        look: answers the address of the widget in a window; raises WidgetNotFoundError or AmbiguousError.
-        locator: what finds it where the agent knows locators.
+        look: returns the address of the widget in a window; raises WidgetNotFoundError or AmbiguousError.
+        locator: finds it where the agent knows locators.
     """
 
     look: Callable[[Connection, str], Address]
@@ -66,8 +66,10 @@ def tab_bar_showing(text: str) -> Search:
 
 
 def field_labelled(text: str) -> Search:
-    """Looks for the field with this label, or where there is none, with this placeholder. Only by locators: a label does
-    not tell its field otherwise, so that it raises OldAgentError where the agent has none."""
+    """Looks for the field with this label; where there is none, for the one with this placeholder.
+
+    Only locators find a field by its label, so that it raises OldAgentError where the agent has none.
+    """
     by_label, by_placeholder = locator(label=text), locator(placeholder=text)
 
     def look(connection: Connection, window: str) -> Address:

@@ -1,4 +1,4 @@
-"""The windows of an application: how requests name them, all of them with their widgets, and as text."""
+"""The windows of an application: their names in requests, the walk over all of them, and their description."""
 
 from __future__ import annotations
 
@@ -27,9 +27,9 @@ class WindowWidgets:
 
     Attributes:
         record: the window.
-        address: what names it in a request; empty where nothing has found only this window.
+        address: its name in a request; empty where no name finds only this window.
         widgets: the window itself and all widgets in it, each parent before its children; none after an error.
-        error: why they could not be listed.
+        error: the reason why they could not be listed.
     """
 
     record: WindowRecord
@@ -41,10 +41,13 @@ class WindowWidgets:
 def walk_windows(
     connection: Connection, windows: Optional[Iterable[WindowRecord]] = None
 ) -> Iterator[WindowWidgets]:
-    """Every visible window with its widgets, each asked for when it is its turn. `windows` is a listing that is there
-    already.
+    """Yields every visible window with its widgets, which are listed window by window.
 
-    Raises what the listing of the windows raises. An error in the widgets of one window is with that window, also where
+    Args:
+        connection: asks the application.
+        windows: the windows, if they have been listed already.
+
+    Raises the errors of listing the windows. An error of listing the widgets of one window is in its `error`, also where
     the application does not answer or has ended.
     """
     for record in connection.list_windows() if windows is None else windows:
@@ -78,9 +81,9 @@ def _addresses(record: WindowRecord) -> Iterator[str]:
 
 
 def certain_beginning(title: str) -> str:
-    """As much of a title in a reply as names its window in a request.
+    """The beginning of a title in a reply that can name the window in a request.
 
-    Requests have no commas and no line breaks in titles, and replies have "?" for characters beyond U+00FF.
+    Titles in requests cannot contain commas and line breaks, and replies have "?" for characters beyond U+00FF.
     """
     match = _CERTAIN.match(title)
     beginning = match[0] if match else ""

@@ -32,7 +32,7 @@ class TestArtifacts:
         is_open: whether the driver is open, so that applications may still run.
     """
 
-    __test__ = False  # this is no test, whatever pytest makes of its name
+    __test__ = False  # pytest takes classes with such names for tests
 
     def __init__(self, driver: Driver, settings: Settings, node_id: str) -> None:
         """Begins to record the steps of the driver, if the settings say so, and removes an earlier run's folder."""

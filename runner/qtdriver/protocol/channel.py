@@ -26,13 +26,13 @@ _Self = TypeVar("_Self", bound="Channel")
 
 
 class Channel(ClosedOnLeaving):
-    """A greeted agent, spoken to in raw lines. Not for use by several threads at the same time.
+    """The connection to an agent that has greeted, in raw lines. It belongs to one thread.
 
     Attributes:
         greeting: what the agent said of itself.
         process: id of the process at the other end, as this process sees it; None where the system hides it.
-        timeout: seconds that a request may take, the waiting for a late earlier reply included.
-        transcript: what was asked and answered.
+        timeout: seconds that a request may take, including the wait for the late reply to an earlier one.
+        transcript: the requests and their replies.
     """
 
     def __init__(
@@ -42,7 +42,7 @@ class Channel(ClosedOnLeaving):
         timeout: float = DEFAULT_TIMEOUT,
         process: Optional[int] = None,
     ) -> None:
-        """Takes over `lines`, whose greeting has been read. `timeout`: seconds that a request may take."""
+        """Owns `lines` from now on, from which the greeting has been read. The others are the attributes."""
         self.greeting = greeting
         self.process = process
         self.timeout = timeout
@@ -54,9 +54,15 @@ class Channel(ClosedOnLeaving):
     def greet(
         cls: Type[_Self], connected: socket.socket, deadline: float, timeout: float, peer: Peer
     ) -> _Self:
-        """Waits for the greeting of a fresh connection from `peer` until `deadline`, a time of time.monotonic().
+        """Waits for the greeting on a new connection.
 
-        Raises RequestTimeout, ConnectionClosed or ProtocolError when no greeting comes, and then closes.
+        Args:
+            connected: the socket; it is closed when no greeting comes.
+            deadline: when to give up, a time of time.monotonic().
+            timeout: seconds that each later request may take.
+            peer: the process at the other end.
+
+        Raises RequestTimeout, ConnectionClosed or ProtocolError when no greeting comes.
         """
         lines = LineSocket(connected)
         try:
@@ -95,10 +101,14 @@ class Channel(ClosedOnLeaving):
         return not self._lines.is_open()
 
     def request(self, line: str, timeout: Optional[float] = None) -> Reply:
-        """Sends one request line and waits for its reply, of whatever code.
+        """Sends one request line and waits for its reply, whatever its code.
 
-        `timeout` in seconds, by default that of the connection. Raises RequestTimeout, ConnectionClosed,
-        ProtocolError for an answer that is no reply, and UnsupportedTextError for a line that cannot be sent.
+        Args:
+            line: the request without a line end.
+            timeout: seconds that it may take, by default those of the connection.
+
+        Raises RequestTimeout, ConnectionClosed, ProtocolError for a line that is no reply, and UnsupportedTextError,
+        before anything is sent, for a request that cannot be sent.
         """
         data = encode_line(line)
         started = time.monotonic()
@@ -116,12 +126,14 @@ class Channel(ClosedOnLeaving):
     def _exchange(self, line: str, data: bytes, seconds: float) -> str:
         deadline = time.monotonic() + seconds
         try:
-            self._clear_the_way(deadline)
+            self._discard_late_replies(deadline)
             self._unanswered = "" if self.transcript.is_paused else line
             self._lines.send(data, deadline)
             return self._read_reply(deadline)
         except socket.timeout:
-            waiting_for = self._unanswered or line  # what a listener asked is nothing that the test knows
+            waiting_for = (
+                self._unanswered or line
+            )  # empty for the request of a listener, which the test does not know
             shown = readable_request(waiting_for)
             raise RequestTimeout(f"no reply to {shown!r} within {seconds:g} seconds") from None
         except OSError as error:
@@ -129,18 +141,18 @@ class Channel(ClosedOnLeaving):
                 f"the application ended before it answered {readable_request(line)!r} ({error})"
             ) from error
 
-    def _clear_the_way(self, deadline: float) -> None:
-        """Takes what belongs to earlier requests off the line: the next reply is the one asked for."""
+    def _discard_late_replies(self, deadline: float) -> None:
+        """Reads and drops replies to earlier requests, so that the next reply belongs to this one."""
         if self._unanswered is not None:
             self._read_reply(deadline)
         if not self._lines.discard_arrived():
             raise ConnectionResetError("the connection is closed")
 
     def _read_reply(self, deadline: float) -> str:
-        """The text of the one reply under way.
+        """Reads the one reply that is due.
 
-        The agent never speaks unasked. So what stands behind the line end is the rest of this reply, in which
-        a window title or an object name has a line break.
+        The agent sends nothing unasked, so further lines that have arrived are the rest of this reply: a window title or
+        an object name in it has a line break.
         """
         reply = self._read_line(deadline)
         while self._lines.has_more:

@@ -10,10 +10,10 @@ _Self = TypeVar("_Self", bound="ClosedOnLeaving")
 
 
 class ClosedOnLeaving:
-    """A context manager whose end is its method close()."""
+    """Base of context managers that call close() at the end of the block."""
 
     def close(self) -> None:
-        """Ends it. Ending it twice is harmless."""
+        """Closes the object. Closing twice is harmless."""
         raise NotImplementedError
 
     def __enter__(self: _Self) -> _Self:

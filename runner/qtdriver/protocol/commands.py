@@ -1,4 +1,4 @@
-"""The table of the twelve commands: what the connection sends and what the command line explains."""
+"""The table of the twelve commands, by which the connection sends them and the command line explains them."""
 
 from __future__ import annotations
 
@@ -41,10 +41,13 @@ class Command:
     summary: str
 
     def compose(self, *texts: str) -> str:
-        """The request line for the texts of the sections; texts of encoded sections are given decoded.
+        """The request line.
 
-        Raises ValueError for a number of texts other than that of the sections, and UnsupportedTextError for a comma
-        or a line break in a section that is not encoded, and for a character beyond U+00FF in one that is.
+        Args:
+            texts: one for each section, decoded.
+
+        Raises ValueError when they are not as many as the sections, and UnsupportedTextError for a comma or a line break in
+        a section that is not encoded, and for a character beyond U+00FF in one that is.
         """
         if len(texts) != len(self.sections):
             raise ValueError(f"{self.name} has {len(self.sections)} sections, not {len(texts)}")

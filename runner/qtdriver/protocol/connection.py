@@ -18,27 +18,26 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 
 class Connection(ExtendedChannel):
-    """A greeted agent: the twelve commands, and the extensions that it has. Not for use by several threads at the same
-    time.
+    """The connection to an agent: the twelve commands, and the extensions that it has. It belongs to one thread.
 
-    A text in a request for one widget that its command cannot carry, one beyond U+00FF in a value or a comma in a name,
-    travels by the extension of the same number, if the agent has it.
+    A text that the command for a widget cannot carry (a character beyond U+00FF in a value, a comma in a name) is sent by
+    the extension of the same number, if the agent has it.
 
-    Every method of a command raises a ReplyError subclass when the agent refuses, ConnectionClosed when the
-    application has ended, RequestTimeout when no answer comes in time, and UnsupportedTextError, before
-    anything is sent, for text that the protocol cannot carry.
+    Every method of a command raises a ReplyError subclass when the agent refuses, ConnectionClosed when the application
+    has ended, RequestTimeout when no reply comes in time, and UnsupportedTextError, before anything is sent, for text that
+    the protocol cannot carry.
 
-    The methods share these arguments: `window` is the beginning of a window title or one of the forms
-    "Widget:name", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget"; `path` holds object names from
-    the outside in, joined by "/", an empty one standing for any number of levels, or it is a locator, which needs an agent
-    with extensions; `widget_class` is the class to serve the widget as, one of its base classes, or empty for the nearest
-    that the agent knows; `force` leaves out the checks that are made for a locator.
+    Args that the methods share:
+        window: the beginning of a window title, or "Widget:NAME", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget".
+        path: object names from the outside in, joined by "/", an empty one standing for any number of levels; or a
+            locator, which needs an agent with extensions.
+        widget_class: the class to serve the widget as, one of its base classes; empty for the nearest that the agent knows.
+        force: leaves out the checks that the agent makes for a locator.
 
     Attributes:
-        visited: the windows and locators of the widgets that actions took the mouse to. It may still be at one of them.
-        entered: the classes that served the widgets in which values were entered, by their windows, their paths, and the
-            classes that were asked for.
-        served: the classes that serve the application's own classes of widgets, as far as they were asked for.
+        visited: the windows and locators of the widgets to which actions took the mouse; it may still be at one of them.
+        entered: the classes that served widgets in which values were entered, by window, path and the class asked for.
+        served: the classes that serve the application's own classes of widgets, as far as they are known.
     """
 
     def __init__(
@@ -48,7 +47,7 @@ class Connection(ExtendedChannel):
         timeout: float = DEFAULT_TIMEOUT,
         process: Optional[int] = None,
     ) -> None:
-        """As that of the channel."""
+        """Takes the arguments of Channel."""
         super().__init__(lines, greeting, timeout, process)
         self.visited: Set[Tuple[str, Locator]] = set()
         self.entered: Dict[Tuple[str, Address, str], str] = {}
@@ -66,18 +65,18 @@ class Connection(ExtendedChannel):
         return items
 
     def _by_extension(self, name: str, path: str, error: UnsupportedTextError) -> Locator:
-        """The locator of the widget at a path, for an extension that can carry a text which its command cannot.
+        """The locator of the widget at a path, for the extension that carries a text which its command cannot.
 
-        Raises the error where the agent lacks the extension, and for the special names, which no locator has.
+        Raises `error` where the agent lacks the extension, and for the special names, which locators do not know.
         """
         if is_special(path) or name not in self.extensions:
             raise error
         return path_locator(path)
 
     def checked_address(self, path: Address) -> Address:
-        """The locator to use in place of `path` so that the agent checks before it acts whether a user could.
+        """The address by which the agent checks, before it acts, whether a user could: a locator for the path.
 
-        It is the path itself where the agent lacks extensions, and for the special names, which no locator has.
+        It is the path itself where the agent lacks extensions, and for the special names, which locators do not know.
         """
         return path if is_special(path) or not self.knows_locators else as_locator(path)
 
@@ -94,7 +93,7 @@ class Connection(ExtendedChannel):
         return CursorWidget.parse(self._command("identifyWidgetAtCursor").payload)
 
     def locate_widget(self, window: str, path: Address) -> str:
-        """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
+        """Raises the window and moves the cursor to the widget's top left pixel. Returns the widget's own class."""
         if isinstance(path, Locator):
             return self.locate(window, path)
         try:
@@ -114,7 +113,7 @@ class Connection(ExtendedChannel):
     ) -> str:
         """Does what the widget is for; its class decides what `value` and `option` mean.
 
-        Answers the class under which the widget was served.
+        Returns the class under which the widget was served.
         """
         if isinstance(path, Locator):
             return self.activate(window, path, value, option, widget_class=widget_class, force=force)
@@ -128,7 +127,7 @@ class Connection(ExtendedChannel):
     def enter_widget(
         self, window: str, path: Address, value: Argument, *, widget_class: str = "", force: bool = False
     ) -> str:
-        """Enters `value` as a user would. Answers the class under which the widget was served."""
+        """Enters `value` as a user would. Returns the class under which the widget was served."""
         if isinstance(path, Locator):
             served = self.enter(window, path, value, widget_class=widget_class, force=force)
         else:
@@ -155,16 +154,19 @@ class Connection(ExtendedChannel):
             return self.read(window, found, name, argument, widget_class=widget_class)
 
     def check_window(self, window: str) -> str:
-        """The full title of the window; WindowBlockedError while a popup or modal window is in front."""
+        """The full title of the window. Raises WindowBlockedError while a popup or modal window is in front."""
         return self._command("checkWindow", window).payload
 
     def mouse_widget(
         self, window: str, path: Address, command: str, *, widget_class: str = "", force: bool = False
     ) -> str:
-        """Plays a mouse command "type:button:x:y:modifier" on the widget.
+        """Plays a mouse command on the widget.
 
-        For example "MouseClick:LeftButton:0.5:0.5:NoModifier", x and y being fractions of the widget's size.
-        Answers the class under which the widget was served.
+        Args:
+            command: "type:button:x:y:modifier", x and y being shares of the widget's size, such as
+                "MouseClick:LeftButton:0.5:0.5:NoModifier".
+
+        Returns the class under which the widget was served.
         """
         if isinstance(path, Locator):
             return self.mouse(window, path, command, widget_class=widget_class, force=force)
@@ -176,15 +178,15 @@ class Connection(ExtendedChannel):
             return self.mouse(window, found, command, widget_class=widget_class, force=True)
 
     def move_window(self, window: str, x: int, y: int) -> str:
-        """Moves the window's frame to global pixel coordinates. Answers the window title."""
+        """Moves the window's frame to a point of the screen, in pixels. Returns the window title."""
         return self._command("moveWindow", window, str(x), str(y)).payload
 
     def resize_window(self, window: str, width: int, height: int) -> str:
-        """Sets the size of the window without its frame, in pixels. Answers the window title."""
+        """Sets the size of the window without its frame, in pixels. Returns the window title."""
         return self._command("resizeWindow", window, str(width), str(height)).payload
 
     def locate_tray_icon(self, name: str) -> Rect:
-        """The screen rectangle of the tray icon with this object name, in global pixels.
+        """The rectangle of the tray icon with this object name, in pixels of the screen.
 
         Raises CommandError when the desktop does not tell it.
         """

@@ -16,22 +16,23 @@ _FORCE = "force"
 
 
 class ExtendedChannel(Channel):
-    """A greeted agent, and what it can do beyond the twelve commands. Texts may hold every character.
+    """The connection to an agent that may have extensions. Texts may contain every character.
 
     Every method raises OldAgentError, before anything is sent, where the agent lacks its extension, NotReadyError where
-    the widget cannot take the input yet, and else the errors of the commands' methods. The errors of the codes 5 to 7
-    have the candidates that the agent names.
+    the widget cannot take the input yet, and the errors of the commands' methods. Those of the codes 5 to 7 have the
+    candidates that the agent names.
 
-    The methods share these arguments: `window` is that of the commands; `locator` says what the widget is like, and
-    empty it is the window itself (for keys: what has the focus there); `force` leaves the checks out by which a widget is
-    found to be unable to take input.
+    Args that the methods share:
+        window: as for the commands.
+        locator: finds the widget; empty for the window itself, and for keys what has the focus in it.
+        force: leaves out the checks whether the widget can take the input.
     """
 
     _extensions: Optional[FrozenSet[str]] = None
 
     @property
     def extensions(self) -> FrozenSet[str]:
-        """The names of the extensions that the agent has, such as "+press". It is asked when this is first read."""
+        """The names of the extensions that the agent has, such as "+press". Asks the agent when it is first read."""
         if self._extensions is None:
             try:
                 names = self._extended("+extensions").value()
@@ -44,7 +45,7 @@ class ExtendedChannel(Channel):
 
     @property
     def knows_items(self) -> bool:
-        """Whether mouse() and scroll() take items, and item() tells of them."""
+        """Whether the agent has what mouse(), scroll() and item() need for items."""
         return self.extensions.issuperset(("+9", "+scroll", "+item"))
 
     @property
@@ -62,7 +63,7 @@ class ExtendedChannel(Channel):
         return decode_json(self._extended("+2", window, locator))
 
     def locate(self, window: str, locator: Address) -> str:
-        """Raises the window, moves the cursor to the widget's top left pixel, answers the widget's class."""
+        """Raises the window and moves the cursor to the widget's top left pixel. Returns the widget's own class."""
         return self._extended("+4", window, locator).payload
 
     def activate(
@@ -108,8 +109,10 @@ class ExtendedChannel(Channel):
         force: bool = False,
         item: Argument = None,
     ) -> str:
-        """As Connection.mouse_widget(), for what the locator finds; or at its item, which is named as for activate().
-        Not every agent knows items."""
+        """As Connection.mouse_widget(), for what the locator finds, or at its item.
+
+        `item` is what activate() takes to choose it; it needs an agent that knows items.
+        """
         texts = [widget_class, encode_argument(command), _FORCE if force else ""]
         if item is not None:
             self.require("+scroll")
@@ -117,7 +120,7 @@ class ExtendedChannel(Channel):
         return self._extended("+9", window, locator, *texts).payload
 
     def scroll(self, window: str, locator: Address, item: Argument = None, *, widget_class: str = "") -> Rect:
-        """Scrolls to the widget, or to its item. Answers where it is in sight, in pixels of the screen."""
+        """Scrolls to the widget, or to its item. Returns the rectangle that is in sight, in pixels of the screen."""
         rect = self._extended("+scroll", window, locator, widget_class, encode_argument(item)).value()
         if not isinstance(rect, Rect):
             raise ProtocolError(f"not a rectangle: {rect!r}")
@@ -135,18 +138,24 @@ class ExtendedChannel(Channel):
         return text, tuple(map(str, states))
 
     def press(self, window: str, keys: str, locator: Address = "", *, mode: str = "") -> str:
-        """Presses and releases `keys`, one to four strokes such as "Ctrl+K, Ctrl+C"; with `mode` "press" or "release"
-        only that. Answers the class of the widget that had the focus."""
+        """Presses and releases keys.
+
+        Args:
+            keys: one to four strokes, such as "Ctrl+K, Ctrl+C".
+            mode: "press" or "release" to do only that; empty for both.
+
+        Returns the class of the widget that had the focus.
+        """
         return self._extended("+press", window, locator, keys, mode).payload
 
     def type_text(self, window: str, text: str, locator: Address = "") -> str:
-        """Types the text, a line break as Return and a tab as Tab. Answers the class of the widget that had the focus."""
+        """Types the text, a line break as Return and a tab as Tab. Returns the class of the widget that had the focus."""
         return self._extended("+type", window, locator, text).payload
 
     def turn_wheel(self, window: str, locator: Address, command: str) -> str:
         """Plays a wheel command "x:y:modifier:horizontal:vertical", the last two in steps, up and left being positive.
 
-        Answers the class of the widget.
+        Returns the class of the widget.
         """
         return self._extended("+wheel", window, locator, command).payload
 
@@ -162,7 +171,7 @@ class ExtendedChannel(Channel):
         self._extended("+clipboard", text)
 
     def focus(self, window: str, locator: Address) -> str:
-        """Gives the widget the keyboard focus, as the Tab key would. Answers its class."""
+        """Gives the widget the keyboard focus, as the Tab key would. Returns its class."""
         return self._extended("+focus", window, locator).payload
 
     def _extended(self, name: str, *texts: Address) -> Reply:

@@ -29,7 +29,10 @@ class Extension:
     summary: str
 
     def compose(self, *texts: str) -> str:
-        """The request line for the texts of the sections; those that are missing at the end stay away.
+        """The request line.
+
+        Args:
+            texts: those of the sections; at the end some may be left out.
 
         Raises ValueError for more texts than sections, and UnsupportedTextError for half of a surrogate pair, which
         UTF-8 does not have.
@@ -55,7 +58,7 @@ def decode_utf8_hex(digits: str) -> str:
 
 
 def readable_request(line: str) -> str:
-    """The request as a person reads it: that of an extension with its texts as they are, any other one as it is."""
+    """The request for a person: that of an extension with its texts decoded, any other one as it is."""
     name, *sections = line.split(",")
     if name not in EXTENSION_BY_NAME:
         return line
@@ -73,8 +76,14 @@ def _decoded_or_raw(digits: str) -> str:
 
 
 def refusal(reply: Reply, shown: str = "") -> ReplyError:
-    """The error for the refusal of an extension, with window and widget as the test wrote them, and with the widgets that
-    the agent names. `shown` is what to call the widget. Raises ProtocolError where the reply is none."""
+    """The error for the refusal of an extension, with the window and the widget as the test wrote them.
+
+    Args:
+        reply: the refusal.
+        shown: how the message calls the widget.
+
+    Its candidates are the widgets that the agent names. Raises ProtocolError where the reply is no refusal.
+    """
     match = _REFUSED.fullmatch(reply.payload) if reply.code in _CODES_WITH_NAMES else None
     if match is None:
         return reply_error(reply.code, reply.payload)

@@ -14,10 +14,9 @@ _CHUNK_BYTES = 65536
 
 
 class LineSocket:
-    """A connected socket that is written and read in lines of Latin-1 text.
+    """A connected socket that is written and read in lines of Latin-1 text. It belongs to one thread.
 
     Received bytes are searched for a line end once, however many pieces a long line arrives in.
-    Not for use by several threads at the same time.
     """
 
     def __init__(self, connected: socket.socket) -> None:
@@ -32,11 +31,14 @@ class LineSocket:
         self._socket.sendall(data)
 
     def read_line(self, deadline: float, longest: Optional[int] = None) -> Optional[str]:
-        """The next line without its line end; None when the other side closed before the line was whole.
+        """The next line without its line end; None when the other side closed before the line was complete.
 
-        `deadline` is a time of time.monotonic(). Raises socket.timeout when it passes, keeping what has
-        arrived, OSError when the connection breaks, and ProtocolError when more than `longest` bytes have arrived
-        without a line end.
+        Args:
+            deadline: when to give up, a time of time.monotonic().
+            longest: bytes that may arrive without a line end; None for any number.
+
+        Raises socket.timeout at the deadline (bytes that have arrived are kept), OSError when the connection breaks, and
+        ProtocolError for a longer line.
         """
         while True:
             end = self._buffer.find(b"\n", self._searched)
@@ -56,11 +58,11 @@ class LineSocket:
 
     @property
     def has_more(self) -> bool:
-        """Whether something has arrived behind the last line that was read."""
+        """Whether bytes have arrived after the last line that was read."""
         return bool(self._buffer)
 
     def discard_arrived(self) -> bool:
-        """Throws away what has arrived, without waiting. False when the other side has closed."""
+        """Discards the bytes that have arrived, without waiting. Returns False when the other side has closed."""
         self._buffer.clear()
         self._searched = 0
         self._socket.settimeout(0)
@@ -76,7 +78,7 @@ class LineSocket:
         return self._socket.fileno()
 
     def is_open(self) -> bool:
-        """Whether the other side has not closed. Does not wait, and takes nothing off the line."""
+        """Whether the other side has not closed. Does not wait, and leaves arrived bytes to be read."""
         try:
             self._socket.settimeout(0)
             return bool(self._socket.recv(1, socket.MSG_PEEK))

@@ -1,4 +1,4 @@
-"""Locators: what finds a widget by what is known of it, as the agent's extensions read them."""
+"""Locators: descriptions that find a widget, in the form that the agent's extensions read."""
 
 from __future__ import annotations
 
@@ -7,7 +7,7 @@ from dataclasses import dataclass, field
 from typing import Any, Dict, Iterator, Mapping, Optional, Pattern, Union
 
 SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
-"""Last names of paths that stand for whatever is there at the moment. Locators do not know them."""
+"""Last names of paths that mean the open popup, and the widget with the focus. Locators do not know them."""
 
 _CONDITION = re.compile(
     r"(^|\s)((name|text|label|placeholder|tooltip|action|accessible|title|path|ref|visible|\.\w+)[*~]?=|nth=\d|>> )"
@@ -37,7 +37,7 @@ Address = Union[str, "Locator"]
 """A path of names, or a locator."""
 
 Text = Union[str, Containing, Pattern[str]]
-"""A text exactly, a part of it, or a regular expression that fits some of it."""
+"""An exact text, a part of a text, or a regular expression that matches a part."""
 
 
 @dataclass(frozen=True)
@@ -45,9 +45,9 @@ class Locator:
     """A description that finds a widget. The methods of a connection take it in place of a path.
 
     Attributes:
-        text: as the agent reads it.
-        call: how a test writes it.
-        name: what messages call it, where that is not the call.
+        text: the text that the agent reads.
+        call: the call by which a test makes it.
+        name: the name that messages use in place of the call; empty for none.
     """
 
     text: str
@@ -62,7 +62,11 @@ class Locator:
         return Locator(f"{outer.text} >> {self.text}", f"{outer.call}.{self.call}")
 
     def at(self, position: str, call: str) -> "Locator":
-        """One of several that this finds: "first", "last", or "nth=2", counted from 0. `call` is how a test writes that.
+        """The locator for one of several widgets that this one finds.
+
+        Args:
+            position: "first", "last", or "nth=2", counted from 0.
+            call: how a test writes that.
 
         Raises ValueError where it has a position already.
         """
@@ -79,10 +83,10 @@ def locator(
     ref: Optional[int] = None,
     **conditions: Optional[Text],
 ) -> Locator:
-    """The locator for a class and conditions, by their keys; see Window.find(). Those that are None do not count.
+    """The locator for a class and conditions; the arguments are those of Window.find(), None meaning no condition.
 
-    Raises ValueError where nothing is looked for, and for a class, a property or flags of a regular expression that
-    cannot be written.
+    Raises ValueError without any condition, and for a class, a property or flags of a regular expression that cannot be
+    written.
     """
     words = [*_class(class_name)]
     words += [_condition(key, text) for key, text in conditions.items() if text is not None]
@@ -116,29 +120,29 @@ def as_locator(path: Address) -> Locator:
 
 
 def is_special(path: Address) -> bool:
-    """Whether a path stands for whatever is there at the moment, so that no locator finds it."""
+    """Whether a path means the open popup or the widget with the focus, which locators do not know."""
     return isinstance(path, str) and path.rsplit("/", 1)[-1] in SPECIAL_NAMES
 
 
 def raw_locator(text: str) -> Locator:
-    """The locator for its own text."""
+    """The locator with this text."""
     return Locator(text, f"find_by({text!r})", text)
 
 
 def address(text: str) -> Address:
-    """The address that a person has written: a path of names, or a locator, which has a condition such as text="Save"."""
+    """The address in a text of the command line: a locator if it has a condition such as text="Save", else a path."""
     return raw_locator(text) if _CONDITION.search(text) else text
 
 
 def as_address(found: Locator) -> str:
-    """The locator as address() reads it: one that is nothing but a class would be a path of names."""
+    """The text from which address() makes the locator. To a class alone it adds a condition, or it would be a path."""
     if found.name:
         return found.name
     return found.text if _CONDITION.search(found.text) else f"{found.text} visible=true"
 
 
 def _as_python(text: Text) -> str:
-    """The argument as most people write it: in double quotes, as far as it has none."""
+    """The argument in Python, in double quotes where it contains none."""
     if isinstance(text, str):
         return repr(text) if '"' in text or not text.isprintable() or "\\" in text else f'"{text}"'
     if isinstance(text, Containing):

@@ -1,4 +1,4 @@
-"""Looks up in the system which process has connected, or listens: a greeting proves nothing of that."""
+"""Finds out from the system which process has connected, or listens; a greeting proves nothing."""
 
 from __future__ import annotations
 
@@ -28,7 +28,7 @@ class Peer:
         self._local: Address = connected.getpeername()[:2]
         self._remote: Address = connected.getsockname()[:2]
         ends = (end for end in tcp_sockets() if (end.local, end.remote) == (self._local, self._remote))
-        # A socket that nobody has any more counts as the administrator's.
+        # The system gives a socket that no process has any more to the administrator (inode 0).
         held = next((end for end in ends if end.inode), None)
         if held is None:
             raise ConnectionClosed(
@@ -44,10 +44,10 @@ class Peer:
         return self.user == os.geteuid() and _users_are_told_apart()
 
     def process(self, likely: Optional[int] = None) -> Optional[int]:
-        """Id of the process that has the socket, as this process sees it; None where the system hides it, as it does
-        with processes of other users and with those of another process namespace.
+        """Id of the process that has the socket, as this process sees it.
 
-        `likely` is looked at first: to look at all processes takes longer.
+        `likely` is tried first, since searching all processes takes longer. Returns None where the system hides the
+        process, as it does with those of other users and of another process namespace.
         """
         if likely is not None and self._is_held_by(likely):
             return likely
@@ -68,7 +68,7 @@ class Peer:
     def _is_held_by(self, pid: int) -> bool:
         try:
             process = self._psutil.Process(pid)
-            # The name until psutil 6.
+            # psutil 6 has renamed connections().
             connections = getattr(process, "net_connections", None) or process.connections
             return any(map(self._is, connections("tcp")))
         except (self._psutil.Error, OverflowError, ValueError):
@@ -88,7 +88,7 @@ def describe_process(pid: Optional[int]) -> str:
 
 
 def _users_are_told_apart() -> bool:
-    """Whether the user namespace knows this user: otherwise all that it does not know have one id."""
+    """Whether the user namespace knows this user; all users that it does not know have the same id."""
     try:
         with open(_KNOWN_USERS, encoding="ascii") as file:
             ranges = [tuple(map(int, line.split())) for line in file]
@@ -121,7 +121,7 @@ def _process_name(pid: int) -> str:
 
 
 def load_psutil() -> Any:
-    """The package. Imported when it is needed: who only speaks the protocol needs no other package.
+    """Imports psutil when it is needed, so that clients of the protocol alone do not need it.
 
     Raises PeerReaderMissingError.
     """

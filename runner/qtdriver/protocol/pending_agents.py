@@ -35,12 +35,19 @@ class PendingAgents:
         request_timeout: float,
         given_up: Callable[[], bool] = lambda: False,
     ) -> Optional[Connection]:
-        """The connection of the first agent whose process is `wanted`, by default of any process of this user; None at
-        the deadline, or when `given_up`.
+        """Waits for the agent of a process.
 
-        Which process it is the system tells. Only where that hides the process, its user and what its greeting says
-        decide. A process of another user has to be `wanted`. The requests of the connection may take `request_timeout`
-        seconds each. Its transcript says who was refused meanwhile.
+        The system tells which process has connected; only where it hides that, the user and the greeting decide.
+
+        Args:
+            wanted: whether it is the agent of this process; None takes any process of this user. A process of another user
+                is refused unless it is wanted.
+            deadline: when to stop waiting.
+            request_timeout: seconds that each request of the connection may take.
+            given_up: whether to stop earlier.
+
+        Returns the connection of the first such agent, whose transcript says who was refused meanwhile; None when there is
+        none.
         """
         while True:
             over = deadline.passed() or given_up()
@@ -56,13 +63,13 @@ class PendingAgents:
                 return None
 
     def others(self) -> str:
-        """Lines to follow an error message: who was refused, and whose agents wait. Empty for nobody."""
+        """Lines for an error message: which processes were refused, and whose agents wait. Empty without any."""
         lines = [f"refused a connection: {refusal}" for refusal in self._refusals]
         lines += [f"{describe_process(connection.pid)} has connected, too" for connection in self._waiting]
         return "".join(f"\n{line}" for line in lines)
 
     def _receive(self, wanted: Optional[Callable[[int], bool]], seconds: float) -> None:
-        """Waits `seconds` at most for somebody to connect, and takes in who has."""
+        """Waits `seconds` at most for a connection, and accepts all that are there."""
         arriving = Deadline(_LONGEST_WAIT)
         while select.select([self._server], [], [], seconds)[0]:
             try:
@@ -71,7 +78,7 @@ class PendingAgents:
             except (ClientRefusedError, ConnectionClosed, ProtocolError, RequestTimeout) as error:
                 self._refusals.append(str(error))
             if arriving.passed():
-                return  # who connects again and again does not keep the caller
+                return  # a process that connects again and again must not block the caller
             seconds = 0.0
 
     def close(self) -> None:

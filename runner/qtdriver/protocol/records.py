@@ -73,8 +73,8 @@ class CursorWidget:
         visible_count: how many of them are visible; 1 says that `path` is unique.
         path: the widget path from the window down.
         window_name: object name of the window; "ActiveModalWidget" for a modal window without a name.
-        window: what to give as the window of a request: the window title, or "Widget:ActivePopupWidget" for a
-            menu. Titles with characters beyond U+00FF are ambiguous on the wire and arrive garbled.
+        window: the window section for a request: the window title, or "Widget:ActivePopupWidget" for a menu. Titles
+            with characters beyond U+00FF are ambiguous on the wire and arrive garbled.
     """
 
     class_name: str
@@ -88,8 +88,8 @@ class CursorWidget:
     def parse(cls, payload: str) -> "Optional[CursorWidget]":
         """Reads the fields behind "?,"; None when no widget is under the cursor.
 
-        Object names may hold commas: the path is what the five other fields leave over. Raises ProtocolError
-        when fields are missing or not of their kind.
+        Object names may contain commas: the path is the text between the three fields before it and the two behind it.
+        Raises ProtocolError when fields are missing or not of their kind.
         """
         if not payload.strip(","):
             return None

@@ -1,4 +1,4 @@
-"""The test server: where agents look for the test."""
+"""The test server, to which agents connect."""
 
 from __future__ import annotations
 
@@ -21,16 +21,18 @@ _BACKLOG = 16
 
 
 class Server(ClosedOnLeaving):
-    """Listens where agents connect. A context manager: leaving it stops listening, not the connections.
+    """Listens at the port to which agents connect. A context manager: leaving it stops listening, not the connections.
 
-    An agent looks for its server once, when its application starts. So the server has to listen before that.
+    An agent looks for its server once, when its application starts, so the server has to listen before that.
     """
 
     def __init__(self, host: str = HOST, port: int = PORT) -> None:
-        """Starts to listen. Raises PortInUseError when another process already does, and QtDriverError for
-        another reason why it cannot.
+        """Starts to listen.
 
-        An agent always connects to the defaults; other values serve what forwards a connection.
+        Args:
+            host, port: agents always connect to the defaults; other values are for a program that forwards connections.
+
+        Raises PortInUseError when another process already listens, and QtDriverError when it cannot for another reason.
         """
         self._socket = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
         try:
@@ -71,12 +73,14 @@ class Server(ClosedOnLeaving):
         *,
         admits: Callable[[int], bool] = lambda pid: False,
     ) -> Connection:
-        """Waits for an agent and for its greeting, `timeout` seconds for both together.
+        """Waits for an agent and its greeting.
 
-        `request_timeout` is the time in seconds that each later request may take. An agent of another user is refused
-        before anything is read of it, unless `admits` answers true for its process.
+        Args:
+            timeout: seconds for both together.
+            request_timeout: seconds that each later request may take.
+            admits: whether to accept the process of another user; all others are refused before anything is read.
 
-        Raises NoClientError when nobody connects, ClientRefusedError when it is not for this user, and RequestTimeout,
+        Raises NoClientError when nobody connects, ClientRefusedError for another user's process, and RequestTimeout,
         ConnectionClosed or ProtocolError when a client sends no greeting.
         """
         deadline = time.monotonic() + timeout

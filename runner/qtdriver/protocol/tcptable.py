@@ -1,4 +1,4 @@
-"""The system's table of TCP sockets. It has those of this process's network namespace, of all users."""
+"""Reads the system's table of TCP sockets: those of this process's network namespace, of all users."""
 
 from __future__ import annotations
 
@@ -19,10 +19,10 @@ class TcpSocket(NamedTuple):
     """One end of a connection, or a socket that listens.
 
     Attributes:
-        local, remote: host and port; of IPv4, too, where such a connection goes through a socket of IPv6.
-        state: as the table has it, for example LISTENING.
-        user: id of the user who made it, as this process's user namespace has it.
-        inode: names the socket; 0 when no process has it any more.
+        local, remote: host and port; those of a connection of IPv4 through a socket of IPv6 are in IPv4's form.
+        state: as in the table, for example LISTENING.
+        user: id of the user who made it, in this process's user namespace.
+        inode: the number of the socket; 0 when no process has it any more.
     """
 
     local: Address

@@ -19,7 +19,7 @@ KEPT_REPLY = 2000
 
 @dataclass(frozen=True)
 class Exchange:
-    """One request and what came of it.
+    """One request and its outcome.
 
     Attributes:
         request: the request line.
@@ -59,7 +59,7 @@ class Step:
     error: str = ""
 
     def add(self, exchange: Exchange) -> None:
-        """Takes an exchange in; of more than ten, the first five and the last five stay."""
+        """Adds an exchange; of more than ten, it keeps the first five and the last five."""
         self.exchanges.append(exchange)
         if len(self.exchanges) > 10:
             del self.exchanges[5]
@@ -70,7 +70,7 @@ class Transcript:
     """Collects the exchanges with one agent, and the step that they belong to.
 
     Attributes:
-        refusals: who else had connected before this agent was there, and was refused.
+        refusals: the processes that had connected before this agent and were refused.
     """
 
     def __init__(self) -> None:
@@ -83,7 +83,7 @@ class Transcript:
         return f"<transcript of {len(self._exchanges)} exchanges>"
 
     def add(self, exchange: Exchange) -> None:
-        """Takes in what the connection has just done."""
+        """Adds an exchange that the connection has just made."""
         if self._paused:
             return
         self._exchanges.append(exchange)
@@ -95,7 +95,7 @@ class Transcript:
         return tuple(self._exchanges)
 
     def begin(self, step: Step) -> bool:
-        """Gives what is done from now on to this step. False when it is within another one, which keeps it."""
+        """Begins a step, which gets the exchanges from now on. Returns False within another step, which keeps them."""
         if self._step is not None:
             return False
         self._step = step
@@ -107,12 +107,12 @@ class Transcript:
 
     @property
     def is_paused(self) -> bool:
-        """Whether nothing is taken in now."""
+        """Whether exchanges are not added now."""
         return self._paused
 
     @contextmanager
     def paused(self) -> Iterator[None]:
-        """Within it nothing is taken in: for what a listener asks, which is no part of the test."""
+        """A context in which exchanges are not added: for requests of a listener, which are no part of the test."""
         before, self._paused = self._paused, True
         try:
             yield

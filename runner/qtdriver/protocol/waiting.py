@@ -13,8 +13,8 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 _Result = TypeVar("_Result")
 
-# A condition that takes some time to come true is seen half of that time later at most, and a wait of seconds takes
-# next to no processor time.
+# With these pauses a condition that takes some time to come true is noticed after at most half of that time more, and a
+# wait of seconds takes hardly any processor time.
 _FIRST_PAUSE = 0.0005
 _GROWTH = 1.5
 _LONGEST_PAUSE = 0.1
@@ -24,7 +24,7 @@ _is_given_up: "ContextVar[Callable[[], bool]]" = ContextVar("is_given_up", defau
 
 @contextmanager
 def given_up_when(condition: Callable[[], bool]) -> Iterator[None]:
-    """Within it no attempt is made once `condition` is true: a GivenUpError is raised instead."""
+    """A context in which attempts() raises GivenUpError once `condition` is true."""
     token = _is_given_up.set(condition)
     try:
         yield
@@ -36,7 +36,7 @@ class Deadline:
     """A point in time some seconds from now, on the monotonic clock: setting the system's time does not move it."""
 
     def __init__(self, seconds: float) -> None:
-        """`seconds` from now; 0 or less has passed already."""
+        """The point is `seconds` from now; one of 0 or less has passed already."""
         self.seconds = seconds
         self._end = time.monotonic() + seconds
 
@@ -50,8 +50,10 @@ class Deadline:
 
 
 def attempts(deadline: Deadline) -> Iterator[None]:
-    """Yields for each attempt: at once, then after pauses that grow from a half to 100 milliseconds, for the last
-    time at the deadline. There is one attempt at least. Raises GivenUpError within given_up_when()."""
+    """Yields once for each attempt: at once, then after pauses that grow from a half to 100 milliseconds.
+
+    The last attempt is at the deadline; there is at least one. Raises GivenUpError within given_up_when().
+    """
     pause = _FIRST_PAUSE
     while True:
         if _is_given_up.get()():
@@ -67,7 +69,7 @@ def attempts(deadline: Deadline) -> Iterator[None]:
 def retry(
     call: Callable[[], _Result], errors: Tuple[Type[BaseException], ...], deadline: Deadline
 ) -> _Result:
-    """Repeats `call` until it raises none of `errors`, and returns its result; raises the last one at the deadline."""
+    """Repeats `call` until it raises none of `errors`. Returns its result; at the deadline raises its last error."""
     for _ in attempts(deadline):
         try:
             return call()

@@ -1,4 +1,4 @@
-"""The text forms of the protocol: hexadecimal sections, typed values in requests, replies, their values."""
+"""The text forms of the protocol: hexadecimal sections, typed values of requests, replies and their values."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-"""Which pictures go into a page."""
+"""Chooses the pictures that a page contains."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ PAGE_BYTES = 60_000_000
 """Room for pictures in a page; in the page they take a third more. Browsers open this within a second or two."""
 
 LARGE_BYTES = 300_000
-"""A picture that is larger is embedded smaller: the large one is in the folder of the trace."""
+"""A larger picture is embedded with fewer pixels; the original is in the folder of the trace."""
 
 _LONGEST_SIDE = 1600
 _SUFFIXES = {".webp": "webp", ".png": "png", ".jpg": "jpeg", ".jpeg": "jpeg"}
@@ -26,10 +26,12 @@ class Embedding:
         self._refused: Set[str] = set()
 
     def add(self, folder: Path, name: str) -> str:
-        """The key of this picture of a trace in the page, empty if it is not embedded.
+        """Adds a picture of a trace, if there is room for it.
 
-        Pictures of the same name have the same content: they are named after it. Raises ValueError for a name that is
-        not one of a picture, and OSError when there is no such file.
+        Pictures of the same name have the same content: they are named after it.
+
+        Returns its key in the page; empty if it is not embedded. Raises ValueError for a name that is not one of a
+        picture, and OSError when there is no such file.
         """
         file = folder / name
         if file.name != name or file.suffix not in _SUFFIXES:

@@ -20,14 +20,14 @@ if TYPE_CHECKING:
     from jinja2 import Environment
 
 OUTCOMES = ("failed", "error", "skipped", "passed")
-"""In the order in which the page shows them: what needs a look comes first."""
+"""In the order in which the page shows them: first those that need attention."""
 
 _TEMPLATES = Path(__file__).with_name("templates")
 _STYLES = ("page.css", "detail.css")
 _SCRIPTS = ("dom.js", "tests.js", "timeline.js", "pictures.js", "evidence.js", "trace.js", "main.js")
 _KEPT_MESSAGE = 50_000
 _VISIBLE = {**{code: 0x2400 + code for code in range(0x20)}, 0x7F: 0x2421}
-"""Control characters as the pictures that Unicode has of them."""
+"""Replaces control characters by Unicode's symbols for them."""
 
 
 @dataclass(frozen=True)
@@ -35,15 +35,15 @@ class TestResult:
     """How one test went.
 
     Attributes:
-        node_id: what names it: tests/test_order.py::test_milk.
+        node_id: its name, such as tests/test_order.py::test_milk.
         outcome: "passed", "failed", "error" or "skipped".
         seconds: how long it took.
-        message: why it failed or was skipped, with as much of the traceback as a person wants to see.
+        message: why it failed or was skipped, with the part of the traceback that pytest shows.
         trace: the folder that a Recorder has written, None for none.
         bundle: the folder with the other files of a failure, None for none.
     """
 
-    __test__ = False  # this is no test, whatever pytest makes of its name
+    __test__ = False  # pytest takes classes with such names for tests
 
     node_id: str
     outcome: str
@@ -55,7 +55,7 @@ class TestResult:
 
 @dataclass(frozen=True)
 class _Row:
-    """A test in the list of the page; `data` is what its details are made of, as JSON text."""
+    """A test in the list of the page; `data` is the JSON text from which the page makes its details."""
 
     number: int
     file: str
@@ -66,10 +66,12 @@ class _Row:
 
 
 def write_page(results: Sequence[TestResult], file: Path) -> None:
-    """Writes the page of a run. It needs no other file and no network to be looked at.
+    """Writes the page of a run, which needs no other file and no network.
 
-    Tests that need a look come first, the others in their order. Traces that cannot be read, and pictures for which
-    there is no room, are noted on the page. Raises OSError when `file` cannot be written.
+    Tests that failed come first, the others in their order. The page notes traces that cannot be read, and pictures for
+    which there is no room.
+
+    Raises OSError when `file` cannot be written.
     """
     ordered = sorted(results, key=lambda result: _rank(result.outcome))
     folder = file.absolute().parent
@@ -85,7 +87,7 @@ def write_page(results: Sequence[TestResult], file: Path) -> None:
             rows=rows,
             counts=[(outcome, counts[outcome]) for outcome in OUTCOMES if counts[outcome]],
             total=len(rows),
-            duration=spoken(sum(result.seconds for result in ordered)),
+            duration=readable_duration(sum(result.seconds for result in ordered)),
             written=time.strftime("%Y-%m-%d %H:%M"),
             style=style,
             script=script,
@@ -100,8 +102,8 @@ def write_page(results: Sequence[TestResult], file: Path) -> None:
     os.replace(unfinished, file)
 
 
-def spoken(seconds: float) -> str:
-    """A duration as a person reads it: 4 ms, 1.2 s, 3 min 5 s."""
+def readable_duration(seconds: float) -> str:
+    """A duration for a person: 4 ms, 1.2 s, 3 min 5 s."""
     if seconds < 0.9995:
         return f"{seconds * 1000:.0f} ms"
     if seconds < 59.95:
@@ -127,7 +129,7 @@ def _read(names: Sequence[str]) -> str:
 
 
 def _digest(text: str) -> str:
-    """How the page's own policy names the one style and the one script that it allows."""
+    """The digest by which the page's Content-Security-Policy allows its one style and its one script."""
     return "sha256-" + base64.b64encode(hashlib.sha256(text.encode()).digest()).decode()
 
 
@@ -152,7 +154,7 @@ def _row(number: int, result: TestResult, folder: Path, embedding: Embedding) ->
         file.translate(_VISIBLE),
         name.translate(_VISIBLE),
         result.outcome,
-        spoken(result.seconds),
+        readable_duration(result.seconds),
         in_script(data),
     )
 
@@ -171,7 +173,7 @@ def _shortened(message: str) -> str:
 
 
 def _link(path: Optional[Path], folder: Path) -> "Optional[Dict[str, str]]":
-    """A path and how the page refers to it, which still fits when both are copied elsewhere together."""
+    """A path, and the page's link to it, which is relative, so that page and folder can be copied together."""
     if path is None:
         return None
     relative = os.path.relpath(path.absolute(), folder)

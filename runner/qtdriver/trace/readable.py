@@ -15,7 +15,7 @@ _XPM_VALUES = re.compile(rb'"\s*(\d{1,9})\s+(\d{1,9})\s+(\d{1,9})\s+\d+')
 
 
 def describe_reply(request: str, reply: Reply) -> str:
-    """The reply to `request` in one or more lines. A reply that is not as it should be is shown raw."""
+    """The reply to `request` in one or more lines. A reply that does not fit the protocol is shown raw."""
     number = request.split(",", 1)[0]
     extension = EXTENSION_BY_NAME.get(number)
     command = COMMAND_BY_NUMBER.get(number) or extension

@@ -22,17 +22,17 @@ from .trace import RecordedStep, Trace
 from .widgets import WidgetLister
 
 KEPT_STEPS = 2000
-"""Steps of a test that are recorded, the last ones."""
+"""The number of steps that are kept of a test; older ones are dropped."""
 
 MAX_PICTURE_AGE = 0.05
-"""A picture that is not older shows what there is before the next step."""
+"""Seconds. A picture that is not older serves as the picture before the next step."""
 
 _KEPT_NOTES = 20
 
 
 @dataclass
 class _Entry:
-    """A step and what was seen around it."""
+    """A step, with the pictures around it and the key of the widgets after it."""
 
     app: App
     step: Step
@@ -44,14 +44,19 @@ class _Entry:
 class Recorder(StepListener):
     """Records the steps of a test from its creation to close(). Add it to the listeners of a driver.
 
-    An acting step has a picture of the screen before and after it, and the widgets after it; a step that only reads
-    has the picture after it, and the widgets if it failed. The application is asked nothing if it has left a request
-    without an answer. Whatever goes wrong here is noted in the trace and disturbs the test no further.
+    An acting step has a picture of the screen before and after it, and the widgets after it; a step that only reads has
+    the picture after it, and the widgets if it failed. An application that has not answered a request is asked nothing
+    more. An error of the recorder becomes a note in the trace, and does not fail the test.
     """
 
     def __init__(self, folder: Path, *, screenshots: bool = True, kept_bytes: int = KEPT_BYTES) -> None:
-        """`folder` is for the trace, if it is kept; it need not exist. `kept_bytes` is how much memory the pictures
-        may take: the oldest ones go first."""
+        """Begins to record.
+
+        Args:
+            folder: for the trace, if it is kept; it need not exist.
+            screenshots: whether to take pictures.
+            kept_bytes: the memory that the pictures may take; the oldest ones are dropped first.
+        """
         self._folder = folder
         self._began = time.monotonic()
         self._began_at = time.time()
@@ -67,14 +72,14 @@ class Recorder(StepListener):
         self._closed = False
 
     def step_started(self, app: App, step: Step) -> None:
-        """Takes the picture before a step that acts, unless the last one is as good."""
+        """Takes the picture before a step that acts, unless the last one is new enough."""
         self._before = None
         if not step.reads and not self._closed:
             with self._noting("no picture before a step"):
                 self._before = self._picture(app, MAX_PICTURE_AGE)
 
     def step_ended(self, app: App, step: Step) -> None:
-        """Takes the step in, with what can be seen now."""
+        """Adds the step, with the widgets and the picture after it."""
         if self._closed:
             return
         entry = _Entry(app, step, self._before, None, "")
@@ -90,7 +95,7 @@ class Recorder(StepListener):
             entry.after = self._picture(app)
 
     def close(self, keep: bool) -> None:
-        """Ends the recording. With `keep` the trace and its pictures are in the folder then; without, nothing is.
+        """Ends the recording. With `keep`, writes the trace and its pictures into the folder.
 
         Raises OSError when the folder cannot be written. Closing twice is harmless.
         """
@@ -107,8 +112,10 @@ class Recorder(StepListener):
         self._trees.clear()
 
     def _attach_final_widgets(self) -> None:
-        """Gives the last step the widgets that are there at the end: an assertion on a value that a test has read
-        before fails without a step of its own."""
+        """Adds the widgets at the end of the test to the last step.
+
+        An assertion on a value that the test has read before fails without a step of its own.
+        """
         if not self._entries:
             return
         entry = self._entries[-1]
@@ -119,7 +126,7 @@ class Recorder(StepListener):
 
     @contextmanager
     def _noting(self, what: str) -> Iterator[None]:
-        """Makes an error within it a note in the trace, once."""
+        """A context in which an error becomes a note in the trace, once."""
         try:
             yield
         except Exception as error:  # whatever it is: a test does not fail because it is recorded

@@ -1,4 +1,4 @@
-"""Pictures in memory until it is known whether they are kept."""
+"""Keeps pictures in memory until it is known whether the test fails."""
 
 from __future__ import annotations
 
@@ -28,7 +28,7 @@ _Box = Tuple[int, int, int, int]
 
 @dataclass(eq=False)
 class Picture:
-    """A picture that was given to a store: bands of some rows, of which most are those of the picture before.
+    """A picture in a store: bands of some rows each, most of which it shares with the picture before.
 
     Attributes:
         size: width and height in pixels.
@@ -46,7 +46,7 @@ class _Band:
 
 
 class ScreenshotStore:
-    """Holds pictures compressed without loss, what they have in common once, and drops the oldest beyond a limit.
+    """Holds pictures, compressed without loss and sharing equal bands, and drops the oldest beyond a limit.
 
     Attributes:
         dropped: how many were dropped.
@@ -62,7 +62,7 @@ class ScreenshotStore:
         self._latest: Dict[str, Tuple[Picture, bytes]] = {}
 
     def add(self, image: "Image", source: str) -> Picture:
-        """Takes a picture in; the latest one of the same `source` is answered again if nothing has changed."""
+        """Adds a picture. Returns the latest one of the same `source` if nothing has changed since."""
         image = image if image.mode == "RGB" else image.convert("RGB")
         pixels: bytes = image.tobytes()
         latest = self._latest.get(source)
@@ -108,9 +108,9 @@ class ScreenshotStore:
         self.dropped += 1
 
     def save(self, folder: Path, pictures: Iterable[Picture]) -> Dict[Picture, str]:
-        """Writes those of these pictures that are still there, and answers their file names.
+        """Writes pictures, without the empty border that all pictures of one size share.
 
-        The empty border that all pictures of one size share is cut off.
+        Returns the file names of those that have not been dropped.
         """
         wanted = [picture for picture in dict.fromkeys(pictures) if picture.bands]
         boxes: Dict[_Size, Optional[_Box]] = {}

@@ -1,4 +1,4 @@
-"""The widgets of an application as text, asked for so that a test does not notice."""
+"""Lists the widgets of an application as text, without effect on the test."""
 
 from __future__ import annotations
 
@@ -14,7 +14,7 @@ from ..protocol.connection import Connection
 from ..protocol.records import WidgetRecord
 
 KEPT_LINES = 3000
-"""Widgets of a tree that are told; a table has a few, a page of a settings dialog some hundreds."""
+"""The number of widgets that are listed; a table has a few, a page of a settings dialog some hundreds."""
 
 SECONDS = 0.5
 """How long an application may take to answer a recorder's request."""
@@ -25,7 +25,7 @@ SLOW_SECONDS = 0.25
 PAINT_SECONDS = 0.01
 """Qt paints a change 5 ms later, with all that changes meanwhile; this leaves its timer as much again."""
 
-_STRIKES = 2
+_MOST_SLOW_LISTINGS = 2
 
 
 class WidgetLister:
@@ -33,16 +33,17 @@ class WidgetLister:
 
     def __init__(self, connection: Connection) -> None:
         self._connection = connection
-        self._strikes = 0
+        self._slow_listings = 0
 
     def list(self) -> str:
         """A line for each window and each of its widgets, indented by two blanks for each level.
 
-        The application has painted itself as it is listed. Raises TooSlow, once, when it is to stop; from then on the
-        text is empty. It is also empty when the application has ended. Nothing of this appears in the transcript,
-        and the connection keeps its own timeout.
+        When it returns, the application has painted the widgets as they are listed. The requests are not in the transcript.
+
+        Returns an empty text when the application has ended, and after TooSlow. Raises TooSlow, once, when the application
+        takes too long.
         """
-        if self._strikes >= _STRIKES:
+        if self._slow_listings >= _MOST_SLOW_LISTINGS:
             return ""
         started = time.monotonic()
         try:
@@ -54,8 +55,8 @@ class WidgetLister:
         except RequestTimeout:
             text = ""
         if time.monotonic() - started > SLOW_SECONDS:
-            self._strikes += 1
-            if self._strikes == _STRIKES:
+            self._slow_listings += 1
+            if self._slow_listings == _MOST_SLOW_LISTINGS:
                 raise TooSlow(
                     f"its widgets take longer than {SLOW_SECONDS:g} s to list: they are no longer recorded"
                 )
@@ -64,7 +65,7 @@ class WidgetLister:
 
 @contextmanager
 def _unnoticed(connection: Connection) -> Iterator[None]:
-    """Requests that are no part of the test, and that it does not wait long for."""
+    """A context for requests that are no part of the test: they are not in the transcript, and have a short timeout."""
     usual = connection.timeout
     connection.timeout = min(usual, SECONDS)
     try:
