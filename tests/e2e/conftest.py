@@ -1,4 +1,4 @@
-"""Shared by the tests of the runner: the package on the path, a fake agent, a build with an empty agent."""
+"""Shared by the tests of the runner: the package on the path, a fake agent, a build with an empty agent, drivers."""
 
 import subprocess
 import sys
@@ -48,3 +48,23 @@ def server():
 
     with Server() as listening:
         yield listening
+
+
+@pytest.fixture
+def driver(build):
+    """A driver for applications of Qt 5 that have the empty agent."""
+    from qtdriver import Driver
+
+    with Driver(qt=5, build=build) as running:
+        yield running
+
+
+@pytest.fixture(scope="module")
+def agents_driver():
+    """A driver for applications that have the real agents."""
+    from qtdriver import Driver
+
+    from showcase import AGENTS
+
+    with Driver(build=AGENTS, timeout=10) as running:
+        yield running

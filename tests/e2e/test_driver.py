@@ -22,13 +22,6 @@ from qtdriver import (
 from qtdriver.launch.linux import session_of
 
 
-@pytest.fixture
-def driver(build):
-    """A driver for applications of Qt 5 that have the empty agent."""
-    with Driver(qt=5, build=build) as running:
-        yield running
-
-
 def ended(pid):
     """Waits until there is no such process."""
     eventually(lambda: session_of(pid), timeout=10).equals(None)

@@ -4,9 +4,9 @@ import re
 
 import pytest
 
-from qtdriver import Driver, eventually
+from qtdriver import eventually
 
-from showcase import AGENTS, QT
+from showcase import QT
 from showcase import PROGRAM as SHOWCASE
 
 MOST_TOKENS = 400
@@ -51,13 +51,7 @@ def tokens(text):
 
 
 @pytest.fixture(scope="module")
-def driver():
-    with Driver(build=AGENTS, timeout=10) as running:
-        yield running
-
-
-@pytest.fixture(scope="module")
-def app(driver, tmp_path_factory):
+def app(agents_driver, tmp_path_factory):
     if QT != 5:
         pytest.skip("PyQt5 is of Qt 5")
     folder = tmp_path_factory.mktemp("pictures")
@@ -65,7 +59,7 @@ def app(driver, tmp_path_factory):
         (folder / f"picture {number}.png").write_text("no picture")
     program = tmp_path_factory.mktemp("dialogs") / "dialogs.py"
     program.write_text(PROGRAM)
-    with driver.launch("/usr/bin/python3", str(program), str(folder), qt=5) as launched:
+    with agents_driver.launch("/usr/bin/python3", str(program), str(folder), qt=5) as launched:
         yield launched
 
 
@@ -94,8 +88,8 @@ def test_what_only_holds_others_takes_no_tokens(app):
     ("priceListButton", ""),
     ("nameBlendButton", "blendDialog"),
 ])  # fmt: skip
-def test_a_dialog_of_the_showcase_takes_few_tokens(driver, button, name):
-    with driver.launch(SHOWCASE, qt=QT) as app:
+def test_a_dialog_of_the_showcase_takes_few_tokens(agents_driver, button, name):
+    with agents_driver.launch(SHOWCASE, qt=QT) as app:
         window = app.window(name="showcase")
         window.tab("Dialogs").click()
         window.widget(button).click()

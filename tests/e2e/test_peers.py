@@ -16,7 +16,6 @@ import pytest
 from qtdriver import (
     ClientRefusedError,
     ConnectionClosed,
-    Driver,
     NoClientError,
     NoGreetingError,
     PeerReaderMissingError,
@@ -56,13 +55,6 @@ HANG = """
     print("victim:", victim.poll())
     victim.kill()
 """
-
-
-@pytest.fixture
-def driver(build):
-    """A driver for applications of Qt 5 that have the empty agent."""
-    with Driver(qt=5, build=build) as running:
-        yield running
 
 
 @pytest.fixture

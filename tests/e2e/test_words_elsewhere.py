@@ -7,7 +7,6 @@ import pytest
 
 from qtdriver import (
     CommandError,
-    Driver,
     NotReadyError,
     WidgetNotFoundError,
     WindowNotFoundError,
@@ -15,7 +14,7 @@ from qtdriver import (
 )
 
 from preloaded import SANITIZER
-from showcase import AGENTS, QT
+from showcase import QT
 
 pytestmark = pytest.mark.skipif(QT != 5, reason="PyQt5 and KeePassXC are of Qt 5")
 
@@ -88,17 +87,11 @@ sys.exit(application.exec_())
 
 
 @pytest.fixture(scope="module")
-def driver():
-    with Driver(build=AGENTS, timeout=10) as running:
-        yield running
-
-
-@pytest.fixture(scope="module")
-def app(driver, tmp_path_factory):
+def app(agents_driver, tmp_path_factory):
     """Three main windows: with a menu bar of an own class, with one that only its parent's name tells, with none."""
     program = tmp_path_factory.mktemp("words") / "words.py"
     program.write_text(PROGRAM)
-    application = driver.launch("/usr/bin/python3", str(program), qt=5)
+    application = agents_driver.launch("/usr/bin/python3", str(program), qt=5)
     eventually(application.window("Nameless")).is_open()
     return application
 
@@ -201,10 +194,10 @@ def test_items_among_hidden_ones_are_clicked_by_an_older_agent(app, monkeypatch)
 @pytest.mark.skipif(
     SANITIZER is not None, reason="KeePassXC is built without the sanitizers that the agent needs"
 )
-def test_the_wizard_of_keepassxc_is_gone_through_by_its_texts(driver, tmp_path):
+def test_the_wizard_of_keepassxc_is_gone_through_by_its_texts(agents_driver, tmp_path):
     user = f"tester-{os.getpid()}"  # it runs once for each user, whatever the desktop
     home = {"USER": user, "HOME": str(tmp_path), "XDG_CONFIG_HOME": str(tmp_path)}
-    with driver.launch("keepassxc", environment=home) as app:
+    with agents_driver.launch("keepassxc", environment=home) as app:
         app.window("KeePassXC").button("Create new database").click()
         wizard = app.modal("Create a new KeePassXC database")
         eventually(wizard).is_open()
