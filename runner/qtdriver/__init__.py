@@ -33,12 +33,16 @@ from .errors import (
     ClientRefusedError,
     ClipboardError,
     CommandError,
+    CompilerError,
     ConditionError,
     ConnectionClosed,
     CornerButtonError,
     DesktopError,
     EarlyExitError,
     ElfReaderMissingError,
+    ExeReaderMissingError,
+    LibraryMissingError,
+    LoadingError,
     NoClientError,
     NoEditorError,
     NoGreetingError,
@@ -66,13 +70,14 @@ from .errors import (
     WidgetNotFoundError,
     WindowBlockedError,
     WindowNotFoundError,
+    WineError,
     by_former_name,
 )
 from .errors.endings import describe_exit
 from .launch.agent import agent_library, default_build
 from .launch.process import Process
 from .launch.qtversion import qt_major
-from .launch.starting import preload_environment
+from .launch.loading import preload_environment
 from .lookup.snapshot import Item, Snapshot, SnapshotNode
 from .lookup.tree import Node, WidgetTree
 from .protocol.commands import COMMANDS, Answer, Command, Section
@@ -109,6 +114,7 @@ __all__ = [
     "ClipboardError",
     "Command",
     "CommandError",
+    "CompilerError",
     "ConditionError",
     "Connection",
     "ConnectionClosed",
@@ -120,10 +126,13 @@ __all__ = [
     "EarlyExitError",
     "ElfReaderMissingError",
     "Exchange",
+    "ExeReaderMissingError",
     "FoundWidget",
     "Greeting",
     "HOST",
     "Item",
+    "LibraryMissingError",
+    "LoadingError",
     "Locator",
     "Menu",
     "NoClientError",
@@ -172,6 +181,7 @@ __all__ = [
     "WindowBlockedError",
     "WindowNotFoundError",
     "WindowRecord",
+    "WineError",
     "agent_library",
     "cell",
     "column_header",

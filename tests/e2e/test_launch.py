@@ -19,6 +19,7 @@ from qtdriver import (
 from qtdriver.launch import linux
 from qtdriver.launch.output import OutputTail
 from qtdriver.launch.starting import start as start_application
+from qtdriver.launch.wine import WineDesktops
 from qtdriver.protocol.pending_agents import PendingAgents
 
 
@@ -29,7 +30,14 @@ def start(server, build):
 
     def call(command, **options):
         options.setdefault("start_timeout", 10)
-        return App(*start_application(command, pending_agents=pending_agents, qt=5, build=build, **options))
+        options = {
+            "pending_agents": pending_agents,
+            "wine": WineDesktops(),
+            "qt": 5,
+            "build": build,
+            **options,
+        }
+        return App(*start_application(command, **options))
 
     return call
 
@@ -127,7 +135,11 @@ def test_a_program_that_clears_its_environment_is_ended_with_what_it_started(bui
     note = tmp_path / "pids"
     with pytest.raises((NoGreetingError, EarlyExitError)):
         start_application(
-            without_environment(note, goes_on, "1000"), pending_agents=Impatience(note), qt=5, build=build
+            without_environment(note, goes_on, "1000"),
+            pending_agents=Impatience(note),
+            wine=WineDesktops(),
+            qt=5,
+            build=build,
         )
     assert [is_alive(int(pid)) for pid in note.read_text().split()] == [False, False]
 
@@ -183,7 +195,7 @@ def test_a_program_that_may_not_be_ended_is_told_and_not_waited_for(powerless, b
     note = tmp_path / "pid"
     command = ["/bin/sh", "-c", f"echo $$ >{note}; exec sleep 1000"]
     with pytest.raises(NoGreetingError) as caught:
-        start_application(command, pending_agents=Impatience(note), qt=5, build=build)
+        start_application(command, pending_agents=Impatience(note), wine=WineDesktops(), qt=5, build=build)
     pid = int(note.read_text())
     assert f"It could not be ended: process {pid} still runs" in str(caught.value)
     subprocess.run(["kill", "-KILL", str(pid)], check=True)

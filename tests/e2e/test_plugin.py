@@ -57,6 +57,8 @@ def test_settings_come_from_the_command_line_and_else_from_the_configuration_fil
         ("--qtdriver-timeout=soon", '--qtdriver-timeout: "soon" is not a number of seconds'),
         ("--qtdriver-request-timeout=-1", '--qtdriver-request-timeout: "-1" is not a number of seconds'),
         ("--qtdriver-qt=3", '--qtdriver-qt: "3" is not 4, 5 or 6'),
+        ("--qtdriver-platform=dos", '--qtdriver-platform: "dos" is not linux or windows'),
+        ("--qtdriver-load-by=hand", '--qtdriver-load-by: "hand" is not preload or testability'),
         ("--qtdriver-trace=some", '--qtdriver-trace: "some" is not on, retain-on-failure or off'),
     ],
 )
@@ -70,6 +72,19 @@ def test_a_setting_that_does_not_fit_is_a_usage_error(project, argument, complai
 def test_a_wrong_setting_in_the_configuration_file_is_named_as_it_is_there(project):
     project.write("[pytest]\nqtdriver_trace = some", "pytest.ini")
     assert 'ERROR: qtdriver_trace: "some" is not on' in project.run().output
+
+
+def test_the_platform_and_the_way_of_loading_are_settings(project):
+    project.write(
+        """
+        def test_settings(app, qtdriver_settings):
+            assert (qtdriver_settings.platform, qtdriver_settings.load_by) == ("windows", "testability")
+            variables = Path(f"/proc/{app.pid}/environ").read_bytes().split(b"\\0")
+            assert not [text for text in variables if text.startswith(b"LD_PRELOAD=")]
+        """
+    )
+    run = project.run("--qtdriver-platform=windows", "--qtdriver-load-by=testability")
+    assert run.outcomes == "1 passed"
 
 
 def test_a_project_computes_its_own_settings(project):

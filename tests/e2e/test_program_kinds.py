@@ -114,3 +114,44 @@ def test_a_preload_list_that_is_there_already_is_kept(driver):
     environment = Path(f"/proc/{app.pid}/environ").read_bytes().split(b"\0")
     (preload,) = [entry for entry in environment if entry.startswith(b"LD_PRELOAD=")]
     assert preload.endswith(b"/libqtdriver-preload.so:libm.so.6")
+
+
+@pytest.fixture
+def dropping(tmp_path):
+    """A wrapper of the showcase that drops what is to be preloaded."""
+    return executable(tmp_path / "start", f'#!/bin/sh\nunset LD_PRELOAD\nexec "{PROGRAM}" "$@"\n')
+
+
+def test_a_program_whose_wrapper_drops_the_preload_list_is_driven_by_way_of_qts_own_option(driver, dropping):
+    app = driver.launch(dropping, "--page", "Lists", qt=QT, load_by="testability")
+    window = app.window(name="showcase")
+    eventually(window.widget("pages")).has(currentIndex=2)
+    window.widget("pages/qt_tabwidget_tabbar").select("Buttons")
+    window.widget("brewButton").activate()
+    eventually(window.widget("lastEvent")).has(text="clicked: brewButton")
+
+
+def test_nothing_is_preloaded_where_qt_loads_the_agent(driver):
+    app = driver.launch(PROGRAM, qt=QT, load_by="testability")
+    names = Path(f"/proc/{app.pid}/environ").read_bytes().split(b"\0")
+    assert not [name for name in names if name.startswith(b"LD_PRELOAD=")]
+
+
+def test_the_way_of_loading_is_chosen_on_the_command_line(dropping):
+    command = [
+        QTDRIVER,
+        "run",
+        "--qt",
+        str(QT),
+        "--build",
+        str(AGENTS),
+        "--load-by",
+        "testability",
+        "--",
+        str(dropping),
+    ]
+    finished = subprocess.run(
+        command, input="get Widget:showcase brewButton enabled\n", capture_output=True, text=True
+    )
+    assert finished.returncode == 0, finished.stderr
+    assert "true" in finished.stdout.lower()

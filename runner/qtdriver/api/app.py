@@ -2,12 +2,14 @@
 
 from __future__ import annotations
 
+import os
 import time
 from contextlib import suppress
 from pathlib import Path
 from typing import Callable, List, Optional, Tuple, Type, TypeVar
 
 from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, QtDriverError, ReplyError
+from ..launch.dlls import windows_path
 from ..launch.process import GRACE_SECONDS, Process
 from ..lookup.explain import explain
 from ..lookup.windows import MODAL, POPUP
@@ -125,6 +127,15 @@ class App(ClosedOnLeaving):
         return self.perform(
             f'tray_icon("{name}")', lambda: self.connection.locate_tray_icon(name), timeout=timeout
         )
+
+    def file_name(self, path: "Path | str") -> str:
+        """How the application names a file of this machine: under Wine, the files of Linux are on drive Z.
+
+        A relative path stays as it is.
+        """
+        if self.process is None or not self.process.under_wine or not os.path.isabs(path):
+            return str(path)
+        return windows_path(Path(path))
 
     def screenshot(self, path: "Path | str") -> Path:
         """Saves a picture of the application's whole screen.

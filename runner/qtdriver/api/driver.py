@@ -11,6 +11,7 @@ from ..desktop.desktop import Desktop
 from ..errors import NoClientError
 from ..launch.starting import start
 from ..launch.supervision import is_within
+from ..launch.wine import WineDesktops
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.closing import ClosedOnLeaving
 from ..protocol.pending_agents import PendingAgents
@@ -49,8 +50,10 @@ class Driver(ClosedOnLeaving):
         timeout: float = DEFAULT_WAIT,
         request_timeout: float = DEFAULT_TIMEOUT,
         start_timeout: float = DEFAULT_TIMEOUT,
+        load_by: Optional[str] = None,
         server: Optional[Server] = None,
         desktop: Optional[Desktop] = None,
+        wine: Optional[WineDesktops] = None,
     ) -> None:
         """Starts to listen.
 
@@ -58,9 +61,10 @@ class Driver(ClosedOnLeaving):
             qt: the Qt version of applications, unless launch() sets one; see there.
             build: the folder with the agents in qt4, qt5 and qt6, by default the checkout's.
             headless: whether applications get a desktop without a screen, unless launch() says.
+            load_by: how the agent gets into programs of Linux, unless launch() sets it; see there.
             timeout, request_timeout, start_timeout: the attributes.
             server: one that stays the caller's, and open, for drivers that come one after the other.
-            desktop: the same.
+            desktop, wine: the same.
 
         Raises PortInUseError when another process listens already.
         """
@@ -71,11 +75,14 @@ class Driver(ClosedOnLeaving):
         self._qt = qt
         self._build = build
         self._headless = headless
+        self._load_by = load_by
         self._owns_server = server is None
         self._server = Server() if server is None else server
         self._pending_agents = PendingAgents(self._server)
         self._owns_desktop = desktop is None
         self._desktop = desktop
+        self._owns_wine = wine is None
+        self._wine = WineDesktops() if wine is None else wine
         self._apps: List[App] = []
 
     def __repr__(self) -> str:
@@ -94,6 +101,7 @@ class Driver(ClosedOnLeaving):
         environment: Optional[Mapping[str, str]] = None,
         working_directory: "Optional[str | Path]" = None,
         headless: Optional[bool] = None,
+        load_by: Optional[str] = None,
         start_timeout: Optional[float] = None,
         timeout: Optional[float] = None,
         request_timeout: Optional[float] = None,
@@ -101,16 +109,18 @@ class Driver(ClosedOnLeaving):
         """Starts a program with the agent inside, and waits until the agent is there.
 
         Args:
-            program: a path, or a name to be found in PATH.
+            program: a path, or a name to be found in PATH; one of Linux, or of Windows, which runs under Wine.
             arguments: the program's arguments.
             qt: its Qt version, 4, 5 or 6; needed where the program does not link Qt itself, such as a script.
             environment: variables to add to the environment of this process.
             working_directory: its current folder, by default that of this process.
             headless: whether it gets a desktop without a screen, which all such applications of the driver share.
+            load_by: how the agent gets into a program of Linux: "preload", the default, or "testability", where it drops
+                the variable LD_PRELOAD: then Qt itself loads the agent, for the option -testability behind the arguments.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
-        Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError and AgentPathError, and
-        EarlyExitError and NoGreetingError with the program's last output.
+        Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError and AgentPathError,
+        WineError where a Windows program needs Wine, and EarlyExitError and NoGreetingError with the program's last output.
 
         Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
@@ -124,6 +134,8 @@ class Driver(ClosedOnLeaving):
             request_timeout=self.request_timeout if request_timeout is None else request_timeout,
             environment=surroundings,
             working_directory=working_directory,
+            load_by=self._load_by if load_by is None else load_by,
+            wine=self._wine,
         )
         seconds = self.timeout if timeout is None else timeout
         return self._register(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
@@ -142,6 +154,8 @@ class Driver(ClosedOnLeaving):
 
         Args:
             pid: its process id, or that of a process that starts it; None takes the first application of this user.
+            load_by: how the agent gets into a program of Linux: "preload", the default, or "testability", where it drops
+                the variable LD_PRELOAD: then Qt itself loads the agent, for the option -testability behind the arguments.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
         Raises NoClientError when none comes in `start_timeout` seconds.
@@ -187,6 +201,8 @@ class Driver(ClosedOnLeaving):
             self._server.close()
         else:
             self._server.drop_waiting()
+        if self._owns_wine:
+            self._wine.close()
         if self._owns_desktop and self._desktop is not None:
             self._desktop.close()
             self._desktop = None

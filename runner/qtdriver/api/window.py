@@ -109,7 +109,8 @@ class Window(Finder, KeyInput):
         Works only with dialogs that Qt draws, not with those of the operating system.
 
         Args:
-            path: the file; a relative path counts from the folder that the dialog shows.
+            path: the file; a relative path counts from the folder that the dialog shows. A Windows program
+                under Wine, too, gets the file that an absolute path of Linux names.
             timeout: see the class.
 
         Example: app.modal().file("/tmp/a.txt")
@@ -118,7 +119,7 @@ class Window(Finder, KeyInput):
         choose = repeatable(
             connection,
             self.address,
-            lambda dialog: connection.activate_widget(self.address, dialog, str(path)),
+            lambda dialog: connection.activate_widget(self.address, dialog, self.app.file_name(path)),
         )
         self.perform(
             f'file("{path}")', lambda: choose(self._find("QFileDialog")[2]), reads=False, timeout=timeout

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 from pathlib import Path
 from typing import Iterator, Optional, Tuple, Type
 
@@ -9,7 +10,10 @@ from ..errors import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
+    CompilerError,
     ElfReaderMissingError,
+    ExeReaderMissingError,
+    LibraryMissingError,
     NoQtError,
     NoWidgetsError,
     ProgramNotExecutableError,
@@ -18,10 +22,14 @@ from ..errors import (
     ScriptProgramError,
     StaticProgramError,
     UnknownFormatError,
+    WineError,
 )
-from ..launch.agent import agent_library, require_same_architecture
-from ..launch.program import find_program
+from ..launch.agent import agent_library, require_same_architecture, windows_agent
+from ..launch.loading import library_folders
+from ..launch.program import find_program, is_windows_program
 from ..launch.qtversion import qt_major
+from ..launch.windowsqt import require_same_kind
+from ..launch.wine import pattern_folder, system_folder
 from .finding import Finding
 
 MOVE_BUILD = "move the build folder to a path without them, or name another one with --build DIR"
@@ -35,7 +43,17 @@ _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
     (NoWidgetsError, _SAY_QT),
     (NoQtError, _SAY_QT),
     (StaticProgramError, "build the application with shared libraries"),
-    (AgentNotBuiltError, "build it: scripts/build.sh with the number of that Qt"),
+    (
+        AgentNotBuiltError,
+        "build it: scripts/build.sh with the number of that Qt, and --windows for Windows programs",
+    ),
+    (CompilerError, "build the agent with the compiler and the Qt of the application: docs/windows.md"),
+    (
+        LibraryMissingError,
+        "put them beside the program, or name the folder of its Qt: QT5_WINDOWS=/path/to/qt",
+    ),
+    (WineError, "apt install wine wine64"),
+    (ExeReaderMissingError, "apt install python3-pefile"),
     (AgentPathError, MOVE_BUILD),
     (ArchitectureError, "build the agent for the application's processor"),
     (ElfReaderMissingError, "apt install python3-pyelftools"),
@@ -57,7 +75,13 @@ def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]
                 "test a copy of it without them: chmod ug-s",
             )
         major = qt_major(file)
-        require_same_architecture(file, agent_library(major, build))
+        if is_windows_program(file):
+            agent = windows_agent(major, build)
+            require_same_kind(file, agent)
+            prefix = Path(os.environ.get("WINEPREFIX") or pattern_folder())
+            library_folders(file, agent, major, os.environ, system_folder(prefix))
+        else:
+            require_same_architecture(file, agent_library(major, build))
         yield Finding("program", "ok", f"{file} uses Qt {major}, and there is an agent for it")
     except QtDriverError as error:
         yield Finding("program", "problem", str(error), _remedy(error))

@@ -8,6 +8,7 @@ from typing import List, NoReturn, Sequence, Tuple
 
 from ..errors.commandline import UsageError
 from ..launch.agent import QT_MAJORS
+from ..launch.loading import LOAD_WAYS
 from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
 from .outcome import EXIT_STATUSES
@@ -24,12 +25,12 @@ Starts a Qt widgets application with the qtdriver agent inside, looks at it and 
   qtdriver stop"""
 
 _RUN_USAGE = (
-    "qtdriver run [--headless] [--background [--name NAME]] [--qt N] [--timeout SECONDS] [--script FILE] [--strict]\n"
-    "                    [--build DIR] [--json] -- APP ARGS..."
+    "qtdriver run [--headless] [--background [--name NAME]] [--qt N] [--load-by WAY] [--timeout SECONDS]\n"
+    "                    [--script FILE] [--strict] [--build DIR] [--json] -- APP ARGS..."
 )
 
 _RUN_DESCRIPTION = """\
-Starts APP with the agent inside, then reads requests from the terminal, from a pipe or from a script file,
+Starts APP, a Qt widgets program of Linux or, under Wine, of Windows, with the agent inside, then reads requests from the terminal, from a pipe or from a script file,
 sends each to the agent, and prints its reply in readable form. When the input ends, APP is ended.
 
 Requests are the other commands (tree Main, get Main ok text), or lines of the protocol, for example '1' (list
@@ -183,6 +184,12 @@ def _add_run(commands: "argparse._SubParsersAction[_Parser]") -> _Parser:
         type=int,
         choices=QT_MAJORS,
         help="Qt version of APP; without it the version is found out from the libraries that APP links",
+    )
+    run.add_argument(
+        "--load-by",
+        choices=LOAD_WAYS,
+        help="how the agent gets into a program of Linux: preload (the default), or testability, which passes the option "
+        "-testability, for programs that drop LD_PRELOAD",
     )
     run.add_argument(
         "--timeout",

@@ -17,11 +17,13 @@ from ..protocol.server import HOST, PORT, Server
 from .application_check import MOVE_BUILD, check_application
 from .finding import Finding
 from .outcome import FAILED, OK, Outcome
+from .windows_check import check_windows
 
 _MARKS = {"ok": "ok     ", "note": "note   ", "problem": "PROBLEM"}
 _NEEDED_PACKAGES = (("psutil", "python3-psutil", "telling which process has connected"),)
 _PACKAGES = (
     ("elftools", "python3-pyelftools", "finding out which Qt a program uses"),
+    ("pefile", "python3-pefile", "finding out which Qt a Windows program uses"),
     ("pytest", "python3-pytest", "tests"),
     ("xdist", "python3-pytest-xdist", "tests side by side"),
     ("PIL", "python3-pil", "screenshots"),
@@ -226,4 +228,5 @@ _CHECKS: "tuple[Callable[[Optional[Path]], Iterator[Finding]], ...]" = (
     _screen,
     _tools,
     _namespaces,
+    check_windows,
 )

@@ -32,6 +32,7 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
     """
     path = socket_path(parsed.name)
     options = {"name": parsed.name, "socket": str(path), "qt": parsed.qt, "timeout": parsed.timeout}
+    options["load_by"] = parsed.load_by
     options["build"] = None if parsed.build is None else str(parsed.build)
     command = [sys.executable, "-c", START, RUNNER, HOLD, json.dumps(options), *parsed.command]
     if parsed.headless:
@@ -85,7 +86,7 @@ def _hold(options: Arguments, command: List[str]) -> int:
     path = Path(options["socket"])
     build = None if options["build"] is None else Path(options["build"])
     with ControlSocket(path) as control, Driver(
-        qt=options["qt"], build=build, request_timeout=options["timeout"]
+        qt=options["qt"], build=build, load_by=options["load_by"], request_timeout=options["timeout"]
     ) as driver:
         app = driver.launch(*command, start_timeout=options["timeout"])
         data = {"name": options["name"], "pid": app.pid, "holder": os.getpid(), "socket": str(path)}

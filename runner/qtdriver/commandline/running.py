@@ -29,7 +29,7 @@ def _complain(text: str) -> None:
 
 def run_dialogue(parsed: argparse.Namespace) -> int:
     """Runs the dialogue. Returns the exit status."""
-    driver = Driver(qt=parsed.qt, build=parsed.build, request_timeout=parsed.timeout)
+    driver = Driver(qt=parsed.qt, build=parsed.build, load_by=parsed.load_by, request_timeout=parsed.timeout)
     with _open_script(parsed.script) as script, driver:
         application = driver.launch(*parsed.command, start_timeout=parsed.timeout)
         typing = script is None and sys.stdin.isatty()

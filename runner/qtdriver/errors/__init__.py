@@ -35,7 +35,12 @@
             NoWidgetsError
             StaticProgramError
                 StaticQtError
+            CompilerError               the agent is made by a compiler that does not go with it
+            LibraryMissingError         a Windows program lacks libraries
+            LoadingError                the agent cannot be loaded in the way that was asked for
         ElfReaderMissingError           pyelftools is missing
+        ExeReaderMissingError           pefile is missing
+        WineError                       Wine is missing or does not start
         AgentNotBuiltError              there is no agent for the Qt of the program
         AgentPathError                  the agent is where it cannot be loaded from
         EarlyExitError                  the program ended before its agent came
@@ -93,9 +98,13 @@ from .starting import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
+    CompilerError,
     DesktopError,
     EarlyExitError,
     ElfReaderMissingError,
+    ExeReaderMissingError,
+    LibraryMissingError,
+    LoadingError,
     NoGreetingError,
     NoQtError,
     NoWidgetsError,
@@ -106,6 +115,7 @@ from .starting import (
     StaticProgramError,
     StaticQtError,
     UnknownFormatError,
+    WineError,
 )
 
 __all__ = [
@@ -119,12 +129,16 @@ __all__ = [
     "ClientRefusedError",
     "ClipboardError",
     "CommandError",
+    "CompilerError",
     "ConditionError",
     "ConnectionClosed",
     "CornerButtonError",
     "DesktopError",
     "EarlyExitError",
     "ElfReaderMissingError",
+    "ExeReaderMissingError",
+    "LibraryMissingError",
+    "LoadingError",
     "NoClientError",
     "NoEditorError",
     "NoGreetingError",
@@ -155,6 +169,7 @@ __all__ = [
     "WidgetNotFoundError",
     "WindowBlockedError",
     "WindowNotFoundError",
+    "WineError",
     "reply_error",
 ]
 

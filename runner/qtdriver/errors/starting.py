@@ -25,7 +25,7 @@ class ScriptProgramError(ProgramError):
 
 
 class UnknownFormatError(ProgramError):
-    """The program is neither an ELF program nor a script."""
+    """The program is no ELF program, no Windows program and no script."""
 
 
 class ArchitectureError(ProgramError):
@@ -48,6 +48,18 @@ class StaticQtError(StaticProgramError):
     """Qt is inside the program itself: the agent, which brings the Qt libraries, would meet a second Qt."""
 
 
+class CompilerError(ProgramError):
+    """The program's Qt and the agent's were made by compilers, or in ways, that do not go together."""
+
+
+class LibraryMissingError(ProgramError):
+    """Libraries that a Windows program links are nowhere."""
+
+
+class LoadingError(ProgramError):
+    """The program cannot get the agent in the way that was asked for."""
+
+
 class ElfReaderMissingError(QtDriverError):
     """The Python package that reads ELF files is not installed."""
 
@@ -56,6 +68,20 @@ class ElfReaderMissingError(QtDriverError):
             "finding out which Qt a program links needs pyelftools, which is not installed: install it "
             "(Debian: python3-pyelftools), or name the Qt version with --qt N"
         )
+
+
+class ExeReaderMissingError(QtDriverError):
+    """The Python package that reads programs of Windows is not installed."""
+
+    def __init__(self) -> None:
+        super().__init__(
+            "finding out what a Windows program links needs pefile, which is not installed: install it "
+            "(Debian: python3-pefile)"
+        )
+
+
+class WineError(QtDriverError):
+    """Wine, which runs Windows programs on Linux, is missing or does not start."""
 
 
 class AgentNotBuiltError(QtDriverError):

@@ -12,6 +12,10 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 QT_MAJORS = (4, 5, 6)
 _CHECKOUT = Path(__file__).resolve().parents[3]
+_NOT_BUILT = (
+    "the application uses Qt {major}, and there is no agent for it at {library}: build it with '{command}', or name "
+    "another build folder with --build DIR"
+)
 
 
 def checkout_file(relative: str) -> Optional[Path]:
@@ -25,6 +29,10 @@ def default_build() -> Path:
     return _CHECKOUT / "build" if checkout_file("scripts/build.sh") is not None else Path("build").absolute()
 
 
+def _build_folder(build: "Optional[Path | str]") -> Path:
+    return default_build() if build is None else Path(build).absolute()
+
+
 def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
     """The library to preload into an application.
 
@@ -34,12 +42,10 @@ def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
 
     Raises AgentNotBuiltError when there is no such file, and AgentPathError when LD_PRELOAD cannot hold its path.
     """
-    folder = default_build() if build is None else Path(build).absolute()
-    library = folder / f"qt{major}" / "lib" / "libqtdriver-preload.so"
+    library = _build_folder(build) / f"qt{major}" / "lib" / "libqtdriver-preload.so"
     if not library.is_file():
         raise AgentNotBuiltError(
-            f"the application uses Qt {major}, and there is no agent for it at {library}: build it with "
-            f"'scripts/build.sh {major}', or name another build folder with --build DIR"
+            _NOT_BUILT.format(major=major, library=library, command=f"scripts/build.sh {major}")
         )
     if any(character in str(library) for character in " :\t\n$"):
         raise AgentPathError(
@@ -47,6 +53,33 @@ def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
             "LD_PRELOAD cannot hold: move the build folder"
         )
     return library
+
+
+def testability_library(major: int, build: "Optional[Path | str]" = None) -> Path:
+    """The library that an application of Qt `major` loads for the option -testability; `build` as for agent_library().
+
+    Raises AgentNotBuiltError.
+    """
+    library = _build_folder(build) / f"qt{major}" / "lib" / "libqttestability.so"
+    if not library.is_file():
+        raise AgentNotBuiltError(
+            _NOT_BUILT.format(major=major, library=library, command=f"scripts/build.sh {major}")
+        )
+    return library
+
+
+def windows_agent(major: int, build: "Optional[Path | str]" = None) -> Path:
+    """The agent for Windows programs of Qt `major`, beside which is the library that loads it; `build` is the folder with
+    windows-qt4, windows-qt5, windows-qt6.
+
+    Raises AgentNotBuiltError.
+    """
+    folder = _build_folder(build) / f"windows-qt{major}" / "bin"
+    for name in ("qtdriver.dll", "qttestability.dll"):
+        if not (folder / name).is_file():
+            command = f"QT{major}_WINDOWS=/path/to/qt scripts/build.sh {major} --windows"
+            raise AgentNotBuiltError(_NOT_BUILT.format(major=major, library=folder / name, command=command))
+    return folder / "qtdriver.dll"
 
 
 def require_same_architecture(program: Path, library: Path) -> None:

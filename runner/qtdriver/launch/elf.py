@@ -121,6 +121,12 @@ def contains_qt_widgets(path: Path) -> bool:
                 section = elf.get_section_by_name(name)
                 if section is not None and _holds_any(section.data(), _NAMES_OF_QT_SYMBOLS):
                     return True
+    return contains_qt_text(path)
+
+
+def contains_qt_text(path: Path) -> bool:
+    """Whether a text of Qt's widgets is inside the file, of whatever format. Raises OSError when it cannot be read."""
+    with path.open("rb") as file:
         if os.fstat(file.fileno()).st_size == 0:
             return False
         with mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ) as content:

@@ -12,10 +12,12 @@ The file uses the standard library alone, so that it starts quickly and with any
 
 from __future__ import annotations
 
+import fcntl
 import os
 import signal
 import sys
 import time
+from contextlib import contextmanager
 from typing import Iterator, List, NamedTuple, Optional
 
 _GRACE_SECONDS = 2.0
@@ -102,6 +104,14 @@ class Launch(NamedTuple):
         while any(self.processes()) and time.monotonic() < deadline:
             time.sleep(pause)
             pause = min(pause * 2, _LONGEST_PAUSE)
+
+
+@contextmanager
+def locked(path: "str | os.PathLike[str]") -> Iterator[None]:
+    """Holds the lock that this file stands for; waits while another process has it. Raises OSError."""
+    with open(path, "a") as file:
+        fcntl.flock(file, fcntl.LOCK_EX)
+        yield
 
 
 if __name__ == "__main__":

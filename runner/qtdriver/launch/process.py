@@ -30,14 +30,18 @@ class Process:
         output: the end of its standard output.
         errors: the end of its standard error.
         launched: the process, and what was started for it in turn.
+        under_wine: whether it is a Windows program under Wine.
     """
 
-    def __init__(self, popen: "subprocess.Popen[bytes]", launched: LaunchedProcesses) -> None:
+    def __init__(
+        self, popen: "subprocess.Popen[bytes]", launched: LaunchedProcesses, *, under_wine: bool = False
+    ) -> None:
         """Owns the process from now on.
 
         Args:
             popen: the process; its standard output and error are pipes, and it leads a session.
             launched: the process and everything that it starts.
+            under_wine: whether it is a Windows program under Wine.
         """
         assert popen.stdout is not None and popen.stderr is not None
         self._popen = popen
@@ -45,6 +49,7 @@ class Process:
         self.output = OutputTail(popen.stdout)
         self.errors = OutputTail(popen.stderr)
         self.launched = launched
+        self.under_wine = under_wine
         launched.set_session_leader(popen.pid)
 
     def __repr__(self) -> str:

@@ -8,26 +8,41 @@ from pathlib import Path
 
 from ..errors import ProgramNotExecutableError, ProgramNotFoundError, ScriptProgramError, UnknownFormatError
 from .elf import is_elf
+from .pe import is_pe
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_WINDOWS_ENDING = ".exe"
 
 
 def find_program(name: str) -> Path:
     """The file of a program, looked up in PATH unless the name has a slash.
 
+    A Windows program need not be executable for Linux, and is looked for in the current folder, too, as Windows does.
+
     Raises ProgramNotFoundError and ProgramNotExecutableError.
     """
     if "/" not in name:
         found = shutil.which(name)
+        if found is None and name.lower().endswith(_WINDOWS_ENDING) and is_windows_program(Path(name)):
+            found = name
         if found is None:
             raise ProgramNotFoundError(f"{name}: no such program in PATH; give its path if it is elsewhere")
         return Path(os.path.abspath(found))
     path = Path(os.path.abspath(name))
     if not path.exists():
         raise ProgramNotFoundError(f"{name}: no such file")
-    if not path.is_file() or not os.access(path, os.X_OK):
+    if not path.is_file() or not (os.access(path, os.X_OK) or is_windows_program(path)):
         raise ProgramNotExecutableError(f"{name} is not an executable file")
     return path
+
+
+def is_windows_program(program: Path) -> bool:
+    """Whether the file is a program of Windows, or of DOS; not if it cannot be read."""
+    try:
+        return is_pe(program)
+    except OSError:
+        return False
 
 
 def require_elf(program: Path) -> None:
@@ -48,4 +63,4 @@ def require_elf(program: Path) -> None:
             f"{program} is a script (run by {interpreter}): name the binary that it starts, or the Qt "
             "version that this binary uses, with --qt N"
         )
-    raise UnknownFormatError(f"{program} is neither an ELF program nor a script")
+    raise UnknownFormatError(f"{program} is neither a program of Linux or Windows nor a script")

@@ -18,7 +18,8 @@ from ..errors import (
 )
 from .elf import contains_qt_widgets
 from .libraries import LoadedFile, find_library, load_program
-from .program import require_elf
+from .program import is_windows_program, require_elf
+from .windowsqt import windows_qt_major
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -34,11 +35,15 @@ def qt_major(program: Path, environment: Optional[Mapping[str, str]] = None) -> 
         environment: the environment in which the dynamic loader would look for its libraries; by default that of this
             process.
 
-    Raises the ProgramError subclasses of this file and of require_elf(), and ElfReaderMissingError.
+    Raises the ProgramError subclasses of this file, of windows_qt_major() and of require_elf(), and
+    the errors of a missing package.
     """
+    environment = os.environ if environment is None else environment
+    if is_windows_program(program):
+        return windows_qt_major(program, environment)
     require_elf(program)
     try:
-        return _qt_major(program, os.environ if environment is None else environment)
+        return _qt_major(program, environment)
     except ValueError as error:
         raise UnknownFormatError(str(error)) from error
 

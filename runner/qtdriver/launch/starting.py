@@ -5,66 +5,65 @@ from __future__ import annotations
 import os
 import subprocess
 from pathlib import Path
-from typing import Dict, Mapping, Optional, Sequence, Tuple
+from typing import Mapping, Optional, Sequence, Tuple
 
 from ..errors import EarlyExitError, NoGreetingError, ProgramNotExecutableError
 from ..protocol.channel import DEFAULT_TIMEOUT
 from ..protocol.connection import Connection
 from ..protocol.pending_agents import PendingAgents
 from ..protocol.waiting import Deadline
-from .agent import agent_library, require_same_architecture
+from .loading import Start, start_of
 from .process import Process
 from .program import find_program
-from .qtversion import qt_major
 from .supervision import LaunchedProcesses
+from .wine import WineDesktops
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
-
-
-def preload_environment(library: Path, environment: Optional[Mapping[str, str]] = None) -> Dict[str, str]:
-    """`environment`, by default that of this process, with `library` in front of what LD_PRELOAD names."""
-    result = dict(os.environ if environment is None else environment)
-    already = result.get("LD_PRELOAD", "")
-    result["LD_PRELOAD"] = f"{library}:{already}" if already else str(library)
-    return result
 
 
 def start(
     command: Sequence[str],
     *,
     pending_agents: PendingAgents,
+    wine: WineDesktops,
     qt: Optional[int] = None,
     build: "Optional[Path | str]" = None,
     start_timeout: float = DEFAULT_TIMEOUT,
     request_timeout: float = DEFAULT_TIMEOUT,
     environment: Optional[Mapping[str, str]] = None,
     working_directory: "Optional[Path | str]" = None,
+    load_by: Optional[str] = None,
 ) -> Tuple[Connection, Process]:
     """Starts a program with the agent inside, and waits until the agent has greeted.
 
     Args:
         command: the program and its arguments.
         pending_agents: those of a server that listens already, since the agent looks for its server once.
+        wine: where Windows programs run; it has to be there as long as they do.
         qt: the major version of the application's Qt; None finds it out from the program's libraries.
         build: the folder with the agents; see agent_library().
         start_timeout: seconds that the greeting may take.
         request_timeout: seconds that each later request may take.
         environment: the environment of the application; by default that of this process.
         working_directory: the current folder of the application; by default that of this process.
+        load_by: one of LOAD_WAYS; by default the one for programs of this kind.
 
     Returns the connection and the process.
 
-    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, EarlyExitError and NoGreetingError, after
-    everything that was started has been ended.
+    Raises ProgramError subclasses, AgentNotBuiltError, AgentPathError, WineError, EarlyExitError and NoGreetingError,
+    after everything that was started has been ended.
     """
-    environment = os.environ if environment is None else environment
     program = find_program(command[0])
-    if qt is None:
-        library = agent_library(qt_major(program, environment), build)
-        require_same_architecture(program, library)
-    else:
-        library = agent_library(qt, build)
-    process = _start(program, command, preload_environment(library, environment), working_directory)
+    how = start_of(
+        program,
+        command[1:],
+        os.environ if environment is None else environment,
+        wine=wine,
+        qt=qt,
+        build=build,
+        load_by=load_by,
+    )
+    process = _start(program, how, working_directory)
     try:
         connection = _wait_for_greeting(command[0], process, pending_agents, start_timeout, request_timeout)
     except BaseException:
@@ -75,15 +74,14 @@ def start(
 
 def _start(
     program: Path,
-    command: Sequence[str],
-    environment: Mapping[str, str],
+    how: Start,
     working_directory: "Optional[Path | str]",
 ) -> Process:
     launched = LaunchedProcesses()
     try:
         popen = subprocess.Popen(
-            [str(program), *command[1:]],
-            env=launched.environment(environment),
+            how.command,
+            env=launched.environment(how.environment),
             cwd=working_directory,
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
@@ -94,7 +92,7 @@ def _start(
     except OSError as error:
         launched.end(0)
         raise ProgramNotExecutableError(f"{program} cannot be executed: {error.strerror}") from error
-    return Process(popen, launched)
+    return Process(popen, launched, under_wine=how.under_wine)
 
 
 def _wait_for_greeting(

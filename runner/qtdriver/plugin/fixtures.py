@@ -10,6 +10,7 @@ import pytest
 from ..api.driver import Driver
 from ..desktop.desktop import Desktop
 from ..errors import PortInUseError
+from ..launch.wine import WineDesktops
 from ..protocol.server import HOST, PORT, Server
 from .artifacts import TestArtifacts
 from .hooks import ARTIFACTS
@@ -20,10 +21,11 @@ _WAY_OUT = "run with -n 1 (pytest-xdist)"
 
 
 class _SharedResources(NamedTuple):
-    """The server and the desktop that the drivers of a run use one after the other."""
+    """The server, the desktop and the Wine that the drivers of a run use one after the other."""
 
     server: Server
     desktop: Optional[Desktop]
+    wine: WineDesktops
 
 
 @pytest.fixture(scope="session")
@@ -54,7 +56,9 @@ def _qtdriver_shared(pytestconfig: pytest.Config, qtdriver_settings: Settings) -
             # Programs that tests start themselves, such as xclip, look at the same screen, as they do in a worker.
             patch = stack.enter_context(pytest.MonkeyPatch.context())
             patch.setenv("DISPLAY", desktop.environment["DISPLAY"])
-        yield _SharedResources(server, desktop)
+        wine = WineDesktops()
+        stack.callback(wine.close)
+        yield _SharedResources(server, desktop, wine)
 
 
 @pytest.fixture
@@ -72,6 +76,8 @@ def qtdriver(
         start_timeout=settings.start_timeout,
         server=_qtdriver_shared.server,
         desktop=_qtdriver_shared.desktop,
+        wine=_qtdriver_shared.wine,
+        load_by=settings.load_by,
     )
     with driver:
         artifacts = TestArtifacts(driver, settings, request.node.nodeid)

@@ -10,9 +10,11 @@ import pytest
 
 from ..api.app import DEFAULT_WAIT
 from ..launch.agent import QT_MAJORS
+from ..launch.loading import LOAD_WAYS
 from ..protocol.channel import DEFAULT_TIMEOUT
 
 TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
+LINUX, WINDOWS = "linux", "windows"
 OWN_DESKTOPS, PLAIN = "own-desktops", "plain"
 REPORT_NAME = "report.html"
 
@@ -24,6 +26,8 @@ class Settings:
     Attributes:
         build: the folder with the agents of each Qt; None for the checkout's.
         qt: the Qt version of applications whose files do not tell it.
+        platform: what the applications are made for, "linux" or "windows"; a project's fixtures choose the program by it.
+        load_by: how the agent gets into programs of Linux: "preload", "testability", None for the usual way.
         headless: whether applications appear on a desktop without a screen.
         timeout: seconds that calls wait for windows and widgets.
         request_timeout: seconds that a request may take before the application counts as hanging.
@@ -36,6 +40,8 @@ class Settings:
 
     build: Optional[Path]
     qt: Optional[int]
+    platform: str
+    load_by: Optional[str]
     headless: bool
     timeout: float
     request_timeout: float
@@ -91,11 +97,28 @@ def _major(text: str) -> int:
 _SECONDS = "a number of seconds"
 _TRACES = (TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF)
 _WORKERS = (OWN_DESKTOPS, PLAIN)
+_PLATFORMS = (LINUX, WINDOWS)
 
 _OPTIONS = (
     _Option("build", "DIR", None, Path, "a folder", "folder with the agents, as scripts/build.sh makes it"),
     _Option(
         "qt", "N", None, _major, "4, 5 or 6", "Qt version of the applications, where they do not tell it"
+    ),
+    _Option(
+        "platform",
+        "NAME",
+        LINUX,
+        _one_of(*_PLATFORMS),
+        "linux or windows",
+        "what the applications are made for: linux, or windows, whose programs run under Wine",
+    ),
+    _Option(
+        "load-by",
+        "WAY",
+        None,
+        _one_of(*LOAD_WAYS),
+        "preload or testability",
+        "how the agent gets into programs of Linux: preload, or testability, where they drop LD_PRELOAD",
     ),
     _Option(
         "timeout",

@@ -13,6 +13,7 @@ from .tcptable import Address, plain_host, tcp_sockets
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _KNOWN_USERS = "/proc/self/uid_map"
+_WINE_SERVER = "wineserver"
 
 
 class Peer:
@@ -50,11 +51,18 @@ class Peer:
         process, as it does with those of other users and of another process namespace.
         """
         if likely is not None and self._is_held_by(likely):
-            return likely
+            return self._program(likely)
         for connection in self._psutil.net_connections("tcp"):
             if self._is(connection):
-                return None if connection.pid is None else int(connection.pid)
+                return None if connection.pid is None else self._program(int(connection.pid))
         return None
+
+    def _program(self, holder: int) -> int:
+        """The process that uses the socket: one under Wine shares its sockets with Wine's server."""
+        if not _process_name(holder).startswith(_WINE_SERVER):
+            return holder
+        others = (process.pid for process in self._psutil.process_iter() if process.pid != holder)
+        return next(filter(self._is_held_by, others), holder)
 
     def description(self) -> str:
         """Its address, user and process, for a person."""
