@@ -129,6 +129,9 @@ function(qtdriver_add_pytests prefix)
       COMMAND ${with_desktop} /usr/bin/python3 -m pytest -p no:cacheprovider --tb=short ${source})
     set_tests_properties(${prefix}/${name} PROPERTIES TIMEOUT 600
       ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};${python_cache}")
+    if(WIN32) # Wine finds Qt's libraries there
+      set_property(TEST ${prefix}/${name} APPEND PROPERTY ENVIRONMENT "QT${QTDRIVER_QT}_WINDOWS=${QTDRIVER_WINDOWS_QT}")
+    endif()
   endforeach()
 endfunction()
 

@@ -11,13 +11,17 @@ sys.path.insert(0, str(ROOT / "runner"))  # an installed qtdriver needs neither 
 pytest_plugins = ["qtdriver.plugin"]
 
 
+PROGRAMS = {"linux": ("qt{}", "showcase"), "windows": ("windows-qt{}", "showcase.exe")}
+"""By the platform: the folder in which a showcase of each Qt version is built, and its program."""
+
+
 @pytest.fixture
 def showcase(qtdriver, qtdriver_settings):
-    """The showcase of the Qt version that --qtdriver-qt names, of Qt 5 by default, started for this test and ended
-    after it."""
-    major = qtdriver_settings.qt or 5
-    build = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / f"qt{major}"))
-    return qtdriver.launch(build / "bin" / "showcase")
+    """The showcase of the Qt version that --qtdriver-qt names, of Qt 5 by default, for the platform that
+    --qtdriver-platform names, started for this test and ended after it."""
+    folder, program = PROGRAMS[qtdriver_settings.platform]
+    build = ROOT / "build" / folder.format(qtdriver_settings.qt or 5)
+    return qtdriver.launch(Path(os.environ.get("QTDRIVER_BUILD", build)) / "bin" / program)
 
 
 @pytest.fixture
