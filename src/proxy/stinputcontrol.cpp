@@ -6,6 +6,7 @@
 #include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/eventkiller.h"
+#include "proxy/latemovefilter.h"
 #include "proxy/postedcall.h"
 #include "proxy/sterror.h"
 
@@ -27,6 +28,20 @@ const int anglePerStep = 120;
 
 // Shared by all proxies: a press in one command and a release in a later one form a drag.
 Qt::MouseButtons heldButtons = Qt::NoButton;
+
+// For the widget that was pressed last, while a button is held.
+LateMoveFilter& lateMoves()
+{
+    static auto* const filter = new LateMoveFilter; // kept until the process ends, as the held buttons are
+    return *filter;
+}
+
+void noteReleased(Qt::MouseButton button)
+{
+    heldButtons &= ~Qt::MouseButtons(button);
+    if (heldButtons == Qt::NoButton)
+        lateMoves().stop();
+}
 
 QWidget* keyTarget()
 {
@@ -223,7 +238,7 @@ void STInputControl::requireMouseOwner() const
 
 void STInputControl::letGo(QWidget* pressed, Qt::MouseButton button)
 {
-    heldButtons &= ~Qt::MouseButtons(button);
+    noteReleased(button);
     if (pressed)
         QCoreApplication::postEvent(pressed,
             compat::newMouseEvent(
@@ -246,6 +261,7 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
     const QPoint position = QCursor::pos();
     heldButtons |= button; // even when there is nothing to press
     const QPointer<QWidget> target(requiredMouseTarget(position));
+    lateMoves().protect(target);
     try {
         postInputEvent(
             target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
@@ -262,7 +278,7 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
 
 QWidget* STInputControl::release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    heldButtons &= ~Qt::MouseButtons(button);
+    noteReleased(button);
     requireMouseOwner();
     const QPoint position = QCursor::pos();
     const QPointer<QWidget> target(requiredMouseTarget(position));

@@ -75,6 +75,30 @@ private:
     ItemAt itemAt;
 };
 
+// Journals "native NAME" for the windowing system's own moves of the mouse over a widget, before any filter of that.
+class NativeMoves : public QObject
+{
+public:
+    NativeMoves(TestHost& testHost, QWidget* observed)
+        : QObject(observed)
+        , host(testHost)
+        , widget(observed)
+    {
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched == widget && event->type() == QEvent::MouseMove && event->spontaneous())
+            host.journal(QLatin1String("native ") + widget->objectName());
+        return false;
+    }
+
+private:
+    TestHost& host;
+    QWidget* widget;
+};
+
 template <class Widget>
 Widget* placed(Widget* widget, const char* name, const QRect& rect)
 {
@@ -153,6 +177,7 @@ void addContainers(TestHost& host, QWidget* parent)
     auto* movable = addTabs(host, parent, "movable", QRect(10, 140, 400, 30), 4);
     movable->setMovable(true);
     movable->setTabEnabled(3, false);
+    new NativeMoves(host, movable);
     host.onSignal(movable, SIGNAL(tabMoved(int, int)), [&host, movable] {
         QString order;
         for (int i = 0; i < movable->count(); ++i)

@@ -2,6 +2,7 @@
 
 import json
 import re
+import subprocess
 
 import pytest
 
@@ -97,23 +98,43 @@ def test_the_position_is_within_the_item(app):
     eventually(lambda: app.events("press"), 2 * ["press movable Tab 1 left"])
 
 
-def test_a_dragged_tab_takes_the_place_of_another(app):
+def drag_first_tab(app, before_the_move=lambda: None):
     start = rect_of(scroll(app, "movable", "s:Tab 0"))
     target, bar = rect_of(scroll(app, "movable", "s:Tab 1")), rect_of(scroll(app, "movable"))
     # the far edge of the one comes to that of the other
     x = (start[0] + start[2]) / 2 + target[2] - start[2]
     at = f"{(x - bar[0]) / (bar[2] - bar[0] + 1)}:0.5"
+    assert mouse(app, "movable", "s:Tab 0", "MousePress") == "0,QTabBar"
+    before_the_move()
+    for kind, button in (("MouseMove", ""), ("MouseRelease", "LeftButton")):
+        command = f"s:{kind}:{button}:{at}:"
+        assert app.request(extension("+9", WINDOW, "name=movable", "QWidget", command)) == "0,QWidget"
 
-    def dragged():
-        assert mouse(app, "movable", "s:Tab 0", "MousePress") == "0,QTabBar"
-        for kind, button in (("MouseMove", ""), ("MouseRelease", "LeftButton")):
-            command = f"s:{kind}:{button}:{at}:"
-            assert app.request(extension("+9", WINDOW, "name=movable", "QWidget", command)) == "0,QWidget"
-        return app.events("order")
 
-    # The windowing system tells of the mouse's moves in its own time: one without a button, just after the press, ends the
-    # drag for Qt's tab bars.
-    eventually(dragged, ["order 1023"])
+def native_move(app, left, top):
+    """A move of the mouse that the windowing system tells of, as it does of one without a button held."""
+    app.forget()
+    subprocess.run(["xdotool", "mousemove", str(left), str(top)], check=True)
+    app.wait_for("native movable")
+
+
+def test_a_dragged_tab_takes_the_place_of_another(app):
+    drag_first_tab(app)
+    app.wait_for("order 1023")
+
+
+def test_a_late_move_of_the_windowing_system_does_not_end_a_drag(app):
+    left, top, _, bottom = rect_of(scroll(app, "movable", "s:Tab 0"))
+    drag_first_tab(app, lambda: native_move(app, left + 5, (top + bottom) // 2))
+    app.wait_for("order 1023")
+
+
+def test_after_a_drag_the_windowing_system_moves_the_mouse_again(app):
+    drag_first_tab(app)
+    app.wait_for("order 1023")
+    left, top, _, bottom = rect_of(scroll(app, "movable", "s:Tab 2"))
+    native_move(app, left + 5, (top + bottom) // 2)
+    app.wait_for("move movable Tab 2")
 
 
 NOT_YET = [
