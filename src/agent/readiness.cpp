@@ -3,6 +3,7 @@
 #include "compat/reachable.h"
 #include "compat/stacking.h"
 #include "compat/waiting.h"
+#include "proxy/heldmouse.h"
 #include "proxy/sterror.h"
 
 #include <QApplication>
@@ -122,6 +123,8 @@ QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
     const QWidget* popup = QApplication::activePopupWidget();
     if (popup && popup != widget->window())
         return isPopupOf(popup, widget) ? QString() : coveredBy(popup);
+    if (proxy::HeldMouse::instance().isWithinMove())
+        return QString(); // a picture of what is dragged may be in front
     if (widget->window()->graphicsProxyWidget())
         return QString(); // the windowing system knows the view only
     const QPoint position = widget->mapToGlobal(point);

@@ -1,5 +1,7 @@
 #include "agent/requestloop.h"
 
+#include "proxy/heldmouse.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
@@ -114,7 +116,8 @@ void RequestLoop::runSlice()
             return;
         if (isLast)
             break;
-        if (slice.hasExpired(sliceMilliseconds))
+        // The next request must not handle a drag's moves in its middle, as they may run a loop that it would have to end.
+        if (slice.hasExpired(sliceMilliseconds) || proxy::HeldMouse::instance().hasUnhandled())
             startPause();
     }
     if (state == State::Ending)

@@ -8,6 +8,7 @@
 #include "compat/platform.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
+#include "proxy/heldmouse.h"
 #include "proxy/postedcall.h"
 #include "proxy/stapplicationproxy.h"
 
@@ -54,6 +55,7 @@ void TestClient::close()
 {
     QTcpSocket::close();
     idleSocketFilter = nullptr;
+    proxy::HeldMouse::instance().abandon(); // nobody would end a drag
 }
 
 void TestClient::callInEventLoop(void (*function)())
@@ -72,6 +74,7 @@ void TestClient::socketConnected()
               .arg(QString::number(QCoreApplication::applicationPid()), QString::number(hookPort), buildTag)
               .toLatin1());
     flush();
+    proxy::HeldMouse::instance().serve();
 }
 
 void TestClient::socketReadyRead()

@@ -1,12 +1,13 @@
 #include "proxy/stinputcontrol.h"
 
+#include "compat/draganddrop.h"
 #include "compat/reachable.h"
 #include "compat/stacking.h"
 #include "compat/systeminput.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
 #include "proxy/eventkiller.h"
-#include "proxy/latemovefilter.h"
+#include "proxy/heldmouse.h"
 #include "proxy/postedcall.h"
 #include "proxy/sterror.h"
 
@@ -26,21 +27,9 @@ const char hiddenMessage[] = "Error: widget is hidden by another window";
 // In eighths of a degree.
 const int anglePerStep = 120;
 
-// Shared by all proxies: a press in one command and a release in a later one form a drag.
-Qt::MouseButtons heldButtons = Qt::NoButton;
-
-// For the widget that was pressed last, while a button is held.
-LateMoveFilter& lateMoves()
+proxy::HeldMouse& heldMouse()
 {
-    static auto* const filter = new LateMoveFilter; // kept until the process ends, as the held buttons are
-    return *filter;
-}
-
-void noteReleased(Qt::MouseButton button)
-{
-    heldButtons &= ~Qt::MouseButtons(button);
-    if (heldButtons == Qt::NoButton)
-        lateMoves().stop();
+    return proxy::HeldMouse::instance();
 }
 
 QWidget* keyTarget()
@@ -205,7 +194,7 @@ void STInputControl::mouseMove(const QPoint& position, Qt::KeyboardModifiers mod
         return;
     compat::setCursorPosition(position);
     const QPointer<QWidget> target(requiredMouseTarget(position));
-    if (heldButtons != Qt::NoButton)
+    if (heldMouse().buttons() != Qt::NoButton)
         postDragMove(target, position, modifiers);
     syncEvents();
 }
@@ -220,8 +209,51 @@ void STInputControl::postDragMove(
     if (!target)
         proxy::raiseError(proxy::deadWidgetMessage);
     target->removeEventFilter(&killer);
-    postInputEvent(
-        target, compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldButtons, modifiers));
+    syncEvents();
+    if (!target)
+        proxy::raiseError(proxy::deadWidgetMessage);
+    QCoreApplication::postEvent(target,
+        compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldMouse().buttons(), modifiers));
+    // Should the application begin its drag and drop with that, in a loop, the request that ends it could not be executed
+    // before this one is over.
+    const int mark = compat::dragMark();
+    proxy::postCall([mark] { compat::cancelDragSince(mark); });
+    syncEvents();
+}
+
+bool STInputControl::isDragging()
+{
+    return heldMouse().buttons() != Qt::NoButton;
+}
+
+// Where Qt would have the events of a user's drag go.
+QWidget* STInputControl::dragTarget(const QPoint& position)
+{
+    QWidget* pressed = heldMouse().pressedWidget();
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool isFree = pressed && pressed->isVisible() && !QApplication::activePopupWidget()
+        && (!modal || modal == pressed->window());
+    return isFree ? pressed : requiredMouseTarget(position);
+}
+
+void STInputControl::dragMove(const QPoint& position, Qt::KeyboardModifiers modifiers)
+{
+    syncEvents();
+    if (heldMouse().isWithinMove())
+        awaited = nullptr; // a picture of what is dragged may be in front
+    waitForAwaited(position);
+    if (QCursor::pos() == position)
+        return;
+    compat::setCursorPosition(position);
+    heldMouse().postMove(dragTarget(position), position, modifiers);
+}
+
+void STInputControl::dragRelease(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
+    dragMove(position, modifiers);
+    heldMouse().letGo(button);
+    requireMouseOwner();
+    heldMouse().postRelease(dragTarget(position), position, button, modifiers);
 }
 
 void STInputControl::dedicateMouseTo(QWidget* owner)
@@ -238,11 +270,11 @@ void STInputControl::requireMouseOwner() const
 
 void STInputControl::letGo(QWidget* pressed, Qt::MouseButton button)
 {
-    noteReleased(button);
+    heldMouse().letGo(button);
     if (pressed)
         QCoreApplication::postEvent(pressed,
             compat::newMouseEvent(
-                QEvent::MouseButtonRelease, pressed, QCursor::pos(), button, heldButtons, Qt::NoModifier));
+                QEvent::MouseButtonRelease, pressed, QCursor::pos(), button, heldMouse().buttons(), Qt::NoModifier));
 }
 
 void STInputControl::mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
@@ -259,12 +291,13 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
 {
     requireMouseOwner();
     const QPoint position = QCursor::pos();
-    heldButtons |= button; // even when there is nothing to press
+    heldMouse().hold(button); // even when there is nothing to press
     const QPointer<QWidget> target(requiredMouseTarget(position));
-    lateMoves().protect(target);
+    heldMouse().press(target, position);
     try {
-        postInputEvent(
-            target, compat::newMouseEvent(QEvent::MouseButtonPress, target, position, button, heldButtons, modifiers));
+        postInputEvent(target,
+            compat::newMouseEvent(
+                QEvent::MouseButtonPress, target, position, button, heldMouse().buttons(), modifiers));
         if (target) // the press may have deleted it
             compat::activateWindow(target);
         if (target && acceptsClickFocus(target))
@@ -278,12 +311,12 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
 
 QWidget* STInputControl::release(Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    noteReleased(button);
+    heldMouse().letGo(button);
     requireMouseOwner();
     const QPoint position = QCursor::pos();
     const QPointer<QWidget> target(requiredMouseTarget(position));
-    postInputEvent(
-        target, compat::newMouseEvent(QEvent::MouseButtonRelease, target, position, button, heldButtons, modifiers));
+    postInputEvent(target,
+        compat::newMouseEvent(QEvent::MouseButtonRelease, target, position, button, heldMouse().buttons(), modifiers));
     if (target && button == Qt::RightButton)
         postInputEvent(target,
             new QContextMenuEvent(QContextMenuEvent::Mouse, target->mapFromGlobal(position), position, modifiers));
@@ -333,7 +366,7 @@ void STInputControl::turnWheel(const QPoint& position, int horizontal, int verti
         requireMouseOwner();
         const QPointer<QWidget> target(
             requiredMouseTarget(position)); // what was under the mouse may have scrolled away
-        const Qt::MouseButtons buttons = heldButtons;
+        const Qt::MouseButtons buttons = heldMouse().buttons();
         const auto turn = [=] {
             if (target)
                 compat::sendWheelEvent(target, position, orientation, angle, buttons, modifiers);

@@ -78,6 +78,13 @@ protected:
     // had nothing to press, but none whose press was another error.
     void mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    // Whether a button is held.
+    static bool isDragging();
+    // While a button is held: a move, and its release, as from a user, for the widget that was pressed. They are only
+    // posted: the application may run its drag and drop, or a dialog, as it handles them. A first move is several, since
+    // Qt starts no drag before the second one.
+    void dragMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
+    void dragRelease(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Here and in the next two no error leaves the button held.
     void mouseClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Press, release, double click: there is no second press and no closing release.
@@ -94,6 +101,7 @@ private:
     bool mayGetKeys(const QWidget* target) const;
     void postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);
     void postDragMove(const QPointer<QWidget>& target, const QPoint& position, Qt::KeyboardModifiers modifiers);
+    static QWidget* dragTarget(const QPoint& position);
     void requireMouseOwner() const;
     // Forgets that the button is held, and posts its release to the widget that was pressed, if there is one.
     static void letGo(QWidget* pressed, Qt::MouseButton button);

@@ -128,6 +128,12 @@ void STWidgetProxy::mouseActionIn(const QRect& rect, const QString& command, Way
     const Qt::MouseButton button = proxy::mouseButton(sections.value(1));
     const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(4));
     const proxy::MouseCommandType type = proxy::mouseCommandType(sections.value(0));
+    if (way == Way::Natural && isDragging()) {
+        if (type == proxy::MouseCommandType::Move)
+            return dragMove(point, modifiers);
+        if (type == proxy::MouseCommandType::Release)
+            return dragRelease(point, button, modifiers);
+    }
     if (way == Way::Natural && type == proxy::MouseCommandType::Move)
         enterWindow(point, modifiers);
     playMouse(type, point, button, modifiers);

@@ -26,8 +26,9 @@ public:
     // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on which scripts rely. Without both the point is the centre,
     // without one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
     virtual void mouseAction(const QVariant& command);
-    // The same at a rectangle of the widget. A windowing system tells of no move where the mouse enters a window; with
-    // Way::Natural a move into one is two, as a user makes many.
+    // The same at a rectangle of the widget. With Way::Natural it is as from a user, who makes many moves: one into a window
+    // is two, since a windowing system tells of none where the mouse enters it; those of a drag are dragMove() and
+    // dragRelease().
     enum class Way { Straight, Natural };
     void mouseActionIn(const QRect& rect, const QString& command, Way way);
     // Turns the wheel over the widget by a command "x:y:modifier:horizontal:vertical": a position as in mouse commands, and

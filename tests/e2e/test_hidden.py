@@ -203,6 +203,7 @@ def test_a_click_that_stays_hidden_leaves_no_button_held(window_of_old_agent, pl
 
 @pytest.mark.parametrize("kind", ["MouseMove", "MouseRelease"])
 def test_a_part_of_a_drag_is_not_repeated(window, kind):
+    assert window.app.connection.knows_locators  # asked for once
     before = len(window.app.connection.transcript.exchanges())
     with cover(), pytest.raises(ObscuredError):
         window.widget("tastingPad").mouse(kind, "left", at=(0.5, 0.5), timeout=60)

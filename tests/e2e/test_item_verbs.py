@@ -69,6 +69,12 @@ table.horizontalHeader().customContextMenuRequested.connect(header_menu)
 table.verticalHeader().sectionDoubleClicked.connect(lambda row: told.setText("row header %d" % row))
 layout.addWidget(table, 2, 0, 1, 2)
 
+for number, name in enumerate(("tasks", "done")):
+    tasks = QListWidget(objectName=name, dragDropMode=QListWidget.DragDrop, defaultDropAction=Qt.MoveAction)
+    tasks.addItems(["%s %d" % (name, row) for row in range(3)])
+    tasks.setMinimumHeight(90)  # all rows are in sight
+    layout.addWidget(tasks, 4, number)
+
 area = QScrollArea(objectName="area")
 content = QWidget()
 content.setFixedSize(600, 600)
@@ -126,6 +132,15 @@ def test_a_movable_tab_is_dragged_to_the_place_of_another(window):
     eventually(bar.items).equals(("Two", "One", "Three"))
     window.tab("Three").drag_to(window.tab("Two"))
     eventually(bar.items).equals(("Three", "Two", "One"))
+
+
+def test_rows_are_dragged_before_others_and_into_another_list(window):
+    tasks, done = window.widget("tasks"), window.widget("done")
+    tasks.item("tasks 2").drag_to(tasks.item("tasks 0"), to=(0.5, 0.05))
+    eventually(tasks.items).equals(("tasks 2", "tasks 0", "tasks 1"))
+    tasks.item("tasks 0").drag_to(done.item("done 1"), to=(0.5, 0.95))
+    eventually(done.items).equals(("done 0", "done 1", "tasks 0", "done 2"))
+    eventually(tasks.items).equals(("tasks 2", "tasks 1"))
 
 
 def test_a_page_of_a_tool_box_is_clicked_hovered_and_chosen(window):

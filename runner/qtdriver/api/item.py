@@ -104,12 +104,13 @@ class WidgetItem(ItemAccess):
     ) -> None:
         """Drags it with the left mouse button.
 
-        Two items of one widget have to be in sight together. A movable tab takes the place of the target. Drag and drop
-        between programs, by which lists move their items, needs a real user's mouse and cannot be done so.
+        Two items of one widget have to be in sight together. A movable tab takes the place of the target. Where the
+        application moves rows by drag and drop, they go where the view takes them: at the upper or lower edge of a row
+        before or after it. Drag and drop needs an agent that knows locators.
 
         Args:
             target: an item, or a widget.
-            to: the position in a widget, as shares of its width and height.
+            to: the position in the target, as shares of its width and height.
             timeout: seconds that each step waits.
         """
         if not isinstance(target, WidgetItem):
@@ -123,7 +124,7 @@ class WidgetItem(ItemAccess):
             start = self._rect(timeout)
             self._drag(item.widget, lambda: item._share(timeout, dragged=start), timeout)
         else:
-            self._drag(item.widget, lambda: item._share(timeout, scrolls=False), timeout)
+            self._drag(item.widget, lambda: item._share(timeout, scrolls=False, at=to), timeout)
 
     def check(self, on: bool = True, *, timeout: Optional[float] = None) -> None:
         """Sets its check box, if it is not in that state: makes it the current item, and presses Space.

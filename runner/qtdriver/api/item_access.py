@@ -120,16 +120,21 @@ class ItemAccess:
         return self._told(timeout)[1]
 
     def _share(
-        self, timeout: Optional[float], *, scrolls: bool = True, dragged: Optional[Rect] = None
+        self,
+        timeout: Optional[float],
+        *,
+        scrolls: bool = True,
+        at: Position = (0.5, 0.5),
+        dragged: Optional[Rect] = None,
     ) -> Position:
-        """Scrolls to it. Returns its centre as shares of the width and height of its widget.
+        """Scrolls to it. Returns the place `at` of it as shares of the width and height of its widget.
 
         `dragged` is the rectangle of a tab that is being dragged here: then it is where the centre of that has to be.
         """
         if not self._is_known():
             return self._place(timeout, scrolls=scrolls)
         item, whole = self._rect(timeout), self.widget.rect(timeout=timeout)
-        x, y = _center(item) if dragged is None else _place_of_tab(dragged, item)
+        x, y = _point(item, at) if dragged is None else _place_of_tab(dragged, item)
         return ((x - whole.left + 0.5) / whole.width, (y - whole.top + 0.5) / whole.height)
 
     # With an agent that does not
@@ -193,6 +198,11 @@ class ItemAccess:
 
 def _center(rect: Rect) -> Tuple[int, int]:
     return (rect.left + rect.right) // 2, (rect.top + rect.bottom) // 2
+
+
+def _point(rect: Rect, at: Position) -> Tuple[int, int]:
+    x, y = rect.left + int(at[0] * rect.width), rect.top + int(at[1] * rect.height)
+    return min(x, rect.right), min(y, rect.bottom)
 
 
 def _place_of_tab(dragged: Rect, target: Rect) -> Tuple[int, int]:

@@ -323,9 +323,15 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
             button: the mouse button that it presses.
             force: leaves out the agent's checks.
         """
-        if not is_repeatable:
-            return self.perform(action, call, reads=False, timeout=timeout, retryable=RETRYABLE_LOOKUPS)
         connection = self._connection
+        if not is_repeatable:  # unchecked, but by an agent that knows drags it goes as from a user
+            return self.perform(
+                action,
+                lambda path: call(path if force else connection.checked_address(path)),
+                reads=False,
+                timeout=timeout,
+                retryable=RETRYABLE_LOOKUPS,
+            )
         act = repeatable(connection, self.window.address, call, button)
 
         def act_checked(path: Address) -> _Result:
