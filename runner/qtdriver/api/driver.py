@@ -154,8 +154,6 @@ class Driver(ClosedOnLeaving):
 
         Args:
             pid: its process id, or that of a process that starts it; None takes the first application of this user.
-            load_by: how the agent gets into a program of Linux: "preload", the default, or "testability", where it drops
-                the variable LD_PRELOAD: then Qt itself loads the agent, for the option -testability behind the arguments.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
         Raises NoClientError when none comes in `start_timeout` seconds.
