@@ -8,7 +8,7 @@ packages=(
     # desktop for tests, demo and benchmarks
     xvfb xserver-xephyr openbox x11-utils x11-xserver-utils xdotool xclip imagemagick fonts-dejavu-core util-linux iproute2
     # runner and its tests
-    python3 python3-psutil python3-pyelftools python3-pytest python3-pytest-xdist python3-hypothesis python3-pil python3-jinja2 python3-prompt-toolkit
+    python3 python3-psutil python3-pyelftools python3-pefile python3-pytest python3-pytest-xdist python3-hypothesis python3-pil python3-jinja2 python3-prompt-toolkit
     python3-xlib python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver
     # checks
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
@@ -17,6 +17,9 @@ packages=(
     # fuzzing
     clang libclang-rt-dev
 )
+# Windows programs are built and run only where there is a Qt for Windows. Its compiler is above: programs that never run
+# are made with it to test the runner, and one source of the agent is compiled with it without any Qt.
+[ -z "${QT4_WINDOWS:-}${QT5_WINDOWS:-}${QT6_WINDOWS:-}" ] || packages+=(wine wine64)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -48,5 +48,6 @@ def play(stage):
     stage.activate("Turn to the page with the dialogs.", TABS, "s:Dialogs")
     stage.activate("Open the price list.", "priceListButton")
     stage.expect_window("Widget:ActiveModalWidget:Price list")
-    stage.activate("Choose a file.", "priceListDialog", f"s:{PRICE_LIST}", window="Widget:ActiveModalWidget")
-    stage.expect("fileResult", "text", PRICE_LIST)
+    prices = stage.file_name(PRICE_LIST)
+    stage.activate("Choose a file.", "priceListDialog", f"s:{prices}", window="Widget:ActiveModalWidget")
+    stage.expect("fileResult", "text", prices.replace("\\", "/"))

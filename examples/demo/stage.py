@@ -14,9 +14,15 @@ LONGEST_REPLY = 12
 
 
 class Stage:
-    """One application, and the account of what was done to it and what went wrong."""
+    """One application, and the account of what was done to it and what went wrong.
+
+    Attributes:
+        file_name: how the application names a file of this machine.
+        differences: lines that tell what went wrong.
+    """
 
     def __init__(self, application, window, pictures):
+        self.file_name = application.file_name
         self._connection = application.connection
         self._window = window
         self._pictures = Path(pictures)
