@@ -1,4 +1,4 @@
-"""What the benchmarks measure grows as it should. No figure of a clock is tested, only growths."""
+"""The times that the benchmarks measure grow as they should. No figure of a clock is tested, only growths."""
 
 import os
 import sys
