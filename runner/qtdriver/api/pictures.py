@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import os
 import re
+import sys
 from pathlib import Path
 from typing import TYPE_CHECKING, Dict, Optional, Tuple
 
@@ -31,6 +32,8 @@ def grab_screen(display: Optional[str] = None) -> "Image":
         from PIL import ImageGrab  # type: ignore[import]
     except ImportError as error:
         raise PictureError("pictures need Pillow (Debian: python3-pil)") from error
+    if sys.platform == "win32":
+        return ImageGrab.grab(all_screens=True)
     name = os.environ.get("DISPLAY", "") if display is None else display
     if not name:
         raise PictureError("there is no X display to take a picture of (DISPLAY is not set)")

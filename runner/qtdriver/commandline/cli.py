@@ -19,7 +19,10 @@ from .doctor import examine
 from .outcome import FAILED, INTERRUPTED, Outcome
 from .running import run_dialogue
 
-_ENDING_SIGNALS = (signal.SIGTERM, signal.SIGHUP)
+if sys.platform == "win32":
+    _ENDING_SIGNALS = (signal.SIGTERM,)
+else:
+    _ENDING_SIGNALS = (signal.SIGTERM, signal.SIGHUP)
 _NOT_FOR_THE_HOLDER = ("action", "name", "json")
 
 

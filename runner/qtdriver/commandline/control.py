@@ -13,6 +13,7 @@ import select
 import socket
 import stat
 import struct
+import sys
 import tempfile
 from contextlib import suppress
 from pathlib import Path
@@ -28,6 +29,7 @@ _NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")
 _LINE_SECONDS = 5.0
 _LONGEST_PATH = 107  # bytes: what the address of a Unix socket has room for
 _START = "start one with: qtdriver run --background -- APP"
+_LINUX_ONLY = "applications are held in the background on Linux only: use a dialogue, qtdriver run -- APP"
 _ELSEWHERE = "set XDG_RUNTIME_DIR to another folder"
 
 
@@ -47,6 +49,8 @@ def socket_path(name: str) -> Path:
     Makes the folder. Raises ControlSocketError when that fails, when another user can enter it, and for a path that is too
     long for a socket.
     """
+    if sys.platform == "win32":
+        raise ControlSocketError(_LINUX_ONLY)
     runtime = os.environ.get("XDG_RUNTIME_DIR", "")
     if runtime and os.path.isdir(runtime):
         folder = Path(runtime) / "qtdriver"
@@ -81,6 +85,8 @@ def ask(name: str, verb: str, values: Arguments) -> Outcome:
     Raises NoApplicationError when there is no such process, or it ends meanwhile, and ControlSocketError when the socket
     cannot be used.
     """
+    if sys.platform == "win32":
+        raise ControlSocketError(_LINUX_ONLY)
     path = socket_path(name)
     line = ""
     try:
@@ -108,8 +114,13 @@ def ask(name: str, verb: str, values: Arguments) -> Outcome:
 class ControlSocket:
     """The listening end. A context manager: leaving it removes the socket."""
 
+    _path: Path
+    _socket: socket.socket
+
     def __init__(self, path: Path) -> None:
         """Raises AlreadyHeldError when another process listens there, ControlSocketError when nobody can."""
+        if sys.platform == "win32":
+            raise ControlSocketError(_LINUX_ONLY)
         self._path = path
         self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
         before = os.umask(0o177)
@@ -125,6 +136,8 @@ class ControlSocket:
         self._socket.listen(8)
 
     def _remove_stale(self) -> None:
+        if sys.platform == "win32":
+            return
         with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as probe:
             try:
                 probe.connect(str(self._path))
@@ -145,6 +158,8 @@ class ControlSocket:
 
     def accept(self) -> "Optional[Request]":
         """Accepts a connection and reads its request; None for another user, without a request in time, or after a hang-up."""
+        if sys.platform == "win32":
+            raise ControlSocketError(_LINUX_ONLY)
         connected, _ = self._socket.accept()
         connected.settimeout(_LINE_SECONDS)
         try:
@@ -197,5 +212,7 @@ class Request:
 
 def peer_user(connected: socket.socket) -> int:
     """The user id of the process at the other end of a Unix socket."""
+    if sys.platform == "win32":
+        raise ControlSocketError(_LINUX_ONLY)
     credentials = connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, struct.calcsize("3i"))
     return int(struct.unpack("3i", credentials)[1])

@@ -50,7 +50,8 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
         try:
             line = process.stdout.readline()
         except BaseException:
-            os.killpg(process.pid, signal.SIGTERM)  # nobody wants the application any more
+            if sys.platform != "win32":
+                os.killpg(process.pid, signal.SIGTERM)  # nobody wants the application any more
             raise
         if line:
             # The process goes on: close the pipes, and keep Popen from waiting for its end.

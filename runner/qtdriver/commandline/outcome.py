@@ -24,6 +24,7 @@ from ..errors.commandline import NoApplicationError, UsageError
 from ..protocol.wire import Rect
 
 OK, FAILED, USAGE, NOT_FOUND, AMBIGUOUS, BLOCKED, NO_APPLICATION, HANGS = range(8)
+HUNG_UP = 128 + 1
 INTERRUPTED = 128 + signal.SIGINT
 
 EXIT_STATUSES = (
@@ -35,7 +36,7 @@ EXIT_STATUSES = (
     (BLOCKED, "a popup or a modal dialog is in front"),
     (NO_APPLICATION, "no application is held, or it has ended"),
     (HANGS, "the application did not answer in time"),
-    (128 + signal.SIGHUP, "the terminal was closed (SIGHUP)"),
+    (HUNG_UP, "the terminal was closed (SIGHUP)"),
     (INTERRUPTED, "interrupted"),
     (128 + signal.SIGTERM, "terminated (SIGTERM)"),
 )

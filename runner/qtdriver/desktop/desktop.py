@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import os
 import subprocess
+import sys
 from pathlib import Path
 from typing import Dict, Optional
 
@@ -36,6 +37,8 @@ class Desktop:
 
     def __init__(self) -> None:
         """Starts it. Raises DesktopError with the reason when it does not come up."""
+        if sys.platform == "win32":
+            raise DesktopError("desktops without a screen are there on Linux only: use headless=False")
         self._process: Optional["subprocess.Popen[str]"] = subprocess.Popen(
             [str(SCRIPT), "sh", "-c", _SAY_AND_STAY],
             stdin=subprocess.PIPE,

@@ -24,6 +24,8 @@ import time
 from pathlib import Path
 from typing import List, NoReturn, Optional, Tuple
 
+assert sys.platform != "win32"
+
 _START_SECONDS = 60.0
 _GRACE_SECONDS = 5.0
 _PAUSE = 0.01

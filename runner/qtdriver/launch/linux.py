@@ -12,7 +12,6 @@ The file uses the standard library alone, so that it starts quickly and with any
 
 from __future__ import annotations
 
-import fcntl
 import os
 import signal
 import sys
@@ -81,6 +80,8 @@ class Launch(NamedTuple):
 
         Leaves processes that this user may not signal, because they run with the rights of another one.
         """
+        if sys.platform == "win32":
+            return  # there it is a job that ends them
         for number, seconds in ((signal.SIGTERM, grace), (signal.SIGKILL, _KILL_SECONDS)):
             if not self._send(number):
                 return
@@ -109,6 +110,10 @@ class Launch(NamedTuple):
 @contextmanager
 def locked(path: "str | os.PathLike[str]") -> Iterator[None]:
     """Holds the lock that this file stands for; waits while another process has it. Raises OSError."""
+    if sys.platform == "win32":
+        raise OSError("locks are those of Linux")
+    import fcntl
+
     with open(path, "a") as file:
         fcntl.flock(file, fcntl.LOCK_EX)
         yield

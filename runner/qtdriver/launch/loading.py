@@ -8,10 +8,12 @@ programs of Linux that get no option, the second for programs of Windows and for
 from __future__ import annotations
 
 import os
+import sys
 from pathlib import Path
 from typing import Dict, List, Mapping, NamedTuple, Optional, Sequence
 
 from ..errors import LibraryMissingError, LoadingError
+from . import windows
 from .agent import agent_library, require_same_architecture, testability_library, windows_agent
 from .dlls import (
     WINEPATH,
@@ -91,6 +93,8 @@ def start_of(
             )
         agent = windows_agent(major, build)
         require_same_kind(program, agent)
+        if sys.platform == "win32":
+            return _native_start(program, arguments, environment, major, agent)
         return _windows_start(program, arguments, environment, major, agent, wine.on(environment))
     by_option = load_by == TESTABILITY
     library = testability_library(major, build) if by_option else agent_library(major, build)
@@ -106,6 +110,18 @@ def start_of(
 def _explaining(environment: Mapping[str, str]) -> Dict[str, str]:
     """`environment`, in which the library that Qt loads says on standard error why it makes no agent."""
     return {_EXPLAIN: "1", **environment}
+
+
+def _native_start(
+    program: Path, arguments: Sequence[str], environment: Mapping[str, str], major: int, agent: Path
+) -> Start:
+    """As _windows_start(), on Windows itself."""
+    found = library_folders(program, agent, major, environment, windows.system_folder())
+    result = windows.with_search_path(environment, [agent.parent, *found])
+    qt = qt_folder(major, environment)
+    if qt is not None and qt / "bin" in found:
+        result[_PLUGIN_PATH] = str(qt / "plugins")
+    return Start([str(program), *arguments, _OPTION], _explaining(result))
 
 
 def _windows_start(
@@ -140,11 +156,11 @@ def library_folders(
     """
     own, further = program_folders(program, environment), further_folders(major, environment)
     folders = DllFolders([*own, agent.parent, *further])
-    windows = DllFolders([system_folder])
+    of_windows = DllFolders([system_folder])
     missing = [
         name
         for name, path in linked_libraries([program, agent], folders)
-        if path is None and windows.find(name) is None and not name.lower().startswith(_OF_WINDOWS)
+        if path is None and of_windows.find(name) is None and not name.lower().startswith(_OF_WINDOWS)
     ]
     if missing and system_folder.is_dir():
         looked_at = ", ".join(map(str, [*own[1:], agent.parent, *further]))

@@ -4,13 +4,14 @@ from __future__ import annotations
 
 import os
 import subprocess
+import sys
 import warnings
 from typing import Optional
 
 from ..errors.endings import describe_exit
 from ..protocol.waiting import Deadline, attempts
 from .output import OutputTail
-from .supervision import LaunchedProcesses
+from .platform import LaunchedProcesses
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -60,6 +61,8 @@ class Process:
         """The exit status, negative for a signal; None while the process runs."""
         if self._popen.returncode is not None:
             return self._popen.returncode
+        if sys.platform == "win32":
+            return self._popen.poll()
         try:  # WNOWAIT leaves it a zombie: reaping it would free its id before end() has used it
             ended = os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT)
         except ChildProcessError:  # somebody else has reaped it

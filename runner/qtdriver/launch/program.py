@@ -22,7 +22,7 @@ def find_program(name: str) -> Path:
 
     Raises ProgramNotFoundError and ProgramNotExecutableError.
     """
-    if "/" not in name:
+    if not os.path.dirname(name):
         found = shutil.which(name)
         if found is None and name.lower().endswith(_WINDOWS_ENDING) and is_windows_program(Path(name)):
             found = name

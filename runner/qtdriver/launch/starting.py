@@ -13,9 +13,9 @@ from ..protocol.connection import Connection
 from ..protocol.pending_agents import PendingAgents
 from ..protocol.waiting import Deadline
 from .loading import Start, start_of
+from .platform import CREATION_FLAGS, LaunchedProcesses
 from .process import Process
 from .program import find_program
-from .supervision import LaunchedProcesses
 from .wine import WineDesktops
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -87,6 +87,7 @@ def _start(
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             bufsize=0,
+            creationflags=CREATION_FLAGS,
             start_new_session=True,  # by the session LaunchedProcesses finds those that clear their environment
         )
     except OSError as error:

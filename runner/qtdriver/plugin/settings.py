@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import sys
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Any, Callable, Dict, NamedTuple, Optional, Tuple
@@ -211,7 +212,9 @@ def read_settings(config: pytest.Config) -> Settings:
     """
     values: Dict[str, Any] = {option.name.replace("-", "_"): _read(config, option) for option in _OPTIONS}
     headed = config.getoption(_HEADED)
-    values["headless"] = not (config.getini(_HEADED) if headed is None else headed)
+    values["headless"] = sys.platform != "win32" and not (
+        config.getini(_HEADED) if headed is None else headed
+    )
     if values["report"] is None:
         values["report"] = values["output"] / REPORT_NAME
     return Settings(**values)

@@ -3,8 +3,8 @@
 from __future__ import annotations
 
 import os
-import pwd
 import socket
+import sys
 from typing import Any, Optional
 
 from ..errors import ConnectionClosed, PeerReaderMissingError
@@ -20,7 +20,7 @@ class Peer:
     """The other end of a connection within this machine.
 
     Attributes:
-        user: id of the user who made its socket.
+        user: id of the user who made its socket; on Windows the name of the user whose process has it.
     """
 
     def __init__(self, connected: socket.socket) -> None:
@@ -28,6 +28,16 @@ class Peer:
         self._psutil = load_psutil()
         self._local: Address = connected.getpeername()[:2]
         self._remote: Address = connected.getsockname()[:2]
+        self.user: "int | str" = self._owner()
+
+    def _owner(self) -> "int | str":
+        if sys.platform == "win32":
+            holder = self.process()
+            if holder is None:
+                raise ConnectionClosed(
+                    f"{self} closed the connection before its greeting, or is of another machine"
+                )
+            return _user_of(holder)
         ends = (end for end in tcp_sockets() if (end.local, end.remote) == (self._local, self._remote))
         # The system gives a socket that no process has any more to the administrator (inode 0).
         held = next((end for end in ends if end.inode), None)
@@ -35,13 +45,15 @@ class Peer:
             raise ConnectionClosed(
                 f"{self} closed the connection before its greeting, or is of another machine"
             )
-        self.user = held.user
+        return held.user
 
     def __str__(self) -> str:
         return "{}:{}".format(*self._local)
 
     def is_of_this_user(self) -> bool:
         """Whether the socket was made by the user of this process."""
+        if sys.platform == "win32":
+            return self.user != "" and self.user == _user_of(os.getpid())
         return self.user == os.geteuid() and _users_are_told_apart()
 
     def process(self, likely: Optional[int] = None) -> Optional[int]:
@@ -67,8 +79,12 @@ class Peer:
     def description(self) -> str:
         """Its address, user and process, for a person."""
         pid = self.process()
+        if sys.platform == "win32":
+            return f"{self}, of user {self.user}, {describe_process(pid)}"
+        import pwd
+
         try:
-            user = f"{pwd.getpwuid(self.user).pw_name} ({self.user})"
+            user = f"{pwd.getpwuid(int(self.user)).pw_name} ({self.user})"
         except KeyError:
             user = str(self.user)
         return f"{self}, of user {user}, {describe_process(pid)}"
@@ -95,8 +111,19 @@ def describe_process(pid: Optional[int]) -> str:
     return f"process {pid} ({name})" if name else f"process {pid}"
 
 
+def _user_of(pid: int) -> str:
+    """The name of the user whose process this is; empty where the system hides it."""
+    psutil = load_psutil()
+    try:
+        return str(psutil.Process(pid).username())
+    except psutil.Error:
+        return ""
+
+
 def _users_are_told_apart() -> bool:
     """Whether the user namespace knows this user; all users that it does not know have the same id."""
+    if sys.platform == "win32":
+        return True
     try:
         with open(_KNOWN_USERS, encoding="ascii") as file:
             ranges = [tuple(map(int, line.split())) for line in file]

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import errno
 import socket
+import sys
 import time
 from typing import Callable
 
@@ -36,7 +37,10 @@ class Server(ClosedOnLeaving):
         """
         self._socket = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
         try:
-            self._socket.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+            if sys.platform == "win32":  # where another process could take a port that may be reused
+                self._socket.setsockopt(socket.SOL_SOCKET, socket.SO_EXCLUSIVEADDRUSE, 1)
+            else:
+                self._socket.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
             self._socket.bind((host, port))
             self._socket.listen(_BACKLOG)
         except OSError as error:

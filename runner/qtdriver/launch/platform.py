@@ -1,0 +1,14 @@
+"""The parts of starting and ending processes that differ between operating systems, under the same names."""
+
+from __future__ import annotations
+
+import sys
+
+if sys.platform == "win32":
+    from .windows import CREATION_FLAGS, LaunchedProcesses
+else:
+    from .supervision import LaunchedProcesses
+
+    CREATION_FLAGS = 0
+
+__all__ = ["CREATION_FLAGS", "LaunchedProcesses"]
