@@ -127,7 +127,7 @@ def test_the_runner_is_typed():
 
 
 def test_the_runner_is_typed_for_windows():
-    """What Python has only on Linux is an error there, unless it is behind a question for the platform."""
+    """A name that Python has only on Linux is an error there, unless it is behind a question for the platform."""
     command = ["/usr/bin/mypy", "--strict", "--platform=win32", "--cache-dir=/dev/null", "runner/qtdriver"]
     subprocess.run(command, cwd=ROOT, check=True)
 
