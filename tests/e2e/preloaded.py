@@ -5,6 +5,7 @@ import select
 import socket
 import subprocess
 import time
+from contextlib import contextmanager
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -79,6 +80,17 @@ class Program:
         """The files that the process has mapped."""
         lines = Path(f"/proc/{self.process.pid}/maps").read_text().splitlines()
         return {Path(line.split(maxsplit=5)[5]) for line in lines if " /" in line}
+
+
+@contextmanager
+def programs_ended():
+    """A list for programs; those that still run when the context ends are killed."""
+    programs = []
+    yield programs
+    for program in programs:
+        if program.process.poll() is None:
+            program.process.kill()
+        program.process.communicate()
 
 
 def wait_for(condition):

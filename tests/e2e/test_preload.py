@@ -16,6 +16,7 @@ from preloaded import (
     WIDGETS_HOST,
     Program,
     linked_libraries,
+    programs_ended,
     qt_libraries,
     queues_of,
     read_to_end,
@@ -29,17 +30,13 @@ from preloaded import (
 @pytest.fixture
 def start():
     """Starts programs, and ends those that still run when the test is over."""
-    programs = []
+    with programs_ended() as programs:
 
-    def call(*command, **options):
-        programs.append(Program(*command, **options))
-        return programs[-1]
+        def call(*command, **options):
+            programs.append(Program(*command, **options))
+            return programs[-1]
 
-    yield call
-    for program in programs:
-        if program.process.poll() is None:
-            program.process.kill()
-        program.process.communicate()
+        yield call
 
 
 def test_a_plain_application_is_driven(server, start):

@@ -11,6 +11,7 @@ from preloaded import (
     QT,
     WIDGETS_HOST,
     Program,
+    programs_ended,
     read_to_end,
     server_side,
     serves,
@@ -24,17 +25,13 @@ SILENCE = (0, "start loop\nend loop\ntorn down\n", "")
 @pytest.fixture
 def start():
     """Starts programs that find the library, and ends those that still run when the test is over."""
-    programs = []
+    with programs_ended() as programs:
 
-    def call(*command, folder=LIBRARY.parent, **variables):
-        programs.append(Program(*command, preload=None, LD_LIBRARY_PATH=str(folder), **variables))
-        return programs[-1]
+        def call(*command, folder=LIBRARY.parent, **variables):
+            programs.append(Program(*command, preload=None, LD_LIBRARY_PATH=str(folder), **variables))
+            return programs[-1]
 
-    yield call
-    for program in programs:
-        if program.process.poll() is None:
-            program.process.kill()
-        program.process.communicate()
+        yield call
 
 
 def test_an_application_is_driven_and_ends_in_order(server, start):
