@@ -4,6 +4,15 @@ WINDOW = "Widget:showcase"
 
 
 def play(stage):
+    _look_around(stage)
+    _press_buttons(stage)
+    _toggle_check_boxes(stage)
+    _read_properties(stage)
+    _play_mouse_commands(stage)
+    _move_and_resize(stage)
+
+
+def _look_around(stage):
     stage.title("What is there")
     stage.request("List the visible windows.", "1")
     stage.request("List the widgets of the window.", f"2,{WINDOW}")
@@ -11,6 +20,8 @@ def play(stage):
     stage.request("Put the cursor on a button ...", f"4,{WINDOW},brewButton")
     stage.request("... and ask what is under it.", "3")
 
+
+def _press_buttons(stage):
     stage.title("Press buttons")
     stage.activate("Press the button Brew.", "brewButton")
     stage.expect_event("clicked: brewButton")
@@ -27,6 +38,8 @@ def play(stage):
     stage.activate("Choose a radio button.", "darkRadio")
     stage.expect("darkRadio", "checked", True)
 
+
+def _toggle_check_boxes(stage):
     stage.title("Toggle check boxes")
     stage.activate("Switch milk on.", "milkCheck", "b:true")
     stage.expect_event("toggled: milkCheck on")
@@ -36,10 +49,14 @@ def play(stage):
     stage.expect("deliveryBox", "checked", True)
     stage.expect("courierButton", "enabled", True)
 
+
+def _read_properties(stage):
     stage.title("Read properties")
     for name in ("text", "className", "silkClassName", "enabled", "globalRect", "focusPolicy"):
         stage.request(f"Read {name}.", f"7,{WINDOW},brewButton,,{name},")
 
+
+def _play_mouse_commands(stage):
     stage.title("Play mouse commands")
     stage.mouse(
         "Right click with Control held.", "tastingPad", "MouseClick:RightButton:0.5:0.5:ControlModifier"
@@ -50,6 +67,8 @@ def play(stage):
     stage.mouse("Double click.", "tastingPad", "MouseDoubleClick:LeftButton:::")
     stage.request("The journal of the application.", f"7,{WINDOW},journal,,plainText,")
 
+
+def _move_and_resize(stage):
     stage.title("Move and resize the window")
     stage.request("Move it.", f"10,{WINDOW},60,40")
     stage.request("Resize it.", f"11,{WINDOW},1120,800")

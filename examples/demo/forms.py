@@ -6,6 +6,12 @@ PRICE_LIST = "/tmp/qtdriver-demo-prices.txt"
 
 
 def play(stage):
+    _fill_in_the_form(stage)
+    _use_containers(stage)
+    _choose_a_file(stage)
+
+
+def _fill_in_the_form(stage):
     stage.title("Fill in the form")
     stage.activate("Turn to the page with the form.", TABS, "s:Entry fields")
     stage.expect("customerEdit", "visible", True)
@@ -35,6 +41,8 @@ def play(stage):
     stage.expect_event("value: openEdit 06:30")
     stage.picture("form")
 
+
+def _use_containers(stage):
     stage.title("Containers")
     stage.activate("Turn to their page.", TABS, "s:Containers")
     stage.activate("Open a page of the tool box.", "recipeBox", "s:House secret")
@@ -44,6 +52,8 @@ def play(stage):
     stage.activate("Bring the recipe's dock to the front.", "recipeDock")
     stage.expect("favouriteCheck", "visible", True)
 
+
+def _choose_a_file(stage):
     stage.title("The file dialog")
     stage.activate("Turn to the page with the dialogs.", TABS, "s:Dialogs")
     stage.activate("Open the price list.", "priceListButton")

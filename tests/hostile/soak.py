@@ -8,18 +8,66 @@ from __future__ import annotations
 import argparse
 import collections
 import random
+import socket
 import sys
 import time
+from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Counter, Dict, List
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "runner"), str(Path(__file__).resolve().parent)]
 
-from session import SCENARIOS, Finding, derived_seed, listen, play  # noqa: E402
+from session import SCENARIOS, Finding, Result, derived_seed, listen, play  # noqa: E402
 
 COMMANDS_OF_A_SESSION = 500
 """A session that is not longer than this can be repeated by itself."""
+
+
+@dataclass
+class Tally:
+    """The numbers of all sessions that have ended."""
+
+    played: Dict[str, int]
+    """Commands, by scenario."""
+    findings: List[str] = field(default_factory=list)
+    sessions: int = 0
+    ended_early: int = 0
+    codes: Counter[str] = field(default_factory=collections.Counter)
+    deeds: Counter[str] = field(default_factory=collections.Counter)
+    started: float = field(default_factory=time.monotonic)
+
+    @property
+    def commands(self) -> int:
+        return sum(self.played.values())
+
+    def add(self, scenario: str, result: Result) -> None:
+        """Counts a session without a finding."""
+        self.played[scenario] += max(result.played, 1)
+        self.codes += result.codes
+        self.deeds += result.deeds
+        self.ended_early += result.ended_early
+
+    def add_finding(self, scenario: str, seed: int) -> None:
+        """Counts a session that a finding ended."""
+        self.findings.append(f"{scenario} {seed}")
+        self.played[scenario] += COMMANDS_OF_A_SESSION // 4
+
+    def print_progress(self) -> None:
+        seconds = time.monotonic() - self.started
+        print(
+            f"soak: {self.commands} commands in {self.sessions} sessions, "
+            f"{self.ended_early} ended by the application, {len(self.findings)} findings, "
+            f"{seconds:.0f} s, {self.commands / seconds:.0f} a second",
+            flush=True,
+        )
+
+    def print_summary(self) -> None:
+        print("soak: " + ", ".join(f"{name} {count}" for name, count in self.played.items()))
+        codes = ", ".join(f"{code}: {count}" for code, count in sorted(self.codes.items()))
+        print(f"soak: replies: {codes}")
+        deeds = ", ".join(f"{name} {count}" for name, count in self.deeds.most_common())
+        print(f"soak: {sum(self.deeds.values())} deeds: {deeds}")
 
 
 def main() -> int:
@@ -28,54 +76,32 @@ def main() -> int:
     seed = options.seed if options.seed is not None else random.SystemRandom().randrange(2**32)
     print(f"soak: seed {seed}, {options.commands} commands, build {options.build}", flush=True)
     server = listen()
-    started = time.monotonic()
-    played: Dict[str, int] = dict.fromkeys(options.scenarios, 0)
-    findings: List[str] = []
-    ended_early = sessions = 0
-    codes: Counter[str] = collections.Counter()
-    deeds: Counter[str] = collections.Counter()
-    number = options.first
-    while sum(played.values()) < options.commands and len(findings) < options.findings:
-        scenario = min(played, key=lambda name: played[name])
-        wanted = min(COMMANDS_OF_A_SESSION, options.commands - sum(played.values()))
-        own_seed = options.session_seed
-        if own_seed is None:
-            own_seed = derived_seed(seed, number, SCENARIOS.index(scenario))
-        try:
-            result = play(options.build, scenario, own_seed, wanted, server)
-            played[scenario] += max(result.played, 1)
-            codes += result.codes
-            deeds += result.deeds
-            ended_early += result.ended_early
-        except Finding as finding:
-            findings.append(f"{scenario} {own_seed}")
-            played[scenario] += COMMANDS_OF_A_SESSION // 4
-            print(f"\nFINDING {len(findings)} in session {number}: {finding}\n", flush=True)
-            print(
-                f"repeat by: --scenarios {scenario} --session-seed {own_seed} --commands {wanted}", flush=True
-            )
-        number += 1
-        sessions += 1
-        if sessions % 20 == 0:
-            _print_progress(sum(played.values()), started, sessions, ended_early, len(findings))
-    _print_progress(sum(played.values()), started, sessions, ended_early, len(findings))
-    print("soak: " + ", ".join(f"{name} {count}" for name, count in played.items()))
-    print("soak: replies: " + ", ".join(f"{code}: {count}" for code, count in sorted(codes.items())))
-    print(
-        f"soak: {sum(deeds.values())} deeds: "
-        + ", ".join(f"{name} {count}" for name, count in deeds.most_common())
-    )
-    print(f"soak: seed {seed}: {len(findings)} findings {findings}")
-    return 1 if findings else 0
+    tally = Tally(dict.fromkeys(options.scenarios, 0))
+    while tally.commands < options.commands and len(tally.findings) < options.findings:
+        _play_session(options, seed, tally, server)
+        if tally.sessions % 20 == 0:
+            tally.print_progress()
+    tally.print_progress()
+    tally.print_summary()
+    print(f"soak: seed {seed}: {len(tally.findings)} findings {tally.findings}")
+    return 1 if tally.findings else 0
 
 
-def _print_progress(commands: int, started: float, sessions: int, ended_early: int, findings: int) -> None:
-    seconds = time.monotonic() - started
-    print(
-        f"soak: {commands} commands in {sessions} sessions, {ended_early} ended by the application, "
-        f"{findings} findings, {seconds:.0f} s, {commands / seconds:.0f} a second",
-        flush=True,
-    )
+def _play_session(options: argparse.Namespace, seed: int, tally: Tally, server: socket.socket) -> None:
+    """Plays a session of the scenario that has had the fewest commands."""
+    number = options.first + tally.sessions
+    scenario = min(tally.played, key=lambda name: tally.played[name])
+    wanted = min(COMMANDS_OF_A_SESSION, options.commands - tally.commands)
+    own_seed = options.session_seed
+    if own_seed is None:
+        own_seed = derived_seed(seed, number, SCENARIOS.index(scenario))
+    try:
+        tally.add(scenario, play(options.build, scenario, own_seed, wanted, server))
+    except Finding as finding:
+        tally.add_finding(scenario, own_seed)
+        print(f"\nFINDING {len(tally.findings)} in session {number}: {finding}\n", flush=True)
+        print(f"repeat by: --scenarios {scenario} --session-seed {own_seed} --commands {wanted}", flush=True)
+    tally.sessions += 1
 
 
 def _options() -> argparse.Namespace:
