@@ -37,6 +37,37 @@ QGroupBox* addBox(TestHost& host, QWidget* window, const char* name)
     return box;
 }
 
+void addSplit(TestHost& host, QWidget* window)
+{
+    auto* split = add<QToolButton>(host, window, "split", "Split");
+    split->setPopupMode(QToolButton::MenuButtonPopup);
+    split->setFixedSize(120, 40);
+    auto* menu = new QMenu(split);
+    menu->setObjectName(QLatin1String("splitMenu"));
+    menu->addAction(QLatin1String("Entry"));
+    host.journalSignal(menu, SIGNAL(aboutToShow()), QLatin1String("shown"));
+    split->setMenu(menu);
+}
+
+void addBoxes(TestHost& host, QWidget* window)
+{
+    addBox(host, window, "checkableBox")->setCheckable(true);
+    addBox(host, window, "plainBox");
+    const struct
+    {
+        const char* name;
+        Qt::Alignment alignment;
+        bool flat;
+    } titles[] = {{"centeredBox", Qt::AlignHCenter, false}, {"rightBox", Qt::AlignRight, false},
+        {"flatBox", Qt::AlignLeft, true}, {"flatRightBox", Qt::AlignRight, true}};
+    for (const auto& title : titles) {
+        auto* box = addBox(host, window, title.name);
+        box->setCheckable(true);
+        box->setAlignment(title.alignment);
+        box->setFlat(title.flat);
+    }
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -54,30 +85,9 @@ void build(TestHost& host)
     add<QCommandLinkButton>(host, window, "link", "Link");
     add<QToolButton>(host, window, "tool", "Tool");
 
-    auto* split = add<QToolButton>(host, window, "split", "Split");
-    split->setPopupMode(QToolButton::MenuButtonPopup);
-    split->setFixedSize(120, 40);
-    auto* menu = new QMenu(split);
-    menu->setObjectName(QLatin1String("splitMenu"));
-    menu->addAction(QLatin1String("Entry"));
-    host.journalSignal(menu, SIGNAL(aboutToShow()), QLatin1String("shown"));
-    split->setMenu(menu);
+    addSplit(host, window);
 
-    addBox(host, window, "checkableBox")->setCheckable(true);
-    addBox(host, window, "plainBox");
-    const struct
-    {
-        const char* name;
-        Qt::Alignment alignment;
-        bool flat;
-    } titles[] = {{"centeredBox", Qt::AlignHCenter, false}, {"rightBox", Qt::AlignRight, false},
-        {"flatBox", Qt::AlignLeft, true}, {"flatRightBox", Qt::AlignRight, true}};
-    for (const auto& title : titles) {
-        auto* box = addBox(host, window, title.name);
-        box->setCheckable(true);
-        box->setAlignment(title.alignment);
-        box->setFlat(title.flat);
-    }
+    addBoxes(host, window);
     window->move(60, 60);
     window->show();
 }

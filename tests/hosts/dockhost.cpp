@@ -67,6 +67,33 @@ void journalTabBars(TestHost& host, const QMainWindow* window)
     }
 }
 
+// Pages with a tab of the same text as a dock widget's, but not the main window's own.
+void addPages(QWidget* central)
+{
+    auto* pages = new QTabWidget;
+    pages->setObjectName(QLatin1String("pages"));
+    pages->addTab(new QWidget, QLatin1String("Summary"));
+    pages->addTab(new QWidget, QLatin1String("Alpha"));
+    central->layout()->addWidget(pages);
+}
+
+void answerRequests(TestHost& host, QMainWindow* window, QDockWidget* alpha, QDockWidget* beta, QDockWidget* doomed)
+{
+    host.onRequest(QLatin1String("journalTabBars"), [&host, window] { journalTabBars(host, window); });
+    host.onRequest(QLatin1String("journalAlone"),
+        [&host, window] { host.journalInput(window->findChild<QDockWidget*>(QLatin1String("alone"))); });
+    host.onRequest(QLatin1String("floatBeta"), [beta] {
+        beta->setFloating(true);
+        beta->move(300, 760);
+    });
+    host.onRequest(QLatin1String("hideAlpha"), [alpha] { alpha->hide(); });
+    host.onRequest(QLatin1String("renameAlpha"), [alpha] { alpha->setWindowTitle(QLatin1String("Omega")); });
+    host.onRequest(QLatin1String("minimizeDoomed"), [window, doomed] {
+        (new DeleteOnRestore(doomed))->setParent(window);
+        window->showMinimized();
+    });
+}
+
 void build(TestHost& host)
 {
     auto* window = new QMainWindow;
@@ -76,12 +103,7 @@ void build(TestHost& host)
     new QVBoxLayout(central);
     window->setCentralWidget(central);
 
-    // A tab of the same text as a dock widget's, but not the main window's own.
-    auto* pages = new QTabWidget;
-    pages->setObjectName(QLatin1String("pages"));
-    pages->addTab(new QWidget, QLatin1String("Summary"));
-    pages->addTab(new QWidget, QLatin1String("Alpha"));
-    central->layout()->addWidget(pages);
+    addPages(central);
 
     auto* alpha = create(host, window, "alpha", "Alpha");
     auto* beta = create(host, window, "beta", "Beta");
@@ -103,19 +125,7 @@ void build(TestHost& host)
     pairHidden->hide();
     addAlone(host, window);
 
-    host.onRequest(QLatin1String("journalTabBars"), [&host, window] { journalTabBars(host, window); });
-    host.onRequest(QLatin1String("journalAlone"),
-        [&host, window] { host.journalInput(window->findChild<QDockWidget*>(QLatin1String("alone"))); });
-    host.onRequest(QLatin1String("floatBeta"), [beta] {
-        beta->setFloating(true);
-        beta->move(300, 760);
-    });
-    host.onRequest(QLatin1String("hideAlpha"), [alpha] { alpha->hide(); });
-    host.onRequest(QLatin1String("renameAlpha"), [alpha] { alpha->setWindowTitle(QLatin1String("Omega")); });
-    host.onRequest(QLatin1String("minimizeDoomed"), [window, doomed] {
-        (new DeleteOnRestore(doomed))->setParent(window);
-        window->showMinimized();
-    });
+    answerRequests(host, window, alpha, beta, doomed);
     window->setGeometry(60, 60, 1000, 600);
     window->show();
 }

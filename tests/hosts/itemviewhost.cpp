@@ -100,13 +100,8 @@ void show(TestHost& host, QWidget* window, QAbstractItemView* view, const char* 
     journalView(host, view);
 }
 
-void build(TestHost& host)
+void addOwnView(TestHost& host, QWidget* window)
 {
-    auto* window = new QWidget;
-    window->setObjectName(QLatin1String("window"));
-    window->setWindowTitle(QLatin1String("Views"));
-    new QVBoxLayout(window);
-
     auto* own = new OwnView(host);
     QStandardItemModel* model = itemModel(window);
     show(host, window, own, "own", model);
@@ -118,12 +113,10 @@ void build(TestHost& host)
     host.onRequest(
         QLatin1String("selectColumns"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectColumns); });
     host.onRequest(QLatin1String("selectItems"), [=] { own->setSelectionBehavior(QAbstractItemView::SelectItems); });
+}
 
-    show(host, window, new OwnView(host), "modelless", nullptr);
-    show(host, window, new OwnView(host), "promise", new EmptyPromiseModel(window));
-    show(host, window, new DyingView(host), "dying", itemModel(nullptr));
-    show(host, window, new QColumnView, "columns", itemModel(window));
-
+void addTree(TestHost& host, QWidget* window)
+{
     auto* tree = new QTreeView;
     show(host, window, tree, "tree", itemModel(window));
     tree->setFixedHeight(150);
@@ -135,6 +128,10 @@ void build(TestHost& host)
                          .arg((rect.left() + rect.right()) * 0.5 / tree->width())
                          .arg((rect.top() + rect.bottom()) * 0.5 / tree->height()));
     });
+}
+
+void addTable(TestHost& host, QWidget* window)
+{
     auto* table = new QTableView;
     show(host, window, table, "table", itemModel(window));
     table->setFixedHeight(150);
@@ -144,6 +141,23 @@ void build(TestHost& host)
                          .arg((rect.left() + rect.right()) * 0.5 / table->width())
                          .arg((rect.top() + rect.bottom()) * 0.5 / table->height()));
     });
+}
+
+void build(TestHost& host)
+{
+    auto* window = new QWidget;
+    window->setObjectName(QLatin1String("window"));
+    window->setWindowTitle(QLatin1String("Views"));
+    new QVBoxLayout(window);
+
+    addOwnView(host, window);
+    show(host, window, new OwnView(host), "modelless", nullptr);
+    show(host, window, new OwnView(host), "promise", new EmptyPromiseModel(window));
+    show(host, window, new DyingView(host), "dying", itemModel(nullptr));
+    show(host, window, new QColumnView, "columns", itemModel(window));
+
+    addTree(host, window);
+    addTable(host, window);
     window->setGeometry(60, 30, 500, 950);
     window->show();
 }

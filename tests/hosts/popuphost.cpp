@@ -72,6 +72,49 @@ Button* addButton(const MenuBuilder& build, QWidget* window, const char* name, c
     return button;
 }
 
+void addContextMenus(TestHost& host, const MenuBuilder& build, QWidget* window)
+{
+    QWidget* popping = addArea(window, new QWidget, "popping");
+    popping->setContextMenuPolicy(Qt::CustomContextMenu);
+    QMenu* popped = build.menu(popping, "popped");
+    fill(build, popped);
+    host.onSignal(popping, SIGNAL(customContextMenuRequested(QPoint)),
+        [=] { popped->popup(popping->mapToGlobal(QPoint(20, 20))); });
+
+    QWidget* listing = addArea(window, new QWidget, "listing");
+    listing->setContextMenuPolicy(Qt::ActionsContextMenu);
+    build.item(listing, "listed", "Listed");
+}
+
+// A menu that is torn off is a window, not a popup.
+void addTornMenu(TestHost& host, const MenuBuilder& build, QWidget* window)
+{
+    QMenu* torn = build.menu(window, "torn");
+    torn->setTearOffEnabled(true);
+    torn->setTitle(QLatin1String("Torn off")); // of the torn-off window; with Qt 4 it is the next one
+    torn->setWindowTitle(QLatin1String("Torn off"));
+    fill(build, torn);
+    QPointer<QMenu> guarded(torn);
+    host.onRequest(QLatin1String("openTorn"), [=] { guarded->popup(window->mapToGlobal(QPoint(20, 20))); });
+}
+
+// A modal dialog, which Escape would close, with a context menu and a menu bar.
+void openDialog(TestHost& host, const MenuBuilder& build, QWidget* window)
+{
+    auto* dialog = new QDialog(window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setObjectName(QLatin1String("dialog"));
+    dialog->setWindowTitle(QLatin1String("Modal"));
+    dialog->setModal(true);
+    auto* bar = new QMenuBar(dialog);
+    bar->setObjectName(QLatin1String("dialogBar"));
+    fill(build, build.submenu(bar, "barMenu", "Bar"));
+    (new QVBoxLayout(dialog))->setMenuBar(bar);
+    addArea(dialog, new ExecutingArea(host, dialog), "executingModal");
+    dialog->move(400, 300);
+    dialog->show();
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -85,16 +128,7 @@ void build(TestHost& host)
     window->layout()->addWidget(edit);
     addArea(window, new ExecutingArea(host, window), "executing");
 
-    QWidget* popping = addArea(window, new QWidget, "popping");
-    popping->setContextMenuPolicy(Qt::CustomContextMenu);
-    QMenu* popped = build.menu(popping, "popped");
-    fill(build, popped);
-    host.onSignal(popping, SIGNAL(customContextMenuRequested(QPoint)),
-        [=] { popped->popup(popping->mapToGlobal(QPoint(20, 20))); });
-
-    QWidget* listing = addArea(window, new QWidget, "listing");
-    listing->setContextMenuPolicy(Qt::ActionsContextMenu);
-    build.item(listing, "listed", "Listed");
+    addContextMenus(host, build, window);
 
     addButton<QPushButton>(build, window, "push", "pushMenu");
     addButton<QToolButton>(build, window, "instant", "instantMenu")->setPopupMode(QToolButton::InstantPopup);
@@ -103,30 +137,9 @@ void build(TestHost& host)
     split->setMinimumSize(120, 40);
     host.journalSignal(split, SIGNAL(clicked()), QLatin1String("clicked"));
 
-    // A menu that is torn off is a window, not a popup.
-    QMenu* torn = build.menu(window, "torn");
-    torn->setTearOffEnabled(true);
-    torn->setTitle(QLatin1String("Torn off")); // of the torn-off window; with Qt 4 it is the next one
-    torn->setWindowTitle(QLatin1String("Torn off"));
-    fill(build, torn);
-    QPointer<QMenu> guarded(torn);
-    host.onRequest(QLatin1String("openTorn"), [=] { guarded->popup(window->mapToGlobal(QPoint(20, 20))); });
+    addTornMenu(host, build, window);
 
-    // A modal dialog, which Escape would close, with a context menu and a menu bar.
-    host.onRequest(QLatin1String("openDialog"), [=, &host] {
-        auto* dialog = new QDialog(window);
-        dialog->setAttribute(Qt::WA_DeleteOnClose);
-        dialog->setObjectName(QLatin1String("dialog"));
-        dialog->setWindowTitle(QLatin1String("Modal"));
-        dialog->setModal(true);
-        auto* bar = new QMenuBar(dialog);
-        bar->setObjectName(QLatin1String("dialogBar"));
-        fill(build, build.submenu(bar, "barMenu", "Bar"));
-        (new QVBoxLayout(dialog))->setMenuBar(bar);
-        addArea(dialog, new ExecutingArea(host, dialog), "executingModal");
-        dialog->move(400, 300);
-        dialog->show();
-    });
+    host.onRequest(QLatin1String("openDialog"), [=, &host] { openDialog(host, build, window); });
     journalInputState(host);
     edit->setFocus();
     window->move(60, 60);

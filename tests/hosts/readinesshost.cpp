@@ -105,6 +105,32 @@ QWidget* scrolled(TestHost& host)
     return outer;
 }
 
+// A frame over the button "covered", which can be moved over a line edit.
+void buildOverlay(TestHost& host, QWidget* central)
+{
+    auto* overlay = named(new QFrame(central), "overlay");
+    overlay->setGeometry(220, 0, 120, 50);
+    overlay->setAutoFillBackground(true);
+    host.journalInput(overlay);
+    host.onRequest(QLatin1String("uncover"), [overlay] { overlay->hide(); });
+    host.onRequest(QLatin1String("letThrough"), [overlay] { overlay->setAttribute(Qt::WA_TransparentForMouseEvents); });
+    auto* line = named(new QLineEdit(central), "line");
+    line->setGeometry(120, 60, 100, 30);
+    host.onRequest(QLatin1String("coverLine"), [overlay] {
+        overlay->move(110, 50);
+        overlay->raise();
+    });
+}
+
+void buildPalette(TestHost& host)
+{
+    auto* top = named(new QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint), "palette");
+    top->setGeometry(40, 60, 640, 200);
+    top->setAttribute(Qt::WA_ShowWithoutActivating);
+    host.onRequest(QLatin1String("showPalette"), [top] { top->show(); });
+    host.onRequest(QLatin1String("hidePalette"), [top] { top->hide(); });
+}
+
 void buildControls(TestHost& host)
 {
     auto* window = named(new QMainWindow, "main");
@@ -121,22 +147,11 @@ void buildControls(TestHost& host)
     addButton(host, clip, "clipped", QRect(100, 0, 100, 30));
     addButton(host, central, "hidden", QRect(410, 10, 100, 30))->hide();
     buildMovingButton(host, central);
-
-    auto* overlay = named(new QFrame(central), "overlay");
-    overlay->setGeometry(220, 0, 120, 50);
-    overlay->setAutoFillBackground(true);
-    host.journalInput(overlay);
-    host.onRequest(QLatin1String("uncover"), [overlay] { overlay->hide(); });
-    host.onRequest(QLatin1String("letThrough"), [overlay] { overlay->setAttribute(Qt::WA_TransparentForMouseEvents); });
     host.onRequest(QLatin1String("enable"),
         [central] { central->findChild<QWidget*>(QLatin1String("disabled"))->setEnabled(true); });
     host.onRequest(QLatin1String("show"), [central] { central->findChild<QWidget*>(QLatin1String("hidden"))->show(); });
-    auto* line = named(new QLineEdit(central), "line");
-    line->setGeometry(120, 60, 100, 30);
-    host.onRequest(QLatin1String("coverLine"), [overlay] {
-        overlay->move(110, 50);
-        overlay->raise();
-    });
+
+    buildOverlay(host, central);
     buildGrip(host, central);
     buildChildDialog(host, window);
     host.onRequest(QLatin1String("deleteOnScroll"), [&host] {
@@ -148,11 +163,7 @@ void buildControls(TestHost& host)
     area->setParent(central);
     area->setGeometry(10, 100, 280, 240);
 
-    auto* top = named(new QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint), "palette");
-    top->setGeometry(40, 60, 640, 200);
-    top->setAttribute(Qt::WA_ShowWithoutActivating);
-    host.onRequest(QLatin1String("showPalette"), [top] { top->show(); });
-    host.onRequest(QLatin1String("hidePalette"), [top] { top->hide(); });
+    buildPalette(host);
     window->show();
 }
 

@@ -71,6 +71,46 @@ QTabBar* addScrolled(TestHost& host, QWidget* window)
     return bar;
 }
 
+// A bar whose tab has no size.
+void addFlat(TestHost& host, QWidget* window)
+{
+    auto* flat = new FlatTabBar;
+    flat->setExpanding(false);
+    prepare(host, flat, "flat", {{"Sizeless", ""}});
+    flat->setFixedSize(200, 30);
+    window->layout()->addWidget(flat);
+}
+
+void addPages(TestHost& host, QWidget* window)
+{
+    auto* pages = new QTabWidget;
+    pages->setObjectName(QLatin1String("pages"));
+    pages->addTab(new QWidget, QLatin1String("Summary"));
+    pages->addTab(new QWidget, QLatin1String("Details"));
+    pages->setMinimumHeight(60);
+    host.journalValue(pages, SIGNAL(currentChanged(int)), QLatin1String("current"));
+    window->layout()->addWidget(pages);
+}
+
+void answerRequests(TestHost& host, QWidget* window, QTabBar* scrolled, QTabBar* doomed)
+{
+    host.onRequest(QLatin1String("centers"), [&host, window] { journalCenters(host, window); });
+    host.onRequest(QLatin1String("reportCursor"), [&host, scrolled] {
+        const QPoint position = scrolled->mapFromGlobal(QCursor::pos());
+        host.journal(QString::fromLatin1("cursor %1,%2").arg(position.x()).arg(position.y()));
+    });
+    host.onRequest(QLatin1String("scrollToEnd"), [scrolled] { scrolled->setCurrentIndex(19); });
+    host.onRequest(QLatin1String("noneCurrent"), [window] {
+        auto* bar = window->findChild<QTabBar*>(QLatin1String("menus"));
+        while (bar->count() > 0)
+            bar->removeTab(0);
+    });
+    host.onRequest(QLatin1String("minimizeDoomed"), [window, doomed] {
+        (new DeleteOnRestore(doomed))->setParent(window);
+        window->showMinimized();
+    });
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -87,36 +127,10 @@ void build(TestHost& host)
     add(host, window, "vertical", {{"North", ""}, {"South", ""}})->setShape(QTabBar::RoundedWest);
     auto* scrolled = addScrolled(host, window);
 
-    auto* flat = new FlatTabBar;
-    flat->setExpanding(false);
-    prepare(host, flat, "flat", {{"Sizeless", ""}});
-    flat->setFixedSize(200, 30);
-    window->layout()->addWidget(flat);
-
-    auto* pages = new QTabWidget;
-    pages->setObjectName(QLatin1String("pages"));
-    pages->addTab(new QWidget, QLatin1String("Summary"));
-    pages->addTab(new QWidget, QLatin1String("Details"));
-    pages->setMinimumHeight(60);
-    host.journalValue(pages, SIGNAL(currentChanged(int)), QLatin1String("current"));
-    window->layout()->addWidget(pages);
-
+    addFlat(host, window);
+    addPages(host, window);
     auto* doomed = add(host, window, "doomed", {{"One", ""}, {"Two", ""}});
-    host.onRequest(QLatin1String("centers"), [&host, window] { journalCenters(host, window); });
-    host.onRequest(QLatin1String("reportCursor"), [&host, scrolled] {
-        const QPoint position = scrolled->mapFromGlobal(QCursor::pos());
-        host.journal(QString::fromLatin1("cursor %1,%2").arg(position.x()).arg(position.y()));
-    });
-    host.onRequest(QLatin1String("scrollToEnd"), [scrolled] { scrolled->setCurrentIndex(19); });
-    host.onRequest(QLatin1String("noneCurrent"), [window] {
-        auto* bar = window->findChild<QTabBar*>(QLatin1String("menus"));
-        while (bar->count() > 0)
-            bar->removeTab(0);
-    });
-    host.onRequest(QLatin1String("minimizeDoomed"), [window, doomed] {
-        (new DeleteOnRestore(doomed))->setParent(window);
-        window->showMinimized();
-    });
+    answerRequests(host, window, scrolled, doomed);
     host.onSignal(doomed, SIGNAL(currentChanged(int)), [doomed] { doomed->deleteLater(); });
     // Aside, there is room on the screen for what is beside the window, on its left, too.
     const bool aside = QCoreApplication::arguments().contains(QLatin1String("--aside"));

@@ -19,30 +19,46 @@ class DerivedToolButton : public QToolButton
     Q_OBJECT
 };
 
+void showNames(TestHost& host)
+{
+    auto* window = addWindow("names", "Names", QPoint(500, 30));
+    QPushButton* const buttons[] = {new QPushButton(latin1("&Cancel")), new QPushButton(latin1("Apply  to all")),
+        new QPushButton(latin1("Don't save")), new QPushButton, new QCommandLinkButton(latin1("Go on"))};
+    for (QPushButton* button : buttons) {
+        add(window, button);
+        host.onSignal(
+            button, SIGNAL(clicked()), [&host, button] { host.journal(latin1("clicked label ") + button->text()); });
+    }
+    auto* action = named(new QAction(latin1("Open"), window), "fileOpen");
+    host.journalSignal(action, SIGNAL(triggered()), latin1("triggered"));
+    add(window, new QToolButton)->setDefaultAction(action);
+    auto* second = add(window, new QToolButton);
+    second->addAction(action);
+    second->addAction(new QAction(latin1("Save"), window));
+    auto* derivedAction = named(new QAction(latin1("Close"), window), "fileClose");
+    host.journalSignal(derivedAction, SIGNAL(triggered()), latin1("triggered"));
+    add(window, new DerivedToolButton)->setDefaultAction(derivedAction);
+    window->show();
+}
+
+void showViews()
+{
+    auto* window = addWindow("views", "Views, and more", QPoint(500, 30));
+    add(window, named(new QSpinBox, "spin"));
+    add(window, named(new QTreeView, "tree"));
+    add(window, named(new QListWidget, "list"));
+    add(window, named(new QTextEdit, "text"));
+    auto* box = add(window, named(new QToolBox, "toolbox"));
+    box->addItem(new QLabel(latin1("page")), latin1("Page"));
+    add(window, new QLabel(latin1("unnamed one")));
+    window->show();
+}
+
 } // namespace
 
 void buildNamedWindows(TestHost& host)
 {
-    host.onRequest(latin1("showNames"), [&host] {
-        auto* window = addWindow("names", "Names", QPoint(500, 30));
-        QPushButton* const buttons[] = {new QPushButton(latin1("&Cancel")), new QPushButton(latin1("Apply  to all")),
-            new QPushButton(latin1("Don't save")), new QPushButton, new QCommandLinkButton(latin1("Go on"))};
-        for (QPushButton* button : buttons) {
-            add(window, button);
-            host.onSignal(button, SIGNAL(clicked()),
-                [&host, button] { host.journal(latin1("clicked label ") + button->text()); });
-        }
-        auto* action = named(new QAction(latin1("Open"), window), "fileOpen");
-        host.journalSignal(action, SIGNAL(triggered()), latin1("triggered"));
-        add(window, new QToolButton)->setDefaultAction(action);
-        auto* second = add(window, new QToolButton);
-        second->addAction(action);
-        second->addAction(new QAction(latin1("Save"), window));
-        auto* derivedAction = named(new QAction(latin1("Close"), window), "fileClose");
-        host.journalSignal(derivedAction, SIGNAL(triggered()), latin1("triggered"));
-        add(window, new DerivedToolButton)->setDefaultAction(derivedAction);
-        window->show();
-    });
+    host.onRequest(latin1("showNames"), [&host] { showNames(host); });
     host.onRequest(latin1("showUnnamed"), [] {
         auto* single = addWindow("single", "Single", QPoint(800, 30));
         add(single, new QLabel(latin1("only")));
@@ -66,17 +82,7 @@ void buildNamedWindows(TestHost& host)
         window->show();
         window->activateWindow();
     });
-    host.onRequest(latin1("showViews"), [] {
-        auto* window = addWindow("views", "Views, and more", QPoint(500, 30));
-        add(window, named(new QSpinBox, "spin"));
-        add(window, named(new QTreeView, "tree"));
-        add(window, named(new QListWidget, "list"));
-        add(window, named(new QTextEdit, "text"));
-        auto* box = add(window, named(new QToolBox, "toolbox"));
-        box->addItem(new QLabel(latin1("page")), latin1("Page"));
-        add(window, new QLabel(latin1("unnamed one")));
-        window->show();
-    });
+    host.onRequest(latin1("showViews"), [] { showViews(); });
 }
 
 #include "namedwindows.moc"

@@ -11,21 +11,39 @@
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
 
+namespace {
+
+void addTrayIcons()
+{
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::red);
+    const struct
+    {
+        const char* name;
+        bool visible;
+    } icons[] = {{"tray", false}, {"double", true}, {"double", true}, {"shown", true}, {"among", false},
+        {"among", true}, {"among", false}};
+    for (const auto& icon : icons)
+        named(new QSystemTrayIcon(QIcon(pixmap), qApp), icon.name)->setVisible(icon.visible);
+}
+
+void startChild(TestHost& host)
+{
+    auto* child = new QProcess(&host);
+    child->start(latin1("sleep"), QStringList(latin1("60")));
+    child->waitForStarted();
+    host.onRequest(latin1("endChild"), [child] {
+        child->kill();
+        child->waitForFinished();
+    });
+}
+
+} // namespace
+
 // Surroundings of the windows: tray icons, the cursor, the focus, a timer, a child process.
 void buildSurroundings(TestHost& host)
 {
-    host.onRequest(latin1("addTrayIcons"), [] {
-        QPixmap pixmap(16, 16);
-        pixmap.fill(Qt::red);
-        const struct
-        {
-            const char* name;
-            bool visible;
-        } icons[] = {{"tray", false}, {"double", true}, {"double", true}, {"shown", true}, {"among", false},
-            {"among", true}, {"among", false}};
-        for (const auto& icon : icons)
-            named(new QSystemTrayIcon(QIcon(pixmap), qApp), icon.name)->setVisible(icon.visible);
-    });
+    host.onRequest(latin1("addTrayIcons"), [] { addTrayIcons(); });
     host.onRequest(latin1("reportTrayIcon"), [&host] {
         const QRect rect = qApp->findChild<QSystemTrayIcon*>(latin1("shown"))->geometry();
         host.journal(latin1("tray %1,%2,%3,%4").arg(rect.left()).arg(rect.top()).arg(rect.right()).arg(rect.bottom()));
@@ -45,13 +63,5 @@ void buildSurroundings(TestHost& host)
         host.onSignal(timer, SIGNAL(timeout()), [&host] { host.journal(latin1("tick")); });
         timer->start(10);
     });
-    host.onRequest(latin1("startChild"), [&host] {
-        auto* child = new QProcess(&host);
-        child->start(latin1("sleep"), QStringList(latin1("60")));
-        child->waitForStarted();
-        host.onRequest(latin1("endChild"), [child] {
-            child->kill();
-            child->waitForFinished();
-        });
-    });
+    host.onRequest(latin1("startChild"), [&host] { startChild(host); });
 }

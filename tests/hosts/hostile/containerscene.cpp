@@ -42,30 +42,9 @@ void fillToolBox(QToolBox* box)
         box->addItem(own(new QLabel(words(name))), words(name));
 }
 
-} // namespace
-
-void buildContainers(Stage& stage, QWidget* centre)
+void addTricks(Stage& stage, const QPointer<QTabWidget>& tabs, const QPointer<QToolBox>& box)
 {
     const QPointer<QMainWindow> window(stage.window());
-    putDocks(window);
-    window->statusBar()->setObjectName(words("status"));
-    window->statusBar()->showMessage(words("Ready"));
-    const QPointer<QTabWidget> tabs(put(centre, new QTabWidget, "tabs"));
-    tabs->setTabsClosable(true);
-    tabs->setMovable(true);
-    fillTabs(tabs);
-    const QPointer<QToolBox> box(put(centre, new QToolBox, "toolBox"));
-    fillToolBox(box);
-    auto* splitter = put(centre, new QSplitter, "splitter");
-    splitter->addWidget(own(new QLineEdit));
-    auto* area = new QScrollArea;
-    area->setObjectName(words("scrollArea"));
-    area->setWidget(own(new QPushButton(words("Inside"))));
-    splitter->addWidget(area);
-    auto* mdi = put(centre, new QMdiArea, "mdi");
-    mdi->addSubWindow(new QLineEdit)->setWindowTitle(words("Sub"));
-    mdi->addSubWindow(new QPushButton(words("Sub button")))->setObjectName(words("subWindow"));
-
     stage.addTrick([=, &stage](QObject*) {
         if (tabs && tabs->count() > 0)
             delete tabs->widget(stage.chance.below(tabs->count()));
@@ -99,4 +78,31 @@ void buildContainers(Stage& stage, QWidget* centre)
             window->statusBar()->setObjectName(words("status"));
         }
     });
+}
+
+} // namespace
+
+void buildContainers(Stage& stage, QWidget* centre)
+{
+    const QPointer<QMainWindow> window(stage.window());
+    putDocks(window);
+    window->statusBar()->setObjectName(words("status"));
+    window->statusBar()->showMessage(words("Ready"));
+    const QPointer<QTabWidget> tabs(put(centre, new QTabWidget, "tabs"));
+    tabs->setTabsClosable(true);
+    tabs->setMovable(true);
+    fillTabs(tabs);
+    const QPointer<QToolBox> box(put(centre, new QToolBox, "toolBox"));
+    fillToolBox(box);
+    auto* splitter = put(centre, new QSplitter, "splitter");
+    splitter->addWidget(own(new QLineEdit));
+    auto* area = new QScrollArea;
+    area->setObjectName(words("scrollArea"));
+    area->setWidget(own(new QPushButton(words("Inside"))));
+    splitter->addWidget(area);
+    auto* mdi = put(centre, new QMdiArea, "mdi");
+    mdi->addSubWindow(new QLineEdit)->setWindowTitle(words("Sub"));
+    mdi->addSubWindow(new QPushButton(words("Sub button")))->setObjectName(words("subWindow"));
+
+    addTricks(stage, tabs, box);
 }

@@ -71,21 +71,8 @@ private:
     Stage& stage;
 };
 
-} // namespace
-
-void buildMenus(Stage& stage, QWidget* centre)
+void addTricks(Stage& stage, const QPointer<QMenuBar>& bar)
 {
-    const QPointer<QMainWindow> window(stage.window());
-    const QPointer<QMenuBar> bar(window->menuBar());
-    bar->setObjectName(words("bar"));
-    bar->setNativeMenuBar(false);
-    fillBar(stage, bar);
-    put(centre, new Canvas(stage), "canvas");
-    put(centre, new QLineEdit, "line");
-    auto* toolBar = window->addToolBar(words("Tools"));
-    toolBar->setObjectName(words("toolBar"));
-    toolBar->addAction(words("Rinse"))->setObjectName(words("rinse"));
-
     stage.addTrick([=, &stage](QObject*) {
         if (bar) {
             bar->clear();
@@ -120,4 +107,22 @@ void buildMenus(Stage& stage, QWidget* centre)
                 action->setEnabled(!action->isEnabled());
         }
     });
+}
+
+} // namespace
+
+void buildMenus(Stage& stage, QWidget* centre)
+{
+    const QPointer<QMainWindow> window(stage.window());
+    const QPointer<QMenuBar> bar(window->menuBar());
+    bar->setObjectName(words("bar"));
+    bar->setNativeMenuBar(false);
+    fillBar(stage, bar);
+    put(centre, new Canvas(stage), "canvas");
+    put(centre, new QLineEdit, "line");
+    auto* toolBar = window->addToolBar(words("Tools"));
+    toolBar->setObjectName(words("toolBar"));
+    toolBar->addAction(words("Rinse"))->setObjectName(words("rinse"));
+
+    addTricks(stage, bar);
 }
