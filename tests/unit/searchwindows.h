@@ -19,18 +19,18 @@ Widget* add(QWidget* parent, const char* name)
 }
 
 // Runs a function in its destructor. When its parent is being deleted, the children before it are null pointers then.
-class LastWill : public QWidget
+class DestructorCall : public QWidget
 {
 public:
-    LastWill(QWidget* parent, std::function<void()> function)
+    DestructorCall(QWidget* parent, std::function<void()> function)
         : QWidget(parent)
-        , will(std::move(function))
+        , call(std::move(function))
     {
     }
-    ~LastWill() override { will(); }
+    ~DestructorCall() override { call(); }
 
 private:
-    std::function<void()> will;
+    std::function<void()> call;
 };
 
 // Windows to search, and a script object that searches them.

@@ -41,7 +41,7 @@ void tst_HierarchicalSearch::widgetsBesideOneThatIsBeingDeletedAreFound()
     bool isChildGone = false;
     QObject* found = nullptr;
     QObject* onlyChild = nullptr;
-    new LastWill(left, [&] {
+    new DestructorCall(left, [&] {
         isChildGone = left->children().contains(nullptr);
         found = find("left/late", QString(), main.get(), false); // what is being deleted is hidden
         onlyChild = find("left/*", QString(), main.get(), false);

@@ -48,7 +48,7 @@ void tst_TrayIcon::trayIconsBesideAWidgetThatIsBeingDeletedAreFound()
 {
     bool isChildGone = false;
     QObject* found = nullptr;
-    new LastWill(left, [&] {
+    new DestructorCall(left, [&] {
         isChildGone = left->children().contains(nullptr);
         found = proxy->findTrayIcon(latin1("tray"));
     });

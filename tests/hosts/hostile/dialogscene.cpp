@@ -1,6 +1,6 @@
 #include "scenes.h"
 
-#include "saboteur.h"
+#include "faultinjector.h"
 #include "testhost.h"
 
 #include <QApplication>
@@ -49,7 +49,7 @@ void openDialog(Stage& stage, QWidget* parent)
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setModal(stage.chance.oneIn(3));
     stage.addStray(dialog);
-    Saboteur::connectSignals(stage, dialog);
+    FaultInjector::connectSignals(stage, dialog);
     dialog->show();
 }
 

@@ -2,7 +2,7 @@
 //   hostilehost --agent LIBRARY --scenario NAME --seed NUMBER
 // The seed decides what happens at the how-many-th event; it is printed at the start. See docs/reliability.md.
 
-#include "saboteur.h"
+#include "faultinjector.h"
 #include "scenes.h"
 #include "stage.h"
 #include "testhost.h"
@@ -69,7 +69,7 @@ void build(TestHost& host)
     const quint32 seed = option("--seed").toUInt();
     host.journal(QString::fromLatin1("seed %1").arg(seed));
     auto* stage = new Stage(host, wantedScene(), seed); // deleted below
-    new Saboteur(*stage);
+    new FaultInjector(*stage);
     new QFileSystemWatcher(QStringList(QDir::currentPath()), stage);
     host.onSignal(qApp, SIGNAL(aboutToQuit()), [stage] { delete stage; });
 }

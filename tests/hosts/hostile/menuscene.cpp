@@ -1,7 +1,7 @@
 #include "scenes.h"
 
 #include "closeintime.h"
-#include "saboteur.h"
+#include "faultinjector.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
@@ -34,7 +34,7 @@ void fillBar(Stage& stage, QMenuBar* bar)
         QMenu* menu = bar->addMenu(words(name));
         menu->setObjectName(words(name));
         fillMenu(menu, 2);
-        Saboteur::connectSignals(stage, menu);
+        FaultInjector::connectSignals(stage, menu);
     }
     bar->addAction(words("Plain"));
 }
@@ -56,7 +56,7 @@ protected:
         const QPointer<QMenu> menu(new QMenu(this));
         menu->setObjectName(words("context"));
         fillMenu(menu, 1);
-        Saboteur::connectSignals(stage, menu);
+        FaultInjector::connectSignals(stage, menu);
         const QPoint position = event->globalPos();
         if (stage.chance.oneIn(2))
             return menu->popup(position);

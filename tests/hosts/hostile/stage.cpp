@@ -1,6 +1,6 @@
 #include "stage.h"
 
-#include "saboteur.h"
+#include "faultinjector.h"
 #include "scenes.h"
 #include "testhost.h"
 
@@ -94,7 +94,7 @@ void Stage::rebuild()
     centre->setObjectName(QLatin1String("centre"));
     mainWindow->setCentralWidget(centre);
     scene.build(*this, centre);
-    Saboteur::connectSignals(*this, mainWindow);
+    FaultInjector::connectSignals(*this, mainWindow);
     mainWindow->setGeometry(40, 40, 760, 620);
     mainWindow->show();
     --quiet;

@@ -29,7 +29,7 @@ enum class Place {
     Busy, // Qt goes on with references to what it is just changing: nothing at all can be done, but a moment later
 };
 
-// The windows of the hostile application: builds them, mends them after what the saboteur has done to them, so that there
+// The windows of the hostile application: builds them, mends them after what the fault injector has done to them, so that there
 // is always something to act on, and destroys them when nobody expects it, but never where Qt itself would crash.
 class Stage : public QObject
 {

@@ -1,7 +1,7 @@
 #include "viewtricks.h"
 
+#include "faultinjector.h"
 #include "hostilemodel.h"
-#include "saboteur.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -43,7 +43,7 @@ void replaceSelection(Stage& stage, QAbstractItemView* view, int)
     if (!view->model())
         return;
     view->setSelectionModel(new QItemSelectionModel(view->model(), view));
-    Saboteur::connectSignalsOf(stage, view->selectionModel());
+    FaultInjector::connectSignalsOf(stage, view->selectionModel());
 }
 
 void closeEditors(Stage&, QAbstractItemView* view, int)
@@ -98,9 +98,9 @@ void setHostileModel(Stage& stage, QAbstractItemView* view, int depth)
 {
     auto* model = new HostileModel(stage.chance, depth, view);
     view->setModel(model);
-    Saboteur::connectSignalsOf(stage, model);
+    FaultInjector::connectSignalsOf(stage, model);
     if (view->selectionModel())
-        Saboteur::connectSignalsOf(stage, view->selectionModel());
+        FaultInjector::connectSignalsOf(stage, view->selectionModel());
 }
 
 void addViewTricks(Stage& stage, QAbstractItemView* view, int depth)

@@ -1,4 +1,4 @@
-#include "saboteur.h"
+#include "faultinjector.h"
 
 #include "commondeeds.h"
 #include "deeds.h"
@@ -129,14 +129,14 @@ const EventRow* rowOf(const QEvent* event)
 
 } // namespace
 
-Saboteur::Saboteur(Stage& wantedStage)
+FaultInjector::FaultInjector(Stage& wantedStage)
     : QObject(&wantedStage)
     , stage(wantedStage)
 {
     qApp->installEventFilter(this);
 }
 
-void Saboteur::connectSignals(Stage& stage, QObject* root)
+void FaultInjector::connectSignals(Stage& stage, QObject* root)
 {
     connectSignalsOf(stage, root);
     const QList<QObject*> objects = root->findChildren<QObject*>();
@@ -144,7 +144,7 @@ void Saboteur::connectSignals(Stage& stage, QObject* root)
         connectSignalsOf(stage, object);
 }
 
-void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
+void FaultInjector::connectSignalsOf(Stage& stage, QObject* sender)
 {
     if (auto* menu = qobject_cast<QMenu*>(sender)) {
         // Before its other handlers.
@@ -163,7 +163,7 @@ void Saboteur::connectSignalsOf(Stage& stage, QObject* sender)
     }
 }
 
-bool Saboteur::eventFilter(QObject* watched, QEvent* event)
+bool FaultInjector::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::DeferredDelete && !stage.mayDestroy()) {
         // In an event loop on top of a function of Qt that relies on the object.

@@ -5,10 +5,10 @@
 #include <QtCore/QObject>
 
 // Does something hostile at some of the events and signals that pass by.
-class Saboteur : public QObject
+class FaultInjector : public QObject
 {
 public:
-    explicit Saboteur(Stage& wantedStage);
+    explicit FaultInjector(Stage& wantedStage);
 
     // Listens to the signals of all objects below the root.
     static void connectSignals(Stage& stage, QObject* root);
