@@ -29,13 +29,14 @@ public:
     // after the press are near it: Qt starts a drag for the second one that is far enough away, and not at its goal.
     void postMove(QWidget* target, const QPoint& position, Qt::KeyboardModifiers modifiers);
     void postRelease(QWidget* target, const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
-    // Whether some of it has not been handled yet.
+    // Whether a posted move or release has not been handled yet.
     bool hasUnhandled() const { return unhandled > 0; }
     // Whether a posted move is being handled, so that the application runs a loop of its own in it.
     bool isWithinMove() const { return movesOnStack > 0; }
     // From now on there is a connection whose requests can end a drag.
     void serve() { isServing = true; }
-    // There is none: forgets what has not been handled or is still posted, and ends the application's drag and drop, if a button is held, without a drop.
+    // There is none: forgets what has not been handled or is still posted, and ends the application's drag and drop, if a
+    // button is held, without a drop.
     void abandon();
 
 private:

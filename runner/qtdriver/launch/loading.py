@@ -136,7 +136,7 @@ def _windows_start(
     found = library_folders(program, agent, major, environment, desktop.system_folder)
     entries = [environment.get(WINEPATH, ""), windows_path(agent.parent), *map(windows_path, found)]
     result[WINEPATH] = ";".join(filter(None, entries))
-    # The desktop's says how programs of Linux are shown.
+    # The desktop sets a platform plugin for programs of Linux, which Qt for Windows does not have.
     if result.get(_PLATFORM, "").partition(":")[0] not in _WINDOWS_PLATFORMS:
         result.pop(_PLATFORM, None)
     qt = qt_folder(major, environment)
