@@ -70,6 +70,12 @@ bool refusesFocus(const QWidget* window)
 void activateWindow(QWidget* widget)
 {
     QWidget* window = widget->window();
+#ifdef Q_OS_WIN
+    // A user's click does not activate an open popup either. With the foreground of the popup its owner would lose its
+    // own, and Qt closes all popups then.
+    if (window->windowType() == Qt::Popup)
+        return;
+#endif
     if (!window->isActiveWindow())
         forgetWindows();
 #if QT_VERSION >= 0x050000
