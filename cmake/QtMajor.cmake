@@ -135,6 +135,14 @@ function(qtdriver_add_pytests prefix)
   endforeach()
 endfunction()
 
+# qtdriver_add_wine_pytests(NAME SOURCES...): all files of pytest tests are one test, of programs for Windows. What Wine
+# cannot do is skipped, and said.
+function(qtdriver_add_wine_pytests name)
+  add_test(NAME ${name} COMMAND ${with_desktop} /usr/bin/python3 -m pytest -p no:cacheprovider --tb=short -rs ${ARGN})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 1800 COST 200
+    ENVIRONMENT "QTDRIVER_BUILD=${CMAKE_BINARY_DIR};QTDRIVER_QT=${QTDRIVER_QT};QT${QTDRIVER_QT}_WINDOWS=${QTDRIVER_WINDOWS_QT};${python_cache}")
+endfunction()
+
 # qtdriver_add_pytests_once(PREFIX SOURCES...): tests that do not depend on the Qt. When several builds are tested, they
 # run once. They are told of no build, so that one which uses it fails.
 function(qtdriver_add_pytests_once prefix)

@@ -31,7 +31,9 @@ def group_of(build):
     """The name of a build for people, with the whole version of its Qt."""
     cache = (ROOT / "build" / build / "CMakeCache.txt").read_text()
     version = re.search(r"^QTDRIVER_QT_VERSION:\w+=(.*)$", cache, re.MULTILINE).group(1)
-    return f"Qt {version}" + (" with sanitizers" if build.endswith("-asan") else "")
+    return f"Qt {version}" + (
+        " with sanitizers" if build.endswith("-asan") else " for Windows" if build.startswith("windows-") else ""
+    )
 
 
 def registered(build):

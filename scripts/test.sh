@@ -2,13 +2,15 @@
 # Sets up, builds and runs every test: scripts/test.sh [--qt N]... [--asan] [--only REGEX]
 # By default for each Qt that the machine has, 5 and 6 from the packages, 4 where QMAKE4 names its qmake, and the suites that
 # talk to the agent once more in a build with sanitizers. --asan runs everything with sanitizers, and nothing without.
+# Where QT4_WINDOWS, QT5_WINDOWS or QT6_WINDOWS names the folder of a Qt for Windows, programs for Windows are built and
+# tested under Wine as well.
 # --only runs a part: the suites whose names the expression is found in, as "qt5/protocol/" or "checks/".
 # Builds and suites of all Qts are one queue for all cores. Ends with one line "N passed, N failed" for all suites
 # together, and with a status that is not 0 when any failed, was cut, or did not run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-usage() { sed -n '2,7s/^# \?//p' "$0" >&2; exit 2; }
+usage() { sed -n '2,9s/^# \?//p' "$0" >&2; exit 2; }
 majors=() flavour="" only="" notes=()
 while [ $# -gt 0 ]; do
     case "$1" in
@@ -35,6 +37,12 @@ if [ -z "$flavour" ]; then
     [ -z "$sanitized" ] || builds+=("qt$sanitized-asan")
     [ -n "$sanitized" ] || notes+=("nothing is tested with sanitizers, which need Qt 5 or 6")
 fi
+windows=""
+for major in $([ -n "$flavour" ] || printf '%s\n' "${majors[@]}"); do
+    variable=QT${major}_WINDOWS
+    [ ! -d "${!variable:-/nonexistent}/bin" ] || { builds+=("windows-qt$major"); windows+=" $major"; }
+done
+[ -n "$windows" ] || notes+=("nothing is tested as a Windows program (QT4_WINDOWS, QT5_WINDOWS, QT6_WINDOWS name no Qt)")
 [ -z "$only" ] || notes+=("this is a part of the suites, those named like $only")
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 
@@ -43,9 +51,9 @@ export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 scripts/setup.sh
 export ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}
 for build in "${builds[@]}"; do
-    major=${build#qt}
-    case "$build" in *-asan) asan=--asan ;; *) asan="" ;; esac
-    scripts/build.sh "${major%-asan}" $asan --configure
+    major=${build#*qt}
+    case "$build" in *-asan) kind=--asan ;; windows-*) kind=--windows ;; *) kind="" ;; esac
+    scripts/build.sh "${major%-asan}" $kind --configure
 done
 queue=build/suites # where ctest also remembers how long each suite took, to begin with the longest
 rm -f "$queue"/results.xml "$queue"/suites.json

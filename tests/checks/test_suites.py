@@ -20,8 +20,8 @@ FOLDERS = ("tests", "examples")
 
 
 def configured():
-    """The builds that are there, those with sanitizers last."""
-    found = [path.parent.name for path in ROOT.glob("build/qt*/CMakeCache.txt")]
+    """The builds that are there, those with sanitizers and for Windows last."""
+    found = [path.parent.name for path in ROOT.glob("build/*qt*/CMakeCache.txt")]
     return sorted((name for name in found if not name.endswith("-fuzz")), key=lambda name: (len(name), name))
 
 
@@ -37,7 +37,8 @@ def test_every_file_of_tests_is_run_by_a_suite(queue):
     files = set(tracked("tests/**/test_*.py", "examples/**/test_*.py"))
     if not any(build.endswith("-asan") for build in configured()):
         files -= set(tracked("tests/sanitized/*"))
-    files -= set(tracked("tests/e2e/test_windows_programs.py"))  # a suite of the builds for Windows
+    if not any(build.startswith("windows-") for build in configured()):
+        files -= set(tracked("tests/windows/*", "tests/e2e/test_windows_programs.py"))
     run = {Path(word) for suite in queue for word in suite["command"] if word.endswith(".py")}
     assert files and sorted(files - run) == [], "no build has them registered; scripts/build.sh does it"
 
@@ -76,7 +77,7 @@ def test_what_does_not_depend_on_the_qt_runs_once(queue):
     assert len(once) == len(set(once))
     assert {"checks/test_suites", "fuzz/test_fuzz", "e2e/test_wire"} <= set(once)
     others = [suite["name"] for suite in queue if suite["group"] != suites.ONCE]
-    assert all(name.startswith("qt") for name in others)
+    assert all(name.startswith(("qt", "windows-qt")) for name in others)
 
 
 def write_build(tmp_path, monkeypatch, **builds):

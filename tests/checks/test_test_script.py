@@ -17,7 +17,7 @@ SCRIPTS = ("scripts/test.sh", "scripts/suites.py", "scripts/count_tests.py", ".c
 # Configures a made-up build, whose one suite waits for the file "go on" where there is a file "wait".
 BUILD = r"""#!/bin/bash
 set -e
-flavour=qt$1; [ "$2" = --configure ] || flavour=$flavour-asan
+case $2 in --asan) flavour=qt$1-asan ;; --windows) flavour=windows-qt$1 ;; *) flavour=qt$1 ;; esac
 mkdir -p build/$flavour
 echo "QTDRIVER_QT_VERSION:INTERNAL=$1.9.9" >build/$flavour/CMakeCache.txt
 cat >build/$flavour/CTestTestfile.cmake <<'END'
@@ -52,7 +52,11 @@ class Checkout:
         return path
 
     def start(self, *command, **variables):
-        environment = {name: value for name, value in os.environ.items() if name != "QMAKE4"}
+        environment = {
+            name: value
+            for name, value in os.environ.items()
+            if name != "QMAKE4" and not name.endswith("_WINDOWS")
+        }
         path = f"{self.folder / 'stubs'}:{environment['PATH']}"
         return subprocess.Popen(
             [self.folder / command[0], *command[1:]],
@@ -102,6 +106,19 @@ def test_a_machine_without_qt_4_is_told_so_with_the_result(checkout):
     status, lines = checkout.run("scripts/test.sh")
     assert (status, lines[-1]) == (0, "6 passed, 0 failed")
     assert any(line.startswith("test: no Qt 4.8 here") for line in lines[-6:])
+
+
+def test_a_qt_for_windows_is_tested_too(checkout):
+    qmake = checkout.write("windows/bin/qmake", "#!/bin/sh\n")
+    folder = str(qmake.parents[1])
+    status, lines = checkout.run("scripts/test.sh", "--qt", "5", QT5_WINDOWS=folder, QT6_WINDOWS=folder)
+    assert status == 0
+    assert lines[-4:] == [
+        "Qt 5.9.9: 2 passed, 0 failed",
+        "Qt 5.9.9 with sanitizers: 2 passed, 0 failed",
+        "Qt 5.9.9 for Windows: 2 passed, 0 failed",
+        "6 passed, 0 failed",
+    ]
 
 
 def test_one_qt_runs_with_its_sanitizers(checkout):

@@ -13,7 +13,9 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QSocketNotifier>
 
+#ifndef Q_OS_WIN
 #include <unistd.h>
+#endif
 
 namespace {
 
@@ -30,6 +32,7 @@ void deleteAgentInEventLoop(TestHost& host)
     loop.exec();
 }
 
+#ifndef Q_OS_WIN
 // Tells a notifier of a pipe without input that there is some, as an event loop does that is late.
 void tellIdleNotifier(TestHost& host)
 {
@@ -47,6 +50,7 @@ void tellIdleNotifier(TestHost& host)
     ::close(ends[1]);
     host.journal(QString::fromLatin1("idle notifier activated %1").arg(count));
 }
+#endif
 
 void build(TestHost& host)
 {
@@ -64,7 +68,9 @@ void build(TestHost& host)
     addEdit("delete", [&host] { host.deleteAgent(); });
     addEdit("deleteInLoop", [&host] { deleteAgentInEventLoop(host); });
 
+#ifndef Q_OS_WIN
     host.onRequest(latin1("tellIdleNotifier"), [&host] { tellIdleNotifier(host); });
+#endif
     host.onRequest(latin1("nameDispatcher"), [&host] {
         const bool isGlib = QAbstractEventDispatcher::instance()->inherits("QEventDispatcherGlib");
         host.journal(latin1(isGlib ? "dispatcher of GLib" : "dispatcher of Qt"));

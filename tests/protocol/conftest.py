@@ -3,6 +3,8 @@
 import pytest
 
 from hostapp import HostApp
+from hostplatform import WINDOWS, wine_prefix
+import notunderwine
 from sharedhost import SharedHost
 
 _FAILED = pytest.StashKey[bool]()
@@ -16,6 +18,8 @@ def pytest_configure(config):
 
 def pytest_collection_modifyitems(items):
     """Within a file those that share an application come first, by their fixtures: so few applications have to start."""
+    if WINDOWS:
+        notunderwine.exclude(items)
     files = {path: number for number, path in enumerate(dict.fromkeys(item.path for item in items))}
 
     def place(item):
@@ -33,6 +37,16 @@ def pytest_runtest_makereport(item):
     """Remembers whether the test failed."""
     report = (yield).get_result()
     item.stash[_FAILED] = item.stash.get(_FAILED, False) or report.failed
+
+
+@pytest.fixture(scope="session", autouse=True)
+def platform(tmp_path_factory):
+    """What the programs of the build run on."""
+    if not WINDOWS:
+        yield
+        return
+    with wine_prefix(tmp_path_factory.mktemp("wine")):
+        yield
 
 
 @pytest.fixture(scope="module")

@@ -7,16 +7,13 @@ import socket
 import subprocess
 import threading
 import time
-from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
-BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "qt5"))
-QT = int(os.environ.get("QTDRIVER_QT", "5"))
-DEADLINE = 20.0
+from hostplatform import BUILD, QT, ROOT, WINDOWS, command, environment
+
+__all__ = ["BUILD", "CLOSED", "DEADLINE", "QT", "ROOT", "WINDOWS", "HostApp", "eventually", "hexed", "listen"]
+DEADLINE = 60.0 if WINDOWS else 20.0
 """Seconds after which a test stops waiting for what must happen."""
 CLOSED = "agent open 0 state 0"
-ENVIRONMENT = {"QT_XCB_GL_INTEGRATION": "none"}
-"""Without OpenGL, which no host uses, an application of Qt 5 or 6 starts in half the time."""
 
 
 def hexed(text):
@@ -29,12 +26,11 @@ class HostApp:
 
     def __init__(self, program, *arguments, env=None, agent=True, serve=True):
         self.server = listen() if serve else None
-        command = [str(BUILD / "bin" / program), "--agent", str(BUILD / "lib" / "libqtdriver.so"), *arguments]
         self.process = subprocess.Popen(
-            command,
+            [*command(program), *arguments],
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
-            env={**os.environ, **ENVIRONMENT, **(env or {})},
+            env={**os.environ, **environment(), **(env or {})},
         )
         self._end_is_expected = False
         self._lines = queue.Queue()

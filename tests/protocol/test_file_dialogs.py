@@ -3,6 +3,7 @@
 import pytest
 
 from hostapp import HostApp, eventually
+from hostplatform import shown
 from refusals import nothing_happens
 
 MODAL = "Widget:ActiveModalWidget"
@@ -33,7 +34,7 @@ def start(launch, folder, *arguments):
     # A home of its own: Qt remembers there how its file dialogs were left.
     home = folder / "home"
     home.mkdir()
-    return launch("filedialoghost", *arguments, env={"FOLDER": str(folder), "HOME": str(home)})
+    return launch("filedialoghost", *arguments, env={"FOLDER": shown(folder), "HOME": str(home)})
 
 
 def open_by(app: HostApp, button):
@@ -67,8 +68,8 @@ def typed(text):
 @pytest.mark.parametrize("button, name", [("open", "report.txt"), ("save", "new.txt")])
 def test_a_path_is_what_the_application_gets(app, folder, button, name):
     open_by(app, button)
-    assert app.activate(MODAL, "dialog", f"s:{folder}/{name}") == "0,QFileDialog"
-    app.wait_for(f"file {folder}/{name}")
+    assert app.activate(MODAL, "dialog", f"s:{shown(folder)}/{name}") == "0,QFileDialog"
+    app.wait_for(f"file {shown(folder)}/{name}")
     assert app.get("dialog", "visible") == "<no object dialog>"
     # The window is there for the next command as soon as the window manager has taken the dialog's frame away.
     eventually(lambda: app.activate("Files", button), "0,QPushButton")
@@ -82,15 +83,15 @@ def test_a_path_takes_the_place_of_a_suggestion_that_is_not_there(plain, folder,
     (folder / place / "first.txt").write_text("")
     open_by(plain, button)
     assert plain.get("fileNameEdit", "text") == "Documents"
-    assert plain.activate(MODAL, "dialog", f"s:{folder}/{place}first.txt") == "0,QFileDialog"
-    plain.wait_for(f"file {folder}/{place}first.txt")
+    assert plain.activate(MODAL, "dialog", f"s:{shown(folder)}/{place}first.txt") == "0,QFileDialog"
+    plain.wait_for(f"file {shown(folder)}/{place}first.txt")
 
 
 @pytest.mark.parametrize("name", ["a b.txt", "50%s%n.txt", "a,b&c.txt", "Käse.txt", "MixedCase_1.TXT"])
 def test_a_name_is_taken_in_the_folder_that_is_shown(plain, folder, name):
     open_by(plain, "save")
     assert plain.activate(MODAL, "dialog", f"s:{name}") == "0,QFileDialog"
-    plain.wait_for(f"file {folder}/{name}")
+    plain.wait_for(f"file {shown(folder)}/{name}")
 
 
 def test_the_field_is_clicked_twice_emptied_and_filled_and_return_is_pressed(plain, folder):
@@ -99,7 +100,7 @@ def test_the_field_is_clicked_twice_emptied_and_filled_and_return_is_pressed(pla
     width, height = map(int, plain.get("fileNameEdit", "geometry").split(" ")[1].split("x"))
     point = f"{(width - 1) // 2},{(height - 1) // 2}"
     plain.activate(MODAL, "dialog", "s:xy")
-    plain.wait_for(f"file {folder}/xy")
+    plain.wait_for(f"file {shown(folder)}/xy")
     press = f"press fileNameEdit {point} button 1 buttons 1 modifiers 0"
     release = f"release fileNameEdit {point} button 1 buttons 0 modifiers 0"
     clearing = key(HOME) + key(END, modifiers=SHIFT) + key(BACKSPACE)
@@ -112,7 +113,7 @@ def test_an_empty_field_is_not_emptied(plain, folder):
     open_by(plain, "open")
     assert plain.get("fileNameEdit", "text") == ""
     plain.activate(MODAL, "dialog", "s:reply.txt")
-    plain.wait_for(f"file {folder}/reply.txt")
+    plain.wait_for(f"file {shown(folder)}/reply.txt")
     assert plain.events("keypress", "keyrelease") == typed("reply.txt") + key(RETURN)
 
 
@@ -131,19 +132,19 @@ def test_a_file_that_is_not_there_leaves_the_dialog_open(plain, folder):
     assert plain.activate(MODAL, "Ok_dialog_button") == "0,QPushButton"
     plain.wait_until("qt_msgbox_label", "visible", "<no object qt_msgbox_label>")
     assert plain.activate(MODAL, "dialog", "s:report.txt") == "0,QFileDialog"
-    plain.wait_for(f"file {folder}/report.txt")
+    plain.wait_for(f"file {shown(folder)}/report.txt")
 
 
 def test_an_option_is_ignored(plain, folder):
     open_by(plain, "save")
     assert plain.activate(MODAL, "dialog", "s:one.txt", "s:two.txt") == "0,QFileDialog"
-    plain.wait_for(f"file {folder}/one.txt")
+    plain.wait_for(f"file {shown(folder)}/one.txt")
 
 
 def test_a_dialog_beside_the_window_is_found_by_its_title(plain, folder):
     show(plain, "show")
     assert plain.activate("Choose", "dialog", "s:beside.txt") == "0,QFileDialog"
-    plain.wait_for(f"selected dialog {folder}/beside.txt")
+    plain.wait_for(f"selected dialog {shown(folder)}/beside.txt")
     plain.wait_until("dialog", "visible", "<no object dialog>")
 
 
@@ -153,13 +154,13 @@ def test_an_open_list_of_completions_does_not_get_in_the_way(plain, folder):
     assert "popup" in plain.events()
     plain.forget()
     assert plain.activate("Choose", "dialog", "s:beside.txt") == "0,QFileDialog"
-    plain.wait_for(f"selected dialog {folder}/beside.txt")
+    plain.wait_for(f"selected dialog {shown(folder)}/beside.txt")
 
 
 def test_the_first_of_two_fields_of_the_name_is_used(plain, folder):
     show(plain, "showWithTwoFields")
     assert plain.activate("Choose", "dialog", "s:beside.txt") == "0,QFileDialog"
-    plain.wait_for(f"selected dialog {folder}/beside.txt")
+    plain.wait_for(f"selected dialog {shown(folder)}/beside.txt")
 
 
 def test_a_dialog_without_the_field_is_an_error(plain):

@@ -4,6 +4,7 @@
 #include "compat/variant.h"
 #include "inputcounter.h"
 #include "signalhandler.h"
+#include "standardinput.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -13,11 +14,9 @@
 #include <QTimer>
 #include <QWidget>
 #include <QtCore/QLibrary>
-#include <QtCore/QSocketNotifier>
 #include <QtCore/QStringList>
 
 #include <cstdio>
-#include <unistd.h>
 
 namespace {
 
@@ -77,8 +76,8 @@ int TestHost::run(QApplication&, const std::function<void(TestHost&)>& build)
 TestHost::TestHost(const QString& library)
     : agentLibrary(library)
 {
-    auto* notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
-    connect(notifier, SIGNAL(activated(int)), SLOT(readRequest()));
+    auto* input = new StandardInput;
+    connect(input, SIGNAL(arrived(QByteArray)), SLOT(readRequest(QByteArray)));
     onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
     onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
     onRequest(
@@ -207,15 +206,13 @@ bool TestHost::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-void TestHost::readRequest()
+void TestHost::readRequest(const QByteArray& bytes)
 {
-    char buffer[4096];
-    const ssize_t size = ::read(STDIN_FILENO, buffer, sizeof(buffer));
-    if (size <= 0) {
+    if (bytes.isEmpty()) {
         QCoreApplication::quit(); // the test is gone
         return;
     }
-    pending.append(buffer, static_cast<int>(size));
+    pending.append(bytes);
     // Not from here: a request that opens a modal dialog must not keep the notifier from the ones that follow.
     QMetaObject::invokeMethod(this, "executeRequests", Qt::QueuedConnection);
 }

@@ -58,7 +58,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
-    void readRequest();
+    void readRequest(const QByteArray& bytes);
     void executeRequests();
     void loadAgentWhenActive();
     void loadAgent();

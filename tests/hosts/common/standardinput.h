@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QObject>
+
+// What the test writes to this program's standard input, as it comes, while the event loop runs. Also has standard output
+// leave line ends as they are. To be created once, and never deleted: Windows reads in a thread that nothing can stop.
+class StandardInput : public QObject
+{
+    Q_OBJECT
+
+public:
+    StandardInput();
+
+Q_SIGNALS:
+    // Empty at its end.
+    void arrived(const QByteArray& bytes);
+
+private Q_SLOTS:
+    void read();
+};

@@ -1,0 +1,42 @@
+"""Tests that say nothing about the agent where their programs are Windows programs under Wine, and why.
+
+A row is a file, the beginning of a test's name, with its parameters if need be, and the reason.
+"""
+
+import pytest
+
+PIPES = "the host's notifier of a pipe, and GLib's event loop, are there on Linux only"
+
+FILES_OF_LINUX = "it looks for libraries of Linux in /proc"
+END = "Windows tells of the connection's end together with the last bytes: Qt closes the socket before they are read"
+MOMENTS = "Wine sends further events between the reply and the press, in which the widget dies"
+MASK = "a window is hit where its mask has a hole, too"
+
+TABLE = [
+    ("test_connection.py", "test_the_greeting_names_process_hook_port_and_build", "processes have Wine's numbers"),
+    ("test_deaths.py", "test_the_server_goes_while_a_command_runs", END),
+    ("test_wire_ends.py", "test_many_requests_before_an_end_in_order_are_all_answered", END),
+    ("test_footprint.py", "test_the_agent_starts_no_thread_catches_no_signal_", "it reads /proc"),
+    ("test_fronts.py", "test_a_wait_in_vain_is_not_repeated_", MASK),
+    ("test_hook.py", "test_", FILES_OF_LINUX),
+    ("test_leaks.py", "test_", "the heap and the files are counted by the GNU C library and /proc"),
+    ("test_presses.py", "test_a_widget_that_dies_before_its_press_leaves_", MOMENTS),
+    ("test_presses.py", "test_a_release_whose_widget_dies_reaches_nothing_else", MOMENTS),
+    ("test_agent_life.py", "test_notifiers_are_held_back_only_while_", PIPES),
+    ("test_agent_life.py", "test_without_a_server_no_notifier_is_held_back", PIPES),
+]
+
+
+def exclude(items):
+    """Marks the tests of the table as skipped. A row that no test of its file fits is an error."""
+    files = {item.path.name for item in items}
+    unused = [row for row in TABLE if row[0] in files]
+    for item in items:
+        for row in TABLE:
+            file, beginning, reason = row
+            if item.path.name == file and item.name.startswith(beginning):
+                item.add_marker(pytest.mark.skip(reason=f"not under Wine: {reason}"))
+                if row in unused:
+                    unused.remove(row)
+    if unused:
+        raise pytest.UsageError(f"notunderwine.py excludes what is not there: {unused}")
