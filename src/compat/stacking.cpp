@@ -42,6 +42,12 @@ public:
     }
 };
 
+// Qt 4 on Windows has a widget for the desktop, which it finds where there is no window. Nobody can use that.
+QWidget* unlessDesktop(QWidget* widget)
+{
+    return widget && widget->windowType() != Qt::Desktop ? widget : nullptr;
+}
+
 } // namespace
 
 QWidget* windowAt(const QPoint& point)
@@ -51,7 +57,7 @@ QWidget* windowAt(const QPoint& point)
         = window && lastAnswer.point == point && window->isVisible() && window->geometry() == lastAnswer.geometry;
     if (!isKnown) {
         lastAnswer.point = point;
-        lastAnswer.window = QApplication::topLevelAt(point);
+        lastAnswer.window = unlessDesktop(QApplication::topLevelAt(point));
         lastAnswer.geometry = lastAnswer.window ? lastAnswer.window->geometry() : QRect();
         lastAnswer.pointInWindow = lastAnswer.window ? lastAnswer.window->mapFromGlobal(point) : QPoint();
     }
@@ -90,7 +96,7 @@ QWidget* widgetAt(const QPoint& globalPosition)
     QWidget* window = windowAt(globalPosition);
     // Below a window that no mouse event reaches there may be another one.
     if (!window || window->testAttribute(Qt::WA_TransparentForMouseEvents))
-        return QApplication::widgetAt(globalPosition);
+        return unlessDesktop(QApplication::widgetAt(globalPosition));
     QWidget* child = window->childAt(lastAnswer.pointInWindow);
     return child ? child : window;
 }
