@@ -16,10 +16,10 @@ def pytest_configure(config):
     )
 
 
-def pytest_collection_modifyitems(items):
+def pytest_collection_modifyitems(config, items):
     """Within a file those that share an application come first, by their fixtures: so few applications have to start."""
     if WINDOWS:
-        notunderwine.exclude(items)
+        notunderwine.exclude(items, whole_files=not any("::" in argument for argument in config.args))
     files = {path: number for number, path in enumerate(dict.fromkeys(item.path for item in items))}
 
     def place(item):
