@@ -32,7 +32,11 @@ def group_of(build):
     cache = (ROOT / "build" / build / "CMakeCache.txt").read_text()
     version = re.search(r"^QTDRIVER_QT_VERSION:\w+=(.*)$", cache, re.MULTILINE).group(1)
     return f"Qt {version}" + (
-        " with sanitizers" if build.endswith("-asan") else " for Windows" if build.startswith("windows-") else ""
+        " with sanitizers"
+        if build.endswith("-asan")
+        else " for Windows"
+        if build.startswith("windows-")
+        else ""
     )
 
 

@@ -41,7 +41,7 @@ def pytest_runtest_makereport(item):
 
 @pytest.fixture(scope="session", autouse=True)
 def platform(tmp_path_factory):
-    """What the programs of the build run on."""
+    """Wine, where the programs of the build are for Windows."""
     if not WINDOWS:
         yield
         return
