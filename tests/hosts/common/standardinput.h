@@ -3,7 +3,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QObject>
 
-// What the test writes to this program's standard input, as it comes, while the event loop runs. Also has standard output
+// Standard input, told as it comes while the event loop runs: what the test writes there. Also has standard output
 // leave line ends as they are. To be created once, and never deleted: Windows reads in a thread that nothing can stop.
 class StandardInput : public QObject
 {
