@@ -30,4 +30,19 @@ QList<Type*> findChildren(const QObject* parent, const QString& name = QString()
     return found;
 }
 
+// As QObject::findChild(): the first object of the type below the parent, one right below it before those further down.
+template <class Type>
+Type* findChild(const QObject* parent)
+{
+    for (QObject* child : parent->children()) {
+        if (auto* found = qobject_cast<Type*>(child))
+            return found;
+    }
+    for (QObject* child : parent->children()) {
+        if (auto* found = child ? findChild<Type>(child) : nullptr)
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace compat

@@ -108,6 +108,22 @@ QVariant readProperty(const QObject* object, const QMetaProperty& property)
     return withoutEnumType(property.read(object), object, property);
 }
 
+bool isTextProperty(const QMetaProperty& property)
+{
+    return property.isReadable() && property.userType() == QMetaType::QString;
+}
+
+QString readTextProperty(const QObject* object, int index)
+{
+    QString text;
+    QVariant other;
+    int status = -1;
+    void* arguments[] = {&text, &other, &status};
+    QMetaObject::metacall(const_cast<QObject*>(object), QMetaObject::ReadProperty, index, arguments);
+    // The class may deliver a value of its own instead, as QMetaProperty::read() knows.
+    return status != -1 ? textOf(other) : arguments[0] ? *static_cast<const QString*>(arguments[0]) : QString();
+}
+
 int toInt(const QString& text, bool* ok)
 {
     const int longest = 64;

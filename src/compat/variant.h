@@ -17,6 +17,10 @@ int typeOf(const QVariant& value);
 QVariant readProperty(const QObject* object, const char* name);
 // The same of a property that the object's class has.
 QVariant readProperty(const QObject* object, const QMetaProperty& property);
+// Whether the values of a property are texts. To tell that takes Qt longer than to read one.
+bool isTextProperty(const QMetaProperty& property);
+// The value of such a property of the object's class, by its index; null where the application delivers no text for it.
+QString readTextProperty(const QObject* object, int index);
 
 // The value's text in the form of Qt 4.8's QVariant::toString(): doubles with 15 significant digits, floats with 6, bytes
 // as Latin-1, times without milliseconds, colours without alpha, fonts with ten fields and weights from 0 to 99.

@@ -71,13 +71,21 @@ QString textOf(const QVariant& value)
 
 } // namespace
 
+// A property as one class has it.
+struct StepTest::ClassProperty
+{
+    QMetaProperty property; // invalid where the class has none of that name
+    int index = -1;
+    bool isText = false;
+};
+
 struct StepTest::Prepared
 {
     Key key;
     TextTest test;
     QByteArray property;
     TextReader read; // the same for all classes; null where there is none such
-    ClassMemo<QMetaProperty> propertyOfClass;
+    ClassMemo<ClassProperty> propertyOfClass;
     QSet<const QWidget*> atPath;
     QSet<const QWidget*> labelled;
     const QWidget* referred = nullptr;
@@ -157,23 +165,31 @@ bool StepTest::readTexts(Key key, const QWidget* widget, TextVisitor& visitor) c
     return read && read(source, visitor);
 }
 
-// The class's own property; invalid where the class has none of that name.
-const QMetaProperty& StepTest::propertyOf(const QWidget* widget, Prepared& condition)
+const StepTest::ClassProperty& StepTest::propertyOf(const QWidget* widget, Prepared& condition)
 {
     return condition.propertyOfClass.of(widget->metaObject(), [&condition](const QMetaObject* metaObject) {
-        return metaObject->property(metaObject->indexOfProperty(condition.property.constData()));
+        ClassProperty result;
+        result.index = metaObject->indexOfProperty(condition.property.constData());
+        result.property = metaObject->property(result.index);
+        result.isText = compat::isTextProperty(result.property);
+        return result;
     });
+}
+
+bool StepTest::propertyFits(const QWidget* widget, Prepared& condition)
+{
+    const ClassProperty own = propertyOf(widget, condition);
+    if (own.isText)
+        return condition.test.fits(compat::readTextProperty(widget, own.index));
+    const QVariant value = own.property.isValid() ? compat::readProperty(widget, own.property)
+                                                  : compat::readProperty(widget, condition.property.constData());
+    return value.isValid() && condition.test.fits(textOf(value));
 }
 
 bool StepTest::propertiesFit(const QPointer<QWidget>& widget)
 {
     for (Prepared& condition : properties) {
-        if (!widget)
-            return false;
-        const QMetaProperty& property = propertyOf(widget, condition);
-        const QVariant value = property.isValid() ? compat::readProperty(widget, property)
-                                                  : compat::readProperty(widget, condition.property.constData());
-        if (!value.isValid() || !condition.test.fits(textOf(value)))
+        if (!widget || !propertyFits(widget, condition))
             return false;
     }
     return widget;
@@ -183,7 +199,8 @@ bool StepTest::propertiesFit(const QPointer<QWidget>& widget)
 bool StepTest::canHaveProperties(const QWidget* widget)
 {
     return std::all_of(properties.begin(), properties.end(), [&](Prepared& condition) {
-        return propertyOf(widget, condition).isValid() || widget->dynamicPropertyNames().contains(condition.property);
+        return propertyOf(widget, condition).property.isValid()
+            || widget->dynamicPropertyNames().contains(condition.property);
     });
 }
 

@@ -11,8 +11,6 @@
 #include <memory>
 #include <vector>
 
-class QMetaProperty;
-
 namespace locate {
 
 // Whether widgets of one window fulfil the conditions of one step of a locator. Only for one walk through the window: it
@@ -44,11 +42,13 @@ public:
     bool readTexts(Key key, const QWidget* widget, TextVisitor& visitor) const;
 
 private:
+    struct ClassProperty;
     struct Prepared;
 
     bool isOfClass(const QWidget* widget);
     bool canHaveProperties(const QWidget* widget);
-    static const QMetaProperty& propertyOf(const QWidget* widget, Prepared& condition);
+    static const ClassProperty& propertyOf(const QWidget* widget, Prepared& condition);
+    static bool propertyFits(const QWidget* widget, Prepared& condition);
     bool meets(QWidget* widget, Prepared& condition);
     const Labels& labelsOf(QWidget* window);
     Prepared prepare(const Condition& condition, QWidget* window);

@@ -62,7 +62,7 @@ private:
 // Where the arrow keys start: a move of the mouse may have come before the first of them.
 int currentRow(const QComboBox* box, QWidget* popup)
 {
-    const auto* list = popup ? popup->findChild<QAbstractItemView*>() : nullptr;
+    const auto* list = popup ? compat::findChild<QAbstractItemView>(popup) : nullptr;
     const QModelIndex current = list ? list->currentIndex() : QModelIndex();
     return current.isValid() ? current.row() : box->currentIndex();
 }
