@@ -6,7 +6,7 @@ from pathlib import Path
 
 import pytest
 
-from preloaded import BUILD, DEADLINE, QT, ROOT, serves
+from preloaded import BUILD, DEADLINE, QT, ROOT, qt_libraries, serves
 
 PROJECT = ROOT / "tests" / "hosts" / "installed"
 
@@ -46,7 +46,10 @@ def test_a_host_is_built_against_the_package_and_driven(prefix, tmp_path, server
         options.append(f"-DQT_QMAKE_EXECUTABLE={os.environ['QMAKE4']}")
     run("cmake", "-S", PROJECT, "-B", tmp_path, *options)
     run("cmake", "--build", tmp_path)
-    process = subprocess.Popen([str(tmp_path / "linkinghost")])
+    # Where its Qt is no part of the system, the host has to find the libraries that the agent brings, too.
+    folders = {str(path.parent) for path in qt_libraries(BUILD / "lib" / "libqtdriver.so").values()}
+    environment = {**os.environ, "LD_LIBRARY_PATH": ":".join(sorted(folders))}
+    process = subprocess.Popen([str(tmp_path / "linkinghost")], env=environment)
     try:
         with server.accept(DEADLINE) as connection:
             assert connection.greeting.pid == process.pid
