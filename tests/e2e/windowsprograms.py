@@ -1,27 +1,12 @@
-"""Programs and libraries of Windows for tests of the runner, compiled here, and the showcase for Windows."""
+"""Programs and libraries of Windows for tests of the runner, compiled here."""
 
-import os
-import shutil
 import struct
 import subprocess
-from pathlib import Path
 
-import pytest
-
-ROOT = Path(__file__).resolve().parents[2]
 COMPILER = "x86_64-w64-mingw32-gcc-posix"
 LIBRARY_TOOL = "x86_64-w64-mingw32-dlltool"
 GCC_NAME = "_ZN7QWidget4showEv"
 MICROSOFT_NAME = "?show@QWidget@@QAEXXZ"
-
-BUILD = Path(os.environ.get("QTDRIVER_BUILD", ROOT / "build" / "windows-qt5"))
-QT = int(os.environ.get("QTDRIVER_QT", "5"))
-PROGRAM = BUILD / "bin" / "showcase.exe"
-
-needs_showcase = pytest.mark.skipif(
-    not PROGRAM.exists() or shutil.which("wine") is None,
-    reason="there is no showcase for Windows here (scripts/build.sh N --windows), or no Wine",
-)
 
 
 class Workshop:
