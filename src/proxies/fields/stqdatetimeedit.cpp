@@ -1,10 +1,9 @@
 #include "proxies/fields/stqdatetimeedit.h"
 
+#include "compat/clipboard.h"
 #include "compat/variant.h"
 #include "proxies/fields/spinboxeditfield.h"
 
-#include <QApplication>
-#include <QClipboard>
 #include <QDateTimeEdit>
 
 namespace {
@@ -32,9 +31,10 @@ void STQDateTimeEdit::paste(const QVariant& value, const char* operation)
     if (dateTimeEdit()->isReadOnly())
         proxy::raiseError(readOnlyMessage, operation);
     clickInto(fields::spinBoxEditField(dateTimeEdit()));
-    QApplication::clipboard()->setText(value.toString(), QClipboard::Clipboard);
-    selectLine();
-    keyClick(Qt::Key_V, Qt::ControlModifier);
+    compat::pasteText(value.toString(), [this] {
+        selectLine();
+        keyClick(Qt::Key_V, Qt::ControlModifier);
+    });
     if (dateTimeEdit()->text() != value.toString())
         proxy::raiseError(validateMessage, operation);
 }

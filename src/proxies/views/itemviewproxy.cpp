@@ -1,5 +1,6 @@
 #include "proxies/views/itemviewproxy.h"
 
+#include "compat/clipboard.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
 #include "proxies/views/itemarea.h"
@@ -11,7 +12,6 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QChildEvent>
-#include <QClipboard>
 #include <QLineEdit>
 
 #include <limits>
@@ -202,10 +202,11 @@ void ItemViewProxy::typeTerminatingKey(const QString& key)
 void ItemViewProxy::replaceTextInEditor(const QString& text)
 {
     openEditor();
-    QApplication::clipboard()->setText(text, QClipboard::Clipboard);
-    keyClick(Qt::Key_End, Qt::NoModifier);
-    keyClick(Qt::Key_Home, Qt::ShiftModifier);
-    keyClick(Qt::Key_V, Qt::ControlModifier);
+    compat::pasteText(text, [this] {
+        keyClick(Qt::Key_End, Qt::NoModifier);
+        keyClick(Qt::Key_Home, Qt::ShiftModifier);
+        keyClick(Qt::Key_V, Qt::ControlModifier);
+    });
     requireTextInEditor(text);
     commitEditor();
 }
