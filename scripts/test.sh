@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs every test: scripts/test.sh [--qt N]... [--asan] [--only REGEX]
+# Sets up, builds and runs every test: scripts/test.sh [--qt N]... [--asan] [--windows] [--only REGEX]
 # By default for each Qt that the machine has, 5 and 6 from the packages, 4 where QMAKE4 names its qmake, and the suites that
 # talk to the agent once more in a build with sanitizers. --asan runs everything with sanitizers, and nothing without.
-# Where QT4_WINDOWS, QT5_WINDOWS or QT6_WINDOWS names the folder of a Qt for Windows, programs for Windows are built and
-# tested under Wine as well.
+# Where QT4_WINDOWS names the folder of a Qt 4.8 for Windows, a part of the tests runs under Wine, too. --windows runs all
+# that can, with Qt 5 and 6 as well where QT5_WINDOWS and QT6_WINDOWS name them, which takes half an hour more.
 # --only runs a part: the suites whose names the expression is found in, as "qt5/protocol/" or "checks/".
 # Builds and suites of all Qts are one queue for all cores. Ends with one line "N passed, N failed" for all suites
 # together, and with a status that is not 0 when any failed, was cut, or did not run.
@@ -11,11 +11,12 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 usage() { sed -n '2,9s/^# \?//p' "$0" >&2; exit 2; }
-majors=() flavour="" only="" notes=()
+majors=() flavour="" windows="" only="" notes=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --qt) majors+=("${2:?--qt needs a number}"); shift 2 ;;
         --asan) flavour=-asan; shift ;;
+        --windows) windows=all; shift ;;
         --only) only=${2:?--only needs a regular expression}; shift 2 ;;
         *) usage ;;
     esac
@@ -37,12 +38,19 @@ if [ -z "$flavour" ]; then
     [ -z "$sanitized" ] || builds+=("qt$sanitized-asan")
     [ -n "$sanitized" ] || notes+=("nothing is tested with sanitizers, which need Qt 5 or 6")
 fi
-windows=""
+tested_on_windows=""
 for major in $([ -n "$flavour" ] || printf '%s\n' "${majors[@]}"); do
     variable=QT${major}_WINDOWS
-    [ ! -d "${!variable:-/nonexistent}/bin" ] || { builds+=("windows-qt$major"); windows+=" $major"; }
+    [ -d "${!variable:-/nonexistent}/bin" ] || continue
+    [ "$major$windows" = 4 ] || [ -n "$windows" ] || continue
+    builds+=("windows-qt$major")
+    tested_on_windows+=" $major"
 done
-[ -n "$windows" ] || notes+=("nothing is tested as a Windows program (QT4_WINDOWS, QT5_WINDOWS, QT6_WINDOWS name no Qt)")
+if [ -z "$tested_on_windows" ]; then
+    notes+=("nothing is tested as a Windows program (no folder of a Qt for Windows in QT4_WINDOWS)")
+elif [ -z "$windows" ]; then
+    notes+=("as Windows programs only a part is tested, with Qt 4.8 alone; --windows tests all of it")
+fi
 [ -z "$only" ] || notes+=("this is a part of the suites, those named like $only")
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 
@@ -54,6 +62,7 @@ for build in "${builds[@]}"; do
     major=${build#*qt}
     case "$build" in *-asan) kind=--asan ;; windows-*) kind=--windows ;; *) kind="" ;; esac
     scripts/build.sh "${major%-asan}" $kind --configure
+    [ "$kind" != --windows ] || cmake "-DQTDRIVER_ALL_WINDOWS_TESTS=${windows:+ON}" "build/$build" >/dev/null
 done
 queue=build/suites # where ctest also remembers how long each suite took, to begin with the longest
 rm -f "$queue"/results.xml "$queue"/suites.json

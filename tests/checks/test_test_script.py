@@ -108,10 +108,14 @@ def test_a_machine_without_qt_4_is_told_so_with_the_result(checkout):
     assert any(line.startswith("test: no Qt 4.8 here") for line in lines[-6:])
 
 
-def test_a_qt_for_windows_is_tested_too(checkout):
-    qmake = checkout.write("windows/bin/qmake", "#!/bin/sh\n")
-    folder = str(qmake.parents[1])
-    status, lines = checkout.run("scripts/test.sh", "--qt", "5", QT5_WINDOWS=folder, QT6_WINDOWS=folder)
+@pytest.fixture
+def qt_for_windows(checkout):
+    return str(checkout.write("windows/bin/qmake", "#!/bin/sh\n").parents[1])
+
+
+def test_each_qt_for_windows_is_tested_where_that_is_asked_for(checkout, qt_for_windows):
+    folders = {f"QT{major}_WINDOWS": qt_for_windows for major in (5, 6)}
+    status, lines = checkout.run("scripts/test.sh", "--qt", "5", "--windows", **folders)
     assert status == 0
     assert lines[-4:] == [
         "Qt 5.9.9: 2 passed, 0 failed",
@@ -119,6 +123,14 @@ def test_a_qt_for_windows_is_tested_too(checkout):
         "Qt 5.9.9 for Windows: 2 passed, 0 failed",
         "6 passed, 0 failed",
     ]
+
+
+def test_a_part_is_tested_with_qt_4_for_windows_anyway(checkout, qt_for_windows):
+    folders = {f"QT{major}_WINDOWS": qt_for_windows for major in (4, 5)}
+    status, lines = checkout.run("scripts/test.sh", "--qt", "4", "--qt", "5", **folders)
+    assert status == 0
+    assert [line for line in lines if "for Windows:" in line] == ["Qt 4.9.9 for Windows: 2 passed, 0 failed"]
+    assert any(line.startswith("test: as Windows programs only a part is tested") for line in lines[-7:])
 
 
 def test_one_qt_runs_with_its_sanitizers(checkout):

@@ -76,7 +76,7 @@ int TestHost::run(QApplication&, const std::function<void(TestHost&)>& build)
 TestHost::TestHost(const QString& library)
     : agentLibrary(library)
 {
-    auto* input = new StandardInput;
+    static auto* const input = new StandardInput; // which stays
     connect(input, SIGNAL(arrived(QByteArray)), SLOT(readRequest(QByteArray)));
     onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
     onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
