@@ -25,7 +25,7 @@ def configured():
     return sorted((name for name in found if not name.endswith("-fuzz")), key=lambda name: (len(name), name))
 
 
-def tests_all_for_windows(build):
+def has_all_windows_tests(build):
     """Whether a build is one for Windows, and its tests are more than a part."""
     return "QTDRIVER_ALL_WINDOWS_TESTS:BOOL=ON" in (ROOT / "build" / build / "CMakeCache.txt").read_text()
 
@@ -44,7 +44,7 @@ def test_every_file_of_tests_is_run_by_a_suite(queue):
         files -= set(tracked("tests/sanitized/*"))
     if not any(build.startswith("windows-") for build in configured()):
         files -= set(tracked("tests/windows/*", "tests/e2e/test_windows_programs.py"))
-    if not any(tests_all_for_windows(build) for build in configured()):
+    if not any(has_all_windows_tests(build) for build in configured()):
         files -= set(tracked("tests/windows/test_unit_programs.py"))
     run = {Path(word) for suite in queue for word in suite["command"] if word.endswith(".py")}
     assert files and sorted(files - run) == [], "no build has them registered; scripts/build.sh does it"
