@@ -1,7 +1,7 @@
 #include "proxies/fields/stqdatetimeedit.h"
 
-#include "compat/clipboard.h"
 #include "compat/variant.h"
+#include "proxies/clipboardpaste.h"
 #include "proxies/fields/spinboxeditfield.h"
 
 #include <QDateTimeEdit>
@@ -31,7 +31,7 @@ void STQDateTimeEdit::paste(const QVariant& value, const char* operation)
     if (dateTimeEdit()->isReadOnly())
         proxy::raiseError(readOnlyMessage, operation);
     clickInto(fields::spinBoxEditField(dateTimeEdit()));
-    compat::pasteText(value.toString(), [this] {
+    proxies::pasteText(value.toString(), [this] {
         selectLine();
         keyClick(Qt::Key_V, Qt::ControlModifier);
     });

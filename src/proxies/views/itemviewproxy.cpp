@@ -1,8 +1,8 @@
 #include "proxies/views/itemviewproxy.h"
 
-#include "compat/clipboard.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
+#include "proxies/clipboardpaste.h"
 #include "proxies/views/itemarea.h"
 #include "proxies/views/itemmousecommand.h"
 #include "proxies/views/itemtext.h"
@@ -202,7 +202,7 @@ void ItemViewProxy::typeTerminatingKey(const QString& key)
 void ItemViewProxy::replaceTextInEditor(const QString& text)
 {
     openEditor();
-    compat::pasteText(text, [this] {
+    proxies::pasteText(text, [this] {
         keyClick(Qt::Key_End, Qt::NoModifier);
         keyClick(Qt::Key_Home, Qt::ShiftModifier);
         keyClick(Qt::Key_V, Qt::ControlModifier);

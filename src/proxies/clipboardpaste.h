@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 
-namespace compat {
+namespace proxies {
 
 // Puts a text on the clipboard and has it pasted. On X11 another application's claim of the clipboard may be on its way to
 // this one, and later take the text away from it: then that is done again.
@@ -20,4 +20,4 @@ void pasteText(const QString& text, Paste paste)
     }
 }
 
-} // namespace compat
+} // namespace proxies
