@@ -42,7 +42,7 @@ tested_on_windows=""
 for major in $([ -n "$flavour" ] || printf '%s\n' "${majors[@]}"); do
     variable=QT${major}_WINDOWS
     [ -d "${!variable:-/nonexistent}/bin" ] || continue
-    [ "$major$windows" = 4 ] || [ -n "$windows" ] || continue
+    [ "$major" = 4 ] || [ -n "$windows" ] || continue
     builds+=("windows-qt$major")
     tested_on_windows+=" $major"
 done
