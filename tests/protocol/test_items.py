@@ -72,21 +72,22 @@ def test_a_bar_is_scrolled_back_to_its_first_tab(app):
     app.wait_until("scrolled", "currentIndex", "0")
 
 
-@pytest.mark.parametrize("widget, item, told", [
-    ("list", "s:Row 3", "list Row 3"),
-    ("tree", "s:Folder 5", "tree Folder 5"),
-    ("movable", "s:Tab 2", "movable Tab 2"),
-    ("box", "s:Second", "box Second"),
+@pytest.mark.parametrize("widget, item, told, other, other_told", [
+    ("list", "s:Row 3", "list Row 3", "i:0", "list Row 0"),
+    ("tree", "s:Folder 5", "tree Folder 5", "s:Folder 4", "tree Folder 4"),
+    ("movable", "s:Tab 2", "movable Tab 2", "s:Tab 1", "movable Tab 1"),
+    ("box", "s:Second", "box Second", "s:First", "box First"),
 ])  # fmt: skip
-def test_an_item_is_right_clicked_double_clicked_and_hovered(app, widget, item, told):
+def test_an_item_is_right_clicked_double_clicked_and_hovered(app, widget, item, told, other, other_told):
     assert mouse(app, widget, item, button="RightButton").startswith("0,")
     app.wait_for(f"contextmenu {told}")
     assert mouse(app, widget, item, "MouseDoubleClick").startswith("0,")
     app.wait_for(f"doubleclick {told} left")
     app.do("popup")
-    app.request(extension("+press", "Widget:ActivePopupWidget", "", "Escape", ""))
-    assert mouse(app, widget, "s:Tab 1" if widget == "movable" else "s:First" if widget == "box" else "s:Folder 4" if widget == "tree" else "i:0", "MouseMove", "").startswith("0,")  # fmt: skip
+    assert app.request(extension("+press", "Widget:ActivePopupWidget", "", "Escape", "")).startswith("0,")
     app.forget()
+    assert mouse(app, widget, other, "MouseMove", "").startswith("0,")
+    app.wait_for(f"move {other_told}")  # Qt makes one move of two that are there at once, and none of there and back
     assert mouse(app, widget, item, "MouseMove", "").startswith("0,")
     app.wait_for(f"move {told}")
 
