@@ -11,7 +11,7 @@ from qtdriver import eventually
 from qtdriver.commandline.picking import wait_for_click
 from qtdriver.errors.commandline import PickError
 
-from oneshot import QTDRIVER, data, held, interrupt, qtdriver, runtime, to_interrupt  # noqa: F401
+from oneshot import QTDRIVER, data, held, interrupt, is_running, qtdriver, runtime, to_interrupt  # noqa: F401
 
 
 def test_what_is_under_the_cursor_is_picked(held):
@@ -69,6 +69,15 @@ def test_an_interrupted_pick_lets_the_mouse_go(held):
         eventually(_is_grabbed, timeout=30).is_true()
         interrupt(process)
     eventually(_is_grabbed, timeout=30).equals(False)  # long before the time for a click is over
+
+
+def test_the_end_of_the_application_does_not_wait_for_a_pick(held):
+    with subprocess.Popen([QTDRIVER, "pick"], stderr=subprocess.PIPE, text=True) as picking:
+        eventually(_is_grabbed, timeout=30).is_true()
+        assert qtdriver("stop") == "stopped"  # within its 60 seconds: the time for a click is as long
+        assert 'the application is being ended by "qtdriver stop"' in picking.communicate(timeout=30)[1]
+    assert picking.returncode == 6
+    assert not is_running(held["pid"])
 
 
 def test_nobody_clicking_is_told_and_lets_the_mouse_go():

@@ -8,7 +8,7 @@ import stat
 import pytest
 
 from qtdriver import eventually
-from qtdriver.commandline.control import ask, peer_user, socket_path
+from qtdriver.commandline.control import ControlSocket, ask, peer_user, socket_path
 from qtdriver.errors.commandline import ControlSocketError
 
 from oneshot import held, hold, is_running, qtdriver, runtime  # noqa: F401
@@ -35,6 +35,27 @@ def test_a_folder_that_others_can_enter_is_refused(runtime):
     (runtime / "qtdriver").chmod(0o755)
     with pytest.raises(ControlSocketError, match="not a folder of yours alone"):
         socket_path("default")
+
+
+def test_no_socket_is_made_in_a_folder_that_others_can_enter(runtime):
+    path = socket_path("default")
+    path.parent.chmod(0o755)
+    with pytest.raises(ControlSocketError, match="not a folder of yours alone"):
+        ControlSocket(path)
+    assert not path.exists()
+
+
+def test_a_socket_has_its_name_only_when_it_listens(runtime, monkeypatch):
+    path = socket_path("default")
+    there = []
+    listen = socket.socket.listen
+    monkeypatch.setattr(
+        socket.socket, "listen", lambda self, *count: (there.append(path.exists()), listen(self, *count))
+    )
+    with ControlSocket(path), socket.socket(socket.AF_UNIX) as client:
+        client.connect(str(path))
+        assert [entry.name for entry in path.parent.iterdir()] == ["default.sock"]
+    assert there == [False]
 
 
 @pytest.fixture(params=["too long", "not writable", "a link to nothing"])

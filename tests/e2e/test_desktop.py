@@ -4,6 +4,7 @@ import fcntl
 import os
 import re
 import signal
+import stat
 import subprocess
 import sys
 from pathlib import Path
@@ -35,6 +36,11 @@ def refusing(environment, tmp_path):
     (folder / "unshare").write_text("#!/bin/sh\nexit 1\n")
     (folder / "unshare").chmod(0o755)
     return {**environment, "PATH": f"{folder}:{environment['PATH']}"}
+
+
+def lock_of(environment):
+    """The file by which the desktops of this user take turns."""
+    return Path(environment["TMPDIR"]) / f"qtdriver-desktop-{os.getuid()}.lock"
 
 
 def run(environment, *command, **options):
@@ -86,6 +92,21 @@ def test_the_command_has_a_display_with_a_window_manager_and_a_network_of_its_ow
     assert os.readlink("/proc/self/ns/net") not in done.stdout
 
 
+def test_the_command_is_its_users_and_has_no_capability(environment):
+    done = run(environment, "sh", "-c", "id -u; grep ^Cap /proc/self/status")
+    user, *_, inherited, permitted, effective, bounding, ambient = done.stdout.splitlines()
+    assert user == str(os.getuid())
+    assert {line.split()[1] for line in (inherited, permitted, effective, bounding, ambient)} == {"0" * 16}
+
+
+def test_a_file_that_nobody_may_read_stays_so(environment, tmp_path):
+    secret = tmp_path / "secret"
+    secret.touch(mode=0)
+    done = run(environment, "cat", str(secret))
+    assert done.returncode == 1 and "Permission denied" in done.stderr
+    secret.unlink()
+
+
 def test_nothing_is_left_when_its_output_has_ended(environment):
     display, folder, *_ = run(environment, "sh", "-c", TELL, input="").stdout.split()
     assert Path(folder).parent == Path(environment["TMPDIR"])
@@ -133,7 +154,7 @@ def test_without_namespaces_desktops_take_turns(refusing, tmp_path):
 
 
 def test_a_turn_that_is_waited_for_is_said_to_be(refusing):
-    with open(f"{refusing['TMPDIR']}/qtdriver-desktop.lock", "w") as turn:
+    with open(lock_of(refusing), "w") as turn:
         fcntl.flock(turn, fcntl.LOCK_EX)
         process = subprocess.Popen([SCRIPT, "true"], env=refusing, stderr=subprocess.PIPE, text=True)
         said = process.stderr.readline()
@@ -147,6 +168,20 @@ def test_a_turn_that_is_waited_for_is_said_to_be(refusing):
 def test_a_turn_that_is_free_is_taken_without_a_word(refusing):
     done = run(refusing, "true")
     assert (done.returncode, done.stderr) == (0, "")
+    status = lock_of(refusing).lstat()
+    assert (stat.S_IMODE(status.st_mode), status.st_uid) == (0o600, os.getuid())
+
+
+@pytest.mark.parametrize("kind", ["file", "nothing yet"])
+def test_a_lock_that_is_a_link_is_refused_and_not_followed(refusing, tmp_path, kind):
+    target = tmp_path / "target"
+    if kind == "file":
+        target.write_text("precious")
+    lock_of(refusing).symlink_to(target)
+    done = run(refusing, "true")
+    assert done.returncode == 1
+    assert done.stderr == f"with-desktop: {lock_of(refusing)} is not a file of yours: remove it\n"
+    assert (target.read_text() == "precious") if kind == "file" else not target.exists()
 
 
 def test_where_the_port_is_taken_a_desktop_of_its_own_is_named_and_has_a_free_one(environment):

@@ -55,6 +55,23 @@ def test_clicks(app, number):
     assert all(f"test_clicks[{number}]" in page for number in range(8))
 
 
+def test_a_worker_is_the_user_of_the_run_and_has_no_capability(project):
+    project.write(
+        f"""
+        def test_rights(app):
+            app.windows()
+            assert os.getuid() == {os.getuid()}
+            status = Path("/proc/self/status").read_text()
+            rights = dict(line.split(":\\t") for line in status.splitlines() if line.startswith("Cap"))
+            assert len(rights) == 5 and set(rights.values()) == {{"0" * 16}}
+            Path("secret").touch(mode=0)
+            with pytest.raises(PermissionError):
+                Path("secret").read_text()
+        """
+    )
+    assert project.run("-n", 1).outcomes == "1 passed"
+
+
 def test_a_worker_has_the_interpreter_the_paths_and_the_environment_of_the_run(project, tmp_path):
     odd = tmp_path / "with blanks, 'quotes' & more"
     odd.mkdir()
@@ -112,7 +129,7 @@ def test_without_namespaces_the_tests_run_one_after_the_other_and_the_run_says_w
     assert run.outcomes == "3 passed"
     assert run.output.count("qtdriver:") == 2  # the page is the other one
     assert (
-        "qtdriver: this system allows no network namespaces ('unshare -Urn true' fails: unshare: Operation not "
+        "qtdriver: this system allows no network namespaces ('unshare --user --map-current-user --net true' fails: unshare: Operation not "
         "permitted), and agents know one port only: the tests run one after the other\n"
     ) in run.output
 

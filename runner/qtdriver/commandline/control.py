@@ -17,7 +17,7 @@ import sys
 import tempfile
 from contextlib import suppress
 from pathlib import Path
-from typing import Optional
+from typing import Any, List, Optional
 
 from ..errors.commandline import AlreadyHeldError, ControlSocketError, NoApplicationError
 from .outcome import Outcome
@@ -69,9 +69,16 @@ def socket_path(name: str) -> Path:
         raise ControlSocketError(
             f"cannot make the folder {folder}: {error.strerror}: {_ELSEWHERE}"
         ) from error
+    _require_private(folder, status)
+    return path
+
+
+def _require_private(folder: Path, status: os.stat_result) -> None:
+    """Raises ControlSocketError when another user can enter the folder. `status` is what lstat() tells of it."""
+    if sys.platform == "win32":
+        raise ControlSocketError(_LINUX_ONLY)
     if not stat.S_ISDIR(status.st_mode) or status.st_uid != os.getuid() or status.st_mode & 0o077:
         raise ControlSocketError(f"{folder} is not a folder of yours alone (mode 0700): remove it")
-    return path
 
 
 def ask(name: str, verb: str, values: Arguments) -> Outcome:
@@ -118,22 +125,34 @@ class ControlSocket:
     _socket: socket.socket
 
     def __init__(self, path: Path) -> None:
-        """Raises AlreadyHeldError when another process listens there, ControlSocketError when nobody can."""
+        """Raises AlreadyHeldError when another process listens there, ControlSocketError when nobody can, or others could."""
         if sys.platform == "win32":
             raise ControlSocketError(_LINUX_ONLY)
         self._path = path
+        self._waiting: "List[Request]" = []
         self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        before = os.umask(0o177)
         try:
+            _require_private(path.parent, path.parent.lstat())
             self._remove_stale()
-            self._socket.bind(str(path))
+            self._listen()
         except OSError as error:
             raise ControlSocketError(
                 f"cannot make the socket {path}: {error.strerror}: {_ELSEWHERE}"
             ) from error
+
+    def _listen(self) -> None:
+        """Listens, and only then lets the socket have its name: one that does not listen looks like one that is stale."""
+        unfinished = self._path.with_name(f".{os.getpid()}")
+        before = os.umask(0o177)
+        try:
+            self._socket.bind(str(unfinished))
         finally:
             os.umask(before)
-        self._socket.listen(8)
+        try:
+            self._socket.listen(8)
+            os.link(unfinished, self._path)
+        finally:
+            unfinished.unlink()
 
     def _remove_stale(self) -> None:
         if sys.platform == "win32":
@@ -152,11 +171,33 @@ class ControlSocket:
             "give another --name"
         )
 
-    def fileno(self) -> int:
-        """The descriptor that is readable when somebody connects."""
-        return self._socket.fileno()
+    def wait_with(self, other: Any) -> bool:
+        """Waits until there is a request, or the file or socket `other` is readable: then it returns True."""
+        ready, _, _ = select.select([self._socket, other], [], [], 0 if self._waiting else None)
+        return other in ready
 
-    def accept(self) -> "Optional[Request]":
+    def next_request(self) -> "Optional[Request]":
+        """The next request that waits, STOP before all others; None without one, and for one that was given up."""
+        self._collect()
+        if not self._waiting:
+            return None
+        request = self._waiting.pop(0)
+        return None if request.is_abandoned() else request
+
+    def is_stop_waiting(self) -> bool:
+        """Whether the next request is STOP. Does not wait for one."""
+        self._collect()
+        return bool(self._waiting) and self._waiting[0].verb == STOP
+
+    def _collect(self) -> None:
+        """Accepts whoever has connected meanwhile, and puts STOP in front."""
+        while select.select([self._socket], [], [], 0)[0]:
+            request = self._accept()
+            if request is not None:
+                self._waiting.append(request)
+        self._waiting.sort(key=lambda request: request.verb != STOP)
+
+    def _accept(self) -> "Optional[Request]":
         """Accepts a connection and reads its request; None for another user, without a request in time, or after a hang-up."""
         if sys.platform == "win32":
             raise ControlSocketError(_LINUX_ONLY)

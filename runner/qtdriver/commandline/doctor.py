@@ -10,6 +10,7 @@ import sys
 from pathlib import Path
 from typing import Any, Callable, Iterator, List, Optional
 
+from ..desktop.desktop import NAMESPACE_CHECK
 from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
 from ..launch.agent import QT_MAJORS, agent_library
 from ..protocol.peers import describe_listener
@@ -209,15 +210,15 @@ def _namespaces(_: Optional[Path]) -> Iterator[Finding]:
         yield Finding(
             "namespaces",
             "note",
-            "the system forbids them (unshare -Urn true): runs take turns, and pytest -n is serial",
+            f"the system forbids them ({' '.join(NAMESPACE_CHECK)}): runs take turns, and pytest -n is serial",
             "sysctl kernel.unprivileged_userns_clone=1, or the container's security profile",
         )
 
 
 def _namespaces_allowed() -> bool:
-    unshare = shutil.which("unshare")
     return (
-        unshare is not None and subprocess.run([unshare, "-Urn", "true"], capture_output=True).returncode == 0
+        shutil.which(NAMESPACE_CHECK[0]) is not None
+        and subprocess.run(NAMESPACE_CHECK, capture_output=True).returncode == 0
     )
 
 

@@ -5,7 +5,6 @@ from __future__ import annotations
 import argparse
 import json
 import os
-import select
 import signal
 import subprocess
 import sys
@@ -16,6 +15,8 @@ from ..api.app import App
 from ..api.driver import Driver
 from ..desktop import desktop
 from ..errors import QtDriverError
+from ..errors.commandline import NoApplicationError
+from ..errors.internal import GivenUpError
 from ..protocol.waiting import given_up_when
 from .control import STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
@@ -110,25 +111,26 @@ def _leave_terminal() -> None:
 
 def _serve(control: ControlSocket, app: App) -> None:
     while app.connection.fileno() >= 0:  # it is closed when an application that hangs has been ended
-        ready, _, _ = select.select([control, app.connection], [], [])
-        if app.connection in ready and app.connection.is_closed():
+        if control.wait_with(app.connection) and app.connection.is_closed():
             return
-        request = control.accept() if control in ready else None
+        request = control.next_request()
         if request is None:
             continue
         if request.verb == STOP:
             app.terminate()
             request.answer(Outcome("stopped", {}))
             return
-        request.answer(_run(app, request))
+        request.answer(_run(app, request, control))
 
 
-def _run(app: App, request: Request) -> Outcome:
+def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
     verb = verb_named(request.verb)
     if verb is None:
         return Outcome.of_error(QtDriverError(f"no such command: {request.verb}"))
     try:
-        with given_up_when(request.is_abandoned):
+        with given_up_when(lambda: request.is_abandoned() or control.is_stop_waiting()):
             return verb.run(app, request.values)
+    except GivenUpError:
+        return Outcome.of_error(NoApplicationError('the application is being ended by "qtdriver stop"'))
     except FAILURES as error:
         return verb.failure(error)

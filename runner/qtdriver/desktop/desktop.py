@@ -15,6 +15,9 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 SCRIPT = Path(__file__).with_name("with-desktop.sh")
 """Runs a command on a desktop of its own, in a network namespace of its own."""
 
+NAMESPACE_CHECK = ("unshare", "--user", "--map-current-user", "--net", "true")
+"""Succeeds where SCRIPT can give its command a network of its own."""
+
 _NAMESPACE = "QTDRIVER_IN_NAMESPACE"
 _SETTINGS = ("DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "NO_AT_BRIDGE")
 _SAY_AND_STAY = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec cat >/dev/null"

@@ -3,24 +3,48 @@
 # A private Xvfb with the window manager openbox, in a private network namespace with only the loopback interface, so
 # that many runs can each own port 4242 at the same time. Set QTDRIVER_SCREEN for another screen than 1280x1024x24.
 #
+# The namespace has the current user as it is, and the command has no capability in it. With --nestable in front of the
+# COMMAND it can make such namespaces in turn also when the user is root, for which the kernel wants CAP_SETFCAP.
+#
 # This process becomes the command. So signals, streams and the exit status are the command's own, and a keeper, a
 # process of its own session, ends the desktop when this process has ended, even by SIGKILL.
 set -euo pipefail
+kept=-all
+if [ "${1:-}" = --nestable ]; then
+    kept=-all,+setfcap
+    shift
+fi
 [ $# -gt 0 ] || { echo "usage: scripts/with-desktop.sh COMMAND ARGS..." >&2; exit 2; }
 
+# Brings the loopback interface up, gives up every capability, and goes on with this script.
+enter_namespace='
+ip link set lo up 2>/dev/null || true
+kept=$1
+shift
+exec setpriv --ambient-caps -all --inh-caps -all --bounding-set "$kept" -- "$0" "$@"
+'
+own_namespace=(unshare --user --map-current-user --net)
 if [ -z "${QTDRIVER_IN_NAMESPACE:-}" ]; then
-    if unshare -Urn true 2>/dev/null; then
-        QTDRIVER_IN_NAMESPACE=1 exec unshare -Urn -- "$0" "$@"
+    if "${own_namespace[@]}" true 2>/dev/null; then
+        export QTDRIVER_IN_NAMESPACE=1
+        exec "${own_namespace[@]}" --keep-caps -- sh -c "$enter_namespace" "$0" "$kept" "$@"
     fi
     # No namespaces here (some containers): the port is shared, so the runs take turns. The open file holds the lock.
     export QTDRIVER_IN_NAMESPACE=shared
-    exec {turn}>"${TMPDIR:-/tmp}/qtdriver-desktop.lock"
+    lock=${TMPDIR:-/tmp}/qtdriver-desktop-$UID.lock
+    if [ ! -e "$lock" ] && [ ! -L "$lock" ]; then
+        (umask 077 && set -o noclobber && : >"$lock") 2>/dev/null || true # noclobber: made anew, never through a link
+    fi
+    if [ -L "$lock" ] || [ ! -f "$lock" ] || [ ! -O "$lock" ]; then
+        echo "with-desktop: $lock is not a file of yours: remove it" >&2
+        exit 1
+    fi
+    exec {turn}<"$lock"
     flock -n "$turn" || {
         echo "with-desktop: another run has the network, and this system allows no second one: waiting for its end" >&2
         flock "$turn"
     }
 fi
-ip link set lo up 2>/dev/null || true
 
 python=${QTDRIVER_PYTHON:-/usr/bin/python3}
 [ -x "$python" ] || python=python3

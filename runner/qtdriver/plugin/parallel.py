@@ -10,11 +10,10 @@ from typing import Any, List, Sequence
 
 import pytest
 
-from ..desktop.desktop import SCRIPT
+from ..desktop.desktop import NAMESPACE_CHECK, SCRIPT
 from .hookimpl import hookimpl
 from .settings import OWN_DESKTOPS, Settings
 
-_CHECK = ("unshare", "-Urn", "true")
 _NEEDED = ("Xvfb", "openbox", "xdotool", "setpriv", "setsid")
 _WORKER_KEY = "qtdriver_desktop"
 
@@ -63,7 +62,9 @@ def _is_local(spec: str) -> bool:
 def _refusal() -> str:
     """Why there are no network namespaces; empty if there are."""
     try:
-        done = subprocess.run(_CHECK, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+        done = subprocess.run(
+            NAMESPACE_CHECK, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
+        )
     except OSError as error:
         reason = str(error)
     else:
@@ -71,7 +72,7 @@ def _refusal() -> str:
             return ""
         reason = done.stderr.strip() or f"it ends with status {done.returncode}"
     return (
-        f"this system allows no network namespaces ('{' '.join(_CHECK)}' fails: {reason}), and agents know one port "
+        f"this system allows no network namespaces ('{' '.join(NAMESPACE_CHECK)}' fails: {reason}), and agents know one port "
         "only: the tests run one after the other"
     )
 
