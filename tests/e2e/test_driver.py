@@ -85,7 +85,9 @@ def test_an_application_that_comes_meanwhile_does_not_disturb_a_launch(driver, f
 
 
 def test_nobody_to_attach_is_said_with_what_to_do(driver):
-    with pytest.raises(NoClientError, match="no agent connected within 0.1 seconds.*start the driver first"):
+    with pytest.raises(
+        NoClientError, match="(?s)no agent connected within 0.1 seconds.*start the driver first"
+    ):
         driver.attach(start_timeout=0.1)
     with pytest.raises(NoClientError, match="no agent of process 1 connected"):
         driver.attach(pid=1, start_timeout=0.1)

@@ -84,7 +84,9 @@ def test_an_early_exit_tells_the_status_and_the_last_lines(start):
         start([sys.executable, "-c", code])
     assert caught.value.status == 3
     assert "exit status 3" in str(caught.value)
-    assert str(caught.value).splitlines()[1:] == [f"line {number}" for number in range(10, 30)]
+    assert caught.value.message.endswith("before its agent connected; its last output:")
+    assert caught.value.context.splitlines() == [f"line {number}" for number in range(10, 30)]
+    assert str(caught.value) == f"{caught.value.message}\n{caught.value.context}"
 
 
 def test_an_early_exit_by_a_signal_names_the_signal(start):
@@ -93,8 +95,10 @@ def test_an_early_exit_by_a_signal_names_the_signal(start):
 
 
 def test_an_early_exit_without_an_error_hints_at_another_instance(start):
-    with pytest.raises(EarlyExitError, match="exit status 0.*instance"):
+    with pytest.raises(EarlyExitError, match="exit status 0") as caught:
         start(["/bin/true"])
+    assert "an instance that was running already" in caught.value.hint
+    assert str(caught.value).splitlines() == [caught.value.message, caught.value.hint]
 
 
 def test_an_exit_between_connection_and_greeting_is_an_early_exit(start):

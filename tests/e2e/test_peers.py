@@ -122,7 +122,7 @@ def test_who_came_instead_is_told_when_the_application_does_not_come(driver, tmp
         with pytest.raises(NoGreetingError) as caught:
             driver.launch("/bin/sh", "-c", "sleep 1000", start_timeout=0.5)
         assert re.search(r"\nrefused a connection: not an agent's greeting: 'GET /", str(caught.value))
-        assert re.search(rf"\nprocess {os.getpid()} \(.*\) has connected, too$", str(caught.value))
+        assert re.search(rf"\nprocess {os.getpid()} \(.*\) has connected, too$", caught.value.context)
         with subprocess.Popen(["sleep", "1000"]) as another:
             with pytest.raises(NoClientError, match="has connected, too"):
                 driver.attach(pid=another.pid, start_timeout=0)

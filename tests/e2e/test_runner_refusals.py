@@ -9,7 +9,17 @@ import pytest
 sys.path.append(str(Path(__file__).resolve().parents[1] / "protocol"))
 
 from hostapp import HostApp
-from qtdriver import CommandError, CornerButtonError, Driver, NoEditorError, WidgetNotFoundError, eventually
+from qtdriver import (
+    CommandError,
+    CornerButtonError,
+    Driver,
+    EarlyExitError,
+    NoEditorError,
+    NoGreetingError,
+    PortInUseError,
+    WidgetNotFoundError,
+    eventually,
+)
 from qtdriver.commandline.dialogue import Dialogue
 from qtdriver.trace.trace import describe_request
 
@@ -286,7 +296,13 @@ def test_the_command_line_refuses_a_button_in_the_corner_unless_it_is_forced(sta
 
 @pytest.mark.parametrize(
     "error",
-    [NoEditorError("QListView", "NoEditTriggers", "x"), CornerButtonError("QToolButton", "out", "bar")],
+    [
+        NoEditorError("QListView", "NoEditTriggers", "x"),
+        CornerButtonError("QToolButton", "out", "bar"),
+        EarlyExitError("app", -11, "a\nb", "another has connected, too"),
+        NoGreetingError("app", 5, "a\nb", 4711),
+        PortInUseError("127.0.0.1", 4242),
+    ],
 )
 def test_the_errors_can_be_copied_to_another_process(error):
     copy = pickle.loads(pickle.dumps(error))

@@ -168,8 +168,9 @@ class Driver(ClosedOnLeaving):
         if connection is None:
             whose = "no agent" if pid is None else f"no agent of process {pid}"
             raise NoClientError(
-                f"{whose} connected within {seconds:g} seconds. An agent looks for its server once, when it is "
-                f"created: start the driver first{self._pending_agents.others()}"
+                f"{whose} connected within {seconds:g} seconds",
+                context=self._pending_agents.others(),
+                hint="An agent looks for its server once, when it is created: start the driver first",
             )
         return self._register(App(connection, timeout=self.timeout if timeout is None else timeout))
 

@@ -21,8 +21,9 @@ class PortInUseError(QtDriverError):
         """`way_out` is how a run gets a network of its own."""
         super().__init__(
             f"{host}:{port} is taken: another test run or test server listens there, and the agent knows no "
-            f"other port. End that process ('ss -ltnp sport = :{port}' names it) or wait for its end. Where the "
-            f"system allows network namespaces, you can also {way_out}, which has a network of its own"
+            "other port",
+            hint=f"End that process ('ss -ltnp sport = :{port}' names it) or wait for its end. Where the system allows "
+            f"network namespaces, you can also {way_out}, which has a network of its own",
         )
 
 

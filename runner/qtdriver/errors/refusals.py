@@ -2,8 +2,6 @@
 
 from __future__ import annotations
 
-from typing import Type
-
 from .base import QtDriverError
 
 
@@ -24,18 +22,14 @@ class NoEditorError(QtDriverError):
         super().__init__(
             f'{value!r} was not entered: this {view_class} opens no editor at the keys of "enter", since its '
             f"editTriggers are {triggers}. The keys would act on the view itself: move its current item, run shortcuts "
-            "of the application, and press Return, which activates the item and a dialog's default button.\n"
-            "Open the editor as a user does, for example by double_click() where that edits, and enter the text in "
+            "of the application, and press Return, which activates the item and a dialog's default button.",
+            hint="Open the editor as a user does, for example by double_click() where that edits, and enter the text in "
             "window.focus_widget(). Where the application opens an editor at F2 by itself, or has one open for the "
-            "item, enter(..., force=True) sends the keys"
+            "item, enter(..., force=True) sends the keys",
         )
         self.view_class = view_class
         self.triggers = triggers
         self.value = value
-
-    def __reduce__(self) -> "tuple[Type[NoEditorError], tuple[str, str, str]]":
-        """All arguments travel when the error is copied to another process, as parallel test runs do."""
-        return type(self), (self.view_class, self.triggers, self.value)
 
 
 class CornerButtonError(QtDriverError):
@@ -50,17 +44,13 @@ class CornerButtonError(QtDriverError):
     def __init__(self, button_class: str, button: str, bar: str) -> None:
         super().__init__(
             f'the menu was not opened: before it comes a click at the top right corner of the menu bar "{bar}", where '
-            f'the {button_class} "{button}" is, which it would press.\n'
-            f'Open the menu by a click on its title, window.widget("{bar}").click(at=(0.02, 0.5)) for the first one, and '
-            "choose from app.popup(). Where the button may be pressed, say force=True"
+            f'the {button_class} "{button}" is, which it would press.',
+            hint=f'Open the menu by a click on its title, window.widget("{bar}").click(at=(0.02, 0.5)) for the first one, and '
+            "choose from app.popup(). Where the button may be pressed, say force=True",
         )
         self.button_class = button_class
         self.button = button
         self.bar = bar
-
-    def __reduce__(self) -> "tuple[Type[CornerButtonError], tuple[str, str, str]]":
-        """All arguments travel when the error is copied to another process, as parallel test runs do."""
-        return type(self), (self.button_class, self.button, self.bar)
 
 
 class OldAgentError(QtDriverError):
@@ -72,14 +62,10 @@ class OldAgentError(QtDriverError):
 
     def __init__(self, extension: str) -> None:
         super().__init__(
-            f'this needs a newer agent: that of the application has no extension "{extension}". Build the agent from '
-            "the sources that this runner is from"
+            f'this needs a newer agent: that of the application has no extension "{extension}"',
+            hint="Build the agent from the sources that this runner is from",
         )
         self.extension = extension
-
-    def __reduce__(self) -> "tuple[Type[OldAgentError], tuple[str]]":
-        """The argument travels when the error is copied to another process, as parallel test runs do."""
-        return type(self), (self.extension,)
 
 
 class ConditionError(QtDriverError, AssertionError):

@@ -26,9 +26,8 @@ class ReplyError(QtDriverError):
         explanation: str = "",
         candidates: Tuple[Mapping[str, object], ...] = (),
     ) -> None:
-        super().__init__(f"{message}\n{explanation}" if explanation else message)
+        super().__init__(message, context=explanation)
         self.code = code
-        self.message = message
         self.explanation = explanation
         self.candidates = candidates
         self.explain_later: Optional[Callable[[], str]] = None

@@ -105,15 +105,17 @@ class EarlyExitError(QtDriverError):
 
     def __init__(self, program: str, status: int, last_output: str, others: str = "") -> None:
         """`others` are lines on other processes that have connected."""
+        output = "; its last output:" if last_output else ", without any output"
         hint = ""
         if status == 0:
             hint = (
-                ". If it started the application and left, name the application itself; if it handed over to "
-                "an instance that was running already, end that one"
+                "If it started the application and left, name the application itself; if it handed over to an "
+                "instance that was running already, end that one"
             )
-        output = f"; its last output:\n{last_output}" if last_output else ", without any output"
         super().__init__(
-            f"{program} ended ({describe_exit(status)}) before its agent connected{hint}{output}{others}"
+            f"{program} ended ({describe_exit(status)}) before its agent connected{output}",
+            context=_lines(last_output, others),
+            hint=hint,
         )
         self.status = status
 
@@ -133,10 +135,15 @@ class NoGreetingError(QtDriverError):
         end = "It was ended"
         if remaining is not None:
             end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
-        output = f"; its last output:\n{last_output}" if last_output else ""
+        output = "; its last output:" if last_output else ""
         super().__init__(
-            f"{program} runs, but its agent has not connected within {timeout:g} seconds. Is it a Qt widgets "
-            "application, of the Qt version given with --qt? Does it show a display error, wait for "
-            "something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
-            f"is dropped then), or need longer (--timeout)? {end}{output}{others}"
+            f"{program} runs, but its agent has not connected within {timeout:g} seconds. {end}{output}",
+            context=_lines(last_output, others),
+            hint="Is it a Qt widgets application, of the Qt version given with --qt? Does it show a display error, "
+            "wait for something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
+            "is dropped then), or need longer (--timeout)?",
         )
+
+
+def _lines(*texts: str) -> str:
+    return "\n".join(text for text in texts if text)

@@ -66,7 +66,7 @@ class PendingAgents:
         """Lines for an error message: which processes were refused, and whose agents wait. Empty without any."""
         lines = [f"refused a connection: {refusal}" for refusal in self._refusals]
         lines += [f"{describe_process(connection.pid)} has connected, too" for connection in self._waiting]
-        return "".join(f"\n{line}" for line in lines)
+        return "\n".join(lines)
 
     def _receive(self, wanted: Optional[Callable[[int], bool]], seconds: float) -> None:
         """Waits `seconds` at most for a connection, and accepts all that are there."""

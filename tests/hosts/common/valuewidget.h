@@ -43,6 +43,10 @@ public:
     Qt::Orientation orientation() const { return Qt::Vertical; }
     Unregistered unregistered() const { return Unregistered(); }
     int thrower() const { throw 1; }
+
+private:
+    void addData();
+    void addGraphics();
 };
 
 Q_DECLARE_METATYPE(ValueWidget::Small)
