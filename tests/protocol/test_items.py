@@ -87,7 +87,9 @@ def test_an_item_is_right_clicked_double_clicked_and_hovered(app, widget, item, 
     assert app.request(extension("+press", "Widget:ActivePopupWidget", "", "Escape", "")).startswith("0,")
     app.forget()
     assert mouse(app, widget, other, "MouseMove", "").startswith("0,")
-    app.wait_for(f"move {other_told}")  # Qt makes one move of two that are there at once, and none of there and back
+    app.wait_for(
+        f"move {other_told}"
+    )  # Qt makes one move of two that are there at once, and none of there and back
     assert mouse(app, widget, item, "MouseMove", "").startswith("0,")
     app.wait_for(f"move {told}")
 
