@@ -47,6 +47,16 @@ def one_message(finished):
     return finished.stderr
 
 
+def test_messages_name_the_options_of_the_command_line(run):
+    assert "name the Qt version with --qt N" in one_message(run(application=["/bin/true"], qt=()))
+    assert "another build folder with --build DIR" in one_message(run(qt=("--qt", "6")))
+
+
+def test_without_a_screen_the_agent_is_loaded_as_was_asked_for(run):
+    message = one_message(run("", "--headless", "--load-by", "testability"))
+    assert "qt5/lib/libqttestability.so" in message
+
+
 def test_replies_are_printed_in_readable_form(run):
     requests = ["1", "2,Bare", "3", "7,Editor,ok,,enabled,", "7,Editor,ok,,text,", "7,Editor,ok,,geometry,"]
     finished = run("\n".join([*requests, "7,Editor,ok,,icon,", "2,None", "8,typed", "8,two lines"]))

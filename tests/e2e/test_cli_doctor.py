@@ -12,6 +12,7 @@ from pathlib import Path
 import pytest
 
 from qtdriver import Desktop, Server, eventually
+from qtdriver.desktop.desktop import namespaces_remedy
 from qtdriver.launch import linux
 from qtdriver.protocol.peers import describe_listener
 
@@ -138,7 +139,35 @@ def test_forbidden_namespaces_are_noted(examine, refusing):
     findings, status = examine(environment=refusing)
     assert (findings["namespaces"]["result"], status) == ("note", 0)
     assert "the system forbids them" in findings["namespaces"]["text"]
-    assert findings["namespaces"]["remedy"].startswith("sysctl kernel.unprivileged_userns_clone=1")
+    assert "security profile" in findings["namespaces"]["remedy"]
+
+
+@pytest.mark.parametrize(
+    "setting, value, remedy",
+    [
+        (
+            "kernel/apparmor_restrict_unprivileged_userns",
+            "1",
+            "Ubuntu restricts them: sysctl kernel.apparmor",
+        ),
+        ("kernel/unprivileged_userns_clone", "0", "sysctl kernel.unprivileged_userns_clone=1"),
+        ("user/max_user_namespaces", "0", "sysctl user.max_user_namespaces="),
+        ("user/max_user_namespaces", "1000", "see the container's security profile"),
+    ],
+)
+def test_the_remedy_for_forbidden_namespaces_is_the_setting_that_forbids_them(
+    tmp_path, setting, value, remedy
+):
+    (tmp_path / setting).parent.mkdir()
+    (tmp_path / setting).write_text(f"{value}\n")
+    assert namespaces_remedy(tmp_path).startswith(remedy)
+
+
+def test_a_wayland_session_is_noted(examine):
+    findings, status = examine(environment={"WAYLAND_DISPLAY": "wayland-0", "QT_QPA_PLATFORM": ""})
+    assert (findings["session"]["result"], status) == ("note", 0)
+    assert findings["session"]["text"].startswith("this is a Wayland session")
+    assert "session" not in examine()[0]
 
 
 @pytest.mark.parametrize(

@@ -51,6 +51,30 @@ def test_settings_come_from_the_command_line_and_else_from_the_configuration_fil
     assert (project.folder / "page.html").is_file()
 
 
+def test_messages_name_the_options_of_pytest_and_a_wayland_session_is_told(project):
+    project.write(
+        """
+        import dataclasses
+
+        @pytest.fixture(scope="session")
+        def qtdriver_settings(qtdriver_settings):
+            return dataclasses.replace(qtdriver_settings, qt=None)
+
+        def test_program(qtdriver):
+            qtdriver.launch("/bin/true")
+
+        def test_agent(qtdriver):
+            qtdriver.launch("/bin/true", qt=6)
+        """
+    )
+    project.environment.update(WAYLAND_DISPLAY="wayland-0", QT_QPA_PLATFORM="")
+    run = project.run("--qtdriver-headed", f"--qtdriver-build={project.folder}")
+    assert run.outcomes == "2 failed"
+    assert "name the Qt version with --qtdriver-qt N or launch(..., qt=N)" in run.output
+    assert "another build folder with --qtdriver-build DIR" in run.output
+    assert "qtdriver: this is a Wayland session, in which no program may move the mouse" in run.output
+
+
 @pytest.mark.parametrize(
     "argument, complaint",
     [

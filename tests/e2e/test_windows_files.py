@@ -57,14 +57,14 @@ def test_libraries_that_link_each_other_are_each_read_once(workshop):
 
 def test_a_program_without_qt_is_refused(workshop):
     with pytest.raises(
-        errors.NoQtError, match=r"program.exe links no Qt \(\d+ libraries looked through\).*--qt N"
+        errors.NoQtError, match=r"program.exe links no Qt \(\d+ libraries looked through\).*qt=N"
     ):
         qt_major(workshop.program(), {})
 
 
 def test_qt_without_widgets_has_its_own_message(workshop):
     linked = workshop.program(workshop.import_library("Qt5Core.dll"))
-    with pytest.raises(errors.NoWidgetsError, match="links Qt5Core.dll, but not Qt's widgets.*--qt N"):
+    with pytest.raises(errors.NoWidgetsError, match="links Qt5Core.dll, but not Qt's widgets.*qt=N"):
         qt_major(linked, {})
 
 

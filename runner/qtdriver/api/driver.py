@@ -8,6 +8,7 @@ from pathlib import Path
 from typing import Dict, List, Mapping, Optional, Tuple
 
 from ..desktop.desktop import Desktop
+from ..desktop.session import session_settings
 from ..errors import NoClientError
 from ..launch.starting import start
 from ..launch.supervision import is_within
@@ -114,7 +115,8 @@ class Driver(ClosedOnLeaving):
             qt: its Qt version, 4, 5 or 6; needed where the program does not link Qt itself, such as a script.
             environment: variables to add to the environment of this process.
             working_directory: its current folder, by default that of this process.
-            headless: whether it gets a desktop without a screen, which all such applications of the driver share.
+            headless: whether it gets a desktop without a screen, which all such applications of the driver share. On the
+                screen of a Wayland session it runs on the X server there: it gets QT_QPA_PLATFORM=xcb.
             load_by: how the agent gets into a program of Linux: "preload", the default, or "testability", where it drops
                 the variable LD_PRELOAD: then Qt itself loads the agent, for the option -testability behind the arguments.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
@@ -185,6 +187,8 @@ class Driver(ClosedOnLeaving):
             if self._desktop is None:
                 self._desktop = Desktop()
             environment.update(self._desktop.environment)
+        else:
+            environment.update(session_settings(environment))
         environment.update(additional or {})
         return environment
 

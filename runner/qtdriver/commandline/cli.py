@@ -12,7 +12,9 @@ from types import FrameType
 from typing import Callable, Dict, List, Optional, Sequence
 
 from ..desktop import desktop
+from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import QtDriverError
+from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
 from . import control, holding
 from .arguments import parse_arguments, wants_json
 from .doctor import examine
@@ -32,6 +34,7 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     `arguments` come without the program's name, by default those of this process. Returns the exit status.
     """
     words = list(sys.argv[1:] if arguments is None else arguments)
+    use_setting_names(ON_COMMAND_LINE)
     for number in _ENDING_SIGNALS:
         signal.signal(number, _leave)
     for stream in (sys.stdout, sys.stderr):
@@ -76,6 +79,8 @@ def _one_shot(parsed: argparse.Namespace) -> int:
 
 
 def _run(parsed: argparse.Namespace) -> int:
+    if not parsed.headless and needs_x11(os.environ):
+        print(f"qtdriver: {WAYLAND_NOTE}", file=sys.stderr, flush=True)
     if parsed.background:
         return _finish(holding.start_holding(parsed), parsed.json)
     if parsed.headless:
@@ -87,10 +92,10 @@ def _continue_headless(parsed: argparse.Namespace) -> None:
     """Replaces this process by the same run on a desktop of its own."""
     arguments: List[str] = [str(desktop.SCRIPT), sys.executable, "-c", holding.START, holding.RUNNER]
     arguments += ["run", "--timeout", str(parsed.timeout)]
-    for option in ("qt", "script", "build"):
-        value = getattr(parsed, option)
+    for name in ("qt", "load_by", "script", "build"):
+        value = getattr(parsed, name)
         if value is not None:
-            arguments += [f"--{option}", str(value)]
+            arguments += [f"--{name.replace('_', '-')}", str(value)]
     arguments += [f"--{option}" for option in ("strict", "json") if getattr(parsed, option)]
     os.execve(arguments[0], [*arguments, "--", *parsed.command], desktop.environment_for_own_network())
 

@@ -10,7 +10,8 @@ import sys
 from pathlib import Path
 from typing import Any, Callable, Iterator, List, Optional
 
-from ..desktop.desktop import NAMESPACE_CHECK
+from ..desktop.desktop import NAMESPACE_CHECK, namespaces_remedy
+from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
 from ..launch.agent import QT_MAJORS, agent_library
 from ..protocol.peers import describe_listener
@@ -203,6 +204,16 @@ def _tools(_: Optional[Path]) -> Iterator[Finding]:
             yield Finding(tool, "note", f"is missing; it is for {purpose}", f"apt install {package}")
 
 
+def _session(_: Optional[Path]) -> Iterator[Finding]:
+    if needs_x11(os.environ):
+        yield Finding(
+            "session",
+            "note",
+            WAYLAND_NOTE,
+            "log in to an X11 session if their windows misbehave, or run them without a screen: --headless",
+        )
+
+
 def _namespaces(_: Optional[Path]) -> Iterator[Finding]:
     if _namespaces_allowed():
         yield Finding("namespaces", "ok", "runs side by side can have networks of their own")
@@ -211,7 +222,7 @@ def _namespaces(_: Optional[Path]) -> Iterator[Finding]:
             "namespaces",
             "note",
             f"the system forbids them ({' '.join(NAMESPACE_CHECK)}): runs take turns, and pytest -n is serial",
-            "sysctl kernel.unprivileged_userns_clone=1, or the container's security profile",
+            namespaces_remedy(),
         )
 
 
@@ -227,6 +238,7 @@ _CHECKS: "tuple[Callable[[Optional[Path]], Iterator[Finding]], ...]" = (
     _agents,
     _port,
     _screen,
+    _session,
     _tools,
     _namespaces,
     check_windows,

@@ -18,9 +18,32 @@ SCRIPT = Path(__file__).with_name("with-desktop.sh")
 NAMESPACE_CHECK = ("unshare", "--user", "--map-current-user", "--net", "true")
 """Succeeds where SCRIPT can give its command a network of its own."""
 
+_FORBIDDING = (
+    (
+        "kernel/apparmor_restrict_unprivileged_userns",
+        "1",
+        "Ubuntu restricts them: sysctl kernel.apparmor_restrict_unprivileged_userns=0, or an AppArmor profile with the rule "
+        "'userns,' for /usr/bin/unshare",
+    ),
+    ("kernel/unprivileged_userns_clone", "0", "sysctl kernel.unprivileged_userns_clone=1"),
+    ("user/max_user_namespaces", "0", "sysctl user.max_user_namespaces=10000"),
+)
+"""Settings of the kernel, below /proc/sys, whose value forbids namespaces, and how to allow them."""
+
 _NAMESPACE = "QTDRIVER_IN_NAMESPACE"
 _SETTINGS = ("DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "NO_AT_BRIDGE")
 _SAY_AND_STAY = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec cat >/dev/null"
+
+
+def namespaces_remedy(settings: Path = Path("/proc/sys")) -> str:
+    """How to allow namespaces on a system that forbids them. `settings` is the folder of the kernel's settings."""
+    for name, forbidding, remedy in _FORBIDDING:
+        try:
+            if (settings / name).read_text().strip() == forbidding:
+                return remedy
+        except OSError:
+            pass  # not a setting of this kernel
+    return "see the container's security profile, which has to allow the system call unshare"
 
 
 def environment_for_own_network() -> Dict[str, str]:

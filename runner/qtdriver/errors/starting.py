@@ -6,6 +6,7 @@ from typing import Optional
 
 from .base import QtDriverError
 from .endings import describe_exit
+from .settingnames import setting_names
 
 
 class ProgramError(QtDriverError):
@@ -66,7 +67,7 @@ class ElfReaderMissingError(QtDriverError):
     def __init__(self) -> None:
         super().__init__(
             "finding out which Qt a program links needs pyelftools, which is not installed: install it "
-            "(Debian: python3-pyelftools), or name the Qt version with --qt N"
+            f"(Debian: python3-pyelftools), or name the Qt version with {setting_names().qt}"
         )
 
 
@@ -136,12 +137,13 @@ class NoGreetingError(QtDriverError):
         if remaining is not None:
             end = f"It could not be ended: process {remaining} still runs, perhaps with the rights of another user"
         output = "; its last output:" if last_output else ""
+        names = setting_names()
         super().__init__(
             f"{program} runs, but its agent has not connected within {timeout:g} seconds. {end}{output}",
             context=_lines(last_output, others),
-            hint="Is it a Qt widgets application, of the Qt version given with --qt? Does it show a display error, "
+            hint=f"Is it a Qt widgets application, of the Qt version given with {names.qt}? Does it show a display error, "
             "wait for something before its event loop starts, start with more rights than this user has (LD_PRELOAD "
-            "is dropped then), or need longer (--timeout)?",
+            f"is dropped then), or need longer ({names.start_timeout})?",
         )
 
 

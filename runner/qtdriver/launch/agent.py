@@ -6,6 +6,7 @@ from pathlib import Path
 from typing import Optional
 
 from ..errors import AgentNotBuiltError, AgentPathError, ArchitectureError
+from ..errors.settingnames import setting_names
 from .elf import read_elf
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -14,8 +15,13 @@ QT_MAJORS = (4, 5, 6)
 _CHECKOUT = Path(__file__).resolve().parents[3]
 _NOT_BUILT = (
     "the application uses Qt {major}, and there is no agent for it at {library}: build it with '{command}', or name "
-    "another build folder with --build DIR"
+    "another build folder with {option}"
 )
+
+
+def _not_built(major: int, library: Path, command: str) -> AgentNotBuiltError:
+    option = setting_names().build
+    return AgentNotBuiltError(_NOT_BUILT.format(major=major, library=library, command=command, option=option))
 
 
 def checkout_file(relative: str) -> Optional[Path]:
@@ -44,9 +50,7 @@ def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
     """
     library = _build_folder(build) / f"qt{major}" / "lib" / "libqtdriver-preload.so"
     if not library.is_file():
-        raise AgentNotBuiltError(
-            _NOT_BUILT.format(major=major, library=library, command=f"scripts/build.sh {major}")
-        )
+        raise _not_built(major, library, f"scripts/build.sh {major}")
     if any(character in str(library) for character in " :\t\n$"):
         raise AgentPathError(
             f"the path of the agent, {library}, has a blank, a colon or a dollar sign, which "
@@ -62,9 +66,7 @@ def testability_library(major: int, build: "Optional[Path | str]" = None) -> Pat
     """
     library = _build_folder(build) / f"qt{major}" / "lib" / "libqttestability.so"
     if not library.is_file():
-        raise AgentNotBuiltError(
-            _NOT_BUILT.format(major=major, library=library, command=f"scripts/build.sh {major}")
-        )
+        raise _not_built(major, library, f"scripts/build.sh {major}")
     return library
 
 
@@ -78,7 +80,7 @@ def windows_agent(major: int, build: "Optional[Path | str]" = None) -> Path:
     for name in ("qtdriver.dll", "qttestability.dll"):
         if not (folder / name).is_file():
             command = f"QT{major}_WINDOWS=/path/to/qt scripts/build.sh {major} --windows"
-            raise AgentNotBuiltError(_NOT_BUILT.format(major=major, library=folder / name, command=command))
+            raise _not_built(major, folder / name, command)
     return folder / "qtdriver.dll"
 
 

@@ -7,6 +7,7 @@ import shutil
 from pathlib import Path
 
 from ..errors import ProgramNotExecutableError, ProgramNotFoundError, ScriptProgramError, UnknownFormatError
+from ..errors.settingnames import setting_names
 from .elf import is_elf
 from .pe import is_pe
 
@@ -61,6 +62,6 @@ def require_elf(program: Path) -> None:
         interpreter = first_line[2:].decode("latin-1").strip()
         raise ScriptProgramError(
             f"{program} is a script (run by {interpreter}): name the binary that it starts, or the Qt "
-            "version that this binary uses, with --qt N"
+            f"version that this binary uses, with {setting_names().qt}"
         )
     raise UnknownFormatError(f"{program} is neither a program of Linux or Windows nor a script")

@@ -16,6 +16,7 @@ from ..errors import (
     StaticQtError,
     UnknownFormatError,
 )
+from ..errors.settingnames import setting_names
 from .elf import contains_qt_widgets
 from .libraries import LoadedFile, find_library, load_program
 from .program import is_windows_program, require_elf
@@ -62,7 +63,7 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
     if other_qt_library is not None:
         raise NoWidgetsError(
             f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives: if "
-            "it loads them later, as a plugin, name the Qt version with --qt N"
+            f"it loads them later, as a plugin, name the Qt version with {setting_names().qt}"
         )
     raise _error_without_qt(program, loaded, count)
 
@@ -95,5 +96,5 @@ def _error_without_qt(program: Path, loaded: LoadedFile, count: int) -> ProgramE
         )
     return NoQtError(
         f"{program} links no Qt ({count} libraries looked through): if it loads Qt later, as a plugin, name "
-        "the Qt version with --qt N"
+        f"the Qt version with {setting_names().qt}"
     )

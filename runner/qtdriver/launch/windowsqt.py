@@ -15,6 +15,7 @@ from ..errors import (
     StaticQtError,
     UnknownFormatError,
 )
+from ..errors.settingnames import setting_names
 from .dlls import DllFolders, linked_libraries, program_folders
 from .elf import contains_qt_text
 from .pe import compiler_of_qt, read_pe
@@ -60,7 +61,7 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
     if other_qt_library is not None:
         raise NoWidgetsError(
             f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives: if "
-            "it loads them later, as a plugin, name the Qt version with --qt N"
+            f"it loads them later, as a plugin, name the Qt version with {setting_names().qt}"
         )
     raise _error_without_qt(program, count)
 
@@ -73,7 +74,7 @@ def _error_without_qt(program: Path, count: int) -> ProgramError:
         )
     return NoQtError(
         f"{program} links no Qt ({count} libraries looked through): if it loads Qt later, as a plugin, name "
-        "the Qt version with --qt N"
+        f"the Qt version with {setting_names().qt}"
     )
 
 

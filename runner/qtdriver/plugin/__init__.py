@@ -6,8 +6,13 @@ Installed with the package, it is loaded by itself; from a checkout by `-p qtdri
 
 from __future__ import annotations
 
+import os
+from typing import List
+
 import pytest
 
+from ..desktop.session import WAYLAND_NOTE, needs_x11
+from ..errors.settingnames import IN_PYTEST, use_setting_names
 from .fixtures import _qtdriver_shared, qtdriver, qtdriver_settings
 from .hookimpl import hookimpl
 from .hooks import RESULTS, TestHooks
@@ -17,7 +22,7 @@ from .settings import OWN_DESKTOPS, Settings, add_options, read_settings
 
 __all__ = ["Settings", "_qtdriver_shared", "qtdriver", "qtdriver_settings"]
 
-_REFUSAL = pytest.StashKey[str]()
+_NOTES = pytest.StashKey[List[str]]()
 
 
 def pytest_addoption(parser: pytest.Parser) -> None:
@@ -29,20 +34,25 @@ def pytest_addoption(parser: pytest.Parser) -> None:
 def pytest_configure(config: pytest.Config) -> None:
     """Reads the settings. Runs before pytest-xdist reads the number of workers, since prepare() may change that."""
     settings = read_settings(config)
+    use_setting_names(IN_PYTEST)
     # Plugins that are registered later run later at the end of the session: TestHooks adds the result of an interrupted
     # test before Results writes the page.
     config.pluginmanager.register(TestHooks(), "qtdriver-tests")
     if hasattr(config, "workerinput"):
         return
-    config.stash[_REFUSAL] = prepare(config, settings)
+    notes = [
+        prepare(config, settings),
+        "" if settings.headless or not needs_x11(os.environ) else WAYLAND_NOTE,
+    ]
+    config.stash[_NOTES] = [note for note in notes if note]
     config.pluginmanager.register(Results(settings, config.invocation_params.dir), RESULTS)
     if settings.workers == OWN_DESKTOPS:
         config.pluginmanager.register(Workers(), "qtdriver-workers")
 
 
 def pytest_sessionstart(session: pytest.Session) -> None:
-    """Prints why the tests run one after the other where workers were asked for."""
-    refusal = session.config.stash.get(_REFUSAL, "")
+    """Prints why the tests run one after the other where workers were asked for, and how they run in a Wayland session."""
     terminal = session.config.pluginmanager.getplugin("terminalreporter")
-    if refusal and terminal is not None:
-        terminal.write_line(f"qtdriver: {refusal}", yellow=True)
+    for note in session.config.stash.get(_NOTES, []):
+        if terminal is not None:
+            terminal.write_line(f"qtdriver: {note}", yellow=True)
