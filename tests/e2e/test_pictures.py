@@ -1,13 +1,15 @@
 """Pictures in the XPM format, as an agent sends them; what is taken from a screen: its picture, its clipboard."""
 
+import ctypes
 import os
 
 import pytest
 
-from qtdriver import ClipboardError, PictureError, ProtocolError
+from qtdriver import ClipboardError, PictureError, ProtocolError, eventually
 from qtdriver.api import clipboard
 from qtdriver.api.clipboard import read_clipboard
-from qtdriver.api.pictures import grab_screen, read_xpm
+from qtdriver.api.pictures import read_xpm, save_screenshot
+from qtdriver.desktop.screen import Screen
 
 XPM = b'/* XPM */\nstatic char *image[]={\n"3 2 3 2",\n"   c None",\n".. c #ff8000",\n"## c #000000",\n"  ..##",\n"##..  "};\n'
 
@@ -28,12 +30,30 @@ def test_other_data_is_no_picture(data):
         read_xpm(data)
 
 
-def test_a_screen_that_is_not_there_is_said(monkeypatch):
+def test_a_screen_that_is_not_there_is_said(monkeypatch, tmp_path):
     monkeypatch.delenv("DISPLAY")
     with pytest.raises(PictureError, match="DISPLAY is not set"):
-        grab_screen()
+        save_screenshot(tmp_path / "shot.png")
     with pytest.raises(PictureError, match="no picture of the display :4321"):
-        grab_screen(":4321")
+        save_screenshot(tmp_path / "shot.png", ":4321")
+
+
+def test_a_picture_by_shared_memory_is_the_one_that_pillow_takes():
+    from PIL import ImageGrab
+
+    def same(taken):
+        one, other = taken
+        return one.size == other.size and one.tobytes() == other.tobytes()
+
+    screen = Screen(None)
+    assert screen._shared is not None
+    eventually(lambda: (screen.grab()(), ImageGrab.grab(xdisplay=os.environ["DISPLAY"]))).satisfies(same)
+
+
+def test_without_shared_memory_pillow_takes_the_picture(monkeypatch):
+    monkeypatch.setattr("qtdriver.desktop.screen._library", lambda name: ctypes.CDLL(None))
+    screen = Screen(None)
+    assert screen._shared is None and screen.grab()().size == (1280, 1024)
 
 
 def test_a_clipboard_without_a_display_is_said(monkeypatch):

@@ -3,6 +3,7 @@
 import json
 import os
 import signal
+import socket
 
 import pytest
 from PIL import Image
@@ -10,7 +11,7 @@ from PIL import Image
 from qtdriver import ApplicationEndedError, ApplicationHangsError, WidgetNotFoundError, eventually
 from qtdriver.trace import recorder as module
 from qtdriver.trace.recorder import Recorder
-from qtdriver.trace.screenshots import ScreenshotStore
+from qtdriver.desktop.screenshots import ScreenshotStore
 
 from showcase import running
 
@@ -77,16 +78,12 @@ def test_acting_steps_have_a_picture_before_and_after_and_reading_steps_one_afte
     assert check["before"] != check["after"] and before.convert("RGB") != after.convert("RGB")
 
 
-def test_a_picture_without_a_change_is_stored_once(recorded, tmp_path, monkeypatch):
-    monkeypatch.setattr(module, "grab_screen", lambda display: Image.radial_gradient("L").convert("RGB"))
-
-    def read_twice(app):
-        label = app.window(name="showcase").widget("clickCount")
-        label.text(), label.text()
-
-    one, other = recorded(read_twice)["steps"]
-    assert one["after"] == other["after"] != ""
-    assert [file.suffix for file in sorted((tmp_path / "traces" / "one").iterdir())].count(".webp") == 1
+def test_a_picture_without_a_change_is_stored_once(tmp_path):
+    store = ScreenshotStore()
+    one, other = (store.add(Image.radial_gradient("L").convert("RGB"), "screen") for _ in range(2))
+    assert one is other
+    store.save(tmp_path, [one, other])
+    assert [file.suffix for file in tmp_path.iterdir()] == [".webp"]
 
 
 def test_the_widgets_follow_acting_steps(recorded):
@@ -205,16 +202,47 @@ def test_without_screenshots_the_rest_is_recorded(recorded, tmp_path):
 
 
 def test_an_error_of_the_recorder_is_a_note_and_no_failure_of_the_test(recorded, monkeypatch):
-    def broken(display):
+    def broken(*_):
         raise RuntimeError("the screen is on fire")
 
-    monkeypatch.setattr(module, "grab_screen", broken)
+    monkeypatch.setattr(module.SCREENS, "grab", broken)
     trace = recorded(order)
     assert len(trace["steps"]) == 3
     assert trace["notes"] == [
         "no picture before a step: the screen is on fire",
         "no picture after a step: the screen is on fire",
     ]
+
+
+def test_a_display_that_does_not_answer_holds_up_one_step_and_no_other(recorded, monkeypatch):
+    """The X server accepts the connection and then says nothing, as one does that a program has grabbed."""
+    monkeypatch.setattr("qtdriver.desktop.screen_process.Pending.wait.__defaults__", (0.5,))
+    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as silent:
+        silent.bind("\0/tmp/.X11-unix/X7777")
+        silent.listen()
+        trace = recorded(order, prepare=lambda app: setattr(app, "display", ":7777"))
+    (note,) = trace["notes"]
+    assert note == "no picture before a step: the display :7777 has not answered within 0.5 seconds"
+    assert len(trace["steps"]) == 3 and trace["steps"][0]["widgets"]
+
+
+def test_a_picture_is_taken_by_another_process_while_the_test_goes_on(recorded):
+    """The process does not take pictures before it goes on; a step whose picture has not come ends all the same."""
+    stopped = []
+
+    def stop_taking_pictures(app):
+        label = app.window(name="showcase").widget("clickCount")
+        label.text()
+        process = module.SCREENS._process
+        os.kill(process.pid, signal.SIGSTOP)
+        stopped.append(process)
+        try:
+            label.text()
+        finally:
+            os.kill(process.pid, signal.SIGCONT)
+
+    trace = recorded(stop_taking_pictures)
+    assert stopped and len(trace["steps"]) == 2 and trace["steps"][1]["after"]
 
 
 def test_a_display_that_is_not_there_is_noted_once(recorded):

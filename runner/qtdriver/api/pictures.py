@@ -2,12 +2,11 @@
 
 from __future__ import annotations
 
-import os
 import re
-import sys
 from pathlib import Path
 from typing import TYPE_CHECKING, Dict, Optional, Tuple
 
+from ..desktop.screen_process import SCREENS, display_name
 from ..errors import PictureError, ProtocolError
 
 if TYPE_CHECKING:
@@ -20,39 +19,24 @@ _COLOUR = re.compile(r"\bc\s+(\S+)")
 _CLEAR = (0, 0, 0, 0)
 
 
-def grab_screen(display: Optional[str] = None) -> "Image":
-    """Takes a picture of a whole screen.
+def save_screenshot(path: Path, display: Optional[str] = None) -> Path:
+    """Saves a picture of a whole screen in the format of the ending of `path`.
 
     Args:
+        path: the file.
         display: the X display, by default that of this process.
 
-    Raises PictureError when there is no display, or no Pillow (Debian: python3-pil).
+    Returns `path`. Raises PictureError when there is no display, it does not answer, or there is no Pillow (Debian:
+    python3-pil).
     """
-    try:
-        from PIL import ImageGrab  # type: ignore[import]
-    except ImportError as error:
-        raise PictureError("pictures need Pillow (Debian: python3-pil)") from error
-    if sys.platform == "win32":
-        return ImageGrab.grab(all_screens=True)
-    name = os.environ.get("DISPLAY", "") if display is None else display
-    if not name:
-        raise PictureError("there is no X display to take a picture of (DISPLAY is not set)")
-    try:
-        return ImageGrab.grab(xdisplay=name)
-    except OSError as error:
-        raise PictureError(f"no picture of the display {name}: {error}") from error
-
-
-def save_screenshot(path: Path, display: Optional[str] = None) -> Path:
-    """Saves the picture of grab_screen() in the format of the ending of `path`. Returns `path`."""
-    grab_screen(display).save(path)
+    SCREENS.save_picture(display_name(display), path).wait()
     return path
 
 
 def read_xpm(data: bytes) -> "Image":
     """The picture in an XPM file as Qt writes it. Raises PictureError without Pillow, ProtocolError for other data."""
     try:
-        from PIL import Image
+        from PIL import Image  # type: ignore[import]
     except ImportError as error:
         raise PictureError("pictures need Pillow (Debian: python3-pil)") from error
     strings = _XPM_STRING.findall(data.decode("latin-1"))

@@ -9,15 +9,15 @@ from collections import deque
 from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
-from typing import Deque, Dict, Iterator, List, Optional, Tuple
+from typing import Deque, Dict, Iterator, List, Optional
 
 from ..api.app import App
-from ..api.pictures import grab_screen
 from ..api.steps import StepListener
+from ..desktop.screen_process import SCREENS, Pending, display_name
+from ..desktop.screenshots import KEPT_BYTES
 from ..errors import PictureError
 from ..errors.internal import TooSlow
 from ..protocol.transcript import Exchange, Step
-from .screenshots import KEPT_BYTES, Picture, ScreenshotStore
 from .trace import RecordedStep, Trace
 from .widgets import WidgetLister
 
@@ -26,6 +26,9 @@ KEPT_STEPS = 2000
 
 MAX_PICTURE_AGE = 0.05
 """Seconds. A picture that is not older serves as the picture before the next step."""
+
+PAINT_SECONDS = 0.01
+"""Qt paints a change 5 ms later, with all that changes meanwhile; the picture after a step waits for as much again."""
 
 _KEPT_NOTES = 20
 
@@ -36,8 +39,8 @@ class _Entry:
 
     app: App
     step: Step
-    before: Optional[Picture]
-    after: Optional[Picture]
+    before: Optional[Pending]
+    after: Optional[Pending]
     widgets: str
 
 
@@ -63,10 +66,13 @@ class Recorder(StepListener):
         self._entries: Deque[_Entry] = deque(maxlen=KEPT_STEPS)
         self._forgotten = 0
         self._notes: List[str] = []
-        self._store: Optional[ScreenshotStore] = ScreenshotStore(kept_bytes) if screenshots else None
+        self._kept_bytes = kept_bytes
+        self._store = SCREENS.new_store()
         self._screenshots = screenshots
-        self._latest: Dict[str, Tuple[Picture, float]] = {}
-        self._before: Optional[Picture] = None
+        if screenshots:
+            SCREENS.start()
+        self._latest: Dict[str, Pending] = {}
+        self._before: Optional[Pending] = None
         self._listers: Dict[int, WidgetLister] = {}
         self._trees: Dict[str, bytes] = {}
         self._closed = False
@@ -76,7 +82,7 @@ class Recorder(StepListener):
         self._before = None
         if not step.reads and not self._closed:
             with self._noting("no picture before a step"):
-                self._before = self._picture(app, MAX_PICTURE_AGE)
+                self._before = self._picture_before(app)
 
     def step_ended(self, app: App, step: Step) -> None:
         """Adds the step, with the widgets and the picture after it."""
@@ -87,12 +93,12 @@ class Recorder(StepListener):
         if len(self._entries) == KEPT_STEPS:
             self._forgotten += 1
         self._entries.append(entry)
-        # The widgets come first: once they are listed, the application has painted itself.
+        # The widgets come first: listing them gives the application time to paint itself.
         if step.error or not step.reads:
             with self._noting("the widgets could not be listed"):
                 entry.widgets = self._widgets(app, step.exchanges)
         with self._noting("no picture after a step"):
-            entry.after = self._picture(app)
+            entry.after = self._picture_after(app)
 
     def close(self, keep: bool) -> None:
         """Ends the recording. With `keep`, writes the trace and its pictures into the folder.
@@ -108,7 +114,7 @@ class Recorder(StepListener):
             self._folder.mkdir(parents=True, exist_ok=True)
             self._trace().write(self._folder)
         self._entries.clear()
-        self._store = None
+        SCREENS.forget(self._store)
         self._trees.clear()
 
     def _attach_final_widgets(self) -> None:
@@ -136,22 +142,43 @@ class Recorder(StepListener):
         if note not in self._notes and len(self._notes) < _KEPT_NOTES:
             self._notes.append(note)
 
-    def _picture(self, app: App, fresh: float = 0.0) -> Optional[Picture]:
-        """The screen as it is now, or as it was not longer than `fresh` seconds ago."""
-        if self._store is None or not self._screenshots:
-            return None
-        display = app.display or ""
-        latest = self._latest.get(display)
-        if latest is not None and time.monotonic() - latest[1] < fresh:
-            return latest[0]
+    def _picture_before(self, app: App) -> Optional[Pending]:
+        """The screen as it is now, or was a moment ago. Waits until the picture is taken."""
+        latest = self._latest.get(display_name(app.display))
+        if (
+            latest is not None
+            and latest.is_done()
+            and time.monotonic() - latest.answered_at > MAX_PICTURE_AGE
+        ):
+            latest = None
+        picture = latest or self._order(app, 0.0)
+        if picture is not None:
+            self._wait_for(picture)
+        return picture
+
+    def _wait_for(self, picture: Pending) -> None:
+        """Waits until the picture is taken. Raises PictureError, once."""
+        if not self._screenshots:
+            return
         try:
-            image = grab_screen(app.display)
+            picture.wait()
         except PictureError:
-            # There is no screen: it will not appear during the test, and looking for it costs time.
+            # There is no screen, or it does not answer: asking again would cost time.
             self._screenshots = False
             raise
-        picture = self._store.add(image, display)
-        self._latest[display] = (picture, time.monotonic())
+
+    def _picture_after(self, app: App) -> Optional[Pending]:
+        """The screen as it will be when the application has painted itself. Does not wait."""
+        latest = self._latest.get(display_name(app.display))
+        if self._screenshots and latest is not None and not latest.is_done():
+            return latest
+        return self._order(app, PAINT_SECONDS)
+
+    def _order(self, app: App, delay: float) -> Optional[Pending]:
+        if not self._screenshots:
+            return None
+        picture = SCREENS.grab(display_name(app.display), self._store, self._kept_bytes, delay)
+        self._latest[picture.display] = picture
         return picture
 
     def _widgets(self, app: App, exchanges: List[Exchange]) -> str:
@@ -173,16 +200,23 @@ class Recorder(StepListener):
             self._trees[key] = zlib.compress(data, 1)
         return key
 
+    def _save_pictures(self) -> Dict[int, str]:
+        """The file names of the pictures by their numbers. Notes what is missing."""
+        pictures = [picture for entry in self._entries for picture in (entry.before, entry.after) if picture]
+        if not pictures:
+            return {}
+        for picture in dict.fromkeys(pictures):
+            with self._noting("no picture after a step"):
+                self._wait_for(picture)
+        with self._noting("the pictures could not be saved"):
+            names, dropped = SCREENS.save(self._store, self._folder, pictures)
+            if dropped:
+                self._note(f"the {dropped} oldest pictures were dropped to save memory")
+            return names
+        return {}
+
     def _trace(self) -> Trace:
-        names: Dict[Picture, str] = {}
-        if self._store is not None:
-            pictures = [picture for entry in self._entries for picture in (entry.before, entry.after)]
-            with self._noting("the pictures could not be saved"):
-                names = self._store.save(
-                    self._folder, [picture for picture in pictures if picture is not None]
-                )
-            if self._store.dropped:
-                self._note(f"the {self._store.dropped} oldest pictures were dropped to save memory")
+        names = self._save_pictures()
         if self._forgotten:
             self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
 
@@ -190,8 +224,8 @@ class Recorder(StepListener):
             for refusal in entry.app.connection.transcript.refusals:
                 self._note(f"refused before process {entry.app.pid} came: {refusal}")
 
-        def name(picture: Optional[Picture]) -> str:
-            return "" if picture is None else names.get(picture, "")
+        def name(picture: Optional[Pending]) -> str:
+            return "" if picture is None else names.get(picture.number, "")
 
         steps = [
             RecordedStep(entry.step, entry.app.pid, name(entry.before), name(entry.after), entry.widgets)

@@ -22,9 +22,6 @@ SECONDS = 0.5
 SLOW_SECONDS = 0.25
 """An application whose widgets take longer than this to list is too slow to be asked after each step."""
 
-PAINT_SECONDS = 0.01
-"""Qt paints a change 5 ms later, with all that changes meanwhile; this leaves its timer as much again."""
-
 _MOST_SLOW_LISTINGS = 2
 
 
@@ -38,9 +35,7 @@ class WidgetLister:
     def list(self) -> str:
         """A line for each window and each of its widgets, indented by two blanks for each level.
 
-        When it returns, the application has painted the widgets as they are listed. The requests are not in the transcript.
-
-        Returns an empty text when the application has ended, and after TooSlow. Raises TooSlow, once, when the application
+        The requests are not in the transcript. Returns an empty text when the application has ended, and after TooSlow. Raises TooSlow, once, when the application
         takes too long.
         """
         if self._slow_listings >= _MOST_SLOW_LISTINGS:
@@ -49,7 +44,6 @@ class WidgetLister:
         try:
             with _unnoticed(self._connection):
                 text = "\n".join(_list_windows(self._connection))
-                _let_paint(self._connection)
         except ConnectionClosed:
             return ""
         except RequestTimeout:
@@ -73,14 +67,6 @@ def _unnoticed(connection: Connection) -> Iterator[None]:
             yield
     finally:
         connection.timeout = usual
-
-
-def _let_paint(connection: Connection) -> None:
-    """Waits until the application has painted what it did before its latest reply."""
-    time.sleep(PAINT_SECONDS)
-    # The first of these may be answered in the same round of the event loop in which the painting is due, and before it.
-    connection.list_windows()
-    connection.list_windows()
 
 
 def _list_windows(connection: Connection) -> List[str]:

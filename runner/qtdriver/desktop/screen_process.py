@@ -1,0 +1,178 @@
+"""Pictures of screens, taken by a process of its own: an X server that does not answer holds up no test."""
+
+from __future__ import annotations
+
+import atexit
+import json
+import os
+import subprocess
+import sys
+import threading
+import time
+from pathlib import Path
+from typing import Any, Dict, Iterable, List, Optional, Tuple
+
+from ..errors import PictureError
+
+_PACKAGES = Path(__file__).resolve().parents[2]
+_START = "from qtdriver.desktop.screen_worker import main; main()"
+
+ANSWER_SECONDS = 5.0
+"""How long a display may take to answer; after that it is not asked again."""
+
+_SAVE_SECONDS = 60.0
+
+
+def display_name(display: Optional[str]) -> str:
+    """The X display; None stands for that of this process. Empty where there is none."""
+    return os.environ.get("DISPLAY", "") if display is None else display
+
+
+class Pending:
+    """An order that was given: its answer, when it is there."""
+
+    def __init__(self, number: int, display: str) -> None:
+        self.number = number
+        self.display = display
+        self.answered_at = 0.0
+        self.result: Any = None
+        self.error = ""
+        self._done = threading.Event()
+
+    def __repr__(self) -> str:
+        return f"<order {self.number}, {'done' if self.is_done() else 'under way'}>"
+
+    def answer(self, result: object, error: str) -> None:
+        """Sets the answer."""
+        self.result, self.error = result, error
+        self.answered_at = time.monotonic()
+        self._done.set()
+
+    def is_done(self) -> bool:
+        """Whether the answer is there."""
+        return self._done.is_set()
+
+    def wait(self, seconds: float = ANSWER_SECONDS) -> Any:
+        """The result. Raises PictureError for an error, and when there is no answer in time."""
+        if not self._done.wait(seconds):
+            raise PictureError(f"the display {self.display} has not answered within {seconds:g} seconds")
+        if self.error:
+            raise PictureError(self.error)
+        return self.result
+
+
+class ScreenProcess:
+    """The process that takes the pictures. It starts with the first order, and ends with close() or with this process."""
+
+    def __init__(self) -> None:
+        self._process: "Optional[subprocess.Popen[str]]" = None
+        self._pending: Dict[int, Pending] = {}
+        self._number = 0
+        self._lock = threading.Lock()
+
+    def __repr__(self) -> str:
+        return f"<pictures of screens, {'not started' if self._process is None else 'running'}>"
+
+    def grab(self, display: str, store: int, kept_bytes: int, delay: float = 0.0) -> Pending:
+        """Orders a picture into a store; it is done when it is taken. `delay` is how many seconds it may wait."""
+        return self._order(do="grab", display=display, store=store, kept_bytes=kept_bytes, delay=delay)
+
+    def save_picture(self, display: str, path: Path, kind: str = "") -> Pending:
+        """Orders a picture as a file; `kind` is its format where the path does not tell it."""
+        return self._order(do="picture", display=display, path=str(path.absolute()), format=kind)
+
+    def windows(self, display: str) -> List[Tuple[int, str]]:
+        """The windows on a display as list_screen_windows() has them. Raises PictureError."""
+        return [(pid, text) for pid, text in self._order(do="windows", display=display).wait()]
+
+    def new_store(self) -> int:
+        """The number of a new store."""
+        with self._lock:
+            self._number += 1
+            return self._number
+
+    def save(self, store: int, folder: Path, pictures: Iterable[Pending]) -> Tuple[Dict[int, str], int]:
+        """Writes pictures of a store. Returns the names of the files by the numbers of the orders, without those that have
+        been dropped to save memory, and how many these are. Raises PictureError."""
+        wanted = sorted({picture.number for picture in pictures})
+        order = self._order(do="save", store=store, folder=str(folder.absolute()), pictures=wanted)
+        told = order.wait(_SAVE_SECONDS)
+        return {int(number): name for number, name in told["names"].items()}, told["dropped"]
+
+    def forget(self, store: int) -> None:
+        """Drops a store."""
+        if self._process is not None:
+            self._order(do="forget", store=store)
+
+    def start(self) -> None:
+        """Starts the process, which takes a moment in which the caller can do other things."""
+        with self._lock:
+            self._running()
+
+    def _order(self, **order: object) -> Pending:
+        with self._lock:
+            self._number += 1
+            pending = Pending(self._number, str(order.get("display", "")))
+            self._pending[pending.number] = pending
+            try:
+                process = self._running()
+                assert process.stdin is not None
+                process.stdin.write(f"{json.dumps({'id': pending.number, **order})}\n")
+                process.stdin.flush()
+            except OSError as error:
+                self._end()
+                pending.answer(None, f"the process that takes pictures has ended: {error}")
+        return pending
+
+    def _running(self) -> "subprocess.Popen[str]":
+        if self._process is None:
+            self._process = subprocess.Popen(
+                [sys.executable, "-c", _START],
+                stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE,
+                stderr=subprocess.DEVNULL,
+                text=True,
+                encoding="utf-8",
+                start_new_session=True,  # Ctrl-C in the terminal is for the test, which then ends this
+                env={**os.environ, "PYTHONPATH": os.pathsep.join([str(_PACKAGES), *filter(None, sys.path)])},
+            )
+            reader = threading.Thread(
+                target=self._read, args=(self._process,), daemon=True, name="qtdriver-pictures"
+            )
+            reader.start()
+        return self._process
+
+    def _read(self, process: "subprocess.Popen[str]") -> None:
+        assert process.stdout is not None
+        with process.stdout:
+            for line in process.stdout:
+                answer = json.loads(line)
+                pending = self._pending.pop(answer["id"], None)
+                if pending is not None:
+                    pending.answer(answer.get("result"), answer.get("error", ""))
+        for number in list(self._pending):
+            pending = self._pending.pop(number, None)
+            if pending is not None:
+                pending.answer(None, "the process that takes pictures has ended")
+
+    def _end(self) -> None:
+        process, self._process = self._process, None
+        if process is None or process.stdin is None:
+            return
+        try:
+            process.stdin.close()
+            process.wait(ANSWER_SECONDS)
+        except (OSError, subprocess.TimeoutExpired):
+            process.kill()
+            process.wait()
+
+    def close(self) -> None:
+        """Ends the process. The next order starts another one, without the pictures of this one."""
+        with self._lock:
+            self._end()
+
+
+SCREENS = ScreenProcess()
+"""The one that all drivers and recorders of this process share."""
+
+atexit.register(SCREENS.close)
