@@ -51,6 +51,13 @@ class Finished:
                 return {entry.get("name"): entry.get("value") for entry in case.iter("property")}
         raise AssertionError(f"{test} is not in {self._junit}")
 
+    def paths(self, test, name):
+        """The values of one of its properties, which may have several."""
+        for case in ElementTree.parse(self._junit).iter("testcase"):
+            if case.get("name") == test:
+                return [entry.get("value") for entry in case.iter("property") if entry.get("name") == name]
+        raise AssertionError(f"{test} is not in {self._junit}")
+
 
 class Project:
     """A folder with tests, and the runs of pytest in it."""

@@ -1,6 +1,7 @@
 """The page for all kinds of results and traces: hostile texts, much of everything, nothing at all."""
 
 import json
+from dataclasses import replace
 
 import pytest
 from PIL import Image
@@ -117,6 +118,59 @@ def test_pictures_beyond_the_room_of_a_page_are_named_instead(browser, made, tmp
     assert len(browser.shown_pictures()) == 1
     browser.click("#tests li", "two")
     assert browser.text(".nothing") == "This screenshot had no room in the page. It is two/blue.png."
+
+
+@pytest.fixture
+def flaky_page(made, tmp_path):
+    """A page with a test that passed at its third attempt, and one that failed twice."""
+    attempts = []
+    for number, colour in enumerate(("red", "blue", "green"), 1):
+        trace = made([dict(title=f"act {number}", after=f"{colour}.png"), dict(title="wait")], colour)
+        Image.new("RGB", (60, 40), colour).save(trace / f"{colour}.png")
+        outcome, message = ("passed", "") if number == 3 else ("failed", f"line\nE   Error: number {number}")
+        bundle = None if number == 3 else tmp_path / f"bundle-{number}"
+        attempts.append(TestResult("a.py::flaky", outcome, number / 4, message, trace, bundle))
+    flaky = replace(attempts[2], outcome="flaky", earlier=tuple(attempts[:2]))
+    failed = replace(attempts[1], node_id="a.py::failed", earlier=(attempts[0],))
+    write_page([TestResult("a.py::good", "passed", 1, "", None, None), flaky, failed], tmp_path / "page.html")
+    return tmp_path / "page.html"
+
+
+def test_the_attempts_at_a_test_are_shown_side_by_side(browser, flaky_page):
+    browser.open(flaky_page)
+    assert browser.texts("#tests .name") == ["failed", "flaky", "good"]
+    assert browser.texts(".summary .count") == ["1 failed", "1 flaky", "1 passed"]
+    assert browser.texts(".filter button") == ["All 3", "Failed 1", "Flaky 1", "Passed 1", "Skipped 0"]
+    browser.click("#tests li", "flaky")
+    assert browser.text(".facts .outcome") == "flaky"
+    assert browser.texts(".attempt-title") == ["Attempt 1", "Attempt 2", "Attempt 3"]
+    assert browser.texts(".attempt .outcome") == ["failed", "failed", "passed"]
+    assert browser.texts(".attempt .complaint") == ["Error: number 1", "Error: number 2"]
+    tops = browser.run("return [...document.querySelectorAll('.attempt')].map((one) => one.offsetTop)")
+    assert len(set(tops)) == 1, "they are in one row"
+    pictures = browser.run("return [...document.querySelectorAll('.attempt img')].map((one) => one.src)")
+    assert len(set(pictures)) == 3
+
+
+def test_choosing_an_attempt_shows_its_steps_its_message_and_its_bundle(browser, flaky_page):
+    browser.open(flaky_page)
+    browser.click("#tests li", "flaky")
+    assert "number 2" in browser.text(".message") and browser.text(".facts a") == "bundle-2"
+    browser.click(".attempt", "Attempt 1")
+    assert "number 1" in browser.text(".message") and browser.text(".facts a") == "bundle-1"
+    assert browser.texts(".steps .title") == ["act 1", "wait"]
+    browser.click(".attempt", "Attempt 3")
+    assert browser.texts(".message") == browser.texts(".facts a") == []
+    assert browser.texts(".steps .title") == ["act 3", "wait"]
+    address = browser.run("return location.hash")
+    browser.open(flaky_page, address)
+    pressed = browser.texts(".attempt[aria-pressed=true] .attempt-title")
+    assert (browser.text("h2"), pressed) == ("flaky", ["Attempt 3"])
+
+
+def test_a_test_without_another_attempt_shows_none(browser, flaky_page):
+    browser.open(flaky_page, "#test=3")
+    assert browser.text("h2") == "good" and browser.texts(".attempt") == []
 
 
 def test_a_large_picture_is_embedded_smaller(made, tmp_path):

@@ -10,6 +10,7 @@ from typing import Dict, List, Mapping, Optional, Tuple
 from ..desktop.desktop import Desktop
 from ..desktop.session import session_settings
 from ..errors import NoClientError
+from ..launch.process import FailedStart, Process
 from ..launch.starting import start
 from ..launch.supervision import is_within
 from ..launch.wine import WineDesktops
@@ -127,6 +128,11 @@ class Driver(ClosedOnLeaving):
         Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
         surroundings = self._environment(environment, self._headless if headless is None else headless)
+
+        def tell(process: Process) -> None:
+            for listener in self.listeners:
+                listener.start_failed(FailedStart(str(program), process, surroundings.get("DISPLAY")))
+
         connection, process = start(
             [str(program), *arguments],
             pending_agents=self._pending_agents,
@@ -138,6 +144,7 @@ class Driver(ClosedOnLeaving):
             working_directory=working_directory,
             load_by=self._load_by if load_by is None else load_by,
             wine=self._wine,
+            failed=tell,
         )
         seconds = self.timeout if timeout is None else timeout
         return self._register(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))

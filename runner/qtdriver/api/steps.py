@@ -6,6 +6,7 @@ import time
 from contextlib import contextmanager
 from typing import TYPE_CHECKING, Iterator, Optional
 
+from ..launch.process import FailedStart
 from ..protocol.transcript import Step
 
 if TYPE_CHECKING:
@@ -25,6 +26,9 @@ class StepListener:
 
     def step_started(self, app: "App", step: Step) -> None:
         """Called when a step begins, before its first request."""
+
+    def start_failed(self, start: FailedStart) -> None:
+        """Called when an application was started and its agent has not come, before the application is ended."""
 
     def step_ended(self, app: "App", step: Step) -> None:
         """Called when a step is complete, also when it failed."""

@@ -6,6 +6,7 @@ import os
 import subprocess
 import sys
 import warnings
+from dataclasses import dataclass
 from typing import Optional
 
 from ..errors.endings import describe_exit
@@ -21,6 +22,21 @@ _QUOTED_LINES = 20
 GRACE_SECONDS = 5.0
 _OUTPUT_SECONDS = 1.0
 _EXIT_SECONDS = 1.0
+
+
+@dataclass(frozen=True)
+class FailedStart:
+    """An application that was started, and whose agent has not come.
+
+    Attributes:
+        program: the program as the test named it.
+        process: its process, with the end of its output; it has been ended since.
+        display: its X display, None for that of this process.
+    """
+
+    program: str
+    process: "Process"
+    display: Optional[str]
 
 
 class Process:

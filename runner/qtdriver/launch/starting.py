@@ -5,7 +5,7 @@ from __future__ import annotations
 import os
 import subprocess
 from pathlib import Path
-from typing import Mapping, Optional, Sequence, Tuple
+from typing import Callable, Mapping, Optional, Sequence, Tuple
 
 from ..errors import EarlyExitError, NoGreetingError, ProgramNotExecutableError
 from ..protocol.channel import DEFAULT_TIMEOUT
@@ -33,6 +33,7 @@ def start(
     environment: Optional[Mapping[str, str]] = None,
     working_directory: "Optional[Path | str]" = None,
     load_by: Optional[str] = None,
+    failed: Callable[[Process], None] = lambda process: None,
 ) -> Tuple[Connection, Process]:
     """Starts a program with the agent inside, and waits until the agent has greeted.
 
@@ -47,6 +48,7 @@ def start(
         environment: the environment of the application; by default that of this process.
         working_directory: the current folder of the application; by default that of this process.
         load_by: one of LOAD_WAYS; by default the one for programs of this kind.
+        failed: is told the process when no agent has greeted, before the process is ended.
 
     Returns the connection and the process.
 
@@ -65,7 +67,9 @@ def start(
     )
     process = _start(program, how, working_directory)
     try:
-        connection = _wait_for_greeting(command[0], process, pending_agents, start_timeout, request_timeout)
+        connection = _wait_for_greeting(
+            command[0], process, pending_agents, start_timeout, request_timeout, failed
+        )
     except BaseException:
         process.terminate()
         raise
@@ -97,7 +101,12 @@ def _start(
 
 
 def _wait_for_greeting(
-    program: str, process: Process, pending_agents: PendingAgents, timeout: float, request_timeout: float
+    program: str,
+    process: Process,
+    pending_agents: PendingAgents,
+    timeout: float,
+    request_timeout: float,
+    failed: Callable[[Process], None],
 ) -> Connection:
     """The connection of the first agent in the process that was started, or in one that it has started in turn."""
     connection = pending_agents.wait_for(
@@ -108,6 +117,7 @@ def _wait_for_greeting(
     )
     if connection is not None:
         return connection
+    failed(process)
     status = process.status()
     if status is not None:
         raise EarlyExitError(program, status, process.last_output(), pending_agents.others())

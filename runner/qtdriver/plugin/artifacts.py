@@ -14,6 +14,7 @@ from ..errors.endings import describe_exit
 from ..trace.recorder import Recorder
 from . import folders
 from .bundle import write_bundle
+from .failed_starts import FailedStarts
 from .settings import TRACE_OFF, TRACE_ON, Settings
 
 _TRACE = "trace"
@@ -34,9 +35,16 @@ class TestArtifacts:
 
     __test__ = False  # pytest takes classes with such names for tests
 
-    def __init__(self, driver: Driver, settings: Settings, node_id: str) -> None:
-        """Begins to record the steps of the driver, if the settings say so, and removes an earlier run's folder."""
-        self.folder = folders.folder_of(settings.output, node_id)
+    def __init__(self, driver: Driver, settings: Settings, node_id: str, attempt: int = 1) -> None:
+        """Begins to record the steps of the driver, if the settings say so.
+
+        Args:
+            driver: the driver of the test.
+            settings: those of the run; its output folder has been cleared when it began.
+            node_id: the name of the test.
+            attempt: its number, from 1; tests that are run again keep what each attempt has left.
+        """
+        self.folder = folders.next_folder_of(settings.output, node_id, attempt)
         self.bundle: Optional[Path] = None
         self.trace: Optional[Path] = None
         self.passed = False
@@ -46,7 +54,8 @@ class TestArtifacts:
         self._keeps_trace = settings.trace == TRACE_ON
         self._recorder: Optional[Recorder] = None
         self.is_open = True
-        folders.remove(self.folder)
+        self._failed_starts = FailedStarts()
+        driver.listeners.append(self._failed_starts)
         if settings.trace != TRACE_OFF:
             self._recorder = Recorder(self.folder / _TRACE)
             driver.listeners.append(self._recorder)
@@ -61,7 +70,7 @@ class TestArtifacts:
             self._notes.append(
                 "the applications had been ended before this failure: it came after the driver's end"
             )
-        self._notes += write_bundle(self._driver.apps, self.folder, self._began)
+        self._notes += write_bundle(self._driver.apps, self._failed_starts.starts, self.folder, self._began)
         self._keeps_trace = True
         self._end_recording()
 

@@ -5,13 +5,11 @@ Everything here has a short time limit: applications may hang, and so may the X 
 
 from __future__ import annotations
 
-import os
-import subprocess
-import sys
 from pathlib import Path
-from typing import Callable, Dict, Iterable, List, Optional, Sequence
+from typing import Callable, Dict, Iterable, List, Optional, Sequence, Tuple
 
 from ..api.app import App
+from ..desktop.screen_process import SCREENS, display_name
 from ..errors import QtDriverError
 from ..errors.endings import describe_exit
 from ..lookup.windows import describe_windows, last_windows, walk_windows
@@ -19,47 +17,70 @@ from ..protocol.extensions import readable_request
 from ..protocol.records import WidgetRecord
 from ..protocol.waiting import Deadline
 from ..protocol.wire import LIST_MARK
+from .failed_starts import SeenStart
 
 _SCREENSHOT_SECONDS = 15.0
 _WINDOWS_SECONDS = 5.0
-_SAVE = "import sys; from qtdriver.api.pictures import save_screenshot; save_screenshot(sys.argv[1], sys.argv[2] or None)"
+_Writers = Dict[str, Callable[[], Iterable[str]]]
 
 
-def write_bundle(apps: Sequence[App], folder: Path, began: float) -> List[str]:
+def write_bundle(
+    apps: Sequence[App], failed_starts: Sequence[SeenStart], folder: Path, began: float
+) -> List[str]:
     """Writes the files; those of a second application have names that end in "-2".
 
     Args:
         apps: the applications of the test.
+        failed_starts: those that did not start, which are numbered after the others.
         folder: where to write.
         began: when the test began, a time of time.monotonic(); times in the files count from it.
 
     Returns notes for a person, such as which file could not be written.
     """
     notes: List[str] = []
-    if not apps:
+    if not apps and not failed_starts:
         return ["no application was started"]
     displays = dict.fromkeys(app.display for app in apps)
     for number, display in enumerate(displays, 1):
         path = folder / _numbered("screenshot", number, "png")
         _attempt(notes, f"no {path.name}", lambda: _save_screenshot(path, display))
     for number, app in enumerate(apps, 1):
-        writers: Dict[str, Callable[[], Iterable[str]]] = {
+        writers: _Writers = {
             "transcript": lambda: _describe_transcript(app, began),
             "windows": lambda: _describe_windows(app, notes),
             "stdout": lambda: () if app.process is None else app.process.output.lines(),
             "stderr": lambda: () if app.process is None else app.process.errors.lines(),
         }
-        for name, write in writers.items():
-            path = folder / _numbered(name, number, "txt")
-            _attempt(notes, f"no {path.name}", lambda: _write(path, write()))
+        _write_all(writers, folder, number, notes)
+    for number, seen in enumerate(failed_starts, 1):
+        _write_failed_start(seen, folder, (len(displays) + number, len(apps) + number), notes)
     return notes
+
+
+def _write_failed_start(seen: SeenStart, folder: Path, numbers: Tuple[int, int], notes: List[str]) -> None:
+    notes += [f"{seen.start.program} was started, but its agent did not connect", *seen.notes]
+    if seen.screenshot:
+        path = folder / _numbered("screenshot", numbers[0], "png")
+        _attempt(notes, f"no {path.name}", lambda: path.write_bytes(seen.screenshot))
+    writers: _Writers = {
+        "windows": lambda: seen.windows,
+        "stdout": seen.start.process.output.lines,
+        "stderr": seen.start.process.errors.lines,
+    }
+    _write_all(writers, folder, numbers[1], notes)
+
+
+def _write_all(writers: "_Writers", folder: Path, number: int, notes: List[str]) -> None:
+    for name, write in writers.items():
+        path = folder / _numbered(name, number, "txt")
+        _attempt(notes, f"no {path.name}", lambda: _write(path, write()))
 
 
 def _numbered(name: str, number: int, ending: str) -> str:
     return f"{name}.{ending}" if number == 1 else f"{name}-{number}.{ending}"
 
 
-def _attempt(notes: List[str], failure: str, action: Callable[[], None]) -> None:
+def _attempt(notes: List[str], failure: str, action: Callable[[], object]) -> None:
     """Runs `action`; an error becomes a note, since a test must not fail because of its bundle."""
     try:
         action()
@@ -72,23 +93,7 @@ def _write(path: Path, lines: Iterable[str]) -> None:
 
 
 def _save_screenshot(path: Path, display: Optional[str]) -> None:
-    """Takes the picture in a process of its own, which can be killed when the X server does not answer."""
-    environment = {**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, sys.path))}
-    command = [sys.executable, "-c", _SAVE, str(path), display or ""]
-    try:
-        done = subprocess.run(
-            command,
-            env=environment,
-            stdin=subprocess.DEVNULL,
-            capture_output=True,
-            text=True,
-            timeout=_SCREENSHOT_SECONDS,
-            check=False,
-        )
-    except subprocess.TimeoutExpired:
-        raise QtDriverError(f"the display has not answered within {_SCREENSHOT_SECONDS:g} seconds") from None
-    if done.returncode != 0:
-        raise QtDriverError((done.stderr.strip().splitlines() or ["it could not be taken"])[-1])
+    SCREENS.save_picture(display_name(display), path).wait(_SCREENSHOT_SECONDS)
 
 
 def _describe_windows(app: App, notes: List[str]) -> List[str]:

@@ -13,7 +13,7 @@ from ..errors import PortInUseError
 from ..launch.wine import WineDesktops
 from ..protocol.server import HOST, PORT, Server
 from .artifacts import TestArtifacts
-from .hooks import ARTIFACTS
+from .hooks import ARTIFACTS, ATTEMPT
 from .parallel import has_own_desktop
 from .settings import Settings, read_settings
 
@@ -80,7 +80,8 @@ def qtdriver(
         load_by=settings.load_by,
     )
     with driver:
-        artifacts = TestArtifacts(driver, settings, request.node.nodeid)
+        attempt = request.node.stash.get(ATTEMPT, 1)
+        artifacts = TestArtifacts(driver, settings, request.node.nodeid, attempt)
         request.node.stash[ARTIFACTS] = artifacts
         yield driver
         unexpected = artifacts.close_driver()

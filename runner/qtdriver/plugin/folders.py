@@ -13,11 +13,26 @@ _MARK = ".qtdriver"
 _LONGEST_NAME = 80
 
 
-def folder_of(output: Path, node_id: str) -> Path:
-    """The folder of a test below the folder `output`, named after the test and a digest of its whole node id."""
+def folder_of(output: Path, node_id: str, attempt: int = 1) -> Path:
+    """The folder of an attempt at a test below the folder `output`.
+
+    It is named after the test and a digest of its whole node id, and from the second attempt on after the attempt.
+    """
     readable = re.sub(r"[^A-Za-z0-9_]+", "-", node_id.replace(".py::", "-")).strip("-")[:_LONGEST_NAME]
     digest = hashlib.sha1(node_id.encode("utf-8", "replace")).hexdigest()[:6]
-    return output / f"{readable}-{digest}"
+    return output / f"{readable}-{digest}{'' if attempt == 1 else f'-attempt-{attempt}'}"
+
+
+def next_folder_of(output: Path, node_id: str, attempt: int) -> Path:
+    """The folder of an attempt; that of a later one where an earlier attempt, perhaps in another worker, has this one."""
+    while is_taken(folder_of(output, node_id, attempt)):
+        attempt += 1
+    return folder_of(output, node_id, attempt)
+
+
+def is_taken(folder: Path) -> bool:
+    """Whether the folder of a test was made here."""
+    return (folder / _MARK).is_file()
 
 
 def make(folder: Path) -> None:
@@ -28,7 +43,7 @@ def make(folder: Path) -> None:
 
 def remove(folder: Path) -> None:
     """Removes the folder of a test, if it was made here."""
-    if (folder / _MARK).is_file():
+    if is_taken(folder):
         shutil.rmtree(folder, ignore_errors=True)
 
 

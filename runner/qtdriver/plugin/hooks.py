@@ -2,9 +2,8 @@
 
 from __future__ import annotations
 
-import sys
 from pathlib import Path
-from typing import Any, Generator, Optional
+from typing import Any, Callable, Generator, Optional
 
 import pytest
 from _pytest._code.code import ExceptionRepr
@@ -15,21 +14,31 @@ from .hookimpl import hookimpl
 ARTIFACTS = pytest.StashKey[TestArtifacts]()
 """The key of the artifacts in the stash of a test that has a driver."""
 
+ATTEMPT = pytest.StashKey[int]()
+"""The key of the number of the attempt in the stash of a test; plugins that run tests again count from 1, too."""
+
 BUNDLE_PROPERTY, TRACE_PROPERTY = "qtdriver_bundle", "qtdriver_trace"
-"""Properties of a test in its reports, and so in a JUnit XML file: paths of folders."""
+"""Properties of a test in a JUnit XML file: paths of folders, of each attempt that has left one."""
 
 MARK = "qtdriver"
-"""Attribute of the reports of tests that use a driver; it travels from workers to the controller."""
+"""Attribute of the reports of tests that use a driver, a dictionary by the names of the properties: the paths of this
+attempt. It travels from workers to the controller."""
 
 RESULTS = "qtdriver-results"
 """The name under which Results is registered as a plugin; workers have no such plugin."""
 
 _FIXTURE = "qtdriver"
 _SECTION = "qtdriver"
+_ADD = "addfinalizer"
 
 
 class TestHooks:
     """The hooks around a single test, in the process that runs it."""
+
+    @hookimpl(tryfirst=True)
+    def pytest_runtest_setup(self, item: pytest.Item) -> None:
+        """Counts the attempts."""
+        item.stash[ATTEMPT] = item.stash.get(ATTEMPT, 0) + 1
 
     @hookimpl(hookwrapper=True, tryfirst=True)
     def pytest_runtest_makereport(self, item: pytest.Item) -> Generator[None, Any, None]:
@@ -38,9 +47,9 @@ class TestHooks:
         report: pytest.TestReport = outcome.get_result()
         if _FIXTURE not in getattr(item, "fixturenames", ()):
             return
-        setattr(report, MARK, True)
         artifacts = item.stash.get(ARTIFACTS, None)
         if artifacts is None:
+            setattr(report, MARK, {})
             return
         if report.failed:
             _add_failure(artifacts, report, item.config.invocation_params.dir)
@@ -49,18 +58,29 @@ class TestHooks:
         if report.when == "teardown":
             artifacts.finish()
             del item.stash[ARTIFACTS]
-        _set_property(item, report, BUNDLE_PROPERTY, artifacts.bundle)
-        _set_property(item, report, TRACE_PROPERTY, artifacts.trace)
+        _mark(report, artifacts, item)
 
-    def pytest_fixture_post_finalizer(self, request: pytest.FixtureRequest) -> None:
-        """Writes the bundle when a fixture that uses the driver fails in its teardown.
+    @hookimpl(hookwrapper=True)
+    def pytest_fixture_setup(
+        self, fixturedef: Any, request: pytest.FixtureRequest
+    ) -> Generator[None, None, None]:
+        """Has the bundle written when a fixture that uses the driver fails in its teardown.
 
-        The failure is reported only after the applications have been ended. Up to pytest 7 the error is the one that is
-        being handled here; later versions do not tell it, and the bundle then has only what ended applications leave.
+        The failure is reported only after the applications have been ended, and from pytest 8.1 on no hook tells of it
+        before that. So the finalizers of fixtures are watched.
         """
-        artifacts = request.node.stash.get(ARTIFACTS, None)
-        if artifacts is not None and artifacts.is_open and sys.exc_info()[1] is not None:
-            artifacts.collect()
+        item = request.node
+
+        def add_watched(finalizer: Callable[[], object]) -> None:
+            type(fixturedef).addfinalizer(fixturedef, lambda: _finalize(item, finalizer))
+
+        if isinstance(item, pytest.Item) and _FIXTURE in getattr(item, "fixturenames", ()):
+            setattr(fixturedef, _ADD, add_watched)
+        yield
+
+    def pytest_fixture_post_finalizer(self, fixturedef: Any) -> None:
+        """Ends the watch."""
+        vars(fixturedef).pop(_ADD, None)
 
     @hookimpl(trylast=True)
     def pytest_sessionfinish(self, session: pytest.Session) -> None:
@@ -72,6 +92,17 @@ class TestHooks:
                 artifacts.finish(keep_trace=True)
                 if results is not None:
                     results.pytest_runtest_logreport(_interrupted(item, artifacts))
+
+
+def _finalize(item: pytest.Item, finalizer: Callable[[], object]) -> None:
+    """Runs the finalizer of a fixture; when it fails, the bundle is written first, as long as applications may run."""
+    try:
+        finalizer()
+    except Exception:
+        artifacts = item.stash.get(ARTIFACTS, None)
+        if artifacts is not None and artifacts.is_open:
+            artifacts.collect()
+        raise
 
 
 def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, base: Path) -> None:
@@ -89,13 +120,19 @@ def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, base: Path
 
 def _interrupted(item: pytest.Item, artifacts: TestArtifacts) -> pytest.TestReport:
     report = pytest.TestReport(item.nodeid, item.location, {}, "failed", "interrupted", "call")
-    setattr(report, MARK, True)
-    _set_property(item, report, TRACE_PROPERTY, artifacts.trace)
+    _mark(report, artifacts, item)
     return report
 
 
-def _set_property(item: pytest.Item, report: pytest.TestReport, name: str, path: Optional[Path]) -> None:
-    """Adds a property to this report and to those of the later phases."""
-    if path is not None and name not in dict(item.user_properties):
-        item.user_properties.append((name, str(path)))
-        report.user_properties.append((name, str(path)))
+def _mark(report: pytest.TestReport, artifacts: TestArtifacts, item: pytest.Item) -> None:
+    """Tells the paths of this attempt with the report, and adds them as properties, once, to those of later phases."""
+    paths = {BUNDLE_PROPERTY: _text(artifacts.bundle), TRACE_PROPERTY: _text(artifacts.trace)}
+    setattr(report, MARK, paths)
+    for entry in paths.items():
+        if entry[1] and entry not in item.user_properties:
+            item.user_properties.append(entry)
+            report.user_properties.append(entry)
+
+
+def _text(path: Optional[Path]) -> str:
+    return "" if path is None else str(path)

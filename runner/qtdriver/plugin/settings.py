@@ -175,6 +175,12 @@ _OPTIONS = (
 )
 _HEADED = "qtdriver_headed"
 
+OUTPUT = pytest.StashKey[Path]()
+"""The key of the output folder that the run has taken, in the stash of its configuration."""
+
+OUTPUT_OF_WORKERS = "qtdriver_output"
+"""The key of the same in what a worker is told."""
+
 
 def add_options(parser: pytest.Parser) -> None:
     """Declares the options, each with the name qtdriver_... in the configuration file."""
@@ -215,6 +221,8 @@ def read_settings(config: pytest.Config) -> Settings:
     values["headless"] = sys.platform != "win32" and not (
         config.getini(_HEADED) if headed is None else headed
     )
+    told = getattr(config, "workerinput", {}).get(OUTPUT_OF_WORKERS)
+    values["output"] = config.stash.get(OUTPUT, Path(told) if told else values["output"])
     if values["report"] is None:
         values["report"] = values["output"] / REPORT_NAME
     return Settings(**values)

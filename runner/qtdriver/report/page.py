@@ -10,7 +10,7 @@ import time
 from collections import Counter
 from dataclasses import dataclass
 from pathlib import Path
-from typing import TYPE_CHECKING, Dict, Iterator, List, Optional, Sequence
+from typing import TYPE_CHECKING, Dict, Iterator, List, Optional, Sequence, Tuple
 from urllib.parse import quote
 
 from ..trace.trace import TRACE_FILE
@@ -19,7 +19,10 @@ from .embedding import Embedding
 if TYPE_CHECKING:
     from jinja2 import Environment
 
-OUTCOMES = ("failed", "error", "skipped", "passed")
+FLAKY = "flaky"
+"""The outcome of a test that passed at a later attempt."""
+
+OUTCOMES = ("failed", "error", FLAKY, "skipped", "passed")
 """In the order in which the page shows them: first those that need attention."""
 
 _TEMPLATES = Path(__file__).with_name("templates")
@@ -36,11 +39,12 @@ class TestResult:
 
     Attributes:
         node_id: its name, such as tests/test_order.py::test_milk.
-        outcome: "passed", "failed", "error" or "skipped".
+        outcome: "passed", "failed", "error", "skipped" or "flaky".
         seconds: how long it took.
         message: why it failed or was skipped, with the part of the traceback that pytest shows.
         trace: the folder that a Recorder has written, None for none.
         bundle: the folder with the other files of a failure, None for none.
+        earlier: the attempts before this one, oldest first.
     """
 
     __test__ = False  # pytest takes classes with such names for tests
@@ -51,6 +55,7 @@ class TestResult:
     message: str
     trace: Optional[Path]
     bundle: Optional[Path]
+    earlier: "Tuple[TestResult, ...]" = ()
 
 
 @dataclass(frozen=True)
@@ -86,6 +91,7 @@ def write_page(results: Sequence[TestResult], file: Path) -> None:
         .stream(
             rows=rows,
             counts=[(outcome, counts[outcome]) for outcome in OUTCOMES if counts[outcome]],
+            flaky=counts[FLAKY],
             total=len(rows),
             duration=readable_duration(sum(result.seconds for result in ordered)),
             written=time.strftime("%Y-%m-%d %H:%M"),
@@ -140,23 +146,34 @@ def _data_uris(embedding: Embedding) -> Iterator["tuple[str, str]"]:
 
 def _row(number: int, result: TestResult, folder: Path, embedding: Embedding) -> _Row:
     file, _, name = result.node_id.rpartition("::")
+    attempts = [_attempt(attempt, folder, embedding) for attempt in (*result.earlier, result)]
+    if result.outcome == FLAKY:
+        attempts[-1]["outcome"] = "passed"
     data: Dict[str, object] = {
         "file": file,
         "name": name,
         "outcome": result.outcome,
-        "seconds": result.seconds,
-        "message": _shortened(result.message),
-        "bundle": _link(result.bundle, folder),
-        "trace": _trace(result, folder, embedding),
+        "seconds": sum(attempt.seconds for attempt in (*result.earlier, result)),
+        "attempts": attempts,
     }
     return _Row(
         number,
         file.translate(_VISIBLE),
         name.translate(_VISIBLE),
         result.outcome,
-        readable_duration(result.seconds),
+        readable_duration(sum(attempt.seconds for attempt in (*result.earlier, result))),
         in_script(data),
     )
+
+
+def _attempt(result: TestResult, folder: Path, embedding: Embedding) -> Dict[str, object]:
+    return {
+        "outcome": result.outcome,
+        "seconds": result.seconds,
+        "message": _shortened(result.message),
+        "bundle": _link(result.bundle, folder),
+        "trace": _trace(result, folder, embedding),
+    }
 
 
 def in_script(data: object) -> str:

@@ -2,13 +2,14 @@
 
 let preferredTab = "requests";
 
-function makeHeading(test) {
+function makeHeading(test, attempt) {
   const facts = [
     element("span", {className: `outcome ${test.outcome}`}, test.outcome),
     element("span", {}, duration(test.seconds)),
     element("span", {}, test.file),
   ];
-  if (test.bundle) facts.push(element("span", {}, "bundle: ", element("a", {href: test.bundle.href}, test.bundle.path)));
+  const {bundle} = attempt;
+  if (bundle) facts.push(element("span", {}, "bundle: ", element("a", {href: bundle.href}, bundle.path)));
   return element("div", {className: "heading"},
     element("h2", {}, breakable(test.name)), element("div", {className: "facts"}, facts));
 }
@@ -106,13 +107,48 @@ function makeEvidence(trace, number) {
   ].filter(Boolean);
 }
 
-/** Puts the test into `place`. `chosen` is told the number of each step that is chosen. */
+/** The attempts at a test side by side: how each went, its complaint, its last picture. */
+function makeAttempts(test, chosen, choose) {
+  if (test.attempts.length < 2) return [];
+  const cards = test.attempts.map((attempt, number) => {
+    const steps = attempt.trace ? attempt.trace.steps : [];
+    const last = steps.findLast((step) => step.after);
+    const complaint = attempt.message.split("\n").find((line) => COMPLAINT.test(line)) || "";
+    return element("button", {type: "button", className: "attempt panel", "aria-pressed": String(number === chosen), onclick: () => choose(number)},
+      element("span", {className: "attempt-title"}, element("span", {className: `mark ${attempt.outcome}`}), `Attempt ${number + 1}`),
+      element("span", {className: `outcome ${attempt.outcome}`}, attempt.outcome),
+      element("span", {className: "quiet"}, duration(attempt.seconds)),
+      complaint ? element("span", {className: "complaint"}, complaint.replace(/^E +/, "")) : null,
+      last && last.after ? makePicture(last.after, `The screen at the end of attempt ${number + 1}`) : null);
+  });
+  return [element("div", {className: "attempts", role: "group", "aria-label": "Attempts"}, cards)];
+}
+
+/** The attempt that is shown first: the last one, or the last failure of a test that passed in the end. */
+function usualAttempt(test) {
+  const failure = test.attempts.findLastIndex((attempt) => attempt.outcome !== "passed");
+  return test.outcome === "flaky" ? failure : test.attempts.length - 1;
+}
+
+/** Puts the test into `place`. `chosen` is told the numbers of the attempt and of each step that is chosen. */
 function showTest(place, test, first, chosen) {
-  const parts = [makeHeading(test), ...makeMessage(test)];
-  const trace = test.trace;
+  const asked = test.attempts[first.attempt] ? first.attempt : usualAttempt(test);
+  showAttempt(place, test, asked, first.step, chosen);
+}
+
+function showAttempt(place, test, number, first, chosen) {
+  const attempt = test.attempts[number];
+  const {trace} = attempt;
+  const turn = (other) => {
+    showAttempt(place, test, other, -1, chosen);
+    place.querySelectorAll(".attempt")[other].focus();
+  };
+  const parts = [makeHeading(test, attempt), ...makeAttempts(test, number, turn), ...makeMessage(attempt)];
   if (trace && trace.notes.length) {
     parts.push(element("ul", {className: "notes panel"}, trace.notes.map((note) => element("li", {}, note))));
   }
+  const told = (step) => chosen(number, step);
+  told(null);
   if (!trace || !trace.steps.length) {
     parts.push(element("p", {className: "quiet"}, trace ? "The trace has no steps." : "No trace of this test was kept."));
     place.replaceChildren(...parts);
@@ -127,7 +163,7 @@ function showTest(place, test, first, chosen) {
     mark(list, list.children[number]);
     timeline.select(number);
     evidence.replaceChildren(...makeEvidence(trace, number));
-    chosen(number);
+    told(number);
   }
 
   listbox(list, () => [...list.children], (entry) => choose([...list.children].indexOf(entry)));
