@@ -18,6 +18,7 @@ from .api.expect import eventually
 from .api.found import FoundWidget
 from .api.item import WidgetItem
 from .api.menu import Menu
+from .api.soft import SoftAssertions, soft
 from .api.steps import StepListener
 from .api.widget import Widget
 from .api.window import Window
@@ -164,6 +165,7 @@ __all__ = [
     "Server",
     "Snapshot",
     "SnapshotNode",
+    "SoftAssertions",
     "StaticProgramError",
     "StaticQtError",
     "Step",
@@ -198,6 +200,7 @@ __all__ = [
     "preload_environment",
     "qt_major",
     "row_header",
+    "soft",
     "tree_path",
     "tree_row",
 ]

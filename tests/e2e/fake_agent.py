@@ -6,8 +6,9 @@ Arguments, each optional:
   --stay             ignore SIGTERM, and go on when the connection ends
   --print TEXT       write TEXT to standard error first
   --fork             have a child that keeps the connection, too
+  --delay SECONDS    wait so long before each answer
   --private          let other processes of the user not look into this one
-Requests beyond the table: "8,quit" answers and ends, "8,vanish" ends without an answer, "8,env:NAME" answers
+Requests beyond the table: there is no widget "missing"; "8,quit" answers and ends, "8,vanish" ends without an answer, "8,env:NAME" answers
 an environment variable, "8,slow" answers only when the next request has arrived.
 """
 
@@ -17,6 +18,7 @@ import os
 import signal
 import socket
 import sys
+import time
 
 PR_SET_DUMPABLE = 4
 REPLIES = {
@@ -41,11 +43,12 @@ def receive(connection):
             yield line.rstrip("\n")
 
 
-def serve(connection):
+def serve(connection, delay):
     """Answers requests until one of them, or the server, ends it."""
     requests = receive(connection)
     for request in requests:
         command, _, detail = request.partition(",")
+        time.sleep(delay)
         if request == "8,vanish":
             return
         if request == "8,slow":
@@ -56,6 +59,8 @@ def serve(connection):
         elif request == "8,quit":
             connection.sendall(b"0,bye\n")
             return
+        elif ",missing," in request:
+            connection.sendall(b"5,Widget (missing) not found\n")
         elif command in ("5", "6", "9"):
             connection.sendall(f"0,{request}\n".encode("latin-1"))
         else:
@@ -71,6 +76,7 @@ def main():
     parser.add_argument("--print", default="")
     parser.add_argument("--fork", action="store_true")
     parser.add_argument("--private", action="store_true")
+    parser.add_argument("--delay", type=float, default=0)
     options = parser.parse_args()
     if options.stay:
         signal.signal(signal.SIGTERM, signal.SIG_IGN)
@@ -83,7 +89,7 @@ def main():
             signal.pause()
         if not options.no_greeting:
             connection.sendall(f"+client+ 2.1.0 {os.getpid()} -1 fake\n".encode("latin-1"))
-        serve(connection)
+        serve(connection, options.delay)
     while options.stay:
         signal.pause()
     sys.exit(options.status)

@@ -9,6 +9,7 @@ from pathlib import Path
 from typing import Callable, List, Optional, Tuple, Type, TypeVar
 
 from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, QtDriverError, ReplyError
+from ..errors.internal import NoReplyYet
 from ..launch.dlls import windows_path
 from ..launch.process import GRACE_SECONDS, Process
 from ..lookup.explain import explain
@@ -198,7 +199,7 @@ class App(ClosedOnLeaving):
         now = time.monotonic()
         if now - self._listed > _LISTING_SECONDS:
             self._listed = now
-            with suppress(ConnectionClosed):  # the next request raises it
+            with suppress(ConnectionClosed, NoReplyYet):  # the next request raises it
                 self.connection.list_windows()
 
     def explained(self, error: ReplyError, window: str, path: Address, seconds: float) -> ReplyError:

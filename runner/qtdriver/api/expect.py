@@ -2,30 +2,18 @@
 
 from __future__ import annotations
 
-import re
+import inspect
 import warnings
-from typing import Callable, Generic, List, Optional, Pattern, TypeVar, Union, overload
+from typing import Callable, Generic, NamedTuple, Optional, Pattern, Sequence, Tuple, TypeVar, overload
 
-from ..errors import (
-    RETRYABLE_ERRORS,
-    AmbiguousError,
-    ConditionError,
-    NotVisibleError,
-    ReplyError,
-    WidgetNotFoundError,
-    WindowNotFoundError,
-)
-from ..protocol.locators import Containing
-from ..protocol.waiting import Deadline, attempts
+from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError, WindowNotFoundError
 from ..protocol.wire import Value
-from .steps import run_step
+from .expected import Expected, check_expected, check_timeout, describe, fits, function_name
+from .fulfilment import wait_for, wait_in
 from .widget import Widget
 from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
-
-Expected = Union[Value, List[str], Pattern[str], Containing, Callable[[Value], object]]
-"""A value, items, a pattern or a part to be found in a text, or a function that returns whether it is satisfied."""
 
 _Result = TypeVar("_Result")
 
@@ -64,12 +52,31 @@ def eventually(
         eventually(window.widget("status")).has(text="Saved")
         eventually(app.window("Editor")).is_closed()
         eventually(lambda: path.exists()).is_true()
+
+    Raises TypeError and ValueError at once for arguments that nothing can fulfil.
     """
+    check_timeout(timeout)
     if isinstance(subject, Widget):
         return WidgetConditions(subject, timeout)
     if isinstance(subject, Window):
         return WindowConditions(subject, timeout)
+    if not callable(subject) or inspect.iscoroutinefunction(subject):
+        raise TypeError(
+            f"eventually: {subject!r} ({type(subject).__name__}) is no widget, no window and no function that can be called "
+            "without arguments: give the function itself, not its result"
+        )
     return ResultConditions(subject, timeout)
+
+
+class _Property(NamedTuple):
+    """A property, and the value that it is to have."""
+
+    name: str
+    expected: Expected
+    argument: Optional[str] = None
+
+    def __str__(self) -> str:
+        return self.name if self.argument is None else f"{self.name}({self.argument!r})"
 
 
 class WidgetConditions:
@@ -83,9 +90,15 @@ class WidgetConditions:
         return f"eventually({self._widget})"
 
     def has(self, **properties: Expected) -> None:
-        """Waits until each of these properties has its value, or fits its pattern or function: has(text="Saved")."""
-        for name, expected in properties.items():
-            self.has_property(name, expected)
+        """Waits until all of these properties have their values, or fit their patterns or functions, at one moment.
+
+        Example: eventually(window.widget("status")).has(text="Saved", enabled=True)
+        """
+        self._wait_for_properties(_properties("has", properties), True)
+
+    def has_not(self, **properties: Expected) -> None:
+        """Waits until none of these properties has its value, or fits its pattern or function, at one moment."""
+        self._wait_for_properties(_properties("has_not", properties), False)
 
     def has_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
         """Waits until a property fits.
@@ -95,12 +108,13 @@ class WidgetConditions:
             expected: its value, a pattern to be found in it, or a function that returns whether it fits.
             argument: for the properties that take one.
         """
-        shown = name if argument is None else f"{name}({argument!r})"
-        self._wait(
-            f"{shown} {_wanted(expected)}",
-            lambda: self._widget.read(name, argument, timeout=0),
-            lambda value: _fits(value, expected),
-        )
+        check_expected("has_property: expected", expected)
+        self._wait_for_properties([_Property(name, expected, argument)], True)
+
+    def has_not_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
+        """Waits until a property does not fit. The arguments are those of has_property()."""
+        check_expected("has_not_property: expected", expected)
+        self._wait_for_properties([_Property(name, expected, argument)], False)
 
     def reads(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
         """The name of has_property() until version 2; it goes with version 3."""
@@ -114,6 +128,8 @@ class WidgetConditions:
     def is_hidden(self) -> None:
         """Waits until the user cannot see it: it is hidden, or there is no such widget."""
         self._wait("it to be hidden", self._is_hidden, bool)
+
+    is_not_visible, is_not_hidden = is_hidden, is_visible
 
     def _is_hidden(self) -> bool:
         try:
@@ -132,12 +148,57 @@ class WidgetConditions:
         """Waits until it cannot be used."""
         self.has_property("enabled", False)
 
+    is_not_enabled, is_not_disabled = is_disabled, is_enabled
+
     def is_checked(self, on: bool = True) -> None:
         """Waits until it is checked; with False, until it is not."""
+        if not isinstance(on, bool):
+            raise TypeError(f"is_checked: on: {on!r} ({type(on).__name__}) is neither True nor False")
         self.has_property("checked", on)
 
-    def _wait(self, wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object]) -> None:
-        _wait_in(self._widget.window, self._widget, wanted, read, satisfied, self._timeout)
+    def is_not_checked(self) -> None:
+        """Waits until it is not checked."""
+        self.has_property("checked", False)
+
+    def _wait_for_properties(self, properties: Sequence[_Property], wanted: bool) -> None:
+        def unmet(values: Tuple[Value, ...]) -> "list[int]":
+            return [
+                at
+                for at, (value, entry) in enumerate(zip(values, properties))
+                if fits(value, entry.expected) is not wanted
+            ]
+
+        def read() -> Tuple[Value, ...]:
+            values = tuple(self._read(entry) for entry in properties)
+            if unmet(values):
+                return values
+            # One that has its value before and after the last one was read had it at that moment.
+            return (*(self._read(entry) for entry in properties[:-1]), values[-1])
+
+        def describe_values(values: Tuple[Value, ...]) -> str:
+            if len(properties) == 1:
+                return f"it was {values[0]!r}"
+            return " and ".join(f"{properties[at]} was {values[at]!r}" for at in unmet(values))
+
+        negation = "" if wanted else "not "
+        self._wait(
+            " and ".join(f"{entry} {negation}{describe(entry.expected)}" for entry in properties),
+            read,
+            lambda values: not unmet(values),
+            describe_values,
+        )
+
+    def _read(self, entry: _Property) -> Value:
+        return self._widget.read(entry.name, entry.argument, timeout=0)
+
+    def _wait(
+        self,
+        wanted: str,
+        read: Callable[[], _Result],
+        satisfied: Callable[[_Result], object],
+        shown: Callable[[_Result], str] = "it was {!r}".format,
+    ) -> None:
+        wait_in(self._widget.window, self._widget, wanted, read, satisfied, self._timeout, shown)
 
 
 class WindowConditions:
@@ -158,16 +219,26 @@ class WindowConditions:
         """Waits until there is no such window."""
         self._wait("it to be closed", lambda: not self._window.is_open(), lambda closed: closed)
 
+    is_not_open, is_not_closed = is_closed, is_open
+
     def has_title(self, expected: "str | Pattern[str]") -> None:
         """Waits until its whole title is this, or the pattern is found in it."""
+        self._wait_for_title(expected, True)
+
+    def has_not_title(self, expected: "str | Pattern[str]") -> None:
+        """Waits until its whole title is another one, or the pattern is not found in it."""
+        self._wait_for_title(expected, False)
+
+    def _wait_for_title(self, expected: "str | Pattern[str]", wanted: bool) -> None:
+        check_expected("has_title: expected" if wanted else "has_not_title: expected", expected)
         self._wait(
-            f"title {_wanted(expected)}",
+            f"title {'' if wanted else 'not '}{describe(expected)}",
             lambda: self._window.title(timeout=0),
-            lambda title: _fits(title, expected),
+            lambda title: fits(title, expected) is wanted,
         )
 
     def _wait(self, wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object]) -> None:
-        _wait_in(self._window, None, wanted, read, satisfied, self._timeout)
+        wait_in(self._window, None, wanted, read, satisfied, self._timeout)
 
 
 class ResultConditions(Generic[_Result]):
@@ -178,90 +249,48 @@ class ResultConditions(Generic[_Result]):
         self._seconds = 5.0 if timeout is None else timeout
 
     def __repr__(self) -> str:
-        return f"eventually({_function_name(self._function)})"
+        return f"eventually({function_name(self._function)})"
 
     def is_true(self) -> None:
         """Waits until the function returns something true."""
         self.satisfies(bool)
 
+    def is_false(self) -> None:
+        """Waits until the function returns something false."""
+        self.does_not_satisfy(bool)
+
     def equals(self, expected: object) -> None:
         """Waits until the function returns this."""
-        _wait_for(f"expected {expected!r}", self._function, lambda value: value == expected, self._seconds)
+        self._wait(f"{expected!r}", lambda value: value == expected)
+
+    def does_not_equal(self, expected: object) -> None:
+        """Waits until the function returns something else."""
+        self._wait(f"another value than {expected!r}", lambda value: value != expected)
 
     def satisfies(self, condition: Callable[[_Result], object]) -> None:
         """Waits until `condition`, called with what the function returns, is true."""
-        name = _function_name(condition)
-        _wait_for(f"expected {name} of it to be true", self._function, condition, self._seconds)
+        self._wait(f"{_condition_name('satisfies', condition)} of it to be true", condition)
+
+    def does_not_satisfy(self, condition: Callable[[_Result], object]) -> None:
+        """Waits until `condition`, called with what the function returns, is false."""
+        name = _condition_name("does_not_satisfy", condition)
+        self._wait(f"{name} of it to be false", lambda value: not condition(value))
+
+    def _wait(self, wanted: str, satisfied: Callable[[_Result], object]) -> None:
+        wait_for(f"expected {wanted}", self._function, satisfied, self._seconds)
 
 
-def _wait_in(
-    window: Window,
-    widget: Optional[Widget],
-    wanted: str,
-    read: Callable[[], _Result],
-    satisfied: Callable[[_Result], object],
-    timeout: Optional[float],
-) -> None:
-    app = window.app
-    seconds = app.timeout if timeout is None else timeout
-    subject = window if widget is None else widget
-    path = "" if widget is None else widget.path
-    with run_step(app, f"eventually({subject}): {wanted}", True), app.watched():
-        _wait_for(
-            f"{subject}: expected {wanted}",
-            read,
-            satisfied,
-            seconds,
-            lambda error: app.explained(error, window.address, path, seconds),
+def _properties(method: str, properties: "dict[str, Expected]") -> Sequence[_Property]:
+    if not properties:
+        raise TypeError(f'{method}: no property is named: {method}(text="Saved")')
+    for name, expected in properties.items():
+        check_expected(f"{method}: {name}", expected)
+    return [_Property(name, expected) for name, expected in properties.items()]
+
+
+def _condition_name(method: str, condition: Callable[..., object]) -> str:
+    if not callable(condition):
+        raise TypeError(
+            f"{method}: {condition!r} ({type(condition).__name__}) is no function of one argument"
         )
-
-
-def _wait_for(
-    wanted: str,
-    read: Callable[[], _Result],
-    satisfied: Callable[[_Result], object],
-    seconds: float,
-    explained: Callable[[ReplyError], ReplyError] = lambda error: error,
-) -> None:
-    refusal: Optional[ReplyError] = None
-    found = ""
-    for _ in attempts(Deadline(seconds)):
-        try:
-            value = read()
-        except RETRYABLE_ERRORS as error:
-            refusal = error
-            continue
-        if satisfied(value):
-            return
-        refusal, found = None, f"it was {value!r}"
-    if refusal is not None:
-        found = f"it could not be read: {explained(refusal)}"
-    raise ConditionError(f"{wanted}, but after {seconds:g} s {found}")
-
-
-def _wanted(expected: Expected) -> str:
-    if isinstance(expected, re.Pattern):
-        return f"to match {expected.pattern!r}"
-    if isinstance(expected, Containing):
-        return f"to have {expected.part!r} in it"
-    if callable(expected):
-        return f"to satisfy {_function_name(expected)}"
-    return f"to be {expected!r}"
-
-
-def _function_name(function: Callable[..., object]) -> str:
-    """The function's name; "<lambda>" for one that has none."""
-    return str(getattr(function, "__name__", repr(function)))
-
-
-def _fits(value: Value, expected: Expected) -> bool:
-    if isinstance(expected, re.Pattern):
-        return isinstance(value, str) and expected.search(value) is not None
-    if isinstance(expected, Containing):
-        return isinstance(value, str) and expected.part in value
-    if callable(expected):
-        return bool(expected(value))
-    if isinstance(expected, list):
-        expected = tuple(expected)  # as read() has the values
-    # True is 1 to Python, but a checked box is no number.
-    return value == expected and isinstance(value, bool) == isinstance(expected, bool)
+    return function_name(condition)

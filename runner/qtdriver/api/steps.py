@@ -8,6 +8,7 @@ from typing import TYPE_CHECKING, Iterator, Optional
 
 from ..launch.process import FailedStart
 from ..protocol.transcript import Step
+from ..protocol.waiting import bounded_by
 
 if TYPE_CHECKING:
     from .app import App
@@ -41,8 +42,9 @@ def run_step(app: "App", title: str, reads: bool) -> Iterator[Optional[Step]]:
     if not app.connection.transcript.begin(step):
         yield None
         return
-    for listener in app.listeners:
-        listener.step_started(app, step)
+    with bounded_by(None):
+        for listener in app.listeners:
+            listener.step_started(app, step)
     step.started = time.monotonic()
     try:
         yield step
@@ -52,5 +54,6 @@ def run_step(app: "App", title: str, reads: bool) -> Iterator[Optional[Step]]:
     finally:
         step.seconds = time.monotonic() - step.started
         app.connection.transcript.end()
-        for listener in app.listeners:
-            listener.step_ended(app, step)
+        with bounded_by(None):
+            for listener in app.listeners:
+                listener.step_ended(app, step)

@@ -9,5 +9,9 @@ class GivenUpError(QtDriverError):
     """Waiting was given up, since nobody needs the result any more."""
 
 
+class NoReplyYet(QtDriverError):
+    """The time of the condition is over, and the application has still to answer. It does not count as hanging."""
+
+
 class TooSlow(QtDriverError):
     """The application does not answer quickly enough to be asked after each step."""

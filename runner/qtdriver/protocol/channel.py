@@ -7,12 +7,14 @@ import time
 from typing import Optional, Type, TypeVar
 
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
+from ..errors.internal import NoReplyYet
 from .closing import ClosedOnLeaving
 from .extensions import readable_request
 from .greeting import Greeting
 from .lines import LineSocket
 from .peers import Peer
 from .transcript import KEPT_REPLY, Exchange, Transcript
+from .waiting import bounded
 from .wire import Reply, encode_line
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -107,8 +109,8 @@ class Channel(ClosedOnLeaving):
             line: the request without a line end.
             timeout: seconds that it may take, by default those of the connection.
 
-        Raises RequestTimeout, ConnectionClosed, ProtocolError for a line that is no reply, and UnsupportedTextError,
-        before anything is sent, for a request that cannot be sent.
+        Raises RequestTimeout, within bounded_by() NoReplyYet, ConnectionClosed, ProtocolError for a line that is no reply,
+        and UnsupportedTextError, before anything is sent, for a request that cannot be sent.
         """
         data = encode_line(line)
         started = time.monotonic()
@@ -124,7 +126,8 @@ class Channel(ClosedOnLeaving):
             self.transcript.add(Exchange(line, kept, started, time.monotonic() - started, failure))
 
     def _exchange(self, line: str, data: bytes, seconds: float) -> str:
-        deadline = time.monotonic() + seconds
+        allowed = bounded(seconds)
+        deadline = time.monotonic() + allowed
         try:
             self._discard_late_replies(deadline)
             self._unanswered = "" if self.transcript.is_paused else line
@@ -135,6 +138,8 @@ class Channel(ClosedOnLeaving):
                 self._unanswered or line
             )  # empty for the request of a listener, which the test does not know
             shown = readable_request(waiting_for)
+            if allowed < seconds:
+                raise NoReplyYet(f"no reply to {shown!r} yet") from None
             raise RequestTimeout(f"no reply to {shown!r} within {seconds:g} seconds") from None
         except OSError as error:
             raise ConnectionClosed(

@@ -5,7 +5,7 @@ from __future__ import annotations
 import time
 from contextlib import contextmanager
 from contextvars import ContextVar
-from typing import Callable, Iterator, Tuple, Type, TypeVar
+from typing import Callable, Iterator, Optional, Tuple, Type, TypeVar
 
 from ..errors.internal import GivenUpError
 
@@ -19,6 +19,9 @@ _FIRST_PAUSE = 0.0005
 _GROWTH = 1.5
 _LONGEST_PAUSE = 0.1
 
+_LEAST_REPLY = 0.05
+
+_bound: "ContextVar[Optional[Deadline]]" = ContextVar("bound", default=None)
 _is_given_up: "ContextVar[Callable[[], bool]]" = ContextVar("is_given_up", default=lambda: False)
 
 
@@ -30,6 +33,31 @@ def given_up_when(condition: Callable[[], bool]) -> Iterator[None]:
         yield
     finally:
         _is_given_up.reset(token)
+
+
+@contextmanager
+def bounded_by(deadline: "Optional[Deadline]") -> Iterator[None]:
+    """A context in which nothing waits longer than until `deadline`: no attempts(), and no request for its reply.
+
+    None takes an outer bound away.
+    """
+    token = _bound.set(deadline)
+    try:
+        yield
+    finally:
+        _bound.reset(token)
+
+
+def bounded(seconds: float) -> float:
+    """As many of the seconds as are left until the bound. One that has passed leaves a reply of an idle application time."""
+    bound = _bound.get()
+    return seconds if bound is None else min(seconds, max(bound.remaining(), _LEAST_REPLY))
+
+
+def is_bound_passed() -> bool:
+    """Whether there is a bound, and it has passed."""
+    bound = _bound.get()
+    return bound is not None and bound.passed()
 
 
 class Deadline:
@@ -58,11 +86,13 @@ def attempts(deadline: Deadline) -> Iterator[None]:
     while True:
         if _is_given_up.get()():
             raise GivenUpError("given up")
-        last = deadline.passed()
+        last = deadline.passed() or is_bound_passed()
         yield
         if last:
             return
-        time.sleep(min(pause, deadline.remaining()))
+        bound = _bound.get()
+        left = deadline.remaining() if bound is None else min(deadline.remaining(), bound.remaining())
+        time.sleep(min(pause, left))
         pause = min(pause * _GROWTH, _LONGEST_PAUSE)
 
 

@@ -1,0 +1,100 @@
+"""Waiting until what is read fulfils a condition, and the error when it does not in time."""
+
+from __future__ import annotations
+
+from typing import Callable, Optional, TypeVar
+
+from ..errors import RETRYABLE_ERRORS, ConditionError, ReplyError
+from ..errors.internal import NoReplyYet
+from ..protocol.waiting import Deadline, attempts, bounded_by
+from .soft import softly
+from .steps import run_step
+from .widget import Widget
+from .window import Window
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+_Result = TypeVar("_Result")
+_EXPLAIN_SECONDS = 1.0
+
+
+def wait_in(
+    window: Window,
+    widget: Optional[Widget],
+    wanted: str,
+    read: Callable[[], _Result],
+    satisfied: Callable[[_Result], object],
+    timeout: Optional[float],
+    shown: Callable[[_Result], str] = "it was {!r}".format,
+) -> None:
+    """As wait_for(), as one step, for a condition of a widget; None is for one of the window itself.
+
+    `wanted` comes behind "expected"; `timeout` is None for that of the application.
+    """
+    app = window.app
+    seconds = app.timeout if timeout is None else timeout
+    subject = window if widget is None else widget
+    path = "" if widget is None else widget.path
+    with softly(), run_step(app, f"eventually({subject}): {wanted}", True), app.watched():
+        _wait(
+            f"{subject}: expected {wanted}",
+            read,
+            satisfied,
+            seconds,
+            shown,
+            lambda error: app.explained(error, window.address, path, seconds),
+        )
+
+
+def wait_for(
+    wanted: str, read: Callable[[], _Result], satisfied: Callable[[_Result], object], seconds: float
+) -> None:
+    """Waits until `satisfied` is true of what `read` returns.
+
+    Args:
+        wanted: the condition, in words that begin the message of the error.
+        read: reads the value; a refusal that can clear counts as not satisfied.
+        satisfied: whether a value is as it shall be.
+        seconds: how long at most, also where the application takes longer to answer. With 0 it is read once.
+
+    Raises ConditionError.
+    """
+    with softly():
+        _wait(wanted, read, satisfied, seconds, "it was {!r}".format, lambda error: error)
+
+
+def _wait(
+    wanted: str,
+    read: Callable[[], _Result],
+    satisfied: Callable[[_Result], object],
+    seconds: float,
+    shown: Callable[[_Result], str],
+    explained: Callable[[ReplyError], ReplyError],
+) -> None:
+    refusal: Optional[ReplyError] = None
+    found = ""
+    deadline = Deadline(seconds)
+    for _ in attempts(deadline):
+        try:
+            with bounded_by(deadline if seconds else None):
+                value = read()
+        except RETRYABLE_ERRORS as error:
+            refusal = error
+            continue
+        except NoReplyYet as error:
+            found = found or f"there was {error}"
+            break
+        if satisfied(value):
+            return
+        refusal, found = None, shown(value)
+    if refusal is not None:
+        found = f"it could not be read: {_explained_soon(refusal, explained)}"
+    raise ConditionError(f"{wanted}, but after {seconds:g} s {found}")
+
+
+def _explained_soon(refusal: ReplyError, explained: Callable[[ReplyError], ReplyError]) -> ReplyError:
+    try:
+        with bounded_by(Deadline(_EXPLAIN_SECONDS)):
+            return explained(refusal)
+    except NoReplyYet:
+        return refusal
