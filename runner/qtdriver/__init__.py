@@ -14,11 +14,9 @@ from .api.addresses import (
 )
 from .api.app import App
 from .api.driver import Driver
-from .api.expect import eventually
 from .api.found import FoundWidget
 from .api.item import WidgetItem
 from .api.menu import Menu
-from .api.soft import SoftAssertions, soft
 from .api.steps import StepListener
 from .api.widget import Widget
 from .api.window import Window
@@ -75,6 +73,8 @@ from .errors import (
     by_former_name,
 )
 from .errors.endings import describe_exit
+from .expect.conditions import eventually
+from .expect.soft import SoftAssertions, soft
 from .launch.agent import agent_library, default_build
 from .launch.process import Process
 from .launch.qtversion import qt_major

@@ -19,10 +19,11 @@ STANDS_ON = {
     "launch": ("protocol",),
     "desktop": ("errors",),
     "api": ("lookup", "launch", "desktop"),
+    "expect": ("api",),
     "trace": ("api",),
     "report": ("trace",),
     "commandline": ("trace",),
-    "plugin": ("report",),
+    "plugin": ("report", "expect"),
 }
 
 TOP = ""

@@ -71,7 +71,7 @@ def _number(value: object) -> Optional[float]:
 
 
 def describe(expected: Expected) -> str:
-    """What is expected, as the end of a sentence: "to be 'Saved'"."""
+    """An expected value as the end of a sentence: "to be 'Saved'"."""
     if isinstance(expected, re.Pattern):
         return f"to match {expected.pattern!r}"
     if isinstance(expected, Containing):

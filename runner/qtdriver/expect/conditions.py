@@ -6,12 +6,12 @@ import inspect
 import warnings
 from typing import Callable, Generic, NamedTuple, Optional, Pattern, Sequence, Tuple, TypeVar, overload
 
+from ..api.widget import Widget
+from ..api.window import Window
 from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError, WindowNotFoundError
 from ..protocol.wire import Value
 from .expected import Expected, check_expected, check_timeout, describe, fits, function_name
 from .fulfilment import wait_for, wait_in
-from .widget import Widget
-from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

@@ -4,13 +4,13 @@ from __future__ import annotations
 
 from typing import Callable, Optional, TypeVar
 
+from ..api.steps import run_step
+from ..api.widget import Widget
+from ..api.window import Window
 from ..errors import RETRYABLE_ERRORS, ConditionError, ReplyError
 from ..errors.internal import NoReplyYet
 from ..protocol.waiting import Deadline, attempts, bounded_by
 from .soft import softly
-from .steps import run_step
-from .widget import Widget
-from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

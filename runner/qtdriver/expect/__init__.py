@@ -1,0 +1,1 @@
+"""Checks: conditions that a test waits for, soft assertions, and what they compare with."""
