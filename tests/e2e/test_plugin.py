@@ -51,6 +51,32 @@ def test_settings_come_from_the_command_line_and_else_from_the_configuration_fil
     assert (project.folder / "page.html").is_file()
 
 
+def test_each_test_has_folders_of_its_own_unless_the_users_are_to_be_kept(project):
+    project.write(
+        f"""
+        import psutil
+
+        homes = set()
+
+        def home(qtdriver, **options):
+            app = qtdriver.launch(*{FAKE_AGENT!r}, qt=5, **options)
+            return psutil.Process(app.pid).environ()["HOME"]
+
+        @pytest.mark.parametrize("number", [1, 2])
+        def test_own(qtdriver, number):
+            homes.add(home(qtdriver))
+            assert home(qtdriver) in homes
+            assert home(qtdriver, keep_home=True) == os.environ["HOME"]
+
+        def test_they_differ():
+            assert len(homes) == 2 and os.environ["HOME"] not in homes
+            assert not any(os.path.exists(home) for home in homes)
+        """
+    )
+    assert project.run().outcomes == "3 passed"
+    assert "1 failed" in project.run("--qtdriver-home=keep").outcomes
+
+
 def test_messages_name_the_options_of_pytest_and_a_wayland_session_is_told(project):
     project.write(
         """

@@ -11,6 +11,8 @@ from ..desktop.desktop import Desktop
 from ..desktop.session import session_settings
 from ..errors import NoClientError
 from ..launch.process import FailedStart, Process
+from ..launch.home import IsolatedHome, write_settings
+from ..launch.inifile import SettingsFiles
 from ..launch.starting import start
 from ..launch.supervision import is_within
 from ..launch.wine import WineDesktops
@@ -56,6 +58,7 @@ class Driver(ClosedOnLeaving):
         server: Optional[Server] = None,
         desktop: Optional[Desktop] = None,
         wine: Optional[WineDesktops] = None,
+        isolated: bool = False,
     ) -> None:
         """Starts to listen.
 
@@ -67,6 +70,8 @@ class Driver(ClosedOnLeaving):
             timeout, request_timeout, start_timeout: the attributes.
             server: one that stays the caller's, and open, for drivers that come one after the other.
             desktop, wine: the same.
+            isolated: whether applications get a home folder, XDG folders and a temporary folder that are empty at first, the
+                same for all of this driver, which close() removes. The default of the fixture of pytest.
 
         Raises PortInUseError when another process listens already.
         """
@@ -85,6 +90,8 @@ class Driver(ClosedOnLeaving):
         self._desktop = desktop
         self._owns_wine = wine is None
         self._wine = WineDesktops() if wine is None else wine
+        self._isolated = isolated
+        self._home: Optional[IsolatedHome] = None
         self._apps: List[App] = []
 
     def __repr__(self) -> str:
@@ -104,6 +111,8 @@ class Driver(ClosedOnLeaving):
         working_directory: "Optional[str | Path]" = None,
         headless: Optional[bool] = None,
         load_by: Optional[str] = None,
+        keep_home: bool = False,
+        settings: Optional[SettingsFiles] = None,
         start_timeout: Optional[float] = None,
         timeout: Optional[float] = None,
         request_timeout: Optional[float] = None,
@@ -120,6 +129,9 @@ class Driver(ClosedOnLeaving):
                 screen of a Wayland session it runs on the X server there: it gets QT_QPA_PLATFORM=xcb.
             load_by: how the agent gets into a program of Linux: "preload", the default, or "testability", where it drops
                 the variable LD_PRELOAD: then Qt itself loads the agent, for the option -testability behind the arguments.
+            keep_home: whether it has the user's own folders also where the driver is isolated.
+            settings: what it shall read by QSettings, by "Organisation/Application": a dictionary with keys "Group/key", or the
+                text of an INI file. The name ends in ".ini" for programs that ask for QSettings::IniFormat.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
         Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError and AgentPathError,
@@ -127,7 +139,16 @@ class Driver(ClosedOnLeaving):
 
         Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
-        surroundings = self._environment(environment, self._headless if headless is None else headless)
+        surroundings = self._environment(
+            environment, self._headless if headless is None else headless, self._isolated and not keep_home
+        )
+        if settings is not None:
+            if not self._isolated or keep_home:
+                raise ValueError(
+                    "settings would be written into the user's own folder: they need Driver(isolated=True), as the fixture "
+                    "of pytest is, and no keep_home"
+                )
+            write_settings(settings, surroundings)
 
         def tell(process: Process) -> None:
             for listener in self.listeners:
@@ -188,7 +209,9 @@ class Driver(ClosedOnLeaving):
         self._apps.append(app)
         return app
 
-    def _environment(self, additional: Optional[Mapping[str, str]], headless: bool) -> Dict[str, str]:
+    def _environment(
+        self, additional: Optional[Mapping[str, str]], headless: bool, isolated: bool
+    ) -> Dict[str, str]:
         environment = dict(os.environ)
         if headless:
             if self._desktop is None:
@@ -196,6 +219,10 @@ class Driver(ClosedOnLeaving):
             environment.update(self._desktop.environment)
         else:
             environment.update(session_settings(environment))
+        if isolated:
+            if self._home is None:
+                self._home = IsolatedHome()
+            environment.update(self._home.environment(environment))
         environment.update(additional or {})
         return environment
 
@@ -213,6 +240,9 @@ class Driver(ClosedOnLeaving):
             self._server.drop_waiting()
         if self._owns_wine:
             self._wine.close()
+        if self._home is not None:
+            self._home.close()
+            self._home = None
         if self._owns_desktop and self._desktop is not None:
             self._desktop.close()
             self._desktop = None

@@ -15,7 +15,7 @@ from ..protocol.server import HOST, PORT, Server
 from .artifacts import TestArtifacts
 from .hooks import ARTIFACTS, ATTEMPT
 from .parallel import has_own_desktop
-from .settings import Settings, read_settings
+from .settings import OWN_HOME, Settings, read_settings
 
 _WAY_OUT = "run with -n 1 (pytest-xdist)"
 
@@ -78,6 +78,7 @@ def qtdriver(
         desktop=_qtdriver_shared.desktop,
         wine=_qtdriver_shared.wine,
         load_by=settings.load_by,
+        isolated=settings.home == OWN_HOME,
     )
     with driver:
         attempt = request.node.stash.get(ATTEMPT, 1)

@@ -17,6 +17,7 @@ from ..protocol.channel import DEFAULT_TIMEOUT
 TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
 LINUX, WINDOWS = "linux", "windows"
 OWN_DESKTOPS, PLAIN = "own-desktops", "plain"
+OWN_HOME, KEEP_HOME = "own", "keep"
 REPORT_NAME = "report.html"
 
 
@@ -37,6 +38,7 @@ class Settings:
         trace: which tests keep the record of their steps: "on", "retain-on-failure", "off".
         report: the HTML page of the run.
         workers: "own-desktops" gives each parallel worker a desktop and a network, "plain" leaves them without.
+        home: "own" gives the applications of each test empty home and XDG folders, "keep" those of the user.
     """
 
     build: Optional[Path]
@@ -51,6 +53,7 @@ class Settings:
     trace: str
     report: Path
     workers: str
+    home: str
 
 
 class _Option(NamedTuple):
@@ -171,6 +174,14 @@ _OPTIONS = (
         _one_of(*_WORKERS),
         "own-desktops or plain",
         "workers of -n: own-desktops gives each a desktop and a network of its own, plain leaves them alone",
+    ),
+    _Option(
+        "home",
+        "KIND",
+        OWN_HOME,
+        _one_of(OWN_HOME, KEEP_HOME),
+        "own or keep",
+        "folders of applications: own gives each test empty home, XDG and temporary folders, keep those of the user",
     ),
 )
 _HEADED = "qtdriver_headed"
