@@ -17,7 +17,7 @@ from .api.driver import Driver
 from .api.found import FoundWidget
 from .api.item import WidgetItem
 from .api.menu import Menu
-from .api.steps import StepListener
+from .api.steps import StepListener, step
 from .api.widget import Widget
 from .api.window import Window
 from .desktop.desktop import Desktop
@@ -200,6 +200,7 @@ __all__ = [
     "preload_environment",
     "qt_major",
     "row_header",
+    "step",
     "soft",
     "tree_path",
     "tree_row",

@@ -27,12 +27,19 @@ def connected_agent(server, serve=lambda agent: None, greeting=GREETING, timeout
 
 
 def answering(*replies):
-    """A `serve` that reads a request before each reply; it keeps the requests in its attribute."""
+    """A `serve` that reads a request before each reply; it keeps the requests in its attribute.
+
+    It has no echo mode to tell, for which the runner asks before it types; those requests are not kept.
+    """
 
     def serve(agent):
         with agent.makefile("rb") as requests:
             for reply in replies:
-                serve.requests.append(requests.readline())
+                request = requests.readline()
+                while b"echoMode" in request or b"echoMode".hex().encode() in request:
+                    agent.sendall(b"8,Property not found\n")
+                    request = requests.readline()
+                serve.requests.append(request)
                 agent.sendall(reply)
             requests.read()
 

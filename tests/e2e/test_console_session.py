@@ -5,6 +5,7 @@ import pty
 import select
 import subprocess
 import time
+from contextlib import contextmanager
 from pathlib import Path
 
 from showcase import AGENTS, PROGRAM, QT
@@ -12,8 +13,10 @@ from showcase import AGENTS, PROGRAM, QT
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
 
-def test_a_session_in_a_terminal_completes_answers_and_remembers(tmp_path):
-    environment = {**os.environ, "XDG_STATE_HOME": str(tmp_path), "TERM": "xterm"}
+@contextmanager
+def session(state):
+    """The screen of a console that drives the showcase. Its history is in the folder `state`."""
+    environment = {**os.environ, "XDG_STATE_HOME": str(state), "TERM": "xterm"}
     master, terminal = pty.openpty()
     command = [QTDRIVER, "run", "--qt", str(QT), "--build", str(AGENTS), "--", str(PROGRAM)]
     console = subprocess.Popen(command, stdin=terminal, stdout=terminal, stderr=terminal, env=environment)
@@ -21,19 +24,40 @@ def test_a_session_in_a_terminal_completes_answers_and_remembers(tmp_path):
     screen = Screen(master)
     try:
         screen.wait_for("qtdriver>")
-        screen.type("get Roastery brewB\t")
-        screen.wait_for("utton")  # what the completion adds
-        screen.type(" text\r")
-        screen.wait_for("Brew a cup")
-        screen.type("1\r")
-        screen.wait_for('MainWindow : "Roastery"')
+        yield screen
         screen.type("quit\r")
         assert console.wait(30) == 0
     finally:
         console.kill()
         console.wait()
         os.close(master)
+
+
+def test_a_session_in_a_terminal_completes_answers_and_remembers(tmp_path):
+    with session(tmp_path) as screen:
+        screen.type("get Roastery brewB\t")
+        screen.wait_for("utton")  # what the completion adds
+        screen.type(" text\r")
+        screen.wait_for("Brew a cup")
+        screen.type("1\r")
+        screen.wait_for('MainWindow : "Roastery"')
     assert "get Roastery brewButton text" in (tmp_path / "qtdriver" / "history").read_text()
+
+
+def test_the_history_is_without_passwords(tmp_path):
+    with session(tmp_path) as screen:
+        for line, answer in (
+            ('activate Roastery pages/qt_tabwidget_tabbar "Entry fields"', "QTabBar"),
+            ("enter Roastery passwordEdit corr3ct-horse", "QLineEdit"),
+            ("6,Roastery,passwordEdit,,=s:corr3ct-horse,", "QLineEdit"),
+            ("enter Roastery customerEdit Ada", "QLineEdit"),
+        ):
+            screen.type(f"{line}\r")
+            screen.wait_for(answer)
+            screen.wait_for("qtdriver>")
+    history = (tmp_path / "qtdriver" / "history").read_text()
+    assert "enter Roastery passwordEdit ***" in history and "6,Roastery,passwordEdit,,=s:***," in history
+    assert "enter Roastery customerEdit Ada" in history and "horse" not in history
 
 
 class Screen:

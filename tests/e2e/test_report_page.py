@@ -86,8 +86,8 @@ def test_the_steps_are_listed_in_order_and_the_failed_one_is_chosen(browser, ord
     browser.open(order_page)
     assert step_titles(browser) == [
         'window(name="showcase").widget("brewButton").activate()',
-        """window(name="showcase").widget("clickCount").read('text')""",
-        """window(name="showcase").widget("pages/qt_tabwidget_tabbar").activate('Entryfields')""",
+        """window(name="showcase").widget("clickCount").text()""",
+        """window(name="showcase").widget("pages/qt_tabwidget_tabbar").select('Entryfields')""",
         """window("Roostery").widget("customerEdit").enter('Ada')""",
     ]
     assert chosen_step(browser) == "4"

@@ -16,7 +16,7 @@ from ..lookup.explain import explain
 from ..lookup.windows import MODAL, POPUP
 from ..protocol.closing import ClosedOnLeaving
 from ..protocol.connection import Connection
-from ..protocol.locators import Address
+from ..protocol.locators import Address, Locator
 from ..protocol.records import CursorWidget, WindowRecord
 from ..protocol.waiting import Deadline, retry
 from ..protocol.wire import Rect
@@ -163,6 +163,7 @@ class App(ClosedOnLeaving):
         path: Address = "",
         timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
+        target: Optional[Locator] = None,
     ) -> _Result:
         """Makes a call that talks to the agent as one step, and repeats it while its error can clear by itself.
 
@@ -174,11 +175,12 @@ class App(ClosedOnLeaving):
             path: the widget that it looks for.
             timeout: seconds to repeat it, by default those of the application.
             retryable: the errors that can clear.
+            target: finds the widget that the call is about, for the picture of the step.
 
         Returns what `call` returns. Raises the last error, with an explanation.
         """
         deadline = Deadline(self.timeout if timeout is None else timeout)
-        with run_step(self, title, reads) as step, self.watched():
+        with run_step(self, title, reads, window, target) as step, self.watched():
             try:
                 result = retry(call, retryable, deadline)
             except QtDriverError as error:

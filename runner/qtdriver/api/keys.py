@@ -111,6 +111,7 @@ class WidgetInput(KeyInput):
             reads=False,
             path=self.path,
             timeout=timeout,
+            target=None if is_special(self.path) else as_locator(self.path),
         )
 
     def focus(self, *, timeout: Optional[float] = None) -> None:

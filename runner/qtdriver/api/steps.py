@@ -2,12 +2,15 @@
 
 from __future__ import annotations
 
+import threading
 import time
 from contextlib import contextmanager
-from typing import TYPE_CHECKING, Iterator, Optional
+from typing import TYPE_CHECKING, Iterator, List, Optional, Tuple
 
 from ..launch.process import FailedStart
-from ..protocol.transcript import Step
+from ..protocol.callers import Caller, find_caller
+from ..protocol.locators import Locator
+from ..protocol.transcript import Group, Step
 from ..protocol.waiting import bounded_by
 
 if TYPE_CHECKING:
@@ -35,25 +38,142 @@ class StepListener:
         """Called when a step is complete, also when it failed."""
 
 
+class _Local(threading.local):
+    """The group and the condition of a function that a thread is in."""
+
+    def __init__(self) -> None:
+        self.group: Optional[Group] = None
+        self.condition: "Optional[_Condition]" = None
+
+    def __repr__(self) -> str:
+        return f"<in {self.group and self.group.title}, {self.condition}>"
+
+
+_HERE = _Local()
+
+
 @contextmanager
-def run_step(app: "App", title: str, reads: bool) -> Iterator[Optional[Step]]:
-    """A context whose requests are one step of the test. Within another step it yields None: they belong to that."""
-    step = Step(title, reads)
+def step(title: str) -> Iterator[None]:
+    """A context whose steps are a group in the trace and in the page of a run. Groups may be in groups.
+
+    Args:
+        title: the name of the group.
+
+    Example:
+
+        with step("Log in"):
+            window.field("Name:").enter("Ada")
+            window.button("OK").click()
+    """
+    group = Group(title, _HERE.group)
+    _HERE.group = group
+    try:
+        yield
+    except BaseException as error:
+        group.error = str(error) or type(error).__name__
+        raise
+    finally:
+        group.seconds = time.monotonic() - group.started
+        _HERE.group = group.parent
+
+
+@contextmanager
+def run_step(
+    app: "App", title: str, reads: bool, window: str = "", target: Optional[Locator] = None
+) -> Iterator[Optional[Step]]:
+    """A context whose requests are one step of the test. Within another step it yields None: they belong to that.
+
+    Args:
+        app: the application.
+        title: names the step where the test's own call cannot be told.
+        reads: whether it only reads.
+        window: the window of the widget that it is about.
+        target: finds that widget; None where there is none.
+    """
+    step = Step(title, reads, window=window, target=target)
+    if _HERE.condition is not None and _HERE.condition.takes(app):
+        yield step  # one look of a condition, which is the step of the test
+        return
     if not app.connection.transcript.begin(step):
         yield None
         return
-    with bounded_by(None):
-        for listener in app.listeners:
-            listener.step_started(app, step)
-    step.started = time.monotonic()
+    _start(app, step)
     try:
         yield step
     except BaseException as error:
         step.error = str(error) or type(error).__name__
         raise
     finally:
-        step.seconds = time.monotonic() - step.started
-        app.connection.transcript.end()
-        with bounded_by(None):
-            for listener in app.listeners:
-                listener.step_ended(app, step)
+        _end(app, step)
+
+
+def _start(app: "App", step: Step, known: Optional[Caller] = None) -> None:
+    if app.listeners:
+        caller = known or find_caller()
+        step.title, step.action = caller.call or step.title, step.title
+        step.file, step.line, step.group = caller.file, caller.line, _HERE.group
+    with bounded_by(None):
+        for listener in app.listeners:
+            listener.step_started(app, step)
+    step.started = time.monotonic()
+
+
+def _end(app: "App", step: Step) -> None:
+    step.seconds = time.monotonic() - step.started
+    hide = app.connection.secrets.hide
+    step.title, step.action, step.error = hide(step.title), hide(step.action), hide(step.error)
+    app.connection.transcript.end()
+    with bounded_by(None):
+        for listener in app.listeners:
+            listener.step_ended(app, step)
+
+
+class _Condition:
+    """The step of a condition on a function, for each application that the function asks."""
+
+    def __init__(self, title: str, caller: Caller) -> None:
+        self._title = title
+        self._caller = caller
+        self._steps: List[Tuple["App", Step]] = []
+
+    def __repr__(self) -> str:
+        return f"<condition {self._title}>"
+
+    def takes(self, app: "App") -> bool:
+        """Whether the requests to this application belong to the condition from now on."""
+        if any(known is app for known, _ in self._steps):
+            return True
+        step = Step(self._title, True)
+        if not app.connection.transcript.begin(step):
+            return False
+        self._steps.append((app, step))
+        _start(app, step, self._caller)
+        return True
+
+    def end(self, error: str) -> None:
+        """Ends the steps."""
+        for app, step in self._steps:
+            step.error = error
+            _end(app, step)
+
+
+@contextmanager
+def condition_step(title: str) -> Iterator[None]:
+    """A context whose steps are one: the looks of a condition on a function, which may ask applications.
+
+    Args:
+        title: names the step.
+    """
+    if _HERE.condition is not None:
+        yield
+        return
+    condition = _HERE.condition = _Condition(title, find_caller())
+    error = ""
+    try:
+        yield
+    except BaseException as failure:
+        error = str(failure) or type(failure).__name__
+        raise
+    finally:
+        _HERE.condition = None
+        condition.end(error)

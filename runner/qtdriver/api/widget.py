@@ -17,7 +17,7 @@ from ..lookup.item_names import with_item_suggestions
 from ..lookup.refusals import refuse_without_editor
 from ..lookup.visible_texts import Search
 from ..protocol.connection import Connection
-from ..protocol.locators import Address, Locator, as_locator, raw_locator
+from ..protocol.locators import Address, Locator, as_locator, is_special, raw_locator
 from ..protocol.wire import Argument
 from .finding import Finder
 from .keys import WidgetInput
@@ -356,6 +356,7 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
             path=self.path,
             timeout=timeout,
             retryable=retryable,
+            target=None if is_special(self.path) else self.as_locator(),
         )
 
     def _with_path(self, call: Callable[[Address], _Result]) -> _Result:

@@ -185,6 +185,7 @@ class Window(Finder, KeyInput):
         path: Address = "",
         timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
+        target: Optional[Locator] = None,
     ) -> _Result:
         """As App.perform(), for a call that looks for this window and, if `path` is given, for a widget in it."""
         return self.app.perform(
@@ -195,6 +196,7 @@ class Window(Finder, KeyInput):
             path=path,
             timeout=timeout,
             retryable=retryable,
+            target=target,
         )
 
     def menu_bar_path(self, *, opens: bool = False) -> Address:

@@ -2,11 +2,12 @@
 
 from __future__ import annotations
 
+import importlib
 import os
 import shlex
 import time
 from pathlib import Path
-from typing import Callable, Dict, Iterable, Iterator, List, Tuple
+from typing import Any, Callable, Dict, Iterable, Iterator, List, Tuple
 
 from ..api.app import App
 from ..errors import QtDriverError
@@ -24,18 +25,21 @@ def prompted_lines(app: App) -> Iterator[str]:
     try:
         yield from _console_lines(app)
     except ImportError:
-        yield from _plain_lines()
+        yield from _plain_lines(app)
 
 
-def _plain_lines() -> Iterator[str]:
-    import readline  # noqa: F401  (gives input() line editing and a history)
-
+def _plain_lines(app: App) -> Iterator[str]:
+    history: Any = importlib.import_module("readline")  # gives input() line editing and a history
     while True:
         try:
-            yield input(PROMPT)
+            line = input(PROMPT)
         except EOFError:
             print()
             return
+        last = history.get_current_history_length()
+        yield line
+        if line and history.get_history_item(last) == line:
+            history.replace_history_item(last - 1, _kept(app, line))
 
 
 def _console_lines(app: App) -> Iterator[str]:
@@ -54,17 +58,38 @@ def _console_lines(app: App) -> Iterator[str]:
             for word, length in words.completions(document.text_before_cursor):
                 yield Completion(word, start_position=-length)
 
+    class LaterHistory(FileHistory):
+        """Keeps a line once it has been run: only then it is known whether a password is in it."""
+
+        def append_string(self, string: str) -> None:
+            """Leaves that to keep()."""
+
+        def keep(self, line: str) -> None:
+            """Adds a line."""
+            if line and self.get_strings()[-1:] != [line]:
+                super().append_string(line)
+
+    history = LaterHistory(str(_history_file()))
     session: "PromptSession[str]" = PromptSession(
         PROMPT,
-        history=FileHistory(str(_history_file())),
+        history=history,
         completer=WordCompleter(),
         complete_while_typing=False,
     )
     while True:
         try:
-            yield session.prompt()
+            line = session.prompt()
         except EOFError:
             return
+        try:
+            yield line
+        finally:
+            history.keep(_kept(app, line))
+
+
+def _kept(app: App, line: str) -> str:
+    """A line for the history: without the passwords that it, or an earlier one, has typed."""
+    return app.connection.secrets.hide_in_line(line)
 
 
 def _history_file() -> Path:

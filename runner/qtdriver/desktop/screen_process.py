@@ -13,6 +13,7 @@ from pathlib import Path
 from typing import Any, Dict, Iterable, List, Optional, Tuple
 
 from ..errors import PictureError
+from .screenshots import SavedPicture
 
 _PACKAGES = Path(__file__).resolve().parents[2]
 _START = "from qtdriver.desktop.screen_worker import main; main()"
@@ -37,14 +38,16 @@ class Pending:
         self.answered_at = 0.0
         self.result: Any = None
         self.error = ""
+        self.file_error = 0
+        self.path = ""
         self._done = threading.Event()
 
     def __repr__(self) -> str:
         return f"<order {self.number}, {'done' if self.is_done() else 'under way'}>"
 
-    def answer(self, result: object, error: str) -> None:
-        """Sets the answer."""
-        self.result, self.error = result, error
+    def answer(self, result: object, error: str, file_error: int = 0) -> None:
+        """Sets the answer. `file_error` is the number of the system's error for a file that cannot be written."""
+        self.result, self.error, self.file_error = result, error, file_error
         self.answered_at = time.monotonic()
         self._done.set()
 
@@ -53,9 +56,12 @@ class Pending:
         return self._done.is_set()
 
     def wait(self, seconds: float = ANSWER_SECONDS) -> Any:
-        """The result. Raises PictureError for an error, and when there is no answer in time."""
+        """The result. Raises OSError for a file that cannot be written, PictureError for another error, and when there is no
+        answer in time."""
         if not self._done.wait(seconds):
             raise PictureError(f"the display {self.display} has not answered within {seconds:g} seconds")
+        if self.file_error:
+            raise OSError(self.file_error, os.strerror(self.file_error), self.path)
         if self.error:
             raise PictureError(self.error)
         return self.result
@@ -91,13 +97,18 @@ class ScreenProcess:
             self._number += 1
             return self._number
 
-    def save(self, store: int, folder: Path, pictures: Iterable[Pending]) -> Tuple[Dict[int, str], int]:
-        """Writes pictures of a store. Returns the names of the files by the numbers of the orders, without those that have
+    def save(
+        self, store: int, folder: Path, pictures: Iterable[Pending]
+    ) -> Tuple[Dict[int, SavedPicture], int]:
+        """Writes pictures of a store. Returns the files by the numbers of the orders, without those that have
         been dropped to save memory, and how many these are. Raises PictureError."""
         wanted = sorted({picture.number for picture in pictures})
         order = self._order(do="save", store=store, folder=str(folder.absolute()), pictures=wanted)
         told = order.wait(_SAVE_SECONDS)
-        return {int(number): name for number, name in told["names"].items()}, told["dropped"]
+        saved = {}
+        for number, (name, (left, top, width, height)) in told["files"].items():
+            saved[int(number)] = SavedPicture(name, (left, top, width, height))
+        return saved, told["dropped"]
 
     def forget(self, store: int) -> None:
         """Drops a store."""
@@ -113,6 +124,7 @@ class ScreenProcess:
         with self._lock:
             self._number += 1
             pending = Pending(self._number, str(order.get("display", "")))
+            pending.path = str(order.get("path", ""))
             self._pending[pending.number] = pending
             try:
                 process = self._running()
@@ -149,7 +161,8 @@ class ScreenProcess:
                 answer = json.loads(line)
                 pending = self._pending.pop(answer["id"], None)
                 if pending is not None:
-                    pending.answer(answer.get("result"), answer.get("error", ""))
+                    file_error = answer.get("file_error") or 0
+                    pending.answer(answer.get("result"), answer.get("error", ""), file_error)
         for number in list(self._pending):
             pending = self._pending.pop(number, None)
             if pending is not None:

@@ -9,7 +9,7 @@ Orders are {"id": N, "do": NAME, ...}, answers {"id": N, "result": ...} or {"id"
                                         asked for; is answered as soon as it is taken. Its name is its id
     picture  display, path, format      saves a picture of the screen; format is empty where the path tells it
     windows  display                    lists the windows as [process, text]
-    save     store, folder, pictures    writes pictures; the result is {"names": {id: file name}, "dropped": N}
+    save     store, folder, pictures    writes pictures; the result is {"files": {id: [name, place]}, "dropped": N}
     forget   store                      drops the store
 """
 
@@ -63,12 +63,12 @@ class _Stores:
             self._changed.wait_for(lambda: not self._taken, _SAVE_SECONDS)
             store = self._stores.get(order["store"])
             if store is None:
-                return {"names": {}, "dropped": 0}
+                return {"files": {}, "dropped": 0}
             known = self._pictures[order["store"]]
             wanted = {number: known[number] for number in order["pictures"] if number in known}
-            names = store.save(Path(order["folder"]), wanted.values())
-            told = {number: names[picture] for number, picture in wanted.items() if picture in names}
-            return {"names": told, "dropped": store.dropped}
+            saved = store.save(Path(order["folder"]), wanted.values())
+            told = {number: saved[picture] for number, picture in wanted.items() if picture in saved}
+            return {"files": told, "dropped": store.dropped}
 
     def forget(self, order: Order) -> None:
         """Drops a store."""
@@ -155,6 +155,7 @@ class _Answers:
             answer["result"] = result
         else:
             answer["error"] = str(error) or type(error).__name__
+            answer["file_error"] = isinstance(error, OSError) and error.filename and error.errno
         with self._lock:
             self._output.write(f"{json.dumps(answer)}\n")
             self._output.flush()

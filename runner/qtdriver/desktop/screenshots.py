@@ -8,7 +8,7 @@ import zlib
 from collections import deque
 from dataclasses import dataclass
 from pathlib import Path
-from typing import TYPE_CHECKING, Deque, Dict, Iterable, List, Optional, Tuple
+from typing import TYPE_CHECKING, Deque, Dict, Iterable, List, NamedTuple, Optional, Tuple
 
 if TYPE_CHECKING:
     from PIL.Image import Image  # type: ignore[import]
@@ -37,6 +37,18 @@ class Picture:
 
     size: _Size
     bands: Tuple[bytes, ...]
+
+
+class SavedPicture(NamedTuple):
+    """A picture as a file.
+
+    Attributes:
+        name: the file name.
+        place: the part of the screen that it shows: left, top, width and height in pixels.
+    """
+
+    name: str
+    place: _Box
 
 
 @dataclass
@@ -107,26 +119,28 @@ class ScreenshotStore:
         picture.bands = ()
         self.dropped += 1
 
-    def save(self, folder: Path, pictures: Iterable[Picture]) -> Dict[Picture, str]:
+    def save(self, folder: Path, pictures: Iterable[Picture]) -> Dict[Picture, SavedPicture]:
         """Writes pictures, without the empty border that all pictures of one size share.
 
-        Returns the file names of those that have not been dropped.
+        Returns the files of those that have not been dropped.
         """
         wanted = [picture for picture in dict.fromkeys(pictures) if picture.bands]
         boxes: Dict[_Size, Optional[_Box]] = {}
         contents: Dict[Tuple[bytes, bytes], Optional[_Box]] = {}
         for picture in wanted:
             boxes[picture.size] = _united(boxes.get(picture.size), self._content(picture, contents))
-        names: Dict[Tuple[bytes, ...], str] = {}
+        saved: Dict[Tuple[bytes, ...], SavedPicture] = {}
         for picture in wanted:
-            if picture.bands not in names:
+            if picture.bands not in saved:
                 box = boxes[picture.size]
-                image = self._image(picture)
-                suffix, data = encode(image if box is None else image.crop(_widened(box, picture.size)))
+                part = (0, 0, *picture.size) if box is None else _widened(box, picture.size)
+                suffix, data = encode(self._image(picture).crop(part))
                 # Named after the content of the file: what is cut off differs between traces.
-                names[picture.bands] = f"{hashlib.sha1(data).hexdigest()[:20]}.{suffix}"
-                (folder / names[picture.bands]).write_bytes(data)
-        return {picture: names[picture.bands] for picture in wanted}
+                name = f"{hashlib.sha1(data).hexdigest()[:20]}.{suffix}"
+                (folder / name).write_bytes(data)
+                place = (part[0], part[1], part[2] - part[0], part[3] - part[1])
+                saved[picture.bands] = SavedPicture(name, place)
+        return {picture: saved[picture.bands] for picture in wanted}
 
     def _image(self, picture: Picture) -> "Image":
         from PIL import Image  # type: ignore[import]

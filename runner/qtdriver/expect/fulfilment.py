@@ -4,11 +4,12 @@ from __future__ import annotations
 
 from typing import Callable, Optional, TypeVar
 
-from ..api.steps import run_step
+from ..api.steps import condition_step, run_step
 from ..api.widget import Widget
 from ..api.window import Window
 from ..errors import RETRYABLE_ERRORS, ConditionError, ReplyError
 from ..errors.internal import NoReplyYet
+from ..protocol.locators import is_special
 from ..protocol.waiting import Deadline, attempts, bounded_by
 from .soft import softly
 
@@ -35,7 +36,9 @@ def wait_in(
     seconds = app.timeout if timeout is None else timeout
     subject = window if widget is None else widget
     path = "" if widget is None else widget.path
-    with softly(), run_step(app, f"eventually({subject}): {wanted}", True), app.watched():
+    target = None if widget is None or is_special(path) else widget.as_locator()
+    title = f"eventually({subject}): {wanted}"
+    with softly(), run_step(app, title, True, window.address, target), app.watched():
         _wait(
             f"{subject}: expected {wanted}",
             read,
@@ -59,7 +62,7 @@ def wait_for(
 
     Raises ConditionError.
     """
-    with softly():
+    with softly(), condition_step(wanted):
         _wait(wanted, read, satisfied, seconds, "it was {!r}".format, lambda error: error)
 
 

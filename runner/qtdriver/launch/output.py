@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import os
 import threading
+import time
 from collections import deque
 from typing import IO, Deque, Tuple
 
@@ -23,7 +24,7 @@ class OutputTail:
     def __init__(self, pipe: IO[bytes], keep: int = KEPT_LINES) -> None:
         """Starts to read `pipe`, which it owns from now on; `keep` is how many lines to keep."""
         self._pipe = pipe
-        self._lines: Deque[bytes] = deque(maxlen=keep)
+        self._lines: Deque[Tuple[float, bytes]] = deque(maxlen=keep)
         self._unfinished = b""
         self._lock = threading.Lock()
         self._thread = threading.Thread(target=self._read, daemon=True, name="qtdriver-output")
@@ -38,16 +39,24 @@ class OutputTail:
                 chunk = os.read(self._pipe.fileno(), _CHUNK_BYTES)
                 if not chunk:
                     return
+                now = time.monotonic()
                 with self._lock:
                     *finished, rest = (self._unfinished + chunk).split(b"\n")
-                    self._lines.extend(line[:_LINE_BYTES] for line in finished)
+                    self._lines.extend((now, line[:_LINE_BYTES]) for line in finished)
                     self._unfinished = rest[:_LINE_BYTES]
 
     def lines(self) -> Tuple[str, ...]:
         """The last lines so far, each cut to 4096 bytes; what is not UTF-8 has replacement characters."""
+        return tuple(line for _, line in self.timed_lines())
+
+    def timed_lines(self) -> Tuple[Tuple[float, str], ...]:
+        """As lines(), each with the time when its end was read, in seconds of time.monotonic()."""
         with self._lock:
-            kept = [*self._lines, self._unfinished] if self._unfinished else list(self._lines)
-        return tuple(line.decode("utf-8", "replace") for line in kept[-(self._lines.maxlen or 0) :])
+            kept = list(self._lines)
+            if self._unfinished:
+                kept.append((time.monotonic(), self._unfinished))
+        last = kept[-(self._lines.maxlen or 0) :]
+        return tuple((at, line.decode("utf-8", "replace")) for at, line in last)
 
     def wait_for_end(self, timeout: float) -> bool:
         """Waits at most `timeout` seconds until all output is read. False when it is not: another process

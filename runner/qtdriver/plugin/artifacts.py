@@ -11,6 +11,7 @@ from ..api.disconnection import ended_error
 from ..api.driver import Driver
 from ..errors import ApplicationEndedError
 from ..errors.endings import describe_exit
+from ..protocol.secrets import Secrets
 from ..trace.recorder import Recorder
 from . import folders
 from .bundle import write_bundle
@@ -78,6 +79,10 @@ class TestArtifacts:
         """Adds an error of "setup", "call" or "teardown" to the bundle."""
         with (self.folder / _ERROR).open("a", encoding="utf-8", errors="backslashreplace") as file:
             file.write(f"error in {phase}:\n{text}\n")
+
+    def secrets(self) -> Secrets:
+        """The passwords that the test has typed."""
+        return Secrets(text for app in self._driver.apps for text in app.connection.secrets)
 
     def describe(self, base: Path) -> str:
         """A text on the bundle: its path as seen from the folder `base`, its files, and what could not be written."""

@@ -138,9 +138,13 @@ def _describe_transcript(app: App, began: float) -> Iterable[str]:
     yield f"process {app.pid}; > request, < reply, ! no reply; seconds since the test began, and of waiting for a reply"
     for refusal in app.connection.transcript.refusals:
         yield f"refused before it: {refusal}"
+    hide = app.connection.secrets.hide_in_line
     for exchange in app.connection.transcript.exchanges():
-        yield f"{exchange.started - began:10.3f}  > {_on_one_line(readable_request(exchange.request))}"
-        answer = f"! {exchange.error}" if exchange.reply is None else f"< {_on_one_line(exchange.reply)}"
+        request = readable_request(hide(exchange.request))
+        yield f"{exchange.started - began:10.3f}  > {_on_one_line(request)}"
+        answer = (
+            f"! {exchange.error}" if exchange.reply is None else f"< {_on_one_line(hide(exchange.reply))}"
+        )
         yield f"{exchange.seconds:+10.3f}  {answer}"
 
 

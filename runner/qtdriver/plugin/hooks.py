@@ -9,6 +9,7 @@ import pytest
 from _pytest._code.code import ExceptionRepr
 
 from .artifacts import TestArtifacts
+from .hidden import hide_secrets
 from .hookimpl import hookimpl
 
 ARTIFACTS = pytest.StashKey[TestArtifacts]()
@@ -51,6 +52,8 @@ class TestHooks:
         if artifacts is None:
             setattr(report, MARK, {})
             return
+        if not report.passed:
+            hide_secrets(report, artifacts.secrets())
         if report.failed:
             _add_failure(artifacts, report, item.config.invocation_params.dir)
         elif report.when == "call":

@@ -13,6 +13,7 @@ from .extensions import readable_request
 from .greeting import Greeting
 from .lines import LineSocket
 from .peers import Peer
+from .secrets import Secrets, is_for_password, typed_text
 from .transcript import KEPT_REPLY, Exchange, Transcript
 from .waiting import bounded
 from .wire import Reply, encode_line
@@ -35,6 +36,7 @@ class Channel(ClosedOnLeaving):
         process: id of the process at the other end, as this process sees it; None where the system hides it.
         timeout: seconds that a request may take, including the wait for the late reply to an earlier one.
         transcript: the requests and their replies.
+        secrets: texts that were typed into password fields; the transcript and messages are without them.
     """
 
     def __init__(
@@ -49,6 +51,7 @@ class Channel(ClosedOnLeaving):
         self.process = process
         self.timeout = timeout
         self.transcript = Transcript()
+        self.secrets = Secrets()
         self._lines = lines
         self._unanswered: Optional[str] = None
 
@@ -112,20 +115,41 @@ class Channel(ClosedOnLeaving):
         Raises RequestTimeout, within bounded_by() NoReplyYet, ConnectionClosed, ProtocolError for a line that is no reply,
         and UnsupportedTextError, before anything is sent, for a request that cannot be sent.
         """
-        data = encode_line(line)
+        encode_line(line)
         started = time.monotonic()
         answer, failure = None, ""
         try:
-            answer = self._exchange(line, data, self.timeout if timeout is None else timeout)
+            self._learn_secret(line)
+            answer = self.exchange(line, timeout)
             return Reply.parse(answer)
         except QtDriverError as error:
             failure = str(error)
             raise
         finally:
-            kept = None if answer is None else answer[:KEPT_REPLY]
-            self.transcript.add(Exchange(line, kept, started, time.monotonic() - started, failure))
+            hide = self.secrets.hide_in_line
+            kept = None if answer is None else hide(answer[:KEPT_REPLY])
+            self.transcript.add(Exchange(hide(line), kept, started, time.monotonic() - started, failure))
 
-    def _exchange(self, line: str, data: bytes, seconds: float) -> str:
+    def _learn_secret(self, line: str) -> None:
+        """Notes the text that a request types, if it is for a password field, or nobody knows for what."""
+        typed = typed_text(line)
+        try:
+            if typed and is_for_password(self, line):
+                self.secrets.add(typed)
+        except ConnectionClosed:
+            self.secrets.add(typed)  # the request itself will say so
+        except RequestTimeout:
+            self.secrets.add(typed)
+            raise RequestTimeout(
+                f"no reply to {self._shown(line)!r} within {self.timeout:g} seconds"
+            ) from None
+
+    def exchange(self, line: str, timeout: Optional[float] = None) -> str:
+        """Sends one line and waits for its reply, a line as it is. The transcript does not have it.
+
+        Takes the arguments of request(). Raises its errors but for ProtocolError.
+        """
+        data, seconds = encode_line(line), self.timeout if timeout is None else timeout
         allowed = bounded(seconds)
         deadline = time.monotonic() + allowed
         try:
@@ -137,14 +161,18 @@ class Channel(ClosedOnLeaving):
             waiting_for = (
                 self._unanswered or line
             )  # empty for the request of a listener, which the test does not know
-            shown = readable_request(waiting_for)
+            shown = self._shown(waiting_for)
             if allowed < seconds:
                 raise NoReplyYet(f"no reply to {shown!r} yet") from None
             raise RequestTimeout(f"no reply to {shown!r} within {seconds:g} seconds") from None
         except OSError as error:
             raise ConnectionClosed(
-                f"the application ended before it answered {readable_request(line)!r} ({error})"
+                f"the application ended before it answered {self._shown(line)!r} ({error})"
             ) from error
+
+    def _shown(self, line: str) -> str:
+        """A request for a message."""
+        return readable_request(self.secrets.hide_in_line(line))
 
     def _discard_late_replies(self, deadline: float) -> None:
         """Reads and drops replies to earlier requests, so that the next reply belongs to this one."""

@@ -44,6 +44,11 @@ class ExtendedChannel(Channel):
         return self._extensions
 
     @property
+    def known_extensions(self) -> Optional[FrozenSet[str]]:
+        """The same, None as long as the agent has not been asked."""
+        return self._extensions
+
+    @property
     def knows_items(self) -> bool:
         """Whether the agent has what mouse(), scroll() and item() need for items."""
         return self.extensions.issuperset(("+9", "+scroll", "+item"))

@@ -8,6 +8,8 @@ from contextlib import contextmanager
 from dataclasses import dataclass, field
 from typing import Deque, Iterator, List, Optional, Tuple
 
+from .locators import Locator
+
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 KEPT_EXCHANGES = 5000
@@ -36,18 +38,43 @@ class Exchange:
     error: str = ""
 
 
+@dataclass(eq=False)
+class Group:
+    """Steps that a test has put together under a name.
+
+    Attributes:
+        title: the name.
+        parent: the group that it is in, None for none.
+        started: when it began, in seconds of time.monotonic().
+        seconds: how long it took; None while it goes on.
+        error: the message with which it failed, empty otherwise.
+    """
+
+    title: str
+    parent: "Optional[Group]" = None
+    started: float = field(default_factory=time.monotonic)
+    seconds: Optional[float] = None
+    error: str = ""
+
+
 @dataclass
 class Step:
     """One call of a test, such as a click: its exchanges and how it went.
 
     Attributes:
-        title: the call as a person reads it: widget("ok").click().
+        title: the call as the test wrote it: widget("ok").click().
         reads: whether it only reads; the others act on the application.
         started: when it began, in seconds of time.monotonic().
         seconds: how long it took, waiting included; None while it goes on.
         exchanges: the first ones and the last ones, if there were many while it waited.
         skipped: how many exchanges between these were left out.
         error: the message with which it failed, empty otherwise.
+        action: what it does, in the runner's words, where that is not the title.
+        file: the file of the test that made the call, empty where that cannot be told.
+        line: the line in it.
+        group: the group that it is in, None for none.
+        window: the window of the widget that it is about, as extensions name it; empty for none.
+        target: the locator of that widget.
     """
 
     title: str
@@ -57,6 +84,12 @@ class Step:
     exchanges: List[Exchange] = field(default_factory=list)
     skipped: int = 0
     error: str = ""
+    action: str = ""
+    file: str = ""
+    line: int = 0
+    group: Optional[Group] = None
+    window: str = ""
+    target: Optional[Locator] = None
 
     def add(self, exchange: Exchange) -> None:
         """Adds an exchange; of more than ten, it keeps the first five and the last five."""

@@ -14,12 +14,13 @@ from typing import Deque, Dict, Iterator, List, Optional
 from ..api.app import App
 from ..api.steps import StepListener
 from ..desktop.screen_process import SCREENS, Pending, display_name
-from ..desktop.screenshots import KEPT_BYTES
+from ..desktop.screenshots import KEPT_BYTES, SavedPicture
 from ..errors import PictureError
 from ..errors.internal import TooSlow
+from ..protocol.secrets import Secrets
 from ..protocol.transcript import Exchange, Step
-from .trace import RecordedStep, Trace
-from .widgets import WidgetLister
+from .trace import OutputLine, Place, RecordedStep, Trace
+from .widgets import WidgetLister, place_of
 
 KEPT_STEPS = 2000
 """The number of steps that are kept of a test; older ones are dropped."""
@@ -35,13 +36,14 @@ _KEPT_NOTES = 20
 
 @dataclass
 class _Entry:
-    """A step, with the pictures around it and the key of the widgets after it."""
+    """A step, with the pictures around it, the key of the widgets after it, and the place of the widget it is about."""
 
     app: App
     step: Step
     before: Optional[Pending]
     after: Optional[Pending]
     widgets: str
+    place: Optional[Place] = None
 
 
 class Recorder(StepListener):
@@ -73,23 +75,25 @@ class Recorder(StepListener):
             SCREENS.start()
         self._latest: Dict[str, Pending] = {}
         self._before: Optional[Pending] = None
+        self._place: Optional[Place] = None
         self._listers: Dict[int, WidgetLister] = {}
         self._trees: Dict[str, bytes] = {}
         self._closed = False
 
     def step_started(self, app: App, step: Step) -> None:
         """Takes the picture before a step that acts, unless the last one is new enough."""
-        self._before = None
+        self._before = self._place = None
         if not step.reads and not self._closed:
             with self._noting("no picture before a step"):
                 self._before = self._picture_before(app)
+            self._place = place_of(app, step)
 
     def step_ended(self, app: App, step: Step) -> None:
         """Adds the step, with the widgets and the picture after it."""
         if self._closed:
             return
-        entry = _Entry(app, step, self._before, None, "")
-        self._before = None
+        entry = _Entry(app, step, self._before, None, "", self._place)
+        self._before = self._place = None
         if len(self._entries) == KEPT_STEPS:
             self._forgotten += 1
         self._entries.append(entry)
@@ -97,6 +101,7 @@ class Recorder(StepListener):
         if step.error or not step.reads:
             with self._noting("the widgets could not be listed"):
                 entry.widgets = self._widgets(app, step.exchanges)
+            entry.place = entry.place or place_of(app, step)
         with self._noting("no picture after a step"):
             entry.after = self._picture_after(app)
 
@@ -200,8 +205,8 @@ class Recorder(StepListener):
             self._trees[key] = zlib.compress(data, 1)
         return key
 
-    def _save_pictures(self) -> Dict[int, str]:
-        """The file names of the pictures by their numbers. Notes what is missing."""
+    def _save_pictures(self) -> Dict[int, SavedPicture]:
+        """The files of the pictures by their numbers. Notes what is missing."""
         pictures = [picture for entry in self._entries for picture in (entry.before, entry.after) if picture]
         if not pictures:
             return {}
@@ -209,14 +214,14 @@ class Recorder(StepListener):
             with self._noting("no picture after a step"):
                 self._wait_for(picture)
         with self._noting("the pictures could not be saved"):
-            names, dropped = SCREENS.save(self._store, self._folder, pictures)
+            saved, dropped = SCREENS.save(self._store, self._folder, pictures)
             if dropped:
                 self._note(f"the {dropped} oldest pictures were dropped to save memory")
-            return names
+            return saved
         return {}
 
     def _trace(self) -> Trace:
-        names = self._save_pictures()
+        saved = self._save_pictures()
         if self._forgotten:
             self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
 
@@ -225,15 +230,51 @@ class Recorder(StepListener):
                 self._note(f"refused before process {entry.app.pid} came: {refusal}")
 
         def name(picture: Optional[Pending]) -> str:
-            return "" if picture is None else names.get(picture.number, "")
+            return saved[picture.number].name if picture is not None and picture.number in saved else ""
 
+        for entry in self._entries:  # a text that was typed in vain at first may be a password
+            secrets = entry.app.connection.secrets
+            entry.step.title = secrets.hide(entry.step.title)
+            entry.step.error = secrets.hide(entry.step.error)
         steps = [
-            RecordedStep(entry.step, entry.app.pid, name(entry.before), name(entry.after), entry.widgets)
+            RecordedStep(
+                entry.step,
+                entry.app.pid,
+                name(entry.before),
+                name(entry.after),
+                entry.widgets,
+                entry.app.connection.secrets,
+                entry.place,
+            )
             for entry in self._entries
         ]
         wanted = {entry.widgets for entry in self._entries}
         trees = {key: zlib.decompress(data).decode() for key, data in self._trees.items() if key in wanted}
-        return Trace(self._began, self._began_at, time.monotonic() - self._began, steps, trees, self._notes)
+        seconds = time.monotonic() - self._began
+        apps = list({id(entry.app): entry.app for entry in self._entries}.values())
+        secrets = Secrets(text for app in apps for text in app.connection.secrets)
+        return Trace(
+            self._began,
+            self._began_at,
+            seconds,
+            steps,
+            trees,
+            self._notes,
+            _output_of(apps),
+            dict(saved.values()),
+            secrets,
+        )
+
+
+def _output_of(apps: List[App]) -> List[OutputLine]:
+    lines = [
+        OutputLine(at, app.pid, stream, text)
+        for app in apps
+        if app.process is not None
+        for stream, tail in (("stdout", app.process.output), ("stderr", app.process.errors))
+        for at, text in tail.timed_lines()
+    ]
+    return sorted(lines, key=lambda line: line.at)
 
 
 def _has_ended(app: App) -> bool:

@@ -3,23 +3,32 @@
 from __future__ import annotations
 
 import json
+import linecache
 import os
 from dataclasses import dataclass
 from pathlib import Path
-from typing import Callable, Dict, List
+from typing import Callable, Dict, List, Optional, Tuple
 
 from ..errors import ProtocolError
 from ..protocol.commands import COMMAND_BY_NUMBER
 from ..protocol.extensions import EXTENSION_BY_NAME, decode_utf8_hex
-from ..protocol.transcript import Exchange, Step
+from ..protocol.secrets import Secrets
+from ..protocol.transcript import Exchange, Group, Step
 from ..protocol.wire import Reply, decode_hex
 from .readable import describe_reply
 
 TRACE_FILE = "trace.json"
-FORMAT = 1
+FORMAT = 2
+
+KEPT_SOURCE = 200_000
+"""Characters of a file of tests that are kept; larger ones are not."""
 
 KEPT_READABLE = 2000
 """Characters of a reply in words that are kept."""
+
+
+Place = Tuple[int, int, int, int]
+"""Left, top, width and height in pixels of the screen."""
 
 
 @dataclass(frozen=True)
@@ -32,6 +41,8 @@ class RecordedStep:
         before: file name of the picture before it, empty for none.
         after: file name of the picture after it, empty for none.
         widgets: key of the widgets after it in the trace's trees, empty for none.
+        secrets: what is left out of its requests and replies.
+        place: the widget that it is about: left, top, width and height in pixels of the screen; None where it is not known.
     """
 
     step: Step
@@ -39,6 +50,25 @@ class RecordedStep:
     before: str
     after: str
     widgets: str
+    secrets: Secrets
+    place: Optional[Place] = None
+
+
+@dataclass(frozen=True)
+class OutputLine:
+    """A line that an application has written.
+
+    Attributes:
+        at: when, in seconds of time.monotonic().
+        pid: the process id of the application.
+        stream: "stdout" or "stderr".
+        text: the line.
+    """
+
+    at: float
+    pid: int
+    stream: str
+    text: str
 
 
 @dataclass(frozen=True)
@@ -51,7 +81,10 @@ class Trace:
         seconds: how long.
         steps: in their order.
         trees: texts that list widgets, by the key that steps have.
+        output: what the applications have written, in the order of its times.
         notes: what went wrong with the recording, for a person.
+        pictures: the parts of the screen that pictures show, by their file names.
+        secrets: what is left out of sources and output.
     """
 
     began: float
@@ -60,47 +93,110 @@ class Trace:
     steps: List[RecordedStep]
     trees: Dict[str, str]
     notes: List[str]
+    output: List[OutputLine]
+    pictures: Dict[str, Place]
+    secrets: Secrets
 
     def write(self, folder: Path) -> None:
         """Writes the trace into the folder, next to its pictures. Readers find the whole of it or none."""
+        groups = _groups(self.steps)
         data = {
             "format": FORMAT,
             "began_at": self.began_at,
             "seconds": round(self.seconds, 6),
             "notes": self.notes,
-            "steps": [self._step(recorded) for recorded in self.steps],
+            "steps": [self._step(recorded, groups) for recorded in self.steps],
+            "groups": [self._group(group, groups) for group in groups],
+            "output": [self._output_line(line) for line in self.output],
+            "pictures": self.pictures,
+            "sources": self._sources(),
             "trees": self.trees,
         }
         unfinished = folder / f"{TRACE_FILE}.part"
         unfinished.write_text(json.dumps(data, indent=1), encoding="ascii")
         os.replace(unfinished, folder / TRACE_FILE)
 
-    def _step(self, recorded: RecordedStep) -> Dict[str, object]:
+    def _group(self, group: Group, groups: List[Group]) -> Dict[str, object]:
+        return {
+            "title": self.secrets.hide(group.title),
+            "parent": None if group.parent is None else groups.index(group.parent),
+            "start": round(group.started - self.began, 6),
+            "seconds": round(group.seconds or 0.0, 6),
+            "error": self.secrets.hide(group.error),
+        }
+
+    def _output_line(self, line: OutputLine) -> Dict[str, object]:
+        return {
+            "time": round(line.at - self.began, 6),
+            "pid": line.pid,
+            "stream": line.stream,
+            "text": self.secrets.hide(line.text),
+        }
+
+    def _sources(self) -> Dict[str, str]:
+        """The files of the test, by their names in steps."""
+        files = {recorded.step.file for recorded in self.steps if recorded.step.file}
+        texts = {file: "".join(linecache.getlines(file)) for file in sorted(files)}
+        return {
+            _relative(file): self.secrets.hide(text)
+            for file, text in texts.items()
+            if len(text) < KEPT_SOURCE
+        }
+
+    def _step(self, recorded: RecordedStep, groups: List[Group]) -> Dict[str, object]:
         step = recorded.step
         return {
             "title": step.title,
+            "action": "" if step.action == step.title else step.action,
+            "file": _relative(step.file),
+            "line": step.line,
+            "group": None if step.group is None else groups.index(step.group),
+            "place": recorded.place,
             "reads": step.reads,
             "pid": recorded.pid,
             "start": round(step.started - self.began, 6),
             "seconds": round(step.seconds or 0.0, 6),
             "error": step.error,
-            "exchanges": [self._exchange(exchange) for exchange in step.exchanges],
+            "exchanges": [self._exchange(exchange, recorded.secrets) for exchange in step.exchanges],
             "skipped": step.skipped,
             "before": recorded.before,
             "after": recorded.after,
             "widgets": recorded.widgets,
         }
 
-    def _exchange(self, exchange: Exchange) -> Dict[str, object]:
+    def _exchange(self, exchange: Exchange, secrets: Secrets) -> Dict[str, object]:
+        request = secrets.hide_in_line(exchange.request)
+        reply = None if exchange.reply is None else secrets.hide_in_line(exchange.reply)
         return {
-            "request": exchange.request,
-            "asks": describe_request(exchange.request),
-            "reply": exchange.reply,
-            "answers": "" if exchange.reply is None else _readable(exchange.request, exchange.reply),
+            "request": request,
+            "asks": describe_request(request),
+            "reply": reply,
+            "answers": "" if reply is None else _readable(request, reply),
             "start": round(exchange.started - self.began, 6),
             "seconds": round(exchange.seconds, 6),
             "error": exchange.error,
         }
+
+
+def _groups(steps: List[RecordedStep]) -> List[Group]:
+    """The groups of the steps, each behind those that it is in."""
+    groups: List[Group] = []
+    for recorded in steps:
+        chain: List[Group] = []
+        group = recorded.step.group
+        while group is not None and group not in groups:
+            chain.insert(0, group)
+            group = group.parent
+        groups += chain
+    return groups
+
+
+def _relative(file: str) -> str:
+    """The path as seen from the current folder, where it is below that."""
+    try:
+        return str(Path(file).relative_to(Path.cwd())) if file else ""
+    except ValueError:
+        return file
 
 
 def describe_request(line: str) -> str:

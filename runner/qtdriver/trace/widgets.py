@@ -5,13 +5,16 @@ from __future__ import annotations
 import json
 import time
 from contextlib import contextmanager
-from typing import Iterator, List
+from typing import Iterator, List, Optional
 
-from ..errors import ConnectionClosed, RequestTimeout
+from ..api.app import App
+from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
 from ..errors.internal import TooSlow
 from ..lookup.windows import walk_windows
 from ..protocol.connection import Connection
 from ..protocol.records import WidgetRecord
+from ..protocol.transcript import Step
+from .trace import Place
 
 KEPT_LINES = 3000
 """The number of widgets that are listed; a table has a few, a page of a settings dialog some hundreds."""
@@ -55,6 +58,22 @@ class WidgetLister:
                     f"its widgets take longer than {SLOW_SECONDS:g} s to list: they are no longer recorded"
                 )
         return text
+
+
+def place_of(app: App, step: Step) -> Optional[Place]:
+    """The place of the widget that a step is about: left, top, width and height in pixels of the screen.
+
+    None where the step is about no widget, the agent cannot tell its place, or the widget is not there.
+    """
+    connection = app.connection
+    if step.target is None or "+2" not in (connection.known_extensions or ()):
+        return None
+    try:
+        with _unnoticed(connection):
+            rect = connection.snapshot(step.window, step.target).get("rect")
+    except QtDriverError:
+        return None
+    return (rect[0], rect[1], rect[2], rect[3]) if isinstance(rect, list) and len(rect) == 4 else None
 
 
 @contextmanager

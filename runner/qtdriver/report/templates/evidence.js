@@ -1,4 +1,40 @@
-/* What is known of a step: its requests and the widgets after it. */
+/* What is known of a step: the line of the test, what the application wrote, its requests, the widgets after it. */
+
+const LINES_AROUND = 7;
+
+function makeSourceTab(step, trace) {
+  const source = (trace.sources || {})[step.file];
+  return source && step.line ? [{name: "source", label: "Source", make: () => makeSource(step, source)}] : [];
+}
+
+function makeSource(step, source) {
+  const lines = source.split("\n");
+  const first = Math.max(step.line - 1 - LINES_AROUND, 0);
+  const rows = lines.slice(first, step.line + LINES_AROUND).map((line, index) =>
+    element("div", {className: first + index + 1 === step.line ? "line current" : "line"},
+      element("span", {className: "number"}, String(first + index + 1)), element("code", {}, line || " ")));
+  return element("div", {}, element("p", {className: "quiet"}, `${step.file}:${step.line}`),
+    element("pre", {className: "source"}, rows));
+}
+
+/** What the application wrote from the begin of a step to that of the next one; the first one has what came before, too. */
+function outputOf(trace, number) {
+  const from = number ? trace.steps[number].start : -Infinity;
+  const to = number + 1 < trace.steps.length ? trace.steps[number + 1].start : Infinity;
+  return (trace.output || []).filter((line) => line.time >= from && line.time < to);
+}
+
+function makeOutputTab(trace, number) {
+  const lines = outputOf(trace, number);
+  return lines.length ? [{name: "output", label: `Output ${lines.length}`, make: () => makeOutput(lines)}] : [];
+}
+
+function makeOutput(lines) {
+  return element("table", {className: "output"}, element("tbody", {}, lines.map((line) => element("tr", {className: line.stream},
+    element("td", {className: "number"}, `${line.time.toFixed(3)} s`),
+    element("td", {className: "quiet"}, line.stream),
+    element("td", {}, element("pre", {}, line.text))))));
+}
 
 function makeRequests(step) {
   if (!step.exchanges.length) return element("p", {className: "quiet"}, "This step asked the application nothing.");

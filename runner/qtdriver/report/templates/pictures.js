@@ -13,6 +13,20 @@ function makePicture(key, text) {
   return element("img", {src: source.textContent, alt: text, decoding: "async"});
 }
 
+/** A frame around the widget that the step is about, in a picture of the screen. */
+function makeTarget(step, trace, key) {
+  const shown = (trace.pictures || {})[key];
+  if (!shown || !step.place) return null;
+  const [left, top, width, height] = shown;
+  const [x, y, wide, high] = step.place;
+  if (x >= left + width || y >= top + height || x + wide <= left || y + high <= top) return null;
+  const target = element("span", {className: "target", "aria-hidden": "true"});
+  const percent = (part, whole) => `${(100 * part) / whole}%`;
+  Object.assign(target.style, {left: percent(x - left, width), top: percent(y - top, height),
+    width: percent(wide, width), height: percent(high, height)});
+  return target;
+}
+
 function modesOf(step) {
   return MODES.filter((mode) => mode.needs.every((moment) => step[moment]));
 }
@@ -33,7 +47,7 @@ function makePictures(step, trace) {
   function show(mode) {
     buttons.forEach((button, index) => button.setAttribute("aria-pressed", String(MODES[index] === mode)));
     place.className = `pictures ${mode.name}`;
-    place.replaceChildren(...(mode.name === "difference" ? [makeDifference(step)] : makeFigures(step, mode)));
+    place.replaceChildren(...(mode.name === "difference" ? [makeDifference(step, trace)] : makeFigures(step, mode, trace)));
   }
 
   if (possible.length) show(possible.find((mode) => mode.name === preferredMode) || possible[possible.length - 1]);
@@ -41,18 +55,18 @@ function makePictures(step, trace) {
   return {place, buttons: element("div", {className: "modes", role: "group", "aria-label": "Screenshot"}, buttons)};
 }
 
-function makeFigures(step, mode) {
+function makeFigures(step, mode, trace) {
   return mode.needs.map((moment) => {
     const text = `The screen ${moment} the step`;
-    const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, moment)},
-      makePicture(step[moment], text));
+    const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, moment, trace)},
+      makePicture(step[moment], text), makeTarget(step, trace, step[moment]));
     return element("figure", {}, open, element("figcaption", {}, text));
   });
 }
 
-function makeDifference(step) {
+function makeDifference(step, trace) {
   const same = step.before === step.after;
-  const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, "difference")},
+  const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, "difference", trace)},
     makePicture(step.before, ""), makePicture(step.after, "What changed on the screen"));
   return element("figure", {}, open,
     element("figcaption", {}, same ? "Nothing changed on the screen" : "Whatever is not black changed on the screen"));
@@ -66,7 +80,7 @@ function makeAbsence(step, trace) {
 }
 
 /** One picture in its full size; the arrow keys go from one to the next. */
-function zoom(step, first) {
+function zoom(step, first, trace) {
   const dialog = document.getElementById("zoom");
   const moments = ["before", "after", "difference"].filter((moment) =>
     moment === "difference" ? step.before && step.after : step[moment]);
@@ -78,8 +92,10 @@ function zoom(step, first) {
     current = (current + by + moments.length) % moments.length;
     const moment = moments[current];
     place.className = `zoomed ${moment}`;
-    place.replaceChildren(...(moment === "difference" ? [step.before, step.after] : [step[moment]])
-      .map((key) => makePicture(key, `The screen: ${moment}`)));
+    const pictures = (moment === "difference" ? [step.before, step.after] : [step[moment]])
+      .map((key) => makePicture(key, `The screen: ${moment}`));
+    const target = moment === "difference" ? null : makeTarget(step, trace, step[moment]);
+    place.replaceChildren(element("div", {className: "whole"}, pictures, target));
     caption.textContent = `${moment[0].toUpperCase()}${moment.slice(1)} (${current + 1} of ${moments.length}, arrow keys)`;
   }
 

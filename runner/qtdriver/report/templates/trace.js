@@ -1,6 +1,6 @@
 /* One test: its heading, time line, steps, and what is known of the chosen step. */
 
-let preferredTab = "requests";
+let preferredTab = "source";
 
 function makeHeading(test, attempt) {
   const facts = [
@@ -51,14 +51,43 @@ function makeTitle(title) {
     element("span", {className: "where"}, breakable(where)), breakable((before || "") + what));
 }
 
-function makeStepEntry(step, number) {
-  return element("li", {
+function makeStepEntry(step, number, depth) {
+  const entry = element("li", {
     id: `step-${number}`, role: "option", "aria-selected": "false",
     className: `${step.reads ? "reads" : "acts"} ${step.error ? "failed" : ""}`,
   },
   makeTitle(step.title),
   element("span", {className: "time"}, duration(step.seconds)),
   step.error ? element("span", {className: "problem"}, step.error.split("\n")[0]) : null);
+  entry.style.marginLeft = `${depth * 14}px`;
+  return entry;
+}
+
+/** The steps as entries of a list, and between them the headings of the groups that they are in. */
+function makeSteps(trace) {
+  const groups = trace.groups || [];
+  const chainOf = (group) => (group === null || group === undefined ? [] : [...chainOf(groups[group].parent), group]);
+  const entries = [];
+  const rows = [];
+  let open = [];
+  trace.steps.forEach((step, number) => {
+    const chain = chainOf(step.group);
+    chain.forEach((group, depth) => {
+      if (open[depth] === group && open.slice(0, depth).every((other, index) => other === chain[index])) return;
+      rows.push(makeGroup(groups[group], depth));
+    });
+    open = chain;
+    entries.push(makeStepEntry(step, number, chain.length));
+    rows.push(entries[entries.length - 1]);
+  });
+  return {entries, rows};
+}
+
+function makeGroup(group, depth) {
+  const heading = element("li", {className: `group ${group.error ? "failed" : ""}`, role: "presentation"},
+    element("span", {className: "title"}, group.title), element("span", {className: "time"}, duration(group.seconds)));
+  heading.style.marginLeft = `${depth * 14}px`;
+  return heading;
 }
 
 /** The tabs below the picture. The one that was chosen last stays chosen for the next step. */
@@ -96,11 +125,14 @@ function makeEvidence(trace, number) {
   const count = step.exchanges.length + step.skipped;
   return [
     element("div", {className: "bar-top"},
-      element("span", {className: "step-title"}, breakable(`${number + 1}. ${step.title}`)), pictures.buttons),
+      element("span", {className: "step-title"}, breakable(`${number + 1}. ${step.title}`),
+        step.action ? element("span", {className: "where"}, breakable(step.action)) : null), pictures.buttons),
     step.error ? element("div", {className: "step-error", tabIndex: 0, role: "region", "aria-label": "Error"},
       element("pre", {}, step.error)) : null,
     pictures.place,
     ...makeTabs([
+      ...makeSourceTab(step, trace),
+      ...makeOutputTab(trace, number),
       {name: "requests", label: `Requests ${count}`, make: () => makeRequests(step)},
       {name: "widgets", label: "Widgets", make: () => makeWidgets(step, trace, earlier)},
     ]),
@@ -156,17 +188,18 @@ function showAttempt(place, test, number, first, chosen) {
     return;
   }
   const timeline = makeTimeline(trace.steps, trace.seconds, choose);
-  const list = element("ol", {role: "listbox", "aria-label": "Steps", tabIndex: 0}, trace.steps.map(makeStepEntry));
+  const {entries, rows} = makeSteps(trace);
+  const list = element("ol", {role: "listbox", "aria-label": "Steps", tabIndex: 0}, rows);
   const evidence = element("section", {className: "evidence panel", "aria-label": "The chosen step"});
 
   function choose(number) {
-    mark(list, list.children[number]);
+    mark(list, entries[number]);
     timeline.select(number);
     evidence.replaceChildren(...makeEvidence(trace, number));
     told(number);
   }
 
-  listbox(list, () => [...list.children], (entry) => choose([...list.children].indexOf(entry)));
+  listbox(list, () => entries, (entry) => choose(entries.indexOf(entry)));
   parts.push(timeline.panel, element("div", {className: "work"},
     element("section", {className: "steps panel", "aria-label": "Steps"},
       element("h3", {}, `${trace.steps.length} ${trace.steps.length === 1 ? "step" : "steps"}`), list),
