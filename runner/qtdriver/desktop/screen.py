@@ -100,12 +100,13 @@ class _SharedImage:
     _errors: List[int] = []
 
     def __init__(self, name: str) -> None:
-        """Raises OSError when the display cannot do it, and AttributeError or OSError without Xlib."""
+        """Raises OSError when the display cannot do it, AttributeError or OSError without Xlib, and PictureError where nobody
+        could do it."""
         self._x = _library("X11")
         self._extension = _library("Xext")
         self._connection: int = self._x.XOpenDisplay(name.encode())
         if not self._connection:
-            raise OSError("the display cannot be opened")
+            raise PictureError(f"no picture of the display {name}: it cannot be opened")
         _SharedImage._errors.clear()
         self._x.XSetErrorHandler(_ERROR_HANDLER)
         if not self._extension.XShmQueryExtension(self._connection):

@@ -21,7 +21,7 @@ _START = "from qtdriver.desktop.screen_worker import main; main()"
 ANSWER_SECONDS = 5.0
 """How long a display may take to answer; after that it is not asked again."""
 
-_SAVE_SECONDS = 60.0
+_SAVE_SECONDS = 30.0
 
 
 def display_name(display: Optional[str]) -> str:

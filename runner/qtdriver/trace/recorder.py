@@ -87,6 +87,8 @@ class Recorder(StepListener):
             with self._noting("no picture before a step"):
                 self._before = self._picture_before(app)
             self._place = place_of(app, step)
+            with self._noting("no picture before a step"):
+                self._wait_for(self._before)
 
     def step_ended(self, app: App, step: Step) -> None:
         """Adds the step, with the widgets and the picture after it."""
@@ -97,13 +99,13 @@ class Recorder(StepListener):
         if len(self._entries) == KEPT_STEPS:
             self._forgotten += 1
         self._entries.append(entry)
-        # The widgets come first: listing them gives the application time to paint itself.
+        with self._noting("no picture after a step"):
+            entry.after = self._picture_after(app)
+        # Listing the widgets takes as long as the application may need to paint itself: the picture is taken meanwhile.
         if step.error or not step.reads:
             with self._noting("the widgets could not be listed"):
                 entry.widgets = self._widgets(app, step.exchanges)
             entry.place = entry.place or place_of(app, step)
-        with self._noting("no picture after a step"):
-            entry.after = self._picture_after(app)
 
     def close(self, keep: bool) -> None:
         """Ends the recording. With `keep`, writes the trace and its pictures into the folder.
@@ -148,7 +150,7 @@ class Recorder(StepListener):
             self._notes.append(note)
 
     def _picture_before(self, app: App) -> Optional[Pending]:
-        """The screen as it is now, or was a moment ago. Waits until the picture is taken."""
+        """The screen as it is now, or was a moment ago. Does not wait until the picture is taken."""
         latest = self._latest.get(display_name(app.display))
         if (
             latest is not None
@@ -156,14 +158,11 @@ class Recorder(StepListener):
             and time.monotonic() - latest.answered_at > MAX_PICTURE_AGE
         ):
             latest = None
-        picture = latest or self._order(app, 0.0)
-        if picture is not None:
-            self._wait_for(picture)
-        return picture
+        return latest or self._order(app, 0.0)
 
-    def _wait_for(self, picture: Pending) -> None:
+    def _wait_for(self, picture: Optional[Pending]) -> None:
         """Waits until the picture is taken. Raises PictureError, once."""
-        if not self._screenshots:
+        if picture is None or not self._screenshots:
             return
         try:
             picture.wait()
@@ -235,6 +234,7 @@ class Recorder(StepListener):
         for entry in self._entries:  # a text that was typed in vain at first may be a password
             secrets = entry.app.connection.secrets
             entry.step.title = secrets.hide(entry.step.title)
+            entry.step.action = secrets.hide(entry.step.action)
             entry.step.error = secrets.hide(entry.step.error)
         steps = [
             RecordedStep(
