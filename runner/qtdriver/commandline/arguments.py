@@ -111,6 +111,15 @@ def _parsers() -> Tuple[_Parser, _Parser]:
     doctor = _add(
         commands, "doctor", "checks what usually goes wrong, and says how to mend it", "doctor -- ./editor"
     )
+    trace = _add(
+        commands,
+        "trace",
+        "prints the steps, the error, the requests and the pictures of a failure",
+        "trace test-results/test_order-test_milk-0a1b2c --json",
+    )
+    trace.add_argument(
+        "folder", type=Path, metavar="FOLDER", help="the folder of the failure, or of its trace"
+    )
     _add_build(doctor)
     doctor.add_argument(
         "command", nargs=argparse.REMAINDER, metavar="-- APP", help="look at this program, too"

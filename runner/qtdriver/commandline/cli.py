@@ -15,6 +15,7 @@ from ..desktop import desktop
 from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import QtDriverError
 from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
+from ..trace.summary import describe_summary, read_summary
 from . import control, holding
 from .arguments import parse_arguments, wants_json
 from .doctor import examine
@@ -106,4 +107,9 @@ def _doctor(parsed: argparse.Namespace) -> int:
     return outcome.status
 
 
-_ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {"run": _run, "doctor": _doctor}
+def _trace(parsed: argparse.Namespace) -> int:
+    summary = read_summary(parsed.folder)
+    return _finish(Outcome(describe_summary(summary), summary), parsed.json)
+
+
+_ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {"run": _run, "doctor": _doctor, "trace": _trace}

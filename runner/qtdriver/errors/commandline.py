@@ -23,3 +23,7 @@ class AlreadyHeldError(QtDriverError):
 
 class PickError(QtDriverError):
     """The X server cannot be asked for a click."""
+
+
+class TraceError(QtDriverError):
+    """A folder holds no failure, or one that cannot be read."""
