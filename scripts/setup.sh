@@ -6,7 +6,7 @@ packages=(
     # build
     g++ cmake ninja-build ccache lld qtbase5-dev qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
     # desktop for tests, demo and benchmarks
-    xvfb xserver-xephyr openbox x11-utils x11-xserver-utils xdotool xclip imagemagick fonts-dejavu-core util-linux iproute2
+    xvfb xserver-xephyr openbox x11-utils x11-xserver-utils xdotool xclip gdb imagemagick fonts-dejavu-core util-linux iproute2
     # runner and its tests
     python3 python3-psutil python3-pyelftools python3-pefile python3-pytest python3-pytest-xdist python3-hypothesis python3-pil python3-jinja2 python3-prompt-toolkit
     python3-xlib python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver

@@ -172,7 +172,13 @@ def test_a_wayland_session_is_noted(examine):
 
 @pytest.mark.parametrize(
     "tool, package",
-    [("Xvfb", "xvfb"), ("setpriv", "util-linux"), ("setsid", "util-linux"), ("xclip", "xclip")],
+    [
+        ("Xvfb", "xvfb"),
+        ("setpriv", "util-linux"),
+        ("setsid", "util-linux"),
+        ("xclip", "xclip"),
+        ("gdb", "gdb"),
+    ],
 )
 def test_a_missing_tool_is_noted_with_its_package(examine, bare, tool, package):
     findings, _ = examine(environment=bare)

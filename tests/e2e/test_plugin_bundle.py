@@ -241,7 +241,9 @@ def test_a_display_that_does_not_answer_is_given_up(tmp_path, monkeypatch):
         connection = SimpleNamespace(
             timeout=1.0, transcript=Transcript(), secrets=Secrets(), list_windows=lambda: ()
         )
-        app = SimpleNamespace(display=":7777", process=None, connection=connection, pid=1)
+        app = SimpleNamespace(
+            display=":7777", process=None, connection=connection, pid=1, stacks=lambda: None
+        )
         notes = bundle.write_bundle([app], [], tmp_path, 0.0)
     assert notes == ["no screenshot.png: the display :7777 has not answered within 1 seconds"]
     assert (tmp_path / "windows.txt").read_text() == "no visible window\n"
@@ -252,7 +254,7 @@ def test_a_display_that_is_gone_is_noted(tmp_path, monkeypatch):
     connection = SimpleNamespace(
         timeout=1.0, transcript=Transcript(), secrets=Secrets(), list_windows=lambda: ()
     )
-    app = SimpleNamespace(display=":7778", process=None, connection=connection, pid=1)
+    app = SimpleNamespace(display=":7778", process=None, connection=connection, pid=1, stacks=lambda: None)
     (note,) = bundle.write_bundle([app], [], tmp_path, 0.0)
     assert note.startswith("no screenshot.png: ") and ":7778" in note
 

@@ -8,6 +8,7 @@ from contextlib import suppress
 from pathlib import Path
 from typing import Callable, List, Optional, Tuple, Type, TypeVar
 
+from ..crashes.stacks import Stacks, stacks_of_process
 from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, QtDriverError, ReplyError
 from ..errors.internal import NoReplyYet
 from ..launch.dlls import windows_path
@@ -72,6 +73,7 @@ class App(ClosedOnLeaving):
         self.display = display
         self.listeners: List[StepListener] = []
         self._listed = 0.0
+        self._stacks: Optional[Stacks] = None
         self.end_is_known: bool = False
 
     def __repr__(self) -> str:
@@ -219,6 +221,18 @@ class App(ClosedOnLeaving):
     def watched(self) -> EndWatch:
         """A context in which the end or the silence of the application becomes an error that says what happened."""
         return EndWatch(self)
+
+    def stacks(self, *, hangs: bool = False) -> Optional[Stacks]:
+        """The stacks of the application's threads, once it has crashed, or was found to hang; None otherwise.
+
+        Args:
+            hangs: whether it has just been found to hang, and is still there to be looked at.
+        """
+        if self._stacks is None and self.process is not None:
+            self._stacks = self.process.crash()
+        if self._stacks is None and hangs and self.connection.process is not None:
+            self._stacks = stacks_of_process(self.connection.process)
+        return self._stacks
 
     def wait_for_exit(self, timeout: Optional[float] = None) -> int:
         """Waits for the application to end by itself.

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Optional
 
+from ..crashes.stacks import Stacks
 from ..errors import (
     ApplicationEndedError,
     ApplicationHangsError,
@@ -53,7 +54,14 @@ def error_for(app: "App", error: QtDriverError) -> QtDriverError:
     if not isinstance(error, RequestTimeout):
         return ended_error(app)
     windows = describe_windows(last_windows(app.connection.transcript.exchanges()))
-    return endings.hangs(error, app.pid, _end_process(app), windows)
+    where = _where(app.stacks(hangs=True))
+    return endings.hangs(error, app.pid, _end_process(app), windows, where)
+
+
+def _where(stacks: Optional[Stacks]) -> str:
+    """The innermost call that is the application's own; empty where it is not known."""
+    frame = None if stacks is None else stacks.own_frame()
+    return "" if frame is None else str(frame)
 
 
 def ended_error(app: "App") -> ApplicationEndedError:
@@ -66,7 +74,7 @@ def ended_error(app: "App") -> ApplicationEndedError:
     status = process.wait(_EXIT_SECONDS)
     if status is None:
         return endings.closed_its_connection(app.pid, request, process.pid)
-    return endings.ended(status, request, process.last_output())
+    return endings.ended(status, request, process.last_output(), _where(app.stacks()))
 
 
 def _describe_request(app: "App") -> str:

@@ -12,6 +12,7 @@ from typing import Any, Callable, Iterator, List, Optional
 
 from ..desktop.desktop import NAMESPACE_CHECK, namespaces_remedy
 from ..desktop.session import WAYLAND_NOTE, needs_x11
+from ..crashes.cores import core_problem
 from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
 from ..launch.agent import QT_MAJORS, agent_library
 from ..protocol.peers import describe_listener
@@ -43,6 +44,7 @@ _TOOLS = (
     ("unshare", "util-linux", "networks of their own for runs"),
     ("ip", "iproute2", "networks of their own for runs"),
     ("xclip", "xclip", "reading the clipboard"),
+    ("gdb", "gdb", "the stacks of applications that crash or hang"),
 )
 _OWN_NETWORK = "; 'scripts/with-desktop.sh COMMAND' and 'qtdriver run --headless' have a network of their own"
 
@@ -214,6 +216,27 @@ def _session(_: Optional[Path]) -> Iterator[Finding]:
         )
 
 
+def _stacks(_: Optional[Path]) -> Iterator[Finding]:
+    scope = _setting("yama/ptrace_scope")
+    if scope not in ("", "0") and sys.platform != "win32" and os.geteuid() != 0:
+        yield Finding(
+            "stacks of hangs",
+            "note",
+            f"the system does not let gdb look into applications (kernel.yama.ptrace_scope is {scope})",
+            "sysctl kernel.yama.ptrace_scope=0",
+        )
+    problem, remedy = core_problem()
+    if problem:
+        yield Finding("stacks of crashes", "note", problem, remedy)
+
+
+def _setting(name: str) -> str:
+    try:
+        return Path("/proc/sys/kernel", name).read_text().strip()
+    except OSError:
+        return ""
+
+
 def _namespaces(_: Optional[Path]) -> Iterator[Finding]:
     if _namespaces_allowed():
         yield Finding("namespaces", "ok", "runs side by side can have networks of their own")
@@ -240,6 +263,7 @@ _CHECKS: "tuple[Callable[[Optional[Path]], Iterator[Finding]], ...]" = (
     _screen,
     _session,
     _tools,
+    _stacks,
     _namespaces,
     check_windows,
 )

@@ -18,16 +18,18 @@ def describe_exit(status: int) -> str:
         return f"signal {-status}"
 
 
-def ended(status: int, request: str, last_output: str) -> ApplicationEndedError:
+def ended(status: int, request: str, last_output: str, where: str = "") -> ApplicationEndedError:
     """The error for an application that was started by the test.
 
     Args:
         status: its exit status, negative for a signal.
         request: words that name the latest request, such as " at the request '1'"; empty before the first one.
         last_output: the last lines that it has printed.
+        where: the call of its own in which it crashed; empty where that is not known.
     """
+    place = f", in {where}" if where else ""
     output = f"; its last output:\n{last_output}" if last_output else ", without any output"
-    return ApplicationEndedError(f"the application ended ({describe_exit(status)}){request}{output}")
+    return ApplicationEndedError(f"the application ended ({describe_exit(status)}){request}{place}{output}")
 
 
 def ended_elsewhere(pid: int, request: str) -> ApplicationEndedError:
@@ -45,7 +47,9 @@ def closed_its_connection(pid: int, request: str, process: int) -> ApplicationEn
     )
 
 
-def hangs(error: RequestTimeout, pid: int, was_ended: bool, windows: Sequence[str]) -> ApplicationHangsError:
+def hangs(
+    error: RequestTimeout, pid: int, was_ended: bool, windows: Sequence[str], where: str = ""
+) -> ApplicationHangsError:
     """The error for an application that did not answer a request.
 
     Args:
@@ -53,9 +57,11 @@ def hangs(error: RequestTimeout, pid: int, was_ended: bool, windows: Sequence[st
         pid: the process of the application.
         was_ended: whether the runner could end it.
         windows: lines that describe the windows of the last listing.
+        where: the call of its own that its main thread was in; empty where that is not known.
     """
+    place = f" in {where}" if where else ""
     end = "was ended" if was_ended else "could not be ended"
     seen = ["the windows that were last seen:", *windows]
     return ApplicationHangsError(
-        "\n".join([f"{error}; the application hangs, and process {pid} {end}", *seen])
+        "\n".join([f"{error}; the application hangs{place}, and process {pid} {end}", *seen])
     )

@@ -9,6 +9,8 @@ import warnings
 from dataclasses import dataclass
 from typing import Optional
 
+from ..crashes.cores import CoreFile, is_crash
+from ..crashes.stacks import Stacks
 from ..errors.endings import describe_exit
 from ..protocol.waiting import Deadline, attempts
 from .output import OutputTail
@@ -67,6 +69,8 @@ class Process:
         self.errors = OutputTail(popen.stderr)
         self.launched = launched
         self.under_wine = under_wine
+        self._core = CoreFile(popen.pid)
+        self._crash: Optional[Stacks] = None
         launched.set_session_leader(popen.pid)
 
     def __repr__(self) -> str:
@@ -98,6 +102,20 @@ class Process:
         """Whether it has ended, and with it everything that it started."""
         return self.status() is not None and not self.launched.has_any()
 
+    def agent_came(self, pid: int) -> None:
+        """Called when the agent has greeted: `pid` is the process that it is in."""
+        self._core = CoreFile(pid, self._core.is_ours)
+
+    def crash(self) -> Optional[Stacks]:
+        """The stacks of the application, once it has crashed; None otherwise.
+
+        They are read from its core file when first asked for, which takes a second or two.
+        """
+        status = self.status()
+        if self._crash is None and status is not None and (is_crash(status) or is_crash(128 - status)):
+            self._crash = self._core.stacks()
+        return self._crash
+
     def last_output(self) -> str:
         """The last 20 lines of standard error, or of standard output when there are none; empty without output."""
         for tail in (self.errors, self.output):
@@ -117,6 +135,7 @@ class Process:
         Returns its exit status, negative for a signal; None if it still runs, because this user may not end it.
         """
         self.launched.end(grace)
+        self.crash()  # or its core file would stay
         try:
             return self._popen.wait(_EXIT_SECONDS)
         except subprocess.TimeoutExpired:

@@ -73,6 +73,8 @@ def start(
     except BaseException:
         process.terminate()
         raise
+    if connection.process is not None:
+        process.agent_came(connection.process)
     return connection, process
 
 

@@ -10,7 +10,8 @@ from typing import Callable, Dict, Iterable, List, Optional, Sequence, Tuple
 
 from ..api.app import App
 from ..desktop.screen_process import SCREENS, display_name
-from ..errors import QtDriverError
+from ..crashes.stacks import Stacks
+from ..errors import QtDriverError, RequestTimeout
 from ..errors.endings import describe_exit
 from ..lookup.windows import describe_windows, last_windows, walk_windows
 from ..protocol.extensions import readable_request
@@ -45,6 +46,7 @@ def write_bundle(
         path = folder / _numbered("screenshot", number, "png")
         _attempt(notes, f"no {path.name}", lambda: _save_screenshot(path, display))
     for number, app in enumerate(apps, 1):
+        stacks = folder / _numbered("stack", number, "txt")
         writers: _Writers = {
             "transcript": lambda: _describe_transcript(app, began),
             "windows": lambda: _describe_windows(app, notes),
@@ -52,6 +54,7 @@ def write_bundle(
             "stderr": lambda: () if app.process is None else app.process.errors.lines(),
         }
         _write_all(writers, folder, number, notes)
+        _attempt(notes, f"no {stacks.name}", lambda: _write_stacks(stacks, app.stacks(), notes))
     for number, seen in enumerate(failed_starts, 1):
         _write_failed_start(seen, folder, (len(displays) + number, len(apps) + number), notes)
     return notes
@@ -68,6 +71,18 @@ def _write_failed_start(seen: SeenStart, folder: Path, numbers: Tuple[int, int],
         "stderr": seen.start.process.errors.lines,
     }
     _write_all(writers, folder, numbers[1], notes)
+    stacks = folder / _numbered("stack", numbers[1], "txt")
+    _attempt(notes, f"no {stacks.name}", lambda: _write_stacks(stacks, seen.start.process.crash(), notes))
+
+
+def _write_stacks(path: Path, stacks: Optional[Stacks], notes: List[str]) -> None:
+    """Writes the stacks of an application that has crashed or hangs."""
+    if stacks is None:
+        return
+    if stacks.note:
+        notes.append(stacks.note)
+    if stacks.threads:
+        _write(path, stacks.lines())
 
 
 def _write_all(writers: "_Writers", folder: Path, number: int, notes: List[str]) -> None:
@@ -115,6 +130,8 @@ def _describe_windows(app: App, notes: List[str]) -> List[str]:
             if window.error is not None:
                 lines.append(f"    its widgets could not be listed: {window.error}")
     except QtDriverError as error:
+        if isinstance(error, RequestTimeout):
+            app.stacks(hangs=True)
         return lines or _not_asked(app, str(error), notes)
     finally:
         connection.timeout = usual

@@ -173,6 +173,7 @@ def _attempt(result: TestResult, folder: Path, embedding: Embedding) -> Dict[str
         "message": _shortened(result.message),
         "bundle": _link(result.bundle, folder),
         "trace": _trace(result, folder, embedding),
+        "stacks": _stacks(result.bundle),
     }
 
 
@@ -211,3 +212,16 @@ def _trace(result: TestResult, folder: Path, embedding: Embedding) -> "Optional[
         trace = {"steps": [], "trees": {}, "notes": [f"the trace could not be read: {error}"]}
     trace["folder"] = _link(result.trace, folder)
     return dict(trace)
+
+
+def _stacks(bundle: Optional[Path]) -> List[str]:
+    """The stacks of the applications that crashed or hung, as texts."""
+    if bundle is None:
+        return []
+    texts = []
+    for file in sorted(bundle.glob("stack*.txt")):
+        try:
+            texts.append(_shortened(file.read_text(encoding="utf-8", errors="replace")))
+        except OSError:
+            continue
+    return texts

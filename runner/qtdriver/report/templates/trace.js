@@ -35,6 +35,18 @@ function makeMessage(test) {
   return [message, more];
 }
 
+/** The stacks of applications that crashed or hung: folded, as they are long, and named by their first call. */
+function makeStacks(attempt) {
+  return (attempt.stacks || []).map((text) => element("details", {className: "stack panel"},
+    element("summary", {}, "Stack of the application: ", element("code", {}, firstOwnCall(text))),
+    element("pre", {}, text)));
+}
+
+function firstOwnCall(text) {
+  const calls = text.split("\n").filter((line) => /^ +#\d/.test(line)).map((line) => line.trim().replace(/^#\d+ +/, ""));
+  return calls.find((call) => !/ in \S+\.so/.test(call)) || calls[0] || "";
+}
+
 /** In a long message, what was wrong stands below the source text. */
 function scrollToComplaint(place) {
   const message = place.querySelector(".message");
@@ -144,14 +156,15 @@ function makeAttempts(test, chosen, choose) {
   if (test.attempts.length < 2) return [];
   const cards = test.attempts.map((attempt, number) => {
     const steps = attempt.trace ? attempt.trace.steps : [];
-    const last = steps.findLast((step) => step.after);
+    const last = steps.findLast((step) => step.after || step.before);
+    const shown = last && (last.error ? last.before || last.after : last.after || last.before);
     const complaint = attempt.message.split("\n").find((line) => COMPLAINT.test(line)) || "";
     return element("button", {type: "button", className: "attempt panel", "aria-pressed": String(number === chosen), onclick: () => choose(number)},
       element("span", {className: "attempt-title"}, element("span", {className: `mark ${attempt.outcome}`}), `Attempt ${number + 1}`),
       element("span", {className: `outcome ${attempt.outcome}`}, attempt.outcome),
       element("span", {className: "quiet"}, duration(attempt.seconds)),
       complaint ? element("span", {className: "complaint"}, complaint.replace(/^E +/, "")) : null,
-      last && last.after ? makePicture(last.after, `The screen at the end of attempt ${number + 1}`) : null);
+      shown ? makePicture(shown, `The screen at the end of attempt ${number + 1}`) : null);
   });
   return [element("div", {className: "attempts", role: "group", "aria-label": "Attempts"}, cards)];
 }
@@ -175,7 +188,7 @@ function showAttempt(place, test, number, first, chosen) {
     showAttempt(place, test, other, -1, chosen);
     place.querySelectorAll(".attempt")[other].focus();
   };
-  const parts = [makeHeading(test, attempt), ...makeAttempts(test, number, turn), ...makeMessage(attempt)];
+  const parts = [makeHeading(test, attempt), ...makeAttempts(test, number, turn), ...makeMessage(attempt), ...makeStacks(attempt)];
   if (trace && trace.notes.length) {
     parts.push(element("ul", {className: "notes panel"}, trace.notes.map((note) => element("li", {}, note))));
   }

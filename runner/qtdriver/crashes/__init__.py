@@ -1,0 +1,1 @@
+"""The stacks of applications that have crashed or hang."""
