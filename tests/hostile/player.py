@@ -54,6 +54,7 @@ SERVED_UNDER = {
     "FlatButton": "QAbstractButton",
 }
 ITEM_VIEWS = ("QListView", "QTreeView", "QTableView", "QTableWidget")
+DRAGGED = (*ITEM_VIEWS, "QLabel", "QAbstractItemView")
 PROPERTIES = (
     "propertyNames",
     "pseudoPropertyNames",
@@ -127,6 +128,9 @@ PAUSE = 0.01
 LOCATED_SHARE = 0.3
 """How many of the requests about a widget are extensions with a locator."""
 
+DRAG_GOES_ON = 0.8
+"""How many of the requests that follow the beginning of a drag are the next of it."""
+
 LOOK_EVERY = 12
 """After how many commands the player looks again at what there is."""
 
@@ -141,6 +145,7 @@ class Player:
         self._windows: List[str] = []
         self._targets: List[Tuple[str, str, str]] = []
         self._until_look = 0
+        self._rest_of_drag: List[str] = []
         self._makers: Sequence[Tuple[int, Callable[[], str]]] = (
             (3, lambda: "1"),
             (3, lambda: "3"),
@@ -163,10 +168,13 @@ class Player:
             (1, lambda: "+extensions"),
             (8, self._mouse_on_item),
             (3, self._scroll),
+            (8, self._drag),
         )
 
     def next_request(self) -> str:
         """The next request line; a refresh of what is known of the windows may be asked before."""
+        if self._rest_of_drag and self._chance.random() < DRAG_GOES_ON:
+            return self._rest_of_drag.pop(0)
         if self._until_look <= 0 or not self._targets:
             self._look()
             self._until_look = LOOK_EVERY
@@ -314,6 +322,26 @@ class Player:
         force = "force" if self._chance.random() < 0.3 else ""
         texts = (self._served_as(served), command, force, self._item(served))
         return EXTENSION_BY_NAME["+9"].compose(window, f'path="{path}"', *texts)
+
+    def _drag(self) -> str:
+        """A press on a widget or an item; the move and the release, mostly on another widget, come next."""
+        window, path, served = self._target(DRAGGED)
+        goal_window, goal, _ = self._target(DRAGGED)
+        if self._chance.random() < 0.7:
+            goal_window = window
+        compose = EXTENSION_BY_NAME["+9"].compose
+        item = self._item(served) if served in ITEM_VIEWS else ""
+        names = ["MouseMove", "MouseMove", "MouseRelease"][self._chance.randrange(2) :]
+        self._rest_of_drag = [
+            compose(goal_window, f'path="{goal}"', "QWidget", encode_argument(self._mouse_with_left(name)))
+            for name in names
+        ]
+        press = encode_argument("MousePress:LeftButton:::")
+        return compose(window, f'path="{path}"', "" if item else "QWidget", press, "", item)
+
+    def _mouse_with_left(self, name: str) -> str:
+        x, y = (self._chance.choice(("0.25", "0.5", "0.9")) for _ in range(2))
+        return f"{name}:LeftButton:{x}:{y}:"
 
     def _scroll(self) -> str:
         window, path, served = self._target(valuepool.ACTIVATIONS)

@@ -6,6 +6,9 @@
 #include "testhost.h"
 #include "watchfulapplication.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 // A deed's requirements for the place where it is done.
@@ -65,6 +68,15 @@ const Deed deeds[] = {
     {Kind::Nesting, 40, "handleEvents", handleEvents},
 };
 
+// Those that have a window with a frame go or come.
+bool concernsWindows(const Deed& deed)
+{
+    using Perform = void (*)(Stage&, QObject*);
+    static const Perform rows[] = {destroyParent, destroyWindow, reparentSender, hideWindow, minimizeWindow,
+        closeWindow, closeAllWindows, openSecondWindow, openModalWindow, runDialog, quit};
+    return std::find(std::begin(rows), std::end(rows), deed.perform) != std::end(rows);
+}
+
 const Deed& randomDeed(Chance& chance)
 {
     static const int totalWeight = [] {
@@ -82,6 +94,8 @@ const Deed& randomDeed(Chance& chance)
 
 void commit(Stage& stage, QObject* sender, const Deed& deed)
 {
+    if (stage.mustKeepWindows() && concernsWindows(deed))
+        return;
     stage.host.journal(QString::fromLatin1("deed %1 %2")
                            .arg(QLatin1String(deed.name), QLatin1String(sender->metaObject()->className())));
     deed.perform(stage, sender);

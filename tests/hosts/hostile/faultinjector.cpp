@@ -69,8 +69,17 @@ const SignalRow signalRows[] = {
     {"QFileDialog", SIGNAL(currentChanged(QString)), Place::Fragile},
 };
 
+// That of a file dialog tells that files have changed before it shows the new ones, whose names it has noted: when one of
+// them is gone by then, as in an event loop that runs meanwhile, it goes on with a null pointer.
+bool isModelOfFileDialog(const QObject* sender)
+{
+    return sender->inherits("QFileSystemModel") || sender->inherits("QUrlModel");
+}
+
 Place placeOf(const SignalRow& row, const QObject* sender)
 {
+    if (isModelOfFileDialog(sender))
+        return Place::Busy;
     // A menu goes on with itself when it has triggered an action.
     if (sender->inherits("QAction") && qobject_cast<QMenu*>(sender->parent()))
         return Place::Fragile;
@@ -90,8 +99,8 @@ struct EventRow
 };
 
 // Qt looks after the target of input that was posted. In the middle of an activation, or of the pointer's crossing of
-// borders, it goes through a list of widgets; a popup that is closing stays the active one, and a modal dialog that opens
-// meanwhile waits for its end.
+// borders, it goes through a list of widgets, and in that of a drag through a widget and what that is in; a popup that is
+// closing stays the active one, and a modal dialog that opens meanwhile waits for its end.
 const EventRow eventRows[] = {
     {QEvent::MouseButtonPress, Place::Guarded, inputRarity},
     {QEvent::MouseButtonRelease, Place::Guarded, inputRarity},
@@ -100,6 +109,10 @@ const EventRow eventRows[] = {
     {QEvent::KeyPress, Place::Guarded, inputRarity},
     {QEvent::KeyRelease, Place::Guarded, inputRarity},
     {QEvent::ContextMenu, Place::Guarded, inputRarity},
+    {QEvent::DragEnter, Place::Delicate, inputRarity},
+    {QEvent::DragMove, Place::Delicate, inputRarity},
+    {QEvent::DragLeave, Place::Delicate, inputRarity},
+    {QEvent::Drop, Place::Fragile, signalRarity},
     {QEvent::FocusIn, Place::Fragile, otherRarity},
     {QEvent::FocusOut, Place::Fragile, otherRarity},
     {QEvent::ShortcutOverride, Place::Fragile, otherRarity},

@@ -28,7 +28,8 @@ std::unique_ptr<HostileModel::Row> HostileModel::newRow(Row* above, int depth)
     const int number = ++named % 9 + 1; // texts come again
     for (int column = 0; column < columns; ++column)
         row->texts[column] = QString::fromLatin1(column == 0 ? "Item %1" : "Cell %1").arg(number);
-    const int always = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable | Qt::ItemIsUserCheckable;
+    const int always = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable | Qt::ItemIsUserCheckable
+        | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
     row->flags = chance.oneIn(6) ? always & ~(1 << chance.below(6)) : always;
     row->checkState = chance.below(3);
     fill(row.get(), depth - 1);

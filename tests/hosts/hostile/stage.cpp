@@ -152,6 +152,20 @@ void Stage::nest(Place place, const std::function<void()>& function)
     --nestedLoops;
 }
 
+void Stage::drag(Place place, const std::function<void()>& function)
+{
+    nest(place, [&] {
+        ++drags;
+        function();
+        --drags;
+    });
+}
+
+bool Stage::mustKeepWindows() const
+{
+    return QT_VERSION < QT_VERSION_CHECK(5, 0, 0) && drags > 0;
+}
+
 void Stage::addStray(QWidget* widget)
 {
     strays.append(widget);
@@ -163,7 +177,7 @@ void Stage::timerEvent(QTimerEvent*)
     ++quiet;
     closeWhatStaysOpen();
     runWaiting();
-    if (mayDestroy() && (!mainWindow || --ticksToRebuild <= 0))
+    if (mayDestroy() && !mustKeepWindows() && (!mainWindow || --ticksToRebuild <= 0))
         rebuild();
     else if (mainWindow && chance.oneIn(3))
         mend();

@@ -62,8 +62,13 @@ public:
     void undisturbed(const std::function<void()>& function);
     // To be called before an object is destroyed: does away with what Qt does not stand.
     void prepareEnd(QObject* victim);
+    // Whether windows have to stay as they are. Qt 4 looks at what is below the mouse while something is dragged, and at an X error,
+    // as of the frame of a window that has gone meanwhile, it forgets its drag and goes on with it.
+    bool mustKeepWindows() const;
     // Runs a function that has an event loop of its own, if not too many are running already.
     void nest(Place place, const std::function<void()>& function);
+    // The same for a drag and drop.
+    void drag(Place place, const std::function<void()>& function);
     // A top-level window of the application's own that mending removes.
     void addStray(QWidget* widget);
     // Whether the stage is at work itself, and wants no interference.
@@ -96,5 +101,6 @@ private:
     int ticksToRebuild = 0;
     int fragileFrames = 0;
     int nestedLoops = 0;
+    int drags = 0;
     int quiet = 0;
 };

@@ -1,5 +1,6 @@
 // Scenarios with item views.
 
+#include "dragwidgets.h"
 #include "scenes.h"
 #include "viewtricks.h"
 
@@ -15,7 +16,7 @@ namespace {
 template <class View>
 View* putView(Stage& stage, QWidget* centre, const char* name, int depth)
 {
-    auto* view = put(centre, new View, name);
+    auto* view = put(centre, new DraggingView<View>(stage), name);
     view->setEditTriggers(QAbstractItemView::AllEditTriggers);
     setHostileModel(stage, view, depth);
     addViewTricks(stage, view, depth);
@@ -36,7 +37,7 @@ void addModelTrick(Stage& stage, QAbstractItemView* view)
     const QPointer<QAbstractItemView> guarded(view);
     stage.addTrick([=, &stage](QObject*) {
         if (isUsable(guarded) && stage.chance.oneIn(3))
-            delete guarded->model();
+            destroyModelOf(guarded);
     });
 }
 
@@ -65,9 +66,10 @@ void fillTable(QTableWidget* table)
 void buildLists(Stage& stage, QWidget* centre)
 {
     put(centre, new QLineEdit, "line");
+    putDragLabels(stage, centre);
     putView<QListView>(stage, centre, "listView", 1);
     putView<QListView>(stage, centre, "iconView", 1)->setViewMode(QListView::IconMode);
-    const QPointer<QListWidget> list(put(centre, new QListWidget, "listWidget"));
+    const QPointer<QListWidget> list(put(centre, new DraggingView<QListWidget>(stage), "listWidget"));
     list->addItems(QStringList() << words("Item 1") << words("Item 2") << words("Item 3"));
     stage.addTrick([=, &stage](QObject*) {
         if (isUsable(list) && list->count() > 3)
@@ -81,9 +83,10 @@ void buildLists(Stage& stage, QWidget* centre)
 void buildTrees(Stage& stage, QWidget* centre)
 {
     put(centre, new QLineEdit, "line");
+    putDragLabels(stage, centre);
     putView<QTreeView>(stage, centre, "treeView", 3);
     putView<QTreeView>(stage, centre, "wideTree", 2)->setUniformRowHeights(true);
-    const QPointer<QTreeWidget> tree(put(centre, new QTreeWidget, "treeWidget"));
+    const QPointer<QTreeWidget> tree(put(centre, new DraggingView<QTreeWidget>(stage), "treeWidget"));
     tree->setColumnCount(2);
     fillTree(tree);
     stage.addTrick([=](QObject*) {
@@ -122,6 +125,7 @@ void buildTables(Stage& stage, QWidget* centre)
 void buildGeneric(Stage& stage, QWidget* centre)
 {
     put(centre, new QLineEdit, "line");
+    putDragLabels(stage, centre);
     auto* header = put(centre, new QHeaderView(Qt::Horizontal), "header");
     setHostileModel(stage, header, 1);
     addViewTricks(stage, header, 1);

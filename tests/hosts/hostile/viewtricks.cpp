@@ -35,7 +35,7 @@ void dropModel(Stage&, QAbstractItemView* view, int)
 
 void destroyModel(Stage&, QAbstractItemView* view, int)
 {
-    delete view->model();
+    destroyModelOf(view);
 }
 
 void replaceSelection(Stage& stage, QAbstractItemView* view, int)
@@ -93,6 +93,17 @@ const ViewTrick viewTricks[] = {changeModel, changeModel, changeModel, replaceMo
 const int viewTrickCount = sizeof(viewTricks) / sizeof(viewTricks[0]);
 
 } // namespace
+
+void destroyModelOf(QAbstractItemView* view)
+{
+    delete view->model();
+    if (qVersion()[0] != '4')
+        return;
+    // Qt 4's headers ask their selection model for the model that is gone if they are painted before they are reset.
+    const QList<QHeaderView*> headers = view->findChildren<QHeaderView*>();
+    for (QHeaderView* header : headers)
+        header->reset();
+}
 
 void setHostileModel(Stage& stage, QAbstractItemView* view, int depth)
 {

@@ -10,3 +10,5 @@ void addViewTricks(Stage& stage, QAbstractItemView* view, int depth);
 
 // Gives a view a new hostile model, owned by the view.
 void setHostileModel(Stage& stage, QAbstractItemView* view, int depth);
+// Destroys the model of a view, where Qt stands that.
+void destroyModelOf(QAbstractItemView* view);
