@@ -15,7 +15,7 @@ public:
     template <class Tell>
     const Value& of(const QMetaObject* metaObject, Tell tell)
     {
-        Recent& place = recent[(reinterpret_cast<quintptr>(metaObject) / sizeof(QMetaObject)) % recentCount];
+        Recent& place = recent[placeOf(metaObject)];
         if (metaObject != place.metaObject) {
             const auto found = known.constFind(metaObject);
             place.value = found != known.constEnd() ? *found : *known.insert(metaObject, tell(metaObject));
@@ -31,10 +31,16 @@ private:
         Value value{};
     };
 
-    static const quintptr recentCount = 16;
+    static const int placeBits = 4;
+
+    // Multiplication spreads them: the meta-objects of two classes that a window has many of may be any distance apart.
+    static quint32 placeOf(const QMetaObject* metaObject)
+    {
+        return (quint32(reinterpret_cast<quintptr>(metaObject) >> 3) * 2654435769U) >> (32 - placeBits);
+    }
 
     QHash<const QMetaObject*, Value> known;
-    Recent recent[recentCount];
+    Recent recent[1 << placeBits];
 };
 
 } // namespace locate

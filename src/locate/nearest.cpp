@@ -1,16 +1,55 @@
 #include "locate/nearest.h"
 
-#include "locate/similarity.h"
 #include "locate/steptest.h"
 
 #include <QPointer>
 #include <QWidget>
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace locate {
 
 namespace {
+
+const int farthest = 100;
+
+// Letters to change, to add or to leave out.
+int editsBetween(const QString& text, const QString& other)
+{
+    std::vector<int> row(static_cast<std::size_t>(other.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < text.size(); ++i) {
+        int diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 1; j < row.size(); ++j) {
+            const int changed = diagonal + (text.at(i) == other.at(static_cast<int>(j) - 1) ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min(changed, std::min(row[j], row[j - 1]) + 1);
+        }
+    }
+    return row.back();
+}
+
+// How far a text is from another one: 0 for the same in another case of letters, 1 where one is within the other, more for
+// those that differ in some letters; `farthest` for all others.
+int distanceBetween(const QString& text, const QString& other)
+{
+    const int longest = 60;
+    const int shortestPart = 2;
+    if (text.size() > longest || other.size() > longest)
+        return farthest;
+    const QString lower = text.toLower();
+    const QString otherLower = other.toLower();
+    if (lower == otherLower)
+        return 0;
+    const int shorter = static_cast<int>(qMin(lower.size(), otherLower.size()));
+    if (shorter >= shortestPart && (lower.contains(otherLower) || otherLower.contains(lower)))
+        return 1;
+    const int letters = editsBetween(lower, otherLower);
+    return 2 * letters <= shorter ? letters + 1 : farthest;
+}
 
 using Widgets = std::vector<QWidget*>;
 struct Unmet
@@ -40,7 +79,8 @@ Widgets nearlyFitting(const Step& step, QWidget* window, const Widgets& widgets)
             rows.push_back({widget, unmet});
     }
     for (Unmet& row : rows) {
-        if (test.hasProperties() && row.widget && !test.propertiesFit(row.widget))
+        if (test.hasProperties() && row.widget
+            && !test.propertiesFit(row.widget, [&row] { return !row.widget.isNull(); }))
             ++row.count;
     }
     const Widgets fitting = living(rows, 0);

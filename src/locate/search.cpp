@@ -2,6 +2,7 @@
 
 #include "locate/nearest.h"
 #include "locate/steptest.h"
+#include "locate/watchedwidgets.h"
 
 #include <QtCore/QSet>
 
@@ -68,6 +69,7 @@ public:
     Matches(StepTest& stepTest, Visibility wantedVisibility)
         : test(stepTest)
         , visibility(wantedVisibility)
+        , candidates([this](QWidget* widget) { return isVisibleEnough(widget) && test.fits(widget); })
     {
     }
 
@@ -79,19 +81,41 @@ public:
         if ((visibility == Visibility::Hidden && isVisible) || !test.fits(widget))
             return true;
         if (test.hasProperties())
-            candidates.emplace_back(widget);
+            candidates.add(widget);
         else
             widgets.push_back(widget);
         return true;
     }
 
-    Widgets widgets;
-    // Those found instead where the step asks for properties: widgets that have such. Reading them may delete any of them.
-    std::vector<QPointer<QWidget>> candidates;
+    // The widgets that were found. Where the step asks for properties, they are read now, which runs the application's code.
+    Widgets found() { return test.hasProperties() ? withProperties() : widgets; }
 
 private:
+    bool isVisibleEnough(const QWidget* widget) const
+    {
+        return visibility == Visibility::Any || widget->isVisible() == (visibility == Visibility::Visible);
+    }
+
+    Widgets withProperties()
+    {
+        std::vector<std::size_t> fitting;
+        for (std::size_t i = 0; i < candidates.count(); ++i) {
+            QWidget* widget = candidates.at(i);
+            if (widget && test.propertiesFit(widget, [this, i] { return candidates.at(i) != nullptr; }))
+                fitting.push_back(i);
+        }
+        Widgets living;
+        for (const std::size_t i : fitting) {
+            if (QWidget* widget = candidates.at(i))
+                living.push_back(widget);
+        }
+        return living;
+    }
+
     StepTest& test;
     const Visibility visibility;
+    Widgets widgets;
+    WatchedWidgets candidates; // found instead where the step asks for properties: widgets that have such
 };
 
 class VisibleWidgets : public WidgetVisitor
@@ -113,16 +137,6 @@ Widgets living(const std::vector<QPointer<QWidget>>& widgets)
     std::copy_if(widgets.begin(), widgets.end(), std::back_inserter(result),
         [](const QPointer<QWidget>& widget) { return !widget.isNull(); });
     return result;
-}
-
-// Reading a property runs the application's code, which may delete any of them.
-Widgets withProperties(StepTest& test, std::vector<QPointer<QWidget>> candidates)
-{
-    for (QPointer<QWidget>& widget : candidates) {
-        if (!test.propertiesFit(widget))
-            widget = nullptr;
-    }
-    return living(candidates);
 }
 
 Widgets atPosition(const Step& step, const Widgets& widgets)
@@ -155,7 +169,7 @@ Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const
     } else if (!withScope || matches.visit(scope.front())) {
         ScopeWalk(scope, matches);
     }
-    return test.hasProperties() ? withProperties(test, std::move(matches.candidates)) : matches.widgets;
+    return matches.found();
 }
 
 StepResults findSteps(const QPointer<QWidget>& window, const Locator& locator, bool hiddenToo)

@@ -2,13 +2,15 @@
 
 #include "locate/plaintext.h"
 
+#include <algorithm>
+
 namespace locate {
 
 namespace {
 
-const QLatin1Char ampersand('&');
-const QLatin1Char blank(' ');
-const QLatin1Char tab('\t');
+const QChar ampersand(QLatin1Char('&'));
+const QChar blank(QLatin1Char(' '));
+const QChar tab(QLatin1Char('\t'));
 
 // The shown characters of a text without HTML, one after the other.
 class ShownCharacters
@@ -64,6 +66,28 @@ private:
     const bool mnemonics;
 };
 
+// Whether it is shown as it is, whatever stands beside it, but for a tab before it.
+bool standsForItself(QChar character)
+{
+    const ushort code = character.unicode();
+    return code > blank.unicode() && character != ampersand && (code < 0x7f || !character.isSpace());
+}
+
+// Whether the last characters tell that what is shown of the text is another one: so it is with most, and with texts that
+// begin alike.
+bool endsDifferently(const QString& text, bool hasMnemonics, const QString& shown)
+{
+    const QChar* const begin = text.constData();
+    const QChar* const shownBegin = shown.constData();
+    const QChar* last = begin + text.size();
+    const QChar* lastShown = shownBegin + shown.size();
+    while (last != begin && lastShown != shownBegin && standsForItself(*--last)) {
+        if (*last != *--lastShown)
+            return !hasMnemonics || std::find(begin, last, tab) == last;
+    }
+    return false;
+}
+
 } // namespace
 
 QString shownText(const QString& text, Markup markup)
@@ -83,6 +107,8 @@ bool isShownText(const QString& text, Markup markup, const QString& shown)
         return shownText(text, markup) == shown;
     if (text.size() < shown.size())
         return false; // nothing is added to what is shown
+    if (endsDifferently(text, markup == Markup::Mnemonics, shown))
+        return false;
     ShownCharacters characters(text, markup == Markup::Mnemonics);
     const QChar* const end = shown.constData() + shown.size();
     for (const QChar* expected = shown.constData(); expected != end; ++expected) {

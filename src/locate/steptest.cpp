@@ -74,8 +74,7 @@ QString textOf(const QVariant& value)
 // A property as one class has it.
 struct StepTest::ClassProperty
 {
-    QMetaProperty property; // invalid where the class has none of that name
-    int index = -1;
+    int index = -1; // of none
     bool isText = false;
 };
 
@@ -170,37 +169,35 @@ const StepTest::ClassProperty& StepTest::propertyOf(const QWidget* widget, Prepa
     return condition.propertyOfClass.of(widget->metaObject(), [&condition](const QMetaObject* metaObject) {
         ClassProperty result;
         result.index = metaObject->indexOfProperty(condition.property.constData());
-        result.property = metaObject->property(result.index);
-        result.isText = compat::isTextProperty(result.property);
+        result.isText = compat::isTextProperty(metaObject->property(result.index));
         return result;
     });
 }
 
 bool StepTest::propertyFits(const QWidget* widget, Prepared& condition)
 {
-    const ClassProperty own = propertyOf(widget, condition);
+    const ClassProperty& own = propertyOf(widget, condition);
     if (own.isText)
         return condition.test.fits(compat::readTextProperty(widget, own.index));
-    const QVariant value = own.property.isValid() ? compat::readProperty(widget, own.property)
-                                                  : compat::readProperty(widget, condition.property.constData());
+    const QVariant value = own.index >= 0 ? compat::readProperty(widget, widget->metaObject()->property(own.index))
+                                          : compat::readProperty(widget, condition.property.constData());
     return value.isValid() && condition.test.fits(textOf(value));
 }
 
-bool StepTest::propertiesFit(const QPointer<QWidget>& widget)
+bool StepTest::propertiesFit(const QWidget* widget, const std::function<bool()>& isAlive)
 {
     for (Prepared& condition : properties) {
-        if (!widget || !propertyFits(widget, condition))
+        if (!isAlive() || !propertyFits(widget, condition))
             return false;
     }
-    return widget;
+    return true;
 }
 
 // Told without running the application's code.
 bool StepTest::canHaveProperties(const QWidget* widget)
 {
     return std::all_of(properties.begin(), properties.end(), [&](Prepared& condition) {
-        return propertyOf(widget, condition).property.isValid()
-            || widget->dynamicPropertyNames().contains(condition.property);
+        return propertyOf(widget, condition).index >= 0 || widget->dynamicPropertyNames().contains(condition.property);
     });
 }
 

@@ -5,9 +5,9 @@
 #include "locate/locator.h"
 #include "locate/texttest.h"
 
-#include <QtCore/QPointer>
 #include <QtCore/QSet>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -25,9 +25,10 @@ public:
     // Whether the widget fulfils the step, and has the properties that it asks for, whatever their values. Runs no code of
     // the application.
     bool fits(QWidget* widget);
-    // Whether the properties have the values that are asked for. Runs code of the application.
+    // Whether the properties have the values that are asked for. Runs code of the application, which may delete the widget:
+    // `isAlive` tells.
     bool hasProperties() const { return !properties.empty(); }
-    bool propertiesFit(const QPointer<QWidget>& widget);
+    bool propertiesFit(const QWidget* widget, const std::function<bool()>& isAlive);
 
     // The widgets at the path that is asked for, parents before children; null where none is. As the commands find them:
     // those in other windows below this one are among them.

@@ -13,6 +13,7 @@ class tst_Shown : public QObject
 private Q_SLOTS:
     void isWhatAUserReads_data();
     void isWhatAUserReads();
+    void isNothingElse();
     void brokenHtmlIsReadInOnePass_data();
     void brokenHtmlIsReadInOnePass();
 };
@@ -63,6 +64,24 @@ void tst_Shown::isWhatAUserReads()
     QVERIFY(locate::isShownText(text, Markup(markup), shown));
     QVERIFY(!locate::isShownText(text, Markup(markup), shown + QLatin1Char('x')));
     QVERIFY(shown.isEmpty() || !locate::isShownText(text, Markup(markup), shown.left(shown.size() - 1)));
+}
+
+// Whether a text shows another is found out without making what it shows, and mostly by its last characters.
+void tst_Shown::isNothingElse()
+{
+    const QStringList texts
+        = QString::fromUtf8("Save|&Save|Save &|Save&|R&&D|R&D|&&Save|Save\tCtrl+S|Save\tSave|\tSave| Save |"
+                            "Save as|Sa&ve as|Save  as\n|as|Save\u00a0as|x as|Grüße €|Gr&üße €|e €|1...|11...|"
+                            "&Item 1...|Item 11...||&| ")
+              .split(QLatin1Char('|'));
+    for (const QString& text : texts) {
+        for (const QString& other : texts) {
+            for (const Markup markup : {Markup::None, Markup::Mnemonics}) {
+                const QString shown = locate::shownText(other, markup);
+                QCOMPARE(locate::isShownText(text, markup, shown), locate::shownText(text, markup) == shown);
+            }
+        }
+    }
 }
 
 void tst_Shown::brokenHtmlIsReadInOnePass_data()
