@@ -64,6 +64,9 @@ def header_menu(position):
     menu = QMenu(table)
     menu.addAction("Hide").triggered.connect(
         lambda: told.setText("hidden %d" % table.horizontalHeader().logicalIndexAt(position)))
+    pinned = menu.addAction("Pinned")
+    pinned.setCheckable(True)
+    pinned.setChecked(True)
     menu.popup(table.horizontalHeader().viewport().mapToGlobal(position))
 table.horizontalHeader().customContextMenuRequested.connect(header_menu)
 table.verticalHeader().sectionDoubleClicked.connect(lambda row: told.setText("row header %d" % row))
@@ -191,6 +194,16 @@ def test_headers_are_clicked_and_have_menus(window):
     table.row_header("row 35").double_click()
     has_told(window, "row header 35")
     assert str(table.column_header("Done")).endswith(".column_header('Done')")
+
+
+def test_headers_and_entries_of_their_menus_tell_what_they_are(window):
+    header = window.widget("table").column_header("Done")
+    assert (header.text(), header.is_enabled()) == ("Done", True)
+    assert header.context_menu("Pinned").is_checked()
+    assert not header.context_menu("Hide").is_checked()
+    with pytest.raises(CommandError, match="Pinned"):
+        header.context_menu("Pined").is_checked(timeout=0)
+    assert not window.app.popup().is_open()
 
 
 def test_a_widget_is_scrolled_to_without_the_mouse(window):

@@ -140,6 +140,8 @@ void addViews(TestHost& host, QWidget* parent)
         new QTreeWidgetItem(top, QStringList(QString::fromLatin1("File %1").arg(i)));
     }
     journalView(host, tree, "tree");
+    tree->header()->setSortIndicatorShown(true); // only shown: the rows stay as they are
+    tree->header()->setSortIndicator(1, Qt::DescendingOrder);
     journalHeader(host, tree->header(), "columns");
 
     auto* table = placed(new QTableWidget(50, 20, parent), "table", QRect(380, 10, 260, 120));
@@ -227,6 +229,12 @@ QAction* addEntry(TestHost& host, QMenu* menu, const char* name)
     return action;
 }
 
+void setChecked(QAction* action)
+{
+    action->setCheckable(true);
+    action->setChecked(true);
+}
+
 void addMenus(TestHost& host, QMainWindow* window)
 {
     window->menuBar()->setObjectName(QLatin1String("bar"));
@@ -239,11 +247,13 @@ void addMenus(TestHost& host, QMainWindow* window)
     addEntry(host, older, "Diary");
     QMenu* edit = placed(window->menuBar()->addMenu(QLatin1String("&Edit")), "editMenu", QRect());
     addEntry(host, edit, "Undo");
+    setChecked(addEntry(host, edit, "Bold"));
     QMenu* many = placed(window->menuBar()->addMenu(QLatin1String("Many")), "manyMenu", QRect());
     for (int i = 0; i < 120; ++i)
         addEntry(host, many, QString::fromLatin1("Entry %1").arg(i).toLatin1().constData());
     auto* popup = placed(new QMenu(window), "popup", QRect());
     addEntry(host, popup, "Cut");
+    setChecked(addEntry(host, popup, "Wrap"));
     addEntry(host, placed(popup->addMenu(QLatin1String("More")), "moreMenu", QRect()), "Split");
     host.onRequest(QLatin1String("popup"), [=] { popup->popup(window->mapToGlobal(QPoint(300, 300))); });
 }

@@ -226,6 +226,14 @@ def test_a_widget_sees_the_first_move_into_its_window(app):
     ("movable", "s:Tab 3", "", ("Tab 3", ["disabled"])),
     ("movable", "i:0", "", ("Tab 0", ["selected"])),
     ("box", "s:First", "", ("First", ["selected"])),
+    ("tree", "s:H:Size", VIEW, ("Size", ["descending"])),
+    ("tree", "s:H:1", VIEW, ("Name", [])),
+    ("table", "s:H:2", VIEW, ("2", ["hidden"])),
+    ("table", "s:V:45", VIEW, ("45", [])),
+    ("bar", "s:File", "", ("File", ["menu"])),
+    ("bar", "s:File/Locked", "", ("Locked", ["disabled"])),
+    ("bar", "s:File/Recent/Older/Diary", "", ("Diary", [])),
+    ("bar", "s:Edit/Item 1", "", ("Bold", ["checkable", "checked"])),
 ])  # fmt: skip
 def test_an_item_tells_its_text_and_states_wherever_it_is(app, widget, item, as_class, told):
     reply = app.request(extension("+item", WINDOW, f"name={widget}", as_class, item))
@@ -239,6 +247,35 @@ def test_states_follow_what_the_user_does(app):
     app.wait_for("release list Row 4 left")
     reply = app.request(extension("+item", WINDOW, "name=list", "", "s:Row 4"))
     assert {"selected", "current"} <= set(json.loads(reply[4:])["states"])
+
+
+def test_entries_of_an_open_menu_tell_their_states(app):
+    app.do("popup")
+    app.wait_until("popup", "visible", "true")
+    popup = "Widget:ActivePopupWidget"
+    reply = app.request(extension("+item", popup, "", "", "s:Wrap"))
+    assert json.loads(reply[4:]) == {"text": "Wrap", "states": ["checkable", "checked"]}
+    assert app.request(extension("+item", popup, "", "", "s:More/Glue")) == "8,Exception : Invalid item"
+    assert app.get("popup", "visible") == "true"
+
+
+@pytest.mark.parametrize("path", ["Nothing", "File/Nothing", "File/New/Deeper"])
+def test_an_entry_that_is_not_there_has_no_state_and_opens_no_menu(app, path):
+    assert (
+        app.request(extension("+item", WINDOW, "name=bar", "", f"s:{path}")) == "8,Exception : Invalid item"
+    )
+    assert app.get("fileMenu", "visible") == "false"
+
+
+@pytest.mark.parametrize("widget, section, message", [
+    ("tree", "H:Nothing", "Invalid column: Nothing"),
+    ("table", "V:51", "Invalid row: 51"),
+    ("tree", "V:1", "View does not have a vertical header."),
+    ("list", "H:1", "View does not have a horizontal header."),
+])  # fmt: skip
+def test_a_section_that_is_not_there_has_no_state(app, widget, section, message):
+    reply = app.request(extension("+item", WINDOW, f"name={widget}", VIEW, f"s:{section}"))
+    assert reply == f"8,Exception : {message}"
 
 
 def test_an_item_that_is_not_there_has_no_state(app):

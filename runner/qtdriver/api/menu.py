@@ -103,8 +103,18 @@ class Menu:
         return self._read("pathDisabled", timeout) is False
 
     def is_checked(self, *, timeout: Optional[float] = None) -> bool:
-        """Whether the entry is checked; of menu bars only."""
-        return self._read("pathChecked", timeout) is True
+        """Whether the entry is checked. With an agent that does not know items, of menu bars only."""
+        connection, address = self.window.app.connection, self.window.address
+        if address != POPUP or not connection.knows_items:
+            return self._read("pathChecked", timeout) is True
+
+        def read(popup: Address) -> bool:
+            def is_checked() -> bool:
+                return "checked" in connection.item(address, "", self.path)[1]
+
+            return self._with_suggestions(popup, is_checked, acts=False)
+
+        return self._look("is_checked()", read, timeout)
 
     def items(self, *, timeout: Optional[float] = None) -> Tuple[str, ...]:
         """The paths of all entries of the bar or the open menu, whatever this entry is."""

@@ -103,6 +103,17 @@ QAction* findMenuItem(const QList<QAction*>& actions, QStringList& path)
     return item ? item : itemWithJoinedText(items, path);
 }
 
+const QAction* itemAtPath(const QList<QAction*>& actions, QStringList path)
+{
+    const QAction* item = findMenuItem(actions, path);
+    path.removeFirst();
+    while (!path.isEmpty() && item) {
+        item = item->menu() ? findMenuItem(item->menu()->actions(), path) : nullptr;
+        path.removeFirst();
+    }
+    return item;
+}
+
 QStringList menuItemList(const QList<QAction*>& actions)
 {
     QStringList list;

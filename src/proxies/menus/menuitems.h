@@ -28,6 +28,10 @@ QString menuItemText(const QAction* item);
 // always is one item.
 QAction* findMenuItem(const QList<QAction*>& actions, QStringList& path);
 
+// The item at the end of a path from those actions, looked for in the menus as they are: null when there is none, or one on
+// the way has no submenu.
+const QAction* itemAtPath(const QList<QAction*>& actions, QStringList path);
+
 // The paths of all items below the actions. On the first level every action has an entry, hidden ones too,
 // and a null one for a separator. Below it, an item without a text is "Item n", n counting from 1, although
 // paths count it from 0: scripts compare the list as it is.

@@ -66,6 +66,27 @@ QStringList STMenuProxy::checkedPath(const QVariant& argument)
     return checkedPath(argument, QVariant());
 }
 
+STWidgetProxy::ItemState STMenuProxy::itemState(const QVariant& item)
+{
+    struct Row
+    {
+        const char* word;
+        bool holds;
+    };
+    const QStringList path = checkedPath(item);
+    const QAction* action = menus::itemAtPath(checkedWidget(nullptr)->actions(), path);
+    if (!action)
+        proxy::raiseError(menus::invalidItemMessage);
+    const Row rows[] = {{"disabled", !action->isEnabled()}, {"checkable", action->isCheckable()},
+        {"checked", action->isChecked()}, {"menu", action->menu() != nullptr}};
+    ItemState state = {menus::menuItemText(action), QStringList()};
+    for (const Row& row : rows) {
+        if (row.holds)
+            state.states.append(QLatin1String(row.word));
+    }
+    return state;
+}
+
 void STMenuProxy::chooseItem(
     QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close)
 {

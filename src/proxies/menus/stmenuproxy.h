@@ -10,6 +10,10 @@ class QMenu;
 // Base of menus and menu bars: choosing an item by its path with the keyboard, as a user does.
 class STMenuProxy : public STWidgetProxy
 {
+public:
+    // The state of the entry at a path, looked for in the menus as they are: one that is filled as it opens has no entries before.
+    ItemState itemState(const QVariant& item) override;
+
 protected:
     // The path of a call activate(value, option), as its elements. Raises the type error unless the value is
     // a string and the option, the check state that the item shall get, a bool or nothing.

@@ -28,6 +28,12 @@ QModelIndex itemOfSection(const QAbstractItemView& view, Qt::Orientation orienta
                                          : view.model()->index(section, across, view.rootIndex());
 }
 
+bool isSortedBy(const QHeaderView& header, int section, Qt::SortOrder order)
+{
+    return header.isSortIndicatorShown() && header.sortIndicatorSection() == section
+        && header.sortIndicatorOrder() == order;
+}
+
 bool isBranch(const QAbstractItemView& view, const QModelIndex& item, bool isExpanded)
 {
     const auto* tree = qobject_cast<const QTreeView*>(&view);
@@ -85,6 +91,30 @@ STWidgetProxy::ItemState itemState(QAbstractItemView* itemView, const QModelInde
         state.text = displayText(item);
     for (const Row& row : rows) {
         if (view && item.isValid() && row.holds(*view, item)) // a model may change when it is asked
+            state.states.append(QLatin1String(row.word));
+    }
+    return state;
+}
+
+STWidgetProxy::ItemState sectionState(QAbstractItemView* itemView, Qt::Orientation orientation, int section)
+{
+    struct Row
+    {
+        const char* word;
+        bool (*holds)(const QHeaderView& header, int section);
+    };
+    static const Row rows[] = {
+        {"hidden", [](const QHeaderView& header, int section) { return header.isSectionHidden(section); }},
+        {"ascending",
+            [](const QHeaderView& header, int section) { return isSortedBy(header, section, Qt::AscendingOrder); }},
+        {"descending",
+            [](const QHeaderView& header, int section) { return isSortedBy(header, section, Qt::DescendingOrder); }},
+    };
+    const QPointer<QHeaderView> header(requiredHeader(*itemView, orientation));
+    STWidgetProxy::ItemState state;
+    state.text = headerText(*itemView->model(), section, orientation); // a model may end its views as it is asked
+    for (const Row& row : rows) {
+        if (header && row.holds(*header, section))
             state.states.append(QLatin1String(row.word));
     }
     return state;

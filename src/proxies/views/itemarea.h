@@ -16,5 +16,7 @@ STWidgetProxy::ItemArea sectionArea(
 
 // Text and states of an item; none of an invalid index.
 STWidgetProxy::ItemState itemState(QAbstractItemView* view, const QModelIndex& index);
+// The same of a header's section. Raises an error where the view has no such header.
+STWidgetProxy::ItemState sectionState(QAbstractItemView* view, Qt::Orientation orientation, int section);
 
 } // namespace views

@@ -132,6 +132,10 @@ STWidgetProxy::ItemArea STQAbstractItemView::itemArea(const QVariant& item)
 STWidgetProxy::ItemState STQAbstractItemView::itemState(const QVariant& item)
 {
     const views::ItemAddress address = addressOf(compat::textOf(item));
+    if (address.isColumnHeader())
+        return views::sectionState(modelledView(), Qt::Horizontal, address.column);
+    if (address.isRowHeader())
+        return views::sectionState(modelledView(), Qt::Vertical, address.row);
     return views::itemState(modelledView(), address.index);
 }
 
