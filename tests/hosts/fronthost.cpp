@@ -3,12 +3,15 @@
 #include "testhost.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QDialog>
 #include <QDockWidget>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QSpinBox>
 
 namespace {
 
@@ -83,11 +86,26 @@ void buildRefusing(TestHost& host, const char* name, const char* title, Qt::Wind
 
 void buildScene(TestHost& host)
 {
-    auto* embedded = addWindow("embedded", "Embedded", QRect(0, 0, 200, 100));
+    auto* embedded = addWindow("embedded", "Embedded", QRect(0, 0, 200, 140));
     addButton(host, embedded, "inner", QRect(20, 10, 100, 40));
     auto* field = new QLineEdit(embedded);
     field->setObjectName(QLatin1String("innerField"));
     field->setGeometry(20, 60, 150, 30);
+    auto* choice = new QComboBox(embedded);
+    choice->setObjectName(QLatin1String("innerChoice"));
+    choice->addItems(QStringList() << QLatin1String("Tea") << QLatin1String("Coffee") << QLatin1String("Water"));
+    choice->setGeometry(20, 100, 150, 30);
+    auto* spin = new QSpinBox(embedded);
+    spin->setObjectName(QLatin1String("innerSpin"));
+    spin->setGeometry(130, 10, 60, 40);
+    auto* dialog = new QDialog; // a window of its own: with an embedded parent it would be embedded, too
+    dialog->setObjectName(QLatin1String("question"));
+    dialog->setWindowTitle(QLatin1String("Question"));
+    dialog->setGeometry(200, 500, 200, 100);
+    dialog->setModal(true);
+    addButton(host, dialog, "answer", QRect(20, 20, 100, 40));
+    host.onRequest(QLatin1String("openQuestion"), [dialog] { dialog->show(); });
+    host.onRequest(QLatin1String("closeQuestion"), [dialog] { dialog->hide(); });
     auto* scene = new QGraphicsScene;
     scene->addWidget(embedded);
     auto* view = new QGraphicsView(scene);

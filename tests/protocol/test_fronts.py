@@ -7,11 +7,14 @@ import time
 
 import pytest
 
-from extensions import extension
+from extensions import extension, hexadecimal
 from hostapp import QT, eventually, hexed
 
 WAIT = 0.5
 HIDDEN = "8,Exception : Error: widget is hidden by another window"
+needs_place = pytest.mark.skipif(
+    QT == 4, reason="Qt 4 does not tell where on the screen a widget within a graphics view is"
+)
 CLICK = "MouseClick:LeftButton:0.5:0.5:"
 
 
@@ -99,6 +102,66 @@ def test_what_a_locator_finds_within_a_graphics_view_takes_input(app):
     assert located(app, "+press", "innerField", "Backspace", "") == "0,QLineEdit"
     app.wait_until("innerField", "text", "Grüße ")
     assert '"name":"innerField"' in app.request(extension("+2", "Embedded", ""))
+
+
+@needs_place
+def test_the_wheel_turns_what_is_within_a_graphics_view(app):
+    app.show("showScene", "scene")
+    assert located(app, "+wheel", "innerSpin", ":::0:2") == "0,QSpinBox"
+    app.wait_until("innerSpin", "value", "2")
+    assert located(app, "+scroll", "innerField").startswith("0,r:")
+
+
+def test_a_widget_within_a_graphics_view_gets_the_keyboard_focus(app):
+    app.show("showScene", "scene")
+    assert located(app, "+focus", "innerSpin") == "0,QSpinBox"
+    app.wait_until("innerSpin", "focus", "true")
+    assert located(app, "+focus", "innerField") == "0,QLineEdit"
+    app.wait_until("innerField", "focus", "true")
+
+
+@needs_place
+def test_a_choice_is_made_in_a_combo_box_within_a_graphics_view(app):
+    app.show("showScene", "scene")
+    assert located(app, "+5", "innerChoice", "", "s:Coffee") == "0,QComboBox"
+    app.wait_until("innerChoice", "currentText", "Coffee")
+
+
+REFUSED_BEHIND_A_DIALOG = [
+    ("+5", "inner", ()),
+    ("+5", "inner", ("", "", "", "force")),
+    ("+6", "innerField", ("", "s:tea")),
+    ("+9", "inner", ("QWidget", f"s:{CLICK}")),
+    ("+type", "innerField", ("tea",)),
+    ("+press", "innerField", ("A", "")),
+    ("+focus", "innerField", ()),
+    ("+wheel", "innerSpin", (":::0:1",)),
+    ("+scroll", "inner", ()),
+]
+
+
+def test_a_modal_dialog_keeps_input_from_what_is_within_a_graphics_view(app):
+    app.show("showScene", "scene")
+    app.show("openQuestion", "question")
+    for number, name, sections in REFUSED_BEHIND_A_DIALOG:
+        reply = located(app, number, name, *sections)
+        assert reply == f"4,Window ({hexadecimal('Embedded')}) not active modal", number
+    assert app.request(extension("+5", "Question", "name=answer")) == "0,QPushButton"
+    app.wait_for("clicked answer")
+    assert app.events("clicked") == ["clicked answer"]
+    assert app.get("innerField", "text") == ""
+    assert app.get("innerSpin", "value") == "0"
+
+
+def test_what_is_within_a_graphics_view_is_read_behind_a_modal_dialog_and_works_after_it(app):
+    app.show("showScene", "scene")
+    app.show("openQuestion", "question")
+    assert located(app, "+7", "inner", "", "text") == "0,u:" + hexed("inner")
+    assert '"name":"innerSpin"' in app.request(extension("+2", "Embedded", ""))
+    app.do("closeQuestion")
+    app.wait_until("question", "visible", "false")
+    assert located(app, "+type", "innerField", "tea") == "0,QLineEdit"
+    app.wait_until("innerField", "text", "tea")
 
 
 def located(app, number, name, *sections):
