@@ -20,8 +20,8 @@ from .readable import describe_reply
 TRACE_FILE = "trace.json"
 FORMAT = 2
 
-KEPT_SOURCE = 200_000
-"""Characters of a file of tests that are kept; larger ones are not."""
+LINES_AROUND = 7
+"""How many lines of a test are kept before that of a step, and as many behind it."""
 
 KEPT_READABLE = 2000
 """Characters of a reply in words that are kept."""
@@ -133,15 +133,21 @@ class Trace:
             "text": self.secrets.hide(line.text),
         }
 
-    def _sources(self) -> Dict[str, str]:
-        """The files of the test, by their names in steps."""
-        files = {recorded.step.file for recorded in self.steps if recorded.step.file}
-        texts = {file: "".join(linecache.getlines(file)) for file in sorted(files)}
-        return {
-            _relative(file): self.secrets.hide(text)
-            for file, text in texts.items()
-            if len(text) < KEPT_SOURCE
-        }
+    def _sources(self) -> Dict[str, Dict[int, str]]:
+        """The lines of the test around its steps, by the names of the files in steps and by their numbers.
+
+        They are not the whole files, in which other tests may have passwords.
+        """
+        sources: Dict[str, Dict[int, str]] = {}
+        for step in (recorded.step for recorded in self.steps if recorded.step.file):
+            known = sources.setdefault(_relative(step.file), {})
+            lines = linecache.getlines(step.file)
+            for number in range(
+                max(step.line - LINES_AROUND, 1), min(step.line + LINES_AROUND, len(lines)) + 1
+            ):
+                if number not in known:
+                    known[number] = self.secrets.hide(lines[number - 1].rstrip("\n"))
+        return sources
 
     def _step(self, recorded: RecordedStep, groups: List[Group]) -> Dict[str, object]:
         step = recorded.step

@@ -8,11 +8,10 @@ function makeSourceTab(step, trace) {
 }
 
 function makeSource(step, source) {
-  const lines = source.split("\n");
-  const first = Math.max(step.line - 1 - LINES_AROUND, 0);
-  const rows = lines.slice(first, step.line + LINES_AROUND).map((line, index) =>
-    element("div", {className: first + index + 1 === step.line ? "line current" : "line"},
-      element("span", {className: "number"}, String(first + index + 1)), element("code", {}, line || " ")));
+  const numbers = Object.keys(source).map(Number).filter((number) => Math.abs(number - step.line) <= LINES_AROUND);
+  const rows = numbers.sort((one, other) => one - other).map((number) =>
+    element("div", {className: number === step.line ? "line current" : "line"},
+      element("span", {className: "number"}, String(number)), element("code", {}, source[number] || " ")));
   return element("div", {}, element("p", {className: "quiet"}, `${step.file}:${step.line}`),
     element("pre", {className: "source"}, rows));
 }
