@@ -15,6 +15,10 @@ bool hasInput(long long descriptor);
 // Blocks the calling thread; no events are processed meanwhile.
 void sleepMilliseconds(int milliseconds);
 
+// Processor time that this process has used so far, whatever else the machine does. Not std::clock(), which on Windows is the
+// time on the wall.
+long long processorMilliseconds();
+
 // Sets a variable in the environment of this process and of those that it starts, in the 8-bit encoding of the system.
 void setEnvironmentVariable(const char* name, const char* value);
 

@@ -29,6 +29,11 @@ void sleepMilliseconds(int milliseconds)
     nanosleep(&duration, nullptr);
 }
 
+long long processorMilliseconds()
+{
+    return static_cast<long long>(std::clock()) * 1000 / CLOCKS_PER_SEC;
+}
+
 void setEnvironmentVariable(const char* name, const char* value)
 {
     setenv(name, value, 1);

@@ -54,7 +54,7 @@ void endlessScenario(Stage& stage)
 }
 
 // On the way to the last row there is an open folder, which gets another item whenever the current item changes; after
-// "do fillUpTo100", only up to that many.
+// "do fillUpTo30", only up to that many.
 void fillingScenario(Stage& stage)
 {
     auto* model = new QStandardItemModel(stage.window);
@@ -66,7 +66,7 @@ void fillingScenario(Stage& stage)
     stage.show(view, model);
     view->expandAll();
     const auto most = std::make_shared<int>(std::numeric_limits<int>::max());
-    stage.host.onRequest(QLatin1String("fillUpTo100"), [=] { *most = 100; });
+    stage.host.onRequest(QLatin1String("fillUpTo30"), [=] { *most = 30; });
     stage.host.onSignal(view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)), [=] {
         if (folder->rowCount() < *most)
             folder->appendRow(new QStandardItem(QLatin1String("item")));

@@ -46,7 +46,7 @@ def test_a_walk_past_a_folder_that_fills_faster_ends(start):
 
 def test_a_walk_past_a_folder_that_fills_for_a_while_goes_on(start):
     view = start("filling")
-    view.app.do("fillUpTo100")
+    view.app.do("fillUpTo30")
     assert view.activate("s:last") == "0,QTreeView"
     assert view.current() == "last"
 

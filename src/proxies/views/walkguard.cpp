@@ -1,5 +1,7 @@
 #include "proxies/views/walkguard.h"
 
+#include "compat/platform.h"
+
 #include <QtCore/QAbstractItemModel>
 
 namespace views {
@@ -8,13 +10,13 @@ namespace {
 
 // Half a second of processor time in all, so that an endless walk is over within a second. Processor time, since on a busy
 // machine a walk takes longer without doing more.
-const std::clock_t periodTicks = CLOCKS_PER_SEC / 4;
+const long long periodMilliseconds = 250;
 const int mostPeriodsInVain = 2;
 
 } // namespace
 
 WalkGuard::WalkGuard(const QAbstractItemModel* model)
-    : periodBegin(std::clock())
+    : periodBegin(compat::processorMilliseconds())
 {
     if (model)
         connect(model, SIGNAL(rowsInserted(QModelIndex, int, int)), SLOT(countRows(QModelIndex, int, int)));
@@ -25,11 +27,11 @@ bool WalkGuard::isEndless(const QModelIndex& item, bool isNearer)
     if (circle.visitAndDetectCycle(item))
         return true;
     gained += isNearer ? 1 : 0;
-    if (std::clock() - periodBegin < periodTicks)
+    if (compat::processorMilliseconds() - periodBegin < periodMilliseconds)
         return false;
     periodsInVain = gained > 0 ? 0 : periodsInVain + 1;
     gained = 0;
-    periodBegin = std::clock();
+    periodBegin = compat::processorMilliseconds();
     return periodsInVain == mostPeriodsInVain;
 }
 

@@ -4,8 +4,6 @@
 
 #include <QtCore/QObject>
 
-#include <ctime>
-
 class QAbstractItemModel;
 
 namespace views {
@@ -31,7 +29,7 @@ private:
     CycleGuard circle;
     // Progress within the current period. Rows can be inserted in a burst, as when a folder is read: only several periods
     // without progress, one after the other, make the walk endless.
-    std::clock_t periodBegin;
+    long long periodBegin;
     qint64 gained = 0;
     int periodsInVain = 0;
 };
