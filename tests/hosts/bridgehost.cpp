@@ -13,7 +13,13 @@
 #include <QtCore/QLibrary>
 #include <QtCore/QVariant>
 
+#include <cstdio>
+#include <cstring>
+
 namespace {
+
+// The argument that has the program say the variable of its environment, and nothing else.
+const char sayPrefix[] = "--say-prefix";
 
 QList<QWidget*> scriptObjects()
 {
@@ -56,9 +62,9 @@ void callGetWidget(TestHost& host, const char* path)
 void journalChildEnvironment(TestHost& host)
 {
     QProcess child;
-    child.start(QLatin1String("printenv"), QStringList() << QLatin1String("SQUISH_PREFIX"));
+    child.start(QCoreApplication::applicationFilePath(), QStringList() << QLatin1String(sayPrefix));
     child.waitForFinished();
-    host.journal(QLatin1String("child environment ") + QString::fromUtf8(child.readAllStandardOutput()).trimmed());
+    host.journal(QLatin1String("child environment ") + QString::fromLocal8Bit(child.readAllStandardOutput()).trimmed());
 }
 
 // Names the objects that have no name by a property, as the application that installs it likes.
@@ -109,7 +115,7 @@ void build(TestHost& host)
     window->show();
 
     host.onRequest(QLatin1String("environment"), [&host] {
-        host.journal(QLatin1String("environment ") + QString::fromUtf8(qgetenv("SQUISH_PREFIX").constData()));
+        host.journal(QLatin1String("environment ") + QString::fromLocal8Bit(qgetenv("SQUISH_PREFIX").constData()));
     });
     host.onRequest(QLatin1String("childEnvironment"), [&host] { journalChildEnvironment(host); });
     host.onRequest(QLatin1String("scriptObjects"), [&host] { journalScriptObjects(host); });
@@ -134,5 +140,7 @@ void build(TestHost& host)
 
 int main(int argc, char** argv)
 {
+    if (argc == 2 && std::strcmp(argv[1], sayPrefix) == 0)
+        return std::puts(qgetenv("SQUISH_PREFIX").constData()) < 0;
     return TestHost::run(argc, argv, build);
 }

@@ -3,7 +3,7 @@
 import pytest
 
 from hostapp import HostApp
-from hostplatform import WINDOWS, wine_prefix
+from hostplatform import WINDOWS, wine
 import notunderwine
 from sharedhost import SharedHost
 
@@ -40,12 +40,12 @@ def pytest_runtest_makereport(item):
 
 
 @pytest.fixture(scope="session", autouse=True)
-def platform(tmp_path_factory):
+def platform():
     """Wine, where the programs of the build are for Windows."""
     if not WINDOWS:
         yield
         return
-    with wine_prefix(tmp_path_factory.mktemp("wine")):
+    with wine():
         yield
 
 

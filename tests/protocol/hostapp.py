@@ -41,9 +41,12 @@ class HostApp:
         if serve and agent:
             try:
                 self.accept()
-            except BaseException:  # the next test needs the port
+            except BaseException as error:  # the next test needs the port
                 self.process.kill()
                 self.close()
+                if isinstance(error, TimeoutError):
+                    told = list(self._lines.queue)
+                    raise AssertionError(f"no agent connects; the application told {told}") from error
                 raise
 
     def accept(self):

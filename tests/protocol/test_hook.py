@@ -5,13 +5,15 @@ from pathlib import Path
 
 import pytest
 
-from hostapp import BUILD
+from hostapp import BUILD, WINDOWS
+from hostplatform import shown
 
 TAG = "qt486_vs2015_x64"
+FILE_NAME = "{}.dll" if WINDOWS else "lib{}.so"
+HOOK_NAME, WRAPPER_NAME = map(FILE_NAME.format, ("squishhook", "squishqtwrapper"))
 TOOL = BUILD / "testtool"
-HOOK = TOOL / "bin" / "libsquishhook.so"
-WRAPPER = TOOL / "bin" / "libsquishqtwrapper.so"
-WRAPPER_WITHOUT_ENTRY = TOOL / "incomplete" / "libwrapperwithoutentry.so"
+HOOK, WRAPPER = TOOL / "bin" / HOOK_NAME, TOOL / "bin" / WRAPPER_NAME
+WRAPPER_WITHOUT_ENTRY = TOOL / "incomplete" / FILE_NAME.format("wrapperwithoutentry")
 PORTS = range(41100, 41300)
 
 
@@ -19,9 +21,9 @@ def install(prefix, hook=None, wrapper=None):
     """Lays out a prefix of the tool with these libraries."""
     (prefix / "bin").mkdir(parents=True)
     if hook:
-        shutil.copy(hook, prefix / "bin" / "libsquishhook.so")
+        shutil.copy(hook, prefix / "bin" / HOOK_NAME)
     if wrapper:
-        shutil.copy(wrapper, prefix / "bin" / "libsquishqtwrapper.so")
+        shutil.copy(wrapper, prefix / "bin" / WRAPPER_NAME)
     return prefix
 
 
@@ -30,7 +32,7 @@ def start(launch):
     """Starts the host with SQUISH_PREFIX set, and perhaps more environment."""
 
     def start_with(prefix, **environment):
-        return launch("bridgehost", env={"SQUISH_PREFIX": str(prefix), **environment})
+        return launch("bridgehost", env={"SQUISH_PREFIX": shown(prefix) if prefix else "", **environment})
 
     return start_with
 
@@ -42,7 +44,7 @@ def hooked(start, tmp_path):
 
 def hook_port(app):
     greeting = app.greeting.split(" ")
-    assert greeting == ["+client+", "2.1.0", str(app.process.pid), greeting[3], TAG]
+    assert greeting == ["+client+", "2.1.0", greeting[2], greeting[3], TAG]
     return greeting[3]
 
 
@@ -57,7 +59,12 @@ def asked_ports(app):
 
 def environment(app):
     app.do("environment")
-    return app.events("environment")[-1]
+    return app.events("environment")[-1].replace("\\\\", "\\")
+
+
+def per_build(prefix):
+    """The folder for the build as the agent writes it."""
+    return shown(prefix) + ("\\" if WINDOWS else "/") + TAG
 
 
 def is_loaded(app, path):
@@ -76,7 +83,7 @@ def test_an_empty_or_missing_prefix_is_no_hook(start, prefix):
     app = start(prefix)
     assert hook_port(app) == "-1"
     assert script_objects(app) == ["script objects 0"]
-    assert environment(app) == f"environment {prefix}"
+    assert environment(app) == f"environment {prefix and shown(prefix)}"
 
 
 def test_without_the_hook_library_the_wrapper_is_not_loaded(start, tmp_path):
@@ -88,7 +95,7 @@ def test_without_the_hook_library_the_wrapper_is_not_loaded(start, tmp_path):
 
 def test_a_hook_library_that_does_not_load_is_no_hook(start, tmp_path):
     prefix = install(tmp_path, wrapper=WRAPPER)
-    (prefix / "bin" / "libsquishhook.so").write_text("no library")
+    (prefix / "bin" / HOOK_NAME).write_text("no library")
     app = start(prefix)
     assert hook_port(app) == "-1"
     assert script_objects(app) == ["script objects 0"]
@@ -99,7 +106,7 @@ def test_without_a_usable_wrapper_the_port_is_0(start, tmp_path, wrapper):
     app = start(install(tmp_path, HOOK, wrapper))
     assert hook_port(app) == "0"
     assert script_objects(app)[-1] == "script objects 1"
-    assert is_loaded(app, tmp_path / "bin" / "libsquishhook.so")
+    assert is_loaded(app, tmp_path / "bin" / HOOK_NAME)
 
 
 @pytest.mark.parametrize("refusals", [0, 1, 57, 199])
@@ -165,7 +172,7 @@ def test_the_application_can_name_what_has_no_name(hooked):
 
 def test_the_libraries_stay_until_the_process_ends(hooked, tmp_path):
     hooked.do("deleteAgent")
-    for name in ("libsquishhook.so", "libsquishqtwrapper.so"):
+    for name in (HOOK_NAME, WRAPPER_NAME):
         assert is_loaded(hooked, tmp_path / "bin" / name)
     hooked.start("quit")
     hooked.wait_for("hook library unloaded")
@@ -198,19 +205,19 @@ def test_the_application_may_delete_the_script_object_earlier(hooked):
 
 
 def test_without_a_folder_for_the_build_the_environment_stays(hooked, tmp_path):
-    assert environment(hooked) == f"environment {tmp_path}"
+    assert environment(hooked) == f"environment {shown(tmp_path)}"
 
 
 def test_the_folder_for_the_build_comes_first_and_into_the_environment(start, tmp_path):
     install(tmp_path, HOOK)
-    per_build = install(tmp_path / TAG, HOOK, WRAPPER)
+    own = install(tmp_path / TAG, HOOK, WRAPPER)
     app = start(tmp_path)
     assert hook_port(app) == "41100"
-    assert environment(app) == f"environment {per_build}"
+    assert environment(app) == f"environment {per_build(tmp_path)}"
     app.do("childEnvironment")
-    assert app.events("child") == [f"child environment {per_build}"]
-    assert is_loaded(app, per_build / "bin" / "libsquishhook.so")
-    assert not is_loaded(app, tmp_path / "bin" / "libsquishhook.so")
+    assert app.events("child")[0].replace("\\\\", "\\") == f"child environment {per_build(tmp_path)}"
+    assert is_loaded(app, own / "bin" / HOOK_NAME)
+    assert not is_loaded(app, tmp_path / "bin" / HOOK_NAME)
 
 
 def test_an_empty_folder_for_the_build_hides_the_prefix(start, tmp_path):
@@ -218,7 +225,7 @@ def test_an_empty_folder_for_the_build_hides_the_prefix(start, tmp_path):
     (tmp_path / TAG).mkdir()
     app = start(tmp_path)
     assert hook_port(app) == "-1"
-    assert environment(app) == f"environment {tmp_path / TAG}"
+    assert environment(app) == f"environment {per_build(tmp_path)}"
 
 
 def test_a_file_in_place_of_the_folder_for_the_build_is_ignored(start, tmp_path):
@@ -226,7 +233,7 @@ def test_a_file_in_place_of_the_folder_for_the_build_is_ignored(start, tmp_path)
     (tmp_path / TAG).write_text("")
     app = start(tmp_path)
     assert hook_port(app) == "41100"
-    assert environment(app) == f"environment {tmp_path}"
+    assert environment(app) == f"environment {shown(tmp_path)}"
 
 
 def test_the_prefix_is_read_and_written_in_the_local_encoding(start, tmp_path):
@@ -234,4 +241,4 @@ def test_the_prefix_is_read_and_written_in_the_local_encoding(start, tmp_path):
     install(prefix / TAG, HOOK, WRAPPER)
     app = start(prefix, LC_ALL="C.UTF-8")
     assert hook_port(app) == "41100"
-    assert environment(app) == f"environment {prefix / TAG}"
+    assert environment(app) == f"environment {per_build(prefix)}"

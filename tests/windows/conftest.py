@@ -1,4 +1,4 @@
-"""Programs for Windows, under Wine, with a prefix that the tests of a run share."""
+"""Programs for Windows, under a Wine that the tests of a run share."""
 
 import sys
 from pathlib import Path
@@ -7,10 +7,10 @@ import pytest
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "protocol"))
 
-from hostplatform import wine_prefix  # noqa: E402
+import hostplatform  # noqa: E402
 
 
 @pytest.fixture(scope="session", autouse=True)
-def wine(tmp_path_factory):
-    with wine_prefix(tmp_path_factory.mktemp("wine")):
+def wine():
+    with hostplatform.wine():
         yield

@@ -100,10 +100,27 @@ void TestHost::loadAgentWhenActive()
 {
     // Until the window manager has shown and activated the first window, no input could reach it.
     const int retryMilliseconds = 5;
-    if (QApplication::activeWindow())
+    const int retriesPerActivation = 1000;
+    if (QApplication::activeWindow()) {
         loadAgent();
-    else
-        QTimer::singleShot(retryMilliseconds, this, SLOT(loadAgentWhenActive()));
+        return;
+    }
+    if (++retries % retriesPerActivation == 0)
+        activateAgain();
+    QTimer::singleShot(retryMilliseconds, this, SLOT(loadAgentWhenActive()));
+}
+
+// A window that comes up while the one of another program goes can be left without the focus. A user would click on it.
+void TestHost::activateAgain()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (!window->isVisible())
+            continue;
+        journal(QLatin1String("not active, and activated again: ") + window->objectName());
+        window->activateWindow();
+        return;
+    }
 }
 
 void TestHost::loadAgent()

@@ -66,12 +66,14 @@ private Q_SLOTS:
 private:
     explicit TestHost(const QString& agentLibrary);
     void execute(const QString& request);
+    void activateAgain();
     void journalChanges();
 
     QString agentLibrary;
     QByteArray pending;
     QMap<QString, std::function<void()>> actions;
     QObject* client = nullptr;
+    int retries = 0;
     std::unique_ptr<HostState> state;
     HostState::Values remembered;
 };

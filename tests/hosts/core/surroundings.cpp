@@ -27,10 +27,11 @@ void addTrayIcons()
         named(new QSystemTrayIcon(QIcon(pixmap), qApp), icon.name)->setVisible(icon.visible);
 }
 
+// A program that lives as long as its input is open.
 void startChild(TestHost& host)
 {
     auto* child = new QProcess(&host);
-    child->start(latin1("sleep"), QStringList(latin1("60")));
+    child->start(QCoreApplication::applicationDirPath() + latin1("/emptyhost"), QStringList(latin1("--late")));
     child->waitForStarted();
     host.onRequest(latin1("endChild"), [child] {
         child->kill();
