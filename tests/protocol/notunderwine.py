@@ -40,6 +40,11 @@ TABLE = [
         "test_an_item_that_goes_away_during_the_walk_is_an_error[deleting-model-",
         KEY_HANDLER,
     ),
+    (
+        "test_windows.py",
+        "test_a_size_beyond_all_screens_is_cut",
+        "Windows makes no window larger than the screen with a frame around it",
+    ),
     ("test_presses.py", "test_a_widget_that_dies_before_its_press_leaves_", MOMENTS),
     ("test_presses.py", "test_a_release_whose_widget_dies_reaches_nothing_else", MOMENTS),
     ("test_agent_life.py", "test_notifiers_are_held_back_only_while_", PIPES),
