@@ -3,12 +3,12 @@
 from __future__ import annotations
 
 import os
-import sys
 from collections import deque
 from pathlib import Path
 from typing import Dict, Iterable, Iterator, List, Mapping, Optional, Set, Tuple
 
 from .pe import PeFile, read_pe
+from .platform import RUNS_WINDOWS_PROGRAMS
 from .windows import search_path
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -22,7 +22,7 @@ _MINGW_FOLDERS = ("/usr/lib/gcc/x86_64-w64-mingw32/*-posix", "/usr/x86_64-w64-mi
 
 def windows_path(path: Path) -> str:
     """How a program under Wine names a file of Linux."""
-    if sys.platform == "win32":
+    if RUNS_WINDOWS_PROGRAMS:
         return str(path)
     return _ROOT_DRIVE + str(path).replace("/", "\\")
 
@@ -76,7 +76,7 @@ class DllFolders:
 
 def program_folders(program: Path, environment: Mapping[str, str]) -> List[Path]:
     """The folders that Windows searches for the program's own libraries: its own, and those of WINEPATH."""
-    if sys.platform == "win32":
+    if RUNS_WINDOWS_PROGRAMS:
         return [program.parent, *search_path(environment)]
     entries = environment.get(WINEPATH, "").split(";")
     on_linux = [entry[len(_ROOT_DRIVE) :] for entry in entries if entry.upper().startswith(_ROOT_DRIVE)]

@@ -8,7 +8,6 @@ programs of Linux that get no option, the second for programs of Windows and for
 from __future__ import annotations
 
 import os
-import sys
 from pathlib import Path
 from typing import Dict, List, Mapping, NamedTuple, Optional, Sequence
 
@@ -24,6 +23,7 @@ from .dlls import (
     qt_folder,
     windows_path,
 )
+from .platform import RUNS_WINDOWS_PROGRAMS
 from .program import is_windows_program
 from .qtversion import qt_major
 from .windowsqt import require_same_kind
@@ -93,7 +93,7 @@ def start_of(
             )
         agent = windows_agent(major, build)
         require_same_kind(program, agent)
-        if sys.platform == "win32":
+        if RUNS_WINDOWS_PROGRAMS:
             return _native_start(program, arguments, environment, major, agent)
         return _windows_start(program, arguments, environment, major, agent, wine.on(environment))
     by_option = load_by == TESTABILITY

@@ -6,9 +6,12 @@ import sys
 
 if sys.platform == "win32":
     from .windows import CREATION_FLAGS, LaunchedProcesses
+
+    RUNS_WINDOWS_PROGRAMS = True
 else:
     from .supervision import LaunchedProcesses
 
     CREATION_FLAGS = 0
+    RUNS_WINDOWS_PROGRAMS = False  # but by Wine
 
-__all__ = ["CREATION_FLAGS", "LaunchedProcesses"]
+__all__ = ["CREATION_FLAGS", "RUNS_WINDOWS_PROGRAMS", "LaunchedProcesses"]
