@@ -12,6 +12,7 @@ from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError, Windo
 from ..protocol.wire import Value
 from .expected import Expected, check_expected, check_timeout, describe, fits, function_name
 from .fulfilment import wait_for, wait_in
+from .textsnapshots import Patterns, wait_for_outline
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -160,6 +161,13 @@ class WidgetConditions:
         """Waits until it is not checked."""
         self.has_property("checked", False)
 
+    def looks_like(self, name: str, *, ignoring: Patterns = ()) -> None:
+        """Waits until the outline of the widget and all in it is that of a file beside the test. See Window.
+
+        The arguments and errors are those of the condition of the same name of windows.
+        """
+        wait_for_outline(self._widget.window, self._widget, name, ignoring, self._timeout)
+
     def _wait_for_properties(self, properties: Sequence[_Property], wanted: bool) -> None:
         def unmet(values: Tuple[Value, ...]) -> "list[int]":
             return [
@@ -220,6 +228,17 @@ class WindowConditions:
         self._wait("it to be closed", lambda: not self._window.is_open(), lambda closed: closed)
 
     is_not_open, is_not_closed = is_closed, is_open
+
+    def looks_like(self, name: str, *, ignoring: Patterns = ()) -> None:
+        """Waits until the outline of the window, its widgets, texts and states, is that of a file beside the test.
+
+        Args:
+            name: of the snapshot, in snapshots/TEST_FILE/NAME.txt beside the test; --qtdriver-update writes it.
+            ignoring: patterns, regular expressions, of what differs from run to run; each match becomes "***".
+
+        Example: eventually(window).looks_like("order dialog", ignoring=r"No\\. \\d+")
+        """
+        wait_for_outline(self._window, None, name, ignoring, self._timeout)
 
     def has_title(self, expected: "str | Pattern[str]") -> None:
         """Waits until its whole title is this, or the pattern is found in it."""

@@ -2,7 +2,8 @@
 
 from __future__ import annotations
 
-from typing import Callable, Optional, TypeVar
+import time
+from typing import Callable, Optional, Tuple, TypeVar
 
 from ..api.steps import condition_step, run_step
 from ..api.widget import Widget
@@ -27,10 +28,12 @@ def wait_in(
     satisfied: Callable[[_Result], object],
     timeout: Optional[float],
     shown: Callable[[_Result], str] = "it was {!r}".format,
+    given_up: Callable[[_Result], bool] = lambda value: False,
 ) -> None:
     """As wait_for(), as one step, for a condition of a widget; None is for one of the window itself.
 
-    `wanted` comes behind "expected"; `timeout` is None for that of the application.
+    `wanted` comes behind "expected"; `timeout` is None for that of the application; `shown` tells what was read instead, behind
+    "but after 5 s"; `given_up` is whether no other value is to be expected any more.
     """
     app = window.app
     seconds = app.timeout if timeout is None else timeout
@@ -45,6 +48,7 @@ def wait_in(
             satisfied,
             seconds,
             shown,
+            given_up,
             lambda error: app.explained(error, window.address, path, seconds),
         )
 
@@ -63,7 +67,9 @@ def wait_for(
     Raises ConditionError.
     """
     with softly(), condition_step(wanted):
-        _wait(wanted, read, satisfied, seconds, "it was {!r}".format, lambda error: error)
+        _wait(
+            wanted, read, satisfied, seconds, "it was {!r}".format, lambda value: False, lambda error: error
+        )
 
 
 def _wait(
@@ -72,11 +78,13 @@ def _wait(
     satisfied: Callable[[_Result], object],
     seconds: float,
     shown: Callable[[_Result], str],
+    given_up: Callable[[_Result], bool],
     explained: Callable[[ReplyError], ReplyError],
 ) -> None:
     refusal: Optional[ReplyError] = None
     found = ""
-    deadline = Deadline(seconds)
+    last: Optional[Tuple[_Result]] = None
+    deadline, started = Deadline(seconds), time.monotonic()
     for _ in attempts(deadline):
         try:
             with bounded_by(deadline if seconds else None):
@@ -85,11 +93,16 @@ def _wait(
             refusal = error
             continue
         except NoReplyYet as error:
-            found = found or f"there was {error}"
+            found = f"there was {error}"
             break
         if satisfied(value):
             return
-        refusal, found = None, shown(value)
+        refusal, last = None, (value,)
+        if given_up(value):
+            seconds = round(time.monotonic() - started, 1)
+            break
+    if last is not None:
+        found = shown(last[0])
     if refusal is not None:
         found = f"it could not be read: {_explained_soon(refusal, explained)}"
     raise ConditionError(f"{wanted}, but after {seconds:g} s {found}")

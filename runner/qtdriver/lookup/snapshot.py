@@ -2,16 +2,14 @@
 
 from __future__ import annotations
 
+import sys
 from dataclasses import dataclass, field, replace
-from typing import Any, Iterator, List, Mapping, Tuple
+from typing import Any, Iterator, List, Mapping, NamedTuple, Tuple
 
 from ..errors import ProtocolError
 from ..protocol.wire import Rect
 
 _INDENT = "  "
-_MOST_TEXT = 60
-_MOST_ITEMS = 10
-_MOST_COLUMNS = 3
 _FRAMES = ("widget", "scroll area", "splitter", "stack", "tabs")
 _DECORATIONS = ("size grip", "scroll bar", "header", "splitter handle")
 _WHOLE = ("spin box", "combo box", "list", "tree", "table")
@@ -20,6 +18,18 @@ INNER_NAMES = ("qt_", "_q_")
 """Beginnings of object names that Qt gives to inner parts of widgets."""
 _SHOWN_AS = ("label", "text", "title", "placeholder", "action", "tip")
 _UNTOLD_STATES = ("hovered",)
+
+
+class _Limits(NamedTuple):
+    """How much an outline has: characters of a text, items of a view, columns of an item."""
+
+    text: int
+    items: int
+    columns: int
+
+
+_SHORT = _Limits(60, 10, 3)
+_WHOLE_TEXTS = _Limits(sys.maxsize, sys.maxsize, sys.maxsize)
 
 
 @dataclass(frozen=True)
@@ -167,35 +177,40 @@ def outline(root: SnapshotNode) -> str:
     It leaves out widgets that only hold others, scroll bars and the like, and labels whose text is shown with their field.
     Of states, values and items it has those that a person would look for; the nodes have all.
     """
-    return "\n".join(_lines(root, 0, is_root=True))
+    return "\n".join(_lines(root, 0, _SHORT, is_root=True))
 
 
-def _lines(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[str]:
+def whole_outline(root: SnapshotNode) -> str:
+    """As outline(), with every text and all items in sight, however long, and the texts of widgets known by a label."""
+    return "\n".join(_lines(root, 0, _WHOLE_TEXTS, is_root=True))
+
+
+def _lines(node: SnapshotNode, depth: int, limits: _Limits, is_root: bool = False) -> Iterator[str]:
     if is_root or not _is_frame(node):
-        yield _INDENT * depth + _headline(node)
+        yield _INDENT * depth + _headline(node, limits)
         depth += 1
-        yield from _item_lines(node, depth)
+        yield from _item_lines(node, depth, limits)
     if node.role in _WHOLE:
         return
     labels = {child.label for child in node.children if child.label}
     for child in node.children:
         is_told_with_its_field = child.role == "label" and child.text in labels
         if not is_told_with_its_field and child.role not in _DECORATIONS:
-            yield from _lines(child, depth)
+            yield from _lines(child, depth, limits)
 
 
-def _item_lines(node: SnapshotNode, depth: int) -> Iterator[str]:
+def _item_lines(node: SnapshotNode, depth: int, limits: _Limits) -> Iterator[str]:
     items = () if node.role == "combo box" else node.items
-    for item in items[:_MOST_ITEMS]:
-        yield _INDENT * (depth + item.depth) + f"- {_cut(_in_few_columns(item))}"
-    left_out = node.left_out + len(items) - len(items[:_MOST_ITEMS])
+    for item in items[: limits.items]:
+        yield _INDENT * (depth + item.depth) + f"- {_cut(_in_few_columns(item, limits), limits)}"
+    left_out = node.left_out + len(items) - len(items[: limits.items])
     if left_out:
         yield _INDENT * depth + f"- ... {left_out} more"
 
 
-def _in_few_columns(item: Item) -> str:
-    more = ("...",) if len(item.texts) > _MOST_COLUMNS else ()
-    return str(replace(item, texts=item.texts[:_MOST_COLUMNS] + more))
+def _in_few_columns(item: Item, limits: _Limits) -> str:
+    more = ("...",) if len(item.texts) > limits.columns else ()
+    return str(replace(item, texts=item.texts[: limits.columns] + more))
 
 
 def _is_frame(node: SnapshotNode) -> bool:
@@ -219,14 +234,18 @@ def _own_name(node: SnapshotNode) -> str:
     return "" if node.name.startswith(INNER_NAMES) else node.name
 
 
-def _headline(node: SnapshotNode) -> str:
+def _headline(node: SnapshotNode, limits: _Limits = _SHORT) -> str:
     words = [node.role]
     if _shown(node):
-        words.append(f'"{_cut(_shown(node))}"')
+        words.append(f'"{_cut(_shown(node), limits)}"')
     if _own_name(node):
         words.append(f"#{node.name}")
+    if limits is _WHOLE_TEXTS and node.text and node.text != _shown(node):
+        words.append(f"with {node.text!r}")
     if node.value is not None and node.value != "":
-        words.append(f"= {_cut(repr(node.value) if isinstance(node.value, str) else str(node.value))}")
+        words.append(
+            f"= {_cut(repr(node.value) if isinstance(node.value, str) else str(node.value), limits)}"
+        )
     return " ".join(words) + _in_brackets(
         tuple(state for state in node.states if state not in _UNTOLD_STATES)
     )
@@ -236,8 +255,8 @@ def _in_brackets(states: Tuple[str, ...]) -> str:
     return f" ({', '.join(states)})" if states else ""
 
 
-def _cut(text: str) -> str:
-    return text if len(text) <= _MOST_TEXT else text[: _MOST_TEXT - 3] + "..."
+def _cut(text: str, limits: _Limits = _SHORT) -> str:
+    return text if len(text) <= limits.text else text[: limits.text - 3] + "..."
 
 
 def _item(told: Mapping[str, Any]) -> Item:

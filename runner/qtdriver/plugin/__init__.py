@@ -19,6 +19,7 @@ from .hooks import RESULTS, TestHooks
 from .parallel import Workers, prepare
 from .results import Results
 from .settings import OWN_DESKTOPS, Settings, add_options, read_settings
+from .snapshots import WrittenSnapshots
 
 __all__ = ["Settings", "_qtdriver_shared", "qtdriver", "qtdriver_settings"]
 
@@ -45,6 +46,7 @@ def pytest_configure(config: pytest.Config) -> None:
         "" if settings.headless or not needs_x11(os.environ) else WAYLAND_NOTE,
     ]
     config.stash[_NOTES] = [note for note in notes if note]
+    config.pluginmanager.register(WrittenSnapshots(), "qtdriver-snapshots")
     config.pluginmanager.register(Results(settings, config.invocation_params.dir), RESULTS)
     if settings.workers == OWN_DESKTOPS:
         config.pluginmanager.register(Workers(), "qtdriver-workers")

@@ -10,12 +10,14 @@ import pytest
 from ..api.driver import Driver
 from ..desktop.desktop import Desktop
 from ..errors import PortInUseError
+from ..expect.baselines import use_baselines
 from ..launch.wine import WineDesktops
 from ..protocol.server import HOST, PORT, Server
 from .artifacts import TestArtifacts
 from .hooks import ARTIFACTS, ATTEMPT
 from .parallel import has_own_desktop
 from .settings import OWN_HOME, Settings, read_settings
+from .snapshots import baselines_of, tell_written
 
 _WAY_OUT = "run with -n 1 (pytest-xdist)"
 
@@ -84,7 +86,10 @@ def qtdriver(
         attempt = request.node.stash.get(ATTEMPT, 1)
         artifacts = TestArtifacts(driver, settings, request.node.nodeid, attempt)
         request.node.stash[ARTIFACTS] = artifacts
-        yield driver
+        baselines = baselines_of(request.node, settings)
+        with use_baselines(baselines):
+            yield driver
+        tell_written(request.node, baselines)
         unexpected = artifacts.close_driver()
         if unexpected is not None:
             pytest.fail(f"{type(unexpected).__name__}: {unexpected}", pytrace=False)

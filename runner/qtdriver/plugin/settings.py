@@ -39,6 +39,7 @@ class Settings:
         report: the HTML page of the run.
         workers: "own-desktops" gives each parallel worker a desktop and a network, "plain" leaves them without.
         home: "own" gives the applications of each test empty home and XDG folders, "keep" those of the user.
+        update: whether snapshots are written as they are now, in place of being compared.
     """
 
     build: Optional[Path]
@@ -54,6 +55,7 @@ class Settings:
     report: Path
     workers: str
     home: str
+    update: bool
 
 
 class _Option(NamedTuple):
@@ -185,6 +187,7 @@ _OPTIONS = (
     ),
 )
 _HEADED = "qtdriver_headed"
+_UPDATE = "qtdriver_update"
 
 OUTPUT = pytest.StashKey[Path]()
 """The key of the output folder that the run has taken, in the stash of its configuration."""
@@ -219,6 +222,13 @@ def add_options(parser: pytest.Parser) -> None:
         action="store_true",
         help="applications appear on the screen, to be watched",
     )
+    group.addoption(
+        "--qtdriver-update",
+        dest=_UPDATE,
+        action="store_true",
+        default=False,
+        help="write the snapshots of looks_like() as they are now, in place of comparing",
+    )
     parser.addini(_HEADED, "default of --qtdriver-headed", type="bool", default=False)
 
 
@@ -236,7 +246,7 @@ def read_settings(config: pytest.Config) -> Settings:
     values["output"] = config.stash.get(OUTPUT, Path(told) if told else values["output"])
     if values["report"] is None:
         values["report"] = values["output"] / REPORT_NAME
-    return Settings(**values)
+    return Settings(**values, update=config.getoption(_UPDATE))
 
 
 def _read(config: pytest.Config, option: _Option) -> object:

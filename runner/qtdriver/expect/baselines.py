@@ -1,0 +1,80 @@
+"""Where the expected texts of tests are kept: the baselines, in files beside the test."""
+
+from __future__ import annotations
+
+import os
+import sys
+from contextlib import contextmanager
+from contextvars import ContextVar
+from dataclasses import dataclass, field
+from pathlib import Path
+from typing import Callable, Iterator, List, Optional
+
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
+FOLDER = "snapshots"
+"""The folder beside a test in which its baselines are, in a folder with the name of the test's file."""
+
+_RUNNER = str(Path(__file__).resolve().parents[1])
+_FORBIDDEN = set('/\\:*?"<>|\0\n')
+
+
+@dataclass
+class Baselines:
+    """The baselines of a test.
+
+    Attributes:
+        test_file: the file of the test.
+        update: whether what is shown is written as the new baseline, in place of being compared.
+        update_option: how the user says so, for messages.
+        written: the baselines that were written so far.
+    """
+
+    test_file: Path
+    update: bool = False
+    update_option: str = "QTDRIVER_UPDATE=1"
+    written: List[Path] = field(default_factory=list)
+
+    def path(self, name: str, suffix: str) -> Path:
+        """The file of a baseline. Raises ValueError for a name that is no file name."""
+        if not name or name.startswith(".") or _FORBIDDEN & set(name):
+            raise ValueError(f'{name!r} cannot be the name of a file: leave out / \\ : * ? " < > |')
+        return self.test_file.parent / FOLDER / self.test_file.stem / f"{name}{suffix}"
+
+    def write(self, path: Path, write: Callable[[Path], object]) -> None:
+        """Has `write` write a baseline."""
+        path.parent.mkdir(parents=True, exist_ok=True)
+        write(path)
+        self.written.append(path)
+
+
+_current: "ContextVar[Optional[Baselines]]" = ContextVar("baselines", default=None)
+
+
+@contextmanager
+def use_baselines(baselines: Baselines) -> Iterator[Baselines]:
+    """A context in which checks use these baselines."""
+    token = _current.set(baselines)
+    try:
+        yield baselines
+    finally:
+        _current.reset(token)
+
+
+def current_baselines() -> Baselines:
+    """Those of the test that runs; without pytest, those beside the file that has called the runner."""
+    baselines = _current.get()
+    if baselines is not None:
+        return baselines
+    frame = sys._getframe(1)
+    while frame.f_back is not None and frame.f_code.co_filename.startswith(_RUNNER):
+        frame = frame.f_back
+    return Baselines(Path(frame.f_code.co_filename).absolute(), os.environ.get("QTDRIVER_UPDATE") == "1")
+
+
+def shown_path(path: Path) -> str:
+    """A path as short as it can be told from the current folder."""
+    try:
+        return str(path.relative_to(Path.cwd()))
+    except ValueError:
+        return str(path)
