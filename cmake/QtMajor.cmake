@@ -63,7 +63,8 @@ if(UNIX)
 endif()
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  # Without these it would not keep what is compiled with precompiled headers.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 # More than a hundred test programs are linked for each Qt, and GNU ld takes five times as long.
 find_program(LLD ld.lld)
@@ -83,6 +84,23 @@ if(QTDRIVER_ASAN OR QTDRIVER_FUZZ)
   # Qt's own checks in its headers, of indexes above all, which it has in debug builds only.
   add_compile_definitions($<$<BOOL:${QTDRIVER_FUZZ}>:QT_FORCE_ASSERTS>)
 endif()
+
+# qtdriver_precompile(GROUP TARGET HEADERS...): the first target of a group, which is any word, compiles these headers for
+# all that follow; their options have to be the same. Most of a build's time would go into Qt's headers otherwise.
+# cmake -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON does without.
+function(qtdriver_precompile group target)
+  get_property(first GLOBAL PROPERTY qtdriver_precompiled_${group})
+  if(first)
+    target_precompile_headers(${target} REUSE_FROM ${first})
+  else()
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+    set_property(GLOBAL PROPERTY qtdriver_precompiled_${group} ${target})
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # For ccache, and so that a change of a header is seen in what was compiled with it.
+    target_compile_options(${target} PRIVATE -fpch-preprocess -fpch-deps)
+  endif()
+endfunction()
 
 # qtdriver_compile_together(TARGET): has the sources of a target share Qt's headers, a dozen at a time.
 function(qtdriver_compile_together target)
@@ -109,6 +127,8 @@ function(qtdriver_add_unit_test source)
   get_filename_component(name ${source} NAME_WE)
   add_executable(${name} ${source})
   target_link_libraries(${name} PRIVATE qtdriver_objects qtdriver::qttest)
+  qtdriver_precompile(unit_tests ${name} <QtTest/QtTest> <QApplication> <QLineEdit> <QMainWindow> <QMenu> <QPointer>
+    <QPushButton> <QStandardItemModel> <QTreeWidget> <QVBoxLayout>)
   if(WIN32)
     return() # tests/windows runs them all on one desktop
   endif()

@@ -26,6 +26,9 @@ ANALYZER_OPTIONS = ["-Xclang", "-analyzer-config", "-Xclang", "max-nodes=75000"]
 """How many states the static analyzer explores in one function. Most functions that call Qt exhaust any limit: its default,
 225,000, takes three times as long and has found nothing more."""
 
+PRECOMPILED = re.compile("pch|^-include$")
+"""What has the compiler use precompiled headers, without which clang-tidy sees whether a source includes what it uses."""
+
 
 @lru_cache(maxsize=None)
 def version():
@@ -61,14 +64,16 @@ class Tidy:
         for paragraph in listing.split("\n\n"):
             head, *files = paragraph.splitlines() or [""]
             if "(VALID)" in head:
-                found[head.split(":")[0]] = [Path(self.build, file.strip()).resolve() for file in files]
+                found[head.split(":")[0]] = [
+                    Path(self.build, file.strip()).resolve() for file in files if not file.endswith(".gch")
+                ]
         return found
 
     def options(self, source):
         """The compiler's options for a source, with the folder of the source for its includes."""
         words = shlex.split(self.commands[source]["command"])
         end, start = words.index("-o"), next(i for i, word in enumerate(words) if word.startswith("-"))
-        return [*words[start:end], f"-I{source.parent}"]
+        return [*(word for word in words[start:end] if not PRECOMPILED.search(word)), f"-I{source.parent}"]
 
     def mark(self, source):
         """The file that is there when clang-tidy has passed this source as it is; None when that is unknown."""
