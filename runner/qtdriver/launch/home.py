@@ -3,12 +3,13 @@
 from __future__ import annotations
 
 import os
-import shutil
 import tempfile
 from pathlib import Path
 from typing import Dict, Mapping
 
 from .inifile import SettingsFiles, ini_text
+from .linux import Launch
+from .supervision import Watchdog
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -27,6 +28,8 @@ _FOLDERS = {
 class IsolatedHome:
     """A home folder that is empty at first: settings, data, caches and temporary files of an application are in it.
 
+    It is removed with close(), or when this process dies before. Processes that then still use it are ended first.
+
     Attributes:
         folder: the home folder.
     """
@@ -35,6 +38,8 @@ class IsolatedHome:
         self.folder = Path(tempfile.mkdtemp(prefix="qtdriver-home-"))
         for place in _FOLDERS.values():
             (self.folder / place).mkdir(mode=0o700, parents=True, exist_ok=True)
+        folder = str(self.folder)
+        self._watchdog = Watchdog(Launch("HOME", folder), folder)
 
     def __repr__(self) -> str:
         return f"<home {self.folder}>"
@@ -51,7 +56,7 @@ class IsolatedHome:
 
     def close(self) -> None:
         """Removes the folder with all that is in it. Closing twice is harmless."""
-        shutil.rmtree(self.folder, ignore_errors=True)
+        self._watchdog.end()
 
 
 def write_settings(settings: SettingsFiles, environment: Mapping[str, str]) -> None:

@@ -2,10 +2,10 @@
 
 `supervision` needs two things of the operating system, and both are here: `Launch`, and the watchdog.
 
-The watchdog is this file, started as `linux.py NAME`. It reads its standard input, which ends when the process that
+The watchdog is this file, started as `linux.py NAME FOLDER...`. It reads its standard input, which ends when the process that
 started it ends, for whatever reason. Until then it reads the value of the mark and, once the program was started, the
 session of the launch, a line each. The value is no argument, since every user can read arguments and could pass for a
-process of the launch.
+process of the launch. When the processes have ended it removes the folders.
 
 The file uses the standard library alone, so that it starts quickly and with any Python.
 """
@@ -13,6 +13,7 @@ The file uses the standard library alone, so that it starts quickly and with any
 from __future__ import annotations
 
 import os
+import shutil
 import signal
 import sys
 import time
@@ -120,6 +121,8 @@ def locked(path: "str | os.PathLike[str]") -> Iterator[None]:
 
 
 if __name__ == "__main__":
-    told = sys.stdin.read().split()
+    told = sys.stdin.read().splitlines()
     if told:
         Launch(sys.argv[1], told[0], int(told[1]) if told[1:] else None).end(_GRACE_SECONDS)
+    for folder in sys.argv[2:]:
+        shutil.rmtree(folder, ignore_errors=True)

@@ -18,19 +18,13 @@ _MARK = "QTDRIVER_LAUNCH"
 _WATCHDOG_SECONDS = 10.0
 
 
-class LaunchedProcesses:
-    """The processes of one launch: the one that was started, and all that it starts in turn.
+class Watchdog:
+    """A process that ends marked processes when this process dies, for whatever reason."""
 
-    They are recognised by a mark in their environment and by the session that the started process leads, since some
-    programs clear their environment, and that of others cannot be read. A watchdog, a process of its own, ends them if
-    this process dies before it has done so.
-    """
-
-    def __init__(self) -> None:
-        """Starts the watchdog, which ends with this process, or with end()."""
-        self._launch = linux.Launch(_MARK, secrets.token_hex(16))
-        self._watchdog: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
-            [sys.executable, "-I", "-S", linux.__file__, _MARK],
+    def __init__(self, launch: linux.Launch, *folders: str) -> None:
+        """Starts it; it ends with this process, or with end(). Then it also removes `folders`."""
+        self._process: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
+            [sys.executable, "-I", "-S", linux.__file__, launch.name, *folders],
             stdin=subprocess.PIPE,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
@@ -38,7 +32,38 @@ class LaunchedProcesses:
             start_new_session=True,  # Ctrl-C in the terminal is for the test, which then ends its applications
             env={name: value for name, value in os.environ.items() if name not in (_MARK, "LD_PRELOAD")},
         )
-        self._tell_watchdog(self._launch.value)
+        self.tell(launch.value)
+
+    def tell(self, line: str) -> None:
+        """Writes a line to it."""
+        assert self._process is not None and self._process.stdin is not None
+        self._process.stdin.write(f"{line}\n".encode())
+
+    def end(self) -> None:
+        """Has it do its work, and waits until it has. Ending it twice is harmless."""
+        if self._process is None:
+            return
+        assert self._process.stdin is not None
+        self._process.stdin.close()
+        try:
+            self._process.wait(_WATCHDOG_SECONDS)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+        self._process = None
+
+
+class LaunchedProcesses:
+    """The processes of one launch: the one that was started, and all that it starts in turn.
+
+    They are recognised by a mark in their environment and by the session that the started process leads, since some
+    programs clear their environment, and that of others cannot be read. A watchdog ends them if this process dies before
+    it has done so.
+    """
+
+    def __init__(self) -> None:
+        """Starts the watchdog, which ends with this process, or with end()."""
+        self._launch = linux.Launch(_MARK, secrets.token_hex(16))
+        self._watchdog = Watchdog(self._launch)
 
     def __repr__(self) -> str:
         return f"<processes of launch {self._launch.value}>"
@@ -53,11 +78,7 @@ class LaunchedProcesses:
         `leader` must not be reaped before end() has returned, since the system could give its id to another process.
         """
         self._launch = self._launch._replace(session=leader)
-        self._tell_watchdog(str(leader))
-
-    def _tell_watchdog(self, line: str) -> None:
-        assert self._watchdog is not None and self._watchdog.stdin is not None
-        self._watchdog.stdin.write(f"{line}\n".encode())
+        self._watchdog.tell(str(leader))
 
     def owns(self, pid: int) -> bool:
         """Whether this living process belongs to the launch."""
@@ -73,14 +94,7 @@ class LaunchedProcesses:
         Sends SIGTERM, and SIGKILL after `grace` seconds; leaves processes that this user may not signal.
         """
         self._launch.end(grace)
-        if self._watchdog is not None:
-            assert self._watchdog.stdin is not None
-            self._watchdog.stdin.close()
-            try:
-                self._watchdog.wait(_WATCHDOG_SECONDS)
-            except subprocess.TimeoutExpired:
-                self._watchdog.kill()
-            self._watchdog = None
+        self._watchdog.end()
         self._launch = self._launch._replace(session=None)
 
 
