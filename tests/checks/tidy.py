@@ -27,7 +27,7 @@ ANALYZER_OPTIONS = ["-Xclang", "-analyzer-config", "-Xclang", "max-nodes=75000"]
 225,000, takes three times as long and has found nothing more."""
 
 PRECOMPILED = re.compile("pch|^-include$")
-"""What has the compiler use precompiled headers, without which clang-tidy sees whether a source includes what it uses."""
+"""Options for precompiled headers, without which clang-tidy sees whether a source includes what it uses."""
 
 
 @lru_cache(maxsize=None)

@@ -10,7 +10,7 @@ from qtdriver import Rect, Server, WidgetRecord, WindowRecord, errors
 
 
 def test_a_taken_port_is_reported_with_what_to_do(server):
-    with pytest.raises(errors.PortInUseError, match="4242 is taken.*--headless"):
+    with pytest.raises(errors.PortInUseError, match="(?s)4242 is taken.*--headless"):
         Server()
 
 
