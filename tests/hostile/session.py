@@ -63,7 +63,7 @@ class Result:
     played: int = 0
     ended_early: bool = False
     codes: Counter[str] = field(default_factory=collections.Counter)
-    deeds: Counter[str] = field(default_factory=collections.Counter)
+    faults: Counter[str] = field(default_factory=collections.Counter)
 
 
 class Session:
@@ -178,9 +178,9 @@ class Session:
         self._journal.close()
         self._folder.cleanup()
 
-    def deeds(self) -> List[str]:
-        """The application's deeds to itself so far, a line for each."""
-        return [line for line in _text(self._journal).splitlines() if line.startswith("deed ")]
+    def faults(self) -> List[str]:
+        """The application's faults to itself so far, a line for each."""
+        return [line for line in _text(self._journal).splitlines() if line.startswith("fault ")]
 
     def _report(self) -> str:
         return _text(self._errors)
@@ -196,7 +196,7 @@ class Session:
         status = self._process.wait()
         lines = [f"{what} ({self._told}; status {status})", "last requests:"]
         lines += [f"  > {request!r}\n  < {reply!r}" for request, reply in self._dialogue]
-        lines += ["last deeds:", *(f"  {deed[5:]}" for deed in self.deeds()[-REMEMBERED:]), stack]
+        lines += ["last faults:", *(f"  {fault[5:]}" for fault in self.faults()[-REMEMBERED:]), stack]
         return Finding("\n".join([*lines, self._report()[-12000:]]))
 
 
@@ -265,7 +265,7 @@ def play(build: Path, scenario: str, seed: int, commands: int, server: socket.so
     except ProtocolError as error:
         raise session.finding(str(error)) from None
     finally:
-        result.deeds.update(deed.split()[1] for deed in session.deeds())
+        result.faults.update(fault.split()[1] for fault in session.faults())
         session.kill()
     return result
 

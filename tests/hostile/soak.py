@@ -34,7 +34,7 @@ class Tally:
     sessions: int = 0
     ended_early: int = 0
     codes: Counter[str] = field(default_factory=collections.Counter)
-    deeds: Counter[str] = field(default_factory=collections.Counter)
+    faults: Counter[str] = field(default_factory=collections.Counter)
     started: float = field(default_factory=time.monotonic)
 
     @property
@@ -45,7 +45,7 @@ class Tally:
         """Counts a session without a finding."""
         self.played[scenario] += max(result.played, 1)
         self.codes += result.codes
-        self.deeds += result.deeds
+        self.faults += result.faults
         self.ended_early += result.ended_early
 
     def add_finding(self, scenario: str, seed: int) -> None:
@@ -66,8 +66,8 @@ class Tally:
         print("soak: " + ", ".join(f"{name} {count}" for name, count in self.played.items()))
         codes = ", ".join(f"{code}: {count}" for code, count in sorted(self.codes.items()))
         print(f"soak: replies: {codes}")
-        deeds = ", ".join(f"{name} {count}" for name, count in self.deeds.most_common())
-        print(f"soak: {sum(self.deeds.values())} deeds: {deeds}")
+        faults = ", ".join(f"{name} {count}" for name, count in self.faults.most_common())
+        print(f"soak: {sum(self.faults.values())} faults: {faults}")
 
 
 def main() -> int:

@@ -23,23 +23,23 @@ def server():
 
 @pytest.mark.parametrize("scenario", SCENARIOS)
 def test_each_command_has_one_reply_whatever_the_application_does(server, scenario):
-    played, codes, deeds = 0, Counter(), Counter()
+    played, codes, faults = 0, Counter(), Counter()
     # When an application hides its windows, and so how many commands find one, depends on the machine's pace.
     while played < COMMANDS or (codes["0"] < LEAST_CARRIED_OUT and played < MOST_COMMANDS):
         result = play(BUILD, scenario, FIXED_SEED + played, max(COMMANDS - played, COMMANDS // 2), server)
         played += max(result.played, 1)
         codes += result.codes
-        deeds += result.deeds
+        faults += result.faults
     assert (
         sum(codes.values()) > COMMANDS / 2
     ), "the applications ended too soon for the commands to mean anything"
     assert codes["0"] >= LEAST_CARRIED_OUT, f"too few commands were carried out: {codes}"
-    # By the application's own account; without deeds it would have been a peaceful one.
-    assert deeds, "the applications have done nothing to themselves"
+    # By the application's own account; without faults it would have been a peaceful one.
+    assert faults, "the applications have done nothing to themselves"
 
 
 def test_the_applications_are_hostile(server):
-    deeds = Counter()
+    faults = Counter()
     for scenario in SCENARIOS[:4]:
-        deeds += play(BUILD, scenario, FIXED_SEED, 100, server).deeds
-    assert sum(deeds.values()) > 20, deeds
+        faults += play(BUILD, scenario, FIXED_SEED, 100, server).faults
+    assert sum(faults.values()) > 20, faults

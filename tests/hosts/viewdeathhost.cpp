@@ -1,5 +1,5 @@
 // Item views that lose the focus, their editor or their life between two keys; see tests/protocol/test_view_keys.py.
-// "do VIEW-DEED-ROUNDS" makes a new view, for example "list-endEditor-3". The deed is done so many rounds of events after
+// "do VIEW-FAULT-ROUNDS" makes a new view, for example "list-endEditor-3". The fault is done so many rounds of events after
 // the view has opened an editor or, for "takeFocusOnTheWay", after its current item has changed. Then another widget gets
 // the focus.
 
@@ -23,18 +23,18 @@ namespace {
 
 const int mostRounds = 64;
 
-using Deed = void (*)(QAbstractItemView* view, QWidget* editor);
+using Fault = void (*)(QAbstractItemView* view, QWidget* editor);
 
-// Does a deed, once, some rounds of events after it was told to, and gives the focus away.
+// Does a fault, once, some rounds of events after it was told to, and gives the focus away.
 class Culprit : public QObject
 {
 public:
-    Culprit(TestHost& testHost, QAbstractItemView* victim, QWidget* heir, Deed theDeed, int rounds)
+    Culprit(TestHost& testHost, QAbstractItemView* victim, QWidget* heir, Fault theFault, int rounds)
         : QObject(victim->window())
         , host(testHost)
         , view(victim)
         , other(heir)
-        , deed(theDeed)
+        , fault(theFault)
         , roundsLeft(rounds)
     {
         setObjectName(latin1("culprit"));
@@ -63,9 +63,9 @@ protected:
         if (roundsLeft-- > 0)
             return;
         timer.stop();
-        deed(view, editor);
+        fault(view, editor);
         other->setFocus();
-        host.journal(latin1("deed is done"));
+        host.journal(latin1("fault is done"));
     }
 
 private:
@@ -73,7 +73,7 @@ private:
     QAbstractItemView* const view;
     QPointer<QWidget> editor;
     QWidget* const other;
-    const Deed deed;
+    const Fault fault;
     int roundsLeft;
     QBasicTimer timer;
 };
@@ -111,21 +111,21 @@ const ViewKind viewKinds[] = {
     {"table", [](QWidget* parent) -> QAbstractItemView* { return new QTableView(parent); }},
 };
 
-struct DeedKind
+struct FaultKind
 {
     const char* name;
     bool isOnTheWay;
-    Deed deed;
+    Fault fault;
 };
 
-const DeedKind deedKinds[] = {
+const FaultKind faultKinds[] = {
     {"endEditor", false, [](QAbstractItemView*, QWidget* editor) { delete editor; }},
     {"endView", false, [](QAbstractItemView* view, QWidget*) { delete view; }},
     {"takeFocus", false, [](QAbstractItemView*, QWidget*) {}},
     {"takeFocusOnTheWay", true, [](QAbstractItemView*, QWidget*) {}},
 };
 
-void show(TestHost& host, QWidget* window, const ViewKind& viewKind, const DeedKind& deedKind, int rounds)
+void show(TestHost& host, QWidget* window, const ViewKind& viewKind, const FaultKind& faultKind, int rounds)
 {
     delete window->findChild<QAbstractItemView*>(latin1("view"));
     delete window->findChild<QObject*>(latin1("culprit"));
@@ -141,9 +141,9 @@ void show(TestHost& host, QWidget* window, const ViewKind& viewKind, const DeedK
     }
     view->setModel(model);
     view->setCurrentIndex(model->index(2, 0));
-    auto* culprit = new Culprit(host, view, other, deedKind.deed, rounds);
+    auto* culprit = new Culprit(host, view, other, faultKind.fault, rounds);
     view->setItemDelegate(new EditorMaker(view, culprit));
-    if (deedKind.isOnTheWay) {
+    if (faultKind.isOnTheWay) {
         host.onSignal(view->selectionModel(), SIGNAL(currentChanged(QModelIndex, QModelIndex)),
             [culprit] { culprit->start(nullptr); });
     }
@@ -162,10 +162,10 @@ void build(TestHost& host)
     host.journalInput(other);
     window->layout()->addWidget(other);
     for (const ViewKind& view : viewKinds) {
-        for (const DeedKind& deed : deedKinds) {
+        for (const FaultKind& fault : faultKinds) {
             for (int rounds = 0; rounds < mostRounds; ++rounds) {
-                host.onRequest(latin1("%1-%2-%3").arg(latin1(view.name), latin1(deed.name)).arg(rounds),
-                    [&host, window, &view, &deed, rounds] { show(host, window, view, deed, rounds); });
+                host.onRequest(latin1("%1-%2-%3").arg(latin1(view.name), latin1(fault.name)).arg(rounds),
+                    [&host, window, &view, &fault, rounds] { show(host, window, view, fault, rounds); });
             }
         }
     }

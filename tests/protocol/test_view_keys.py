@@ -34,20 +34,20 @@ def keys_elsewhere(app):
     )
 
 
-def enter(app, name, deed, rounds):
+def enter(app, name, fault, rounds):
     """Enters a text into an item while the application acts; returns the reply, with nobody else touched by a key."""
     app.forget()
-    app.do(f"{name}-{deed}-{rounds}")
+    app.do(f"{name}-{fault}-{rounds}")
     reply = app.enter(WINDOW, "view", KINDS[name].text)
-    app.wait_for("deed is done")
-    assert keys_elsewhere(app) == ([], ""), f"{deed} after {rounds} rounds"
+    app.wait_for("fault is done")
+    assert keys_elsewhere(app) == ([], ""), f"{fault} after {rounds} rounds"
     return reply
 
 
 @pytest.mark.parametrize("name", sorted(KINDS))
-@pytest.mark.parametrize("deed", ["endEditor", "endView"])
-def test_a_text_for_an_item_reaches_nothing_else_when_its_editor_or_view_dies(app, name, deed):
-    replies = {enter(app, name, deed, rounds) for rounds in ROUNDS}
+@pytest.mark.parametrize("fault", ["endEditor", "endView"])
+def test_a_text_for_an_item_reaches_nothing_else_when_its_editor_or_view_dies(app, name, fault):
+    replies = {enter(app, name, fault, rounds) for rounds in ROUNDS}
     assert replies == {DIED, KINDS[name].reply}
 
 
@@ -68,5 +68,5 @@ def test_keys_for_a_view_that_loses_the_focus_on_the_way_reach_nothing_else(app,
         app.forget()
         app.do(f"{name}-takeFocusOnTheWay-{rounds}")
         app.activate(WINDOW, "view", KINDS[name].way)
-        app.wait_for("deed is done")
+        app.wait_for("fault is done")
         assert keys_elsewhere(app) == ([], ""), f"after {rounds} rounds"

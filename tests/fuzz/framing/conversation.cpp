@@ -12,8 +12,8 @@ using fuzzing::check;
 
 namespace {
 
-const char deeds[] = "|*~<!#";
-const char deedsWithEvents[] = "|<!#";
+const char steps[] = "|*~<!#";
+const char stepsWithEvents[] = "|<!#";
 const int repetitions = 200;
 const int mostRepeatedLines = 5;
 const int longRun = 70000;
@@ -70,25 +70,25 @@ void Conversation::run()
     checkReplies();
 }
 
-// The deeds that send something, up to the next deed that has the application handle events, and that deed.
+// The steps that send something, up to the next step that has the application handle events, and that step.
 void Conversation::takeSteps()
 {
     bool isOver = false;
     while (position < input.size() && !isOver) {
         const char byte = input.at(position++);
-        if (QByteArray(deeds).contains(byte))
+        if (QByteArray(steps).contains(byte))
             takeStep(byte);
         else
             append(QByteArray(1, byte));
-        isOver = QByteArray(deedsWithEvents).contains(byte);
+        isOver = QByteArray(stepsWithEvents).contains(byte);
     }
     flush();
     settle();
 }
 
-void Conversation::takeStep(char deed)
+void Conversation::takeStep(char step)
 {
-    switch (deed) {
+    switch (step) {
     case '*': {
         const QByteArray line = piece.mid(piece.lastIndexOf('\n', qMax(0, static_cast<int>(piece.size()) - 2)) + 1);
         const bool isRepeated = line.endsWith('\n') && repeatedLines++ < mostRepeatedLines;
@@ -101,7 +101,7 @@ void Conversation::takeStep(char deed)
         break;
     case '!':
     case '#':
-        end(deed == '#');
+        end(step == '#');
         break;
     default:
         break;

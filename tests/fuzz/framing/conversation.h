@@ -12,7 +12,7 @@ class STApplicationProxy;
 class TestClient;
 
 // A server that speaks to a real agent, as the input says, and the agent's commands, which are stand-ins here. Bytes are
-// sent as they are, but for these, which are deeds of the server:
+// sent as they are, but for these, which are steps of the server:
 //   |  what came before goes out, and the application handles its events
 //   *  the line before is sent 200 more times; this five times at most
 //   ~  the byte before is sent 70,000 more times
@@ -20,7 +20,7 @@ class TestClient;
 //   !  the server ends its sending side
 //   #  the server closes the connection
 // The stand-ins answer each request with "0," and the request, and these do more: the first three "big" have a reply of
-// two mebibytes; "slow" takes 20 milliseconds; "loop" runs an event loop while the server does its next deed; "delete" and
+// two mebibytes; "slow" takes 20 milliseconds; "loop" runs an event loop while the server does its next step; "delete" and
 // "later" do the same, and the agent is deleted, or to be deleted later, then.
 class Conversation
 {
@@ -38,7 +38,7 @@ public:
 
 private:
     void takeSteps();
-    void takeStep(char deed);
+    void takeStep(char step);
     void append(const QByteArray& bytes);
     void end(bool closes);
     void flush();

@@ -68,7 +68,7 @@ protected:
 
 void beginDrag(Stage& stage)
 {
-    stage.host.journal(words("deed drag"));
+    stage.host.journal(words("fault drag"));
     Later::run(50 + stage.chance.below(200), [] {
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QCoreApplication::sendEvent(source(), &escape);

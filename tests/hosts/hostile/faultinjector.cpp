@@ -1,7 +1,7 @@
 #include "faultinjector.h"
 
-#include "commondeeds.h"
-#include "deeds.h"
+#include "commonfaults.h"
+#include "faults.h"
 #include "testhost.h"
 #include "watchfulapplication.h"
 

@@ -1,6 +1,6 @@
 #include "propertyscene.h"
 
-#include "commondeeds.h"
+#include "commonfaults.h"
 #include "scenes.h"
 
 #include <QLineEdit>

@@ -1,6 +1,6 @@
-#include "deeds.h"
+#include "faults.h"
 
-#include "commondeeds.h"
+#include "commonfaults.h"
 #include "later.h"
 #include "subject.h"
 #include "testhost.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-// A deed's requirements for the place where it is done.
+// A fault's requirements for the place where it is done.
 enum class Kind {
     Mild, // changes states, and runs no event loop: anywhere
     Hiding, // the same, and may close menus: where Qt is not just showing one of them within another
@@ -19,7 +19,7 @@ enum class Kind {
     Structural, // destroys or moves widgets: where Qt does not rely on them
 };
 
-struct Deed
+struct Fault
 {
     Kind kind;
     int weight;
@@ -27,7 +27,7 @@ struct Deed
     void (*perform)(Stage& stage, QObject* sender);
 };
 
-const Deed deeds[] = {
+const Fault faults[] = {
     {Kind::Structural, 60, "destroySender", destroySender},
     {Kind::Structural, 30, "destroyParent", destroyParent},
     {Kind::Structural, 25, "destroyWindow", destroyWindow},
@@ -69,60 +69,60 @@ const Deed deeds[] = {
 };
 
 // Those that have a window with a frame go or come.
-bool concernsWindows(const Deed& deed)
+bool concernsWindows(const Fault& fault)
 {
     using Perform = void (*)(Stage&, QObject*);
     static const Perform rows[] = {destroyParent, destroyWindow, reparentSender, hideWindow, minimizeWindow,
         closeWindow, closeAllWindows, openSecondWindow, openModalWindow, runDialog, quit};
-    return std::find(std::begin(rows), std::end(rows), deed.perform) != std::end(rows);
+    return std::find(std::begin(rows), std::end(rows), fault.perform) != std::end(rows);
 }
 
-const Deed& randomDeed(Chance& chance)
+const Fault& randomFault(Chance& chance)
 {
     static const int totalWeight = [] {
         int total = 0;
-        for (const Deed& deed : deeds)
-            total += deed.weight;
+        for (const Fault& fault : faults)
+            total += fault.weight;
         return total;
     }();
     int rest = chance.below(totalWeight);
-    const Deed* deed = deeds;
-    while (rest >= deed->weight)
-        rest -= (deed++)->weight;
-    return *deed;
+    const Fault* fault = faults;
+    while (rest >= fault->weight)
+        rest -= (fault++)->weight;
+    return *fault;
 }
 
-void commit(Stage& stage, QObject* sender, const Deed& deed)
+void commit(Stage& stage, QObject* sender, const Fault& fault)
 {
-    if (stage.mustKeepWindows() && concernsWindows(deed))
+    if (stage.mustKeepWindows() && concernsWindows(fault))
         return;
-    stage.host.journal(QString::fromLatin1("deed %1 %2")
-                           .arg(QLatin1String(deed.name), QLatin1String(sender->metaObject()->className())));
-    deed.perform(stage, sender);
+    stage.host.journal(QString::fromLatin1("fault %1 %2")
+                           .arg(QLatin1String(fault.name), QLatin1String(sender->metaObject()->className())));
+    fault.perform(stage, sender);
 }
 
-void perform(Stage& stage, QObject* sender, Place place, const Deed& deed)
+void perform(Stage& stage, QObject* sender, Place place, const Fault& fault)
 {
-    switch (deed.kind) {
+    switch (fault.kind) {
     case Kind::Mild:
-        return commit(stage, sender, deed);
+        return commit(stage, sender, fault);
     case Kind::Hiding:
         if (WatchfulApplication::isShowingSubmenu())
             return;
-        return commit(stage, sender, deed);
+        return commit(stage, sender, fault);
     case Kind::Nesting:
         if (place == Place::Delicate || WatchfulApplication::isShowingSubmenu())
             return;
         // An item view closes an editor with references to the items that it goes from and to.
         if (isEditor(sender) && !WatchfulApplication::isFirstHand())
             return;
-        return stage.nest(place, [&] { commit(stage, sender, deed); });
+        return stage.nest(place, [&] { commit(stage, sender, fault); });
     case Kind::Structural:
         if (place == Place::Guarded && stage.mayDestroy())
-            return commit(stage, sender, deed);
-        return Later::run(0, [&stage, subject = Subject(sender), &deed] {
+            return commit(stage, sender, fault);
+        return Later::run(0, [&stage, subject = Subject(sender), &fault] {
             if (QObject* live = subject.get())
-                stage.whenSafe(live, [&stage, &deed](QObject* subject) { commit(stage, subject, deed); });
+                stage.whenSafe(live, [&stage, &fault](QObject* subject) { commit(stage, subject, fault); });
         });
     }
 }
@@ -131,12 +131,12 @@ void perform(Stage& stage, QObject* sender, Place place, const Deed& deed)
 
 void doHarm(Stage& stage, QObject* sender, Place place)
 {
-    const Deed& deed = randomDeed(stage.chance);
+    const Fault& fault = randomFault(stage.chance);
     if (place != Place::Busy && !stage.chance.oneIn(3))
-        return perform(stage, sender, place, deed);
+        return perform(stage, sender, place, fault);
     // A moment later, when nobody thinks of it.
-    Later::run(stage.chance.below(6), [&stage, subject = Subject(sender), &deed] {
+    Later::run(stage.chance.below(6), [&stage, subject = Subject(sender), &fault] {
         if (QObject* live = subject.get())
-            perform(stage, live, Place::Guarded, deed);
+            perform(stage, live, Place::Guarded, fault);
     });
 }

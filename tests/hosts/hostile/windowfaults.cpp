@@ -1,7 +1,7 @@
-// Deeds that concern windows, time, and the application as a whole.
+// Faults that concern windows, time, and the application as a whole.
 
 #include "closeintime.h"
-#include "commondeeds.h"
+#include "commonfaults.h"
 #include "later.h"
 #include "scenes.h"
 #include "stage.h"

@@ -1,6 +1,6 @@
-// Deeds that change widgets, or end them.
+// Faults that change widgets, or end them.
 
-#include "commondeeds.h"
+#include "commonfaults.h"
 #include "stage.h"
 #include "watchfulapplication.h"
 

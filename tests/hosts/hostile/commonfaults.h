@@ -6,7 +6,7 @@ class Stage;
 // An item view lets its application destroy the editors of its items.
 bool isEditor(const QObject* object);
 
-// Deeds that applications do to themselves, sooner or later. Each is given the object whose handler runs.
+// Faults that applications do to themselves, sooner or later. Each is given the object whose handler runs.
 
 // Structure
 void destroySender(Stage& stage, QObject* sender);
