@@ -52,7 +52,7 @@ def titles(tmp_path_factory):
 
 
 def test_a_bundle_has_the_widgets_of_each_window(titles, tmp_path):
-    write_bundle([titles], tmp_path, 0.0)
+    write_bundle([titles], [], tmp_path, 0.0)
     text = (tmp_path / "windows.txt").read_text()
     assert [f'"{name}Label" (QLabel)' in text for name in NAMES] == [True, True, True]
 
