@@ -49,7 +49,7 @@ done
 if [ -z "$tested_on_windows" ]; then
     notes+=("nothing is tested as a Windows program (no folder of a Qt for Windows in QT4_WINDOWS)")
 elif [ -z "$windows" ]; then
-    notes+=("as Windows programs only a part is tested, with Qt 4.8 alone: not all protocol suites, no unit tests; --windows does")
+    notes+=("as Windows programs only a part is tested, with Qt 4.8 alone; --windows tests all of it")
 fi
 [ -z "$only" ] || notes+=("this is a part of the suites, those named like $only")
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
