@@ -320,6 +320,13 @@ private:
             popup->show();
         });
         addChoice("closed", new ClosedComboBox);
+        addChangingComboBoxes();
+        host.onRequest(QLatin1String("endDoubleClickInterval"), [] { QApplication::setDoubleClickInterval(0); });
+        host.onRequest(QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
+    }
+
+    void addChangingComboBoxes()
+    {
         addChoice("disabledChoice", new QComboBox)->setEnabled(false);
         add("nothing", 4, new QComboBox);
         auto* refilled = addChoice("refilled", new QComboBox);
@@ -333,8 +340,6 @@ private:
             if (doomed->view()->currentIndex().row() == 3)
                 death->start();
         });
-        host.onRequest(QLatin1String("endDoubleClickInterval"), [] { QApplication::setDoubleClickInterval(0); });
-        host.onRequest(QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
     }
 
     // Deletes the widget soon after the signal, but not within it: Qt itself could not bear that.

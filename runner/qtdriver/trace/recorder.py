@@ -219,6 +219,13 @@ class Recorder(StepListener):
             return saved
         return {}
 
+    def _hide_passwords(self) -> None:
+        for entry in self._entries:  # a text that was typed in vain at first may be a password
+            secrets = entry.app.connection.secrets
+            entry.step.title = secrets.hide(entry.step.title)
+            entry.step.action = secrets.hide(entry.step.action)
+            entry.step.error = secrets.hide(entry.step.error)
+
     def _trace(self) -> Trace:
         saved = self._save_pictures()
         if self._forgotten:
@@ -231,11 +238,7 @@ class Recorder(StepListener):
         def name(picture: Optional[Pending]) -> str:
             return saved[picture.number].name if picture is not None and picture.number in saved else ""
 
-        for entry in self._entries:  # a text that was typed in vain at first may be a password
-            secrets = entry.app.connection.secrets
-            entry.step.title = secrets.hide(entry.step.title)
-            entry.step.action = secrets.hide(entry.step.action)
-            entry.step.error = secrets.hide(entry.step.error)
+        self._hide_passwords()
         steps = [
             RecordedStep(
                 entry.step,
