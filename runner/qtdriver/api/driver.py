@@ -143,12 +143,7 @@ class Driver(ClosedOnLeaving):
             environment, self._headless if headless is None else headless, self._isolated and not keep_home
         )
         if settings is not None:
-            if not self._isolated or keep_home:
-                raise ValueError(
-                    "settings would be written into the user's own folder: they need Driver(isolated=True), as the fixture "
-                    "of pytest is, and no keep_home"
-                )
-            write_settings(settings, surroundings)
+            self._write_settings(settings, surroundings, keep_home)
 
         def tell(process: Process) -> None:
             for listener in self.listeners:
@@ -169,6 +164,16 @@ class Driver(ClosedOnLeaving):
         )
         seconds = self.timeout if timeout is None else timeout
         return self._register(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
+
+    def _write_settings(
+        self, settings: SettingsFiles, surroundings: Mapping[str, str], keep_home: bool
+    ) -> None:
+        if not self._isolated or keep_home:
+            raise ValueError(
+                "settings would be written into the user's own folder: they need Driver(isolated=True), as the fixture of "
+                "pytest is, and no keep_home"
+            )
+        write_settings(settings, surroundings)
 
     def attach(
         self,

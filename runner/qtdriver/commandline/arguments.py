@@ -188,6 +188,16 @@ def _add_run(commands: "argparse._SubParsersAction[_Parser]") -> _Parser:
         "--background", action="store_true", help="hold APP in the background, for the other commands"
     )
     _add_holder(run)
+    _add_start(run)
+    run.add_argument("--script", type=Path, metavar="FILE", help="read the requests from FILE (UTF-8)")
+    run.add_argument("--strict", action="store_true", help="a refused request makes the exit status 1")
+    _add_build(run)
+    _add_json(run)
+    run.add_argument("command", nargs=argparse.REMAINDER, metavar="APP ARGS...", help="what to start")
+    return run
+
+
+def _add_start(run: _Parser) -> None:
     run.add_argument(
         "--qt",
         type=int,
@@ -207,12 +217,6 @@ def _add_run(commands: "argparse._SubParsersAction[_Parser]") -> _Parser:
         metavar="SECONDS",
         help="how long APP may take to connect, and each request to be answered (default: %(default)g)",
     )
-    run.add_argument("--script", type=Path, metavar="FILE", help="read the requests from FILE (UTF-8)")
-    run.add_argument("--strict", action="store_true", help="a refused request makes the exit status 1")
-    _add_build(run)
-    _add_json(run)
-    run.add_argument("command", nargs=argparse.REMAINDER, metavar="APP ARGS...", help="what to start")
-    return run
 
 
 def _positive_seconds(text: str) -> float:

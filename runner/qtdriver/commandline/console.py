@@ -43,12 +43,24 @@ def _plain_lines(app: App) -> Iterator[str]:
 
 
 def _console_lines(app: App) -> Iterator[str]:
+    session, keep = _console_session(Words(app))
+    while True:
+        try:
+            line = session.prompt()
+        except EOFError:
+            return
+        try:
+            yield line
+        finally:
+            keep(_kept(app, line))
+
+
+def _console_session(words: Words) -> Tuple[Any, Callable[[str], None]]:
+    """A session of prompt_toolkit, and what adds a line to its history."""
     from prompt_toolkit import PromptSession
     from prompt_toolkit.completion import CompleteEvent, Completer, Completion
     from prompt_toolkit.document import Document
     from prompt_toolkit.history import FileHistory
-
-    words = Words(app)
 
     class WordCompleter(Completer):
         """Offers what fits the text before the cursor."""
@@ -76,15 +88,7 @@ def _console_lines(app: App) -> Iterator[str]:
         completer=WordCompleter(),
         complete_while_typing=False,
     )
-    while True:
-        try:
-            line = session.prompt()
-        except EOFError:
-            return
-        try:
-            yield line
-        finally:
-            history.keep(_kept(app, line))
+    return session, history.keep
 
 
 def _kept(app: App, line: str) -> str:
