@@ -66,7 +66,8 @@ public:
     // base has no items and refuses.
     virtual ItemArea itemArea(const QVariant& item);
     // Text and states of such an item, wherever it is: "checkable", "checked", "partly checked", "selected", "current",
-    // "disabled", "expanded", "collapsed"; of an entry of a menu "menu"; of a header "hidden", "ascending", "descending". Nothing is scrolled or opened. The base refuses.
+    // "disabled", "expanded", "collapsed"; of an entry of a menu "menu"; of a header "hidden", "ascending", "descending".
+    // Nothing is scrolled or opened. The base refuses.
     struct ItemState
     {
         QString text;

@@ -145,7 +145,7 @@ def core_problem() -> Tuple[str, str]:
         return "the system keeps core files where only coredumpctl finds them", "apt install systemd-coredump"
     if resource.getrlimit(resource.RLIMIT_CORE)[1] == 0:
         return (
-            "this session may not write core files (ulimit -Hc is 0)",
+            "this process may not write core files (ulimit -Hc is 0)",
             "a higher limit in /etc/security/limits.conf",
         )
     return "", ""

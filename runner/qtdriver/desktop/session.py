@@ -21,5 +21,5 @@ def needs_x11(environment: Mapping[str, str]) -> bool:
 
 
 def session_settings(environment: Mapping[str, str]) -> Dict[str, str]:
-    """The variables with which applications in this session can be driven."""
+    """The variables with which applications on this screen can be driven."""
     return {_PLATFORM: "xcb"} if needs_x11(environment) else {}
