@@ -23,7 +23,7 @@ STANDS_ON = {
     "expect": ("api",),
     "trace": ("api",),
     "report": ("trace",),
-    "commandline": ("trace",),
+    "commandline": ("report",),
     "plugin": ("report", "expect"),
 }
 

@@ -137,4 +137,8 @@ def test_a_start_that_a_test_expects_to_fail_leaves_nothing(project):
         """
     )
     assert project.run().outcomes == "1 passed"
-    assert {path.name for path in project.results.iterdir()} == {".qtdriver-run", "report.html"}
+    assert {path.name for path in project.results.iterdir()} == {
+        ".qtdriver-run",
+        "report.html",
+        "results.jsonl",
+    }

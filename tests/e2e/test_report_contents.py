@@ -10,43 +10,11 @@ from qtdriver.report import embedding
 from qtdriver.report.page import TestResult, in_script, readable_duration, write_page
 
 from chromium import DOWN, browser, quiet  # noqa: F401 (fixtures)
+from madetraces import made  # noqa: F401 (fixture)
 
 HOSTILE = (
     "</script><script>document.title='taken'</script><!-- \"quotes' & \x00 NUL \x1b[31m <b>bold</b> \ud800"
 )
-
-
-@pytest.fixture
-def made(tmp_path):
-    """Writes a trace with these steps by hand, and answers its folder."""
-
-    def make(steps, name="trace", **more):
-        folder = tmp_path / name
-        folder.mkdir()
-        defaults = dict(
-            reads=False,
-            pid=1,
-            start=0.1,
-            seconds=0.1,
-            error="",
-            exchanges=[],
-            skipped=0,
-            before="",
-            after="",
-            widgets="",
-        )
-        data = dict(
-            format=1,
-            began_at=0,
-            seconds=1.0,
-            notes=[],
-            trees={},
-            steps=[{**defaults, **step} for step in steps],
-        )
-        (folder / "trace.json").write_text(json.dumps({**data, **more}))
-        return folder
-
-    return make
 
 
 def test_hostile_texts_are_shown_and_do_nothing(browser, made, tmp_path):
@@ -99,7 +67,7 @@ def test_left_out_exchanges_are_counted(browser, made, tmp_path):
         for n in range(10)
     ]
     trace = made([dict(title="waits", exchanges=exchanges, skipped=37)])
-    write_page([TestResult("a::b", "passed", 1.0, "", trace, None)], tmp_path / "page.html")
+    write_page([TestResult("a::b", "failed", 1.0, "", trace, None)], tmp_path / "page.html")
     browser.open(tmp_path / "page.html")
     rows = browser.texts(".requests tbody tr")
     assert len(rows) == 11 and rows[5] == "37 more like these were left out"
@@ -111,7 +79,7 @@ def test_pictures_beyond_the_room_of_a_page_are_named_instead(browser, made, tmp
     for name, colour in (("one", "red"), ("two", "blue")):
         traces.append(made([dict(title="acts", after=f"{colour}.png")], name))
         Image.new("RGB", (50, 50), colour).save(traces[-1] / f"{colour}.png")
-    monkeypatch.setattr(embedding.Embedding.__init__, "__defaults__", (200,))
+    monkeypatch.setattr(embedding.Embedding.__init__, "__defaults__", (200, 10_000))
     results = [TestResult(f"a::{trace.name}", "failed", 1.0, "", trace, None) for trace in traces]
     write_page(results, tmp_path / "page.html")
     browser.open(tmp_path / "page.html")
@@ -197,7 +165,7 @@ def test_five_hundred_tests_open_at_once_and_share_their_pictures(browser, made,
         steps = [dict(title=f"step {n}", start=n / 10, after="noise.webp") for n in range(20)]
         trace = made(steps, f"t{number}")
         (trace / "noise.webp").write_bytes((tmp_path / "noise.webp").read_bytes())
-        results.append(TestResult(f"f.py::test_{number}", "passed", 0.1, "", trace, None))
+        results.append(TestResult(f"f.py::test_{number}", "failed", 0.1, "", trace, None))
     write_page(results, tmp_path / "page.html")
     browser.open(tmp_path / "page.html")
     assert browser.run("return performance.timing.domComplete - performance.timing.responseStart") < 5000

@@ -198,7 +198,7 @@ def test_without_screenshots_the_rest_is_recorded(recorded, tmp_path):
     trace = recorded(order, screenshots=False)
     assert [step["before"] + step["after"] for step in trace["steps"]] == ["", "", ""]
     assert trace["steps"][0]["widgets"] and trace["notes"] == []
-    assert [file.name for file in (tmp_path / "traces" / "one").iterdir()] == ["trace.json"]
+    assert sorted(file.name for file in (tmp_path / "traces" / "one").iterdir()) == ["trace.js", "trace.json"]
 
 
 def test_an_error_of_the_recorder_is_a_note_and_no_failure_of_the_test(recorded, monkeypatch):

@@ -12,6 +12,7 @@ from ..launch.loading import LOAD_WAYS
 from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
 from .outcome import EXIT_STATUSES
+from .reporting import add_report_arguments
 from .verbs import Verb, all_verbs, seconds
 
 _RAW = argparse.RawDescriptionHelpFormatter
@@ -120,6 +121,13 @@ def _parsers() -> Tuple[_Parser, _Parser]:
     trace.add_argument(
         "folder", type=Path, metavar="FOLDER", help="the folder of the failure, or of its trace"
     )
+    merging = _add(
+        commands,
+        "report",
+        "merges the results of shards: one page and one JUnit file",
+        "report merge shard-1 shard-2 --output test-results",
+    )
+    add_report_arguments(merging)
     _add_build(doctor)
     doctor.add_argument(
         "command", nargs=argparse.REMAINDER, metavar="-- APP", help="look at this program, too"

@@ -20,6 +20,7 @@ from . import control, holding
 from .arguments import parse_arguments, wants_json
 from .doctor import examine
 from .outcome import FAILED, INTERRUPTED, Outcome
+from .reporting import report
 from .running import run_dialogue
 
 if sys.platform == "win32":
@@ -112,4 +113,13 @@ def _trace(parsed: argparse.Namespace) -> int:
     return _finish(Outcome(describe_summary(summary), summary), parsed.json)
 
 
-_ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {"run": _run, "doctor": _doctor, "trace": _trace}
+def _report(parsed: argparse.Namespace) -> int:
+    return _finish(report(parsed), parsed.json)
+
+
+_ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {
+    "run": _run,
+    "doctor": _doctor,
+    "trace": _trace,
+    "report": _report,
+}

@@ -19,6 +19,7 @@ from .hooks import RESULTS, TestHooks
 from .parallel import Workers, prepare
 from .results import Results
 from .settings import OWN_DESKTOPS, Settings, add_options, read_settings
+from .shards import SHARDS, Shards
 from .snapshots import WrittenSnapshots
 
 __all__ = ["Settings", "_qtdriver_shared", "qtdriver", "qtdriver_settings"]
@@ -39,6 +40,8 @@ def pytest_configure(config: pytest.Config) -> None:
     # Plugins that are registered later run later at the end of the session: TestHooks adds the result of an interrupted
     # test before Results writes the page.
     config.pluginmanager.register(TestHooks(), "qtdriver-tests")
+    if settings.shard is not None:
+        config.pluginmanager.register(Shards(config, settings), SHARDS)
     if hasattr(config, "workerinput"):
         return
     notes = [

@@ -13,6 +13,7 @@ from ..api.app import DEFAULT_WAIT
 from ..launch.agent import QT_MAJORS
 from ..launch.loading import LOAD_WAYS
 from ..protocol.channel import DEFAULT_TIMEOUT
+from ..report.results import RESULTS_FILE
 
 TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
 LINUX, WINDOWS = "linux", "windows"
@@ -40,6 +41,8 @@ class Settings:
         workers: "own-desktops" gives each parallel worker a desktop and a network, "plain" leaves them without.
         home: "own" gives the applications of each test empty home and XDG folders, "keep" those of the user.
         update: whether snapshots are written as they are now, in place of being compared.
+        shard: the number of the shard that this run is, from 1, and that of all shards; None for a whole run.
+        times: the results of an earlier run, by whose times tests are split among shards.
     """
 
     build: Optional[Path]
@@ -56,6 +59,8 @@ class Settings:
     workers: str
     home: str
     update: bool
+    shard: Optional[Tuple[int, int]]
+    times: Path
 
 
 class _Option(NamedTuple):
@@ -98,6 +103,13 @@ def _major(text: str) -> int:
     if int(text) not in QT_MAJORS:
         raise ValueError
     return int(text)
+
+
+def _shard(text: str) -> Tuple[int, int]:
+    number, count = map(int, text.split("/"))
+    if not 1 <= number <= count:
+        raise ValueError
+    return number, count
 
 
 _SECONDS = "a number of seconds"
@@ -185,6 +197,22 @@ _OPTIONS = (
         "own or keep",
         "folders of applications: own gives each test empty home, XDG and temporary folders, keep those of the user",
     ),
+    _Option(
+        "shard",
+        "K/N",
+        None,
+        _shard,
+        "a shard such as 2/5",
+        "run only the K-th of N parts of the tests, which take about as long as each other",
+    ),
+    _Option(
+        "times",
+        "FILE",
+        None,
+        Path,
+        "a file",
+        f"the results of an earlier run, by which shards are split (default: {RESULTS_FILE} in the output)",
+    ),
 )
 _HEADED = "qtdriver_headed"
 _UPDATE = "qtdriver_update"
@@ -244,6 +272,8 @@ def read_settings(config: pytest.Config) -> Settings:
     )
     told = getattr(config, "workerinput", {}).get(OUTPUT_OF_WORKERS)
     values["output"] = config.stash.get(OUTPUT, Path(told) if told else values["output"])
+    if values["times"] is None:
+        values["times"] = values["output"] / RESULTS_FILE
     if values["report"] is None:
         values["report"] = values["output"] / REPORT_NAME
     return Settings(**values, update=config.getoption(_UPDATE))

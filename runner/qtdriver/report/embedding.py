@@ -1,4 +1,4 @@
-"""Chooses the pictures that a page contains."""
+"""Chooses the traces and pictures that a page contains."""
 
 from __future__ import annotations
 
@@ -6,8 +6,11 @@ import io
 from pathlib import Path
 from typing import Dict, Iterator, Set, Tuple
 
-PAGE_BYTES = 60_000_000
-"""Room for pictures in a page; in the page they take a third more. Browsers open this within a second or two."""
+PAGE_BYTES = 27_000_000
+"""Room for pictures in a page; in the page they take a third more. With the texts that is less than 50 MB."""
+
+TEXT_CHARACTERS = 10_000_000
+"""Room for traces in a page, without their pictures."""
 
 LARGE_BYTES = 300_000
 """A larger picture is embedded with fewer pixels; the original is in the folder of the trace."""
@@ -17,13 +20,20 @@ _SUFFIXES = {".webp": "webp", ".png": "png", ".jpg": "jpeg", ".jpeg": "jpeg"}
 
 
 class Embedding:
-    """Chooses the pictures of a page: each distinct one once, until there is no more room."""
+    """Chooses the traces and pictures of a page: each distinct picture once, until there is no more room."""
 
-    def __init__(self, room: int = PAGE_BYTES) -> None:
-        """`room`: bytes of pictures, as files."""
+    def __init__(self, room: int = PAGE_BYTES, text_room: int = TEXT_CHARACTERS) -> None:
+        """`room`: bytes of pictures, as files; `text_room`: characters of traces."""
         self._room = room
+        self._text_room = text_room
         self._files: Dict[str, Tuple[str, Path]] = {}
         self._refused: Set[str] = set()
+
+    def add_text(self, length: int) -> bool:
+        """Takes a text of this length, if there is room for it. Returns whether there is."""
+        fits = length <= self._text_room
+        self._text_room -= length if fits else 0
+        return fits
 
     def add(self, folder: Path, name: str) -> str:
         """Adds a picture of a trace, if there is room for it.

@@ -1,4 +1,4 @@
-"""The page of a run: one HTML file with everything in it."""
+"""The page of a run: one HTML file with all that failed, and files beside it for what went well."""
 
 from __future__ import annotations
 
@@ -8,54 +8,43 @@ import json
 import os
 import time
 from collections import Counter
+from contextlib import contextmanager
 from dataclasses import dataclass
+from itertools import islice
 from pathlib import Path
-from typing import TYPE_CHECKING, Dict, Iterator, List, Optional, Sequence, Tuple
+from typing import TYPE_CHECKING, Iterable, Iterator, Optional, Sequence, TextIO
 from urllib.parse import quote
 
-from ..trace.trace import TRACE_FILE
+from .attempts import data_of, in_script
 from .embedding import Embedding
+from .results import FLAKY, OUTCOMES, TestResult
 
 if TYPE_CHECKING:
     from jinja2 import Environment
 
-FLAKY = "flaky"
-"""The outcome of a test that passed at a later attempt."""
+ATTENTION = ("failed", "error", FLAKY)
+"""The outcomes of tests that are in the page with all that is known of them."""
 
-OUTCOMES = ("failed", "error", FLAKY, "skipped", "passed")
-"""In the order in which the page shows them: first those that need attention."""
+KEPT_ROWS = 1000
+"""The number of other tests that are listed in the page itself."""
+
+_MORE = "qtdriverMore("
+"""The beginning of the script with the tests that are not in the page."""
 
 _TEMPLATES = Path(__file__).with_name("templates")
 _STYLES = ("page.css", "detail.css")
-_SCRIPTS = ("dom.js", "tests.js", "timeline.js", "pictures.js", "evidence.js", "trace.js", "main.js")
-_KEPT_MESSAGE = 50_000
+_SCRIPTS = (
+    "dom.js",
+    "tests.js",
+    "timeline.js",
+    "pictures.js",
+    "evidence.js",
+    "trace.js",
+    "beside.js",
+    "main.js",
+)
 _VISIBLE = {**{code: 0x2400 + code for code in range(0x20)}, 0x7F: 0x2421}
 """Replaces control characters by Unicode's symbols for them."""
-
-
-@dataclass(frozen=True)
-class TestResult:
-    """How one test went.
-
-    Attributes:
-        node_id: its name, such as tests/test_order.py::test_milk.
-        outcome: "passed", "failed", "error", "skipped" or "flaky".
-        seconds: how long it took.
-        message: why it failed or was skipped, with the part of the traceback that pytest shows.
-        trace: the folder that a Recorder has written, None for none.
-        bundle: the folder with the other files of a failure, None for none.
-        earlier: the attempts before this one, oldest first.
-    """
-
-    __test__ = False  # pytest takes classes with such names for tests
-
-    node_id: str
-    outcome: str
-    seconds: float
-    message: str
-    trace: Optional[Path]
-    bundle: Optional[Path]
-    earlier: "Tuple[TestResult, ...]" = ()
 
 
 @dataclass(frozen=True)
@@ -70,20 +59,34 @@ class _Row:
     data: str
 
 
-def write_page(results: Sequence[TestResult], file: Path) -> None:
-    """Writes the page of a run, which needs no other file and no network.
+def write_page(results: Iterable[TestResult], file: Path) -> None:
+    """Writes the page of a run, which shows the tests that use a driver, and needs no network.
 
-    Tests that failed come first, the others in their order. The page notes traces that cannot be read, and pictures for
-    which there is no room.
+    Tests that failed come first, the others in their order. What failed is in the page, as far as there is room. The traces
+    of the others, and the tests beyond the first ones that went well, are files beside it, which the page loads when they
+    are opened. The page notes traces that cannot be read, and pictures for which there is no room.
+
+    Args:
+        results: those of all tests; they are iterated several times, and few are kept in memory.
+        file: where to write.
 
     Raises OSError when `file` cannot be written.
     """
-    ordered = sorted(results, key=lambda result: _rank(result.outcome))
     folder = file.absolute().parent
     folder.mkdir(parents=True, exist_ok=True)
+    counts: "Counter[str]" = Counter()
+    seconds = 0.0
+    for result in _shown(results):
+        counts[result.outcome] += 1
+        seconds += result.total_seconds()
     embedding = Embedding()
-    rows = [_row(number, result, folder, embedding) for number, result in enumerate(ordered)]
-    counts = Counter(result.outcome for result in ordered)
+    ordered = _ordered(results, counts)
+    rows = [
+        _row(number, result, folder, embedding if result.outcome in ATTENTION else None)
+        for number, result in enumerate(islice(ordered, _rows_in_page(counts)))
+    ]
+    total = sum(counts.values())
+    more = _write_more(ordered, file, total - len(rows))
     style, script = (_read(_STYLES), _read(_SCRIPTS))
     stream = (
         _environment()
@@ -92,8 +95,10 @@ def write_page(results: Sequence[TestResult], file: Path) -> None:
             rows=rows,
             counts=[(outcome, counts[outcome]) for outcome in OUTCOMES if counts[outcome]],
             flaky=counts[FLAKY],
-            total=len(rows),
-            duration=readable_duration(sum(result.seconds for result in ordered)),
+            total=total,
+            more=more,
+            left_out=total - len(rows),
+            duration=readable_duration(seconds),
             written=time.strftime("%Y-%m-%d %H:%M"),
             style=style,
             script=script,
@@ -102,9 +107,46 @@ def write_page(results: Sequence[TestResult], file: Path) -> None:
             pictures=_data_uris(embedding),
         )
     )
+    with _replacing(file) as output:
+        output.writelines(stream)
+
+
+def _shown(results: Iterable[TestResult]) -> Iterator[TestResult]:
+    return (result for result in results if result.drives)
+
+
+def _ordered(results: Iterable[TestResult], counts: "Counter[str]") -> Iterator[TestResult]:
+    """The tests, those first that need attention."""
+    for rank in sorted({_rank(outcome) for outcome in counts}):
+        yield from (result for result in _shown(results) if _rank(result.outcome) == rank)
+
+
+def _rows_in_page(counts: "Counter[str]") -> int:
+    return KEPT_ROWS + sum(counts[outcome] for outcome in ATTENTION)
+
+
+def _write_more(results: Iterable[TestResult], page: Path, count: int) -> str:
+    """Writes the tests that are not in the page into a script beside it. Returns its address, empty where there are none."""
+    file = page.with_name(f"{page.stem}-more.js")
+    if not count:
+        if file.is_file() and file.open("rb").read(len(_MORE)) == _MORE.encode():
+            file.unlink()  # of an earlier page
+        return ""
+    folder = page.absolute().parent
+    with _replacing(file) as output:
+        output.write(f"{_MORE}[\n")
+        for result in results:
+            output.write(f"{json.dumps(data_of(result, folder, None), separators=(',', ':'))},\n")
+        output.write("]);\n")
+    return quote(file.name)
+
+
+@contextmanager
+def _replacing(file: Path) -> "Iterator[TextIO]":
+    """A file to write, whose readers find the whole of it or none."""
     unfinished = file.with_name(f"{file.name}.part")
     with unfinished.open("w", encoding="utf-8", errors="backslashreplace") as output:
-        output.writelines(stream)
+        yield output
     os.replace(unfinished, file)
 
 
@@ -144,84 +186,13 @@ def _data_uris(embedding: Embedding) -> Iterator["tuple[str, str]"]:
         yield name, f"data:image/{kind};base64,{base64.b64encode(data).decode()}"
 
 
-def _row(number: int, result: TestResult, folder: Path, embedding: Embedding) -> _Row:
+def _row(number: int, result: TestResult, folder: Path, embedding: Optional[Embedding]) -> _Row:
     file, _, name = result.node_id.rpartition("::")
-    attempts = [_attempt(attempt, folder, embedding) for attempt in (*result.earlier, result)]
-    if result.outcome == FLAKY:
-        attempts[-1]["outcome"] = "passed"
-    data: Dict[str, object] = {
-        "file": file,
-        "name": name,
-        "outcome": result.outcome,
-        "seconds": sum(attempt.seconds for attempt in (*result.earlier, result)),
-        "attempts": attempts,
-    }
     return _Row(
         number,
         file.translate(_VISIBLE),
         name.translate(_VISIBLE),
         result.outcome,
-        readable_duration(sum(attempt.seconds for attempt in (*result.earlier, result))),
-        in_script(data),
+        readable_duration(result.total_seconds()),
+        in_script(data_of(result, folder, embedding)),
     )
-
-
-def _attempt(result: TestResult, folder: Path, embedding: Embedding) -> Dict[str, object]:
-    return {
-        "outcome": result.outcome,
-        "seconds": result.seconds,
-        "message": _shortened(result.message),
-        "bundle": _link(result.bundle, folder),
-        "trace": _trace(result, folder, embedding),
-        "stacks": _stacks(result.bundle),
-    }
-
-
-def in_script(data: object) -> str:
-    """JSON that can stand in a script element: nothing in it ends the element or begins a comment."""
-    text = json.dumps(data, separators=(",", ":"))
-    return text.replace("<", "\\u003c").replace(">", "\\u003e").replace("&", "\\u0026")
-
-
-def _shortened(message: str) -> str:
-    if len(message) <= _KEPT_MESSAGE:
-        return message
-    half = _KEPT_MESSAGE // 2
-    return f"{message[:half]}\n... {len(message) - 2 * half} characters ...\n{message[-half:]}"
-
-
-def _link(path: Optional[Path], folder: Path) -> "Optional[Dict[str, str]]":
-    """A path, and the page's link to it, which is relative, so that page and folder can be copied together."""
-    if path is None:
-        return None
-    relative = os.path.relpath(path.absolute(), folder)
-    return {"path": relative, "href": quote(os.fsencode(relative))}
-
-
-def _trace(result: TestResult, folder: Path, embedding: Embedding) -> "Optional[Dict[str, object]]":
-    if result.trace is None:
-        return None
-    try:
-        trace = json.loads((result.trace / TRACE_FILE).read_text(encoding="utf-8"))
-        steps: List[Dict[str, object]] = trace["steps"]
-        for step in steps:
-            for moment in ("before", "after"):
-                step[f"{moment}_file"] = step[moment]
-                step[moment] = embedding.add(result.trace, str(step[moment])) if step[moment] else ""
-    except (OSError, ValueError, LookupError, TypeError, RecursionError) as error:
-        trace = {"steps": [], "trees": {}, "notes": [f"the trace could not be read: {error}"]}
-    trace["folder"] = _link(result.trace, folder)
-    return dict(trace)
-
-
-def _stacks(bundle: Optional[Path]) -> List[str]:
-    """The stacks of the applications that crashed or hung, as texts."""
-    if bundle is None:
-        return []
-    texts = []
-    for file in sorted(bundle.glob("stack*.txt")):
-        try:
-            texts.append(_shortened(file.read_text(encoding="utf-8", errors="replace")))
-        except OSError:
-            continue
-    return texts

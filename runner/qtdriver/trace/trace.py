@@ -18,6 +18,10 @@ from ..protocol.wire import Reply, decode_hex
 from .readable import describe_reply
 
 TRACE_FILE = "trace.json"
+
+SCRIPT_FILE = "trace.js"
+"""The same for a page: browsers let a page that is a file itself load a script beside it, and nothing else."""
+
 FORMAT = 2
 
 LINES_AROUND = 7
@@ -112,9 +116,11 @@ class Trace:
             "sources": self._sources(),
             "trees": self.trees,
         }
-        unfinished = folder / f"{TRACE_FILE}.part"
-        unfinished.write_text(json.dumps(data, indent=1), encoding="ascii")
-        os.replace(unfinished, folder / TRACE_FILE)
+        text = json.dumps(data)
+        for name, written in ((SCRIPT_FILE, f"qtdriverTrace({text});\n"), (TRACE_FILE, text)):
+            unfinished = folder / f"{name}.part"
+            unfinished.write_text(written, encoding="ascii")
+            os.replace(unfinished, folder / name)
 
     def _group(self, group: Group, groups: List[Group]) -> Dict[str, object]:
         return {

@@ -10,7 +10,7 @@ let preferredMode = "after";
 
 function makePicture(key, text) {
   const source = document.getElementById(`picture-${key}`);
-  return element("img", {src: source.textContent, alt: text, decoding: "async"});
+  return element("img", {src: source ? source.textContent : besidePictures.get(key), alt: text, decoding: "async"});
 }
 
 /** A frame around the widget that the step is about, in a picture of the screen. */

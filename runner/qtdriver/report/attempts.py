@@ -1,0 +1,102 @@
+"""The attempts at a test as the page has them: with the trace in the page, or beside it, to be loaded when it is opened."""
+
+from __future__ import annotations
+
+import json
+import os
+from pathlib import Path
+from typing import Dict, List, Optional
+from urllib.parse import quote
+
+from ..trace.trace import TRACE_FILE
+from .embedding import Embedding
+from .results import FLAKY, TestResult
+
+_KEPT_MESSAGE = 50_000
+
+
+def data_of(result: TestResult, folder: Path, embedding: Optional[Embedding]) -> Dict[str, object]:
+    """A test in types of JSON.
+
+    Args:
+        result: the test.
+        folder: that of the page.
+        embedding: takes the traces and pictures of the page; None to leave the trace of the test beside the page.
+    """
+    file, _, name = result.node_id.rpartition("::")
+    attempts = [_attempt(attempt, folder, embedding) for attempt in (*result.earlier, result)]
+    if result.outcome == FLAKY:
+        attempts[-1]["outcome"] = "passed"
+    return {
+        "file": file,
+        "name": name,
+        "outcome": result.outcome,
+        "seconds": result.total_seconds(),
+        "attempts": attempts,
+    }
+
+
+def in_script(data: object) -> str:
+    """JSON that can stand in a script element: nothing in it ends the element or begins a comment."""
+    text = json.dumps(data, separators=(",", ":"))
+    return text.replace("<", "\\u003c").replace(">", "\\u003e").replace("&", "\\u0026")
+
+
+def _attempt(result: TestResult, folder: Path, embedding: Optional[Embedding]) -> Dict[str, object]:
+    trace = None if embedding is None or result.trace is None else _trace(result.trace, embedding)
+    if trace is not None:
+        trace["folder"] = _link(result.trace, folder)
+    return {
+        "outcome": result.outcome,
+        "seconds": result.seconds,
+        "message": _shortened(result.message),
+        "bundle": _link(result.bundle, folder),
+        "trace": trace,
+        "beside": _link(result.trace, folder) if trace is None else None,
+        "stacks": _stacks(result.bundle),
+    }
+
+
+def _trace(trace_folder: Path, embedding: Embedding) -> "Optional[Dict[str, object]]":
+    """The trace for the page; None when there is no room for it."""
+    try:
+        text = (trace_folder / TRACE_FILE).read_text(encoding="utf-8")
+        trace = json.loads(text)
+        steps: List[Dict[str, object]] = trace["steps"]
+        if not embedding.add_text(len(text)):
+            return None
+        for step in steps:
+            for moment in ("before", "after"):
+                step[f"{moment}_file"] = step[moment]
+                step[moment] = embedding.add(trace_folder, str(step[moment])) if step[moment] else ""
+    except (OSError, ValueError, LookupError, TypeError, RecursionError) as error:
+        trace = {"steps": [], "trees": {}, "notes": [f"the trace could not be read: {error}"]}
+    return dict(trace)
+
+
+def _shortened(message: str) -> str:
+    if len(message) <= _KEPT_MESSAGE:
+        return message
+    half = _KEPT_MESSAGE // 2
+    return f"{message[:half]}\n... {len(message) - 2 * half} characters ...\n{message[-half:]}"
+
+
+def _link(path: Optional[Path], folder: Path) -> "Optional[Dict[str, str]]":
+    """A path, and the page's link to it, which is relative, so that page and folder can be copied together."""
+    if path is None:
+        return None
+    relative = os.path.relpath(path.absolute(), folder)
+    return {"path": relative, "href": quote(os.fsencode(relative))}
+
+
+def _stacks(bundle: Optional[Path]) -> List[str]:
+    """The stacks of the applications that crashed or hung, as texts."""
+    if bundle is None:
+        return []
+    texts = []
+    for file in sorted(bundle.glob("stack*.txt")):
+        try:
+            texts.append(_shortened(file.read_text(encoding="utf-8", errors="replace")))
+        except OSError:
+            continue
+    return texts
