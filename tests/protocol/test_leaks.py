@@ -6,7 +6,7 @@ import pytest
 
 from leaks import BATCHES, EVERY_KIND, PLANTED, SLOW, LeakApp, excess
 
-ROUNDS = int(os.environ.get("QTDRIVER_LEAK_ROUNDS", "90")) // BATCHES
+ROUNDS = int(os.environ.get("QTDRIVER_LEAK_ROUNDS", "60")) // BATCHES
 
 
 @pytest.fixture(scope="module")
