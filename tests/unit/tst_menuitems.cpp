@@ -75,49 +75,55 @@ void tst_MenuItems::aSeparatorHasANullText()
     QVERIFY(list.first().isNull());
 }
 
+namespace {
+
+struct SearchExample
+{
+    const char* name;
+    const char* texts; // of the menu, joined by "|"
+    const char* path;
+    int position; // of the action that is found, -1 for none
+    const char* first; // the path's elements afterwards, joined by "|"
+};
+
+const SearchExample searchExamples[] = {
+    {"the first of equal texts", "a|b|b", "b/c", 1, "b|c"},
+    {"none", "a|b", "c", -1, "c"},
+    {"case matters", "a|b", "B", -1, "B"},
+    {"no prefix", "abc", "ab", -1, "ab"},
+    {"the mnemonic does not count", "a|&b", "b", 1, "b"},
+    {"a mnemonic in the path does", "a|&b", "&b", -1, "&b"},
+    {"an empty text", "a||b", "", 1, ""},
+    {"separators are skipped", "a|-|b", "-", -1, "-"},
+    {"hidden items are skipped", "a|!b|b", "b", 2, "b"},
+    {"index of the first", "a|b", "Item 0", 0, "Item 0"},
+    {"index of countable items only", "-|!x|a|-|b", "Item 1/x", 4, "Item 1|x"},
+    {"index beyond the end", "a|b", "Item 2", -1, "Item 2"},
+    {"negative index", "a|b", "Item -1", -1, "Item -1"},
+    {"no number", "a|Item x", "Item x", -1, "Item x"},
+    {"an index is never a text", "a|b|Item 0", "Item 0", 0, "Item 0"},
+    {"an index is decimal", "a|b", "Item 0x1", -1, "Item 0x1"},
+    {"an index needs its blank", "a|Item", "Item", 1, "Item"},
+    {"an index is case-sensitive", "a|b", "item 1", -1, "item 1"},
+    {"a slash in the text", "a|A/B", "A/B/C", 1, "A/B|C"},
+    {"a slash in the text of the last", "a|A/B", "A/B", 1, "A/B"},
+    {"two slashes", "A/x|A/B/C", "A/B/C/D", 1, "A/B/C|D"},
+    {"a slash and a mnemonic", "A/&B", "A/B", 0, "A/B"},
+    {"too few elements for the slashes", "A/B/C", "A/B", -1, "A|B"},
+    {"the plain text wins over the slash", "A/B|A", "A/B", 1, "A|B"},
+    {"the first item with slashes that fits wins", "A/B|A/B/C", "A/B/C", 0, "A/B|C"},
+    {"only slashes", "/", "/", 0, "/"},
+};
+
+} // namespace
+
 void tst_MenuItems::find_data()
 {
-    QTest::addColumn<QString>("texts"); // of the menu, joined by "|"
+    QTest::addColumn<QString>("texts");
     QTest::addColumn<QString>("path");
-    QTest::addColumn<int>("position"); // of the action that is found, -1 for none
-    QTest::addColumn<QString>("first"); // the path's elements afterwards, joined by "|"
-    struct Row
-    {
-        const char* name;
-        const char* texts;
-        const char* path;
-        int position;
-        const char* first;
-    };
-    const Row rows[] = {
-        {"the first of equal texts", "a|b|b", "b/c", 1, "b|c"},
-        {"none", "a|b", "c", -1, "c"},
-        {"case matters", "a|b", "B", -1, "B"},
-        {"no prefix", "abc", "ab", -1, "ab"},
-        {"the mnemonic does not count", "a|&b", "b", 1, "b"},
-        {"a mnemonic in the path does", "a|&b", "&b", -1, "&b"},
-        {"an empty text", "a||b", "", 1, ""},
-        {"separators are skipped", "a|-|b", "-", -1, "-"},
-        {"hidden items are skipped", "a|!b|b", "b", 2, "b"},
-        {"index of the first", "a|b", "Item 0", 0, "Item 0"},
-        {"index of countable items only", "-|!x|a|-|b", "Item 1/x", 4, "Item 1|x"},
-        {"index beyond the end", "a|b", "Item 2", -1, "Item 2"},
-        {"negative index", "a|b", "Item -1", -1, "Item -1"},
-        {"no number", "a|Item x", "Item x", -1, "Item x"},
-        {"an index is never a text", "a|b|Item 0", "Item 0", 0, "Item 0"},
-        {"an index is decimal", "a|b", "Item 0x1", -1, "Item 0x1"},
-        {"an index needs its blank", "a|Item", "Item", 1, "Item"},
-        {"an index is case-sensitive", "a|b", "item 1", -1, "item 1"},
-        {"a slash in the text", "a|A/B", "A/B/C", 1, "A/B|C"},
-        {"a slash in the text of the last", "a|A/B", "A/B", 1, "A/B"},
-        {"two slashes", "A/x|A/B/C", "A/B/C/D", 1, "A/B/C|D"},
-        {"a slash and a mnemonic", "A/&B", "A/B", 0, "A/B"},
-        {"too few elements for the slashes", "A/B/C", "A/B", -1, "A|B"},
-        {"the plain text wins over the slash", "A/B|A", "A/B", 1, "A|B"},
-        {"the first item with slashes that fits wins", "A/B|A/B/C", "A/B/C", 0, "A/B|C"},
-        {"only slashes", "/", "/", 0, "/"},
-    };
-    for (const Row& row : rows)
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QString>("first");
+    for (const SearchExample& row : searchExamples)
         QTest::newRow(row.name) << QString::fromLatin1(row.texts) << QString::fromLatin1(row.path) << row.position
                                 << QString::fromLatin1(row.first);
 }

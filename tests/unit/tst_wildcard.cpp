@@ -18,6 +18,8 @@ class tst_Wildcard : public QObject
 private Q_SLOTS:
     void patternsStandForTexts_data();
     void patternsStandForTexts();
+    void setsOfCharactersStandForOne_data();
+    void setsOfCharactersStandForOne();
     void aLongTextOfManyTriesIsDoneAtOnce();
 #ifdef QTDRIVER_HAS_QREGEXP
     void shortPatternsMeanWhatTheyMeanToQRegExp();
@@ -25,61 +27,98 @@ private Q_SLOTS:
 #endif
 };
 
-void tst_Wildcard::patternsStandForTexts_data()
+namespace {
+
+struct Example
+{
+    const char* pattern;
+    const char* text;
+    bool fits;
+};
+
+template <std::size_t count>
+void addRows(const Example (&examples)[count])
 {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("fits");
-    const auto row = [](const char* pattern, const char* text, bool fits) {
-        QTest::newRow(qPrintable(QString::fromLatin1("%1 %2").arg(QLatin1String(pattern), QLatin1String(text))))
-            << QString::fromLatin1(pattern) << QString::fromLatin1(text) << fits;
-    };
-    row("Editor", "Editor", true);
-    row("Editor", "editor", false);
-    row("Editor", "Editor 2", false);
-    row("", "", true);
-    row("", "a", false);
-    row("*", "", true);
-    row("*", "a\nb", true);
-    row("Edit*", "Editor", true);
-    row("*or*2*", "Editor 2", true);
-    row("*ab", "aab", true);
-    row("?", "", false);
-    row("Ed?tor", "Editor", true);
-    row("Ed?tor", "Edtor", false);
-    row("[A-C]at", "Bat", true);
-    row("[A-C]at", "Dat", false);
-    row("[C-A]at", "Bat", true);
-    row("[^A-C]at", "Dat", true);
-    row("[^A-C]at", "Bat", false);
-    row("[a-]", "-", true);
-    row("[]a]", "]", true);
-    row("[]a]", "a", true);
-    row("[]*]", "*", true);
-    row("[]*]", ".", false);
-    row("[^]a]", "]", false);
-    row("[^]", "a", false);
-    row("[a", "a", false);
-    row("[a", "[a", false);
-    row("a]", "a]", false);
-    row("a\\]", "a]", true);
-    row("[*?]", "*", true);
-    row("[*?]", "a", false);
-    row("[\\]", "\\", true);
-    row("\\*", "*", true);
-    row("\\*", "a", false);
-    row("\\?\\[a\\]", "?[a]", true);
-    row("\\a", "\\a", true);
-    row("a\\", "a\\", true);
-    row("(a|b)+.$^{1}", "(a|b)+.$^{1}", true);
-    row("a.c", "abc", false);
+    for (const Example& example : examples) {
+        const QString pattern = QString::fromLatin1(example.pattern);
+        const QString text = QString::fromLatin1(example.text);
+        QTest::newRow(qPrintable(pattern + QLatin1Char(' ') + text)) << pattern << text << example.fits;
+    }
 }
 
-void tst_Wildcard::patternsStandForTexts()
+void checkRow()
 {
     QFETCH(QString, pattern);
     QFETCH(QString, text);
     QTEST(compat::Wildcard(pattern).fits(text), "fits");
+}
+
+} // namespace
+
+void tst_Wildcard::patternsStandForTexts_data()
+{
+    const Example examples[] = {
+        {"Editor", "Editor", true},
+        {"Editor", "editor", false},
+        {"Editor", "Editor 2", false},
+        {"", "", true},
+        {"", "a", false},
+        {"*", "", true},
+        {"*", "a\nb", true},
+        {"Edit*", "Editor", true},
+        {"*or*2*", "Editor 2", true},
+        {"*ab", "aab", true},
+        {"?", "", false},
+        {"Ed?tor", "Editor", true},
+        {"Ed?tor", "Edtor", false},
+        {"\\*", "*", true},
+        {"\\*", "a", false},
+        {"\\?\\[a\\]", "?[a]", true},
+        {"\\a", "\\a", true},
+        {"a\\", "a\\", true},
+        {"(a|b)+.$^{1}", "(a|b)+.$^{1}", true},
+        {"a.c", "abc", false},
+    };
+    addRows(examples);
+}
+
+void tst_Wildcard::patternsStandForTexts()
+{
+    checkRow();
+}
+
+void tst_Wildcard::setsOfCharactersStandForOne_data()
+{
+    const Example examples[] = {
+        {"[A-C]at", "Bat", true},
+        {"[A-C]at", "Dat", false},
+        {"[C-A]at", "Bat", true},
+        {"[^A-C]at", "Dat", true},
+        {"[^A-C]at", "Bat", false},
+        {"[a-]", "-", true},
+        {"[]a]", "]", true},
+        {"[]a]", "a", true},
+        {"[]*]", "*", true},
+        {"[]*]", ".", false},
+        {"[^]a]", "]", false},
+        {"[^]", "a", false},
+        {"[a", "a", false},
+        {"[a", "[a", false},
+        {"a]", "a]", false},
+        {"a\\]", "a]", true},
+        {"[*?]", "*", true},
+        {"[*?]", "a", false},
+        {"[\\]", "\\", true},
+    };
+    addRows(examples);
+}
+
+void tst_Wildcard::setsOfCharactersStandForOne()
+{
+    checkRow();
 }
 
 void tst_Wildcard::aLongTextOfManyTriesIsDoneAtOnce()

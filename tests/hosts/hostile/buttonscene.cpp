@@ -42,6 +42,28 @@ QToolButton* toolButton(QWidget* parent, const char* name, QToolButton::ToolButt
     return button;
 }
 
+// What the application does to its buttons while they are used.
+void addTricks(Stage& stage, QWidget* centre, QWidget* group)
+{
+    const QPointer<QWidget> guardedCentre(centre);
+    const QPointer<QWidget> guardedGroup(group);
+    stage.addTrick([=, &stage](QObject*) {
+        if (guardedGroup)
+            put(guardedGroup, new QRadioButton(words("new")), "push")->setChecked(stage.chance.oneIn(2));
+    });
+    stage.addTrick([=](QObject*) {
+        if (!guardedCentre)
+            return;
+        const QList<QMenu*> menus = guardedCentre->findChildren<QMenu*>();
+        for (QMenu* menu : menus)
+            menu->clear();
+    });
+    stage.addTrick([=](QObject* sender) {
+        if (sender->inherits("QAbstractButton"))
+            static_cast<QAbstractButton*>(sender)->setCheckable(false);
+    });
+}
+
 } // namespace
 
 void buildButtons(Stage& stage, QWidget* centre)
@@ -67,22 +89,5 @@ void buildButtons(Stage& stage, QWidget* centre)
     put(centre, new QCommandLinkButton(words("Command")), "link");
     put(centre, new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel), "box");
     put(centre, new QLabel(words("Label")), "label");
-
-    const QPointer<QWidget> guardedCentre(centre);
-    const QPointer<QWidget> guardedGroup(group);
-    stage.addTrick([=, &stage](QObject*) {
-        if (guardedGroup)
-            put(guardedGroup, new QRadioButton(words("new")), "push")->setChecked(stage.chance.oneIn(2));
-    });
-    stage.addTrick([=](QObject*) {
-        if (!guardedCentre)
-            return;
-        const QList<QMenu*> menus = guardedCentre->findChildren<QMenu*>();
-        for (QMenu* menu : menus)
-            menu->clear();
-    });
-    stage.addTrick([=](QObject* sender) {
-        if (sender->inherits("QAbstractButton"))
-            static_cast<QAbstractButton*>(sender)->setCheckable(false);
-    });
+    addTricks(stage, centre, group);
 }
