@@ -6,7 +6,7 @@
 #include "bridge/nameprovider.h"
 #include "hierarchicalnames.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QApplication>
 #include <QMetaMethod>

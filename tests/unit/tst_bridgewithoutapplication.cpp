@@ -11,7 +11,7 @@
 #include "bridge/trayiconsearch.h"
 #include "hierarchicalnames.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QApplication>
 #include <QFileInfo>

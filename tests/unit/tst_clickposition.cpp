@@ -2,7 +2,7 @@
 
 #include "bridge/csquishproxy.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QCheckBox>
 #include <QCommonStyle>

@@ -3,7 +3,7 @@
 #include "activewindow.h"
 #include "bridge/csquishproxy.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QDockWidget>
 #include <QMainWindow>

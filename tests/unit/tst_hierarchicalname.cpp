@@ -3,7 +3,7 @@
 #include "bridge/hierarchicalname.h"
 #include "hierarchicalnames.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QWidget>
 

@@ -3,7 +3,7 @@
 #include "compat/idlesocketfilter.h"
 #include "waiting.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QtCore/QSocketNotifier>
 

@@ -4,7 +4,7 @@
 #include "proxies/views/itemmousecommand.h"
 #include "proxy/sterror.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 class TestItemMouseCommand : public QObject
 {

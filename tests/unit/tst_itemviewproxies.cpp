@@ -14,8 +14,8 @@
 #include <QStandardItemModel>
 #include <QStringListModel>
 #include <QTableView>
+#include <QTest>
 #include <QTreeWidget>
-#include <QtTest/QtTest>
 
 namespace {
 

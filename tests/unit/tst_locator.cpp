@@ -2,7 +2,7 @@
 
 #include "locate/locator.h"
 
-#include <QtTest>
+#include <QTest>
 
 using locate::Key;
 using locate::Locator;

@@ -4,7 +4,7 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QtTest/QtTest>
+#include <QTest>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "bridge/nameprovider.h"
 #include "searchwindows.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 namespace {
 

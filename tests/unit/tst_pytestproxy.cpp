@@ -4,7 +4,7 @@
 #include "bridge/cpytestproxy.h"
 #include "latin1.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QApplication>
 #include <QDialog>

@@ -3,7 +3,7 @@
 #include "locate/references.h"
 
 #include <QSet>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -1,6 +1,7 @@
 #include "agent/requestreader.h"
 
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "bridge/cinternalsquishproxycleanup.h"
 #include "bridge/cpytestproxy.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QApplication>
 #include <QTimer>

@@ -2,7 +2,7 @@
 
 #include "locate/shown.h"
 
-#include <QtTest>
+#include <QTest>
 
 using locate::Markup;
 

@@ -9,7 +9,7 @@
 #include <QFrame>
 #include <QProgressBar>
 #include <QSet>
-#include <QtTest>
+#include <QTest>
 
 class tst_STApplicationProxy : public QObject
 {

@@ -2,7 +2,7 @@
 #include "latin1.h"
 #include "proxy/sterror.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_STError : public QObject
 {

@@ -13,7 +13,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QStringList>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "waiting.h"
 
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <QApplication>
 #include <QMetaMethod>
-#include <QtTest>
+#include <QTest>
 
 class tst_TestClient : public QObject
 {

@@ -2,10 +2,10 @@
 
 #include "compat/variant.h"
 
+#include <QTest>
 #include <QtCore/QDateTime>
 #include <QtCore/QStringList>
 #include <QtCore/QUrl>
-#include <QtTest>
 
 class tst_TextOf : public QObject
 {

@@ -1,7 +1,7 @@
 #include "compat/variant.h"
 
+#include <QTest>
 #include <QtCore/QLocale>
-#include <QtTest>
 
 class tst_ToFloat : public QObject
 {

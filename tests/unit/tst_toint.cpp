@@ -2,7 +2,7 @@
 
 #include "compat/variant.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_ToInt : public QObject
 {

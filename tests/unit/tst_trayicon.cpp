@@ -2,7 +2,7 @@
 
 #include "searchwindows.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 #include <QApplication>
 #include <QSystemTrayIcon>

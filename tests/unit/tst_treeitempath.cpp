@@ -3,8 +3,8 @@
 #include "proxies/views/treeitempath.h"
 
 #include <QStandardItemModel>
+#include <QTest>
 #include <QTreeView>
-#include <QtTest/QtTest>
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "locate/watchedwidgets.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -7,9 +7,9 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 #include <QTextStream>
 #include <QToolButton>
-#include <QtTest>
 
 #include <random>
 

@@ -2,8 +2,8 @@
 
 #include "compat/wildcard.h"
 
+#include <QTest>
 #include <QtCore/QStringList>
-#include <QtTest>
 
 #ifdef QTDRIVER_HAS_QREGEXP
 #include <QRegExp>

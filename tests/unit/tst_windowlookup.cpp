@@ -2,7 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "searchwindows.h"
 
-#include <QtTest/QtTest>
+#include <QTest>
 
 class tst_WindowTitle : public QObject, private SearchWindows
 {

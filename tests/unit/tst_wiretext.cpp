@@ -1,6 +1,6 @@
 #include "agent/wiretext.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_WireText : public QObject
 {

@@ -2,10 +2,10 @@
 
 #include "compat/variant.h"
 
+#include <QTest>
 #include <QtCore/QLine>
 #include <QtCore/QPointF>
 #include <QtCore/QRect>
-#include <QtTest>
 
 class tst_WireValue : public QObject
 {
