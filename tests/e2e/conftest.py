@@ -1,5 +1,6 @@
 """Shared by the tests of the runner: the package on the path, a fake agent, a build with an empty agent, drivers."""
 
+import signal
 import subprocess
 import sys
 from pathlib import Path
@@ -8,6 +9,9 @@ import pytest
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "runner"))
+
+# What a shell runs in the background ignores interrupts, and so would all that is started here.
+signal.signal(signal.SIGINT, signal.default_int_handler)
 
 FAKE_AGENT = [sys.executable, str(Path(__file__).with_name("fake_agent.py"))]
 
