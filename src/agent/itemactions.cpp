@@ -4,6 +4,7 @@
 #include "agent/readiness.h"
 #include "agent/request.h"
 #include "agent/wirevalue.h"
+#include "compat/embedding.h"
 #include "locate/json.h"
 #include "proxy/mousecommand.h"
 #include "proxy/stapplicationproxy.h"
@@ -85,7 +86,7 @@ QByteArray scrolledTo(QWidget* widget, const QRect& rect)
     if (!outside.isEmpty())
         return notYet(outside);
     const QRect part = partInSight(guarded, rect);
-    return replyForRect(QRect(guarded->mapToGlobal(part.topLeft()), part.size()));
+    return replyForRect(QRect(compat::mapToGlobal(guarded, part.topLeft()), part.size()));
 }
 
 // Runs `act` and returns its reply. For an error that can clear by itself, the reply is "9," and the reason.

@@ -1,8 +1,10 @@
 #include "agent/keyboardfocus.h"
 
+#include "compat/embedding.h"
 #include "compat/stacking.h"
 
 #include <QApplication>
+#include <QGraphicsView>
 #include <QPointer>
 #include <QWidget>
 
@@ -31,7 +33,7 @@ const char focusLostReason[] = "gives the keyboard focus away";
 QString focusRefusal(const QWidget* widget)
 {
     const QWidget* taker = focusTaker(widget);
-    const QWidget* popup = QApplication::activePopupWidget();
+    const QWidget* popup = compat::popupBefore(widget);
     if (!widget->isEnabled() || !taker->isEnabled())
         return QLatin1String("disabled");
     if (!taker->isVisible())
@@ -45,7 +47,10 @@ QString focusRefusal(const QWidget* widget)
 bool takeFocus(QWidget* widget, Qt::FocusReason reason)
 {
     const QPointer<QWidget> guarded(widget);
-    if (!hasFocus(widget))
+    const QPointer<QWidget> view(compat::viewAround(widget));
+    if (view && !view->hasFocus())
+        compat::setFocus(view, reason);
+    if (guarded && !hasFocus(widget))
         compat::setFocus(widget, reason);
     return guarded && hasFocus(guarded);
 }

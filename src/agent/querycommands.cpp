@@ -5,6 +5,7 @@
 #include "agent/wiretext.h"
 #include "agent/wirevalue.h"
 #include "compat/children.h"
+#include "compat/embedding.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
 #include "compat/widgets.h"
@@ -167,7 +168,7 @@ QByteArray putCursorOnto(QWidget* target)
     if (widget)
         widget->window()->raise();
     if (widget)
-        compat::setCursorPosition(widget->mapToGlobal(QPoint(0, 0)));
+        compat::setCursorPosition(compat::mapToGlobal(widget, QPoint(0, 0)));
     return reply;
 }
 

@@ -1,5 +1,6 @@
 #include "agent/readiness.h"
 
+#include "compat/embedding.h"
 #include "compat/reachable.h"
 #include "compat/stacking.h"
 #include "compat/waiting.h"
@@ -7,6 +8,7 @@
 #include "proxy/sterror.h"
 
 #include <QApplication>
+#include <QGraphicsView>
 #include <QPointer>
 #include <QScrollArea>
 
@@ -117,6 +119,21 @@ bool isPopupOf(const QWidget* popup, const QWidget* widget)
     return belongsTo(popup, widget) || belongsTo(popup->focusProxy(), widget);
 }
 
+QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point);
+
+// The same as far as the items of the view go that shows the widget, and what is in front of that view.
+QString whatCoversEmbedded(const QWidget* widget, const QPoint& point, QGraphicsView* view)
+{
+    const QPoint position = view->viewport()->mapFromGlobal(compat::mapToGlobal(widget, point));
+    const QWidget* under = compat::embeddedWidgetAt(view->viewport(), position);
+    if (!under)
+        return coveredBy(view);
+    if (!isInside(under, widget))
+        return coveredBy(under);
+    const QString covers = whatCovers(view->viewport(), position);
+    return covers.isEmpty() ? whichWindowCovers(view->viewport(), position) : covers;
+}
+
 // The same as far as other windows go: an open popup gets all input, and another window can be above this one.
 QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
 {
@@ -125,9 +142,9 @@ QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
         return isPopupOf(popup, widget) ? QString() : coveredBy(popup);
     if (proxy::HeldMouse::instance().isWithinMove())
         return QString(); // a picture of what is dragged may be in front
-    if (widget->window()->graphicsProxyWidget())
-        return QString(); // the windowing system knows the view only
-    const QPoint position = widget->mapToGlobal(point);
+    if (QGraphicsView* view = compat::viewAround(widget))
+        return whatCoversEmbedded(widget, point, view);
+    const QPoint position = compat::mapToGlobal(widget, point);
     compat::waitUntilInFront(widget, position);
     living(widget);
     const QWidget* under = compat::widgetAt(position);
@@ -151,6 +168,12 @@ QString bringIntoSight(QWidget* target, const QRect& rect)
     const QPointer<QWidget> widget(target);
     scrollTo(widget, rect);
     const QWidget* clipping = clippingWidget(widget, rect.center());
+    if (QGraphicsView* view = clipping ? nullptr : compat::viewAround(widget)) {
+        const QPointer<QWidget> viewport(view->viewport());
+        const QRect shown = compat::scrollViewTo(view, widget, rect);
+        living(widget);
+        return bringIntoSight(living(viewport), shown);
+    }
     if (!clipping)
         return QString();
     return clipping->isWindow() ? QLatin1String("outside its window") : QLatin1String("outside ") + described(clipping);

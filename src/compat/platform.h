@@ -1,5 +1,12 @@
 #pragma once
 
+// Marks the functions that a library without Qt exports.
+#ifdef _WIN32
+#define QTDRIVER_ENTRY_POINT __declspec(dllexport)
+#else
+#define QTDRIVER_ENTRY_POINT __attribute__((visibility("default")))
+#endif
+
 // Services of the operating system that the agent needs. No Qt here: the two forms of this file's functions
 // (platform_posix.cpp, platform_windows.cpp) are compiled by themselves for the platform they serve.
 namespace compat {

@@ -1,5 +1,6 @@
 #include "locate/description.h"
 
+#include "compat/embedding.h"
 #include "locate/json.h"
 #include "locate/references.h"
 #include "locate/widgettexts.h"
@@ -51,15 +52,16 @@ bool isReadOnly(const QWidget* widget)
 // Whether the list or the menu that belongs to the widget is open.
 bool isExpanded(const QWidget* widget)
 {
-    const QWidget* popup = QApplication::activePopupWidget();
+    const auto* toolButton = qobject_cast<const QToolButton*>(widget);
+    const auto* pushButton = qobject_cast<const QPushButton*>(widget);
+    const bool isBox = qobject_cast<const QComboBox*>(widget);
+    const QWidget* popup = isBox || toolButton || pushButton ? compat::popupBefore(widget) : nullptr;
     if (!popup)
         return false;
-    if (qobject_cast<const QComboBox*>(widget))
-        return popup->parentWidget() == widget;
-    if (const auto* button = qobject_cast<const QToolButton*>(widget))
-        return button->isDown() && (button->menu() == popup || popup->parentWidget() == widget);
-    const auto* button = qobject_cast<const QPushButton*>(widget);
-    return button && button->menu() == popup;
+    if (toolButton && !toolButton->isDown())
+        return false;
+    const QWidget* menu = toolButton ? toolButton->menu() : pushButton ? pushButton->menu() : nullptr;
+    return menu == popup || (!pushButton && popup->parentWidget() == widget);
 }
 
 bool isDefault(const QWidget* widget)
@@ -78,8 +80,7 @@ const StateRow stateRows[] = {
     {"disabled", [](const QWidget* widget) { return !widget->isEnabled(); }},
     {"checked", isChecked},
     {"partly checked", isPartlyChecked},
-    // Not QWidget::hasFocus(), which holds for all those that hand their focus on to the one that has it, too.
-    {"focused", [](const QWidget* widget) { return QApplication::focusWidget() == widget; }},
+    {"focused", compat::hasKeys},
     {"expanded", isExpanded},
     {"readonly", isReadOnly},
     {"hidden", [](const QWidget* widget) { return !widget->isVisible(); }},
@@ -91,7 +92,7 @@ const StateRow stateRows[] = {
 
 WidgetDescriber::WidgetDescriber(const QWidget* describedWindow)
     : window(describedWindow)
-    , origin(describedWindow->mapToGlobal(QPoint(0, 0)))
+    , origin(compat::mapToGlobal(describedWindow, QPoint(0, 0)))
     , labels(describedWindow, kinds)
 {
 }

@@ -5,7 +5,7 @@
 // Qt calls it within the constructor of the application object, which may be of any Qt and of any kind. So this library
 // links no Qt either, and leaves the agent to the event loop, as the library for LD_PRELOAD does.
 
-#include "compat/libraryexport.h"
+#include "compat/platform.h"
 #include "preload/agentstarter.h"
 #include "preload/eventloop.h"
 #include "preload/explanation.h"

@@ -6,6 +6,7 @@
 #include "compat/systeminput.h"
 #include "compat/waiting.h"
 #include "compat/widgets.h"
+#include "proxy/clickfocus.h"
 #include "proxy/eventkiller.h"
 #include "proxy/heldmouse.h"
 #include "proxy/postedcall.h"
@@ -54,13 +55,6 @@ QWidget* requiredMouseTarget(const QPoint& position)
     if (!target)
         proxy::raiseError(hiddenMessage);
     return target;
-}
-
-bool acceptsClickFocus(const QWidget* target)
-{
-    const QWidget* proxy = target->focusProxy();
-    return (target->focusPolicy() & Qt::ClickFocus) == Qt::ClickFocus
-        || (proxy && (proxy->focusPolicy() & Qt::ClickFocus) == Qt::ClickFocus);
 }
 
 bool isPartOf(const QWidget* widget, const QWidget* owner)
@@ -293,6 +287,8 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
     const QPoint position = QCursor::pos();
     heldMouse().hold(button); // even when there is nothing to press
     const QPointer<QWidget> target(requiredMouseTarget(position));
+    const QPointer<QWidget> embedded(
+        proxy::embeddedFocusTaker(target, position)); // before the press may change the scene
     heldMouse().press(target, position);
     try {
         postInputEvent(target,
@@ -300,8 +296,10 @@ QWidget* STInputControl::press(Qt::MouseButton button, Qt::KeyboardModifiers mod
                 QEvent::MouseButtonPress, target, position, button, heldMouse().buttons(), modifiers));
         if (target) // the press may have deleted it
             compat::activateWindow(target);
-        if (target && acceptsClickFocus(target))
+        if (target && proxy::acceptsClickFocus(target))
             compat::setFocus(target);
+        if (embedded)
+            compat::setFocus(embedded);
     } catch (...) {
         letGo(target, button);
         throw;
@@ -389,7 +387,7 @@ void STInputControl::mouseDoubleClick(const QPoint& position, Qt::MouseButton bu
         return;
     postInputEvent(
         target, compat::newMouseEvent(QEvent::MouseButtonDblClick, target, position, button, button, modifiers));
-    if (target && acceptsClickFocus(target)) {
+    if (target && proxy::acceptsClickFocus(target)) {
         compat::activateWindow(target);
         if (target)
             compat::setFocus(target);

@@ -1,5 +1,6 @@
 #include "proxy/stwidgetproxy.h"
 
+#include "compat/embedding.h"
 #include "compat/reachable.h"
 #include "compat/stacking.h"
 #include "compat/variant.h"
@@ -8,6 +9,7 @@
 #include "proxy/pseudoproperties.h"
 #include "proxy/textparts.h"
 
+#include <QGraphicsView>
 #include <QMetaProperty>
 #include <QWidget>
 
@@ -123,7 +125,7 @@ void STWidgetProxy::mouseActionIn(const QRect& rect, const QString& command, Way
     const int sectionCount = 5;
     const QStringList sections = proxy::firstParts(command, QLatin1Char(':'), sectionCount);
     const QPoint point
-        = checkedWidget(nullptr)->mapToGlobal(proxy::pointAtShares(rect, sections.value(2), sections.value(3)));
+        = compat::mapToGlobal(checkedWidget(nullptr), proxy::pointAtShares(rect, sections.value(2), sections.value(3)));
     prepareWidget();
     const Qt::MouseButton button = proxy::mouseButton(sections.value(1));
     const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(4));
@@ -145,7 +147,7 @@ void STWidgetProxy::wheelAction(const QString& command)
     const QStringList sections = proxy::firstParts(command, QLatin1Char(':'), sectionCount);
     const QWidget* target = checkedWidget(nullptr);
     const QPoint point
-        = target->mapToGlobal(proxy::pointAtShares(target->rect(), sections.value(0), sections.value(1), 1));
+        = compat::mapToGlobal(target, proxy::pointAtShares(target->rect(), sections.value(0), sections.value(1), 1));
     const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(2));
     const int horizontal = proxy::wheelSteps(sections.value(3), 4);
     const int vertical = proxy::wheelSteps(sections.value(4), 5);
@@ -250,10 +252,17 @@ void STWidgetProxy::prepareWidget()
         window->raise();
     if (window)
         moveOntoScreen(window);
+    QPointer<QWidget> shown(widget);
+    if (QWidget* view = widget ? compat::viewAround(widget) : nullptr) {
+        shown = view; // only its window is one for the windowing system
+        compat::activateWindow(view);
+        if (shown)
+            shown->window()->raise();
+    }
     syncEvents();
-    if (widget)
-        compat::waitUntilActive(widget);
-    awaitInFront(widget);
+    if (widget && shown)
+        compat::waitUntilActive(shown);
+    awaitInFront(widget ? shown.data() : nullptr);
 }
 
 void STWidgetProxy::moveOntoScreen(QWidget* window)
@@ -324,7 +333,7 @@ QPoint STWidgetProxy::globalCenter(const QRect& rect)
 
 QPoint STWidgetProxy::globalCenter(const QWidget* owner, const QRect& rect)
 {
-    return owner->mapToGlobal(rect.center());
+    return compat::mapToGlobal(owner, rect.center());
 }
 
 void STWidgetProxy::finalClick(const QPoint& point)

@@ -6,11 +6,15 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDockWidget>
+#include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QGraphicsView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSpinBox>
 
 namespace {
@@ -107,13 +111,28 @@ void buildScene(TestHost& host)
     host.onRequest(QLatin1String("openQuestion"), [dialog] { dialog->show(); });
     host.onRequest(QLatin1String("closeQuestion"), [dialog] { dialog->hide(); });
     auto* scene = new QGraphicsScene;
-    scene->addWidget(embedded);
-    auto* view = new QGraphicsView(scene);
+    QGraphicsProxyWidget* const item = scene->addWidget(embedded);
+    auto* note = new QLabel(QLatin1String("A note"));
+    note->setObjectName(QLatin1String("note"));
+    QGraphicsProxyWidget* const cover = scene->addWidget(note);
+    cover->setGeometry(QRectF(0, 0, 150, 60));
+    cover->hide();
+    host.onRequest(QLatin1String("coverInner"), [cover] { cover->show(); });
+    host.onRequest(QLatin1String("uncoverInner"), [cover] { cover->hide(); });
+    host.onRequest(QLatin1String("moveInner"), [item] { item->setPos(1000, 1000); });
+    auto* stage = addWindow("stage", "Scene", QRect(500, 400, 300, 240));
+    auto* view = new QGraphicsView(scene, stage);
     scene->setParent(view);
     view->setObjectName(QLatin1String("scene"));
-    view->setWindowTitle(QLatin1String("Scene"));
-    view->setGeometry(500, 400, 300, 200);
-    host.onRequest(QLatin1String("showScene"), [view] { view->show(); });
+    view->setGeometry(0, 0, 300, 200);
+    auto* outerField = new QLineEdit(stage);
+    outerField->setObjectName(QLatin1String("outerField"));
+    outerField->setGeometry(0, 205, 300, 30);
+    const QPointer<QWidget> inner(embedded->findChild<QPushButton*>(QLatin1String("inner")));
+    host.onRequest(QLatin1String("loseInner"), [&host, view, inner] {
+        host.onSignal(view->horizontalScrollBar(), SIGNAL(valueChanged(int)), [inner] { delete inner.data(); });
+    });
+    host.onRequest(QLatin1String("showScene"), [stage] { stage->show(); });
 }
 
 // A window with a hole where the centre of its button is: nothing brings that to the front.

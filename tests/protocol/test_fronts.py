@@ -3,6 +3,7 @@
 A wait that ends in nothing takes half a second. No busy machine makes the quickest of several commands take as long.
 """
 
+import json
 import time
 
 import pytest
@@ -104,7 +105,6 @@ def test_what_a_locator_finds_within_a_graphics_view_takes_input(app):
     assert '"name":"innerField"' in app.request(extension("+2", "Embedded", ""))
 
 
-@needs_place
 def test_the_wheel_turns_what_is_within_a_graphics_view(app):
     app.show("showScene", "scene")
     assert located(app, "+wheel", "innerSpin", ":::0:2") == "0,QSpinBox"
@@ -120,7 +120,99 @@ def test_a_widget_within_a_graphics_view_gets_the_keyboard_focus(app):
     app.wait_until("innerField", "focus", "true")
 
 
-@needs_place
+@pytest.mark.parametrize("entry", ["extension", "command"])
+def test_text_is_entered_into_what_has_no_focus_within_a_graphics_view(app, entry):
+    app.show("showScene", "scene")
+
+    def enter(name, value):
+        if entry == "command":
+            return app.enter("Embedded", name, value)
+        return located(app, "+6", name, "", value)
+
+    assert enter("innerField", "s:tea") == "0,QLineEdit"
+    app.wait_until("innerField", "text", "tea")
+    assert enter("innerSpin", "i:7") == "0,QSpinBox"
+    app.wait_until("innerSpin", "value", "7")
+    assert enter("innerField", "s:coffee") == "0,QLineEdit"
+    app.wait_until("innerField", "text", "coffee")
+    assert app.get("innerSpin", "value") == "7"
+
+
+def test_a_click_gives_the_keyboard_focus_within_a_graphics_view(app):
+    app.show("showScene", "scene")
+    assert located(app, "+9", "innerField", "QWidget", f"s:{CLICK}") == "0,QWidget"
+    assert app.request(extension("+type", "Scene", "", "tea")) == "0,QGraphicsView"
+    app.wait_until("innerField", "text", "tea")
+    assert located(app, "+9", "innerSpin", "QWidget", "s:MouseClick:LeftButton:0.2:0.5:") == "0,QWidget"
+    app.wait_until("innerSpin", "focus", "true")
+
+
+def test_keys_reach_what_is_within_a_graphics_view_while_a_field_beside_it_has_the_focus(app):
+    app.show("showScene", "scene")
+    for name in ["innerField", "innerSpin"]:
+        assert app.request(extension("+focus", "Scene", "name=outerField")) == "0,QLineEdit"
+        assert located(app, "+press", name, "Ctrl+A, 7", "").startswith("0,Q")
+        app.wait_until(name, "text", "7")
+    assert app.get("outerField", "text") == ""
+
+
+def focused(app, window):
+    """The object names of the widgets that a snapshot of the window calls focused."""
+
+    def widgets(widget):
+        yield widget
+        for child in widget.get("children", []):
+            yield from widgets(child)
+
+    root = json.loads(app.request(extension("+2", window, ""))[len("0,j:") :])
+    return [widget["name"] for widget in widgets(root) if "focused" in widget.get("states", [])]
+
+
+def test_a_snapshot_tells_what_has_the_focus_within_a_graphics_view(app):
+    app.show("showScene", "scene")
+    for name in ["innerField", "innerSpin"]:
+        assert located(app, "+focus", name).startswith("0,Q")
+        eventually(lambda: focused(app, "Embedded"), [name])
+    assert app.request(extension("+focus", "Scene", "name=outerField")) == "0,QLineEdit"
+    eventually(lambda: focused(app, "Embedded"), [])
+    assert focused(app, "Scene") == ["outerField"]
+
+
+def test_what_covers_a_widget_within_a_graphics_view_is_told(app):
+    app.show("showScene", "scene")
+    app.do("coverInner")
+    assert located(app, "+5", "inner") == "9,covered by QLabel note"
+    app.do("uncoverInner")
+    assert located(app, "+5", "inner") == "0,QPushButton"
+    app.wait_for("clicked inner")
+
+
+def test_a_graphics_view_is_scrolled_to_the_widget_in_it(app):
+    app.do("moveInner")
+    app.show("showScene", "scene")
+    assert located(app, "+5", "inner") == "0,QPushButton"
+    app.wait_for("clicked inner")
+    assert located(app, "+6", "innerField", "", "s:tea") == "0,QLineEdit"
+    app.wait_until("innerField", "text", "tea")
+
+
+def test_a_widget_that_dies_as_its_graphics_view_is_scrolled_to_it_is_told(app):
+    app.do("moveInner")
+    app.do("loseInner")
+    app.show("showScene", "scene")
+    assert located(app, "+5", "inner") == "8,Exception : Internal error, proxy without widget"
+    assert located(app, "+7", "innerField", "", "enabled") == "0,b:true"
+
+
+def test_keys_reach_the_open_list_of_a_combo_box_within_a_graphics_view(app):
+    app.show("showScene", "scene")
+    assert located(app, "+9", "innerChoice", "QWidget", f"s:{CLICK}") == "0,QWidget"
+    eventually(lambda: '"expanded"' in located(app, "+2", "innerChoice"), True)
+    assert located(app, "+press", "innerField", "A", "") == "9,behind a popup"
+    assert app.request(extension("+press", "Scene", "", "Down, Return", "")).startswith("0,Q")
+    app.wait_until("innerChoice", "currentText", "Coffee")
+
+
 def test_a_choice_is_made_in_a_combo_box_within_a_graphics_view(app):
     app.show("showScene", "scene")
     assert located(app, "+5", "innerChoice", "", "s:Coffee") == "0,QComboBox"
