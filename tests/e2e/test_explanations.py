@@ -151,6 +151,14 @@ def test_a_button_that_nothing_in_sight_shows_is_told_by_its_text(window):
     assert '"Brew a cup" (brewButton)' in message
 
 
+@pytest.mark.parametrize("words, has_nearest", [("Brew a pot", True), ("zzzzzzzzzzzzzzzzzzzzzzzz", False)])
+def test_what_is_in_sight_is_told_where_a_locator_finds_nothing(window, words, has_nearest):
+    message = said(WidgetNotFoundError, window.find(text=words).click)
+    nearest, in_sight = message.split("in sight are:\n")
+    assert ("the nearest:\n" in nearest) == has_nearest
+    assert '"Brew a cup" (brewButton)' in in_sight
+
+
 def test_a_widget_under_another_path_is_told_with_its_own(window):
     assert said(WidgetNotFoundError, window.widget("roastBox/brewButton").activate) == text(
         """

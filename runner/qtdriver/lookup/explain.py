@@ -48,7 +48,7 @@ def explain(connection: Connection, error: ReplyError, window: str, path: Addres
         if isinstance(error, NotReadyError):
             return "\n".join(_not_ready(connection, error, path))
         if (isinstance(path, Locator) or _is_about_another(error, path)) and type(error) in _LOCATED:
-            return "\n".join(_located(error))
+            return "\n".join(_located(connection, error, window))
         return "\n".join(tell(connection, window, str(path))) if tell is not None else ""
     except (ReplyError, ProtocolError) as another:
         return f"(what is there instead could not be listed: {another})"
@@ -220,10 +220,11 @@ _LOCATED: Dict[Type[ReplyError], str] = {
 }
 
 
-def _located(error: ReplyError) -> List[str]:
-    """Lines for the candidates that the agent named as it refused a locator."""
-    lines = [f"  {describe_node(candidate)}" for candidate in error.candidates]
-    return [_LOCATED[type(error)], *lines] if lines else []
+def _located(connection: Connection, error: ReplyError, window: str) -> List[str]:
+    """Lines for the candidates that the agent named as it refused a locator; where there is no match, for what is in sight."""
+    candidates = [f"  {describe_node(candidate)}" for candidate in error.candidates]
+    lines = [_LOCATED[type(error)], *candidates] if candidates else []
+    return lines + describe_sight(connection, window) if isinstance(error, WidgetNotFoundError) else lines
 
 
 _EXPLANATIONS: Dict[Type[ReplyError], Callable[[Connection, str, str], List[str]]] = {

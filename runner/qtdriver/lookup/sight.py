@@ -2,10 +2,11 @@
 
 from __future__ import annotations
 
-from typing import Dict, Iterator, List, Sequence, Tuple
+from typing import Dict, Iterator, List, Optional, Sequence, Tuple
 
 from ..protocol.connection import Connection
 from .derived import DIALOG_BUTTON
+from .paths import list_tree
 from .served import CHECKED_BUTTONS, FIELDS, ITEM_VIEWS, OTHER_BUTTONS, PUSH_BUTTONS, TAB_BARS
 from .snapshot import SnapshotNode
 from .tree import Node, WidgetTree
@@ -19,20 +20,20 @@ _BUTTONS, _BOXES, _TABS, _FIELDS, _VIEWS, _MENUS = (
 )  # fmt: skip
 
 
-def describe_sight(connection: Connection, window: str, tree: WidgetTree) -> List[str]:
+def describe_sight(connection: Connection, window: str, tree: Optional[WidgetTree] = None) -> List[str]:
     """Lines that name the visible buttons, boxes, tabs, fields and views of a window by their texts and names.
 
     Args:
         connection: asks the application.
         window: the window.
-        tree: its widgets.
+        tree: its widgets, if they have been listed already.
 
     Returns no lines where there are none. With an agent without snapshots, only widgets that a path finds alone count.
     """
     if "+2" in connection.extensions:
         kinds = _in_snapshot(SnapshotNode.of(connection.snapshot(window)))
     else:
-        kinds = _in_tree(connection, window, tree)
+        kinds = _in_tree(connection, window, tree or list_tree(connection, window))
     lines = [f"  {kind}: {_listed(words)}" for kind, words in kinds if words]
     return ["in sight are:", *lines] if lines else []
 
