@@ -82,8 +82,11 @@ bool endsDifferently(const QString& text, bool hasMnemonics, const QString& show
     const QChar* last = begin + text.size();
     const QChar* lastShown = shownBegin + shown.size();
     while (last != begin && lastShown != shownBegin && standsForItself(*--last)) {
-        if (*last != *--lastShown)
-            return !hasMnemonics || std::find(begin, last, tab) == last;
+        if (*last == *--lastShown)
+            continue;
+        // With a tab before it, it does not count. That much is shown of what is before the tab.
+        const QChar* const firstTab = begin + shown.size();
+        return !hasMnemonics || last <= firstTab || std::find(firstTab, last, tab) == last;
     }
     return false;
 }
