@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QStringList>
 #include <QSystemTrayIcon>
+#include <QTabBar>
 #include <QTcpSocket>
 #include <QTimerEvent>
 #include <QtNetwork/QHostAddress>
@@ -78,7 +79,7 @@ void fillWindow(QWidget& window)
     window.setWindowTitle(QLatin1String("Bench"));
     auto* layout = new QGridLayout(&window);
     const int columns = 10;
-    const int buttons = 97; // with the line edit, the tick and the window: 100 widgets
+    const int buttons = 94; // with the line edits, the tab bar, its two buttons and the window: 100 widgets
     for (int i = 0; i < buttons; ++i) {
         auto* button = new QPushButton(QString::number(i));
         button->setObjectName(QString::fromLatin1("button%1").arg(i));
@@ -91,6 +92,10 @@ void fillWindow(QWidget& window)
     auto* other = new QLineEdit;
     other->setObjectName(QLatin1String("other"));
     layout->addWidget(other, buttons / columns, buttons % columns + 1);
+    auto* bar = new QTabBar;
+    bar->addTab(QLatin1String("One"));
+    bar->addTab(QLatin1String("Two"));
+    layout->addWidget(bar, buttons / columns, buttons % columns + 2, 1, 3);
     window.setGeometry(20, 20, 900, 500);
 }
 

@@ -1,6 +1,9 @@
 #include "qtcalls.h"
 
+#include "compat/systeminput.h"
+
 #include <QApplication>
+#include <QClipboard>
 #include <QCursor>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -209,6 +212,33 @@ void locateIcon(QWidget*)
     use(!icons.isEmpty() && icons.first()->geometry().isEmpty());
 }
 
+void turnWheel(QWidget* window)
+{
+    moveMouse(window);
+    auto* line = named<QLineEdit>(window, "line");
+    compat::sendWheelEvent(
+        line, line->mapToGlobal(line->rect().center()), Qt::Vertical, 120, Qt::NoButton, Qt::NoModifier);
+}
+
+void setClipboard(QWidget*)
+{
+    static int turn = 0;
+    turn = 1 - turn;
+    QApplication::clipboard()->setText(QString::fromLatin1(turn ? "milk" : "water"));
+}
+
+void moveFocus(QWidget* window)
+{
+    static int turn = 0;
+    turn = 1 - turn;
+    bringToFront(window);
+    lookWhereItIs(window);
+    handleEvents();
+    named<QLineEdit>(window, turn ? "line" : "other")->setFocus(Qt::TabFocusReason);
+}
+
+void nothing(QWidget*) { }
+
 struct Row
 {
     const char* command;
@@ -217,7 +247,9 @@ struct Row
 
 const Row rows[] = {{"1", listWindows}, {"2", listTree}, {"3", identify}, {"4", locate}, {"5", click}, {"6", enterText},
     {"7", readText}, {"8", readTitle}, {"9", moveMouse}, {"10", moveWindow}, {"11", resizeWindow}, {"12", locateIcon},
-    {"+press", typeLetter}};
+    {"+extensions", nothing}, {"+2", listTree}, {"+4", locate}, {"+5", click}, {"+6", enterText}, {"+7", readText},
+    {"+9", moveMouse}, {"+scroll", nothing}, {"+item", nothing}, {"+press", typeLetter}, {"+type", typeLetter},
+    {"+wheel", turnWheel}, {"+clipboard", setClipboard}, {"+focus", moveFocus}};
 
 } // namespace
 

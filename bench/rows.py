@@ -56,6 +56,13 @@ BENCHMARKS: Dict[str, Row] = {
     "tree": Row(
         "Tree listing", "all widgets of a window", "findChildren(), 3 reads each", limit=3000, limit_size=5000
     ),
+    "snapshot": Row(
+        "Snapshot",
+        "labels and fields of a window",
+        "findChildren(), 3 reads each",
+        limit=10000,
+        limit_size=5000,
+    ),
     "list_find": Row(ITEMS, "find the last one of a list", MODEL),
     "list_all": Row(ITEMS, "list a list", MODEL),
     "list_walk": Row(ITEMS, "walk to the next one of a list", KEYS),
@@ -92,6 +99,10 @@ def hexadecimal(text: str) -> str:
     return text.encode("latin-1").hex()
 
 
+def extension(name: str, *sections: str) -> str:
+    return ",".join([name, *map(hexadecimal, sections)])
+
+
 MOUSE = [hexadecimal(f"s:MouseMove::{x}:0.5:") for x in ("0.3", "0.7")]
 TYPED = hexadecimal("s:a")
 BENCH, LETTER = hexadecimal("Bench"), hexadecimal("A")
@@ -111,5 +122,38 @@ TRIPS_OF_COMMANDS: List[Trip] = [
     Trip("11", "resize a window", ["11,Bench,900,500", "11,Bench,901,500"]),
     # The icon is never shown: the desktop of the benchmarks has no tray.
     Trip("12", "locate a tray icon", ["12,,icon"], reply="6,"),
+    Trip("+extensions", "list the extensions", ["+extensions"]),
+    Trip("+2", "take a snapshot", [extension("+2", "Bench", "")]),
+    Trip("+4", "locate a widget", [extension("+4", "Bench", f"text={text}") for text in ("77", "66")]),
+    Trip("+5", "activate: a click", [extension("+5", "Bench", f"text={text}") for text in ("77", "66")]),
+    Trip(
+        "+6",
+        "enter one character",
+        [extension("+6", "Bench", f"name={name}", "", "s:a") for name in ("line", "other")],
+    ),
+    Trip("+7", "read a property", [extension("+7", "Bench", "text=77", "", "text")]),
+    Trip(
+        "+9",
+        "move the mouse",
+        [extension("+9", "Bench", "name=line", "", f"s:MouseMove::{x}:0.5:") for x in ("0.3", "0.7")],
+    ),
+    Trip("+scroll", "scroll to a widget", [extension("+scroll", "Bench", "text=77", "", "")]),
+    Trip("+item", "read an item", [extension("+item", "Bench", "QTabBar", "", "s:Two")]),
     Trip("+press", "press a key", [f"+press,{BENCH},,{LETTER},"], qt_ratio=1.3),
+    Trip("+type", "type a character", [extension("+type", "Bench", "", "a")]),
+    Trip(
+        "+wheel",
+        "turn the wheel by a step",
+        [extension("+wheel", "Bench", "name=line", f":::0:{step}") for step in (1, -1)],
+    ),
+    Trip(
+        "+clipboard",
+        "put a text on the clipboard",
+        [extension("+clipboard", text) for text in ("tea", "coffee")],
+    ),
+    Trip(
+        "+focus",
+        "give the focus",
+        [extension("+focus", "Bench", f"name={name}") for name in ("line", "other")],
+    ),
 ]

@@ -1,7 +1,8 @@
-// The listing of a window's widgets, as its reply. The floor is findChildren() and, for each widget, the three reads
-// that the listing is made of.
+// The listing of a window's widgets, as its reply, and their snapshot. The floor is findChildren() and, for each widget, the
+// three reads that the listing is made of.
 
 #include "agent/commands.h"
+#include "locate/snapshot.h"
 #include "pairs.h"
 #include "proxy/stapplicationproxy.h"
 #include "samplewindows.h"
@@ -24,9 +25,20 @@ Measured makeOurs(int size)
     };
 }
 
-Measured makeFloor(int size)
+Measured makeSnapshot(int size)
 {
-    const QWidget& window = sampleWindow(Sample::Named, size);
+    QWidget& window = sampleWindow(Sample::Fields, size);
+    return [&window] {
+        const QByteArray json = locate::snapshot(&window);
+        if (json.isEmpty())
+            qFatal("there is no snapshot");
+        bytesPerRun = static_cast<int>(json.size());
+    };
+}
+
+Measured makeFloor(Sample sample, int size)
+{
+    const QWidget& window = sampleWindow(sample, size);
     return [&window] {
         const QList<QWidget*> widgets = window.findChildren<QWidget*>();
         for (const QWidget* widget : widgets) {
@@ -41,5 +53,8 @@ Measured makeFloor(int size)
 
 void registerTrees()
 {
-    registerPair("tree", Clock::Processor, {100, 1000, 5000, 10000, 100000}, makeOurs, makeFloor);
+    registerPair("tree", Clock::Processor, {100, 1000, 5000, 10000, 100000}, makeOurs,
+        [](int size) { return makeFloor(Sample::Named, size); });
+    registerPair("snapshot", Clock::Processor, {100, 1000, 5000}, makeSnapshot,
+        [](int size) { return makeFloor(Sample::Fields, size); });
 }
