@@ -55,6 +55,8 @@ for row in range(40):
     item = QTableWidgetItem()
     item.setCheckState(Qt.Unchecked)
     table.setItem(row, 1, item)
+table.itemChanged.connect(
+    lambda item: item.setText(item.text().upper()) if (item.row(), item.column()) == (4, 0) else None)
 table.item(1, 1).setCheckState(Qt.PartiallyChecked)
 table.item(3, 1).setFlags(Qt.ItemIsUserCheckable)
 table.setSortingEnabled(False)
@@ -183,6 +185,30 @@ def test_a_cell_that_cannot_be_checked_says_so(window):
     assert not table.cell("row 3", "Done").is_enabled()
     with pytest.raises(NotReadyError, match="there is no row"):
         table.cell("row 99", "Done").click(timeout=0)
+
+
+def test_a_cell_is_filled_and_takes_keys(window):
+    cell = window.widget("table").cell("row 30", "Name")
+    cell.fill("Tea €")
+    assert cell.text() == "Tea €"
+    cell.enter("Coffee")
+    eventually(cell.text).equals("Coffee")
+    cell.press("F2")
+    window.press("Home")
+    window.type("Cold ")
+    window.press("Return")
+    eventually(cell.text).equals("Cold Coffee")
+    cell.type("Milk\n")  # opens the editor with it
+    eventually(cell.text).equals("Milk")
+
+
+def test_what_keeps_another_text_and_what_takes_no_keys_says_so(window):
+    table = window.widget("table")
+    with pytest.raises(ConditionError, match=r"has the text 'NAME 5' after fill\('name 5'\)"):
+        table.cell("row 4", "Name").fill("name 5", timeout=0.3)
+    for act in (table.column_header("Name").enter, table.column_header("Name").press):
+        with pytest.raises(CommandError, match="takes no keys"):
+            act("F2")
 
 
 def test_headers_are_clicked_and_have_menus(window):

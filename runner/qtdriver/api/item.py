@@ -9,7 +9,8 @@ from ..errors import CommandError, ConditionError, ReplyError
 from ..lookup.item_places import ANY_VIEW
 from ..lookup.served import ITEM_VIEWS, TABLES
 from ..protocol.waiting import Deadline, attempts
-from .item_access import COMBO_BOX, ONLY_CHOSEN, ItemAccess
+from .item_access import COMBO_BOX, ONLY_CHOSEN
+from .item_keys import ItemKeys
 from .menu import Menu
 from .mouse import Modifier, MouseButton, Position
 
@@ -21,7 +22,7 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 _MOST_PRESSES = 2  # from partly checked by way of checked to not checked
 
 
-class WidgetItem(ItemAccess):
+class WidgetItem(ItemKeys):
     """The name of an item in a widget: each call finds widget and item anew.
 
     The mouse goes to the item's centre: of a row, a cell, a tab, the header of a page in a tool box. Before that a view
@@ -225,3 +226,6 @@ class HeaderSection(WidgetItem):
     def select(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Clicks it."""
         self._play("MouseClick", "left", "", timeout, force)
+
+    def _make_current(self, timeout: Optional[float]) -> None:
+        raise CommandError("8", f"{self} takes no keys")
