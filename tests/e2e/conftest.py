@@ -10,7 +10,7 @@ import pytest
 ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "runner"))
 
-# What a shell runs in the background ignores interrupts, and so would all that is started here.
+# Processes that a shell runs in the background ignore interrupts, and so would all that is started here.
 signal.signal(signal.SIGINT, signal.default_int_handler)
 
 FAKE_AGENT = [sys.executable, str(Path(__file__).with_name("fake_agent.py"))]

@@ -13,6 +13,7 @@ import pytest
 from qtdriver import Server
 from qtdriver.commandline.arguments import parse_arguments
 from qtdriver.commandline.outcome import EXIT_STATUSES
+from qtdriver.commandline.versions import VERSION, describe_versions
 
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
@@ -197,12 +198,27 @@ def test_a_missing_script_and_one_that_is_no_text_are_reported(run, tmp_path):
 
 
 @pytest.mark.parametrize(
-    "arguments", [[], ["run"], ["run", "--qt", "3", "--", "x"], ["run", "--timeout", "-1", "x"]]
+    "arguments", [["--"], ["run"], ["run", "--qt", "3", "--", "x"], ["run", "--timeout", "-1", "x"]]
 )
 def test_a_wrong_command_line_shows_the_usage(arguments):
     finished = subprocess.run([QTDRIVER, *arguments], capture_output=True, text=True)
     assert finished.returncode == 2
     assert finished.stderr.startswith("qtdriver: ") and "\nusage: qtdriver" in finished.stderr
+
+
+def test_without_a_word_the_first_five_commands_are_told():
+    finished = subprocess.run([QTDRIVER], capture_output=True, text=True)
+    assert (finished.returncode, finished.stderr) == (0, "")
+    told = re.findall(r"^  qtdriver (\w+)", finished.stdout, re.MULTILINE)
+    assert told == ["doctor", "run", "tree", "activate", "stop"]
+
+
+def test_the_version_names_the_agents_that_are_there(build):
+    finished = subprocess.run([QTDRIVER, "--version"], capture_output=True, text=True)
+    assert (finished.returncode, finished.stdout.splitlines()[0]) == (0, f"qtdriver {VERSION}")
+    agent = build / "qt5" / "lib" / "libqtdriver-preload.so"
+    assert describe_versions(build).splitlines() == [f"qtdriver {VERSION}", f"agent for Qt 5: {agent}"]
+    assert describe_versions(build / "none").splitlines() == [f"qtdriver {VERSION}", "no agent is built"]
 
 
 def test_a_wrong_command_line_is_told_in_json_to_who_asks_for_it():

@@ -12,7 +12,7 @@ BYTES_PER_REQUEST = 8
 BATCHES = 3
 """A leak shows in every batch of rounds; growth in only some of them is that of a cache."""
 SPREAD_OF_MENUS = 1.5
-"""What Qt 6 keeps of a menu differs by a fifth from batch to batch. Qt 4 and 5 keep nothing: leaks show there exactly."""
+"""The memory that Qt 6 keeps of a menu differs by a fifth from batch to batch. Qt 4 and 5 keep nothing: leaks show there exactly."""
 NEXT_TRY = ("2,Window (Widget:ActivePopupWidget)", "4,")
 """Replies of windows that are about to open or to close."""
 

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import argparse
 from pathlib import Path
-from typing import List, NoReturn, Sequence, Tuple
+from typing import List, NoReturn, Optional, Sequence, Tuple
 
 from ..errors.commandline import UsageError
 from ..launch.agent import QT_MAJORS
@@ -13,6 +13,7 @@ from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
 from .outcome import EXIT_STATUSES
 from .reporting import add_report_arguments
+from .versions import describe_versions
 from .verbs import Verb, all_verbs, seconds
 
 _RAW = argparse.RawDescriptionHelpFormatter
@@ -24,6 +25,18 @@ Starts a Qt widgets application with the qtdriver agent inside, looks at it and 
   qtdriver run --background -- APP ARGS...    hold it for the other commands
   qtdriver tree "Window title"                for example
   qtdriver stop"""
+
+FIRST_STEPS = """\
+qtdriver drives Qt widgets applications. Five commands to begin with:
+
+  qtdriver doctor -- APP                      checks this machine and the application
+  qtdriver run --background -- APP ARGS...    starts it and holds it for the other commands
+  qtdriver tree "Window title" --paths        lists its widgets, each with an address
+  qtdriver activate "Window title" ADDRESS    presses, checks, or chooses one of them
+  qtdriver stop                               ends it
+
+'qtdriver --help' lists all commands, 'qtdriver COMMAND --help' explains one."""
+"""The text for a command line without a word."""
 
 _RUN_USAGE = (
     "qtdriver run [--headless] [--background [--name NAME]] [--qt N] [--load-by WAY] [--timeout SECONDS]\n"
@@ -66,6 +79,24 @@ class _Parser(argparse.ArgumentParser):
         raise UsageError(f"{message}\n{self.format_usage().rstrip()}")
 
 
+class _Version(argparse.Action):
+    """Prints versions and exits. The agents are looked for only then."""
+
+    def __init__(self, option_strings: Sequence[str], dest: str, help: str) -> None:
+        """The option takes no argument."""
+        super().__init__(option_strings, dest=argparse.SUPPRESS, nargs=0, help=help)
+
+    def __call__(
+        self,
+        parser: argparse.ArgumentParser,
+        namespace: argparse.Namespace,
+        values: object,
+        option_string: Optional[str] = None,
+    ) -> NoReturn:
+        print(describe_versions())
+        parser.exit()
+
+
 def wants_json(arguments: Sequence[str]) -> bool:
     """Whether a command line asks for JSON, also one that is wrong otherwise."""
     return "--json" in _split(arguments)[0]
@@ -102,6 +133,9 @@ def _split(arguments: Sequence[str]) -> Tuple[List[str], List[str]]:
 def _parsers() -> Tuple[_Parser, _Parser]:
     epilog = "'qtdriver COMMAND --help' explains a command, with an example."
     parser = _Parser(prog="qtdriver", description=_DESCRIPTION, epilog=epilog, formatter_class=_RAW)
+    parser.add_argument(
+        "--version", action=_Version, help="print the versions of the runner and its agents, and exit"
+    )
     commands = parser.add_subparsers(metavar="COMMAND", dest="action", required=True)
     run = _add_run(commands)
     for verb in all_verbs():

@@ -17,7 +17,7 @@ from ..errors import QtDriverError
 from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
 from ..trace.summary import describe_summary, read_summary
 from . import control, holding
-from .arguments import parse_arguments, wants_json
+from .arguments import FIRST_STEPS, parse_arguments, wants_json
 from .doctor import examine
 from .outcome import FAILED, INTERRUPTED, Outcome
 from .reporting import report
@@ -46,6 +46,8 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     try:
         if words[:1] == [holding.HOLD]:
             return holding.hold(words[1], words[2:])
+        if not words:
+            return _finish(Outcome(FIRST_STEPS), False)
         parsed = parse_arguments(words)
         as_json = parsed.json
         return _ACTIONS.get(parsed.action, _one_shot)(parsed)

@@ -42,7 +42,7 @@ QToolButton* toolButton(QWidget* parent, const char* name, QToolButton::ToolButt
     return button;
 }
 
-// What the application does to its buttons while they are used.
+// Adds the things that the application does to its buttons while they are used.
 void addTricks(Stage& stage, QWidget* centre, QWidget* group)
 {
     const QPointer<QWidget> guardedCentre(centre);
