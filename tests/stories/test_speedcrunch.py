@@ -3,7 +3,13 @@
 from qtdriver import containing, eventually
 
 
-def test_a_calculation_is_typed_and_its_result_is_shown(start):
+def test_a_calculation_is_typed_shown_and_called_back_from_the_history(start):
     window = start("speedcrunch").window("SpeedCrunch")
-    window.find("Editor").type("(2+3)*4\n")
+    editor = window.find("Editor")
+    editor.type("(2+3)*4\n")
     eventually(window.find("ResultDisplay")).has_property("plainText", containing("= 20"))
+    editor.press("Up")
+    eventually(editor).has(plainText="(2+3)*4")
+    editor.press("End")
+    editor.type("+22\n")
+    eventually(window.find("ResultDisplay")).has_property("plainText", containing("= 42"))
