@@ -20,16 +20,26 @@ packages=(
 # Windows programs are built and run only where there is a Qt for Windows. Its compiler is above: programs that never run
 # are made with it to test the runner, and one source of the agent is compiled with it without any Qt.
 [ -z "${QT4_WINDOWS:-}${QT5_WINDOWS:-}${QT6_WINDOWS:-}" ] || packages+=(wine wine64)
+# Workers on other machines are tested over ssh, where it can be had; without it those tests are skipped, and say so. Where a
+# system is booted, the package would open it to the network.
+optional=()
+[ -d /run/systemd/system ] || optional+=(openssh-server)
 
-missing=()
-for package in "${packages[@]}"; do
-    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
-done
-[ ${#missing[@]} -gt 0 ] || exit 0
-
-echo "setup: installing ${missing[*]}"
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq update
-"${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
+
+# Installs those of the packages that are not there.
+install() {
+    local package missing=()
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    echo "setup: installing ${missing[*]}"
+    "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq update &&
+        "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
+}
+
+install "${packages[@]}"
+install "${optional[@]}" || echo "setup: going on without ${optional[*]}"

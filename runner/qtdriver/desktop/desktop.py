@@ -30,6 +30,9 @@ _FORBIDDING = (
 )
 """Settings of the kernel, below /proc/sys, whose value forbids namespaces, and how to allow them."""
 
+MARK_OF_WORKERS = "QTDRIVER_WORKER_HAS_DESKTOP"
+"""Set in the environment of a worker that was started by `python3 -m qtdriver.desktop`."""
+
 _NAMESPACE = "QTDRIVER_IN_NAMESPACE"
 _SETTINGS = ("DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "NO_AT_BRIDGE")
 _SAY_AND_STAY = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec cat >/dev/null"
@@ -44,6 +47,21 @@ def namespaces_remedy(settings: Path = Path("/proc/sys")) -> str:
         except OSError:
             pass  # not a setting of this kernel
     return "see the container's security profile, which has to allow the system call unshare"
+
+
+def namespaces_refusal() -> str:
+    """Why the system allows no network namespaces; empty if it does."""
+    try:
+        done = subprocess.run(
+            NAMESPACE_CHECK, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
+        )
+    except OSError as error:
+        reason = str(error)
+    else:
+        if done.returncode == 0:
+            return ""
+        reason = done.stderr.strip() or f"it ends with status {done.returncode}"
+    return f"this system allows no network namespaces ('{' '.join(NAMESPACE_CHECK)}' fails: {reason})"
 
 
 def environment_for_own_network() -> Dict[str, str]:

@@ -84,10 +84,10 @@ class TestArtifacts:
         """The passwords that the test has typed."""
         return Secrets(text for app in self._driver.apps for text in app.connection.secrets)
 
-    def describe(self, base: Path) -> str:
-        """A text on the bundle: its path as seen from the folder `base`, its files, and what could not be written."""
+    def describe(self, shown: str) -> str:
+        """A text on the bundle: its path as `shown` to the user, its files, and what could not be written."""
         names = sorted(path.name for path in self.folder.iterdir() if not path.name.startswith("."))
-        return "\n".join([f"{folders.displayed_path(self.folder, base)}: {', '.join(names)}", *self._notes])
+        return "\n".join([f"{shown}: {', '.join(names)}", *self._notes])
 
     def close_driver(self) -> Optional[ApplicationEndedError]:
         """Ends the applications.

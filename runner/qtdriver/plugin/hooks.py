@@ -8,9 +8,11 @@ from typing import Any, Callable, Generator, Optional
 import pytest
 from _pytest._code.code import ExceptionRepr
 
+from . import folders
 from .artifacts import TestArtifacts
 from .hidden import hide_secrets
 from .hookimpl import hookimpl
+from .remote import evidence_of
 
 ARTIFACTS = pytest.StashKey[TestArtifacts]()
 """The key of the artifacts in the stash of a test that has a driver."""
@@ -55,13 +57,14 @@ class TestHooks:
         if not report.passed:
             hide_secrets(report, artifacts.secrets())
         if report.failed:
-            _add_failure(artifacts, report, item.config.invocation_params.dir)
+            _add_failure(artifacts, report, item.config)
         elif report.when == "call":
             artifacts.passed = report.passed
         if report.when == "teardown":
             artifacts.finish()
             del item.stash[ARTIFACTS]
         _mark(report, artifacts, item)
+        _send(report, artifacts, item.config)
 
     @hookimpl(hookwrapper=True)
     def pytest_fixture_setup(
@@ -108,11 +111,13 @@ def _finalize(item: pytest.Item, finalizer: Callable[[], object]) -> None:
         raise
 
 
-def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, base: Path) -> None:
+def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, config: pytest.Config) -> None:
+    evidence = evidence_of(config)
+    base = config.invocation_params.dir if evidence is None else evidence.base
     try:
         artifacts.collect()
         artifacts.add_error(report.when or "", report.longreprtext)
-        text = artifacts.describe(base)
+        text = artifacts.describe(folders.displayed_path(_path_there(artifacts.folder, config), base))
     except OSError as error:
         text = f"nothing could be kept of this failure: {error}"
     if isinstance(report.longrepr, ExceptionRepr):
@@ -129,7 +134,10 @@ def _interrupted(item: pytest.Item, artifacts: TestArtifacts) -> pytest.TestRepo
 
 def _mark(report: pytest.TestReport, artifacts: TestArtifacts, item: pytest.Item) -> None:
     """Tells the paths of this attempt with the report, and adds them as properties, once, to those of later phases."""
-    paths = {BUNDLE_PROPERTY: _text(artifacts.bundle), TRACE_PROPERTY: _text(artifacts.trace)}
+    paths = {
+        BUNDLE_PROPERTY: _text(artifacts.bundle, item.config),
+        TRACE_PROPERTY: _text(artifacts.trace, item.config),
+    }
     setattr(report, MARK, paths)
     for entry in paths.items():
         if entry[1] and entry not in item.user_properties:
@@ -137,5 +145,24 @@ def _mark(report: pytest.TestReport, artifacts: TestArtifacts, item: pytest.Item
             report.user_properties.append(entry)
 
 
-def _text(path: Optional[Path]) -> str:
-    return "" if path is None else str(path)
+def _send(report: pytest.TestReport, artifacts: TestArtifacts, config: pytest.Config) -> None:
+    """Where this is a worker of another machine, has the report bring the controller what is kept of the test."""
+    evidence = evidence_of(config)
+    if evidence is None or not (artifacts.bundle or artifacts.trace):
+        return
+    try:
+        evidence.attach(report, artifacts.folder)
+    except OSError as error:
+        report.sections.append((_SECTION, f"not all files of this test could be sent: {error}"))
+    if report.when == "teardown":
+        evidence.forget(artifacts.folder)
+
+
+def _text(path: Optional[Path], config: pytest.Config) -> str:
+    return "" if path is None else str(_path_there(path, config))
+
+
+def _path_there(path: Path, config: pytest.Config) -> Path:
+    """The path on the machine of the controller."""
+    evidence = evidence_of(config)
+    return path if evidence is None else evidence.path_there(path)

@@ -2,16 +2,17 @@
 
 from __future__ import annotations
 
+import os
 import shlex
 import shutil
-import subprocess
 import sys
 from typing import Any, List, Sequence
 
 import pytest
 
-from ..desktop.desktop import NAMESPACE_CHECK, SCRIPT
+from ..desktop.desktop import MARK_OF_WORKERS, SCRIPT, namespaces_refusal
 from .hookimpl import hookimpl
+from .remote import is_remote, wrap_remote
 from .settings import OWN_DESKTOPS, Settings
 
 _NEEDED = ("Xvfb", "openbox", "xdotool", "setpriv", "setsid")
@@ -19,8 +20,9 @@ _WORKER_KEY = "qtdriver_desktop"
 
 
 def has_own_desktop(config: pytest.Config) -> bool:
-    """Whether this process is a worker that was started on a desktop of its own."""
-    return bool(getattr(config, "workerinput", {}).get(_WORKER_KEY, False))
+    """Whether this process is a worker that was started on a desktop of its own, here or on another machine."""
+    told = getattr(config, "workerinput", None)
+    return told is not None and (bool(told.get(_WORKER_KEY)) or MARK_OF_WORKERS in os.environ)
 
 
 def prepare(config: pytest.Config, settings: Settings) -> str:
@@ -29,52 +31,31 @@ def prepare(config: pytest.Config, settings: Settings) -> str:
     Returns the reason, for the user; empty where the run stays as it is. Raises pytest.UsageError for options that do
     not go with several workers, and for missing programs.
     """
-    if not _is_distributed(config) or settings.workers != OWN_DESKTOPS:
+    specs = config.getoption("tx", None) or ()
+    if not specs or config.getoption("dist") == "no" or settings.workers != OWN_DESKTOPS:
         return ""
     if not settings.headless:
         raise pytest.UsageError(
             "--qtdriver-headed does not go with several workers: they would share one mouse and one keyboard. Leave out "
             "-n to watch the tests, or --qtdriver-headed to run them side by side"
         )
+    if not any(map(_is_local, specs)):
+        return ""
     missing = [name for name in _NEEDED if shutil.which(name) is None]
     if missing:
         raise pytest.UsageError(
             f"workers on desktops of their own need {', '.join(missing)} (Debian: xvfb, openbox, xdotool, util-linux)"
         )
-    refusal = _refusal()
-    if refusal:
-        _run_without_workers(config)
-    return refusal
-
-
-def _is_distributed(config: pytest.Config) -> bool:
-    return (
-        any(_is_local(spec) for spec in config.getoption("tx", None) or ())
-        and config.getoption("dist") != "no"
-    )
+    refusal = namespaces_refusal()
+    if not refusal:
+        return ""
+    _run_without_workers(config)
+    return f"{refusal}, and agents know one port only: the tests run one after the other"
 
 
 def _is_local(spec: str) -> bool:
     """Whether an execution environment, such as "popen" or "3*popen//python=python3.9", is on this machine."""
     return spec.rpartition("*")[2].startswith("popen") and "//via=" not in spec
-
-
-def _refusal() -> str:
-    """Why there are no network namespaces; empty if there are."""
-    try:
-        done = subprocess.run(
-            NAMESPACE_CHECK, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
-        )
-    except OSError as error:
-        reason = str(error)
-    else:
-        if done.returncode == 0:
-            return ""
-        reason = done.stderr.strip() or f"it ends with status {done.returncode}"
-    return (
-        f"this system allows no network namespaces ('{' '.join(NAMESPACE_CHECK)}' fails: {reason}), and agents know one port "
-        "only: the tests run one after the other"
-    )
 
 
 def _run_without_workers(config: pytest.Config) -> None:
@@ -90,9 +71,11 @@ class Workers:
 
     @hookimpl(optionalhook=True)
     def pytest_xdist_setupnodes(self, specs: Sequence[Any]) -> None:
-        """Has with-desktop.sh run the interpreter of each worker on this machine."""
+        """Has with-desktop.sh run the interpreter of each worker, of this machine and of others."""
         for spec in specs:
-            if spec.popen and not spec.via:
+            if is_remote(spec):
+                wrap_remote(spec)
+            else:
                 interpreter = spec.python or shlex.quote(sys.executable)
                 spec.python = f"{_wrapper()} {interpreter}"
 

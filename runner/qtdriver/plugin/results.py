@@ -16,6 +16,7 @@ from . import folders
 from .attempts import Attempt, Attempts
 from .hookimpl import hookimpl
 from .output import Output
+from .remote import receive, tell_base
 from .settings import OUTPUT, OUTPUT_OF_WORKERS, TRACE_OFF, Settings, read_settings
 from .shards import SHARDS, Shards
 
@@ -55,9 +56,15 @@ class Results:
     def pytest_configure_node(self, node: Any) -> None:
         """Tells a worker the output folder."""
         node.workerinput[OUTPUT_OF_WORKERS] = str(self._settings.output)
+        tell_base(node, self._base)
 
+    @hookimpl(tryfirst=True)
     def pytest_runtest_logreport(self, report: pytest.TestReport) -> None:
         """Adds a phase of a test. A test that has failed may be run again, and is written at the end."""
+        try:
+            receive(report, self._settings.output)
+        except OSError as error:
+            self._lines.append(f"the files of {report.nodeid} could not be written: {error}")
         attempts = self._tests.setdefault(report.nodeid, Attempts())
         attempts.add(report)
         if report.when == "teardown" and not attempts.failed():
