@@ -300,6 +300,13 @@ def test_traces_are_kept_by_mode(project, mode, kept):
     found = {path.parent.parent.name: path for path in project.results.glob("*/trace/trace.json")}
     assert {name.split("-")[1] for name in found} == kept
     for path in found.values():
-        assert "windows()" in json.dumps(json.loads(path.read_text()))
+        trace = json.loads(path.read_text())
+        assert "windows()" in json.dumps(trace)
+        names = {step[moment] for step in trace["steps"] for moment in ("before", "after")} - {""}
+        assert names == set(trace["pictures"]) and names
+        for name in names:
+            with Image.open(path.parent / name) as picture:
+                picture.load()
+                assert picture.size == tuple(trace["pictures"][name][2:])
     assert (project.results / "report.html").exists() is (mode != "off")
     assert ("qtdriver_trace" in run.properties("test_good")) is (mode == "on")

@@ -271,6 +271,28 @@ def test_a_trace_ends_with_its_recorder(recorded):
     assert len(recorded(go_on)["steps"]) == 1
 
 
+def test_pictures_are_written_while_the_caller_goes_on(tmp_path):
+    """They are there when it waits for them, and one that cannot be written is told then."""
+    from qtdriver.desktop.screen_process import SCREENS, display_name
+
+    def save(folder):
+        store = SCREENS.new_store()
+        picture = SCREENS.grab(display_name(None), store, 1_000_000)
+        picture.wait()
+        saved, _ = SCREENS.save(store, folder, [picture], later=True)
+        SCREENS.forget(store)
+        return saved[picture.number].name
+
+    name = save(tmp_path)
+    SCREENS.finish()
+    with Image.open(tmp_path / name) as picture:
+        picture.load()
+    save(tmp_path / "nowhere")
+    with pytest.raises(FileNotFoundError):
+        SCREENS.finish()
+    SCREENS.finish()
+
+
 def noise(seed, size=(64, 64)):
     return Image.effect_noise(size, 100 + seed).convert("RGB")
 
@@ -283,13 +305,17 @@ def test_a_store_drops_its_oldest_pictures_beyond_the_limit(tmp_path):
     assert list(kept) == pictures[store.dropped :]
 
 
-def test_pictures_come_back_as_they_were_without_their_common_border(tmp_path):
+@pytest.mark.parametrize("quickly", [False, True])
+def test_pictures_come_back_as_they_were_without_their_common_border(tmp_path, quickly):
     one, other = (Image.new("RGB", (200, 150), "navy") for _ in range(2))
     one.paste("red", (50, 60, 70, 80))
     other.paste("white", (100, 40, 120, 100))
     store = ScreenshotStore()
     pictures = [store.add(image, "screen") for image in (one, other, one)]
-    files = store.save(tmp_path, pictures)
+    files, unwritten = store.plan(tmp_path, pictures, quickly=quickly)
+    assert list(tmp_path.iterdir()) == [] and len(unwritten) == 2
+    for file in unwritten:
+        file.write()
     assert files[pictures[0]] == files[pictures[2]] != files[pictures[1]]
     assert {file.place for file in files.values()} == {(38, 28, 94, 84)}
     for image, shown in ((one, pictures[0]), (other, pictures[1])):

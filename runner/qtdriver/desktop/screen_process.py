@@ -98,17 +98,26 @@ class ScreenProcess:
             return self._number
 
     def save(
-        self, store: int, folder: Path, pictures: Iterable[Pending]
+        self, store: int, folder: Path, pictures: Iterable[Pending], *, later: bool = False
     ) -> Tuple[Dict[int, SavedPicture], int]:
         """Writes pictures of a store. Returns the files by the numbers of the orders, without those that have
-        been dropped to save memory, and how many these are. Raises PictureError."""
+        been dropped to save memory, and how many these are. Raises PictureError.
+
+        With `later` it does not wait until they are written; finish() does.
+        """
         wanted = sorted({picture.number for picture in pictures})
-        order = self._order(do="save", store=store, folder=str(folder.absolute()), pictures=wanted)
+        path = str(folder.absolute())
+        order = self._order(do="save", store=store, folder=path, pictures=wanted, later=later)
         told = order.wait(_SAVE_SECONDS)
         saved = {}
         for number, (name, (left, top, width, height)) in told["files"].items():
             saved[int(number)] = SavedPicture(name, (left, top, width, height))
         return saved, told["dropped"]
+
+    def finish(self) -> None:
+        """Waits until all pictures are written. Raises OSError for one that could not be, and PictureError."""
+        if self._process is not None:
+            self._order(do="finish").wait(_SAVE_SECONDS)
 
     def forget(self, store: int) -> None:
         """Drops a store."""

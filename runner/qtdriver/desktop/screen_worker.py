@@ -9,7 +9,11 @@ Orders are {"id": N, "do": NAME, ...}, answers {"id": N, "result": ...} or {"id"
                                         asked for; is answered as soon as it is taken. Its name is its id
     picture  display, path, format      saves a picture of the screen; format is empty where the path tells it
     windows  display                    lists the windows as [process, text]
-    save     store, folder, pictures    writes pictures; the result is {"files": {id: [name, place]}, "dropped": N}
+    save     store, folder, pictures, later
+                                        writes pictures; the result is {"files": {id: [name, place]}, "dropped": N}. With
+                                        `later` it comes before they are written, which takes less time then
+    finish                              is answered when all pictures have been written; the error is that of one
+                                        that could not be
     forget   store                      drops the store
 """
 
@@ -26,17 +30,57 @@ from typing import Any, Callable, Dict, List, Optional, TextIO
 
 from .screen import Screen
 from .screen_windows import list_screen_windows
-from .screenshots import Picture, ScreenshotStore
+from .screenshots import Picture, ScreenshotStore, UnwrittenPicture
 
 Order = Dict[str, Any]
 
 _SAVE_SECONDS = 5.0
+_PRIORITY = 10
+"""Pictures of tests that passed are written while nothing else wants the processor."""
+
+_MOST_UNWRITTEN = 200
+"""How many pictures may wait to be written; beyond that a test waits for them, so that they take no more memory."""
+
+
+class _Writing(threading.Thread):
+    """The thread that writes pictures while the tests go on."""
+
+    def __init__(self) -> None:
+        super().__init__(daemon=True)
+        self._files: "Queue[UnwrittenPicture]" = Queue(_MOST_UNWRITTEN)
+        self._error: Optional[OSError] = None
+        self.start()
+
+    def run(self) -> None:
+        """Writes them in their order."""
+        if sys.platform == "linux":  # where a thread has a priority of its own
+            os.setpriority(os.PRIO_PROCESS, threading.get_native_id(), _PRIORITY)
+        while True:
+            file = self._files.get()
+            try:
+                file.write()
+            except OSError as error:
+                self._error = error
+            self._files.task_done()
+
+    def put(self, files: List[UnwrittenPicture]) -> None:
+        """Takes files to be written."""
+        for file in files:
+            self._files.put(file)
+
+    def finish(self, _: Order) -> None:
+        """Waits until all are written. Raises the OSError of one that could not be."""
+        self._files.join()
+        error, self._error = self._error, None
+        if error is not None:
+            raise error
 
 
 class _Stores:
     """The pictures by the stores that they are in."""
 
-    def __init__(self) -> None:
+    def __init__(self, writing: _Writing) -> None:
+        self._writing = writing
         self._stores: Dict[int, ScreenshotStore] = {}
         self._pictures: Dict[int, Dict[int, Picture]] = {}
         self._taken = 0
@@ -66,9 +110,15 @@ class _Stores:
                 return {"files": {}, "dropped": 0}
             known = self._pictures[order["store"]]
             wanted = {number: known[number] for number in order["pictures"] if number in known}
-            saved = store.save(Path(order["folder"]), wanted.values())
+            saved, unwritten = store.plan(Path(order["folder"]), wanted.values(), quickly=order["later"])
             told = {number: saved[picture] for number, picture in wanted.items() if picture in saved}
-            return {"files": told, "dropped": store.dropped}
+            dropped = store.dropped
+        if order["later"]:
+            self._writing.put(unwritten)
+        else:
+            for file in unwritten:
+                file.write()
+        return {"files": told, "dropped": dropped}
 
     def forget(self, order: Order) -> None:
         """Drops a store."""
@@ -163,12 +213,14 @@ class _Answers:
 
 def main() -> None:
     """Carries out the orders until there are no more."""
-    answers, stores = _Answers(sys.stdout), _Stores()
+    writing = _Writing()
+    answers, stores = _Answers(sys.stdout), _Stores(writing)
     displays: Dict[str, _Display] = {}
+    without_display = {"save": stores.save, "forget": stores.forget, "finish": writing.finish}
     for line in sys.stdin:
         order = json.loads(line)
-        if order["do"] in ("save", "forget"):
-            answers.answer(order, getattr(stores, order["do"]))
+        if order["do"] in without_display:
+            answers.answer(order, without_display[order["do"]])
             continue
         name = order["display"]
         if name not in displays:

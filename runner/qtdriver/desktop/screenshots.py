@@ -51,6 +51,33 @@ class SavedPicture(NamedTuple):
     place: _Box
 
 
+@dataclass(frozen=True)
+class UnwrittenPicture:
+    """A picture that is yet to be written.
+
+    Attributes:
+        file: the file.
+        size: width and height of the screen in pixels.
+        bands: the compressed pixels of the screen.
+        part: left, top, right and bottom of the part that the file shows.
+        quickly: whether it is to take little time rather than little room.
+    """
+
+    file: Path
+    size: _Size
+    bands: List[bytes]
+    part: _Box
+    quickly: bool
+
+    def write(self) -> None:
+        """Writes the file. Raises OSError."""
+        from PIL import Image  # type: ignore[import]
+
+        pixels = b"".join(map(zlib.decompress, self.bands))
+        image = Image.frombytes("RGB", self.size, pixels).crop(self.part)
+        self.file.write_bytes(_encoded(image, "PNG", compress_level=1) if self.quickly else encode(image))
+
+
 @dataclass
 class _Band:
     data: bytes
@@ -124,29 +151,38 @@ class ScreenshotStore:
 
         Returns the files of those that have not been dropped.
         """
+        files, unwritten = self.plan(folder, pictures)
+        for file in unwritten:
+            file.write()
+        return files
+
+    def plan(
+        self, folder: Path, pictures: Iterable[Picture], *, quickly: bool = False
+    ) -> "Tuple[Dict[Picture, SavedPicture], List[UnwrittenPicture]]":
+        """The same without the writing, which takes most of the time: returns the files, and what is to be written.
+
+        With `quickly` that takes half of the time, and the files are twice as large.
+        """
+        kind = "png" if quickly else picture_kind()
         wanted = [picture for picture in dict.fromkeys(pictures) if picture.bands]
         boxes: Dict[_Size, Optional[_Box]] = {}
         contents: Dict[Tuple[bytes, bytes], Optional[_Box]] = {}
         for picture in wanted:
             boxes[picture.size] = _united(boxes.get(picture.size), self._content(picture, contents))
         saved: Dict[Tuple[bytes, ...], SavedPicture] = {}
+        unwritten = []
         for picture in wanted:
             if picture.bands not in saved:
                 box = boxes[picture.size]
                 part = (0, 0, *picture.size) if box is None else _widened(box, picture.size)
-                suffix, data = encode(self._image(picture).crop(part))
-                # Named after the content of the file: what is cut off differs between traces.
-                name = f"{hashlib.sha1(data).hexdigest()[:20]}.{suffix}"
-                (folder / name).write_bytes(data)
+                # Named after what it shows: what is cut off differs between traces.
+                text = repr((picture.size, part)).encode()
+                name = f"{hashlib.sha1(b''.join(picture.bands) + text).hexdigest()[:20]}.{kind}"
                 place = (part[0], part[1], part[2] - part[0], part[3] - part[1])
                 saved[picture.bands] = SavedPicture(name, place)
-        return {picture: saved[picture.bands] for picture in wanted}
-
-    def _image(self, picture: Picture) -> "Image":
-        from PIL import Image  # type: ignore[import]
-
-        pixels = b"".join(zlib.decompress(self._bands[key].data) for key in picture.bands)
-        return Image.frombytes("RGB", picture.size, pixels)
+                bands = [self._bands[key].data for key in picture.bands]
+                unwritten.append(UnwrittenPicture(folder / name, picture.size, bands, part, quickly))
+        return {picture: saved[picture.bands] for picture in wanted}, unwritten
 
     def _content(self, picture: Picture, known: Dict[Tuple[bytes, bytes], Optional[_Box]]) -> Optional[_Box]:
         """The part of a screen that is not in the plain colour of its corner; None for a plain picture.
@@ -167,17 +203,22 @@ class ScreenshotStore:
         return whole
 
 
-def encode(image: "Image") -> Tuple[str, bytes]:
-    """The picture as a file for a browser: the ending of its name and its bytes. Text stays sharp, WebP without loss."""
+def picture_kind() -> str:
+    """The ending of the names of pictures."""
     from PIL import features
 
-    if not features.check("webp"):
-        return "png", _encoded(image, "PNG", compress_level=6)
+    return "webp" if features.check("webp") else "png"
+
+
+def encode(image: "Image") -> bytes:
+    """The picture as a file for a browser. Text stays sharp, as WebP without loss, where Pillow has that, or PNG."""
+    if picture_kind() == "png":
+        return _encoded(image, "PNG", compress_level=6)
     data = _encoded(image, "WEBP", lossless=True, quality=0, method=1)
     if len(data) > LARGE_BYTES:
         lossy = _encoded(image, "WEBP", quality=80, method=2)
         data = min(data, lossy, key=len)
-    return "webp", data
+    return data
 
 
 def _encoded(image: "Image", kind: str, **options: object) -> bytes:

@@ -120,7 +120,8 @@ class TestArtifacts:
         if self._keeps_trace:
             folders.make(self.folder)
         try:
-            recorder.close(self._keeps_trace)
+            # A failure is complete when it is told; the traces of tests that passed are when the run ends.
+            recorder.close(self._keeps_trace, pictures_later=self.bundle is None)
         except OSError as error:
             self._notes.append(f"no trace: {error}")
             return

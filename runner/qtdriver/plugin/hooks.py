@@ -2,12 +2,15 @@
 
 from __future__ import annotations
 
+import warnings
 from pathlib import Path
 from typing import Any, Callable, Generator, Optional
 
 import pytest
 from _pytest._code.code import ExceptionRepr
 
+from ..desktop.screen_process import SCREENS
+from ..errors import PictureError
 from . import folders
 from .artifacts import TestArtifacts
 from .hidden import hide_secrets
@@ -98,6 +101,9 @@ class TestHooks:
                 artifacts.finish(keep_trace=True)
                 if results is not None:
                     results.pytest_runtest_logreport(_interrupted(item, artifacts))
+        problem = _finish_pictures()
+        if problem:
+            warnings.warn(f"qtdriver: {problem}", stacklevel=1)
 
 
 def _finalize(item: pytest.Item, finalizer: Callable[[], object]) -> None:
@@ -150,12 +156,22 @@ def _send(report: pytest.TestReport, artifacts: TestArtifacts, config: pytest.Co
     evidence = evidence_of(config)
     if evidence is None or not (artifacts.bundle or artifacts.trace):
         return
+    _finish_pictures()
     try:
         evidence.attach(report, artifacts.folder)
     except OSError as error:
         report.sections.append((_SECTION, f"not all files of this test could be sent: {error}"))
     if report.when == "teardown":
         evidence.forget(artifacts.folder)
+
+
+def _finish_pictures() -> str:
+    """Waits until the pictures of tests that passed are written. Returns what is wrong, empty for nothing."""
+    try:
+        SCREENS.finish()
+    except (OSError, PictureError) as error:
+        return f"not all pictures could be written: {error}"
+    return ""
 
 
 def _text(path: Optional[Path], config: pytest.Config) -> str:

@@ -79,6 +79,7 @@ class Recorder(StepListener):
         self._listers: Dict[int, WidgetLister] = {}
         self._trees: Dict[str, bytes] = {}
         self._closed = False
+        self._pictures_later = False
 
     def step_started(self, app: App, step: Step) -> None:
         """Takes the picture before a step that acts, unless the last one is new enough."""
@@ -107,8 +108,10 @@ class Recorder(StepListener):
                 entry.widgets = self._widgets(app, step.exchanges)
             entry.place = entry.place or place_of(app, step)
 
-    def close(self, keep: bool) -> None:
+    def close(self, keep: bool, *, pictures_later: bool = False) -> None:
         """Ends the recording. With `keep`, writes the trace and its pictures into the folder.
+
+        With `pictures_later` the pictures are written while the caller goes on; `SCREENS.finish()` waits for them.
 
         Raises OSError when the folder cannot be written. Closing twice is harmless.
         """
@@ -117,6 +120,7 @@ class Recorder(StepListener):
         if keep:
             self._attach_final_widgets()
         self._closed = True
+        self._pictures_later = pictures_later
         if keep:
             self._folder.mkdir(parents=True, exist_ok=True)
             self._trace().write(self._folder)
@@ -213,7 +217,7 @@ class Recorder(StepListener):
             with self._noting("no picture after a step"):
                 self._wait_for(picture)
         with self._noting("the pictures could not be saved"):
-            saved, dropped = SCREENS.save(self._store, self._folder, pictures)
+            saved, dropped = SCREENS.save(self._store, self._folder, pictures, later=self._pictures_later)
             if dropped:
                 self._note(f"the {dropped} oldest pictures were dropped to save memory")
             return saved
