@@ -81,6 +81,8 @@ class UnwrittenPicture:
 @dataclass
 class _Band:
     data: bytes
+    content: Optional[_Box]
+    plain: bytes
     users: int = 0
 
 
@@ -131,7 +133,10 @@ class ScreenshotStore:
                 continue
             key = hashlib.sha1(band).digest()
             if key not in self._bands:
-                self._bands[key] = _Band(zlib.compress(band, 1))
+                # Where its content is costs least as long as it is at hand, and nobody waits for it now.
+                plain = pixels[:3]
+                content = _band_content(band, size[0], plain)
+                self._bands[key] = _Band(zlib.compress(band, 1), content, plain)
                 self._bytes += len(self._bands[key].data)
             keys.append(key)
         return keys
@@ -192,11 +197,13 @@ class ScreenshotStore:
         plain = zlib.decompress(self._bands[picture.bands[0]].data)[:3]
         whole: Optional[_Box] = None
         for number, key in enumerate(picture.bands):
-            if (key, plain) not in known:
-                known[key, plain] = _band_content(
-                    zlib.decompress(self._bands[key].data), picture.size[0], plain
-                )
-            box = known[key, plain]
+            band = self._bands[key]
+            if band.plain == plain:
+                box = band.content
+            else:
+                if (key, plain) not in known:
+                    known[key, plain] = _band_content(zlib.decompress(band.data), picture.size[0], plain)
+                box = known[key, plain]
             if box is not None:
                 top = number * _ROWS
                 whole = _united(whole, (box[0], box[1] + top, box[2], box[3] + top))
