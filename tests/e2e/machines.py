@@ -36,6 +36,7 @@ _MACHINE = """\
     exec unshare --user --map-user={id} --map-group={id} --mount --net --uts --keep-caps sh -euc '
     hostname "$1"
     ip link set lo up
+    readlink /proc/self/ns/net >{folder}/network-"$1"
     mount --bind {folder}/passwd /etc/passwd
     mount --bind {folder}/group /etc/group
     mount --rbind {readonly} {readonly}
@@ -52,7 +53,7 @@ def make_machines(folder, readonly, environment):
         readonly: a folder that they can read, and not write.
         environment: of the programs that are started there.
 
-    Returns the configuration file for ssh.
+    Returns the configuration file for ssh. A file network-HOST names the network of a machine that was connected to.
     """
     folder.mkdir()
     (folder / "home").mkdir()

@@ -80,7 +80,9 @@ def test_workers_on_two_machines_have_desktops_and_their_evidence_comes_back(pro
     here = [socket.gethostname(), os.readlink("/proc/self/ns/net"), os.environ["DISPLAY"]]
     hosts, networks, displays = (set(column) for column in zip(*places(machines / "home")))
     assert hosts == {"lab1", "lab2"}
-    assert len(networks) == len(displays) == 2 and not (networks | displays) & set(here)
+    of_machines = {path.read_text().strip() for path in machines.glob("network-*")}
+    assert len(networks) == len(displays) == len(of_machines) == 2
+    assert not (networks | displays) & {*here, *of_machines}, "each worker has a network within its machine"
     check_evidence(project, run)
     assert project.processes() == {}
 
