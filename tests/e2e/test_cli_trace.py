@@ -106,6 +106,7 @@ def test_a_program_reads_all_that_is_kept(failure, part):
         "before": str(failure / "trace" / "one.webp"),
         "after": None,
         "place": [1, 2, 30, 40],
+        "comparison": {},
         "widgets": 'window "Main"',
         "requests": [EXCHANGE],
         "left_out_requests": 3,

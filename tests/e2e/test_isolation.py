@@ -7,8 +7,8 @@ from pathlib import Path
 import pytest
 
 from qtdriver import Driver
-from qtdriver.launch.home import write_settings
-from qtdriver.launch.inifile import ini_text
+from qtdriver.surroundings.home import write_settings
+from qtdriver.surroundings.inifile import ini_text
 
 FOLDERS = ("HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME", "TMPDIR")
 READ = """

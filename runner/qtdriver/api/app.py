@@ -21,6 +21,7 @@ from ..protocol.locators import Address, Locator
 from ..protocol.records import CursorWidget, WindowRecord
 from ..protocol.waiting import Deadline, retry
 from ..protocol.wire import Rect
+from ..surroundings.look import Look
 from .clipboard import Clipboard
 from .disconnection import EndWatch, ended_error
 from .pictures import save_screenshot
@@ -54,6 +55,7 @@ class App(ClosedOnLeaving):
         process: the process that was started; None for an application that came by itself.
         timeout: seconds that calls wait unless they are given another time.
         display: the X display of the application, None for that of this process.
+        look: its Qt, style and platform, by which picture snapshots are told apart.
         listeners: the StepListeners that are notified of every step that begins or ends.
         end_is_known: whether the test knows that the application has ended: the test has waited for that or ended it, or
             a call has raised an error for it.
@@ -66,11 +68,13 @@ class App(ClosedOnLeaving):
         *,
         timeout: float = DEFAULT_WAIT,
         display: Optional[str] = None,
+        look: Look = Look(),
     ) -> None:
         self.connection: Connection = connection
         self.process = process
         self.timeout = timeout
         self.display = display
+        self.look = look
         self.listeners: List[StepListener] = []
         self._listed = 0.0
         self._stacks: Optional[Stacks] = None

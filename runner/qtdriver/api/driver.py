@@ -11,8 +11,6 @@ from ..desktop.desktop import Desktop
 from ..desktop.session import session_settings
 from ..errors import NoClientError
 from ..launch.process import FailedStart, Process
-from ..launch.home import IsolatedHome, write_settings
-from ..launch.inifile import SettingsFiles
 from ..launch.starting import start
 from ..launch.supervision import is_within
 from ..launch.wine import WineDesktops
@@ -21,6 +19,10 @@ from ..protocol.closing import ClosedOnLeaving
 from ..protocol.pending_agents import PendingAgents
 from ..protocol.server import Server
 from ..protocol.waiting import Deadline
+from ..surroundings.home import IsolatedHome, write_settings
+from ..surroundings.inifile import SettingsFiles
+from ..surroundings.look import look_of_attached, look_of_launched
+from ..surroundings.plainlook import applied, prepare_plain_look
 from .app import DEFAULT_WAIT, App
 from .steps import StepListener
 
@@ -112,6 +114,7 @@ class Driver(ClosedOnLeaving):
         headless: Optional[bool] = None,
         load_by: Optional[str] = None,
         keep_home: bool = False,
+        plain_look: bool = False,
         settings: Optional[SettingsFiles] = None,
         start_timeout: Optional[float] = None,
         timeout: Optional[float] = None,
@@ -130,6 +133,8 @@ class Driver(ClosedOnLeaving):
             load_by: how the agent gets into a program of Linux: "preload", the default, or "testability", where it drops
                 the variable LD_PRELOAD: then Qt itself loads the agent, for the option -testability behind the arguments.
             keep_home: whether it has the user's own folders also where the driver is isolated.
+            plain_look: whether its style, font, resolution, cursor, animations and locale are the same on every machine,
+                for picture snapshots. It has a home folder of its own then, also where the driver is not isolated.
             settings: what it shall read by QSettings, by "Organisation/Application": a dictionary with keys "Group/key", or the
                 text of an INI file. The name ends in ".ini" for programs that ask for QSettings::IniFormat.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
@@ -139,8 +144,13 @@ class Driver(ClosedOnLeaving):
 
         Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
+        if plain_look and keep_home:
+            raise ValueError("plain_look needs a home folder of the application's own: leave out keep_home")
         surroundings = self._environment(
-            environment, self._headless if headless is None else headless, self._isolated and not keep_home
+            environment,
+            self._headless if headless is None else headless,
+            plain_look or (self._isolated and not keep_home),
+            plain_look,
         )
         if settings is not None:
             self._write_settings(settings, surroundings, keep_home)
@@ -163,7 +173,10 @@ class Driver(ClosedOnLeaving):
             failed=tell,
         )
         seconds = self.timeout if timeout is None else timeout
-        return self._register(App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY")))
+        look = look_of_launched(process, arguments, surroundings, plain_look)
+        return self._register(
+            App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY"), look=look)
+        )
 
     def _write_settings(
         self, settings: SettingsFiles, surroundings: Mapping[str, str], keep_home: bool
@@ -207,7 +220,10 @@ class Driver(ClosedOnLeaving):
                 context=self._pending_agents.others(),
                 hint="An agent looks for its server once, when it is created: start the driver first",
             )
-        return self._register(App(connection, timeout=self.timeout if timeout is None else timeout))
+        look = look_of_attached(connection.pid)
+        return self._register(
+            App(connection, timeout=self.timeout if timeout is None else timeout, look=look)
+        )
 
     def _register(self, app: App) -> App:
         app.listeners = self.listeners
@@ -215,7 +231,7 @@ class Driver(ClosedOnLeaving):
         return app
 
     def _environment(
-        self, additional: Optional[Mapping[str, str]], headless: bool, isolated: bool
+        self, additional: Optional[Mapping[str, str]], headless: bool, isolated: bool, plain_look: bool
     ) -> Dict[str, str]:
         environment = dict(os.environ)
         if headless:
@@ -228,6 +244,8 @@ class Driver(ClosedOnLeaving):
             if self._home is None:
                 self._home = IsolatedHome()
             environment.update(self._home.environment(environment))
+            if plain_look:
+                environment = applied(environment, prepare_plain_look(self._home.folder, environment))
         environment.update(additional or {})
         return environment
 

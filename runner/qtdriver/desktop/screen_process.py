@@ -83,9 +83,23 @@ class ScreenProcess:
         """Orders a picture into a store; it is done when it is taken. `delay` is how many seconds it may wait."""
         return self._order(do="grab", display=display, store=store, kept_bytes=kept_bytes, delay=delay)
 
-    def save_picture(self, display: str, path: Path, kind: str = "") -> Pending:
-        """Orders a picture as a file; `kind` is its format where the path does not tell it."""
-        return self._order(do="picture", display=display, path=str(path.absolute()), format=kind)
+    def save_picture(
+        self,
+        display: str,
+        path: Path,
+        kind: str = "",
+        part: Optional[Tuple[int, int, int, int]] = None,
+    ) -> Pending:
+        """Orders a picture as a file.
+
+        Args:
+            display: the X display.
+            path: the file.
+            kind: its format where the path does not tell it.
+            part: the part of the screen: left, top, right and bottom in pixels, of which right and bottom are the first ones
+                outside. One that reaches beyond the screen is an error. None for the whole screen.
+        """
+        return self._order(do="picture", display=display, path=str(path.absolute()), format=kind, part=part)
 
     def windows(self, display: str) -> List[Tuple[int, str]]:
         """The windows on a display as list_screen_windows() has them. Raises PictureError."""

@@ -7,7 +7,8 @@ Orders are {"id": N, "do": NAME, ...}, answers {"id": N, "result": ...} or {"id"
 
     grab     display, store, delay      takes a picture into a store, after so many seconds or when the next one is
                                         asked for; is answered as soon as it is taken. Its name is its id
-    picture  display, path, format      saves a picture of the screen; format is empty where the path tells it
+    picture  display, path, format,     saves a picture of the screen, or of a part of it; format is empty where the path
+             part                       tells it, part is null or [left, top, right, bottom]
     windows  display                    lists the windows as [process, text]
     save     store, folder, pictures, later
                                         writes pictures; the result is {"files": {id: [name, place]}, "dropped": N}. With
@@ -28,6 +29,7 @@ from pathlib import Path
 from queue import Empty, Queue
 from typing import Any, Callable, Dict, List, Optional, TextIO
 
+from ..errors import PictureError
 from .screen import Screen
 from .screen_windows import list_screen_windows
 from .screenshots import Picture, ScreenshotStore, UnwrittenPicture
@@ -178,10 +180,22 @@ class _Display(threading.Thread):
 
     def _picture(self, order: Order) -> None:
         image = self._grabbed()()
+        if order["part"] is not None:
+            image = _cut_out(image, order["part"])
         image.save(order["path"], order["format"] or None)
 
     def _windows(self, _: Order) -> object:
         return list_screen_windows(self._display)
+
+
+def _cut_out(image: Any, part: List[int]) -> Any:
+    left, top, right, bottom = part
+    if not (0 <= left < right <= image.width and 0 <= top < bottom <= image.height):
+        raise PictureError(
+            f"a part of {right - left} x {bottom - top} pixels at {left}, {top} is not on the screen of "
+            f"{image.width} x {image.height}"
+        )
+    return image.crop((left, top, right, bottom))
 
 
 class _Answers:

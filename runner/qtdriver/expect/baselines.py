@@ -8,12 +8,14 @@ from contextlib import contextmanager
 from contextvars import ContextVar
 from dataclasses import dataclass, field
 from pathlib import Path
-from typing import Callable, Iterator, List, Optional
+from typing import Callable, Iterable, Iterator, List, Optional
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 FOLDER = "snapshots"
 """The folder beside a test in which its baselines are, in a folder with the name of the test's file."""
+
+_FAILURES = "test-results/pictures"
 
 _RUNNER = str(Path(__file__).resolve().parents[1])
 _FORBIDDEN = set('/\\:*?"<>|\0\n')
@@ -27,12 +29,14 @@ class Baselines:
         test_file: the file of the test.
         update: whether what is shown is written as the new baseline, in place of being compared.
         update_option: how the user says so, for messages.
+        make_folder: makes the folder for pictures that are not as expected, and returns it.
         written: the baselines that were written so far.
     """
 
     test_file: Path
     update: bool = False
     update_option: str = "QTDRIVER_UPDATE=1"
+    make_folder: Callable[[], Path] = lambda: _made(Path(_FAILURES))
     written: List[Path] = field(default_factory=list)
 
     def path(self, name: str, suffix: str) -> Path:
@@ -40,6 +44,12 @@ class Baselines:
         if not name or name.startswith(".") or _FORBIDDEN & set(name):
             raise ValueError(f'{name!r} cannot be the name of a file: leave out / \\ : * ? " < > |')
         return self.test_file.parent / FOLDER / self.test_file.stem / f"{name}{suffix}"
+
+    def find(self, name: str, suffixes: Iterable[str]) -> Optional[Path]:
+        """The first of these files of a baseline that is there. Raises ValueError as path()."""
+        return next(
+            (path for path in (self.path(name, suffix) for suffix in suffixes) if path.is_file()), None
+        )
 
     def write(self, path: Path, write: Callable[[Path], object]) -> None:
         """Has `write` write a baseline."""
@@ -70,6 +80,11 @@ def current_baselines() -> Baselines:
     while frame.f_back is not None and frame.f_code.co_filename.startswith(_RUNNER):
         frame = frame.f_back
     return Baselines(Path(frame.f_code.co_filename).absolute(), os.environ.get("QTDRIVER_UPDATE") == "1")
+
+
+def _made(folder: Path) -> Path:
+    folder.mkdir(parents=True, exist_ok=True)
+    return folder
 
 
 def shown_path(path: Path) -> str:

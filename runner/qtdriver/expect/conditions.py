@@ -10,8 +10,10 @@ from ..api.widget import Widget
 from ..api.window import Window
 from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError, WindowNotFoundError
 from ..protocol.wire import Value
+from .comparison import Limits
 from .expected import Expected, check_expected, check_timeout, describe, fits, function_name
 from .fulfilment import wait_for, wait_in
+from .picturesnapshots import DEFAULT_LIMITS, Masks, wait_for_picture
 from .textsnapshots import Patterns, wait_for_outline
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -168,6 +170,30 @@ class WidgetConditions:
         """
         wait_for_outline(self._widget.window, self._widget, name, ignoring, self._timeout)
 
+    def matches_picture(
+        self,
+        name: str,
+        *,
+        masks: Masks = (),
+        tolerance: int = DEFAULT_LIMITS.tolerance,
+        share: float = DEFAULT_LIMITS.share,
+    ) -> None:
+        """Waits until the widget rests and is on the screen as in a picture beside the test. Its window is raised.
+
+        Args:
+            name: of the picture, in snapshots/TEST_FILE/NAME.qt5-fusion-linux.png beside the test, or .qt5-fusion.png,
+                .qt5.png, .png, whichever is there first; --qtdriver-update writes the first.
+            masks: widgets whose pixels do not count.
+            tolerance: by how much each channel of a pixel may differ, from 0 to 255.
+            share: the share of the pixels that may differ by more, from 0 to 1.
+
+        Raises PictureError where the widget reaches beyond the screen, and without Pillow.
+
+        Example: eventually(window.widget("gauge")).matches_picture("gauge", masks=window.widget("clock"), share=0.001)
+        """
+        limits = Limits(tolerance, share)
+        wait_for_picture(self._widget.window, self._widget, name, masks, limits, self._timeout)
+
     def _wait_for_properties(self, properties: Sequence[_Property], wanted: bool) -> None:
         def unmet(values: Tuple[Value, ...]) -> "list[int]":
             return [
@@ -239,6 +265,21 @@ class WindowConditions:
         Example: eventually(window).looks_like("order dialog", ignoring=r"No\\. \\d+")
         """
         wait_for_outline(self._window, None, name, ignoring, self._timeout)
+
+    def matches_picture(
+        self,
+        name: str,
+        *,
+        masks: Masks = (),
+        tolerance: int = DEFAULT_LIMITS.tolerance,
+        share: float = DEFAULT_LIMITS.share,
+    ) -> None:
+        """Waits until the window, without its frame, rests and is on the screen as in a picture beside the test.
+
+        The arguments and errors are those of the condition of the same name of widgets. The window is not raised: what is
+        in front of it is in the picture.
+        """
+        wait_for_picture(self._window, None, name, masks, Limits(tolerance, share), self._timeout)
 
     def has_title(self, expected: "str | Pattern[str]") -> None:
         """Waits until its whole title is this, or the pattern is found in it."""

@@ -11,6 +11,7 @@ from ..api.window import Window
 from ..errors import RETRYABLE_ERRORS, ConditionError, ReplyError
 from ..errors.internal import NoReplyYet
 from ..protocol.locators import is_special
+from ..protocol.transcript import Comparison
 from ..protocol.waiting import Deadline, attempts, bounded_by
 from .soft import softly
 
@@ -29,11 +30,13 @@ def wait_in(
     timeout: Optional[float],
     shown: Callable[[_Result], str] = "it was {!r}".format,
     given_up: Callable[[_Result], bool] = lambda value: False,
+    comparison: "Callable[[], Optional[Comparison]]" = lambda: None,
 ) -> None:
     """As wait_for(), as one step, for a condition of a widget; None is for one of the window itself.
 
     `wanted` comes behind "expected"; `timeout` is None for that of the application; `shown` tells what was read instead, behind
-    "but after 5 s"; `given_up` is whether no other value is to be expected any more.
+    "but after 5 s"; `given_up` is whether no other value is to be expected any more; `comparison`
+    is what a failed step has compared.
     """
     app = window.app
     seconds = app.timeout if timeout is None else timeout
@@ -41,16 +44,21 @@ def wait_in(
     path = "" if widget is None else widget.path
     target = None if widget is None or is_special(path) else widget.as_locator()
     title = f"eventually({subject}): {wanted}"
-    with softly(), run_step(app, title, True, window.address, target), app.watched():
-        _wait(
-            f"{subject}: expected {wanted}",
-            read,
-            satisfied,
-            seconds,
-            shown,
-            given_up,
-            lambda error: app.explained(error, window.address, path, seconds),
-        )
+    with softly(), run_step(app, title, True, window.address, target) as step, app.watched():
+        try:
+            _wait(
+                f"{subject}: expected {wanted}",
+                read,
+                satisfied,
+                seconds,
+                shown,
+                given_up,
+                lambda error: app.explained(error, window.address, path, seconds),
+            )
+        except ConditionError:
+            if step is not None:
+                step.comparison = comparison()
+            raise
 
 
 def wait_for(

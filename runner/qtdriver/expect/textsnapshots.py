@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import difflib
 import re
-import time
 from pathlib import Path
 from typing import List, Optional, Pattern, Sequence, Union
 
@@ -13,6 +12,7 @@ from ..api.window import Window
 from ..lookup.snapshot import whole_outline
 from .baselines import Baselines, current_baselines, shown_path
 from .fulfilment import wait_in
+from .steady import Steady
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -20,7 +20,6 @@ Patterns = Union[str, Pattern[str], Sequence[Union[str, Pattern[str]]]]
 """Regular expressions, as texts or compiled."""
 
 _LEFT_OUT = "***"
-_STEADY_SECONDS = 0.3
 _CONTEXT_LINES = 2
 _SUFFIX = ".txt"
 
@@ -37,7 +36,7 @@ def wait_for_outline(
     path = baselines.path(name, _SUFFIX)
     patterns = _compiled(ignoring)
     expected = path.read_text(encoding="utf-8") if path.exists() else None
-    steady = _Steady()
+    steady = Steady()
     last = ""
 
     def read() -> str:
@@ -63,21 +62,6 @@ def wait_for_outline(
     wait_in(window, widget, f'it to look like "{name}"', read, is_fulfilled, timeout, shown, is_final)
     if baselines.update and last != expected:
         baselines.write(path, lambda place: place.write_text(last, encoding="utf-8"))
-
-
-class _Steady:
-    """Finds out whether something stays as it is."""
-
-    def __init__(self) -> None:
-        self._last: Optional[object] = None
-        self._since = 0.0
-
-    def has_stayed(self, value: object) -> bool:
-        """Whether it has had this value at each call for a while."""
-        now = time.monotonic()
-        if value != self._last:
-            self._last, self._since = value, now
-        return now - self._since >= _STEADY_SECONDS
 
 
 def _compiled(patterns: Patterns) -> List[Pattern[str]]:

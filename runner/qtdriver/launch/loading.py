@@ -49,11 +49,13 @@ class Start(NamedTuple):
     Attributes:
         command: the program and its arguments.
         environment: all of its variables.
+        qt_major: the major version of its Qt.
         under_wine: whether it is a Windows program.
     """
 
     command: Sequence[str]
     environment: Mapping[str, str]
+    qt_major: int
     under_wine: bool = False
 
 
@@ -101,10 +103,10 @@ def start_of(
     if qt is None:
         require_same_architecture(program, library)
     if not by_option:
-        return Start([str(program), *arguments], preload_environment(library, environment))
+        return Start([str(program), *arguments], preload_environment(library, environment), major)
     # The last one: behind the name of a script, which an interpreter wants to be the first.
     command = [str(program), *arguments, _OPTION]
-    return Start(command, _explaining(_with_first(environment, _LIBRARY_PATH, str(library.parent))))
+    return Start(command, _explaining(_with_first(environment, _LIBRARY_PATH, str(library.parent))), major)
 
 
 def _explaining(environment: Mapping[str, str]) -> Dict[str, str]:
@@ -121,7 +123,7 @@ def _native_start(
     qt = qt_folder(major, environment)
     if qt is not None and qt / "bin" in found:
         result[_PLUGIN_PATH] = str(qt / "plugins")
-    return Start([str(program), *arguments, _OPTION], _explaining(result))
+    return Start([str(program), *arguments, _OPTION], _explaining(result), major)
 
 
 def _windows_start(
@@ -142,7 +144,7 @@ def _windows_start(
     qt = qt_folder(major, environment)
     if qt is not None and qt / "bin" in found:
         result[_PLUGIN_PATH] = windows_path(qt / "plugins")
-    return Start([str(find_wine()), str(program), *arguments, _OPTION], result, under_wine=True)
+    return Start([str(find_wine()), str(program), *arguments, _OPTION], result, major, under_wine=True)
 
 
 def library_folders(

@@ -50,17 +50,23 @@ class Process:
         errors: the end of its standard error.
         launched: the process, and what was started for it in turn.
         under_wine: whether it is a Windows program under Wine.
+        qt_major: the major version of its Qt; None where that is not known.
     """
 
     def __init__(
-        self, popen: "subprocess.Popen[bytes]", launched: LaunchedProcesses, *, under_wine: bool = False
+        self,
+        popen: "subprocess.Popen[bytes]",
+        launched: LaunchedProcesses,
+        *,
+        under_wine: bool = False,
+        qt_major: Optional[int] = None,
     ) -> None:
         """Owns the process from now on.
 
         Args:
             popen: the process; its standard output and error are pipes, and it leads a session.
             launched: the process and everything that it starts.
-            under_wine: whether it is a Windows program under Wine.
+            under_wine, qt_major: the attributes.
         """
         assert popen.stdout is not None and popen.stderr is not None
         self._popen = popen
@@ -69,6 +75,7 @@ class Process:
         self.errors = OutputTail(popen.stderr)
         self.launched = launched
         self.under_wine = under_wine
+        self.qt_major = qt_major
         self._core = CoreFile(popen.pid)
         self._crash: Optional[Stacks] = None
         launched.set_session_leader(popen.pid)

@@ -25,7 +25,8 @@ from .windowsqt import windows_qt_major
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _QT_LIBRARY = re.compile(r"libQt\d*[A-Z]\w*\.so\.\d+")
-_WIDGETS_LIBRARIES = {"libQtGui.so.4": 4, "libQt5Widgets.so.5": 5, "libQt6Widgets.so.6": 6}
+WIDGETS_LIBRARIES = {"libQtGui.so.4": 4, "libQt5Widgets.so.5": 5, "libQt6Widgets.so.6": 6}
+"""The major version of Qt by the library that has its widgets."""
 
 
 def qt_major(program: Path, environment: Optional[Mapping[str, str]] = None) -> int:
@@ -56,8 +57,8 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
     for name in _linked_libraries(loaded, environment):
         count += 1
         file_name = os.path.basename(name)
-        if file_name in _WIDGETS_LIBRARIES:
-            return _WIDGETS_LIBRARIES[file_name]
+        if file_name in WIDGETS_LIBRARIES:
+            return WIDGETS_LIBRARIES[file_name]
         if other_qt_library is None and _QT_LIBRARY.fullmatch(file_name):
             other_qt_library = file_name
     if other_qt_library is not None:

@@ -99,7 +99,7 @@ def _start(
     except OSError as error:
         launched.end(0)
         raise ProgramNotExecutableError(f"{program} cannot be executed: {error.strerror}") from error
-    return Process(popen, launched, under_wine=how.under_wine)
+    return Process(popen, launched, under_wine=how.under_wine, qt_major=how.qt_major)
 
 
 def _wait_for_greeting(

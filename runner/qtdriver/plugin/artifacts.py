@@ -20,6 +20,7 @@ from .settings import TRACE_OFF, TRACE_ON, Settings
 
 _TRACE = "trace"
 _ERROR = "error.txt"
+_PICTURES = "pictures"
 _CRASHES = {"SIGSEGV", "SIGABRT", "SIGBUS", "SIGFPE", "SIGILL", "SIGSYS", "SIGTRAP"}
 
 
@@ -75,6 +76,13 @@ class TestArtifacts:
         self._keeps_trace = True
         self._end_recording()
 
+    def make_pictures_folder(self) -> Path:
+        """Makes the folder for the pictures that are not as expected, and returns it."""
+        folders.make(self.folder)
+        folder = self.folder / _PICTURES
+        folder.mkdir(exist_ok=True)
+        return folder
+
     def add_error(self, phase: str, text: str) -> None:
         """Adds an error of "setup", "call" or "teardown" to the bundle."""
         with (self.folder / _ERROR).open("a", encoding="utf-8", errors="backslashreplace") as file:
@@ -111,6 +119,8 @@ class TestArtifacts:
         """Ends the recording. Its trace is kept if the test failed, the settings keep all, or `keep_trace` is set."""
         self._keeps_trace = self._keeps_trace or keep_trace
         self._end_recording()
+        if self.bundle is None and not self._keeps_trace:
+            folders.remove(self.folder)  # the pictures of a failure that the test has expected
 
     def _end_recording(self) -> None:
         recorder, self._recorder = self._recorder, None

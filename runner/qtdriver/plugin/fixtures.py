@@ -86,7 +86,7 @@ def qtdriver(
         attempt = request.node.stash.get(ATTEMPT, 1)
         artifacts = TestArtifacts(driver, settings, request.node.nodeid, attempt)
         request.node.stash[ARTIFACTS] = artifacts
-        baselines = baselines_of(request.node, settings)
+        baselines = baselines_of(request.node, settings, artifacts.make_pictures_folder)
         with use_baselines(baselines):
             yield driver
         tell_written(request.node, baselines)

@@ -255,7 +255,7 @@ def add_options(parser: pytest.Parser) -> None:
         dest=_UPDATE,
         action="store_true",
         default=False,
-        help="write the snapshots of looks_like() as they are now, in place of comparing",
+        help="write the snapshots of looks_like() and matches_picture() as they are now, in place of comparing",
     )
     parser.addini(_HEADED, "default of --qtdriver-headed", type="bool", default=False)
 

@@ -2,7 +2,8 @@
 
 from __future__ import annotations
 
-from typing import Any, List
+from pathlib import Path
+from typing import Any, Callable, List
 
 import pytest
 
@@ -14,9 +15,9 @@ WRITTEN = "qtdriver_snapshot"
 """Property of a test, in its reports and so in a JUnit XML file: the path of a snapshot that it has written."""
 
 
-def baselines_of(item: pytest.Item, settings: Settings) -> Baselines:
-    """The baselines of a test, beside its file."""
-    return Baselines(item.path, settings.update, "--qtdriver-update")
+def baselines_of(item: pytest.Item, settings: Settings, make_folder: Callable[[], Path]) -> Baselines:
+    """The baselines of a test, beside its file. `make_folder` makes the folder for pictures that are not as expected."""
+    return Baselines(item.path, settings.update, "--qtdriver-update", make_folder)
 
 
 def tell_written(item: pytest.Item, baselines: Baselines) -> None:

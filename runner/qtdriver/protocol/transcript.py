@@ -57,6 +57,21 @@ class Group:
     error: str = ""
 
 
+@dataclass(frozen=True)
+class Comparison:
+    """Two pictures that a step has compared, as PNG files.
+
+    Attributes:
+        expected: the one that was expected; empty where there was none.
+        actual: the one that was shown.
+        difference: a picture of the difference; empty where nothing was expected.
+    """
+
+    expected: bytes
+    actual: bytes
+    difference: bytes
+
+
 @dataclass
 class Step:
     """One call of a test, such as a click: its exchanges and how it went.
@@ -75,6 +90,7 @@ class Step:
         group: the group that it is in, None for none.
         window: the window of the widget that it is about, as extensions name it; empty for none.
         target: the locator of that widget.
+        comparison: the pictures that differ, where it failed for that.
     """
 
     title: str
@@ -90,6 +106,7 @@ class Step:
     group: Optional[Group] = None
     window: str = ""
     target: Optional[Locator] = None
+    comparison: Optional[Comparison] = None
 
     def add(self, exchange: Exchange) -> None:
         """Adds an exchange; of more than ten, it keeps the first five and the last five."""

@@ -69,6 +69,11 @@ def _trace(trace_folder: Path, embedding: Embedding) -> "Optional[Dict[str, obje
             for moment in ("before", "after"):
                 step[f"{moment}_file"] = step[moment]
                 step[moment] = embedding.add(trace_folder, str(step[moment])) if step[moment] else ""
+            compared = step.get("comparison")
+            if isinstance(compared, dict):
+                step["comparison"] = {
+                    kind: embedding.add(trace_folder, name) for kind, name in compared.items()
+                }
     except (OSError, ValueError, LookupError, TypeError, RecursionError) as error:
         trace = {"steps": [], "trees": {}, "notes": [f"the trace could not be read: {error}"]}
     return dict(trace)

@@ -18,7 +18,7 @@ from ..desktop.screenshots import KEPT_BYTES, SavedPicture
 from ..errors import PictureError
 from ..errors.internal import TooSlow
 from ..protocol.secrets import Secrets
-from ..protocol.transcript import Exchange, Step
+from ..protocol.transcript import Comparison, Exchange, Step
 from .trace import OutputLine, Place, RecordedStep, Trace
 from .widgets import WidgetLister, place_of
 
@@ -223,6 +223,15 @@ class Recorder(StepListener):
             return saved
         return {}
 
+    def _save_comparison(self, comparison: Optional[Comparison]) -> Dict[str, str]:
+        """The files of pictures that a step has compared, by the kind of each."""
+        files: Dict[str, str] = {}
+        for kind, data in ({} if comparison is None else vars(comparison)).items():
+            if data:
+                files[kind] = f"{hashlib.sha1(data).hexdigest()[:20]}.png"
+                (self._folder / files[kind]).write_bytes(data)
+        return files
+
     def _hide_passwords(self) -> None:
         for entry in self._entries:  # a text that was typed in vain at first may be a password
             secrets = entry.app.connection.secrets
@@ -252,6 +261,7 @@ class Recorder(StepListener):
                 entry.widgets,
                 entry.app.connection.secrets,
                 entry.place,
+                self._save_comparison(entry.step.comparison),
             )
             for entry in self._entries
         ]

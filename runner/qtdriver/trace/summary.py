@@ -77,6 +77,7 @@ def _steps(trace: Dict[str, Any], folder: Path) -> List[Dict[str, Any]]:
                 "groups": _titles(step.get("group"), trace.get("groups", [])),
                 "before": str(folder / step["before"]) if step["before"] else None,
                 "after": str(folder / step["after"]) if step["after"] else None,
+                "comparison": {kind: str(folder / name) for kind, name in step.get("comparison", {}).items()},
                 "widgets": trace["trees"].get(step["widgets"]),
                 "requests": [{name: one[name] for name in _EXCHANGE} for one in step["exchanges"]],
                 "left_out_requests": step["skipped"],

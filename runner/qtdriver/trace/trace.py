@@ -5,9 +5,9 @@ from __future__ import annotations
 import json
 import linecache
 import os
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from pathlib import Path
-from typing import Callable, Dict, List, Optional, Tuple
+from typing import Callable, Dict, List, Mapping, Optional, Tuple
 
 from ..errors import ProtocolError
 from ..protocol.commands import COMMAND_BY_NUMBER
@@ -47,6 +47,7 @@ class RecordedStep:
         widgets: key of the widgets after it in the trace's trees, empty for none.
         secrets: what is left out of its requests and replies.
         place: the widget that it is about: left, top, width and height in pixels of the screen; None where it is not known.
+        comparison: file names of the pictures that it has compared: "expected", "actual", "difference"; empty for none.
     """
 
     step: Step
@@ -56,6 +57,7 @@ class RecordedStep:
     widgets: str
     secrets: Secrets
     place: Optional[Place] = None
+    comparison: Mapping[str, str] = field(default_factory=dict)
 
 
 @dataclass(frozen=True)
@@ -174,6 +176,7 @@ class Trace:
             "before": recorded.before,
             "after": recorded.after,
             "widgets": recorded.widgets,
+            "comparison": recorded.comparison,
         }
 
     def _exchange(self, exchange: Exchange, secrets: Secrets) -> Dict[str, object]:

@@ -24,11 +24,13 @@ function loadScript(address) {
 /** The trace of an attempt, of which the page only knows the folder. */
 function loadTrace(folder) {
   return loadScript(`${folder.href}/trace.js`).then((trace) => {
+    const know = (name) => name && besidePictures.set(name, `${folder.href}/${encodeURIComponent(name)}`);
     for (const step of trace.steps) {
       for (const moment of ["before", "after"]) {
         step[`${moment}_file`] = step[moment];
-        if (step[moment]) besidePictures.set(step[moment], `${folder.href}/${encodeURIComponent(step[moment])}`);
+        know(step[moment]);
       }
+      Object.values(step.comparison || {}).forEach(know);
     }
     return {...trace, folder};
   });

@@ -1,4 +1,5 @@
-/* The pictures of a step: before, after, side by side, difference. They are decoded when they are shown. */
+/* The pictures of a step: before, after, side by side, difference; expected and actual where it compared pictures. They are
+   decoded when they are shown. */
 
 const MODES = [
   {name: "before", label: "Before", needs: ["before"]},
@@ -6,6 +7,8 @@ const MODES = [
   {name: "both", label: "Side by side", needs: ["before", "after"]},
   {name: "difference", label: "Difference", needs: ["before", "after"]},
 ];
+const SNAPSHOT = {name: "snapshot", label: "Snapshot"};
+const COMPARED = {expected: "Expected", actual: "Actual", difference: "What differs"};
 let preferredMode = "after";
 
 function makePicture(key, text) {
@@ -27,32 +30,51 @@ function makeTarget(step, trace, key) {
   return target;
 }
 
+/** The kinds of pictures that the step compared: they are in the page. */
+function comparedIn(step) {
+  return Object.keys(COMPARED).filter((kind) => (step.comparison || {})[kind]);
+}
+
+/** All modes of a step, and those of them that it has pictures for. */
 function modesOf(step) {
-  return MODES.filter((mode) => mode.needs.every((moment) => step[moment]));
+  const modes = comparedIn(step).length ? [SNAPSHOT, ...MODES] : MODES;
+  return [modes, modes.filter((mode) => mode === SNAPSHOT || mode.needs.every((moment) => step[moment]))];
 }
 
 /** The buttons that choose the mode, and the place that shows it. */
 function makePictures(step, trace) {
   const place = element("div", {className: "pictures"});
-  const possible = modesOf(step);
-  const buttons = MODES.map((mode) => element("button", {
+  const [modes, possible] = modesOf(step);
+  const buttons = modes.map((mode) => element("button", {
     type: "button",
     disabled: !possible.includes(mode),
     onclick: () => {
-      preferredMode = mode.name;
+      if (mode !== SNAPSHOT) preferredMode = mode.name;
       show(mode);
     },
   }, mode.label));
 
   function show(mode) {
-    buttons.forEach((button, index) => button.setAttribute("aria-pressed", String(MODES[index] === mode)));
+    buttons.forEach((button, index) => button.setAttribute("aria-pressed", String(modes[index] === mode)));
     place.className = `pictures ${mode.name}`;
-    place.replaceChildren(...(mode.name === "difference" ? [makeDifference(step, trace)] : makeFigures(step, mode, trace)));
+    place.replaceChildren(...makeMode(step, mode, trace));
   }
 
-  if (possible.length) show(possible.find((mode) => mode.name === preferredMode) || possible[possible.length - 1]);
+  const usual = possible.find((mode) => mode === SNAPSHOT) || possible.find((mode) => mode.name === preferredMode);
+  if (possible.length) show(usual || possible[possible.length - 1]);
   else place.append(makeAbsence(step, trace));
   return {place, buttons: element("div", {className: "modes", role: "group", "aria-label": "Screenshot"}, buttons)};
+}
+
+function makeMode(step, mode, trace) {
+  if (mode === SNAPSHOT) return comparedIn(step).map((kind) => makeCompared(step, kind, trace));
+  return mode.name === "difference" ? [makeDifference(step, trace)] : makeFigures(step, mode, trace);
+}
+
+function makeCompared(step, kind, trace) {
+  const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, kind, trace)},
+    makePicture(step.comparison[kind], COMPARED[kind]));
+  return element("figure", {className: "compared"}, open, element("figcaption", {}, COMPARED[kind]));
 }
 
 function makeFigures(step, mode, trace) {
@@ -66,7 +88,7 @@ function makeFigures(step, mode, trace) {
 
 function makeDifference(step, trace) {
   const same = step.before === step.after;
-  const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, "difference", trace)},
+  const open = element("button", {type: "button", title: "Zoom", onclick: () => zoom(step, "change", trace)},
     makePicture(step.before, ""), makePicture(step.after, "What changed on the screen"));
   return element("figure", {}, open,
     element("figcaption", {}, same ? "Nothing changed on the screen" : "Whatever is not black changed on the screen"));
@@ -82,21 +104,24 @@ function makeAbsence(step, trace) {
 /** One picture in its full size; the arrow keys go from one to the next. */
 function zoom(step, first, trace) {
   const dialog = document.getElementById("zoom");
-  const moments = ["before", "after", "difference"].filter((moment) =>
-    moment === "difference" ? step.before && step.after : step[moment]);
+  const views = [
+    ...comparedIn(step).map((kind) => ({name: kind, label: COMPARED[kind], keys: [step.comparison[kind]]})),
+    {name: "before", label: "Before", keys: [step.before], target: true},
+    {name: "after", label: "After", keys: [step.after], target: true},
+    {name: "change", label: "Difference", keys: [step.before, step.after]},
+  ].filter((view) => view.keys.every(Boolean));
   const place = element("div", {className: "zoomed", tabIndex: 0});
   const caption = element("span", {});
-  let current = moments.indexOf(first);
+  let current = views.findIndex((view) => view.name === first);
 
   function turn(by) {
-    current = (current + by + moments.length) % moments.length;
-    const moment = moments[current];
-    place.className = `zoomed ${moment}`;
-    const pictures = (moment === "difference" ? [step.before, step.after] : [step[moment]])
-      .map((key) => makePicture(key, `The screen: ${moment}`));
-    const target = moment === "difference" ? null : makeTarget(step, trace, step[moment]);
+    current = (current + by + views.length) % views.length;
+    const view = views[current];
+    place.className = `zoomed ${view.name === "change" ? "difference" : view.name in COMPARED ? "compared" : view.name}`;
+    const pictures = view.keys.map((key) => makePicture(key, `The screen: ${view.label.toLowerCase()}`));
+    const target = view.target ? makeTarget(step, trace, view.keys[0]) : null;
     place.replaceChildren(element("div", {className: "whole"}, pictures, target));
-    caption.textContent = `${moment[0].toUpperCase()}${moment.slice(1)} (${current + 1} of ${moments.length}, arrow keys)`;
+    caption.textContent = `${view.label} (${current + 1} of ${views.length}, arrow keys)`;
   }
 
   dialog.replaceChildren(

@@ -17,9 +17,21 @@ function makeHeading(test, attempt) {
 /** What was wrong: lines that pytest begins with an E, or the name of an exception at the beginning of a line. */
 const COMPLAINT = /^(E {2,}|[\w.]*(Error|Exception)\b)/;
 
+/** The line before those of a difference, and the one behind them. */
+const DIFFERENCE_BEGINS = /it differs \(- expected, \+ shown\):$/;
+const DIFFERENCE_ENDS = / anew, if it is right so$/;
+const CHANGES = {"-": "removed", "+": "added"};
+
+/** The lines of a message: complaints stand out, and in a difference what is removed and what is added. */
 function makeLines(text) {
-  return text.split(/(?<=\n)/).map((line) =>
-    (COMPLAINT.test(line) ? element("span", {className: "complaint"}, line) : line));
+  let inDifference = false;
+  return text.split(/(?<=\n)/).map((line) => {
+    if (DIFFERENCE_ENDS.test(line.trimEnd())) inDifference = false;
+    const change = inDifference ? CHANGES[line.replace(/^E\s+/, "")[0]] : "";
+    if (DIFFERENCE_BEGINS.test(line.trimEnd())) inDifference = true;
+    if (change) return element("span", {className: change}, line);
+    return COMPLAINT.test(line) ? element("span", {className: "complaint"}, line) : line;
+  });
 }
 
 function makeMessage(test) {
@@ -140,7 +152,7 @@ function makeEvidence(trace, number) {
       element("span", {className: "step-title"}, breakable(`${number + 1}. ${step.title}`),
         step.action ? element("span", {className: "where"}, breakable(step.action)) : null), pictures.buttons),
     step.error ? element("div", {className: "step-error", tabIndex: 0, role: "region", "aria-label": "Error"},
-      element("pre", {}, step.error)) : null,
+      element("pre", {}, makeLines(step.error))) : null,
     pictures.place,
     ...makeTabs([
       ...makeSourceTab(step, trace),

@@ -8,8 +8,8 @@ from pathlib import Path
 from typing import Dict, Mapping
 
 from .inifile import SettingsFiles, ini_text
-from .linux import Launch
-from .supervision import Watchdog
+from ..launch.linux import Launch
+from ..launch.supervision import Watchdog
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
