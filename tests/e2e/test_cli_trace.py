@@ -91,6 +91,7 @@ def test_a_program_reads_all_that_is_kept(failure, part):
             "stack": [],
         },
         "notes": ["a note"],
+        "differs": None,
     }
     assert first == {
         "number": 1,

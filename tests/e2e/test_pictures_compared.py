@@ -1,6 +1,7 @@
 """Picture snapshots without an application: what differs between pictures, which file is compared, what is refused."""
 
 import re
+import time
 from itertools import cycle
 from types import SimpleNamespace
 
@@ -33,6 +34,7 @@ class Camera(picturesnapshots._Camera):
     pictures = ()
 
     def _picture(self):
+        self._taken_at = time.monotonic()
         return next(self.pictures)
 
 

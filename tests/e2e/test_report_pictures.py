@@ -1,4 +1,4 @@
-"""Failures that are seen as differences: snapshots of pictures and texts, in the page of a run in a browser."""
+"""Failures that are seen as differences, in the page of a run in a browser: snapshots, and the last run that passed."""
 
 import json
 import subprocess
@@ -31,6 +31,12 @@ def test_picture(window):
 def test_text(window):
     eventually(brew(window), timeout=SECONDS).looks_like("counter")
 
+def test_order(window):
+    if "BREW" in os.environ:
+        window.app.connection.activate_widget("Widget:showcase", "pages/qt_tabwidget_tabbar", "Entry fields")
+    window.resize(1000, 700)
+    eventually(window.widget("brewButton"), timeout=SECONDS).is_visible()
+
 def test_new(window):
     with pytest.raises(AssertionError, match="no such picture"):
         eventually(window.widget("clickCount")).matches_picture("never written")
@@ -42,10 +48,14 @@ def failed(tmp_path_factory):
     """A project after a run in which both snapshots differ from those of the run before; and what that run said."""
     project = Project(tmp_path_factory.mktemp("differing"))
     project.write(TESTS)
-    assert project.run("--qtdriver-update", "-k", "not new").outcomes == "2 passed, 1 deselected"
+    history = "--qtdriver-history=history"
+    assert project.run("--qtdriver-update", "-k", "not new", history).outcomes == "3 passed, 1 deselected"
+    assert not list(
+        project.results.glob("*test_*")
+    ), "what is kept of a test that passed is in the other folder"
     project.environment["BREW"] = "1"
-    run = project.run()
-    assert run.outcomes == "2 failed, 1 passed"
+    run = project.run(history)
+    assert run.outcomes == "3 failed, 1 passed"
     return project, run
 
 
@@ -57,6 +67,7 @@ def choose(browser, project, test):
 def test_the_three_pictures_stand_side_by_side_where_the_step_failed(browser, failed):
     project, _ = failed
     choose(browser, project, "picture")
+    browser.run("document.querySelector('.differs').remove()")
     assert browser.texts(".pictures figcaption") == ["Expected", "Actual", "What differs"]
     expected, actual, difference = browser.shown_pictures()
     assert len({expected, actual, difference}) == 3
@@ -97,6 +108,39 @@ def test_programs_read_where_the_pictures_are(failed):
     step = json.loads(told.stdout)["steps"][-1]
     assert set(step["comparison"]) == {"expected", "actual", "difference"}
     assert all(Path(path).is_file() for path in step["comparison"].values())
+
+
+def test_the_page_names_the_first_step_that_differs_from_the_last_run_that_passed(browser, failed):
+    project, _ = failed
+    choose(browser, project, "order")
+    assert browser.text(".differs code") == '1. window(name="showcase").resize(1000, 700)'
+    assert browser.text(".differs li") == "2 widgets differ"
+    assert browser.text(".differs pre").splitlines() == [
+        '- ButtonsPage "buttonsPage", which is hidden now',
+        '+ EntryPage "entryPage", which was hidden',
+    ]
+    assert browser.texts(".differs figcaption") == ["The run that passed", "This run"]
+    pictures = browser.run("return [...document.querySelectorAll('.differs img')].map((one) => one.src)")
+    assert len(set(pictures)) == 2
+    assert browser.text(".evidence .step-title").startswith("2.")
+    browser.click(".differs button", "Show step 1")
+    assert browser.text(".evidence .step-title").startswith("1.")
+    assert browser.run("return document.querySelectorAll('.differs').length") == 1
+
+
+def test_the_terminal_and_programs_are_told_it_too(failed):
+    project, run = failed
+    assert "the first step that differs from the last run that passed (" in run.output
+    command = [sys.executable, "-m", "qtdriver", "trace", project.bundle("test_order"), "--json"]
+    told = subprocess.run(
+        command, check=True, capture_output=True, text=True, env={"PYTHONPATH": str(project.runner)}
+    )
+    differs = json.loads(told.stdout)["differs"]
+    assert (
+        differs["step"] == 1
+        and Path(differs["picture"]).is_file()
+        and Path(differs["passed_picture"]).is_file()
+    )
 
 
 def test_lines_that_are_gone_and_new_are_told_apart_by_colour_in_a_text_snapshot(browser, failed):

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import time
+from contextlib import suppress
 from pathlib import Path
 from typing import List, Optional
 
@@ -12,10 +13,12 @@ from ..api.driver import Driver
 from ..errors import ApplicationEndedError
 from ..errors.endings import describe_exit
 from ..protocol.secrets import Secrets
+from ..trace.differing import tell_difference
 from ..trace.recorder import Recorder
 from . import folders
 from .bundle import write_bundle
 from .failed_starts import FailedStarts
+from .passed_runs import PassedRuns
 from .settings import TRACE_OFF, TRACE_ON, Settings
 
 _TRACE = "trace"
@@ -53,7 +56,9 @@ class TestArtifacts:
         self._driver = driver
         self._began = time.monotonic()
         self._notes: List[str] = []
+        self._node_id = node_id
         self._keeps_trace = settings.trace == TRACE_ON
+        self._passed_runs = None if settings.history is None else PassedRuns(settings.history)
         self._recorder: Optional[Recorder] = None
         self.is_open = True
         self._failed_starts = FailedStarts()
@@ -75,6 +80,7 @@ class TestArtifacts:
         self._notes += write_bundle(self._driver.apps, self._failed_starts.starts, self.folder, self._began)
         self._keeps_trace = True
         self._end_recording()
+        self._compare_with_passed()
 
     def make_pictures_folder(self) -> Path:
         """Makes the folder for the pictures that are not as expected, and returns it."""
@@ -105,7 +111,7 @@ class TestArtifacts:
         ends = [error for error in (app.unexpected_end() for app in self._driver.apps) if error is not None]
         if ends and self.passed:
             self.collect()
-        if self._keeps_trace:
+        if self._keeps_trace or self._is_to_be_compared_with():
             self._end_recording()
         running = [
             app for app in self._driver.apps if app.process is not None and app.process.status() is None
@@ -119,24 +125,51 @@ class TestArtifacts:
         """Ends the recording. Its trace is kept if the test failed, the settings keep all, or `keep_trace` is set."""
         self._keeps_trace = self._keeps_trace or keep_trace
         self._end_recording()
+        if not keep_trace:
+            self._keep_passed()
         if self.bundle is None and not self._keeps_trace:
-            folders.remove(self.folder)  # the pictures of a failure that the test has expected
+            # There may be a trace for later failures, and pictures of a failure that the test has expected.
+            folders.remove(self.folder)
+            self.trace = None
 
     def _end_recording(self) -> None:
         recorder, self._recorder = self._recorder, None
         if recorder is None:
             return
         self._driver.listeners.remove(recorder)
-        if self._keeps_trace:
+        keeps = self._keeps_trace or self._is_to_be_compared_with()
+        if keeps:
             folders.make(self.folder)
         try:
-            # A failure is complete when it is told; the traces of tests that passed are when the run ends.
-            recorder.close(self._keeps_trace, pictures_later=self.bundle is None)
+            # A failure is complete when it is told, and a run to be compared with when it is packed; the traces of other
+            # tests that passed are when the run ends.
+            later = self.bundle is None and not self._is_to_be_compared_with()
+            recorder.close(keeps, pictures_later=later)
         except OSError as error:
             self._notes.append(f"no trace: {error}")
             return
-        if self._keeps_trace:
+        if keeps:
             self.trace = self.folder / _TRACE
+
+    def _is_to_be_compared_with(self) -> bool:
+        """Whether later failures of the test are compared with this run."""
+        return self._passed_runs is not None and self.passed and self.bundle is None
+
+    def _keep_passed(self) -> None:
+        if self._passed_runs is not None and self._is_to_be_compared_with() and self.trace is not None:
+            with suppress(OSError):  # a test that passed does not fail for that
+                self._passed_runs.keep(self._node_id, self.trace)
+
+    def _compare_with_passed(self) -> None:
+        """Tells what differs from the last run that passed."""
+        found = None if self._passed_runs is None else self._passed_runs.find(self._node_id)
+        if found is None or self.trace is None:
+            return
+        try:
+            note = tell_difference(self.trace, *found)
+        except Exception as error:  # whatever the file is: it is no part of the test
+            note = f"no comparison with the last run that passed: {error}"
+        self._notes += filter(None, [note])
 
 
 def _crash(app: App) -> Optional[ApplicationEndedError]:

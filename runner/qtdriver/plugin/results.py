@@ -5,6 +5,7 @@ Tests that went well are in the file of the results, and no longer in memory, as
 
 from __future__ import annotations
 
+from contextlib import suppress
 from pathlib import Path
 from typing import Any, Dict, List, Optional
 
@@ -16,6 +17,7 @@ from . import folders
 from .attempts import Attempt, Attempts
 from .hookimpl import hookimpl
 from .output import Output
+from .passed_runs import PassedRuns
 from .remote import receive, tell_base
 from .settings import OUTPUT, OUTPUT_OF_WORKERS, TRACE_OFF, Settings, read_settings
 from .shards import SHARDS, Shards
@@ -85,6 +87,9 @@ class Results:
         shards = session.config.pluginmanager.get_plugin(SHARDS)
         split = shards.split_tests if isinstance(shards, Shards) else None
         self._close(split, int(session.exitstatus))
+        if self._settings.history is not None:
+            with suppress(OSError):
+                PassedRuns(self._settings.history).prune()
         if self._output is not None:
             self._output.release()
 

@@ -40,6 +40,7 @@ class Settings:
         report: the HTML page of the run.
         workers: "own-desktops" gives each parallel worker a desktop and a network, "plain" leaves them without.
         home: "own" gives the applications of each test empty home and XDG folders, "keep" those of the user.
+        history: the folder with the last passing run of each test, with which failures are compared; None for none.
         update: whether snapshots are written as they are now, in place of being compared.
         shard: the number of the shard that this run is, from 1, and that of all shards; None for a whole run.
         times: the results of an earlier run, by whose times tests are split among shards.
@@ -58,6 +59,7 @@ class Settings:
     report: Path
     workers: str
     home: str
+    history: Optional[Path]
     update: bool
     shard: Optional[Tuple[int, int]]
     times: Path
@@ -188,6 +190,14 @@ _OPTIONS = (
         _one_of(*_WORKERS),
         "own-desktops or plain",
         "workers of -n: own-desktops gives each a desktop and a network of its own, plain leaves them alone",
+    ),
+    _Option(
+        "history",
+        "DIR",
+        None,
+        Path,
+        "a folder",
+        "folder for the last passing run of each test, with which the page compares a failure (default: none)",
     ),
     _Option(
         "home",

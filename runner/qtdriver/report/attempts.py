@@ -74,6 +74,10 @@ def _trace(trace_folder: Path, embedding: Embedding) -> "Optional[Dict[str, obje
                 step["comparison"] = {
                     kind: embedding.add(trace_folder, name) for kind, name in compared.items()
                 }
+        differs = trace.get("differs") or {}
+        for picture in ("picture", "passed_picture"):
+            if differs.get(picture):
+                differs[picture] = embedding.add(trace_folder, differs[picture])
     except (OSError, ValueError, LookupError, TypeError, RecursionError) as error:
         trace = {"steps": [], "trees": {}, "notes": [f"the trace could not be read: {error}"]}
     return dict(trace)

@@ -39,6 +39,7 @@ _SCRIPTS = (
     "timeline.js",
     "pictures.js",
     "evidence.js",
+    "differs.js",
     "trace.js",
     "beside.js",
     "main.js",

@@ -4,9 +4,10 @@ from __future__ import annotations
 
 import json
 from pathlib import Path
-from typing import Any, Dict, List
+from typing import Any, Dict, List, Optional
 
 from ..errors.commandline import TraceError
+from .differing import DIFFERS
 from .trace import TRACE_FILE
 
 SUMMARY_FORMAT = 1
@@ -45,6 +46,7 @@ def read_summary(folder: Path) -> Dict[str, Any]:
         "steps": _steps(trace, trace_folder.absolute()),
         "files": files,
         "notes": trace.get("notes", []),
+        "differs": _differs(trace, trace_folder.absolute()),
     }
 
 
@@ -60,6 +62,15 @@ def describe_summary(summary: Dict[str, Any]) -> str:
         if step["error"]:
             lines += [f"                  {line}" for line in step["error"].splitlines()]
     return "\n".join([*lines, "", summary["error"].rstrip()]).rstrip()
+
+
+def _differs(trace: Dict[str, Any], folder: Path) -> Optional[Dict[str, Any]]:
+    """The first step that differs from the last run that passed, with the paths of the pictures."""
+    told = trace.get(DIFFERS)
+    if told is None:
+        return None
+    paths = {name: str(folder / told[name]) if told[name] else None for name in ("picture", "passed_picture")}
+    return {**told, **paths}
 
 
 def _steps(trace: Dict[str, Any], folder: Path) -> List[Dict[str, Any]]:

@@ -118,11 +118,7 @@ class Trace:
             "sources": self._sources(),
             "trees": self.trees,
         }
-        text = json.dumps(data)
-        for name, written in ((SCRIPT_FILE, f"qtdriverTrace({text});\n"), (TRACE_FILE, text)):
-            unfinished = folder / f"{name}.part"
-            unfinished.write_text(written, encoding="ascii")
-            os.replace(unfinished, folder / name)
+        write_trace(folder, data)
 
     def _group(self, group: Group, groups: List[Group]) -> Dict[str, object]:
         return {
@@ -191,6 +187,15 @@ class Trace:
             "seconds": round(exchange.seconds, 6),
             "error": exchange.error,
         }
+
+
+def write_trace(folder: Path, data: Mapping[str, object]) -> None:
+    """Writes a trace, in types of JSON, for programs and for a page. Readers find the whole of it or none."""
+    text = json.dumps(data)
+    for name, written in ((SCRIPT_FILE, f"qtdriverTrace({text});\n"), (TRACE_FILE, text)):
+        unfinished = folder / f"{name}.part"
+        unfinished.write_text(written, encoding="ascii")
+        os.replace(unfinished, folder / name)
 
 
 def _groups(steps: List[RecordedStep]) -> List[Group]:

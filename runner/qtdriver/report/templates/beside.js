@@ -32,6 +32,7 @@ function loadTrace(folder) {
       }
       Object.values(step.comparison || {}).forEach(know);
     }
+    if (trace.differs) [trace.differs.picture, trace.differs.passed_picture].forEach(know);
     return {...trace, folder};
   });
 }

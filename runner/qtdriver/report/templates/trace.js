@@ -225,7 +225,7 @@ function showAttempt(place, test, number, first, chosen) {
   }
 
   listbox(list, () => entries, (entry) => choose(entries.indexOf(entry)));
-  parts.push(timeline.panel, element("div", {className: "work"},
+  parts.push(...makeDiffers(trace, choose), timeline.panel, element("div", {className: "work"},
     element("section", {className: "steps panel", "aria-label": "Steps"},
       element("h3", {}, `${trace.steps.length} ${trace.steps.length === 1 ? "step" : "steps"}`), list),
     evidence));
