@@ -61,10 +61,7 @@ export ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0${ASAN_OPTIONS:+:$ASA
 for build in "${builds[@]}"; do
     major=${build#*qt}
     case "$build" in *-asan) kind=--asan ;; windows-*) kind=--windows ;; *) kind="" ;; esac
-    # clang-tidy reads in the first build how each source is compiled.
-    together=""
-    [ -z "${QTDRIVER_TOGETHER:-}" ] || [ "$build" = "${builds[0]}" ] || together=--together
-    scripts/build.sh "${major%-asan}" $kind $together --configure
+    scripts/build.sh "${major%-asan}" $kind ${QTDRIVER_TOGETHER:+--together} --configure
     [ "$kind" != --windows ] || cmake "-DQTDRIVER_ALL_WINDOWS_TESTS=${windows:+ON}" "build/$build" >/dev/null
 done
 queue=build/suites # where ctest also remembers how long each suite took, to begin with the longest

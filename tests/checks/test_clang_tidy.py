@@ -127,6 +127,15 @@ def test_a_header_the_options_or_the_version_that_change_have_a_source_looked_at
     assert checker.mark(source) != before
 
 
+def test_the_options_of_sources_that_are_compiled_together_are_known(tmp_path):
+    sources = [tmp_path / "one.cpp", tmp_path / "two.cpp"]
+    together = tmp_path / "Unity" / "unity_0_cxx.cxx"
+    together.parent.mkdir()
+    together.write_text("/* generated */\n" + "".join(f'#include "{source}"\n' for source in sources))
+    assert tidy.compiled_with({"file": str(together)}) == sources
+    assert tidy.compiled_with({"file": str(sources[0])}) == sources[:1]
+
+
 def object_of(checker, source):
     words = checker.commands[source]["command"].split()
     return words[words.index("-o") + 1]

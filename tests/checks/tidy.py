@@ -44,6 +44,14 @@ def stamp(path):
     return f"{path} {status.st_size} {status.st_mtime_ns}"
 
 
+def compiled_with(entry):
+    """The sources that a command of the build compiles: one, or several that another file includes."""
+    file = Path(entry["file"])
+    if file.parent.name != "Unity":
+        return [file]
+    return [Path(name) for name in re.findall(r'^#include "(.*\.cpp)"$', file.read_text(), re.MULTILINE)]
+
+
 class Tidy:
     """clang-tidy with the options of one build, and what it has passed there."""
 
@@ -52,7 +60,7 @@ class Tidy:
         self.folder = ROOT / "build" / "clang-tidy" / build.name
         self.folder.mkdir(parents=True, exist_ok=True)
         commands = json.loads((build / "compile_commands.json").read_text())
-        self.commands = {Path(entry["file"]): entry for entry in commands}
+        self.commands = {source: entry for entry in commands for source in compiled_with(entry)}
 
     @lru_cache(maxsize=None)
     def dependencies(self):
@@ -84,6 +92,7 @@ class Tidy:
         facts = [
             version(),
             stamp(CONFIGURATION),
+            str(source),
             str(self.options(source)),
             str(ANALYZER_OPTIONS),
             *map(stamp, files),
