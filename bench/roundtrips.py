@@ -3,6 +3,7 @@
 import itertools
 import statistics
 import subprocess
+import time
 from pathlib import Path
 from typing import Any, Dict, List
 
@@ -13,6 +14,19 @@ from wire import Line, listen
 SETTLING = b"8,Bench"
 
 
+READY_SECONDS = 20
+
+
+def wait_until_ready(agent: Line, request: str, expected: str) -> None:
+    """Asks until the reply begins as expected, as long as the agent says that its widget is not ready yet: a window that
+    has only just appeared still moves."""
+    deadline = time.monotonic() + READY_SECONDS
+    reply = agent.ask(request.encode())
+    while reply.startswith(b"9,") and time.monotonic() < deadline:
+        reply = agent.ask(request.encode())
+    assert reply.startswith(expected.encode()), f"{request} is answered {reply!r}"
+
+
 def times(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]:
     """Medians in microseconds of the request, the echo of it, and Qt's calls for it, taken in turns.
 
@@ -21,8 +35,7 @@ def times(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]
     """
     taken: Dict[str, List[float]] = {"ours": [], "echo": [], "qt": []}
     for request in trip.requests:
-        reply = agent.ask(request.encode())
-        assert reply.startswith(trip.reply.encode()), f"{request} is answered {reply!r}"
+        wait_until_ready(agent, request, trip.reply)
     requests = itertools.cycle(request.encode() for request in trip.requests)
     for number in range(rounds + rounds // 10):
         request = next(requests)
