@@ -88,7 +88,8 @@ void buildRefusing(TestHost& host, const char* name, const char* title, Qt::Wind
     host.onRequest(QLatin1String("show-") + QLatin1String(name), [window] { window->show(); });
 }
 
-void buildScene(TestHost& host)
+// The widget that the scene embeds, with all kinds of children.
+QWidget* embeddedWidget(TestHost& host)
 {
     auto* embedded = addWindow("embedded", "Embedded", QRect(0, 0, 200, 140));
     addButton(host, embedded, "inner", QRect(20, 10, 100, 40));
@@ -102,6 +103,11 @@ void buildScene(TestHost& host)
     auto* spin = new QSpinBox(embedded);
     spin->setObjectName(QLatin1String("innerSpin"));
     spin->setGeometry(130, 10, 60, 40);
+    return embedded;
+}
+
+void buildScene(TestHost& host)
+{
     auto* dialog = new QDialog; // a window of its own: with an embedded parent it would be embedded, too
     dialog->setObjectName(QLatin1String("question"));
     dialog->setWindowTitle(QLatin1String("Question"));
@@ -111,6 +117,7 @@ void buildScene(TestHost& host)
     host.onRequest(QLatin1String("openQuestion"), [dialog] { dialog->show(); });
     host.onRequest(QLatin1String("closeQuestion"), [dialog] { dialog->hide(); });
     auto* scene = new QGraphicsScene;
+    QWidget* const embedded = embeddedWidget(host);
     QGraphicsProxyWidget* const item = scene->addWidget(embedded);
     auto* note = new QLabel(QLatin1String("A note"));
     note->setObjectName(QLatin1String("note"));

@@ -10,7 +10,7 @@ from typing import Dict, List, Mapping, Optional, Tuple
 from ..desktop.desktop import Desktop
 from ..desktop.session import session_settings
 from ..errors import NoClientError
-from ..launch.process import FailedStart, Process
+from ..launch.process import FailedStart
 from ..launch.starting import start
 from ..launch.supervision import is_within
 from ..launch.wine import WineDesktops
@@ -144,21 +144,14 @@ class Driver(ClosedOnLeaving):
 
         Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
-        if plain_look and keep_home:
-            raise ValueError("plain_look needs a home folder of the application's own: leave out keep_home")
         surroundings = self._environment(
             environment,
             self._headless if headless is None else headless,
-            plain_look or (self._isolated and not keep_home),
+            keep_home,
             plain_look,
+            settings,
         )
-        if settings is not None:
-            self._write_settings(settings, surroundings, keep_home)
-
-        def tell(process: Process) -> None:
-            for listener in self.listeners:
-                listener.start_failed(FailedStart(str(program), process, surroundings.get("DISPLAY")))
-
+        display = surroundings.get("DISPLAY")
         connection, process = start(
             [str(program), *arguments],
             pending_agents=self._pending_agents,
@@ -170,23 +163,15 @@ class Driver(ClosedOnLeaving):
             working_directory=working_directory,
             load_by=self._load_by if load_by is None else load_by,
             wine=self._wine,
-            failed=tell,
+            failed=lambda failed: self._tell_failed_start(FailedStart(str(program), failed, display)),
         )
         seconds = self.timeout if timeout is None else timeout
         look = look_of_launched(process, arguments, surroundings, plain_look)
-        return self._register(
-            App(connection, process, timeout=seconds, display=surroundings.get("DISPLAY"), look=look)
-        )
+        return self._register(App(connection, process, timeout=seconds, display=display, look=look))
 
-    def _write_settings(
-        self, settings: SettingsFiles, surroundings: Mapping[str, str], keep_home: bool
-    ) -> None:
-        if not self._isolated or keep_home:
-            raise ValueError(
-                "settings would be written into the user's own folder: they need Driver(isolated=True), as the fixture of "
-                "pytest is, and no keep_home"
-            )
-        write_settings(settings, surroundings)
+    def _tell_failed_start(self, failed: FailedStart) -> None:
+        for listener in self.listeners:
+            listener.start_failed(failed)
 
     def attach(
         self,
@@ -231,8 +216,15 @@ class Driver(ClosedOnLeaving):
         return app
 
     def _environment(
-        self, additional: Optional[Mapping[str, str]], headless: bool, isolated: bool, plain_look: bool
+        self,
+        additional: Optional[Mapping[str, str]],
+        headless: bool,
+        keep_home: bool,
+        plain_look: bool,
+        settings: Optional[SettingsFiles],
     ) -> Dict[str, str]:
+        """The environment of an application, whose home folder gets the settings. Raises ValueError; see _check_home()."""
+        _check_home(self._isolated, keep_home, plain_look, settings)
         environment = dict(os.environ)
         if headless:
             if self._desktop is None:
@@ -240,13 +232,15 @@ class Driver(ClosedOnLeaving):
             environment.update(self._desktop.environment)
         else:
             environment.update(session_settings(environment))
-        if isolated:
+        if plain_look or (self._isolated and not keep_home):
             if self._home is None:
                 self._home = IsolatedHome()
             environment.update(self._home.environment(environment))
             if plain_look:
                 environment = applied(environment, prepare_plain_look(self._home.folder, environment))
         environment.update(additional or {})
+        if settings is not None:
+            write_settings(settings, environment)
         return environment
 
     def close(self) -> None:
@@ -269,3 +263,14 @@ class Driver(ClosedOnLeaving):
         if self._owns_desktop and self._desktop is not None:
             self._desktop.close()
             self._desktop = None
+
+
+def _check_home(isolated: bool, keep_home: bool, plain_look: bool, settings: Optional[SettingsFiles]) -> None:
+    """Raises ValueError for what needs a home folder of the application's own, where it would have the user's."""
+    if plain_look and keep_home:
+        raise ValueError("plain_look needs a home folder of the application's own: leave out keep_home")
+    if settings is not None and (not isolated or keep_home):
+        raise ValueError(
+            "settings would be written into the user's own folder: they need Driver(isolated=True), as the fixture of "
+            "pytest is, and no keep_home"
+        )

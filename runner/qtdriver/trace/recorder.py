@@ -239,14 +239,16 @@ class Recorder(StepListener):
             entry.step.action = secrets.hide(entry.step.action)
             entry.step.error = secrets.hide(entry.step.error)
 
-    def _trace(self) -> Trace:
-        saved = self._save_pictures()
+    def _note_what_is_missing(self) -> None:
         if self._forgotten:
             self._note(f"the first {self._forgotten} steps were dropped: the last {KEPT_STEPS} are kept")
-
         for entry in self._entries:
             for refusal in entry.app.connection.transcript.refusals:
                 self._note(f"refused before process {entry.app.pid} came: {refusal}")
+
+    def _trace(self) -> Trace:
+        saved = self._save_pictures()
+        self._note_what_is_missing()
 
         def name(picture: Optional[Pending]) -> str:
             return saved[picture.number].name if picture is not None and picture.number in saved else ""
