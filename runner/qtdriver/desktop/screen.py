@@ -9,7 +9,7 @@ import ctypes
 import os
 import sys
 from ctypes.util import find_library
-from typing import TYPE_CHECKING, Any, Callable, Dict, List, Optional
+from typing import TYPE_CHECKING, Any, Callable, Dict, List, Optional, Set
 
 from ..errors import PictureError
 
@@ -98,6 +98,8 @@ class _SharedImage:
     """A picture of the screen in memory that the X server writes (MIT-SHM)."""
 
     _errors: List[int] = []
+    _gone: Set[int] = set()
+    """The connections whose X server has ended."""
 
     def __init__(self, name: str) -> None:
         """Raises OSError when the display cannot do it, AttributeError or OSError without Xlib, and PictureError where nobody
@@ -109,6 +111,9 @@ class _SharedImage:
             raise PictureError(f"no picture of the display {name}: it cannot be opened")
         _SharedImage._errors.clear()
         self._x.XSetErrorHandler(_ERROR_HANDLER)
+        if hasattr(self._x, "XSetIOErrorExitHandler"):  # since version 1.7 of Xlib
+            self._x.XSetIOErrorHandler(_BREAK_HANDLER)
+            self._x.XSetIOErrorExitHandler(self._connection, _END_HANDLER, None)
         if not self._extension.XShmQueryExtension(self._connection):
             raise OSError("no shared memory with the display")
         self._root = self._x.XDefaultRootWindow(self._connection)
@@ -158,6 +163,8 @@ class _SharedImage:
         self._extension.XShmGetImage(
             self._connection, ctypes.c_ulong(self._root), self._image, 0, 0, ctypes.c_ulong(_ALL_PLANES)
         )
+        if self._connection in self._gone:
+            raise OSError("the X server has ended")
         if self._errors:
             raise OSError("the X server refuses it")
         image = self._image.contents
@@ -175,11 +182,29 @@ _ERROR_HANDLER = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p
 """In place of Xlib's own one, which would end the process."""
 
 
+def _ignore_break(_: int) -> int:
+    return 0
+
+
+_BREAK_HANDLER = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p)(_ignore_break)
+"""Comes before the _END_HANDLER; Xlib's own one would print a message and end the process."""
+
+
+def _note_end(connection: int, _: int) -> None:
+    _SharedImage._gone.add(connection)
+
+
+_END_HANDLER = ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.c_void_p)(_note_end)
+"""In place of one that would end the process, with the pictures of all displays, where the X server of one has ended."""
+
+
 def _library(name: str) -> Any:
     library = ctypes.CDLL(find_library(name) or f"lib{name}.so")
     if name == "X11":
         library.XOpenDisplay.restype = ctypes.c_void_p
         library.XDefaultVisual.restype = ctypes.c_void_p
+        if hasattr(library, "XSetIOErrorExitHandler"):
+            library.XSetIOErrorExitHandler.argtypes = [ctypes.c_void_p] * 3
         library.XDefaultRootWindow.restype = ctypes.c_ulong
         for function in ("XDefaultScreen", "XDefaultRootWindow", "XSync"):
             getattr(library, function).argtypes = [ctypes.c_void_p] + [ctypes.c_int] * (function == "XSync")

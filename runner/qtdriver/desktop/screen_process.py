@@ -74,6 +74,7 @@ class ScreenProcess:
         self._process: "Optional[subprocess.Popen[str]]" = None
         self._pending: Dict[int, Pending] = {}
         self._number = 0
+        self._writes_later = False
         self._lock = threading.Lock()
 
     def __repr__(self) -> str:
@@ -121,6 +122,7 @@ class ScreenProcess:
         """
         wanted = sorted({picture.number for picture in pictures})
         path = str(folder.absolute())
+        self._writes_later = self._writes_later or later
         order = self._order(do="save", store=store, folder=path, pictures=wanted, later=later)
         told = order.wait(_SAVE_SECONDS)
         saved = {}
@@ -130,7 +132,8 @@ class ScreenProcess:
 
     def finish(self) -> None:
         """Waits until all pictures are written. Raises OSError for one that could not be, and PictureError."""
-        if self._process is not None:
+        if self._process is not None and self._writes_later:
+            self._writes_later = False
             self._order(do="finish").wait(_SAVE_SECONDS)
 
     def forget(self, store: int) -> None:
