@@ -8,13 +8,14 @@ shows that everything runs.
 import argparse
 import json
 import re
-import subprocess
 from pathlib import Path
+from typing import Any, Dict
 
 import awaited
 import inprocess
 import roundtrips
 import startup
+import underwine
 
 
 def processor() -> str:
@@ -23,16 +24,25 @@ def processor() -> str:
 
 
 def qt_version(build: Path) -> str:
-    """The version of Qt that the build links, as its library's name says."""
+    """The version of Qt that CMake has found for the build."""
     cache = (build / "CMakeCache.txt").read_text()
-    major = re.search(r"^QTDRIVER_QT:\w+=(\d)$", cache, re.MULTILINE)
-    assert major, "not a build of qtdriver"
-    library = {"4": "libQtCore.so.4", "5": "libQt5Core.so.5", "6": "libQt6Core.so.6"}[major[1]]
-    listing = subprocess.run(
-        ["ldd", build / "bin" / "benchmarks"], stdout=subprocess.PIPE, check=True, text=True
-    ).stdout
-    path = next(line.split()[2] for line in listing.splitlines() if line.split()[0] == library)
-    return Path(path).resolve().name.split(".so.")[1]
+    version = re.search(r"^QTDRIVER_QT_VERSION:\w+=(.+)$", cache, re.MULTILINE)
+    assert version, "not a build of qtdriver"
+    return version[1]
+
+
+def measure(build: Path, quick: bool) -> Dict[str, Any]:
+    """The report of a build: of one for Windows the round trips, of others all."""
+    version = qt_version(build)
+    report = {"qt": version, "processor": processor(), "quick": quick}
+    if build.name.startswith("windows-"):
+        return {**report, "wine": underwine.version(), "results": underwine.measure(build, version[0], quick)}
+    command = [str(build / "bin" / "benchhost"), str(build / "lib" / "libqtdriver.so")]
+    results = startup.measure(build, quick)
+    results += roundtrips.measure(command, quick)
+    results += awaited.measure(build, quick)
+    results += inprocess.measure(build / "bin" / "benchmarks", quick)
+    return {**report, "results": results}
 
 
 def main() -> None:
@@ -41,11 +51,7 @@ def main() -> None:
     parser.add_argument("--quick", action="store_true")
     options = parser.parse_args()
     build = options.build.resolve()
-    results = startup.measure(build, options.quick)
-    results += roundtrips.measure(build, options.quick)
-    results += awaited.measure(build, options.quick)
-    results += inprocess.measure(build / "bin" / "benchmarks", options.quick)
-    report = {"qt": qt_version(build), "processor": processor(), "quick": options.quick, "results": results}
+    report = measure(build, options.quick)
     name = "bench-quick.json" if options.quick else "bench.json"
     (build / name).write_text(json.dumps(report, indent=1) + "\n")
 

@@ -32,6 +32,7 @@ INPUT = "Input until its effect is seen"
 START = "Start-up"
 RUNNER = "The runner"
 TRIPS = "Round trips, window of 100 widgets"
+WINE = "Round trips under Wine, window of 100 widgets"
 KEYS = "the same keys"
 MODEL = "the model's texts"
 

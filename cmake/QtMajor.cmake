@@ -2,7 +2,7 @@
 #   qtdriver::qt       core, gui, widgets and network of the chosen Qt
 #   qtdriver::qttest   the above and QtTest
 #   qtdriver::qregexp  the class QRegExp, for tests only: in Qt 6 it is a library of its own, which need not be there
-# and adds tests with qtdriver_add_unit_test and qtdriver_add_protocol_test.
+# and adds tests with qtdriver_add_pytests.
 
 set(QTDRIVER_QT "" CACHE STRING "Qt major version to build for: 4, 5 or 6")
 if(NOT QTDRIVER_QT MATCHES "^[456]$")
@@ -111,6 +111,9 @@ endfunction()
 
 # qtdriver_compile_together(TARGET): has the sources of a target share Qt's headers, a dozen at a time.
 function(qtdriver_compile_together target)
+  if(CMAKE_HOST_WIN32) # where Python is elsewhere, and nobody compiles often
+    return()
+  endif()
   get_target_property(sources ${target} SOURCES)
   list(FILTER sources INCLUDE REGEX "\\.cpp$")
   execute_process(COMMAND /usr/bin/python3 ${PROJECT_SOURCE_DIR}/scripts/together.py ${sources}
@@ -128,25 +131,6 @@ endfunction()
 
 # Tests run on a private desktop, so that each owns the mouse, the keyboard focus and port 4242.
 set(with_desktop ${PROJECT_SOURCE_DIR}/scripts/with-desktop.sh)
-
-# qtdriver_add_unit_test(SOURCE [OFFSCREEN]): a QtTest program; with OFFSCREEN it runs on the offscreen platform, too.
-function(qtdriver_add_unit_test source)
-  get_filename_component(name ${source} NAME_WE)
-  add_executable(${name} ${source})
-  target_link_libraries(${name} PRIVATE qtdriver_objects qtdriver::qttest)
-  qtdriver_declares_objects_in_sources(${name})
-  qtdriver_precompile(unit_tests ${name} <QTest> <QApplication> <QLineEdit> <QMainWindow> <QMenu> <QPointer>
-    <QPushButton> <QStandardItemModel> <QTreeWidget> <QVBoxLayout>)
-  if(WIN32)
-    return() # tests/windows runs them all on one desktop
-  endif()
-  add_test(NAME unit/${name} COMMAND ${with_desktop} $<TARGET_FILE:${name}>)
-  set_tests_properties(unit/${name} PROPERTIES TIMEOUT 120)
-  if("OFFSCREEN" IN_LIST ARGN AND QTDRIVER_QT GREATER 4)
-    add_test(NAME unit/${name}/offscreen COMMAND env QT_QPA_PLATFORM=offscreen $<TARGET_FILE:${name}>)
-    set_tests_properties(unit/${name}/offscreen PROPERTIES TIMEOUT 120)
-  endif()
-endfunction()
 
 # Test files are compiled once for all suites, outside of the sources.
 set(python_cache "PYTHONDONTWRITEBYTECODE=;PYTHONPYCACHEPREFIX=${PROJECT_SOURCE_DIR}/build/pycache")

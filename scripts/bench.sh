@@ -1,20 +1,23 @@
 #!/usr/bin/env bash
-# Measures what the agent costs, and prints one table: scripts/bench.sh [--quick] [--document] [QT]...
+# Measures what the agent costs, and prints one table: scripts/bench.sh [--quick] [--windows] [--document] [QT]...
 # By default for Qt 5 and 6, and 4 where QMAKE4 names its qmake. --quick shows in seconds that everything runs; its figures
-# mean nothing. --document writes the table into docs/performance.md.
+# mean nothing. --windows measures round trips under Wine as well, with each Qt that QT4_WINDOWS, QT5_WINDOWS or QT6_WINDOWS
+# names the folder of. --document writes the table into docs/performance.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 majors=()
 quick=()
 document=()
+windows=""
 result=bench.json
 for argument in "$@"; do
     case "$argument" in
         --quick) quick=(--quick); result=bench-quick.json ;;
+        --windows) windows=yes ;;
         --document) document=(--document docs/performance.md) ;;
         4|5|6) majors+=("$argument") ;;
-        *) echo "usage: scripts/bench.sh [--quick] [--document] [4|5|6]..." >&2; exit 2 ;;
+        *) echo "usage: scripts/bench.sh [--quick] [--windows] [--document] [4|5|6]..." >&2; exit 2 ;;
     esac
 done
 if [ ${#majors[@]} -eq 0 ]; then
@@ -22,13 +25,22 @@ if [ ${#majors[@]} -eq 0 ]; then
     [ ! -x "${QMAKE4:-}" ] || majors+=(4)
 fi
 scripts/setup.sh
-reports=()
+builds=()
 for major in "${majors[@]}"; do
     scripts/build.sh "$major"
-    reports+=("build/qt$major/$result")
+    builds+=("build/qt$major")
+    folder=QT${major}_WINDOWS
+    [ -n "$windows" ] && [ -d "${!folder:-/nonexistent}/bin" ] || continue
+    build=build/windows-qt$major
+    scripts/build.sh "$major" --windows --configure
+    cmake -DQTDRIVER_ALL_WINDOWS_TESTS=ON "$build" >/dev/null
+    cmake --build "$build" --target qtdriver benchhost -- --quiet
+    builds+=("$build")
 done
-for major in "${majors[@]}"; do
-    echo "bench: measuring Qt $major" >&2
-    scripts/with-desktop.sh /usr/bin/python3 bench/measure.py "build/qt$major" ${quick[@]+"${quick[@]}"}
+reports=()
+for build in "${builds[@]}"; do
+    echo "bench: measuring ${build#build/}" >&2
+    scripts/with-desktop.sh /usr/bin/python3 bench/measure.py "$build" ${quick[@]+"${quick[@]}"}
+    reports+=("$build/$result")
 done
 /usr/bin/python3 bench/report.py ${document[@]+"${document[@]}"} "${reports[@]}"

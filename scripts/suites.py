@@ -6,7 +6,8 @@ A BUILD is the name of a folder below build/ that CMake has configured, such as 
   - suites.json, the same as a list, by which count_tests.py sees that none is missing.
 A suite labelled "once" does not depend on the Qt, runs for the first build only, and waits for no build but one that it
 names itself. Builds with sanitizers run the suites that talk to the agent where there are plain builds beside them, else
-all. --only leaves the suites whose names the expression is found in, and their builds.
+all. Several files of protocol/ are one suite, "qt5/protocol/test_a+test_b". --only leaves the suites whose names the
+expression is found in, and their builds.
 """
 
 import argparse
@@ -25,6 +26,9 @@ BUILD_COMMANDS = {"qt5-fuzz": [str(ROOT / "scripts" / "fuzz.sh"), "--build"]}
 BUILD_SECONDS = 3600
 CORES = str(os.cpu_count())
 ONCE = "once for all Qts"
+# Small files of tests share a desktop and a pytest, which take half a second of a processor to start.
+SHARING = "/protocol/test_"
+SHARED_BYTES = 20000  # as large as one of the longer files
 
 
 def group_of(build):
@@ -69,6 +73,28 @@ def suites_of(build, builds):
             "command": command,
             "properties": properties,
         }
+
+
+def put_together(suites):
+    """The same tests as fewer suites: of files that run alike, one after the other, until they are long enough."""
+    result, sizes = [], []
+    for suite in suites:
+        size = sum(Path(word).stat().st_size for word in suite["command"] if word.endswith(".py"))
+        last = result[-1] if result and SHARING in suite["name"] else None
+        if last and how_it_runs(last) == how_it_runs(suite) and sizes[-1] + size <= SHARED_BYTES:
+            last["name"] += "+" + suite["name"].rpartition("/")[2]
+            last["command"].append(suite["command"][-1])
+            sizes[-1] += size
+        else:
+            result.append(suite)
+            sizes.append(size)
+    return result
+
+
+def how_it_runs(suite):
+    """All of a suite but its files."""
+    command = [word for word in suite["command"] if not word.endswith(".py")]
+    return suite["name"].rpartition("/")[0], command, suite["properties"]
 
 
 def build_command(build, builds):
@@ -138,12 +164,12 @@ def main():
     parser.add_argument("--only", default="")
     parser.add_argument("builds", nargs="+")
     options = parser.parse_args()
-    suites = [
+    suites = put_together(
         suite
         for build in options.builds
         for suite in suites_of(build, options.builds)
         if re.search(options.only, suite["name"])
-    ]
+    )
     if not (options.folder / "Testing" / "Temporary" / "CTestCostData.txt").exists():
         guess_costs(suites)
     suites = [*builds_for(suites, options.builds), *suites]

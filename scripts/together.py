@@ -21,8 +21,8 @@ FILE_SCOPE = re.compile(
 
 
 def names(text):
-    """All names that a source may declare at the scope of its file; some more do no harm."""
-    return set(FILE_SCOPE.findall(text))
+    """All names that a source may declare at the scope of its file; some more do no harm. Macros are in capitals."""
+    return {name for name in FILE_SCOPE.findall(text) if not name.isupper()}
 
 
 def groups(sources, most=MOST_TOGETHER):

@@ -8,13 +8,14 @@ namespace {
 
 const int asciiCount = 128;
 
-// The ASCII characters in one case. "&" and blanks, which no synthetic name has, are 0.
+// The ASCII characters in one case. "&" and blanks, which no synthetic name has, are 0. Not constexpr: Microsoft's compiler
+// of 2015 knows no loops there.
 struct AsciiCase
 {
     ushort characters[asciiCount];
 };
 
-constexpr AsciiCase asciiCase(ushort from, ushort to, int difference)
+AsciiCase asciiCase(ushort from, ushort to, int difference)
 {
     AsciiCase table{};
     for (ushort code = 0; code < asciiCount; ++code) {
@@ -25,8 +26,8 @@ constexpr AsciiCase asciiCase(ushort from, ushort to, int difference)
     return table;
 }
 
-constexpr AsciiCase upperCase = asciiCase('a', 'z', 'A' - 'a');
-constexpr AsciiCase lowerCase = asciiCase('A', 'Z', 'a' - 'A');
+const AsciiCase upperCase = asciiCase('a', 'z', 'A' - 'a');
+const AsciiCase lowerCase = asciiCase('A', 'Z', 'a' - 'A');
 
 // Whether the text and the name end alike but for case: false if the text cannot become the name. The labels of one
 // window, such as numbered ones, differ at their ends more often than at their beginnings.

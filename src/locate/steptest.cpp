@@ -87,7 +87,7 @@ struct StepTest::Prepared
     ClassMemo<ClassProperty> propertyOfClass;
     QSet<const QWidget*> atPath;
     QSet<const QWidget*> labelled;
-    const QWidget* referred = nullptr;
+    const QWidget* referred;
 };
 
 StepTest::StepTest(const Step& step, QWidget* window)

@@ -25,9 +25,9 @@ def configured():
     return sorted((name for name in found if not name.endswith("-fuzz")), key=lambda name: (len(name), name))
 
 
-def has_all_windows_tests(build):
-    """Whether a build is one for Windows, and its tests are more than a part."""
-    return "QTDRIVER_ALL_WINDOWS_TESTS:BOOL=ON" in (ROOT / "build" / build / "CMakeCache.txt").read_text()
+def has(build, option):
+    """Whether a build is configured with an option that is off by default."""
+    return f"{option}:BOOL=ON" in (ROOT / "build" / build / "CMakeCache.txt").read_text()
 
 
 @pytest.fixture(scope="module")
@@ -38,22 +38,28 @@ def queue():
     return [suite for build in builds for suite in suites.suites_of(build, builds)]
 
 
+def name_of(word):
+    return Path(word).name
+
+
 def test_every_file_of_tests_is_run_by_a_suite(queue):
     files = set(tracked("tests/**/test_*.py", "examples/**/test_*.py"))
     if not any(build.endswith("-asan") for build in configured()):
         files -= set(tracked("tests/sanitized/*"))
     if not any(build.startswith("windows-") for build in configured()):
         files -= set(tracked("tests/windows/*", "tests/e2e/test_windows_programs.py"))
-    if not any(has_all_windows_tests(build) for build in configured()):
-        files -= set(tracked("tests/windows/test_unit_programs.py"))
+    if not any(has(build, "QTDRIVER_ALL_WINDOWS_TESTS") for build in configured()):
+        files -= set(tracked("tests/windows/test_unit_programs.py", "tests/windows/test_benchmarks.py"))
+    if not any(has(build, "QTDRIVER_TEST_PACKAGES") for build in configured()):
+        files -= set(tracked("tests/packages/*"))
     run = {Path(word) for suite in queue for word in suite["command"] if word.endswith(".py")}
     assert files and sorted(files - run) == [], "no build has them registered; scripts/build.sh does it"
 
 
-def test_every_program_of_unit_tests_is_run_by_a_suite(queue):
-    programs = {source.stem for source in tracked("tests/unit/*.cpp")}
-    run = {Path(word).name for suite in queue for word in suite["command"]}
-    assert programs and sorted(programs - run) == []
+def test_every_file_of_unit_tests_is_run_by_a_suite(queue):
+    files = {source.stem for source in tracked("tests/unit/tst_*.cpp")}
+    run = {suite["command"][-1] for suite in queue if "unittests" in map(name_of, suite["command"])}
+    assert files and sorted(files - run) == []
 
 
 def test_every_program_for_tests_is_used_by_one():
@@ -161,6 +167,40 @@ def test_a_part_is_the_suites_that_are_named_so(tmp_path, monkeypatch, built):
     _, lines, listed = run_queue(tmp_path, monkeypatch, "--only", "qt5/unit", "qt5", "qt4")
     assert lines[-1] == "1 passed, 0 failed"
     assert [suite["name"] for suite in listed] == ["build/qt5", "qt5/unit/a"]
+
+
+def made_up_suites(folder, *wanted):
+    """Suites of one file each, by their names, sizes and time-outs."""
+    for name, size, timeout in wanted:
+        file = folder / f"{name.replace('/', '-')}.py"
+        file.write_text("#" * size)
+        command = ["pytest", str(file)]
+        yield {"name": name, "command": command, "properties": {"TIMEOUT": timeout}}
+
+
+def test_small_files_that_run_alike_are_one_suite_as_long_as_one_of_the_longer(tmp_path):
+    wanted = (
+        ("qt5/protocol/test_a", 9000, 600),
+        ("qt5/protocol/test_b", 9000, 600),
+        ("qt5/protocol/test_c", 9000, 600),  # too long for the first two
+        ("qt5/protocol/test_d", 30, 1200),  # another time-out
+        ("qt5/unit/test_e", 30, 1200),  # another folder
+        ("qt5/unit/test_f", 30, 1200),  # not of protocol/
+        ("qt6/protocol/test_a", 30, 600),
+        ("qt6/protocol/test_b", 30, 600),
+    )
+    before = list(made_up_suites(tmp_path, *wanted))
+    files = [suite["command"][1] for suite in before]
+    together = suites.put_together(before)
+    assert [suite["name"] for suite in together] == [
+        "qt5/protocol/test_a+test_b",
+        "qt5/protocol/test_c",
+        "qt5/protocol/test_d",
+        "qt5/unit/test_e",
+        "qt5/unit/test_f",
+        "qt6/protocol/test_a+test_b",
+    ]
+    assert [file for suite in together for file in suite["command"][1:]] == files
 
 
 def test_a_killed_worker_is_a_failure(tmp_path, monkeypatch, built):

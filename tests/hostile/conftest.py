@@ -1,6 +1,8 @@
-"""Makes the runner's package importable, whose wire forms the player uses."""
+"""Makes importable the runner's package, whose wire forms the player uses, and what the protocol's tests have."""
 
 import sys
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "runner"))
+ROOT = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "runner"))
+sys.path.append(str(ROOT / "tests" / "protocol"))

@@ -270,11 +270,6 @@ def play(build: Path, scenario: str, seed: int, commands: int, server: socket.so
     return result
 
 
-def listen() -> socket.socket:
-    """The server socket where agents look for their server."""
-    return socket.create_server(("127.0.0.1", 4242), backlog=4)
-
-
 def derived_seed(seed: int, *parts: Optional[int]) -> int:
     """A seed of its own for a session, from that of the whole run."""
     for part in parts:

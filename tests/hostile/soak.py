@@ -17,8 +17,10 @@ from typing import Counter, Dict, List
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "runner"), str(Path(__file__).resolve().parent)]
+sys.path.append(str(ROOT / "tests" / "protocol"))
 
-from session import SCENARIOS, Finding, Result, derived_seed, listen, play  # noqa: E402
+from agentserver import listen  # noqa: E402
+from session import SCENARIOS, Finding, Result, derived_seed, play  # noqa: E402
 
 COMMANDS_OF_A_SESSION = 500
 """A session that is not longer than this can be repeated by itself."""

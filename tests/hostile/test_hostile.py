@@ -6,7 +6,8 @@ from pathlib import Path
 
 import pytest
 
-from session import SCENARIOS, listen, play
+from agentserver import listen
+from session import SCENARIOS, play
 
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
 COMMANDS = 150

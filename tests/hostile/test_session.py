@@ -6,6 +6,7 @@ import sys
 import pytest
 
 import session
+from agentserver import listen
 from session import Ended, Finding, Session, play
 
 APPLICATION = """#!{python}
@@ -44,7 +45,7 @@ FAULTS = {
 
 @pytest.fixture
 def server():
-    with session.listen() as listening:
+    with listen() as listening:
         yield listening
 
 

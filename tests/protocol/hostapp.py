@@ -9,6 +9,7 @@ import subprocess
 import threading
 import time
 
+from agentserver import listen
 from hostplatform import BUILD, QT, ROOT, WINDOWS, command, environment
 
 __all__ = ["BUILD", "CLOSED", "DEADLINE", "QT", "ROOT", "WINDOWS", "HostApp", "eventually", "hexed", "listen"]
@@ -239,8 +240,3 @@ def eventually(read, expected):
         time.sleep(pause)
         pause = min(pause * 2, 0.05)
         value = read()
-
-
-def listen():
-    """A server socket where agents look for their server."""
-    return socket.create_server(("127.0.0.1", 4242), backlog=4)

@@ -277,16 +277,16 @@ def test_where_right_goes_to_the_next_cell_the_walk_passes_the_item_in_that_colu
     assert view.current() == "R4C2"
 
 
-STYLES = {"windows": True, "plastique": True, "motif": False, "cde": False, "cleanlooks": False}
+ENTERS_A_BRANCH = {"windows": True, "plastique": True, "motif": False, "cde": False, "cleanlooks": False}
 if QT > 4:
-    STYLES = {"windows": True, "fusion": True}
+    ENTERS_A_BRANCH = {"windows": True, "fusion": True}
 
 
-@pytest.mark.parametrize("style", STYLES)
+@pytest.mark.parametrize("style", ENTERS_A_BRANCH)
 def test_the_styles_of_qt_4_that_do_not_enter_a_branch_are_motif_cde_and_cleanlooks(start, style):
     view = start("tree", "-style", style)
     view.app.do("selectCells")
-    enters = STYLES[style]
+    enters = ENTERS_A_BRANCH[style]
     assert view.activate("s:R2C1/inner2") == ("0,QTreeView" if enters else error("item is not selectable"))
     assert view.current() == ("inner2" if enters else "R4C2")
 

@@ -5,6 +5,7 @@
 #include "bridge/hierarchicalname.h"
 #include "bridge/nameprovider.h"
 #include "hierarchicalnames.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -229,5 +230,5 @@ void tst_BridgeSlots::faultOfAQueuedCallStaysOutOfTheEventLoop()
     QVERIFY(!thrown);
 }
 
-QTEST_MAIN(tst_BridgeSlots)
+UNIT_TESTS(tst_bridgeslots, unit::withApplication<tst_BridgeSlots>)
 #include "tst_bridgeslots.moc"

@@ -10,6 +10,7 @@
 #include "bridge/livewidget.h"
 #include "bridge/trayiconsearch.h"
 #include "hierarchicalnames.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -97,11 +98,17 @@ void tst_BridgeWithoutApplication::applicationThatComesLaterCleansUp()
     }
 }
 
-int main(int argc, char** argv)
+namespace {
+
+int runBesideTool(int argc, char** argv)
 {
     // The programs are in bin, next to the folder with the stand-in tool.
     const QString folder = QFileInfo(QFile::decodeName(argv[0])).absolutePath();
     tst_BridgeWithoutApplication test(folder + QLatin1String("/../testtool"));
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+UNIT_TESTS(tst_bridgewithoutapplication, runBesideTool)
 #include "tst_bridgewithoutapplication.moc"

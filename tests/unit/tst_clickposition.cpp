@@ -1,6 +1,7 @@
 // Where check boxes, group boxes and radio buttons are clicked.
 
 #include "bridge/csquishproxy.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -195,5 +196,5 @@ void tst_ClickPosition::clickAtThePositionToggles()
     QVERIFY(radio->isChecked());
 }
 
-QTEST_MAIN(tst_ClickPosition)
+UNIT_TESTS(tst_clickposition, unit::withApplication<tst_ClickPosition>)
 #include "tst_clickposition.moc"

@@ -2,6 +2,7 @@
 
 #include "activewindow.h"
 #include "bridge/csquishproxy.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -193,5 +194,5 @@ void tst_DockWidgets::deletedOneIsNoDockWidget()
     QVERIFY(!proxy->getActivatedSiblingDockWidget(left));
 }
 
-QTEST_MAIN(tst_DockWidgets)
+UNIT_TESTS(tst_dockwidgets, unit::withApplication<tst_DockWidgets>)
 #include "tst_dockwidgets.moc"

@@ -2,6 +2,7 @@
 
 #include "bridge/hierarchicalname.h"
 #include "hierarchicalnames.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -174,5 +175,5 @@ void tst_HierarchicalName::trailingWildcardsAreCounted()
     QCOMPARE(LmSquishProxy::trailingWildcards(name), count);
 }
 
-QTEST_MAIN(tst_HierarchicalName)
+UNIT_TESTS(tst_hierarchicalname, unit::withApplication<tst_HierarchicalName>)
 #include "tst_hierarchicalname.moc"

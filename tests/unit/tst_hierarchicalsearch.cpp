@@ -1,6 +1,7 @@
 // The search for widgets by hierarchical name, and what its error says.
 
 #include "searchwindows.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -241,5 +242,5 @@ void tst_HierarchicalSearch::descentCountsHiddenChildrenButDoesNotReturnThem()
     QCOMPARE(error(), latin1("WidgetAmbiguousError"));
 }
 
-QTEST_MAIN(tst_HierarchicalSearch)
+UNIT_TESTS(tst_hierarchicalsearch, unit::withApplication<tst_HierarchicalSearch>)
 #include "tst_hierarchicalsearch.moc"

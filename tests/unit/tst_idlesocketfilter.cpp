@@ -1,6 +1,7 @@
 // Notifiers of sockets are told of input that is there, and of no other.
 
 #include "compat/idlesocketfilter.h"
+#include "unittests.h"
 #include "waiting.h"
 
 #include <QTest>
@@ -129,5 +130,5 @@ void tst_IdleSocketFilter::otherEventsPass()
     QVERIFY(!filter.eventFilter(&reading, &other));
 }
 
-QTEST_MAIN(tst_IdleSocketFilter)
+UNIT_TESTS(tst_idlesocketfilter, unit::withApplication<tst_IdleSocketFilter>)
 #include "tst_idlesocketfilter.moc"

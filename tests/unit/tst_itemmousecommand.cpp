@@ -3,6 +3,7 @@
 #include "errorof.h"
 #include "proxies/views/itemmousecommand.h"
 #include "proxy/sterror.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -69,5 +70,5 @@ void TestItemMouseCommand::otherTextsAreRefused()
     QCOMPARE(errorOf([&] { views::itemMouseCommand(text); }), message);
 }
 
-QTEST_MAIN(TestItemMouseCommand)
+UNIT_TESTS(tst_itemmousecommand, unit::withApplication<TestItemMouseCommand>)
 #include "tst_itemmousecommand.moc"

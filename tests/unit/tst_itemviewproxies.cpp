@@ -7,6 +7,7 @@
 #include "proxies/views/stqtable.h"
 #include "proxies/views/stqtreeview.h"
 #include "proxy/stapplicationproxy.h"
+#include "unittests.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -294,5 +295,5 @@ void TestItemViewProxies::findingACellReadsEachHeaderTextOnce()
     QCOMPARE(model.reads, rows + 50);
 }
 
-QTEST_MAIN(TestItemViewProxies)
+UNIT_TESTS(tst_itemviewproxies, unit::withApplication<TestItemViewProxies>)
 #include "tst_itemviewproxies.moc"

@@ -1,6 +1,7 @@
 // The reader of locators: what is made of one. What it refuses is tested over the wire, with the texts of the refusals.
 
 #include "locate/locator.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -105,5 +106,5 @@ void tst_Locator::anErrorTellsItsPlace()
     QCOMPARE(told, at);
 }
 
-QTEST_APPLESS_MAIN(tst_Locator)
+UNIT_TESTS(tst_locator, unit::withoutApplication<tst_Locator>)
 #include "tst_locator.moc"

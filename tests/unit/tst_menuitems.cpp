@@ -1,6 +1,7 @@
 // Finding menu items by paths, and listing the paths of all items.
 
 #include "proxies/menus/menuitems.h"
+#include "unittests.h"
 
 #include <QAction>
 #include <QMenu>
@@ -209,5 +210,5 @@ void tst_MenuItems::splitKeepsEmptyElements()
     QCOMPARE(menus::splitMenuPath(QString()).size(), 1);
 }
 
-QTEST_MAIN(tst_MenuItems)
+UNIT_TESTS(tst_menuitems, unit::withApplication<tst_MenuItems>)
 #include "tst_menuitems.moc"

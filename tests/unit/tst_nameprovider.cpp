@@ -2,6 +2,7 @@
 
 #include "bridge/nameprovider.h"
 #include "searchwindows.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -91,5 +92,5 @@ void tst_NameProvider::anotherProviderTakesTheFirstOnesPlace()
     QVERIFY(first.asked.isEmpty());
 }
 
-QTEST_MAIN(tst_NameProvider)
+UNIT_TESTS(tst_nameprovider, unit::withApplication<tst_NameProvider>)
 #include "tst_nameprovider.moc"

@@ -1,6 +1,7 @@
 #include "identify/objectname.h"
 
 #include "identify/syntheticname.h"
+#include "unittests.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -187,5 +188,5 @@ void tst_ObjectName::isAComparesTheExactClass()
     QVERIFY(!identify::isA(&box, ""));
 }
 
-QTEST_MAIN(tst_ObjectName)
+UNIT_TESTS(tst_objectname, unit::withApplication<tst_ObjectName>)
 #include "tst_objectname.moc"

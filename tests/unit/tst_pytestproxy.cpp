@@ -3,6 +3,7 @@
 #include "activewindow.h"
 #include "bridge/cpytestproxy.h"
 #include "latin1.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -224,5 +225,5 @@ void tst_PyTestProxy::eachObjectHasItsOwnError()
     QCOMPARE(second.getLastPyTestError(), latin1("WindowNotFoundError"));
 }
 
-QTEST_MAIN(tst_PyTestProxy)
+UNIT_TESTS(tst_pytestproxy, unit::withApplication<tst_PyTestProxy>)
 #include "tst_pytestproxy.moc"

@@ -1,6 +1,7 @@
 // The numbers that widgets have for a test.
 
 #include "locate/references.h"
+#include "unittests.h"
 
 #include <QSet>
 #include <QTest>
@@ -68,5 +69,5 @@ void tst_References::nothingIsLeftOnTheWidget()
     QVERIFY(widget.children().isEmpty());
 }
 
-QTEST_MAIN(tst_References)
+UNIT_TESTS(tst_references, unit::withApplication<tst_References>)
 #include "tst_references.moc"

@@ -1,4 +1,5 @@
 #include "agent/requestreader.h"
+#include "unittests.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -208,6 +209,6 @@ void tst_RequestReader::thatItMayGoOnIsToldOnlyAfterItWasHeldBack()
     QCOMPARE(resumed.count(), 1);
 }
 
-QTEST_APPLESS_MAIN(tst_RequestReader)
+UNIT_TESTS(tst_requestreader, unit::withoutApplication<tst_RequestReader>)
 
 #include "tst_requestreader.moc"

@@ -2,6 +2,7 @@
 
 #include "bridge/cinternalsquishproxycleanup.h"
 #include "bridge/cpytestproxy.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -138,5 +139,5 @@ void tst_ScriptCleanup::quittingTheApplicationCleansUp()
     QVERIFY(!second);
 }
 
-QTEST_MAIN(tst_ScriptCleanup)
+UNIT_TESTS(tst_scriptcleanup, unit::withApplication<tst_ScriptCleanup>)
 #include "tst_scriptcleanup.moc"

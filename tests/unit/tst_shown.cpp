@@ -1,6 +1,7 @@
 // The part of a text that is shown, and so can be looked for.
 
 #include "locate/shown.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -98,5 +99,5 @@ void tst_Shown::brokenHtmlIsReadInOnePass()
     QVERIFY(locate::shownText(text, Markup::Rich).size() <= text.size());
 }
 
-QTEST_APPLESS_MAIN(tst_Shown)
+UNIT_TESTS(tst_shown, unit::withoutApplication<tst_Shown>)
 #include "tst_shown.moc"

@@ -3,6 +3,7 @@
 #include "proxy/proxytable.h"
 #include "proxy/sterror.h"
 #include "proxy/stwidgetproxy.h"
+#include "unittests.h"
 
 #include <QCheckBox>
 #include <QCommandLinkButton>
@@ -82,5 +83,5 @@ void tst_STApplicationProxy::eachClassHasAProxyOfItsOwn()
     QCOMPARE(proxies.size(), 3);
 }
 
-QTEST_MAIN(tst_STApplicationProxy)
+UNIT_TESTS(tst_stapplicationproxy, unit::withApplication<tst_STApplicationProxy>)
 #include "tst_stapplicationproxy.moc"

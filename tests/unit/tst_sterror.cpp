@@ -1,6 +1,7 @@
 #include "errorof.h"
 #include "latin1.h"
 #include "proxy/sterror.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -82,5 +83,5 @@ void tst_STError::errorsAreCopied()
     QCOMPARE(copy.message, error.message);
 }
 
-QTEST_APPLESS_MAIN(tst_STError)
+UNIT_TESTS(tst_sterror, unit::withoutApplication<tst_STError>)
 #include "tst_sterror.moc"

@@ -4,6 +4,7 @@
 
 #include "proxy/eventkiller.h"
 #include "proxy/sterror.h"
+#include "unittests.h"
 #include "waiting.h"
 
 #include <QApplication>
@@ -190,6 +191,8 @@ void tst_STInputControl::keysGoToThePopupsFocusWidgetFirst()
     popup.setGeometry(150, 150, 100, 50);
     popup.show();
     edit.setFocus();
+    QVERIFY(becomesTrue([&] { return QApplication::widgetAt(popup.mapToGlobal(QPoint(90, 45))) == &popup; }));
+    QCOMPARE(QApplication::activePopupWidget(), &popup);
     control.typeText(latin1("x"));
     QCOMPARE(edit.text(), latin1("x"));
     QVERIFY(recorder.events.isEmpty());
@@ -363,5 +366,5 @@ void tst_STInputControl::aDragShowsTheTargetNoMoveWithoutButtons()
     control.mouseRelease(Qt::LeftButton, Qt::NoModifier);
 }
 
-QTEST_MAIN(tst_STInputControl)
+UNIT_TESTS(tst_stinputcontrol, unit::withApplication<tst_STInputControl>)
 #include "tst_stinputcontrol.moc"

@@ -3,6 +3,7 @@
 #include "proxy/stwidgetproxy.h"
 
 #include "compat/widgets.h"
+#include "unittests.h"
 #include "waiting.h"
 
 #include <QPushButton>
@@ -238,5 +239,5 @@ void tst_STWidgetProxy::onlyTheFirstMnemonicIsStripped()
     QCOMPARE(Proxy::stripMnemonic(text), stripped);
 }
 
-QTEST_MAIN(tst_STWidgetProxy)
+UNIT_TESTS(tst_stwidgetproxy, unit::withApplication<tst_STWidgetProxy>)
 #include "tst_stwidgetproxy.moc"

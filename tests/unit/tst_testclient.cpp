@@ -1,6 +1,7 @@
 #include "agent/testclient.h"
 
 #include "agent/buildtag.h"
+#include "unittests.h"
 #include "waiting.h"
 
 #include <QApplication>
@@ -64,12 +65,18 @@ void tst_TestClient::itIsCreatedWithoutParentAndStartsConnecting()
     delete client;
 }
 
-int main(int argc, char** argv)
+namespace {
+
+int runFromBeforeTheApplication(int argc, char** argv)
 {
     const TestClient* const beforeApplication = createTestClient();
     const QApplication application(argc, argv);
     tst_TestClient test(beforeApplication);
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+UNIT_TESTS(tst_testclient, runFromBeforeTheApplication)
 
 #include "tst_testclient.moc"

@@ -1,6 +1,7 @@
 // Texts of values: the same on every Qt as Qt 4.8 has them.
 
 #include "compat/variant.h"
+#include "unittests.h"
 
 #include <QTest>
 #include <QtCore/QDateTime>
@@ -56,5 +57,5 @@ void tst_TextOf::valuesHaveTheirTexts()
     QTEST(compat::textOf(value), "text");
 }
 
-QTEST_APPLESS_MAIN(tst_TextOf)
+UNIT_TESTS(tst_textof, unit::withoutApplication<tst_TextOf>)
 #include "tst_textof.moc"

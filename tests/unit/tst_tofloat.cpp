@@ -1,4 +1,5 @@
 #include "compat/variant.h"
+#include "unittests.h"
 
 #include <QTest>
 #include <QtCore/QLocale>
@@ -68,5 +69,5 @@ void tst_ToFloat::notANumberIsWhatItIsCalled()
     QVERIFY(number != number);
 }
 
-QTEST_APPLESS_MAIN(tst_ToFloat)
+UNIT_TESTS(tst_tofloat, unit::withoutApplication<tst_ToFloat>)
 #include "tst_tofloat.moc"

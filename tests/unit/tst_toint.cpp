@@ -1,6 +1,7 @@
 // Integers of texts, however long: what QString::toInt() tells.
 
 #include "compat/variant.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -58,5 +59,5 @@ void tst_ToInt::textsAreTheIntegersThatQtReads()
     QCOMPARE(ok, isNumber);
 }
 
-QTEST_APPLESS_MAIN(tst_ToInt)
+UNIT_TESTS(tst_toint, unit::withoutApplication<tst_ToInt>)
 #include "tst_toint.moc"

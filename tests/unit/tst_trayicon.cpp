@@ -1,6 +1,7 @@
 // The search for tray icons, and the error that it shares with the search by hierarchical name.
 
 #include "searchwindows.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -71,5 +72,5 @@ void tst_TrayIcon::errorIsSharedByAllObjects()
     QCOMPARE(error(), latin1("InvalidWidgetPath"));
 }
 
-QTEST_MAIN(tst_TrayIcon)
+UNIT_TESTS(tst_trayicon, unit::withApplication<tst_TrayIcon>)
 #include "tst_trayicon.moc"

@@ -1,6 +1,7 @@
 // Tree item paths: how segments fit rows, and what looking for items costs.
 
 #include "proxies/views/treeitempath.h"
+#include "unittests.h"
 
 #include <QStandardItemModel>
 #include <QTest>
@@ -176,5 +177,5 @@ void TestTreeItemPath::searchingReadsWhatItPassesOnce()
     QCOMPARE(model.reads, 2 * (parents + 300));
 }
 
-QTEST_MAIN(TestTreeItemPath)
+UNIT_TESTS(tst_treeitempath, unit::withApplication<TestTreeItemPath>)
 #include "tst_treeitempath.moc"

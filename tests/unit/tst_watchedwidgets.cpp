@@ -1,6 +1,7 @@
 // Widgets that an application may delete while they are looked at.
 
 #include "locate/watchedwidgets.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -127,5 +128,5 @@ void tst_WatchedWidgets::eachChangeIsSeen()
     QVERIFY(!widgets.at(1));
 }
 
-QTEST_MAIN(tst_WatchedWidgets)
+UNIT_TESTS(tst_watchedwidgets, unit::withApplication<tst_WatchedWidgets>)
 #include "tst_watchedwidgets.moc"

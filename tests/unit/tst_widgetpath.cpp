@@ -3,6 +3,7 @@
 
 #include "identify/widgetlookup.h"
 #include "identify/widgettree.h"
+#include "unittests.h"
 
 #include <QInputDialog>
 #include <QLabel>
@@ -181,5 +182,5 @@ void tst_WidgetPath::namesAreWrittenAsTheyStand()
     QCOMPARE(treeOf(window), latin1("\f0 N QWidget : \"a\"b\nc\""));
 }
 
-QTEST_MAIN(tst_WidgetPath)
+UNIT_TESTS(tst_widgetpath, unit::withApplication<tst_WidgetPath>)
 #include "tst_widgetpath.moc"

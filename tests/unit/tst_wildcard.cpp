@@ -1,6 +1,7 @@
 // Patterns for whole texts, by examples, and against the class whose meaning they have.
 
 #include "compat/wildcard.h"
+#include "unittests.h"
 
 #include <QTest>
 #include <QtCore/QStringList>
@@ -207,5 +208,5 @@ void tst_Wildcard::longPatternsMeanWhatTheyMeanToQRegExp()
 }
 #endif
 
-QTEST_APPLESS_MAIN(tst_Wildcard)
+UNIT_TESTS(tst_wildcard, unit::withoutApplication<tst_Wildcard>)
 #include "tst_wildcard.moc"

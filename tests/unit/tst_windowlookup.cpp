@@ -1,4 +1,5 @@
 #include "identify/windowlookup.h"
+#include "unittests.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -104,5 +105,5 @@ void tst_WindowLookup::withoutPopupAndModalEveryWindowIsReachable()
     QCOMPARE(identify::activityError(&window, nullptr), identify::NoError);
 }
 
-QTEST_MAIN(tst_WindowLookup)
+UNIT_TESTS(tst_windowlookup, unit::withApplication<tst_WindowLookup>)
 #include "tst_windowlookup.moc"

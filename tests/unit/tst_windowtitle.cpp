@@ -1,6 +1,7 @@
 // Windows by their title, exact or a pattern, in the search by hierarchical name.
 
 #include "searchwindows.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -105,5 +106,5 @@ void tst_WindowTitle::titleChoosesTheWindow()
     QCOMPARE(find("cancel", latin1("*2"), nullptr, true, true), ok);
 }
 
-QTEST_MAIN(tst_WindowTitle)
+UNIT_TESTS(tst_windowtitle, unit::withApplication<tst_WindowTitle>)
 #include "tst_windowtitle.moc"

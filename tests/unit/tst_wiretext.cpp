@@ -1,4 +1,5 @@
 #include "agent/wiretext.h"
+#include "unittests.h"
 
 #include <QTest>
 
@@ -80,5 +81,5 @@ void tst_WireText::latin1ComesBack()
     QCOMPARE(agent::decodehex(agent::encodehex(text)), text);
 }
 
-QTEST_APPLESS_MAIN(tst_WireText)
+UNIT_TESTS(tst_wiretext, unit::withoutApplication<tst_WireText>)
 #include "tst_wiretext.moc"

@@ -1,6 +1,7 @@
 #include "agent/wirevalue.h"
 
 #include "compat/variant.h"
+#include "unittests.h"
 
 #include <QTest>
 #include <QtCore/QLine>
@@ -85,5 +86,5 @@ void tst_WireValue::rectanglesAreInclusive()
     QCOMPARE(agent::replyForRect(QRect(-5, -6, 1, 1)), QByteArray("0,r:-5,-6,-5,-6"));
 }
 
-QTEST_APPLESS_MAIN(tst_WireValue)
+UNIT_TESTS(tst_wirevalue, unit::withoutApplication<tst_WireValue>)
 #include "tst_wirevalue.moc"
