@@ -47,13 +47,15 @@ def test_a_picture_by_shared_memory_is_the_one_that_pillow_takes():
 
     screen = Screen(None)
     assert screen._shared is not None
-    eventually(lambda: (screen.grab()(), ImageGrab.grab(xdisplay=os.environ["DISPLAY"]))).satisfies(same)
+    eventually(lambda: (screen.grab().image(), ImageGrab.grab(xdisplay=os.environ["DISPLAY"]))).satisfies(
+        same
+    )
 
 
 def test_without_shared_memory_pillow_takes_the_picture(monkeypatch):
     monkeypatch.setattr("qtdriver.desktop.screen._library", lambda name: ctypes.CDLL(None))
     screen = Screen(None)
-    assert screen._shared is None and screen.grab()().size == (1280, 1024)
+    assert screen._shared is None and screen.grab().size == (1280, 1024)
 
 
 def test_a_clipboard_without_a_display_is_said(monkeypatch):

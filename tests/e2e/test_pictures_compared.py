@@ -1,6 +1,9 @@
 """Picture snapshots without an application: what differs between pictures, which file is compared, what is refused."""
 
+import mmap
+import os
 import re
+import subprocess
 import time
 from itertools import cycle
 from types import SimpleNamespace
@@ -13,7 +16,7 @@ from qtdriver.api.window import Window
 from qtdriver.expect import picturesnapshots, steady
 from qtdriver.expect.baselines import Baselines, use_baselines
 from qtdriver.expect.comparison import Limits, compare, masked
-from qtdriver.surroundings.look import Look, look_of_launched
+from qtdriver.surroundings.look import Look, look_of_attached, look_of_launched
 
 EXACT = Limits(0, 0.0)
 
@@ -220,6 +223,21 @@ def test_an_argument_that_nothing_can_fulfil_is_an_error_at_once(seen, options, 
 def test_the_style_is_the_one_that_the_program_was_told(major, arguments, environment, plain_look, style):
     process = SimpleNamespace(qt_major=major, under_wine=False)
     assert look_of_launched(process, arguments, environment, plain_look) == Look(major, style, "linux")
+
+
+@pytest.mark.parametrize(
+    "library, major", [("libQtGui.so.4.8.7", 4), ("libQt5Widgets.so.5", 5), ("libQt6Widgets.so.60", None)]
+)
+def test_the_qt_of_an_attached_program_is_told_by_the_libraries_that_it_has_loaded(tmp_path, library, major):
+    (tmp_path / library).write_bytes(b"library")
+    with open(tmp_path / library, "rb") as file, mmap.mmap(file.fileno(), 0, prot=mmap.PROT_READ):
+        assert look_of_attached(os.getpid()) == Look(major)
+
+
+def test_the_qt_of_a_program_that_has_ended_is_not_known():
+    ended = subprocess.Popen(["true"])
+    ended.wait()
+    assert look_of_attached(ended.pid) == Look(None)
 
 
 def test_a_program_under_wine_has_a_look_of_windows():

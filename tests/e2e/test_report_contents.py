@@ -88,6 +88,20 @@ def test_pictures_beyond_the_room_of_a_page_are_named_instead(browser, made, tmp
     assert browser.text(".nothing") == "This screenshot had no room in the page. It is two/blue.png."
 
 
+@pytest.mark.parametrize("widgets, shown", [("a", "After"), ("", "Before")])
+def test_an_application_that_has_ended_is_shown_as_it_was_before(browser, made, tmp_path, widgets, shown):
+    """Its widgets cannot be listed, and the screen without it tells nothing."""
+    trace = made(
+        [dict(title="act", error="no", before="red.png", after="red.png", widgets=widgets)], trees={"a": ""}
+    )
+    Image.new("RGB", (60, 40), "red").save(trace / "red.png")
+    write_page([TestResult("a.py::bad", "failed", 1.0, "", trace, None)], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    assert browser.text(".modes [aria-pressed=true]") == shown
+    browser.click(".modes button", "Side by side")
+    assert len(browser.shown_pictures()) == 2
+
+
 @pytest.fixture
 def flaky_page(made, tmp_path):
     """A page with a test that passed at its third attempt, and one that failed twice."""

@@ -8,10 +8,18 @@ import socket
 import pytest
 from PIL import Image
 
-from qtdriver import ApplicationEndedError, ApplicationHangsError, WidgetNotFoundError, eventually
+from qtdriver import (
+    ApplicationEndedError,
+    ApplicationHangsError,
+    ConditionError,
+    WidgetNotFoundError,
+    eventually,
+)
 from qtdriver.trace import recorder as module
 from qtdriver.trace.recorder import Recorder
+from qtdriver.desktop.bands import BandCutter, Pixels
 from qtdriver.desktop.screenshots import ScreenshotStore
+from qtdriver.desktop.strips import StripWriter
 
 from showcase import running
 
@@ -38,6 +46,12 @@ def order(app):
     window.widget("brewButton").activate()
     eventually(window.widget("clickCount")).has(text="1")
     window.widget("milkCheck").check()
+
+
+def added(store, images):
+    """Pictures of a screen, in a store."""
+    cutter = BandCutter()
+    return [store.add(image.size, cutter.cut(Pixels.of(image)), "screen") for image in images]
 
 
 def picture(tmp_path, name):
@@ -80,7 +94,7 @@ def test_acting_steps_have_a_picture_before_and_after_and_reading_steps_one_afte
 
 def test_a_picture_without_a_change_is_stored_once(tmp_path):
     store = ScreenshotStore()
-    one, other = (store.add(Image.radial_gradient("L").convert("RGB"), "screen") for _ in range(2))
+    one, other = added(store, [Image.radial_gradient("L") for _ in range(2)])
     assert one is other
     store.save(tmp_path, [one, other])
     assert [file.suffix for file in tmp_path.iterdir()] == [".webp"]
@@ -130,6 +144,15 @@ def test_a_failed_step_has_its_error_and_the_widgets_that_were_there(recorded):
     (step,) = trace["steps"]
     assert step["error"].startswith("Widget (milkCheque) not found")
     assert '"milkCheck"' in trace["trees"][step["widgets"]] and step["after"]
+
+
+def test_a_failed_step_has_the_place_of_its_widget_also_where_the_test_has_used_no_extension(recorded):
+    def fail(app):
+        with pytest.raises(ConditionError):
+            eventually(app.window(name="showcase").widget("milkCheck"), timeout=0).is_checked()
+
+    (step,) = recorded(fail)["steps"]
+    assert step["error"] and step["place"] and [one["asks"][0] for one in step["exchanges"]].count("+") == 0
 
 
 def test_a_test_that_fails_after_reading_has_the_widgets_of_its_end(recorded):
@@ -299,7 +322,7 @@ def noise(seed, size=(64, 64)):
 
 def test_a_store_drops_its_oldest_pictures_beyond_the_limit(tmp_path):
     store = ScreenshotStore(kept_bytes=60_000)
-    pictures = [store.add(noise(seed), "screen") for seed in range(40)]
+    pictures = added(store, map(noise, range(40)))
     kept = store.save(tmp_path, pictures)
     assert 0 < store.dropped < 40 and len(kept) == 40 - store.dropped
     assert list(kept) == pictures[store.dropped :]
@@ -311,11 +334,12 @@ def test_pictures_come_back_as_they_were_without_their_common_border(tmp_path, q
     one.paste("red", (50, 60, 70, 80))
     other.paste("white", (100, 40, 120, 100))
     store = ScreenshotStore()
-    pictures = [store.add(image, "screen") for image in (one, other, one)]
+    pictures = added(store, (one, other, one))
     files, unwritten = store.plan(tmp_path, pictures, quickly=quickly)
     assert list(tmp_path.iterdir()) == [] and len(unwritten) == 2
+    strips = StripWriter()
     for file in unwritten:
-        file.write()
+        file.write(strips)
     assert files[pictures[0]] == files[pictures[2]] != files[pictures[1]]
     assert {file.place for file in files.values()} == {(38, 28, 94, 84)}
     for image, shown in ((one, pictures[0]), (other, pictures[1])):

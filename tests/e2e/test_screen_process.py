@@ -1,9 +1,15 @@
-"""Pictures of several screens, of which one ends."""
+"""The process that takes pictures: several screens, of which one ends; pictures that are written later."""
+
+import threading
 
 import pytest
+from PIL import Image
 
 from qtdriver import Desktop
-from qtdriver.desktop.screen_process import ScreenProcess
+from qtdriver.desktop import screen_process, screen_worker
+from qtdriver.desktop.bands import BandCutter, Pixels
+from qtdriver.desktop.screen_process import ScreenProcess, display_name
+from qtdriver.desktop.strips import StripWriter
 from qtdriver.errors import PictureError
 
 KEPT_BYTES = 100_000_000
@@ -39,3 +45,94 @@ def test_pictures_of_all_screens_stay_when_one_of_them_ends(screens, desktops, t
     screens.finish()
     assert sorted(saved) == [picture.number for picture in pictures] and dropped == 0
     assert all((tmp_path / picture.name).stat().st_size for picture in saved.values())
+
+
+def test_pictures_are_written_also_by_a_process_of_the_lowest_priority(screens, tmp_path, monkeypatch):
+    """No thread may raise its own."""
+    monkeypatch.setattr(screen_process, "_START", f"import os; os.nice(19); {screen_process._START}")
+    store = screens.new_store()
+    picture = screens.grab(display_name(None), store, KEPT_BYTES)
+    picture.wait()
+    saved, _ = screens.save(store, tmp_path, [picture], later=True)
+    screens.finish()
+    assert (tmp_path / saved[picture.number].name).stat().st_size
+
+
+class Slow:
+    """A picture that takes its time to be written, or cannot be."""
+
+    written = 0
+
+    def __init__(self, release, error=None):
+        self.release, self.error = release, error
+
+    def write(self, strips):
+        self.release.wait()
+        if self.error is not None:
+            raise self.error
+        Slow.written += 1
+
+
+def test_the_writer_says_how_many_pictures_are_left_and_goes_on_after_an_error(monkeypatch):
+    """So a run that ends waits as long as some are written, and for all of them."""
+    monkeypatch.setattr(screen_worker, "_FINISH_SECONDS", 0.0)
+    monkeypatch.setattr(Slow, "written", 0)
+    writing, release = screen_worker._Writing(), threading.Event()
+    writing.put([Slow(release), Slow(release, ValueError("no picture")), Slow(release)])
+    assert writing.finish({}) == 3
+    release.set()
+    monkeypatch.setattr(screen_worker, "_FINISH_SECONDS", 60.0)
+    with pytest.raises(ValueError, match="no picture"):
+        writing.finish({})
+    assert writing.finish({}) == 0 and Slow.written == 2
+
+
+def test_a_run_that_ends_waits_as_long_as_pictures_are_written(screens, monkeypatch):
+    answers = iter([7, 3, 0, 5, 5])
+
+    def answer(**_):
+        order = screen_process.Pending(1, "")
+        order.answer(next(answers), "")
+        return order
+
+    monkeypatch.setattr(screens, "_order", answer)
+    monkeypatch.setattr(screens, "_process", object())
+    monkeypatch.setattr(screens, "_writes_later", True)
+    screens.finish()
+    screens._writes_later = True
+    with pytest.raises(PictureError, match="5 pictures are still not written"):
+        screens.finish()
+    assert list(answers) == []
+
+
+def test_only_what_has_changed_on_a_screen_is_compressed_again():
+    screen = Image.radial_gradient("L").convert("RGB")
+    cutter = BandCutter()
+    before = cutter.cut(Pixels.of(screen))
+    screen.paste("red", (10, 40, 20, 50))
+    after = cutter.cut(Pixels.of(screen))
+    screen.paste("red", (0, 0, 1, 1))
+    corner = cutter.cut(Pixels.of(screen))
+    assert [one is other for one, other in zip(before, after)] == 2 * [True] + 2 * [False] + 12 * [True]
+    assert {band.plain for band in corner} == {b"\xff\0\0"}  # of which each band has other content
+
+
+def test_files_share_what_they_show_alike(tmp_path):
+    """Only the bands that differ in the second one are compressed, and both are as they were."""
+    strips, cutter = StripWriter(), BandCutter()
+    screen = Image.radial_gradient("L").convert("RGB")
+    part = (7, 5, 250, 251)
+    for number in range(2):
+        screen.paste("red", (10, 40, 10 + number, 50))
+        path = tmp_path / f"{number}.png"
+        path.write_bytes(strips.png(cutter.cut(Pixels.of(screen)), screen.width, part))
+        assert list(Image.open(path).getdata()) == list(screen.crop(part).getdata())
+    assert len(strips._strips) == 16 + 2
+
+
+def test_rows_of_a_screen_may_be_longer_than_they_are_wide():
+    rows = [bytes((row, 2, 3, 0)) * 5 + b"ends" for row in range(40)]
+    pixels = Pixels((5, 40), 24, memoryview(b"".join(rows)))
+    first, _, last = BandCutter().cut(pixels)
+    assert first.pixels()[:3] == b"\3\2\0" and len(first.pixels()) == 16 * 15 and len(last.pixels()) == 8 * 15
+    assert pixels.image().getpixel((4, 39)) == (3, 2, 39)

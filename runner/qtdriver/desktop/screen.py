@@ -9,12 +9,10 @@ import ctypes
 import os
 import sys
 from ctypes.util import find_library
-from typing import TYPE_CHECKING, Any, Callable, Dict, List, Optional, Set
+from typing import Any, Dict, List, Optional, Set
 
 from ..errors import PictureError
-
-if TYPE_CHECKING:
-    from PIL.Image import Image  # type: ignore[import]
+from .bands import Pixels
 
 _ALL_PLANES = 0xFFFFFFFF
 _Z_PIXMAP = 2
@@ -49,8 +47,8 @@ class Screen:
         except (OSError, AttributeError):
             pass  # no Xlib, a display of another machine, or one with other pixels: Pillow does it, more slowly
 
-    def grab(self) -> "Callable[[], Image]":
-        """Takes the whole screen as it is now. Returns a function that makes the picture of it. Raises PictureError."""
+    def grab(self) -> Pixels:
+        """Takes the whole screen as it is now. The next call may overwrite the pixels. Raises PictureError."""
         try:
             if self._shared is not None:
                 return self._shared.grab()
@@ -58,7 +56,7 @@ class Screen:
             image = self._pillow.grab(**({"all_screens": True} if sys.platform == "win32" else options))
         except OSError as error:
             raise PictureError(f"no picture of the display {self._name}: {error}") from error
-        return lambda: image
+        return Pixels.of(image)
 
 
 class _XImage(ctypes.Structure):
@@ -156,10 +154,8 @@ class _SharedImage:
         if self._errors:
             raise OSError("the display does not share memory with this process")
 
-    def grab(self) -> "Callable[[], Image]":
+    def grab(self) -> Pixels:
         """As Screen.grab(). Raises OSError."""
-        from PIL import Image
-
         self._extension.XShmGetImage(
             self._connection, ctypes.c_ulong(self._root), self._image, 0, 0, ctypes.c_ulong(_ALL_PLANES)
         )
@@ -168,9 +164,9 @@ class _SharedImage:
         if self._errors:
             raise OSError("the X server refuses it")
         image = self._image.contents
-        size, row = (image.width, image.height), image.bytes_per_line
-        pixels = ctypes.string_at(image.data, row * image.height)
-        return lambda: Image.frombytes("RGB", size, pixels, "raw", "BGRX", row, 1)
+        length = image.bytes_per_line * image.height
+        pixels = (ctypes.c_ubyte * length).from_address(image.data)
+        return Pixels((image.width, image.height), image.bytes_per_line, memoryview(pixels).cast("B"))
 
 
 def _note_error(_: int, __: int) -> int:
@@ -199,7 +195,10 @@ _END_HANDLER = ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.c_void_p)(_note_en
 
 
 def _library(name: str) -> Any:
-    library = ctypes.CDLL(find_library(name) or f"lib{name}.so")
+    try:
+        library = ctypes.CDLL(f"lib{name}.so.6")
+    except OSError:  # not where the loader looks, or of another version; a search starts other processes
+        library = ctypes.CDLL(find_library(name) or f"lib{name}.so")
     if name == "X11":
         library.XOpenDisplay.restype = ctypes.c_void_p
         library.XDefaultVisual.restype = ctypes.c_void_p

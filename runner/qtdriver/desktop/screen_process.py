@@ -15,8 +15,16 @@ from typing import Any, Dict, Iterable, List, Optional, Tuple
 from ..errors import PictureError
 from .screenshots import SavedPicture
 
-_PACKAGES = Path(__file__).resolve().parents[2]
-_START = "from qtdriver.desktop.screen_worker import main; main()"
+_PACKAGE = Path(__file__).resolve().parents[1]
+
+_START = """
+import sys, types
+package = sys.modules["qtdriver"] = types.ModuleType("qtdriver")
+package.__path__ = sys.argv[1:]
+from qtdriver.desktop.screen_worker import main
+main()
+"""
+"""The package's own module would import all of the runner, which takes more time than all else at the start."""
 
 ANSWER_SECONDS = 5.0
 """How long a display may take to answer; after that it is not asked again."""
@@ -73,6 +81,7 @@ class ScreenProcess:
     def __init__(self) -> None:
         self._process: "Optional[subprocess.Popen[str]]" = None
         self._pending: Dict[int, Pending] = {}
+        self._reader: Optional[threading.Thread] = None
         self._number = 0
         self._writes_later = False
         self._lock = threading.Lock()
@@ -131,10 +140,17 @@ class ScreenProcess:
         return saved, told["dropped"]
 
     def finish(self) -> None:
-        """Waits until all pictures are written. Raises OSError for one that could not be, and PictureError."""
-        if self._process is not None and self._writes_later:
+        """Waits until all pictures are written, however long that takes, as long as some are.
+
+        Raises OSError for one that could not be, and PictureError.
+        """
+        before = None
+        while self._process is not None and self._writes_later:
             self._writes_later = False
-            self._order(do="finish").wait(_SAVE_SECONDS)
+            left = self._order(do="finish").wait(_SAVE_SECONDS)
+            if left and left == before:
+                raise PictureError(f"{left} pictures are still not written")
+            before, self._writes_later = left, left > 0
 
     def forget(self, store: int) -> None:
         """Drops a store."""
@@ -165,19 +181,19 @@ class ScreenProcess:
     def _running(self) -> "subprocess.Popen[str]":
         if self._process is None:
             self._process = subprocess.Popen(
-                [sys.executable, "-c", _START],
+                [sys.executable, "-c", _START, str(_PACKAGE)],
                 stdin=subprocess.PIPE,
                 stdout=subprocess.PIPE,
                 stderr=subprocess.DEVNULL,
                 text=True,
                 encoding="utf-8",
                 start_new_session=True,  # Ctrl-C in the terminal is for the test, which then ends this
-                env={**os.environ, "PYTHONPATH": os.pathsep.join([str(_PACKAGES), *filter(None, sys.path)])},
+                env={**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, sys.path))},
             )
-            reader = threading.Thread(
+            self._reader = threading.Thread(
                 target=self._read, args=(self._process,), daemon=True, name="qtdriver-pictures"
             )
-            reader.start()
+            self._reader.start()
         return self._process
 
     def _read(self, process: "subprocess.Popen[str]") -> None:
@@ -204,6 +220,9 @@ class ScreenProcess:
         except (OSError, subprocess.TimeoutExpired):
             process.kill()
             process.wait()
+        if self._reader is not None:
+            # Or it would answer orders to the next process with the end of this one.
+            self._reader.join(ANSWER_SECONDS)
 
     def close(self) -> None:
         """Ends the process. The next order starts another one, without the pictures of this one."""

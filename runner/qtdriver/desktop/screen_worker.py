@@ -13,8 +13,8 @@ Orders are {"id": N, "do": NAME, ...}, answers {"id": N, "result": ...} or {"id"
     save     store, folder, pictures, later
                                         writes pictures; the result is {"files": {id: [name, place]}, "dropped": N}. With
                                         `later` it comes before they are written, which takes less time then
-    finish                              is answered when all pictures have been written; the error is that of one
-                                        that could not be
+    finish                              is answered when all pictures have been written, or after five seconds; the result
+                                        is how many have not, the error that of one that could not be
     forget   store                      drops the store
 """
 
@@ -25,18 +25,22 @@ import os
 import sys
 import threading
 import time
+from contextlib import suppress
 from pathlib import Path
 from queue import Empty, Queue
-from typing import Any, Callable, Dict, List, Optional, TextIO
+from typing import Any, Callable, Dict, List, Optional, TextIO, Tuple
 
 from ..errors import PictureError
+from .bands import Band, BandCutter, Pixels, Size
 from .screen import Screen
 from .screen_windows import list_screen_windows
 from .screenshots import Picture, ScreenshotStore, UnwrittenPicture
+from .strips import StripWriter
 
 Order = Dict[str, Any]
 
 _SAVE_SECONDS = 5.0
+_FINISH_SECONDS = 5.0
 _PRIORITY = 10
 """Pictures of tests that passed are written while nothing else wants the processor."""
 
@@ -50,18 +54,20 @@ class _Writing(threading.Thread):
     def __init__(self) -> None:
         super().__init__(daemon=True)
         self._files: "Queue[UnwrittenPicture]" = Queue(_MOST_UNWRITTEN)
-        self._error: Optional[OSError] = None
+        self._error: Optional[Exception] = None
         self.start()
 
     def run(self) -> None:
         """Writes them in their order."""
+        strips = StripWriter()
         if sys.platform == "linux":  # where a thread has a priority of its own
-            os.setpriority(os.PRIO_PROCESS, threading.get_native_id(), _PRIORITY)
+            with suppress(OSError):  # the whole process may have a lower one already
+                os.setpriority(os.PRIO_PROCESS, threading.get_native_id(), _PRIORITY)
         while True:
             file = self._files.get()
             try:
-                file.write()
-            except OSError as error:
+                file.write(strips)
+            except Exception as error:  # whatever it is: the other pictures are to be written
                 self._error = error
             self._files.task_done()
 
@@ -70,12 +76,15 @@ class _Writing(threading.Thread):
         for file in files:
             self._files.put(file)
 
-    def finish(self, _: Order) -> None:
-        """Waits until all are written. Raises the OSError of one that could not be."""
-        self._files.join()
-        error, self._error = self._error, None
-        if error is not None:
+    def finish(self, _: Order) -> int:
+        """Waits a while until all are written. Returns how many are not. Raises the error of one that could not be."""
+        with self._files.all_tasks_done:
+            self._files.all_tasks_done.wait_for(lambda: not self._files.unfinished_tasks, _FINISH_SECONDS)
+            left = self._files.unfinished_tasks
+        if not left and self._error is not None:
+            error, self._error = self._error, None
             raise error
+        return left
 
 
 class _Stores:
@@ -93,13 +102,17 @@ class _Stores:
         with self._changed:
             self._taken += 1
 
-    def add(self, orders: List[Order], image: Any) -> None:
+    def add(self, orders: List[Order], size: Size, bands: Tuple[Band, ...]) -> None:
         """Adds the picture that was announced, to the store of each order."""
         with self._changed:
             for order in orders:
                 number = order["store"]
                 store = self._stores.setdefault(number, ScreenshotStore(order["kept_bytes"]))
-                self._pictures.setdefault(number, {})[order["id"]] = store.add(image, order["display"])
+                self._pictures.setdefault(number, {})[order["id"]] = store.add(size, bands, order["display"])
+
+    def added(self) -> None:
+        """Says that the picture that was announced has been added, or cannot be."""
+        with self._changed:
             self._taken -= 1
             self._changed.notify_all()
 
@@ -118,8 +131,9 @@ class _Stores:
         if order["later"]:
             self._writing.put(unwritten)
         else:
+            strips = StripWriter()
             for file in unwritten:
-                file.write()
+                file.write(strips)
         return {"files": told, "dropped": dropped}
 
     def forget(self, order: Order) -> None:
@@ -138,6 +152,7 @@ class _Display(threading.Thread):
         self._answers = answers
         self._stores = stores
         self._screen: Optional[Screen] = None
+        self._cutter = BandCutter()
         self.orders: "Queue[Order]" = Queue()
         self.start()
 
@@ -163,23 +178,26 @@ class _Display(threading.Thread):
 
     def _grab(self, orders: List[Order]) -> None:
         try:
-            make = self._grabbed()
+            pixels = self._grabbed()
         except Exception as error:
             for order in orders:
                 self._answers.send(order, error=error)
             return
         self._stores.announce()
-        for order in orders:
-            self._answers.send(order)
-        self._stores.add(orders, make())
+        try:
+            for order in orders:
+                self._answers.send(order)
+            self._stores.add(orders, pixels.size, self._cutter.cut(pixels))
+        finally:
+            self._stores.added()
 
-    def _grabbed(self) -> "Callable[[], Any]":
+    def _grabbed(self) -> Pixels:
         if self._screen is None:
             self._screen = Screen(self._display)
         return self._screen.grab()
 
     def _picture(self, order: Order) -> None:
-        image = self._grabbed()()
+        image = self._grabbed().image()
         if order["part"] is not None:
             image = _cut_out(image, order["part"])
         image.save(order["path"], order["format"] or None)

@@ -106,7 +106,8 @@ class Recorder(StepListener):
         if step.error or not step.reads:
             with self._noting("the widgets could not be listed"):
                 entry.widgets = self._widgets(app, step.exchanges)
-            entry.place = entry.place or place_of(app, step)
+            # Nothing but the listing tells whether the application answers.
+            entry.place = entry.place or place_of(app, step, asks_agent=bool(entry.widgets))
 
     def close(self, keep: bool, *, pictures_later: bool = False) -> None:
         """Ends the recording. With `keep`, writes the trace and its pictures into the folder.

@@ -60,16 +60,20 @@ class WidgetLister:
         return text
 
 
-def place_of(app: App, step: Step) -> Optional[Place]:
+def place_of(app: App, step: Step, *, asks_agent: bool = False) -> Optional[Place]:
     """The place of the widget that a step is about: left, top, width and height in pixels of the screen.
 
-    None where the step is about no widget, the agent cannot tell its place, or the widget is not there.
+    None where the step is about no widget, the agent cannot tell its place, or the widget is not there. An agent that has
+    not been asked for its extensions yet is only asked with `asks_agent`: the test may do so in the step itself.
     """
     connection = app.connection
-    if step.target is None or "+2" not in (connection.known_extensions or ()):
+    if step.target is None:
         return None
     try:
         with _unnoticed(connection):
+            known = connection.extensions if asks_agent else connection.known_extensions
+            if "+2" not in (known or ()):
+                return None
             rect = connection.snapshot(step.window, step.target).get("rect")
     except QtDriverError:
         return None

@@ -41,6 +41,13 @@ function modesOf(step) {
   return [modes, modes.filter((mode) => mode === SNAPSHOT || mode.needs.every((moment) => step[moment]))];
 }
 
+/** The mode that shows most at first. An application that has ended or hangs can be seen before the step only. */
+function usualMode(step, possible) {
+  const find = (name) => possible.find((mode) => mode.name === name);
+  const isGone = step.error && step.before && !step.widgets;
+  return find(SNAPSHOT.name) || find(isGone ? "before" : preferredMode) || possible[possible.length - 1];
+}
+
 /** The buttons that choose the mode, and the place that shows it. */
 function makePictures(step, trace) {
   const place = element("div", {className: "pictures"});
@@ -60,8 +67,7 @@ function makePictures(step, trace) {
     place.replaceChildren(...makeMode(step, mode, trace));
   }
 
-  const usual = possible.find((mode) => mode === SNAPSHOT) || possible.find((mode) => mode.name === preferredMode);
-  if (possible.length) show(usual || possible[possible.length - 1]);
+  if (possible.length) show(usualMode(step, possible));
   else place.append(makeAbsence(step, trace));
   return {place, buttons: element("div", {className: "modes", role: "group", "aria-label": "Screenshot"}, buttons)};
 }
