@@ -1,29 +1,53 @@
 #!/usr/bin/env bash
-# Installs what qtdriver builds and tests with, from Debian's packages. Does nothing where all is there.
+# Installs what qtdriver needs, from Debian's packages: scripts/setup.sh [--use|--packages]
+# With --use only what it takes to build it for Qt 5 and to drive an application, else also what its tests need;
+# with --packages also what makes packages and tests them.
+# Does nothing where all is there.
 set -euo pipefail
 
-packages=(
+case "${1:-}" in
+    --use|--packages|"") list=${1:---test} ;;
+    *) echo "usage: scripts/setup.sh [--use|--packages]" >&2; exit 2 ;;
+esac
+
+to_use=(
     # build
-    g++ cmake ninja-build ccache lld qtbase5-dev qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
+    g++ cmake ninja-build qtbase5-dev
+    # desktop without a screen
+    xvfb openbox xdotool xclip fonts-dejavu-core util-linux iproute2
+    # runner
+    python3 python3-psutil python3-pyelftools python3-pil
+    # an application that nobody here wrote
+    speedcrunch
+)
+to_test=(
+    # build
+    ccache lld qt6-base-dev libgl-dev qt6-5compat-dev libbenchmark-dev
     # desktop for tests, demo and benchmarks
-    xvfb xserver-xephyr openbox x11-utils x11-xserver-utils xdotool xclip gdb imagemagick fonts-dejavu-core util-linux iproute2
+    xserver-xephyr x11-utils x11-xserver-utils gdb imagemagick
     # runner and its tests
-    python3 python3-psutil python3-pyelftools python3-pefile python3-pytest python3-pytest-xdist python3-hypothesis python3-pil python3-jinja2 python3-prompt-toolkit
-    python3-xlib python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver
+    python3-pefile python3-pytest python3-pytest-xdist python3-hypothesis python3-jinja2 python3-prompt-toolkit
+    python3-xlib python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver zsh man-db
     # checks
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
     # applications that nobody here wrote
-    speedcrunch featherpad keepassxc qpdfview designer-qt6 linguist-qt6
+    featherpad keepassxc qpdfview designer-qt6 linguist-qt6
     # fuzzing
     clang libclang-rt-dev
 )
+to_package=(
+    debhelper dh-python pybuild-plugin-pyproject python3-all dpkg-dev fakeroot lintian mmdebstrap
+)
+packages=("${to_use[@]}")
+[ "$list" = --use ] || packages+=("${to_test[@]}")
+[ "$list" != --packages ] || packages+=("${to_package[@]}")
 # Windows programs are built and run only where there is a Qt for Windows. Its compiler is above: programs that never run
 # are made with it to test the runner, and one source of the agent is compiled with it without any Qt.
-[ -z "${QT4_WINDOWS:-}${QT5_WINDOWS:-}${QT6_WINDOWS:-}" ] || packages+=(wine wine64)
+[ "$list" = --use ] || [ -z "${QT4_WINDOWS:-}${QT5_WINDOWS:-}${QT6_WINDOWS:-}" ] || packages+=(wine wine64)
 # Workers on other machines are tested over ssh, where it can be had; without it those tests are skipped, and say so. Where a
 # system is booted, the package would open it to the network.
 optional=()
-[ -d /run/systemd/system ] || optional+=(openssh-server)
+[ "$list" = --use ] || [ -d /run/systemd/system ] || optional+=(openssh-server)
 
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
@@ -42,4 +66,4 @@ install() {
 }
 
 install "${packages[@]}"
-install "${optional[@]}" || echo "setup: going on without ${optional[*]}"
+install ${optional[@]+"${optional[@]}"} || echo "setup: going on without ${optional[*]}"

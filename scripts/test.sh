@@ -1,22 +1,24 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs every test: scripts/test.sh [--qt N]... [--asan] [--windows] [--only REGEX]
+# Sets up, builds and runs every test: scripts/test.sh [--qt N]... [--asan] [--windows] [--packages] [--only REGEX]
 # By default for each Qt that the machine has, 5 and 6 from the packages, 4 where QMAKE4 names its qmake, and the suites that
 # talk to the agent once more in a build with sanitizers. --asan runs everything with sanitizers, and nothing without.
 # Where QT4_WINDOWS names the folder of a Qt 4.8 for Windows, a part of the tests runs under Wine, too. --windows runs all
 # that can, with Qt 5 and 6 as well where QT5_WINDOWS and QT6_WINDOWS name them, which takes half an hour more.
+# --packages also makes the packages and installs them in a Debian without compiler and checkout, which takes minutes more.
 # --only runs a part: the suites whose names the expression is found in, as "qt5/protocol/" or "checks/".
 # Builds and suites of all Qts are one queue for all cores. Ends with one line "N passed, N failed" for all suites
 # together, and with a status that is not 0 when any failed, was cut, or did not run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-usage() { sed -n '2,9s/^# \?//p' "$0" >&2; exit 2; }
-majors=() flavour="" windows="" only="" notes=()
+usage() { sed -n '2,10s/^# \?//p' "$0" >&2; exit 2; }
+majors=() flavour="" windows="" packages="" only="" notes=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --qt) majors+=("${2:?--qt needs a number}"); shift 2 ;;
         --asan) flavour=-asan; shift ;;
         --windows) windows=all; shift ;;
+        --packages) packages=ON; shift ;;
         --only) only=${2:?--only needs a regular expression}; shift 2 ;;
         *) usage ;;
     esac
@@ -51,17 +53,18 @@ if [ -z "$tested_on_windows" ]; then
 elif [ -z "$windows" ]; then
     notes+=("as Windows programs only a part is tested, with Qt 4.8 alone; --windows tests all of it")
 fi
+[ -n "$packages" ] || notes+=("no packages are made and tested; --packages does that")
 [ -z "$only" ] || notes+=("this is a part of the suites, those named like $only")
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 
 # Objects that one checkout has compiled serve another one, too.
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
-scripts/setup.sh
+scripts/setup.sh ${packages:+--packages}
 export ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}
 for build in "${builds[@]}"; do
     major=${build#*qt}
     case "$build" in *-asan) kind=--asan ;; windows-*) kind=--windows ;; *) kind="" ;; esac
-    scripts/build.sh "${major%-asan}" $kind ${QTDRIVER_TOGETHER:+--together} --configure
+    scripts/build.sh "${major%-asan}" $kind ${packages:+--packages} ${QTDRIVER_TOGETHER:+--together} --configure
     [ "$kind" != --windows ] || cmake "-DQTDRIVER_ALL_WINDOWS_TESTS=${windows:+ON}" "build/$build" >/dev/null
 done
 queue=build/suites # where ctest also remembers how long each suite took, to begin with the longest

@@ -1,6 +1,5 @@
 """Used by every act of the demonstration: steps that show a request, its reply and its effect."""
 
-import subprocess
 import time
 from pathlib import Path
 
@@ -23,6 +22,7 @@ class Stage:
 
     def __init__(self, application, window, pictures):
         self.file_name = application.file_name
+        self._application = application
         self._connection = application.connection
         self._window = window
         self._pictures = Path(pictures)
@@ -96,7 +96,7 @@ class Stage:
         """Saves a screenshot of the desktop."""
         self._pictures.mkdir(parents=True, exist_ok=True)
         file = self._pictures / f"{name}.png"
-        subprocess.run(["import", "-window", "root", str(file)], check=True)
+        self._application.screenshot(file)
         print(f"\n  screenshot: {file}", flush=True)
 
 

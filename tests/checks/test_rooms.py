@@ -24,7 +24,9 @@ STANDS_ON = {
     "expect": ("api",),
     "trace": ("api",),
     "report": ("trace",),
-    "commandline": ("report",),
+    "shell": (),
+    "project": ("launch",),
+    "commandline": ("report", "shell", "project"),
     "plugin": ("report", "expect"),
 }
 

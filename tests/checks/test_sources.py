@@ -1,5 +1,6 @@
 """Rules for the sources as a whole: layers, conditionals, formatting, types, sizes."""
 
+import ast
 import re
 import subprocess
 from pathlib import Path
@@ -90,6 +91,24 @@ def test_no_file_is_over_400_lines():
         if source.suffix in (".cpp", ".h", ".py", ".sh")
         and (length := len(source.read_text().splitlines())) > 400
     ]
+    assert long == []
+
+
+def lines_of(function):
+    """The number of lines of a function, its docstring not counted."""
+    text = function.body[0] if ast.get_docstring(function) is not None else None
+    return function.end_lineno - function.lineno + 1 - (text.end_lineno - text.lineno + 1 if text else 0)
+
+
+def test_no_python_function_is_over_40_lines():
+    functions = [
+        (source, node)
+        for source in tracked("*.py")
+        for node in ast.walk(ast.parse(source.read_text()))
+        if isinstance(node, (ast.FunctionDef, ast.AsyncFunctionDef))
+    ]
+    assert functions
+    long = [f"{source}: {function.name}" for source, function in functions if lines_of(function) > 40]
     assert long == []
 
 

@@ -2,6 +2,7 @@
 
 import os
 import shutil
+from pathlib import Path
 
 import pytest
 
@@ -199,6 +200,28 @@ def test_a_missing_agent_is_told_with_its_place_and_the_command_that_builds_it(t
         assert part in str(caught.value)
 
 
+@pytest.fixture
+def installed(monkeypatch):
+    """The runner as if it did not run from a checkout."""
+    monkeypatch.setattr(agent, "checkout_file", lambda relative: None)
+
+
+def test_agents_that_came_with_the_runner_are_used(tmp_path, monkeypatch, installed):
+    assert agent.default_build() == Path.cwd() / "build"
+    monkeypatch.setattr(agent, "_OF_WHEEL", tmp_path)
+    assert agent.default_build() == tmp_path
+
+
+def test_the_runner_of_the_debian_package_tells_which_package_has_the_agent(tmp_path, monkeypatch, installed):
+    monkeypatch.setattr(agent, "_DEBIAN_PACKAGES", Path(agent.__file__).resolve().parents[2])
+    monkeypatch.setattr(agent, "_OF_DEBIAN", tmp_path)
+    assert agent.default_build() == tmp_path
+    with pytest.raises(errors.AgentNotBuiltError, match="'apt install qtdriver-agent-qt6'"):
+        agent.agent_library(6)
+    with pytest.raises(errors.AgentNotBuiltError, match="scripts/build.sh 4"):
+        agent.agent_library(4)
+
+
 def test_the_folder_of_the_agents_may_be_a_text(build):
     assert agent.agent_library(5, str(build)) == agent.agent_library(5, build)
 
@@ -218,6 +241,32 @@ def test_a_program_for_another_processor_is_refused(tmp_path, build, program_lin
     with pytest.raises(errors.ArchitectureError, match="EM_RISCV"):
         agent.require_same_architecture(other, agent.agent_library(5, build))
     agent.require_same_architecture(path, agent.agent_library(5, build))
+
+
+def test_a_qt_that_is_older_than_the_agents_is_refused(tmp_path, compile_c):
+    """Qt 5.12 has the versions of its symbols up to its own; the agent asks for Qt_5.15."""
+
+    def qt(folder, *versions):
+        script = tmp_path / "versions"
+        nodes = zip(versions, ("", *versions))
+        script.write_text("\n".join(f"{version} {{ }} {before};" for version, before in nodes))
+        (tmp_path / folder).mkdir()
+        source = "\n".join(
+            f'void f{n}(void) {{}} __asm__(".symver f{n}, used{n}@@{v}");' for n, v in enumerate(versions)
+        )
+        options = ["-shared", "-fPIC", f"-Wl,--version-script={script}", "-Wl,-soname,libQt5Core.so.5"]
+        return compile_c(tmp_path / folder / "libQt5Core.so.5", *options, source=source)
+
+    old, new = qt("old", "Qt_5", "Qt_5.12"), qt("new", "Qt_5", "Qt_5.12", "Qt_5.15")
+    (tmp_path / "agents").mkdir()
+    using = "extern void used2(void); void start(void) { used2(); }"
+    compile_c(tmp_path / "agents" / "libqtdriver.so", "-shared", "-fPIC", new, source=using)
+    library = tmp_path / "agents" / "libqtdriver-preload.so"
+    path = compile_c(tmp_path / "editor", "-Wl,--no-as-needed", new, source=MAIN)
+    agent.require_recent_qt(path, library, {"LD_LIBRARY_PATH": str(new.parent)})
+    with pytest.raises(errors.OldQtError, match="Qt 5.15 or newer") as caught:
+        agent.require_recent_qt(path, library, {"LD_LIBRARY_PATH": str(old.parent)})
+    assert str(old) in str(caught.value)
 
 
 def test_every_error_is_one_that_the_command_line_reports():

@@ -5,14 +5,16 @@ import os
 import socket
 import subprocess
 import sys
+from pathlib import Path
 from types import SimpleNamespace
 
 import pytest
 
 from machines import SSHD, make_machines
 from pytestrun import RUNNER, Project
+from qtdriver.desktop.desktop import MARK_OF_WORKERS
 from qtdriver.plugin.parallel import Workers
-from qtdriver.plugin.remote import Evidence, receive
+from qtdriver.plugin.remote import ArtifactSender, receive
 
 PYTHON = f"env PYTHONPATH={RUNNER} {sys.executable}"
 
@@ -145,23 +147,50 @@ def test_the_interpreter_of_a_worker_by_ssh_begins_on_a_desktop():
 
 
 def test_a_report_brings_each_file_once_and_again_when_it_has_changed(tmp_path):
-    evidence = Evidence({"qtdriver_base": str(tmp_path), "qtdriver_output": str(tmp_path / "here")})
-    folder = evidence.output / "test-1"
+    sender = ArtifactSender({"qtdriver_base": str(tmp_path), "qtdriver_output": str(tmp_path / "here")})
+    folder = sender.output / "test-1"
     (folder / "trace").mkdir(parents=True)
     (folder / "error.txt").write_bytes(b"one")
     (folder / "trace" / "trace.js").write_bytes(b"\0\xff")
     for content, received in ((b"one", {"error.txt", "trace.js"}), (b"one, two", {"error.txt"})):
         (folder / "error.txt").write_bytes(content)
         report = SimpleNamespace()
-        evidence.attach(report, folder)
+        sender.attach(report, folder)
         assert {name.rpartition("/")[2] for name in report.qtdriver_files} == received
         receive(report, tmp_path / "here")
         assert vars(report) == {}, "the report does not keep them"
     assert (tmp_path / "here" / "test-1" / "error.txt").read_bytes() == b"one, two"
     assert (tmp_path / "here" / "test-1" / "trace" / "trace.js").read_bytes() == b"\0\xff"
-    assert evidence.path_there(folder) == tmp_path / "here" / "test-1"
-    evidence.pytest_unconfigure()
-    assert not evidence.output.exists()
+    assert sender.path_there(folder) == tmp_path / "here" / "test-1"
+    sender.pytest_unconfigure()
+    assert not sender.output.exists()
+
+
+def test_a_file_that_cannot_be_read_holds_up_no_other(tmp_path, monkeypatch):
+    """Those before it would never be sent: they count as sent, and are removed with the folder of the test."""
+    sender = ArtifactSender({"qtdriver_base": str(tmp_path), "qtdriver_output": str(tmp_path / "here")})
+    folder = sender.output / "test-1"
+    folder.mkdir()
+    for name in "abc":
+        (folder / name).write_text(name)
+    read = Path.read_bytes
+    with monkeypatch.context() as patched:
+        patched.setattr(Path, "read_bytes", lambda path: read(path / "no file" if path.name == "b" else path))
+        report = SimpleNamespace()
+        with pytest.raises(OSError, match="no file"):
+            sender.attach(report, folder)
+    assert set(report.qtdriver_files) == {"test-1/a", "test-1/c"}
+    later = SimpleNamespace()
+    sender.attach(later, folder)
+    sender.pytest_unconfigure()
+    assert set(later.qtdriver_files) == {"test-1/b"}
+
+
+def test_files_of_a_worker_with_a_desktop_are_removed_with_that_also_when_it_is_killed(tmp_path, monkeypatch):
+    monkeypatch.setenv("XDG_RUNTIME_DIR", str(tmp_path))
+    monkeypatch.setenv(MARK_OF_WORKERS, "1")
+    sender = ArtifactSender({"qtdriver_base": str(tmp_path), "qtdriver_output": str(tmp_path / "here")})
+    assert sender.output.parent == tmp_path
 
 
 @pytest.mark.parametrize("name", ["../out", "/tmp/out", "test-1/../../out", "alone"])

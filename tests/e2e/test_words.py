@@ -261,6 +261,8 @@ def test_items_without_a_place_are_clicked_and_say_what_they_cannot(window):
     hopper.item("Hopper B").click()
     eventually(hopper).has(currentText="Hopper B")
     assert hopper.item("Hopper B").is_selected()
+    number = hopper.items().index("Hopper B")
+    assert hopper.item(number).is_selected() and not hopper.item(number + 1).is_selected()
     hopper.choose("Hopper A")
     eventually(hopper).has(currentText="Hopper A")
     with pytest.raises(CommandError, match="have no place for the mouse"):

@@ -149,7 +149,8 @@ class WidgetItem(ItemKeys):
             return "selected" in self._states(timeout)
         if served in ITEM_VIEWS:
             return self._read_in_view("itemIsSelected", timeout) is True
-        return self.widget.read("currentText", timeout=timeout) == self.address
+        name = "currentIndex" if isinstance(self.address, int) else "currentText"
+        return self.widget.read(name, timeout=timeout) == self.address
 
     def is_checked(self, *, timeout: Optional[float] = None) -> bool:
         """Whether its check box is checked. Only for items of lists, trees and tables."""

@@ -90,13 +90,15 @@ def run_step(
         window: the window of the widget that it is about.
         target: finds that widget; None where there is none.
     """
-    step = Step(title, reads, window=window, target=target)
     if _HERE.condition is not None and _HERE.condition.takes(app):
-        yield step  # one look of a condition, which is the step of the test
+        # One look of a condition, which is the step of the test.
+        yield Step(title, reads, window=window, target=target)
         return
-    if not app.connection.transcript.begin(step):
+    if app.connection.transcript.is_in_step:
         yield None
         return
+    step = Step(title, reads, window=window, target=target)
+    app.connection.transcript.begin(step)
     _start(app, step)
     try:
         yield step
@@ -112,9 +114,9 @@ def _start(app: "App", step: Step, known: Optional[Caller] = None) -> None:
         caller = known or find_caller()
         step.title, step.action = caller.call or step.title, step.title
         step.file, step.line, step.group = caller.file, caller.line, _HERE.group
-    with bounded_by(None):
-        for listener in app.listeners:
-            listener.step_started(app, step)
+        with bounded_by(None):
+            for listener in app.listeners:
+                listener.step_started(app, step)
     step.started = time.monotonic()
 
 
@@ -123,9 +125,10 @@ def _end(app: "App", step: Step) -> None:
     hide = app.connection.secrets.hide
     step.title, step.action, step.error = hide(step.title), hide(step.action), hide(step.error)
     app.connection.transcript.end()
-    with bounded_by(None):
-        for listener in app.listeners:
-            listener.step_ended(app, step)
+    if app.listeners:
+        with bounded_by(None):
+            for listener in app.listeners:
+                listener.step_ended(app, step)
 
 
 class _Condition:
@@ -143,9 +146,10 @@ class _Condition:
         """Whether the requests to this application belong to the condition from now on."""
         if any(known is app for known, _ in self._steps):
             return True
-        step = Step(self._title, True)
-        if not app.connection.transcript.begin(step):
+        if app.connection.transcript.is_in_step:
             return False
+        step = Step(self._title, True)
+        app.connection.transcript.begin(step)
         self._steps.append((app, step))
         _start(app, step, self._caller)
         return True

@@ -16,6 +16,7 @@ from ..errors import (
     LibraryMissingError,
     NoQtError,
     NoWidgetsError,
+    OldQtError,
     ProgramNotExecutableError,
     ProgramNotFoundError,
     QtDriverError,
@@ -24,7 +25,7 @@ from ..errors import (
     UnknownFormatError,
     WineError,
 )
-from ..launch.agent import agent_library, require_same_architecture, windows_agent
+from ..launch.agent import agent_library, require_recent_qt, require_same_architecture, windows_agent
 from ..launch.loading import library_folders
 from ..launch.program import find_program, is_windows_program
 from ..launch.qtversion import qt_major
@@ -45,7 +46,7 @@ _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
     (StaticProgramError, "build the application with shared libraries"),
     (
         AgentNotBuiltError,
-        "build it: scripts/build.sh with the number of that Qt, and --windows for Windows programs",
+        "get it with that command, or name another folder with --build DIR",
     ),
     (CompilerError, "build the agent with the compiler and the Qt of the application: docs/windows.md"),
     (
@@ -55,6 +56,7 @@ _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
     (WineError, "apt install wine wine64"),
     (ExeReaderMissingError, "apt install python3-pefile"),
     (AgentPathError, MOVE_BUILD),
+    (OldQtError, "take a build of the application with a newer Qt"),
     (ArchitectureError, "build the agent for the application's processor"),
     (ElfReaderMissingError, "apt install python3-pyelftools"),
     (UnknownFormatError, "name the application's own file"),
@@ -81,7 +83,9 @@ def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]
             prefix = Path(os.environ.get("WINEPREFIX") or pattern_folder())
             library_folders(file, agent, major, os.environ, system_folder(prefix))
         else:
-            require_same_architecture(file, agent_library(major, build))
+            library = agent_library(major, build)
+            require_same_architecture(file, library)
+            require_recent_qt(file, library, os.environ)
         yield Finding("program", "ok", f"{file} uses Qt {major}, and there is an agent for it")
     except QtDriverError as error:
         yield Finding("program", "problem", str(error), _remedy(error))

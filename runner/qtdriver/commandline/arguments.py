@@ -9,6 +9,7 @@ from typing import List, NoReturn, Optional, Sequence, Tuple
 from ..errors.commandline import UsageError
 from ..launch.agent import QT_MAJORS
 from ..launch.loading import LOAD_WAYS
+from ..project.initialising import add_init_arguments
 from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
 from .outcome import EXIT_STATUSES
@@ -105,21 +106,23 @@ def wants_json(arguments: Sequence[str]) -> bool:
 def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
     """Parses the command line without the program's name. Exits after --help.
 
-    Returns the arguments: `action` is the name of the command; "run" and "doctor" have the application with its arguments
-    in `command`. Raises UsageError when the command line is wrong.
+    Returns the arguments: `action` is the name of the command; "run", "doctor" and "init" have the application with its
+    arguments in `command`. Raises UsageError when the command line is wrong.
     """
     ours, application = _split(arguments)
-    parser, run = _parsers()
+    parser, run = parsers()
     parsed = parser.parse_args(ours)
-    if parsed.action not in ("run", "doctor"):
+    if parsed.action not in ("run", "doctor", "init"):
         if application:
             parser.error(f"{parsed.action} takes no application: start it with qtdriver run --background")
         return parsed
     if parsed.command and application:
         application.insert(0, "--")  # behind the application's name it is one of the application's arguments
-    parsed.command += application
+    parsed.command = [*parsed.command, *application]
     if parsed.action == "run" and not parsed.command:
         run.error("name the application to start: qtdriver run [options] -- APP ARGS...")
+    if parsed.action == "init" and not parsed.command:
+        parser.error("name the application to test: qtdriver init FOLDER -- APP ARGS...")
     return parsed
 
 
@@ -130,7 +133,8 @@ def _split(arguments: Sequence[str]) -> Tuple[List[str], List[str]]:
     return list(arguments[:position]), list(arguments[position + 1 :])
 
 
-def _parsers() -> Tuple[_Parser, _Parser]:
+def parsers() -> Tuple[_Parser, _Parser]:
+    """The parser of the command line, and that of the command "run"."""
     epilog = "'qtdriver COMMAND --help' explains a command, with an example."
     parser = _Parser(prog="qtdriver", description=_DESCRIPTION, epilog=epilog, formatter_class=_RAW)
     parser.add_argument(
@@ -143,29 +147,10 @@ def _parsers() -> Tuple[_Parser, _Parser]:
         _add_holder(one_shot)
         verb.add_arguments(one_shot)
     _add_holder(_add(commands, STOP, "ends what run --background holds", "stop"))
-    doctor = _add(
-        commands, "doctor", "checks what usually goes wrong, and says how to mend it", "doctor -- ./editor"
-    )
-    trace = _add(
-        commands,
-        "trace",
-        "prints the steps, the error, the requests and the pictures of a failure",
-        "trace test-results/test_order-test_milk-0a1b2c --json",
-    )
-    trace.add_argument(
-        "folder", type=Path, metavar="FOLDER", help="the folder of the failure, or of its trace"
-    )
-    merging = _add(
-        commands,
-        "report",
-        "merges the results of shards: one page and one JUnit file",
-        "report merge shard-1 shard-2 --output test-results",
-    )
-    add_report_arguments(merging)
-    _add_build(doctor)
-    doctor.add_argument(
-        "command", nargs=argparse.REMAINDER, metavar="-- APP", help="look at this program, too"
-    )
+    _add_doctor(commands)
+    _add_init(commands)
+    _add_trace(commands)
+    _add_report(commands)
     return parser, run
 
 
@@ -185,6 +170,37 @@ def _add(commands: "argparse._SubParsersAction[_Parser]", name: str, summary: st
     )
     _add_json(parser)
     return parser
+
+
+def _add_doctor(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "checks what usually goes wrong, and says how to mend it"
+    doctor = _add(commands, "doctor", summary, "doctor -- ./editor")
+    _add_build(doctor)
+    doctor.add_argument(
+        "command", nargs=argparse.REMAINDER, metavar="-- APP", help="look at this program, too"
+    )
+
+
+def _add_init(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "writes a folder with a first test for an application, and runs it"
+    init = _add(commands, "init", summary, "init my-tests -- ./editor")
+    _add_build(init)
+    add_init_arguments(init)
+
+
+def _add_trace(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "prints the steps, the error, the requests and the pictures of a failure"
+    trace = _add(commands, "trace", summary, "trace test-results/test_order-test_milk-0a1b2c --json")
+    trace.add_argument(
+        "folder", type=Path, metavar="FOLDER", help="the folder of the failure, or of its trace"
+    )
+
+
+def _add_report(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "merges the results of shards: one page and one JUnit file"
+    add_report_arguments(
+        _add(commands, "report", summary, "report merge shard-1 shard-2 --output test-results")
+    )
 
 
 def _add_json(parser: argparse.ArgumentParser) -> None:

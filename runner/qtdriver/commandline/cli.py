@@ -15,18 +15,23 @@ from ..desktop import desktop
 from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import QtDriverError
 from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
+from ..project.initialising import initialise
+from ..shell.completion import complete, complete_in_bash
+from ..shell.manual import manual_page
 from ..trace.summary import describe_summary, read_summary
 from . import control, holding
-from .arguments import FIRST_STEPS, parse_arguments, wants_json
+from .arguments import FIRST_STEPS, parse_arguments, parsers, wants_json
 from .doctor import examine
-from .outcome import FAILED, INTERRUPTED, Outcome
+from .outcome import FAILED, INTERRUPTED, OK, Outcome
 from .reporting import report
 from .running import run_dialogue
+from .versions import VERSION
 
 if sys.platform == "win32":
     _ENDING_SIGNALS = (signal.SIGTERM,)
 else:
     _ENDING_SIGNALS = (signal.SIGTERM, signal.SIGHUP)
+_MANUAL = "manual"  # a hidden command, for what makes packages; control.COMPLETE is one for shells
 _NOT_FOR_THE_HOLDER = ("action", "name", "json")
 
 
@@ -46,6 +51,10 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     try:
         if words[:1] == [holding.HOLD]:
             return holding.hold(words[1], words[2:])
+        if words[:1] == [control.COMPLETE]:
+            return _complete(words[1], words[2:])
+        if words == [_MANUAL]:
+            return _finish(Outcome(manual_page(parsers()[0], VERSION).rstrip("\n")), False)
         if not words:
             return _finish(Outcome(FIRST_STEPS), False)
         parsed = parse_arguments(words)
@@ -75,6 +84,26 @@ def _finish(outcome: Outcome, as_json: bool) -> int:
     elif outcome.text:
         print(outcome.text, flush=True)
     return outcome.status
+
+
+def _complete(shell: str, words: Sequence[str]) -> int:
+    """Prints how the last word may go on; bash hands over its whole line, zsh the words."""
+    parser = parsers()[0]
+    if shell == "bash":
+        found = complete_in_bash(words[0], parser, _ask_application)
+    else:
+        found = complete(words, parser, _ask_application)
+    print(found.to_lines(), flush=True)
+    return 0
+
+
+def _ask_application(name: Optional[str], words: Sequence[str]) -> Sequence[str]:
+    """The words that may come behind these within the application that is held; nothing where none is."""
+    try:
+        outcome = control.ask(name or control.DEFAULT_NAME, control.COMPLETE, {"words": list(words)})
+    except (QtDriverError, ValueError):
+        return ()
+    return list(outcome.data) if outcome.status == 0 else ()
 
 
 def _one_shot(parsed: argparse.Namespace) -> int:
@@ -110,6 +139,12 @@ def _doctor(parsed: argparse.Namespace) -> int:
     return outcome.status
 
 
+def _init(parsed: argparse.Namespace) -> int:
+    text, data, passed = initialise(parsed.folder, parsed.command, build=parsed.build, run=not parsed.no_run)
+    print(Outcome(text, data).shown(parsed.json), flush=True)
+    return OK if passed else FAILED
+
+
 def _trace(parsed: argparse.Namespace) -> int:
     summary = read_summary(parsed.folder)
     return _finish(Outcome(describe_summary(summary), summary), parsed.json)
@@ -122,6 +157,7 @@ def _report(parsed: argparse.Namespace) -> int:
 _ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {
     "run": _run,
     "doctor": _doctor,
+    "init": _init,
     "trace": _trace,
     "report": _report,
 }

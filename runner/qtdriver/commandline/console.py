@@ -14,6 +14,7 @@ from ..errors import QtDriverError
 from ..lookup.paths import list_tree
 from ..lookup.tree import UNNAMED
 from ..lookup.windows import OBJECT_NAME, certain_beginning, walk_windows
+from ..shell.completion import divide_line
 from .verbs import all_verbs
 
 PROMPT = "qtdriver> "
@@ -117,11 +118,11 @@ class Words:
 
     def completions(self, text: str) -> List[Tuple[str, int]]:
         """Completions of the last word of `text`, each with the length of the text that it replaces."""
-        complete, partial = _divide(text)
+        complete, partial = divide_line(text)
         if partial and not complete and partial[0].isdigit():
             return self._request_completions(partial)
         return [
-            (shlex.quote(word), len(partial)) for word in self._candidates(complete) if _begins(word, partial)
+            (shlex.quote(word), len(partial)) for word in self.candidates(complete) if _begins(word, partial)
         ]
 
     def _request_completions(self, partial: str) -> List[Tuple[str, int]]:
@@ -129,13 +130,14 @@ class Words:
         number, *sections = partial.split(",")
         if not sections or number == "1":
             return []
-        names = self._candidates(["get", *sections[:-1]][: 3 if number in ("4", "5", "6", "7", "9") else 2])
+        names = self.candidates(["get", *sections[:-1]][: 3 if number in ("4", "5", "6", "7", "9") else 2])
         if len(sections) > 2:
-            names = self._candidates(["get", *sections[:2]]) if number == "7" and len(sections) == 4 else []
+            names = self.candidates(["get", *sections[:2]]) if number == "7" and len(sections) == 4 else []
         last = sections[-1]
         return [(name, len(last)) for name in names if _begins(name, last) and "," not in name]
 
-    def _candidates(self, words: List[str]) -> List[str]:
+    def candidates(self, words: List[str]) -> List[str]:
+        """All that may come behind these words, the first of which is a command."""
         if not words:
             return [*(verb.name for verb in all_verbs()), "help", "quit"]
         if words[0] not in ("tree", "get", "activate", "enter", "mouse", "menu"):
@@ -198,23 +200,6 @@ _ASKING: Dict[str, Callable[..., List[str]]] = {
     "properties": _properties,
     "menu": _menu_entries,
 }
-
-
-def _divide(text: str) -> Tuple[List[str], str]:
-    """The words before the last one, and the last one as it is typed, which may be empty or have an open quote."""
-    begin = 0
-    quote = ""
-    for position, character in enumerate(text):
-        if quote:
-            quote = "" if character == quote else quote
-        elif character in "'\"":
-            quote = character
-        elif character == " ":
-            begin = position + 1
-    try:
-        return shlex.split(text[:begin]), text[begin:]
-    except ValueError:
-        return [], text
 
 
 def _begins(word: str, partial: str) -> bool:

@@ -25,6 +25,7 @@ from .verbs import Arguments
 
 DEFAULT_NAME = "default"
 STOP = "stop"
+COMPLETE = "complete"
 _NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")
 _LINE_SECONDS = 5.0
 _LONGEST_PATH = 107  # bytes: what the address of a Unix socket has room for

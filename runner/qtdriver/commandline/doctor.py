@@ -14,7 +14,7 @@ from ..desktop.desktop import NAMESPACE_CHECK, namespaces_remedy
 from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..crashes.cores import core_problem
 from ..errors import AgentNotBuiltError, AgentPathError, PortInUseError, QtDriverError
-from ..launch.agent import QT_MAJORS, agent_library
+from ..launch.agent import QT_MAJORS, agent_library, command_for_agent
 from ..protocol.peers import describe_listener
 from ..protocol.server import HOST, PORT, Server
 from .application_check import MOVE_BUILD, check_application
@@ -98,7 +98,7 @@ def _agents(build: Optional[Path]) -> Iterator[Finding]:
                 f"agent for Qt {major}",
                 "note",
                 f"is not built; {_qt_tools(major)}",
-                f"{_build_command(major)}, or name another build folder with --build DIR",
+                f"{command_for_agent(major)}, or name another build folder with --build DIR",
             )
         except AgentPathError as error:
             yield Finding(f"agent for Qt {major}", "problem", str(error), MOVE_BUILD)
@@ -115,10 +115,6 @@ def _qt_tools(major: int) -> str:
         return "QMAKE4 names a Qt 4.8" if qmake and os.access(qmake, os.X_OK) else "QMAKE4 names no Qt 4.8"
     installed = list(Path("/usr/lib").glob(f"*/cmake/Qt{major}Widgets"))
     return f"Qt {major} is installed" if installed else f"Qt {major} for development is not installed"
-
-
-def _build_command(major: int) -> str:
-    return "QMAKE4=/path/to/qmake scripts/build.sh 4" if major == 4 else f"scripts/build.sh {major}"
 
 
 def _port(_: Optional[Path]) -> Iterator[Finding]:

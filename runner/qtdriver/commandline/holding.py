@@ -18,7 +18,8 @@ from ..errors import QtDriverError
 from ..errors.commandline import NoApplicationError
 from ..errors.internal import GivenUpError
 from ..protocol.waiting import given_up_when
-from .control import STOP, ControlSocket, Request, socket_path
+from .console import Words
+from .control import COMPLETE, STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
 from .verbs import FAILURES, Arguments, verb_named
 
@@ -124,6 +125,8 @@ def _serve(control: ControlSocket, app: App) -> None:
 
 
 def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
+    if request.verb == COMPLETE:
+        return Outcome("", Words(app).candidates(list(request.values.get("words", ()))))
     verb = verb_named(request.verb)
     if verb is None:
         return Outcome.of_error(QtDriverError(f"no such command: {request.verb}"))

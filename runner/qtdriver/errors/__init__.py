@@ -31,6 +31,7 @@
             ScriptProgramError
             UnknownFormatError
             ArchitectureError
+            OldQtError
             NoQtError
             NoWidgetsError
             StaticProgramError
@@ -98,6 +99,7 @@ from .starting import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
+    OldQtError,
     CompilerError,
     DesktopError,
     EarlyExitError,
@@ -126,6 +128,7 @@ __all__ = [
     "ApplicationEndedError",
     "ApplicationHangsError",
     "ArchitectureError",
+    "OldQtError",
     "ClientRefusedError",
     "ClipboardError",
     "CommandError",

@@ -33,6 +33,10 @@ class ArchitectureError(ProgramError):
     """The application and the agent are made for different processors."""
 
 
+class OldQtError(ProgramError):
+    """The application's Qt is older than the one that the agent was built with."""
+
+
 class NoQtError(ProgramError):
     """The program links no Qt."""
 

@@ -2,19 +2,25 @@
 
 from __future__ import annotations
 
+import sysconfig
 from pathlib import Path
-from typing import Optional
+from typing import Mapping, Optional
 
-from ..errors import AgentNotBuiltError, AgentPathError, ArchitectureError
+from ..errors import AgentNotBuiltError, AgentPathError, ArchitectureError, OldQtError
 from ..errors.settingnames import setting_names
-from .elf import read_elf
+from .elf import read_elf, symbol_versions
+from .libraries import linked_libraries, load_program
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 QT_MAJORS = (4, 5, 6)
 _CHECKOUT = Path(__file__).resolve().parents[3]
+_OF_WHEEL = Path(__file__).resolve().parents[1] / "agents"
+_DEBIAN_PACKAGES = Path("/usr/lib/python3/dist-packages")
+_OF_DEBIAN = Path("/usr/lib", str(sysconfig.get_config_var("MULTIARCH") or ""), "qtdriver")
+_QT_OF_DEBIAN = (5, 6)
 _NOT_BUILT = (
-    "the application uses Qt {major}, and there is no agent for it at {library}: build it with '{command}', or name "
+    "the application uses Qt {major}, and there is no agent for it at {library}: get it with '{command}', or name "
     "another build folder with {option}"
 )
 
@@ -24,6 +30,11 @@ def _not_built(major: int, library: Path, command: str) -> AgentNotBuiltError:
     return AgentNotBuiltError(_NOT_BUILT.format(major=major, library=library, command=command, option=option))
 
 
+def _is_debian_package() -> bool:
+    """Whether this runner is the one of Debian's package."""
+    return _DEBIAN_PACKAGES in Path(__file__).resolve().parents
+
+
 def checkout_file(relative: str) -> Optional[Path]:
     """The file at this path of the source checkout; None where the package does not run from a checkout that has it."""
     path = _CHECKOUT / relative
@@ -31,8 +42,23 @@ def checkout_file(relative: str) -> Optional[Path]:
 
 
 def default_build() -> Path:
-    """The build folder: that of the checkout, or `build` in the current folder when the package is installed."""
-    return _CHECKOUT / "build" if checkout_file("scripts/build.sh") is not None else Path("build").absolute()
+    """The folder with the agents that belong to this runner.
+
+    It is the build folder of the checkout, the folder in the wheel, or that of the Debian packages; for a Python package
+    that was installed by itself, `build` in the current folder.
+    """
+    if checkout_file("scripts/build.sh") is not None:
+        return _CHECKOUT / "build"
+    if _OF_WHEEL.is_dir():
+        return _OF_WHEEL
+    return _OF_DEBIAN if _is_debian_package() else Path("build").absolute()
+
+
+def command_for_agent(major: int) -> str:
+    """The command that gets the agent for programs of Linux of Qt `major`, for the user who runs this runner."""
+    if _is_debian_package() and major in _QT_OF_DEBIAN:
+        return f"apt install qtdriver-agent-qt{major}"
+    return "QMAKE4=/path/to/qmake scripts/build.sh 4" if major == 4 else f"scripts/build.sh {major}"
 
 
 def _build_folder(build: "Optional[Path | str]") -> Path:
@@ -50,7 +76,7 @@ def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
     """
     library = _build_folder(build) / f"qt{major}" / "lib" / "libqtdriver-preload.so"
     if not library.is_file():
-        raise _not_built(major, library, f"scripts/build.sh {major}")
+        raise _not_built(major, library, command_for_agent(major))
     if any(character in str(library) for character in " :\t\n$"):
         raise AgentPathError(
             f"the path of the agent, {library}, has a blank, a colon or a dollar sign, which "
@@ -66,7 +92,7 @@ def testability_library(major: int, build: "Optional[Path | str]" = None) -> Pat
     """
     library = _build_folder(build) / f"qt{major}" / "lib" / "libqttestability.so"
     if not library.is_file():
-        raise _not_built(major, library, f"scripts/build.sh {major}")
+        raise _not_built(major, library, command_for_agent(major))
     return library
 
 
@@ -92,3 +118,31 @@ def require_same_architecture(program: Path, library: Path) -> None:
             f"{program} is made for {theirs}, but the agent {library} for {ours}: build the agent for the "
             "application's architecture"
         )
+
+
+def require_recent_qt(program: Path, library: Path, environment: Mapping[str, str]) -> None:
+    """Raises OldQtError if the Qt of `program` is older than the one that the agent beside `library` was built with.
+
+    Qt marks its symbols with the minor version that an agent needs. `environment` is that of the application. Raises the
+    errors of read_elf().
+    """
+    agent = library.with_name("libqtdriver.so")
+    if not agent.is_file():
+        return
+    needed = {
+        name: versions for name, versions in symbol_versions(agent).needed.items() if name.startswith("libQt")
+    }
+    for name, found in linked_libraries(load_program(program), environment):
+        if not needed:
+            return
+        versions = needed.pop(name, None)
+        if found is None or versions is None:
+            continue
+        file = found.elf.path.resolve()
+        missing = versions - symbol_versions(file).defined
+        if missing:
+            wanted = ", ".join(sorted(version.replace("_", " ") for version in missing))
+            raise OldQtError(
+                f"{program} uses {file}, and the agent {agent} needs {wanted} or newer: take a build of the "
+                "application with that Qt, or build the agent with the application's"
+            )

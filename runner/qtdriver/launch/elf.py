@@ -8,7 +8,7 @@ from contextlib import contextmanager
 from dataclasses import dataclass
 from functools import lru_cache
 from pathlib import Path
-from typing import Any, Iterator, Optional, Tuple
+from typing import Any, FrozenSet, Iterator, Mapping, NamedTuple, Optional, Tuple
 
 from ..errors import ElfReaderMissingError
 
@@ -107,6 +107,42 @@ def _describe(path: Path, elf: Any) -> ElfFile:
         rpath=directories("DT_RPATH", "rpath"),
         runpath=directories("DT_RUNPATH", "runpath"),
     )
+
+
+class SymbolVersions(NamedTuple):
+    """The versions that mark the symbols of a file.
+
+    Attributes:
+        needed: those that it asks of each library that it links, by the library's name.
+        defined: those that it has itself.
+    """
+
+    needed: Mapping[str, FrozenSet[str]]
+    defined: FrozenSet[str]
+
+
+def symbol_versions(path: Path) -> SymbolVersions:
+    """The versions of a file's symbols. Raises the errors of read_elf()."""
+    status = path.stat()
+    return _symbol_versions(path, status.st_mtime_ns, status.st_size)
+
+
+@lru_cache(maxsize=1024)
+def _symbol_versions(path: Path, _modified: int, _size: int) -> SymbolVersions:
+    with path.open("rb") as file:
+        elf = _open_elf(file)
+        with _refusing_damage(path):
+            asked, own = map(elf.get_section_by_name, (".gnu.version_r", ".gnu.version_d"))
+            needed = {
+                str(library.name): frozenset(str(version.name) for version in versions)
+                for library, versions in (asked.iter_versions() if asked is not None else ())
+            }
+            defined = frozenset(
+                str(auxiliary.name)
+                for _, auxiliaries in (own.iter_versions() if own is not None else ())
+                for auxiliary in auxiliaries
+            )
+    return SymbolVersions(needed, defined)
 
 
 def contains_qt_widgets(path: Path) -> bool:

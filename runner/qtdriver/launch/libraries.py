@@ -5,6 +5,7 @@ from __future__ import annotations
 import os
 import re
 import subprocess
+from collections import deque
 from dataclasses import dataclass, field
 from functools import lru_cache
 from pathlib import Path
@@ -35,6 +36,23 @@ def load_program(path: Path) -> LoadedFile:
     """The program that starts a process. `$ORIGIN` in it is the folder of the file behind all links."""
     elf = read_elf(path.resolve())
     return LoadedFile(elf, _rpath_directories(elf))
+
+
+def linked_libraries(
+    program: LoadedFile, environment: Mapping[str, str]
+) -> Iterator[Tuple[str, Optional[LoadedFile]]]:
+    """All libraries of the process, breadth first, each once: its name, and the file if there is one."""
+    seen = set()
+    users = deque([program])
+    while users:
+        user = users.popleft()
+        new_names = [name for name in user.elf.needed if name not in seen]
+        seen.update(new_names)
+        for name in new_names:
+            library = find_library(name, user, environment)
+            yield name, library
+            if library is not None:
+                users.append(library)
 
 
 def find_library(name: str, user: LoadedFile, environment: Mapping[str, str]) -> Optional[LoadedFile]:

@@ -13,7 +13,13 @@ from typing import Dict, List, Mapping, NamedTuple, Optional, Sequence
 
 from ..errors import LibraryMissingError, LoadingError
 from . import windows
-from .agent import agent_library, require_same_architecture, testability_library, windows_agent
+from .agent import (
+    agent_library,
+    require_recent_qt,
+    require_same_architecture,
+    testability_library,
+    windows_agent,
+)
 from .dlls import (
     WINEPATH,
     DllFolders,
@@ -102,6 +108,7 @@ def start_of(
     library = testability_library(major, build) if by_option else agent_library(major, build)
     if qt is None:
         require_same_architecture(program, library)
+        require_recent_qt(program, library, environment)
     if not by_option:
         return Start([str(program), *arguments], preload_environment(library, environment), major)
     # The last one: behind the name of a script, which an interpreter wants to be the first.

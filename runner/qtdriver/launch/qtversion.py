@@ -4,9 +4,8 @@ from __future__ import annotations
 
 import os
 import re
-from collections import deque
 from pathlib import Path
-from typing import Iterator, Mapping, Optional
+from typing import Mapping, Optional
 
 from ..errors import (
     NoQtError,
@@ -18,7 +17,7 @@ from ..errors import (
 )
 from ..errors.settingnames import setting_names
 from .elf import contains_qt_widgets
-from .libraries import LoadedFile, find_library, load_program
+from .libraries import LoadedFile, linked_libraries, load_program
 from .program import is_windows_program, require_elf
 from .windowsqt import windows_qt_major
 
@@ -54,7 +53,7 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
     loaded = load_program(program)
     other_qt_library = None
     count = 0
-    for name in _linked_libraries(loaded, environment):
+    for name, _ in linked_libraries(loaded, environment):
         count += 1
         file_name = os.path.basename(name)
         if file_name in WIDGETS_LIBRARIES:
@@ -67,21 +66,6 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
             f"it loads them later, as a plugin, name the Qt version with {setting_names().qt}"
         )
     raise _error_without_qt(program, loaded, count)
-
-
-def _linked_libraries(program: LoadedFile, environment: Mapping[str, str]) -> Iterator[str]:
-    """The names of all libraries of the process, breadth first, each once."""
-    seen = set()
-    users = deque([program])
-    while users:
-        user = users.popleft()
-        new_names = [name for name in user.elf.needed if name not in seen]
-        seen.update(new_names)
-        yield from new_names
-        for name in new_names:
-            library = find_library(name, user, environment)
-            if library is not None:
-                users.append(library)
 
 
 def _error_without_qt(program: Path, loaded: LoadedFile, count: int) -> ProgramError:

@@ -90,8 +90,10 @@ def certain_beginning(title: str) -> str:
     return OBJECT_NAME[:-1] if beginning.startswith(OBJECT_NAME) else beginning
 
 
-def describe_windows(windows: Iterable[WindowRecord]) -> List[str]:
-    """A line for each window, indented; one line that says so when there are none."""
+def describe_windows(windows: Optional[Iterable[WindowRecord]]) -> List[str]:
+    """A line for each window, indented; one line that says so when there are none, or None: nobody has listed them."""
+    if windows is None:
+        return ["  (nobody had asked for them)"]
     lines = [f'  "{window.title}" ({_kind(window)})' for window in windows]
     return lines or ["  (no visible window)"]
 
@@ -100,12 +102,12 @@ def _kind(window: WindowRecord) -> str:
     return f"{window.class_name}, modal" if window.modal else window.class_name
 
 
-def last_windows(exchanges: Sequence[Exchange]) -> List[WindowRecord]:
-    """The windows of the last listing in a transcript; none if there is no listing."""
+def last_windows(exchanges: Sequence[Exchange]) -> Optional[List[WindowRecord]]:
+    """The windows of the last listing in a transcript; None if there is no listing."""
     for exchange in reversed(exchanges):
         if exchange.request == "1" and exchange.reply is not None:
             return _parse(exchange.reply)
-    return []
+    return None
 
 
 def _parse(line: str) -> List[WindowRecord]:

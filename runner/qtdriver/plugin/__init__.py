@@ -17,7 +17,7 @@ from .fixtures import _qtdriver_shared, qtdriver, qtdriver_settings
 from .hookimpl import hookimpl
 from .hooks import RESULTS, TestHooks
 from .parallel import Workers, prepare
-from .remote import begin_evidence
+from .remote import begin_sending
 from .results import Results
 from .settings import OWN_DESKTOPS, Settings, add_options, read_settings
 from .shards import SHARDS, Shards
@@ -36,7 +36,7 @@ def pytest_addoption(parser: pytest.Parser) -> None:
 @hookimpl(tryfirst=True)
 def pytest_configure(config: pytest.Config) -> None:
     """Reads the settings. Runs before pytest-xdist reads the number of workers, since prepare() may change that."""
-    begin_evidence(config)
+    begin_sending(config)
     settings = read_settings(config)
     use_setting_names(IN_PYTEST)
     # Plugins that are registered later run later at the end of the session: TestHooks adds the result of an interrupted

@@ -15,7 +15,7 @@ from . import folders
 from .artifacts import TestArtifacts
 from .hidden import hide_secrets
 from .hookimpl import hookimpl
-from .remote import evidence_of
+from .remote import sender_of
 
 ARTIFACTS = pytest.StashKey[TestArtifacts]()
 """The key of the artifacts in the stash of a test that has a driver."""
@@ -118,8 +118,8 @@ def _finalize(item: pytest.Item, finalizer: Callable[[], object]) -> None:
 
 
 def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, config: pytest.Config) -> None:
-    evidence = evidence_of(config)
-    base = config.invocation_params.dir if evidence is None else evidence.base
+    sender = sender_of(config)
+    base = config.invocation_params.dir if sender is None else sender.base
     try:
         artifacts.collect()
         artifacts.add_error(report.when or "", report.longreprtext)
@@ -153,16 +153,16 @@ def _mark(report: pytest.TestReport, artifacts: TestArtifacts, item: pytest.Item
 
 def _send(report: pytest.TestReport, artifacts: TestArtifacts, config: pytest.Config) -> None:
     """Where this is a worker of another machine, has the report bring the controller what is kept of the test."""
-    evidence = evidence_of(config)
-    if evidence is None or not (artifacts.bundle or artifacts.trace):
+    sender = sender_of(config)
+    if sender is None or not (artifacts.bundle or artifacts.trace):
         return
     _finish_pictures()
     try:
-        evidence.attach(report, artifacts.folder)
+        sender.attach(report, artifacts.folder)
     except OSError as error:
         report.sections.append((_SECTION, f"not all files of this test could be sent: {error}"))
     if report.when == "teardown":
-        evidence.forget(artifacts.folder)
+        sender.forget(artifacts.folder)
 
 
 def _finish_pictures() -> str:
@@ -180,5 +180,5 @@ def _text(path: Optional[Path], config: pytest.Config) -> str:
 
 def _path_there(path: Path, config: pytest.Config) -> Path:
     """The path on the machine of the controller."""
-    evidence = evidence_of(config)
-    return path if evidence is None else evidence.path_there(path)
+    sender = sender_of(config)
+    return path if sender is None else sender.path_there(path)

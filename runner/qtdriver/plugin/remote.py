@@ -4,6 +4,7 @@ this machine do, and what they keep of tests comes back with the reports.
 
 from __future__ import annotations
 
+import os
 import shutil
 import tempfile
 from pathlib import Path, PurePosixPath
@@ -11,11 +12,12 @@ from typing import Any, Dict, Optional, Tuple
 
 import pytest
 
+from ..desktop.desktop import MARK_OF_WORKERS
 from . import folders
 from .settings import OUTPUT, OUTPUT_OF_WORKERS
 
-EVIDENCE = "qtdriver-evidence"
-"""The name under which Evidence is registered as a plugin; only workers of other machines have it."""
+SENDER = "qtdriver-artifacts"
+"""The name under which ArtifactSender is registered as a plugin; only workers of other machines have it."""
 
 _BASE_KEY = "qtdriver_base"
 _FILES = "qtdriver_files"
@@ -43,7 +45,7 @@ def tell_base(node: Any, base: Path) -> None:
         node.workerinput[_BASE_KEY] = str(base)
 
 
-class Evidence:
+class ArtifactSender:
     """Sends what tests leave on this machine to the controller.
 
     Attributes:
@@ -53,7 +55,9 @@ class Evidence:
     def __init__(self, told: Dict[str, Any]) -> None:
         """`told` is what the controller tells its worker."""
         self.base = Path(told[_BASE_KEY])
-        self.output = Path(tempfile.mkdtemp(prefix="qtdriver-"))
+        # On a desktop of its own that is removed with the desktop, also where this process is killed.
+        folder = os.environ.get("XDG_RUNTIME_DIR") if MARK_OF_WORKERS in os.environ else None
+        self.output = Path(tempfile.mkdtemp(prefix="qtdriver-", dir=folder))
         self._there = Path(told[OUTPUT_OF_WORKERS])
         self._sent: Dict[Path, Tuple[int, int]] = {}
 
@@ -62,17 +66,26 @@ class Evidence:
         return self._there / path.relative_to(self.output) if self.output in path.parents else path
 
     def attach(self, report: pytest.TestReport, folder: Path) -> None:
-        """Adds the files of a test to its report, those that have changed since the last one."""
+        """Adds the files of a test to its report, those that have changed since the last one.
+
+        Raises the OSError of one that cannot be read; the others are added all the same.
+        """
         files: Dict[str, bytes] = {}
+        problem: Optional[OSError] = None
         for file in sorted(folder.rglob("*")):
             if not file.is_file() or self.output not in file.parents:
                 continue
-            state = (file.stat().st_mtime_ns, file.stat().st_size)
-            if self._sent.get(file) != state:
-                files[str(file.relative_to(self.output))] = file.read_bytes()
-                self._sent[file] = state
+            try:
+                state = (file.stat().st_mtime_ns, file.stat().st_size)
+                if self._sent.get(file) != state:
+                    files[str(file.relative_to(self.output))] = file.read_bytes()
+                    self._sent[file] = state
+            except OSError as error:
+                problem = error
         if files:
             setattr(report, _FILES, files)
+        if problem is not None:
+            raise problem
 
     def forget(self, folder: Path) -> None:
         """Removes the files of a test that has ended. The folder stays, for its name is taken."""
@@ -87,19 +100,19 @@ class Evidence:
         shutil.rmtree(self.output, ignore_errors=True)
 
 
-def begin_evidence(config: pytest.Config) -> None:
+def begin_sending(config: pytest.Config) -> None:
     """In a worker of another machine, has tests leave their files where they are sent from."""
     told: Optional[Dict[str, Any]] = getattr(config, "workerinput", None)
     if told is not None and _BASE_KEY in told:
-        evidence = Evidence(told)
-        config.stash[OUTPUT] = evidence.output
-        config.pluginmanager.register(evidence, EVIDENCE)
+        sender = ArtifactSender(told)
+        config.stash[OUTPUT] = sender.output
+        config.pluginmanager.register(sender, SENDER)
 
 
-def evidence_of(config: pytest.Config) -> Optional[Evidence]:
-    """The evidence in a worker of another machine; None elsewhere."""
-    plugin = config.pluginmanager.get_plugin(EVIDENCE)
-    return plugin if isinstance(plugin, Evidence) else None
+def sender_of(config: pytest.Config) -> Optional[ArtifactSender]:
+    """The sender in a worker of another machine; None elsewhere."""
+    plugin = config.pluginmanager.get_plugin(SENDER)
+    return plugin if isinstance(plugin, ArtifactSender) else None
 
 
 def receive(report: pytest.TestReport, output: Path) -> None:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import re
 from dataclasses import dataclass, field
+from functools import lru_cache
 from typing import Any, Dict, Iterator, Mapping, Optional, Pattern, Union
 
 SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
@@ -109,6 +110,7 @@ def text_locator(key: str, text: str, class_name: str = "") -> Locator:
     return locator(class_name, **conditions)
 
 
+@lru_cache(maxsize=1000)  # each request by a path needs it several times
 def path_locator(path: str) -> Locator:
     """The locator for a path of names."""
     return Locator(_condition("path", path), f'widget("{path}")', path)

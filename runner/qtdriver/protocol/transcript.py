@@ -6,7 +6,7 @@ import time
 from collections import deque
 from contextlib import contextmanager
 from dataclasses import dataclass, field
-from typing import Deque, Iterator, List, Optional, Tuple
+from typing import Deque, Iterator, List, NamedTuple, Optional, Tuple
 
 from .locators import Locator
 
@@ -19,8 +19,7 @@ KEPT_REPLY = 2000
 """Characters of a reply that a transcript keeps: listings and pictures can have millions."""
 
 
-@dataclass(frozen=True)
-class Exchange:
+class Exchange(NamedTuple):
     """One request and its outcome.
 
     Attributes:
@@ -144,12 +143,14 @@ class Transcript:
         """The exchanges so far, oldest first, KEPT_EXCHANGES at most."""
         return tuple(self._exchanges)
 
-    def begin(self, step: Step) -> bool:
-        """Begins a step, which gets the exchanges from now on. Returns False within another step, which keeps them."""
-        if self._step is not None:
-            return False
+    @property
+    def is_in_step(self) -> bool:
+        """Whether a step has begun, which gets the exchanges."""
+        return self._step is not None
+
+    def begin(self, step: Step) -> None:
+        """Begins a step, which gets the exchanges from now on."""
         self._step = step
-        return True
 
     def end(self) -> None:
         """Ends the step that began."""

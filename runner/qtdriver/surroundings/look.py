@@ -10,6 +10,7 @@ from typing import Iterator, Mapping, NamedTuple, Optional, Sequence
 from .plainlook import STYLES
 from ..launch.process import Process
 from ..launch.qtversion import WIDGETS_LIBRARIES
+from ..protocol.peers import load_psutil
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -61,12 +62,18 @@ def look_of_launched(
 def look_of_attached(pid: int) -> Look:
     """The look of a program that came by itself, whose Qt is told by the libraries that it has loaded."""
     platform = "windows" if sys.platform == "win32" else "linux"
+    psutil = load_psutil()
     try:
-        loaded = Path(f"/proc/{pid}/maps").read_text(errors="replace")
-    except OSError:
-        return Look(platform=platform)
-    major = next((major for library, major in WIDGETS_LIBRARIES.items() if f"/{library}" in loaded), None)
-    return Look(major, platform=platform)
+        loaded = {Path(mapped.path).name for mapped in psutil.Process(pid).memory_maps()}
+    except psutil.Error:
+        return Look(platform=platform)  # it has ended, or belongs to another user
+    # The links that programs name are resolved in these names: "libQt5Widgets.so.5.15.8".
+    majors = (
+        major
+        for library, major in WIDGETS_LIBRARIES.items()
+        if any(f"{name}.".startswith(f"{library}.") for name in loaded)
+    )
+    return Look(next(majors, None), platform=platform)
 
 
 def _asked_style(arguments: Sequence[str]) -> str:

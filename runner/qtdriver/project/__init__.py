@@ -1,0 +1,1 @@
+"""`qtdriver init`: a folder with tests for one application."""
