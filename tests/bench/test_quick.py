@@ -22,6 +22,8 @@ def test_quick_mode_measures_everything_once() -> None:
     subprocess.run([sys.executable, ROOT / "bench" / "measure.py", BUILD, "--quick"], check=True, timeout=250)
     report = json.loads((BUILD / "bench-quick.json").read_text())
     assert {result["name"] for result in report["results"]} == set(table.ROWS)
-    assert all(result["ours"] > 0 for result in report["results"] if result["unit"] == "µs")
+    # Start-up is the difference of two starts, which on a busy machine says anything.
+    measured = [result for result in report["results"] if not result["name"].startswith("preload_")]
+    assert [result["name"] for result in measured if not result["ours"] > 0] == []
     lines = table.markdown([report]).splitlines()
     assert len({line.count("|") for line in lines}) == 1, "a row has another number of columns"
