@@ -39,6 +39,7 @@ void addToolButton(int index, QWidget* group)
     auto* button = new QToolButton(group);
     auto* action = new QAction(button);
     action->setObjectName(numbered("action%1", index));
+    action->setText(numbered("Command %1", index));
     button->addAction(action);
 }
 

@@ -38,6 +38,15 @@ QString pageTitle(const QWidget* widget)
     return box ? box->itemText(box->indexOf(const_cast<QWidget*>(widget))) : QString();
 }
 
+// The action that a tool button stands for: its default one, or the only one that it has.
+const QAction* actionOf(const QToolButton* button)
+{
+    if (const QAction* action = button->defaultAction())
+        return action;
+    const QList<QAction*> actions = button->actions();
+    return actions.size() == 1 ? actions.first() : nullptr;
+}
+
 class FirstText : public TextVisitor
 {
 public:
@@ -84,10 +93,7 @@ bool readAction(const QWidget* widget, TextVisitor& visitor)
     const auto* button = qobject_cast<const QToolButton*>(widget);
     if (!button)
         return false;
-    const QAction* action = button->defaultAction();
-    const QList<QAction*> actions = button->actions();
-    if (!action && actions.size() == 1)
-        action = actions.first();
+    const QAction* action = actionOf(button);
     return action
         && (visitSet(visitor, action->objectName(), Markup::None)
             || visitSet(visitor, action->text(), Markup::Mnemonics));
