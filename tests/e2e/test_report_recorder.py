@@ -17,6 +17,7 @@ from qtdriver import (
 )
 from qtdriver.trace import recorder as module
 from qtdriver.trace.recorder import Recorder
+from qtdriver.desktop import screenshots
 from qtdriver.desktop.bands import BandCutter, Pixels
 from qtdriver.desktop.screenshots import ScreenshotStore
 from qtdriver.desktop.strips import StripWriter
@@ -302,7 +303,7 @@ def test_pictures_are_written_while_the_caller_goes_on(tmp_path):
         store = SCREENS.new_store()
         picture = SCREENS.grab(display_name(None), store, 1_000_000)
         picture.wait()
-        saved, _ = SCREENS.save(store, folder, [picture], later=True)
+        saved = SCREENS.save(store, folder, [picture], later=True).files
         SCREENS.forget(store)
         return saved[picture.number].name
 
@@ -326,6 +327,18 @@ def test_a_store_drops_its_oldest_pictures_beyond_the_limit(tmp_path):
     kept = store.save(tmp_path, pictures)
     assert 0 < store.dropped < 40 and len(kept) == 40 - store.dropped
     assert list(kept) == pictures[store.dropped :]
+
+
+def test_only_the_latest_bands_of_a_store_are_not_compressed(tmp_path, monkeypatch):
+    """Compressing takes most of the time of a picture, and those of a test that passes are never looked at."""
+    monkeypatch.setattr(screenshots, "LOOSE_BYTES", 3 * 4 * 64 * 16 * 3)
+    store = ScreenshotStore()
+    images = [noise(number) for number in range(5)]
+    pictures = added(store, images)
+    states = [{band.is_compressed() for band in picture.bands} for picture in pictures]
+    assert states == 2 * [{True}] + 3 * [{False}]
+    for image, file in zip(images, store.save(tmp_path, pictures).values()):
+        assert list(Image.open(tmp_path / file.name).convert("RGB").getdata()) == list(image.getdata())
 
 
 @pytest.mark.parametrize("quickly", [False, True])

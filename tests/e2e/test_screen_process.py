@@ -41,9 +41,9 @@ def test_pictures_of_all_screens_stay_when_one_of_them_ends(screens, desktops, t
         screens.grab(ending, store, KEPT_BYTES).wait()
     pictures.append(screens.grab(staying, store, KEPT_BYTES))
     pictures[-1].wait()
-    saved, dropped = screens.save(store, tmp_path, pictures, later=True)
+    saved, dropped, problem = screens.save(store, tmp_path, pictures, later=True)
     screens.finish()
-    assert sorted(saved) == [picture.number for picture in pictures] and dropped == 0
+    assert sorted(saved) == [picture.number for picture in pictures] and (dropped, problem) == (0, "")
     assert all((tmp_path / picture.name).stat().st_size for picture in saved.values())
 
 
@@ -53,9 +53,37 @@ def test_pictures_are_written_also_by_a_process_of_the_lowest_priority(screens, 
     store = screens.new_store()
     picture = screens.grab(display_name(None), store, KEPT_BYTES)
     picture.wait()
-    saved, _ = screens.save(store, tmp_path, [picture], later=True)
+    saved = screens.save(store, tmp_path, [picture], later=True).files
     screens.finish()
     assert (tmp_path / saved[picture.number].name).stat().st_size
+
+
+BROKEN_CUTTER = """
+from qtdriver.desktop.bands import BandCutter
+
+whole, cut, calls = BandCutter.cut, [], []
+
+def broken(self, pixels):
+    calls.append(pixels)
+    if len(calls) == 1:
+        raise MemoryError("no room for a band")
+    return whole(self, pixels)
+
+BandCutter.cut = broken
+"""
+
+
+def test_a_picture_that_cannot_be_cut_is_noted_and_the_next_one_is_taken(screens, tmp_path, monkeypatch):
+    begin, main = screen_process._START.split("main()\n", 1)[0], "main()\n"
+    monkeypatch.setattr(screen_process, "_START", begin + BROKEN_CUTTER + main)
+    stores = screens.new_store(), screens.new_store()
+    lost, kept, other = (screens.grab(display_name(None), stores[number], KEPT_BYTES) for number in (0, 0, 1))
+    for picture in (lost, kept, other):
+        picture.wait()
+    saved, dropped, problem = screens.save(stores[0], tmp_path, [lost, kept])
+    assert list(saved) == [kept.number] and dropped == 0
+    assert problem == "MemoryError: no room for a band"
+    assert screens.save(stores[1], tmp_path, [other]).problem == ""
 
 
 class Slow:
@@ -64,7 +92,10 @@ class Slow:
     written = 0
 
     def __init__(self, release, error=None):
-        self.release, self.error = release, error
+        self.release, self.error, self.is_compressed = release, error, False
+
+    def compress(self):
+        self.is_compressed = True
 
     def write(self, strips):
         self.release.wait()
@@ -85,6 +116,18 @@ def test_the_writer_says_how_many_pictures_are_left_and_goes_on_after_an_error(m
     with pytest.raises(ValueError, match="no picture"):
         writing.finish({})
     assert writing.finish({}) == 0 and Slow.written == 2
+
+
+def test_pictures_that_wait_long_to_be_written_are_compressed(monkeypatch):
+    """The tests do not wait for the writer, so its pictures may take no more memory with their number."""
+    monkeypatch.setattr(screen_worker, "_MOST_LOOSE", 2)
+    writing, release = screen_worker._Writing(), threading.Event()
+    pictures = [Slow(release) for _ in range(5)]
+    writing.put(pictures)
+    release.set()
+    assert writing.finish({}) == 0
+    assert [picture.is_compressed for picture in pictures[:2]] == [False, False]
+    assert pictures[-1].is_compressed
 
 
 def test_a_run_that_ends_waits_as_long_as_pictures_are_written(screens, monkeypatch):
@@ -115,6 +158,15 @@ def test_only_what_has_changed_on_a_screen_is_compressed_again():
     corner = cutter.cut(Pixels.of(screen))
     assert [one is other for one, other in zip(before, after)] == 2 * [True] + 2 * [False] + 12 * [True]
     assert {band.plain for band in corner} == {b"\xff\0\0"}  # of which each band has other content
+
+
+def test_what_is_shown_again_is_not_compressed_again():
+    """As when a window is closed and opened again; or a caret blinks."""
+    cutter = BandCutter()
+    window, empty = Image.radial_gradient("L").convert("RGB"), Image.new("RGB", (256, 256), "black")
+    window.paste("black", (0, 0, 1, 1))
+    first, _, again = (cutter.cut(Pixels.of(screen)) for screen in (window, empty, window))
+    assert all(one is other for one, other in zip(first, again))
 
 
 def test_files_share_what_they_show_alike(tmp_path):

@@ -14,6 +14,9 @@ if TYPE_CHECKING:
 ROWS = 16
 """The number of rows in a band; the last one of a screen may have fewer."""
 
+_RECENT = 3
+"""How many different bands are known in each place: a window that is closed and opened again looks as before."""
+
 _BLACK = bytes(3)
 
 Size = Tuple[int, int]
@@ -45,49 +48,80 @@ class Pixels:
         return _image(self.size, bytes(self.data), self.row)
 
 
-@dataclass(frozen=True, eq=False)
 class Band:
-    """Some rows of a screen.
+    """Some rows of a screen. Compressed only by compress(): most are dropped, or written, soon.
 
     Attributes:
         key: equal for equal pixels.
-        data: the pixels, three bytes each, compressed without loss.
         plain: the colour of the corner of the screen it was cut from.
         content: left, top, right and bottom of the part that is not in that colour; None if all is.
     """
 
-    key: bytes
-    data: bytes
-    plain: bytes
-    content: Optional[Box]
+    def __init__(self, key: bytes, pixels: bytes, plain: bytes, content: Optional[Box]) -> None:
+        """`pixels` has three bytes for each. The others are the attributes."""
+        self.key = key
+        self.plain = plain
+        self.content = content
+        self._pixels: Optional[bytes] = pixels
+        self._compressed = b""
+
+    def __repr__(self) -> str:
+        return f"<band of {self.size()} bytes, {'compressed' if self.is_compressed() else 'not compressed'}>"
 
     def pixels(self) -> bytes:
-        """The pixels, three bytes each."""
-        return zlib.decompress(self.data)
+        """The pixels, three bytes each. May be called while another thread compresses the band."""
+        pixels = self._pixels
+        return zlib.decompress(self._compressed) if pixels is None else pixels
+
+    def is_compressed(self) -> bool:
+        """Whether compress() has been called."""
+        return self._pixels is None
+
+    def compress(self) -> None:
+        """Compresses the pixels without loss, which takes time and gives memory back."""
+        pixels = self._pixels
+        if pixels is not None:
+            self._compressed = zlib.compress(pixels, 1)
+            self._pixels = None
+
+    def size(self) -> int:
+        """How many bytes of memory it takes."""
+        pixels = self._pixels
+        return len(self._compressed if pixels is None else pixels)
 
 
 class BandCutter:
-    """Cuts the pictures of one screen. Only bands that have changed since the picture before cost more than a comparison."""
+    """Cuts the pictures of one screen. Bands that are as in a picture shortly before cost little more than a comparison."""
 
     def __init__(self) -> None:
         self._size: Size = (0, 0)
-        self._latest: List[Tuple[bytes, Band]] = []
+        self._recent: List[List[Tuple[bytes, Band]]] = []
         self._known: "WeakValueDictionary[Tuple[bytes, bytes], Band]" = WeakValueDictionary()
 
     def cut(self, pixels: Pixels) -> Tuple[Band, ...]:
         """The bands of a picture from top to bottom."""
-        if pixels.size != self._size:
-            self._size, self._latest = pixels.size, []
-        plain = bytes(pixels.data[2::-1])
-        latest = []
         height, length = pixels.size[1], ROWS * pixels.row
-        for number in range((height + ROWS - 1) // ROWS):
+        count = (height + ROWS - 1) // ROWS
+        if pixels.size != self._size:
+            self._size, self._recent = pixels.size, [[] for _ in range(count)]
+        plain = bytes(pixels.data[2::-1])
+        bands = []
+        for number, recent in enumerate(self._recent):
             raw = bytes(pixels.data[number * length : min((number + 1) * length, height * pixels.row)])
-            before = self._latest[number] if self._latest else None
-            unchanged = before is not None and before[1].plain == plain and before[0] == raw
-            latest.append(before if before and unchanged else (raw, self._band(raw, pixels.row, plain)))
-        self._latest = latest
-        return tuple(band for _, band in latest)
+            bands.append(self._recent_or_new(recent, raw, pixels.row, plain))
+        return tuple(bands)
+
+    def _recent_or_new(self, recent: List[Tuple[bytes, Band]], raw: bytes, row: int, plain: bytes) -> Band:
+        """The band of these pixels, which becomes the first of the recent ones in its place."""
+        for position, (known, band) in enumerate(recent):
+            if known == raw and band.plain == plain:
+                if position:
+                    recent.insert(0, recent.pop(position))
+                return band
+        band = self._band(raw, row, plain)
+        recent.insert(0, (raw, band))
+        del recent[_RECENT:]
+        return band
 
     def _band(self, raw: bytes, row: int, plain: bytes) -> Band:
         width = self._size[0]
@@ -97,7 +131,7 @@ class BandCutter:
         band = self._known.get((key, plain))
         if band is None:
             # Where its content is costs least as long as it is at hand, and nobody waits for it now.
-            band = Band(key, zlib.compress(data, 1), plain, find_content(image, plain))
+            band = Band(key, data, plain, find_content(image, plain))
             self._known[key, plain] = band
         return band
 

@@ -10,7 +10,7 @@ import sys
 import threading
 import time
 from pathlib import Path
-from typing import Any, Dict, Iterable, List, Optional, Tuple
+from typing import Any, Dict, Iterable, List, NamedTuple, Optional, Tuple
 
 from ..errors import PictureError
 from .screenshots import SavedPicture
@@ -35,6 +35,20 @@ _SAVE_SECONDS = 30.0
 def display_name(display: Optional[str]) -> str:
     """The X display; None stands for that of this process. Empty where there is none."""
     return os.environ.get("DISPLAY", "") if display is None else display
+
+
+class SavedPictures(NamedTuple):
+    """The outcome of saving pictures.
+
+    Attributes:
+        files: the files by the numbers of the orders, without those that have been dropped to save memory.
+        dropped: how many these are.
+        problem: why others are missing; empty where none is.
+    """
+
+    files: Dict[int, SavedPicture]
+    dropped: int
+    problem: str
 
 
 class Pending:
@@ -123,9 +137,8 @@ class ScreenProcess:
 
     def save(
         self, store: int, folder: Path, pictures: Iterable[Pending], *, later: bool = False
-    ) -> Tuple[Dict[int, SavedPicture], int]:
-        """Writes pictures of a store. Returns the files by the numbers of the orders, without those that have
-        been dropped to save memory, and how many these are. Raises PictureError.
+    ) -> SavedPictures:
+        """Writes pictures of a store. Raises OSError and PictureError.
 
         With `later` it does not wait until they are written; finish() does.
         """
@@ -137,7 +150,7 @@ class ScreenProcess:
         saved = {}
         for number, (name, (left, top, width, height)) in told["files"].items():
             saved[int(number)] = SavedPicture(name, (left, top, width, height))
-        return saved, told["dropped"]
+        return SavedPictures(saved, told["dropped"], told["problem"])
 
     def finish(self) -> None:
         """Waits until all pictures are written, however long that takes, as long as some are.

@@ -11,8 +11,9 @@ Orders are {"id": N, "do": NAME, ...}, answers {"id": N, "result": ...} or {"id"
              part                       tells it, part is null or [left, top, right, bottom]
     windows  display                    lists the windows as [process, text]
     save     store, folder, pictures, later
-                                        writes pictures; the result is {"files": {id: [name, place]}, "dropped": N}. With
-                                        `later` it comes before they are written, which takes less time then
+                                        writes pictures; the result is {"files": {id: [name, place]}, "dropped": N,
+                                        "problem": TEXT}, which tells why some that were taken are not there, or is empty.
+                                        With `later` it comes before they are written, which takes less time then
     finish                              is answered when all pictures have been written, or after five seconds; the result
                                         is how many have not, the error that of one that could not be
     forget   store                      drops the store
@@ -44,6 +45,9 @@ _FINISH_SECONDS = 5.0
 _PRIORITY = 10
 """Pictures of tests that passed are written while nothing else wants the processor."""
 
+_MOST_LOOSE = 40
+"""How many pictures may wait to be written without being compressed."""
+
 _MOST_UNWRITTEN = 200
 """How many pictures may wait to be written; beyond that a test waits for them, so that they take no more memory."""
 
@@ -74,6 +78,8 @@ class _Writing(threading.Thread):
     def put(self, files: List[UnwrittenPicture]) -> None:
         """Takes files to be written."""
         for file in files:
+            if self._files.qsize() >= _MOST_LOOSE:
+                file.compress()
             self._files.put(file)
 
     def finish(self, _: Order) -> int:
@@ -94,6 +100,7 @@ class _Stores:
         self._writing = writing
         self._stores: Dict[int, ScreenshotStore] = {}
         self._pictures: Dict[int, Dict[int, Picture]] = {}
+        self._problems: Dict[int, str] = {}
         self._taken = 0
         self._changed = threading.Condition()
 
@@ -110,6 +117,12 @@ class _Stores:
                 store = self._stores.setdefault(number, ScreenshotStore(order["kept_bytes"]))
                 self._pictures.setdefault(number, {})[order["id"]] = store.add(size, bands, order["display"])
 
+    def lose(self, orders: List[Order], error: Exception) -> None:
+        """Notes why the picture that was announced cannot be added."""
+        with self._changed:
+            for order in orders:
+                self._problems[order["store"]] = f"{type(error).__name__}: {error}".rstrip(": ")
+
     def added(self) -> None:
         """Says that the picture that was announced has been added, or cannot be."""
         with self._changed:
@@ -121,8 +134,9 @@ class _Stores:
         with self._changed:
             self._changed.wait_for(lambda: not self._taken, _SAVE_SECONDS)
             store = self._stores.get(order["store"])
+            problem = self._problems.pop(order["store"], "")
             if store is None:
-                return {"files": {}, "dropped": 0}
+                return {"files": {}, "dropped": 0, "problem": problem}
             known = self._pictures[order["store"]]
             wanted = {number: known[number] for number in order["pictures"] if number in known}
             saved, unwritten = store.plan(Path(order["folder"]), wanted.values(), quickly=order["later"])
@@ -134,13 +148,14 @@ class _Stores:
             strips = StripWriter()
             for file in unwritten:
                 file.write(strips)
-        return {"files": told, "dropped": dropped}
+        return {"files": told, "dropped": dropped, "problem": problem}
 
     def forget(self, order: Order) -> None:
         """Drops a store."""
         with self._changed:
             self._stores.pop(order["store"], None)
             self._pictures.pop(order["store"], None)
+            self._problems.pop(order["store"], None)
 
 
 class _Display(threading.Thread):
@@ -188,6 +203,8 @@ class _Display(threading.Thread):
             for order in orders:
                 self._answers.send(order)
             self._stores.add(orders, pixels.size, self._cutter.cut(pixels))
+        except Exception as error:  # such as too little memory: the next picture may be possible
+            self._stores.lose(orders, error)
         finally:
             self._stores.added()
 

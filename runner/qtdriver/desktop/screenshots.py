@@ -19,6 +19,9 @@ KEPT_BYTES = 64_000_000
 """Memory for compressed pictures: a thousand or more of a screen of 1280 by 1024 pixels, as little differs between
 them."""
 
+LOOSE_BYTES = 16_000_000
+"""Memory for bands that are not compressed: a test of some ten steps ends before any has to be."""
+
 LARGE_BYTES = 250_000
 """A picture that needs more than this without loss is stored with loss: it is a photograph rather than text."""
 
@@ -69,6 +72,11 @@ class UnwrittenPicture:
     part: Box
     quickly: bool
 
+    def compress(self) -> None:
+        """Has the picture take less memory until it is written."""
+        for band in self.bands:
+            band.compress()
+
     def write(self, strips: StripWriter) -> None:
         """Writes the file. `strips` has what it shares with those that were written before. Raises OSError."""
         if self.quickly:
@@ -81,18 +89,22 @@ class UnwrittenPicture:
 
 
 class ScreenshotStore:
-    """Holds pictures, compressed without loss and sharing equal bands, and drops the oldest beyond a limit.
+    """Holds pictures, which share equal bands. Compresses the oldest bands beyond a limit, and drops the oldest pictures
+    beyond another one.
 
     Attributes:
         dropped: how many were dropped.
     """
 
     def __init__(self, kept_bytes: int = KEPT_BYTES) -> None:
-        """`kept_bytes`: how much memory the compressed pictures may take."""
+        """`kept_bytes`: how much memory the pictures may take."""
         self.dropped = 0
         self._kept_bytes = kept_bytes
         self._bytes = 0
         self._users: Dict[Band, int] = {}
+        self._sizes: Dict[Band, int] = {}
+        self._loose: Deque[Tuple[Band, int]] = deque()
+        self._loose_bytes = 0
         self._pictures: Deque[Picture] = deque()
         self._latest: Dict[str, Picture] = {}
 
@@ -110,18 +122,34 @@ class ScreenshotStore:
         picture = self._latest[source] = Picture(size, bands)
         for band in bands:
             if band not in self._users:
-                self._bytes += len(band.data)
+                self._count(band)
             self._users[band] = self._users.get(band, 0) + 1
         self._pictures.append(picture)
+        while self._loose and (self._loose_bytes > LOOSE_BYTES or self._bytes > self._kept_bytes):
+            self._compress(*self._loose.popleft())
         while self._bytes > self._kept_bytes and len(self._pictures) > 1:
             self._drop(self._pictures.popleft())
         return picture
+
+    def _count(self, band: Band) -> None:
+        self._sizes[band] = band.size()
+        self._bytes += self._sizes[band]
+        if not band.is_compressed():
+            self._loose.append((band, self._sizes[band]))
+            self._loose_bytes += self._sizes[band]
+
+    def _compress(self, band: Band, loose_bytes: int) -> None:
+        self._loose_bytes -= loose_bytes
+        if band in self._users:
+            band.compress()
+            self._bytes += band.size() - self._sizes[band]
+            self._sizes[band] = band.size()
 
     def _drop(self, picture: Picture) -> None:
         for band in picture.bands:
             self._users[band] -= 1
             if self._users[band] == 0:
-                self._bytes -= len(band.data)
+                self._bytes -= self._sizes.pop(band)
                 del self._users[band]
         picture.bands = ()
         self.dropped += 1
@@ -169,12 +197,16 @@ class ScreenshotStore:
 
 def _content(picture: Picture) -> Optional[Box]:
     """The part of a screen that is not in the plain colour of its corner; None for a plain picture."""
-    whole: Optional[Box] = None
-    for number, band in enumerate(picture.bands):
-        if band.content is not None:
-            left, top, right, bottom = band.content
-            whole = _united(whole, (left, top + number * ROWS, right, bottom + number * ROWS))
-    return whole
+    found = [(number * ROWS, band.content) for number, band in enumerate(picture.bands) if band.content]
+    if not found:
+        return None
+    (first, top), (last, bottom) = found[0], found[-1]
+    return (
+        min(box[0] for _, box in found),
+        first + top[1],
+        max(box[2] for _, box in found),
+        last + bottom[3],
+    )
 
 
 def picture_kind() -> str:

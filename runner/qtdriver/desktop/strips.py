@@ -44,6 +44,7 @@ class StripWriter:
 
     def __init__(self) -> None:
         self._strips: "OrderedDict[Tuple[bytes, Box], _Strip]" = OrderedDict()
+        self._deflate = zlib.compressobj(1, zlib.DEFLATED, -zlib.MAX_WBITS)
 
     def png(self, bands: Iterable[Band], width: int, part: Box) -> bytes:
         """The file that shows a part of a screen.
@@ -71,22 +72,21 @@ class StripWriter:
         key = band.key, part
         strip = self._strips.get(key)
         if strip is None:
-            strip = self._strips[key] = _compressed(band.pixels(), width, part)
+            strip = self._strips[key] = self._compressed(band.pixels(), width, part)
             if len(self._strips) > _KEPT_STRIPS:
                 self._strips.popitem(last=False)
         self._strips.move_to_end(key)
         return strip
 
-
-def _compressed(pixels: bytes, width: int, part: Box) -> _Strip:
-    left, top, right, bottom = part
-    # Each row begins with the number of its filter, none: it takes the least time, and screens of windows do well without.
-    rows = b"".join(
-        b"\0" + pixels[3 * (row * width + left) : 3 * (row * width + right)] for row in range(top, bottom)
-    )
-    deflate = zlib.compressobj(1, zlib.DEFLATED, -zlib.MAX_WBITS)
-    data = deflate.compress(rows) + deflate.flush(zlib.Z_FULL_FLUSH)
-    return _Strip(data, len(rows), zlib.adler32(rows))
+    def _compressed(self, pixels: bytes, width: int, part: Box) -> _Strip:
+        left, top, right, bottom = part
+        # Each row begins with the number of its filter, none: it takes the least time, and screens of windows do well without.
+        rows = b"".join(
+            b"\0" + pixels[3 * (row * width + left) : 3 * (row * width + right)] for row in range(top, bottom)
+        )
+        # A full flush makes what follows independent of what was compressed before.
+        data = self._deflate.compress(rows) + self._deflate.flush(zlib.Z_FULL_FLUSH)
+        return _Strip(data, len(rows), zlib.adler32(rows))
 
 
 def _joined(checksum: int, strip: _Strip) -> int:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import re
 from dataclasses import dataclass
+from functools import lru_cache
 from typing import Optional
 
 from ..errors import ProtocolError
@@ -13,6 +14,9 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 
 _WINDOW = re.compile(r'(?P<class>.*?)(?P<modal> \(M\))? : "(?P<title>.*)"', re.DOTALL)
 _WIDGET = re.compile(r'(?P<depth>\d{1,9}) (?P<visible>[VN]) (?P<class>.*?) : "(?P<name>.*)"', re.DOTALL)
+
+_KEPT_RECORDS = 5000
+"""How many different records are kept as they were read: a window is listed again and again, and little of it changes."""
 
 
 @dataclass(frozen=True)
@@ -57,10 +61,15 @@ class WidgetRecord:
     @classmethod
     def parse(cls, record: str) -> "WidgetRecord":
         """Reads one item of the widget tree. Raises ProtocolError for any other text."""
-        match = _WIDGET.fullmatch(record)
-        if match is None:
-            raise ProtocolError(f"not a record of a widget: {record!r}")
-        return cls(int(match["depth"]), match["visible"] == "V", match["class"], match["name"])
+        return _parse_widget(record)
+
+
+@lru_cache(maxsize=_KEPT_RECORDS)
+def _parse_widget(record: str) -> WidgetRecord:
+    match = _WIDGET.fullmatch(record)
+    if match is None:
+        raise ProtocolError(f"not a record of a widget: {record!r}")
+    return WidgetRecord(int(match["depth"]), match["visible"] == "V", match["class"], match["name"])
 
 
 @dataclass(frozen=True)

@@ -218,10 +218,12 @@ class Recorder(StepListener):
             with self._noting("no picture after a step"):
                 self._wait_for(picture)
         with self._noting("the pictures could not be saved"):
-            saved, dropped = SCREENS.save(self._store, self._folder, pictures, later=self._pictures_later)
-            if dropped:
-                self._note(f"the {dropped} oldest pictures were dropped to save memory")
-            return saved
+            saved = SCREENS.save(self._store, self._folder, pictures, later=self._pictures_later)
+            if saved.dropped:
+                self._note(f"the {saved.dropped} oldest pictures were dropped to save memory")
+            if saved.problem:
+                self._note(f"pictures that were taken could not be kept: {saved.problem}")
+            return saved.files
         return {}
 
     def _save_comparison(self, comparison: Optional[Comparison]) -> Dict[str, str]:

@@ -27,6 +27,8 @@ SLOW_SECONDS = 0.25
 
 _MOST_SLOW_LISTINGS = 2
 
+_ENCODER = json.JSONEncoder(ensure_ascii=False)
+
 
 class WidgetLister:
     """Lists the widgets of one application, as long as it answers quickly."""
@@ -115,4 +117,4 @@ def _line(record: WidgetRecord) -> str:
 
 def _quoted(text: str) -> str:
     """In quotes and on one line."""
-    return json.dumps(text, ensure_ascii=False)
+    return _ENCODER.encode(text)
