@@ -8,6 +8,7 @@ import pytest
 
 from pytestrun import RUNNER, Project
 from qtdriver.plugin.parallel import Workers
+from qtdriver.report.results import RunResults
 
 WORKER = """
 def describe(app):
@@ -102,6 +103,8 @@ def test_what_workers_keep_is_told_by_the_run(project):
     assert run.properties("test_bad")["qtdriver_bundle"] == str(kept)
     page = (project.results / "report.html").read_text()
     assert "test_bad" in page and "test_skipped" in page
+    results = list(RunResults(project.results / "results.jsonl"))
+    assert {result.worker for result in results} <= {"gw0", "gw1"} and len(results) == 2
 
 
 def test_a_run_with_one_worker_goes_beside_one_that_has_the_port(project, server):

@@ -15,6 +15,7 @@ from pytestrun import RUNNER, Project
 from qtdriver.desktop.desktop import MARK_OF_WORKERS
 from qtdriver.plugin.parallel import Workers
 from qtdriver.plugin.remote import ArtifactSender, receive
+from qtdriver.report.results import RunResults
 
 PYTHON = f"env PYTHONPATH={RUNNER} {sys.executable}"
 
@@ -78,6 +79,8 @@ def test_workers_on_two_machines_have_desktops_and_their_evidence_comes_back(pro
         project.folder / "test_project.py",
     )
     print((machines / "sshd.log").read_text())
+    workers = {result.worker for result in RunResults(project.results / "results.jsonl")}
+    assert workers == {"gw0 on lab1", "gw1 on lab2"}
     assert run.outcomes.startswith("1 failed, 3 passed")
     here = [socket.gethostname(), os.readlink("/proc/self/ns/net"), os.environ["DISPLAY"]]
     hosts, networks, displays = (set(column) for column in zip(*places(machines / "home")))
@@ -121,6 +124,8 @@ def test_workers_that_are_reached_by_a_socket_have_desktops_and_their_evidence_c
     assert run.outcomes.startswith("1 failed, 3 passed")
     _, networks, displays = (set(column) for column in zip(*places(tmp_path / "home")))
     assert len(networks) == len(displays) == 2
+    workers = {result.worker for result in RunResults(project.results / "results.jsonl")}
+    assert workers == {f"one on {worker_server}", f"two on {worker_server}"}
     check_evidence(project, run)
 
 

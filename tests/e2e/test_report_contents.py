@@ -6,7 +6,7 @@ from dataclasses import replace
 import pytest
 from PIL import Image
 
-from qtdriver.report import embedding
+from qtdriver.report import embedding, page
 from qtdriver.report.page import TestResult, in_script, readable_duration, write_page
 
 from chromium import DOWN, browser, quiet  # noqa: F401 (fixtures)
@@ -153,6 +153,27 @@ def test_choosing_an_attempt_shows_its_steps_its_message_and_its_bundle(browser,
 def test_a_test_without_another_attempt_shows_none(browser, flaky_page):
     browser.open(flaky_page, "#test=3")
     assert browser.text("h2") == "good" and browser.texts(".attempt") == []
+
+
+def test_the_page_says_which_worker_has_run_a_test_and_finds_those_of_one(
+    browser, made, tmp_path, monkeypatch
+):
+    monkeypatch.setattr(page, "KEPT_ROWS", 1)
+    results = [
+        TestResult("a.py::bad", "failed", 1, "", made([dict(title="act")]), None, worker="gw0 on lab2"),
+        TestResult("a.py::good", "passed", 1, "", None, None, worker="gw1"),
+        TestResult("a.py::beside", "passed", 1, "", None, None, worker="gw0"),
+        TestResult("a.py::alone", "passed", 1, "", None, None),
+    ]
+    write_page(results, tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    assert "worker gw0 on lab2" in browser.texts(".facts span")
+    browser.click("#more")
+    browser.wait_until("return document.getElementById('tests').children.length === 4")
+    assert browser.texts("#tests .worker") == ["gw0 on lab2", "gw1", "gw0"]
+    browser.type_into("#search", "gw0")
+    assert browser.texts("#tests .name") == ["bad", "beside"]
+    assert "page-more.js" in browser.requested()[-1]
 
 
 def test_a_large_picture_is_embedded_smaller(made, tmp_path):

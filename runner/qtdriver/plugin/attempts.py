@@ -35,6 +35,7 @@ class Attempt:
     bundle: Optional[Path] = None
     properties: Tuple[Tuple[str, str], ...] = ()
     drives: bool = False
+    worker: str = ""
 
     def add(self, report: pytest.TestReport) -> None:
         """Adds a phase."""
@@ -50,6 +51,7 @@ class Attempt:
         self.drives = self.drives or hasattr(report, MARK) or report.when == CRASHED_WORKER
         told = getattr(report, "user_properties", ())
         self.properties = tuple((str(name), str(value)) for name, value in told if name not in _PATHS)
+        self.worker = _worker(report) or self.worker
         paths: Dict[str, str] = getattr(report, MARK, {})
         self.trace = _path(paths.get(TRACE_PROPERTY)) or self.trace
         self.bundle = _path(paths.get(BUNDLE_PROPERTY)) or self.bundle
@@ -74,6 +76,15 @@ class Attempts(List[Attempt]):
         last = results[-1]
         is_flaky = last.outcome == "passed" and len(self) > 1
         return replace(last, outcome=FLAKY if is_flaky else last.outcome, earlier=tuple(results[:-1]))
+
+
+def _worker(report: pytest.TestReport) -> str:
+    """The worker of pytest-xdist that ran the test, with its machine where that is another one; empty without workers."""
+    gateway = getattr(getattr(report, "node", None), "gateway", None)
+    if gateway is None:
+        return ""
+    machine = str(gateway.spec.ssh or gateway.spec.socket or "").rpartition(" ")[2]
+    return f"{gateway.id} on {machine}" if machine else str(gateway.id)
 
 
 def _path(text: Optional[object]) -> Optional[Path]:

@@ -49,6 +49,7 @@ def _attempt(result: TestResult, folder: Path, embedding: Optional[Embedding]) -
     return {
         "outcome": result.outcome,
         "seconds": result.seconds,
+        "worker": result.worker,
         "message": _shortened(result.message),
         "bundle": _link(result.bundle, folder),
         "trace": trace,

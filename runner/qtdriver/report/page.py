@@ -57,6 +57,7 @@ class _Row:
     name: str
     outcome: str
     duration: str
+    worker: str
     data: str
 
 
@@ -195,5 +196,6 @@ def _row(number: int, result: TestResult, folder: Path, embedding: Optional[Embe
         name.translate(_VISIBLE),
         result.outcome,
         readable_duration(result.total_seconds()),
+        result.worker.translate(_VISIBLE),
         in_script(data_of(result, folder, embedding)),
     )

@@ -38,6 +38,7 @@ class TestResult:
         earlier: the attempts before this one, oldest first.
         properties: names and values, as they stand in a JUnit XML file.
         drives: whether the test uses a driver; the page shows no others.
+        worker: the worker that ran it, with its machine where that is another one; empty where there are no workers.
     """
 
     __test__ = False  # pytest takes classes with such names for tests
@@ -51,6 +52,7 @@ class TestResult:
     earlier: "Tuple[TestResult, ...]" = ()
     properties: Tuple[Tuple[str, str], ...] = ()
     drives: bool = True
+    worker: str = ""
 
     def total_seconds(self) -> float:
         """How long all attempts took."""
@@ -181,6 +183,7 @@ def _data_of(result: TestResult, folder: Path) -> Dict[str, object]:
         "message": result.message,
         "trace": _told(result.trace, folder),
         "bundle": _told(result.bundle, folder),
+        "worker": result.worker,
     }
     data.update({name: value for name, value in more.items() if value})
     if result.properties:
@@ -199,6 +202,7 @@ def _result_of(data: Dict[str, Any], folder: Path, earlier: Tuple[TestResult, ..
         earlier,
         tuple((name, value) for name, value in data.get("properties", ())),
         data["drives"],
+        data.get("worker", ""),
     )
 
 

@@ -49,10 +49,11 @@ function loadTraces(test) {
 
 /** An entry of the list of tests, as the page has it for those that are in it. */
 function makeTestEntry(number, test) {
+  const {worker} = test.attempts[test.attempts.length - 1];
   return element("li", {role: "option", id: `test-${number}`, "data-outcome": test.outcome, "aria-selected": "false"},
     element("span", {className: `mark ${test.outcome}`, title: test.outcome}),
     element("span", {className: "label"},
       element("span", {className: "name"}, breakable(test.name)), element("span", {className: "file"}, test.file)),
     element("span", {className: "sr"}, test.outcome),
-    element("span", {className: "time"}, duration(test.seconds)));
+    element("span", {className: "time"}, duration(test.seconds), worker ? element("span", {className: "worker"}, worker) : null));
 }

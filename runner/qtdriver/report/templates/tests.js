@@ -16,7 +16,7 @@ function setUpTests(show) {
   function apply() {
     const words = search.value.toLowerCase().split(/\s+/).filter(Boolean);
     for (const entry of entries) {
-      const text = entry.querySelector(".label").textContent.toLowerCase();
+      const text = [".label", ".worker"].map((part) => (entry.querySelector(part) || {}).textContent || "").join(" ").toLowerCase();
       const fits = !wanted.length || wanted.includes(entry.dataset.outcome);
       entry.hidden = !fits || !words.every((word) => text.includes(word));
     }

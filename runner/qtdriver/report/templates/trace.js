@@ -7,6 +7,7 @@ function makeHeading(test, attempt) {
     element("span", {className: `outcome ${test.outcome}`}, test.outcome),
     element("span", {}, duration(test.seconds)),
     element("span", {}, test.file),
+    attempt.worker ? element("span", {className: "worker"}, `worker ${attempt.worker}`) : null,
   ];
   const {bundle} = attempt;
   if (bundle) facts.push(element("span", {}, "bundle: ", element("a", {href: bundle.href}, bundle.path)));
