@@ -57,7 +57,10 @@ def test_each_attempt_at_a_test_keeps_its_evidence(project, workers):
     assert "1 failed" in run.outcomes and "1 passed" in run.outcomes
     assert "qtdriver: flaky: test_project.py::test_flaky passed at attempt 3" in run.output
     folders = sorted(project.results.glob("*-test_flaky-*"))
-    assert [path.name[-9:] for path in folders[1:]] == ["attempt-2"] and len(folders) == 2
+    assert [path.name[-9:] for path in folders[1:]] == ["attempt-2", "attempt-3"]
+    passed = folders.pop()
+    assert sorted(path.name for path in passed.iterdir()) == [".qtdriver", "trace"]
+    assert run.paths("test_flaky", "qtdriver_trace")[-1] == str(passed / "trace")
     for number, folder in enumerate(folders, 1):
         assert f"attempt {number} fails" in (folder / "error.txt").read_text()
         assert f"11,Widget:showcase,{600 + number},400" in (folder / "transcript.txt").read_text()

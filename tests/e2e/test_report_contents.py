@@ -176,6 +176,25 @@ def test_the_page_says_which_worker_has_run_a_test_and_finds_those_of_one(
     assert "page-more.js" in browser.requested()[-1]
 
 
+def test_of_an_application_that_has_not_started_the_page_shows_what_was_kept(browser, made, tmp_path):
+    bundle = tmp_path / "bundle"
+    bundle.mkdir()
+    for name, text in (("stderr", "no licence"), ("stdout", ""), ("windows", "a dialog"), ("error", "why")):
+        (bundle / f"{name}.txt").write_text(text)
+    (bundle / ".qtdriver").touch()
+    Image.new("RGB", (50, 50), "red").save(bundle / "screenshot.png")
+    write_page([TestResult("a.py::mute", "failed", 1.0, "", made([]), bundle)], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    assert browser.texts(".seen h3") == ["stderr.txt", "windows.txt"]
+    assert browser.texts(".seen pre") == ["no licence", "a dialog"]
+    assert len(browser.shown_pictures()) == 1
+    assert browser.texts(".files a") == [
+        "error.txt", "screenshot.png", "stderr.txt", "stdout.txt", "windows.txt"
+    ]  # fmt: skip
+    links = browser.run("return [...document.querySelectorAll('.files a')].map((one) => one.href)")
+    assert links[0] == (bundle / "error.txt").as_uri()
+
+
 def test_a_large_picture_is_embedded_smaller(made, tmp_path):
     trace = made([dict(title="acts", after="large.png")])
     Image.effect_noise((2000, 1500), 90).convert("RGB").save(trace / "large.png")

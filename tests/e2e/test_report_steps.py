@@ -10,6 +10,7 @@ from PIL import Image
 from qtdriver import ConditionError, WidgetNotFoundError, eventually, step
 from qtdriver.report.page import TestResult, write_page
 from qtdriver.trace.recorder import Recorder
+from qtdriver.trace.sources import lines_around
 
 from chromium import browser, quiet  # noqa: F401 (fixtures)
 from showcase import QT, running
@@ -126,7 +127,17 @@ def test_a_step_has_the_line_of_the_test_and_its_source(recorded):
     assert file.endswith("test_report_steps.py")
     source = trace["sources"][file]
     assert source[str(first + 2)].endswith("# the line of the second step")
-    assert str(first + 2 + 8) not in source, "the rest of the file may have the passwords of other tests"
+    numbers = [int(number) for number in source]
+    assert numbers == list(range(first, first + 3)), "other functions may have the passwords of other tests"
+
+
+def test_around_a_step_outside_of_functions_there_are_no_functions(tmp_path):
+    file = tmp_path / "script.py"
+    file.write_text("press()\n\n@slow\ndef other():\n    enter('secret')\n\nrelease()\n")
+    assert lines_around(str(file), 7) == {1: "press()", 2: "", 6: "", 7: "release()"}
+    assert list(lines_around(str(file), 5)) == [3, 4, 5]
+    (tmp_path / "no.py").write_text("press(\nrelease(\n")
+    assert list(lines_around(str(tmp_path / "no.py"), 1)) == [1, 2]
 
 
 def test_steps_are_in_the_groups_of_the_test(recorded):

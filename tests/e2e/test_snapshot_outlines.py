@@ -3,6 +3,7 @@
 import pytest
 
 from qtdriver import Snapshot, SnapshotNode, errors
+from qtdriver.lookup.reading_order import as_read
 
 RECT = [0, 0, 10, 10]
 
@@ -41,6 +42,19 @@ dialog "New order" #orderDialog
 
 def test_an_outline_tells_what_a_person_sees():
     assert str(Snapshot(SnapshotNode.of(DIALOG))) == OUTLINE
+
+
+def test_widgets_are_read_row_by_row_in_whatever_order_the_application_has_made_them():
+    """As the keys of a keypad that come from a hash; a label is a little lower than its field."""
+    placed = [
+        ("6", [60, 50, 20, 20]), ("pane", [200, 0, 50, 100]), ("4", [0, 50, 20, 20]), ("9", [60, 20, 20, 20]),
+        ("5", [30, 50, 20, 20]), ("field", [60, 1, 90, 18]), ("name", [0, 3, 50, 12]), ("7", [0, 20, 20, 20]),
+    ]  # fmt: skip
+    for made in (placed, placed[::-1]):
+        inner = node("widget", children=[node("button", text=text, rect=rect) for text, rect in made])
+        read = as_read(SnapshotNode.of(node("window", children=[inner])))
+        texts = [found.text for found in read.children[0].children]
+        assert texts == ["pane", "name", "field", "7", "9", "4", "5", "6"]
 
 
 def test_nodes_are_those_of_the_whole_tree_each_before_its_children():

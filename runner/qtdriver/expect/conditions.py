@@ -313,11 +313,11 @@ class ResultConditions(Generic[_Result]):
 
     def is_true(self) -> None:
         """Waits until the function returns something true."""
-        self.satisfies(bool)
+        self._wait("something true", bool)
 
     def is_false(self) -> None:
         """Waits until the function returns something false."""
-        self.does_not_satisfy(bool)
+        self._wait("something false", lambda value: not value)
 
     def equals(self, expected: object) -> None:
         """Waits until the function returns this."""

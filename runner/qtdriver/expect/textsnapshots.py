@@ -9,6 +9,7 @@ from typing import List, Optional, Pattern, Sequence, Union
 
 from ..api.widget import Widget
 from ..api.window import Window
+from ..lookup.reading_order import as_read
 from ..lookup.snapshot import whole_outline
 from .baselines import Baselines, current_baselines, shown_path
 from .fulfilment import wait_in
@@ -42,7 +43,7 @@ def wait_for_outline(
     def read() -> str:
         nonlocal last
         snapshot = window.snapshot(timeout=0) if widget is None else widget.snapshot(timeout=0)
-        last = _without(patterns, f"{whole_outline(snapshot.root)}\n")
+        last = _without(patterns, f"{whole_outline(as_read(snapshot.root))}\n")
         return last
 
     def is_fulfilled(text: str) -> bool:

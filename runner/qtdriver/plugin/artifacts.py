@@ -57,7 +57,8 @@ class TestArtifacts:
         self._began = time.monotonic()
         self._notes: List[str] = []
         self._node_id = node_id
-        self._keeps_trace = settings.trace == TRACE_ON
+        # An attempt that passes after one that failed is compared with that.
+        self._keeps_trace = settings.trace == TRACE_ON or (settings.trace != TRACE_OFF and attempt > 1)
         self._passed_runs = None if settings.history is None else PassedRuns(settings.history)
         self._recorder: Optional[Recorder] = None
         self.is_open = True

@@ -2,8 +2,10 @@
 
 from __future__ import annotations
 
+import hashlib
 import json
 import os
+from contextlib import suppress
 from pathlib import Path
 from typing import Dict, List, Optional
 from urllib.parse import quote
@@ -13,6 +15,9 @@ from .embedding import Embedding
 from .results import FLAKY, TestResult
 
 _KEPT_MESSAGE = 50_000
+
+_SEEN = ("stderr", "stdout", "windows")
+"""The texts of a bundle that tell why an application has not started."""
 
 
 def data_of(result: TestResult, folder: Path, embedding: Optional[Embedding]) -> Dict[str, object]:
@@ -55,6 +60,8 @@ def _attempt(result: TestResult, folder: Path, embedding: Optional[Embedding]) -
         "trace": trace,
         "beside": _link(result.trace, folder) if trace is None else None,
         "stacks": _stacks(result.bundle),
+        "kept": _kept(result.bundle, folder),
+        "seen": _seen(result.bundle, embedding) if trace is not None and not trace["steps"] else None,
     }
 
 
@@ -97,6 +104,32 @@ def _link(path: Optional[Path], folder: Path) -> "Optional[Dict[str, str]]":
         return None
     relative = os.path.relpath(path.absolute(), folder)
     return {"path": relative, "href": quote(os.fsencode(relative))}
+
+
+def _kept(bundle: Optional[Path], folder: Path) -> "List[Dict[str, str]]":
+    """Links to the files of a bundle."""
+    try:
+        found = sorted(bundle.iterdir() if bundle else ())
+        files = [file for file in found if file.is_file() and not file.name.startswith(".")]
+    except OSError:
+        return []
+    return [{**link, "path": file.name} for file in files for link in [_link(file, folder)] if link]
+
+
+def _seen(bundle: Optional[Path], embedding: Optional[Embedding]) -> "Optional[Dict[str, object]]":
+    """Screens and texts that were kept of applications with which the test did nothing, as they did not start."""
+    if bundle is None or embedding is None:
+        return None
+    pictures, texts = [], {}
+    with suppress(OSError):
+        for file in sorted(bundle.glob("screenshot*.png")):
+            digest = hashlib.sha1(file.read_bytes()).hexdigest()
+            pictures.append(embedding.add(bundle, file.name, key=f"{digest[:20]}.png"))
+        for file in sorted(file for kind in _SEEN for file in bundle.glob(f"{kind}*.txt")):
+            text = _shortened(file.read_text(encoding="utf-8", errors="replace")).strip()
+            if text and embedding.add_text(len(text)):
+                texts[file.name] = text
+    return {"pictures": [key for key in pictures if key], "texts": texts}
 
 
 def _stacks(bundle: Optional[Path]) -> List[str]:

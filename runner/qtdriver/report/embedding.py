@@ -35,10 +35,13 @@ class Embedding:
         self._text_room -= length if fits else 0
         return fits
 
-    def add(self, folder: Path, name: str) -> str:
-        """Adds a picture of a trace, if there is room for it.
+    def add(self, folder: Path, name: str, *, key: str = "") -> str:
+        """Adds a picture, if there is room for it.
 
-        Pictures of the same name have the same content: they are named after it.
+        Args:
+            folder: its folder.
+            name: its file name. Pictures of traces that have the same name have the same content: they are named after it.
+            key: names the content of any other picture.
 
         Returns its key in the page; empty if it is not embedded. Raises ValueError for a name that is not one of a
         picture, and OSError when there is no such file.
@@ -46,15 +49,16 @@ class Embedding:
         file = folder / name
         if file.name != name or file.suffix not in _SUFFIXES:
             raise ValueError(f"{name!r} is not the name of a picture")
-        if name in self._files or name in self._refused:
-            return name if name in self._files else ""
+        key = key or name
+        if key in self._files or key in self._refused:
+            return key if key in self._files else ""
         size = min(file.stat().st_size, LARGE_BYTES)
         if size > self._room:
-            self._refused.add(name)
+            self._refused.add(key)
             return ""
         self._room -= size
-        self._files[name] = (_SUFFIXES[file.suffix], file)
-        return name
+        self._files[key] = (_SUFFIXES[file.suffix], file)
+        return key
 
     def pictures(self) -> Iterator[Tuple[str, str, bytes]]:
         """Key, kind and content of each picture, one at a time."""

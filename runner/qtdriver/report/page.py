@@ -40,6 +40,7 @@ _SCRIPTS = (
     "pictures.js",
     "evidence.js",
     "differs.js",
+    "attempts.js",
     "trace.js",
     "beside.js",
     "main.js",

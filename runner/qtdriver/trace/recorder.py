@@ -104,8 +104,13 @@ class Recorder(StepListener):
             entry.after = self._picture_after(app)
         # Listing the widgets takes as long as the application may need to paint itself: the picture is taken meanwhile.
         if step.error or not step.reads:
+            began = time.monotonic()
             with self._noting("the widgets could not be listed"):
                 entry.widgets = self._widgets(app, step.exchanges)
+            if entry.widgets and time.monotonic() - began > PAINT_SECONDS:
+                # Until now the application was busy, or the machine: the picture may be from before it has painted itself.
+                with self._noting("no picture after a step"):
+                    entry.after = self._order(app, PAINT_SECONDS)
             # Nothing but the listing tells whether the application answers.
             entry.place = entry.place or place_of(app, step, asks_agent=bool(entry.widgets))
 

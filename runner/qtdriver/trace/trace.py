@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import json
-import linecache
 import os
 from dataclasses import dataclass, field
 from pathlib import Path
@@ -16,6 +15,7 @@ from ..protocol.secrets import Secrets
 from ..protocol.transcript import Exchange, Group, Step
 from ..protocol.wire import Reply, decode_hex
 from .readable import describe_reply
+from .sources import lines_around
 
 TRACE_FILE = "trace.json"
 
@@ -23,9 +23,6 @@ SCRIPT_FILE = "trace.js"
 """The same for a page: browsers let a page that is a file itself load a script beside it, and nothing else."""
 
 FORMAT = 2
-
-LINES_AROUND = 7
-"""How many lines of a test are kept before that of a step, and as many behind it."""
 
 KEPT_READABLE = 2000
 """Characters of a reply in words that are kept."""
@@ -145,12 +142,9 @@ class Trace:
         sources: Dict[str, Dict[int, str]] = {}
         for step in (recorded.step for recorded in self.steps if recorded.step.file):
             known = sources.setdefault(_relative(step.file), {})
-            lines = linecache.getlines(step.file)
-            for number in range(
-                max(step.line - LINES_AROUND, 1), min(step.line + LINES_AROUND, len(lines)) + 1
-            ):
+            for number, text in lines_around(step.file, step.line).items():
                 if number not in known:
-                    known[number] = self.secrets.hide(lines[number - 1].rstrip("\n"))
+                    known[number] = self.secrets.hide(text)
         return sources
 
     def _step(self, recorded: RecordedStep, groups: List[Group]) -> Dict[str, object]:

@@ -11,8 +11,10 @@ function makeHeading(test, attempt) {
   ];
   const {bundle} = attempt;
   if (bundle) facts.push(element("span", {}, "bundle: ", element("a", {href: bundle.href}, bundle.path)));
+  const files = (attempt.kept || []).map((file) => element("a", {href: file.href}, file.path));
   return element("div", {className: "heading"},
-    element("h2", {}, breakable(test.name)), element("div", {className: "facts"}, facts));
+    element("h2", {}, breakable(test.name)), element("div", {className: "facts"}, facts),
+    files.length ? element("div", {className: "files"}, files) : null);
 }
 
 /** What was wrong: lines that pytest begins with an E, or the name of an exception at the beginning of a line. */
@@ -151,7 +153,7 @@ function makeEvidence(trace, number) {
   return [
     element("div", {className: "bar-top"},
       element("span", {className: "step-title"}, breakable(`${number + 1}. ${step.title}`),
-        step.action ? element("span", {className: "where"}, breakable(step.action)) : null), pictures.buttons),
+        step.action && !step.action.startsWith("eventually(") ? element("span", {className: "where"}, breakable(step.action)) : null), pictures.buttons),
     step.error ? element("div", {className: "step-error", tabIndex: 0, role: "region", "aria-label": "Error"},
       element("pre", {}, makeLines(step.error))) : null,
     pictures.place,
@@ -162,30 +164,6 @@ function makeEvidence(trace, number) {
       {name: "widgets", label: "Widgets", make: () => makeWidgets(step, trace, earlier)},
     ]),
   ].filter(Boolean);
-}
-
-/** The attempts at a test side by side: how each went, its complaint, its last picture. */
-function makeAttempts(test, chosen, choose) {
-  if (test.attempts.length < 2) return [];
-  const cards = test.attempts.map((attempt, number) => {
-    const steps = attempt.trace ? attempt.trace.steps : [];
-    const last = steps.findLast((step) => step.after || step.before);
-    const shown = last && (last.error ? last.before || last.after : last.after || last.before);
-    const complaint = attempt.message.split("\n").find((line) => COMPLAINT.test(line)) || "";
-    return element("button", {type: "button", className: "attempt panel", "aria-pressed": String(number === chosen), onclick: () => choose(number)},
-      element("span", {className: "attempt-title"}, element("span", {className: `mark ${attempt.outcome}`}), `Attempt ${number + 1}`),
-      element("span", {className: `outcome ${attempt.outcome}`}, attempt.outcome),
-      element("span", {className: "quiet"}, duration(attempt.seconds)),
-      complaint ? element("span", {className: "complaint"}, complaint.replace(/^E +/, "")) : null,
-      shown ? makePicture(shown, `The screen at the end of attempt ${number + 1}`) : null);
-  });
-  return [element("div", {className: "attempts", role: "group", "aria-label": "Attempts"}, cards)];
-}
-
-/** The attempt that is shown first: the last one, or the last failure of a test that passed in the end. */
-function usualAttempt(test) {
-  const failure = test.attempts.findLastIndex((attempt) => attempt.outcome !== "passed");
-  return test.outcome === "flaky" ? failure : test.attempts.length - 1;
 }
 
 /** Puts the test into `place`. `chosen` is told the numbers of the attempt and of each step that is chosen. */
@@ -208,7 +186,9 @@ function showAttempt(place, test, number, first, chosen) {
   const told = (step) => chosen(number, step);
   told(null);
   if (!trace || !trace.steps.length) {
-    parts.push(element("p", {className: "quiet"}, trace ? "The trace has no steps." : "No trace of this test was kept."));
+    const seen = attempt.seen && (attempt.seen.pictures.length || Object.keys(attempt.seen.texts).length);
+    const none = trace ? "The test has done nothing with an application." : "No trace of this test was kept.";
+    parts.push(...(seen ? makeSeen(attempt.seen) : [element("p", {className: "quiet"}, none)]));
     place.replaceChildren(...parts);
     scrollToComplaint(place);
     return;
