@@ -26,7 +26,10 @@ STANDS_ON = {
     "report": ("trace",),
     "shell": (),
     "project": ("launch",),
-    "commandline": ("report", "shell", "project"),
+    "recording": (),
+    "tools": ("expect", "project", "recording"),
+    "mcp": ("tools",),
+    "commandline": ("report", "shell", "project", "mcp"),
     "plugin": ("report", "expect"),
 }
 

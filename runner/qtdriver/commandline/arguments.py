@@ -9,6 +9,7 @@ from typing import List, NoReturn, Optional, Sequence, Tuple
 from ..errors.commandline import UsageError
 from ..launch.agent import QT_MAJORS
 from ..launch.loading import LOAD_WAYS
+from ..mcp.program import add_mcp_arguments
 from ..project.initialising import add_init_arguments
 from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name
@@ -151,6 +152,7 @@ def parsers() -> Tuple[_Parser, _Parser]:
     _add_init(commands)
     _add_trace(commands)
     _add_report(commands)
+    _add_mcp(commands)
     return parser, run
 
 
@@ -201,6 +203,13 @@ def _add_report(commands: "argparse._SubParsersAction[_Parser]") -> None:
     add_report_arguments(
         _add(commands, "report", summary, "report merge shard-1 shard-2 --output test-results")
     )
+
+
+def _add_mcp(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "serves a language model, which uses applications and saves tests"
+    mcp = _add(commands, "mcp", summary, "mcp --headed")
+    _add_build(mcp)
+    add_mcp_arguments(mcp)
 
 
 def _add_json(parser: argparse.ArgumentParser) -> None:

@@ -15,6 +15,7 @@ from ..desktop import desktop
 from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import QtDriverError
 from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
+from ..mcp.program import serve
 from ..project.initialising import initialise
 from ..shell.completion import complete, complete_in_bash
 from ..shell.manual import manual_page
@@ -154,10 +155,15 @@ def _report(parsed: argparse.Namespace) -> int:
     return _finish(report(parsed), parsed.json)
 
 
+def _mcp(parsed: argparse.Namespace) -> int:
+    return serve(parsed, VERSION, [sys.executable, "-c", holding.START, holding.RUNNER])
+
+
 _ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {
     "run": _run,
     "doctor": _doctor,
     "init": _init,
     "trace": _trace,
     "report": _report,
+    "mcp": _mcp,
 }

@@ -4,7 +4,8 @@ from __future__ import annotations
 
 import sys
 from dataclasses import dataclass, field, replace
-from typing import Any, Iterator, List, Mapping, NamedTuple, Tuple
+from itertools import islice
+from typing import Any, Iterator, List, Mapping, NamedTuple, Optional, Tuple
 
 from ..errors import ProtocolError
 from ..protocol.wire import Rect
@@ -21,11 +22,13 @@ _UNTOLD_STATES = ("hovered",)
 
 
 class _Limits(NamedTuple):
-    """How much an outline has: characters of a text, items of a view, columns of an item."""
+    """How much an outline has: characters of a text, items of a view, columns of an item, levels, and reference numbers."""
 
     text: int
     items: int
     columns: int
+    depth: int = sys.maxsize
+    with_refs: bool = False
 
 
 _SHORT = _Limits(60, 10, 3)
@@ -93,6 +96,7 @@ class SnapshotNode:
         """The node for an object of the agent's JSON, with all below it. Raises ProtocolError for any other object."""
         try:
             left, top, width, height = told["rect"]
+            children = told.get("children", ())
             return cls(
                 ref=told["ref"],
                 class_name=told["class"],
@@ -107,8 +111,8 @@ class SnapshotNode:
                 header=tuple(told.get("header", ())),
                 items=tuple(map(_item, told.get("items", ()))),
                 left_out=told.get("more", 0),
-                children=[cls.of(child) for child in told.get("children", ())],
-                details={key: value for key, value in told.items() if key != "children"},
+                children=[cls.of(child) for child in children],
+                details={key: told[key] for key in told if key != "children"} if children else told,
             )
         except (KeyError, TypeError, ValueError) as error:
             raise ProtocolError(f"not a widget of a snapshot: {error!r}") from None
@@ -177,32 +181,84 @@ def outline(root: SnapshotNode) -> str:
     It leaves out widgets that only hold others, scroll bars and the like, and labels whose text is shown with their field.
     Of states, values and items it has those that a person would look for; the nodes have all.
     """
-    return "\n".join(_lines(root, 0, _SHORT, is_root=True))
+    return "\n".join(_lines(root, _SHORT))
 
 
 def whole_outline(root: SnapshotNode) -> str:
     """As outline(), with every text and all items in sight, however long, and the texts of widgets known by a label."""
-    return "\n".join(_lines(root, 0, _WHOLE_TEXTS, is_root=True))
+    return "\n".join(_lines(root, _WHOLE_TEXTS))
 
 
-def _lines(node: SnapshotNode, depth: int, limits: _Limits, is_root: bool = False) -> Iterator[str]:
+def outline_with_refs(
+    root: SnapshotNode, *, depth: Optional[int] = None, whole: bool = False, most: Optional[int] = None
+) -> List[str]:
+    """The lines of outline(), with the reference number of each widget in brackets in front of it.
+
+    Args:
+        root: the widget.
+        depth: how many levels below it; None for all.
+        whole: with every text and all items in sight, however long.
+        most: how many lines; None for all.
+    """
+    return list(islice(_lines(root, _with_refs(depth, whole)), most))
+
+
+def outline_length(root: SnapshotNode, *, depth: Optional[int] = None, whole: bool = False) -> int:
+    """How many lines outline_with_refs() has in all."""
+    limits = _with_refs(depth, whole)
+    told = ((node, level) for node, level in walk_told(root) if level <= limits.depth)
+    return sum(1 + (_item_count(node, limits) if level < limits.depth else 0) for node, level in told)
+
+
+def _with_refs(depth: Optional[int], whole: bool) -> _Limits:
+    levels = sys.maxsize if depth is None else depth
+    return (_WHOLE_TEXTS if whole else _SHORT)._replace(depth=levels, with_refs=True)
+
+
+def _item_count(node: SnapshotNode, limits: _Limits) -> int:
+    if not node.items and not node.left_out:
+        return 0
+    return sum(1 for _ in _item_lines(node, 0, limits))
+
+
+def headline_with_ref(node: SnapshotNode) -> str:
+    """The line of one widget in outline_with_refs()."""
+    return _headline(node, _SHORT._replace(with_refs=True))
+
+
+def walk_told(root: SnapshotNode) -> Iterator[Tuple[SnapshotNode, int]]:
+    """The widgets that an outline has a line for, in its order, each with its depth there."""
+    return _told(root, 0, is_root=True)
+
+
+def _told(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[Tuple[SnapshotNode, int]]:
     if is_root or not _is_frame(node):
-        yield _INDENT * depth + _headline(node, limits)
+        yield node, depth
         depth += 1
-        yield from _item_lines(node, depth, limits)
     if node.role in _WHOLE:
+        return
+    if not node.children:
         return
     labels = {child.label for child in node.children if child.label}
     for child in node.children:
         is_told_with_its_field = child.role == "label" and child.text in labels
         if not is_told_with_its_field and child.role not in _DECORATIONS:
-            yield from _lines(child, depth, limits)
+            yield from _told(child, depth)
+
+
+def _lines(root: SnapshotNode, limits: _Limits) -> Iterator[str]:
+    for node, depth in walk_told(root):
+        if depth <= limits.depth:
+            yield _INDENT * depth + _headline(node, limits)
+        if depth < limits.depth:
+            yield from _item_lines(node, depth + 1, limits)
 
 
 def _item_lines(node: SnapshotNode, depth: int, limits: _Limits) -> Iterator[str]:
     items = () if node.role == "combo box" else node.items
     for item in items[: limits.items]:
-        yield _INDENT * (depth + item.depth) + f"- {_cut(_in_few_columns(item, limits), limits)}"
+        words = _cut(_in_few_columns(item, limits), limits)
+        yield _INDENT * (depth + item.depth) + f"- {_on_one_line(words) if limits.with_refs else words}"
     left_out = node.left_out + len(items) - len(items[: limits.items])
     if left_out:
         yield _INDENT * depth + f"- ... {left_out} more"
@@ -215,18 +271,23 @@ def _in_few_columns(item: Item, limits: _Limits) -> str:
 
 def _is_frame(node: SnapshotNode) -> bool:
     """Whether it only holds others. One with a name counts only if the single widget in it has a name, too."""
+    if node.role != "label" and node.role not in _FRAMES:
+        return False
     if _shown(node) or node.items:
         return False
     if node.role == "label":
         return not _own_name(node)  # an empty one, or one with a picture
     inside = [child for child in node.children if child.role not in _DECORATIONS]
     is_told_by_name = _own_name(node) and not (len(inside) == 1 and _own_name(inside[0]))
-    return node.role in _FRAMES and not is_told_by_name
+    return not is_told_by_name
 
 
 def _shown(node: SnapshotNode) -> str:
     """The text by which a person knows it."""
-    return next((str(node.details[key]) for key in _SHOWN_AS if node.details.get(key)), "")
+    for key in _SHOWN_AS:  # a loop, since each outline asks this twice for each of thousands of widgets
+        if node.details.get(key):
+            return str(node.details[key])
+    return ""
 
 
 def _own_name(node: SnapshotNode) -> str:
@@ -235,24 +296,29 @@ def _own_name(node: SnapshotNode) -> str:
 
 
 def _headline(node: SnapshotNode, limits: _Limits = _SHORT) -> str:
-    words = [node.role]
-    if _shown(node):
-        words.append(f'"{_cut(_shown(node), limits)}"')
-    if _own_name(node):
-        words.append(f"#{node.name}")
-    if limits is _WHOLE_TEXTS and node.text and node.text != _shown(node):
+    words = [f"[{node.ref}] {node.role}"] if limits.with_refs else [node.role]
+    shown, name = _cut(_shown(node), limits), _own_name(node)
+    if shown:
+        words.append(f'"{_on_one_line(shown) if limits.with_refs else shown}"')
+    if name:
+        words.append(f"#{name}")
+    if limits.text == sys.maxsize and node.text and node.text != shown:
         words.append(f"with {node.text!r}")
     if node.value is not None and node.value != "":
         words.append(
             f"= {_cut(repr(node.value) if isinstance(node.value, str) else str(node.value), limits)}"
         )
-    return " ".join(words) + _in_brackets(
-        tuple(state for state in node.states if state not in _UNTOLD_STATES)
-    )
+    told = tuple(state for state in node.states if state not in _UNTOLD_STATES) if node.states else ()
+    return " ".join(words) + _in_brackets(told)
 
 
 def _in_brackets(states: Tuple[str, ...]) -> str:
     return f" ({', '.join(states)})" if states else ""
+
+
+def _on_one_line(text: str) -> str:
+    """The text without line breaks, so that it cannot look like lines of the outline."""
+    return " ".join(text.split())
 
 
 def _cut(text: str, limits: _Limits = _SHORT) -> str:

@@ -6,7 +6,7 @@ import subprocess
 import sys
 from importlib.metadata import distributions
 from pathlib import Path
-from typing import List, NamedTuple
+from typing import List, NamedTuple, Sequence
 
 from ..launch.agent import default_build
 
@@ -32,9 +32,8 @@ class Trial(NamedTuple):
 
 def run_tests(folder: Path, options: List[str]) -> Trial:
     """Runs the tests of the folder with pytest and these options."""
-    command = [sys.executable, "-c", _START, _RUNNER, *_plugin_options(), "-p", "no:cacheprovider", *options]
     ended = subprocess.run(
-        command,
+        pytest_command(options),
         cwd=folder,
         stdin=subprocess.DEVNULL,
         stdout=subprocess.PIPE,
@@ -42,9 +41,28 @@ def run_tests(folder: Path, options: List[str]) -> Trial:
         text=True,
         errors="replace",
     )
-    lines = [line for line in ended.stdout.splitlines() if line.startswith(_SUMMARY_MARK)]
-    summary = lines[-1].strip("= ") if lines else f"pytest ended with status {ended.returncode}"
-    return Trial(ended.returncode == 0, summary, ended.stdout)
+    return trial_of(ended.returncode, ended.stdout)
+
+
+def pytest_command(options: Sequence[str]) -> List[str]:
+    """The command that runs pytest with the plugin and these options, in the folder that it is started in."""
+    return [
+        sys.executable,
+        "-c",
+        _START,
+        _RUNNER,
+        *_plugin_options(),
+        "-p",
+        "no:cacheprovider",
+        *options,
+    ]
+
+
+def trial_of(status: int, output: str) -> Trial:
+    """How the tests ended, from the exit status of pytest and all that it printed."""
+    lines = [line for line in output.splitlines() if line.startswith(_SUMMARY_MARK)]
+    summary = lines[-1].strip("= ") if lines else f"pytest ended with status {status}"
+    return Trial(status == 0, summary, output)
 
 
 def again_command() -> str:

@@ -97,7 +97,7 @@ def locator(
         raise ValueError("nothing is looked for: give a class, a text, a label, a name, ...")
     words += [] if visible else [f"visible={'any' if visible is None else 'false'}"]
     arguments = [f'"{class_name}"'] if class_name else []
-    arguments += [f"{key}={_as_python(text)}" for key, text in conditions.items() if text is not None]
+    arguments += [f"{key}={as_python(text)}" for key, text in conditions.items() if text is not None]
     arguments += [f"properties={dict(properties)!r}"] if properties else []
     arguments += [] if ref is None else [f"ref={ref}"]
     arguments += [] if visible else [f"visible={visible}"]
@@ -143,12 +143,12 @@ def as_address(found: Locator) -> str:
     return found.text if _CONDITION.search(found.text) else f"{found.text} visible=true"
 
 
-def _as_python(text: Text) -> str:
+def as_python(text: Text) -> str:
     """The argument in Python, in double quotes where it contains none."""
     if isinstance(text, str):
         return repr(text) if '"' in text or not text.isprintable() or "\\" in text else f'"{text}"'
     if isinstance(text, Containing):
-        return f"containing({_as_python(text.part)})"
+        return f"containing({as_python(text.part)})"
     return f"re.compile({text.pattern!r}{', re.IGNORECASE' if text.flags & re.IGNORECASE else ''})"
 
 

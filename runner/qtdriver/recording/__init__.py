@@ -1,0 +1,1 @@
+"""Steps that were made with applications, as the code of a test."""

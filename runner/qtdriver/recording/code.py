@@ -1,0 +1,139 @@
+"""The code of a test from steps."""
+
+from __future__ import annotations
+
+import keyword
+import re
+from typing import Dict, Iterable, Iterator, List, Sequence, Tuple
+
+from .steps import Argument, Launch, Part, Recorded, Secret, Step
+
+_WORD = re.compile(r"[A-Za-z0-9]+")
+_TEXT_IN_CALL = re.compile(r"\"([^\"]*)\"|'([^']*)'")
+_SPECIAL = re.compile(r"[.^$*+?{}\[\]\\|()]")
+_FUNCTIONS = ("containing", "re", "os", "pytest", "qtdriver", "eventually")
+_MOST_WORDS = 3
+
+
+def secret_variable(secret: Secret) -> str:
+    """The environment variable that gives a secret to a test."""
+    return f"TEST_SECRET_{secret.number}"
+
+
+def test_code(name: str, steps: Sequence[Recorded], summary: str = "") -> str:
+    """The text of a file with one test.
+
+    Args:
+        name: the name of the test without "test_".
+        steps: what it does, in order.
+        summary: one line about it, for the file.
+
+    Raises ValueError without any step.
+    """
+    if not steps:
+        raise ValueError("there are no steps yet")
+    body = list(_body(steps))
+    secrets = sorted({one.number for step in steps if isinstance(step, Step) for one in _secrets(step)})
+    lines = [
+        _docstring(summary or f"The test {name}, from a conversation."),
+        "",
+        *_imports(body, bool(secrets)),
+    ]
+    lines += [f'SECRET_{number} = os.environ["{secret_variable(Secret(number))}"]' for number in secrets]
+    lines += [""] if secrets else []
+    return "\n".join([*lines, "", f"def test_{name}(qtdriver):", *(f"    {line}" for line in body), ""])
+
+
+def call_code(method: str, arguments: Iterable[Argument], keywords: Dict[str, Argument]) -> str:
+    """A call in Python."""
+    given = [python_value(argument) for argument in arguments]
+    given += [f"{key}={python_value(value)}" for key, value in keywords.items()]
+    return f"{method}({', '.join(given)})"
+
+
+def python_value(value: Argument) -> str:
+    """A value in Python; texts in double quotes where they contain none."""
+    if isinstance(value, Secret):
+        return f"SECRET_{value.number}"
+    if isinstance(value, Part):
+        return f"re.compile({_pattern(value.text)})"
+    if isinstance(value, str) and '"' not in value and "\\" not in value and value.isprintable():
+        return f'"{value}"'
+    return repr(value)
+
+
+def _pattern(text: str) -> str:
+    """A regular expression that finds the text, in Python."""
+    escaped = _SPECIAL.sub(r"\\\g<0>", text)
+    plain = '"' not in text and text.isprintable()
+    return f'r"{escaped}"' if plain and "\\" in escaped else python_value(escaped)
+
+
+def _secrets(step: Step) -> Iterator[Secret]:
+    yield from (one for one in (*step.arguments, *step.keywords.values()) if isinstance(one, Secret))
+
+
+def _docstring(text: str) -> str:
+    line = " ".join(text.split()).replace("\\", "\\\\").replace('"""', "'''").rstrip('"')
+    return f'"""{line}"""'
+
+
+def _imports(body: Sequence[str], has_secrets: bool) -> Iterator[str]:
+    text = "\n".join(body)
+    modules = [name for name, used in (("os", has_secrets), ("re", "re.compile(" in text)) if used]
+    names = [name for name in ("containing", "eventually") if f"{name}(" in text]
+    yield from (f"import {module}" for module in modules)
+    if modules and names:
+        yield ""
+    if names:
+        yield f"from qtdriver import {', '.join(names)}"
+    if modules or names:
+        yield ""
+
+
+def _body(steps: Sequence[Recorded]) -> Iterator[str]:
+    """The lines of the function: a variable for each application and window, made where it is needed first."""
+    apps: Dict[str, str] = {}
+    windows: Dict[Tuple[str, str], str] = {}
+    taken = set(_FUNCTIONS)
+    for step in steps:
+        if isinstance(step, Launch):
+            apps[step.app] = apps.get(step.app) or _variable(step.app, "app", taken)
+            windows = {key: name for key, name in windows.items() if key[0] != step.app}
+            given = call_code("qtdriver.launch", step.command, {} if step.qt is None else {"qt": step.qt})
+            yield f"{apps[step.app]} = {given}"
+            continue
+        key = (step.app, step.window)
+        if key not in windows:
+            windows[key] = _variable(_words_of_call(step.window), "window", taken)
+            yield f"{windows[key]} = {apps[step.app]}.{step.window}"
+        yield _statement(step, windows[key])
+
+
+def _statement(step: Step, window: str) -> str:
+    subject = f"{window}.{step.widget}" if step.widget else window
+    call = call_code(step.method, step.arguments, step.keywords)
+    if not step.is_check:
+        return f"{subject}.{call}"
+    subject = f"lambda: {subject}.{step.reads}" if step.reads else subject
+    return f"eventually({subject}).{call}"
+
+
+def _words_of_call(call: str) -> str:
+    match = _TEXT_IN_CALL.search(call)
+    return (match[1] or match[2] or "") if match else call.partition("(")[0]
+
+
+def _variable(text: str, usual: str, taken: "set[str]") -> str:
+    """A name for a variable that is not taken yet, made of the first words of a text."""
+    split = re.sub(r"(?<=[a-z0-9])(?=[A-Z])", " ", text)
+    words: List[str] = _WORD.findall(split.lower())[:_MOST_WORDS]
+    name = "_".join(words) or usual
+    if not name[0].isalpha() or keyword.iskeyword(name):
+        name = f"{usual}_{name}"
+    name = name if name not in taken or name == usual else f"{name}_{usual}"
+    number, free = 2, name
+    while free in taken:
+        free, number = f"{name}_{number}", number + 1
+    taken.add(free)
+    return free

@@ -1,0 +1,1 @@
+"""The tools by which a language model uses applications."""

@@ -1,0 +1,158 @@
+"""The changes of an application from one survey to the next."""
+
+from __future__ import annotations
+
+from collections import Counter
+from dataclasses import replace
+from typing import Dict, Iterator, List, Optional
+
+from ..lookup.snapshot import (
+    Item,
+    SnapshotNode,
+    headline_with_ref,
+    outline_length,
+    outline_with_refs,
+    walk_told,
+)
+from ..lookup.survey import Survey, SurveyedWindow
+from .answers import MOST_LINES, MOST_OF_A_PART, limited
+
+_MOST_LINES = 25
+_MOST_ITEMS = 8
+_PASSING_STATES = ("focused", "hovered", "default")
+"""States that follow the focus and the mouse: many widgets change them at each step, and one line tells the focus."""
+
+_Told = Dict[int, SnapshotNode]
+
+
+def is_same(before: Survey, after: Survey) -> bool:
+    """Whether both show the same, but for places."""
+    return _summary(before) == _summary(after)
+
+
+def _summary(survey: Survey) -> List[object]:
+    return [
+        (node.ref, _headline(node), node.items, node.left_out)
+        for window in survey.windows
+        for node in _told(window).values()
+    ]
+
+
+def changes(before: Survey, after: Survey, acted_on: Optional[int] = None) -> List[str]:
+    """Lines that tell what has changed; none where nothing has.
+
+    `acted_on` is the number of the widget that was acted on: that it has got the focus needs no line.
+    """
+    old, new = _windows(before), _windows(after)
+    lines: List[str] = []
+    for ref, window in new.items():
+        if ref not in old:
+            assert window.root is not None
+            shown = outline_with_refs(window.root, most=MOST_LINES)
+            rest = f"snapshot with target {ref}"
+            kind = "opened, modal: " if window.record.modal else "opened: "
+            lines += [kind + limited(shown, rest, MOST_OF_A_PART, count=outline_length(window.root))]
+    lines += [f"closed: {title(window)}" for ref, window in old.items() if ref not in new]
+    for ref, window in new.items():
+        if ref in old:
+            lines += _changes_within(old[ref], window)
+    return [*lines, *_focus(before, after, acted_on)]
+
+
+def title(window: SurveyedWindow) -> str:
+    """The window in words."""
+    shown = f' "{window.record.title}"' if window.record.title else ""
+    return f"{window.record.class_name}{shown}"
+
+
+def _windows(survey: Survey) -> Dict[int, SurveyedWindow]:
+    return {window.root.ref: window for window in survey.windows if window.root is not None}
+
+
+def _told(window: SurveyedWindow) -> _Told:
+    return {} if window.root is None else {node.ref: node for node, _ in walk_told(window.root)}
+
+
+def _changes_within(before: SurveyedWindow, after: SurveyedWindow) -> List[str]:
+    old, new = _told(before), _told(after)
+    lines = [line for ref, node in new.items() if ref in old for line in _changes_of(old[ref], node)]
+    assert before.root is not None and after.root is not None
+    gone = [f"- {line}" for line in _outermost(before.root, set(new))]
+    came = _came(after.root, set(old))
+    for some in (lines, gone, came):
+        if len(some) > _MOST_LINES:
+            some[_MOST_LINES:] = [f"  ... and {len(some) - _MOST_LINES} more: take a snapshot"]
+    return [*lines, *gone, *came]
+
+
+def _outermost(root: SnapshotNode, others: "set[int]") -> Iterator[str]:
+    """The widgets that are not among others, each with the number of those in it."""
+    skipped: Optional[int] = None
+    for node, depth in walk_told(root):
+        if skipped is not None and depth > skipped:
+            continue
+        skipped = None if node.ref in others else depth
+        if skipped is not None:
+            inside = sum(1 for _ in walk_told(node)) - 1
+            yield headline_with_ref(node) + (f", with {inside} in it" if inside else "")
+
+
+def _came(root: SnapshotNode, others: "set[int]") -> List[str]:
+    """The widgets that are not among others, as outlines."""
+    lines: List[str] = []
+    skipped: Optional[int] = None
+    for node, depth in walk_told(root):
+        if skipped is not None and depth > skipped:
+            continue
+        skipped = None if node.ref in others else depth
+        if skipped is not None:
+            lines += [f"+ {line}" for line in outline_with_refs(node)]
+    return lines
+
+
+def _changes_of(before: SnapshotNode, after: SnapshotNode) -> Iterator[str]:
+    if _headline(before) != _headline(after):
+        yield f"~ {_headline(after)}, before: {_rest(_headline(before), after)}"
+    if (before.items, before.left_out) != (after.items, after.left_out) and after.role != "combo box":
+        if _headline(before) == _headline(after):
+            yield f"~ {_headline(after)}"
+        yield from _changes_of_items(before, after)
+
+
+def _rest(headline: str, after: SnapshotNode) -> str:
+    """The old headline without the role and the number, which stay."""
+    return headline.replace(f"[{after.ref}] {after.role}", "", 1).strip() or "nothing"
+
+
+def _changes_of_items(before: SnapshotNode, after: SnapshotNode) -> Iterator[str]:
+    old, new = Counter(map(_plain, before.items)), Counter(map(_plain, after.items))
+    if Counter(item.texts for item in before.items) == Counter(item.texts for item in after.items):
+        old = new & old  # the same items: only their states are other ones
+    lines = [f"    - {item}" for item in (old - new).elements()]
+    lines += [f"    + {item}" for item in (new - old).elements()]
+    yield from lines[:_MOST_ITEMS]
+    if len(lines) > _MOST_ITEMS:
+        yield f"    ... and {len(lines) - _MOST_ITEMS} more items have changed"
+    count = len(after.items) + after.left_out
+    if count != len(before.items) + before.left_out:
+        yield f"    {count} items, before: {len(before.items) + before.left_out}"
+
+
+def _plain(item: Item) -> str:
+    states = tuple(state for state in item.states if state != "current")
+    return " ".join(str(replace(item, states=states)).split())
+
+
+def _headline(node: SnapshotNode) -> str:
+    states = tuple(state for state in node.states if state not in _PASSING_STATES)
+    return headline_with_ref(replace(node, states=states))
+
+
+def _focus(before: Survey, after: Survey, acted_on: Optional[int]) -> Iterator[str]:
+    old, new = _focused(before), _focused(after)
+    if new is not None and new.ref != acted_on and (old is None or old.ref != new.ref):
+        yield f"focus: {_headline(new)}"
+
+
+def _focused(survey: Survey) -> Optional[SnapshotNode]:
+    return next((node for node, _ in survey.found.values() if "focused" in node.states), None)

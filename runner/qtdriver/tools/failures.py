@@ -1,0 +1,35 @@
+"""Errors of the runner, in the words that a model reads."""
+
+from __future__ import annotations
+
+from typing import List
+
+from ..errors import ApplicationEndedError, ApplicationHangsError, QtDriverError
+from .answers import Answer, ToolError, cut
+from .running import RunningApplication
+from .session import Session
+
+FAILURES = (QtDriverError, ToolError, ValueError, TypeError, OSError)
+"""The errors that a tool may raise and a model may learn from."""
+
+_MOST_FRAMES = 15
+_MOST_OF_AN_ERROR = 3000
+
+
+def answer_to(session: Session, error: BaseException) -> Answer:
+    """The answer of a tool that failed. An application that has ended is off the list then."""
+    lines = [str(error) or type(error).__name__]
+    if isinstance(error, (ApplicationEndedError, ApplicationHangsError)):
+        for running in session.ended():
+            lines += _stack(running)
+            session.forget(running)
+            lines.append(f"{running.name!r} is off the list: launch starts it again")
+    return Answer(cut("\n".join(lines), _MOST_OF_AN_ERROR), is_error=True)
+
+
+def _stack(running: RunningApplication) -> List[str]:
+    stacks = running.app.stacks()
+    if stacks is None:
+        return []
+    lines = stacks.lines()
+    return ["its stack:", *lines[:_MOST_FRAMES]] if lines else []

@@ -1,0 +1,143 @@
+"""The applications of a client, and the steps that it has made with them."""
+
+from __future__ import annotations
+
+from contextlib import suppress
+from typing import Dict, List, Mapping, Optional, Sequence
+
+from ..api.driver import Driver
+from ..errors import QtDriverError
+from ..protocol.secrets import Secrets
+from ..recording.steps import Argument, Launch, Recorded, Secret, Step
+from .answers import ToolError
+from .options import Options
+from .running import RunningApplication, Target
+
+DEFAULT_NAME = "app"
+
+_WAIT_SECONDS = 3.0
+"""How long an action waits until a user could do it. A model that waits costs more than one that asks again."""
+
+
+class Session:
+    """All that lasts from one call of a tool to the next.
+
+    Attributes:
+        options: how it starts applications.
+        recorded: the steps that were made, in order.
+    """
+
+    def __init__(self, options: Options) -> None:
+        self.options = options
+        self.recorded: List[Recorded] = []
+        self._driver: Optional[Driver] = None
+        self._running: Dict[str, RunningApplication] = {}
+        self._secrets: List[str] = []
+
+    def __repr__(self) -> str:
+        return f"<session with {', '.join(self._running) or 'no applications'}>"
+
+    @property
+    def names(self) -> List[str]:
+        """The names of the applications that run."""
+        return list(self._running)
+
+    def running(self, arguments: Mapping[str, object]) -> RunningApplication:
+        """The application that the arguments name; the only one where they name none. Raises ToolError."""
+        name = arguments.get("app")
+        if name is None and len(self._running) == 1:
+            return next(iter(self._running.values()))
+        if name is None and self._running:
+            raise ToolError(f"say which application by 'app': {', '.join(self._running)}")
+        if name not in self._running:
+            known = f"; running: {', '.join(self._running)}" if self._running else ": launch one first"
+            raise ToolError(f"no application{f' {name!r}' if name is not None else ''} is running{known}")
+        return self._running[str(name)]
+
+    def launch(self, name: str, command: Sequence[str], qt: Optional[int]) -> RunningApplication:
+        """Starts an application under a name. Raises ToolError where another one has it, and the errors of the driver."""
+        if name in self._running:
+            raise ToolError(
+                f"an application {name!r} is running already: close it, or give the new one another name"
+            )
+        if self._driver is None:
+            self._driver = Driver(
+                qt=self.options.qt,
+                build=self.options.build,
+                start_timeout=self.options.timeout,
+                request_timeout=self.options.timeout,
+                timeout=_WAIT_SECONDS,
+                isolated=True,
+            )
+        app = self._driver.launch(command[0], *command[1:], qt=qt, working_directory=self.options.folder)
+        running = self._running[name] = RunningApplication(name, app, command)
+        self.recorded.append(Launch(name, running.command, self.options.qt if qt is None else qt))
+        return running
+
+    def forget(self, running: RunningApplication) -> None:
+        """Takes an application that has ended off the list; its name is free again."""
+        self._learn(running.app.connection.secrets)
+        self._running.pop(running.name, None)
+
+    def ended(self) -> List[RunningApplication]:
+        """The applications that have ended by themselves."""
+        return [running for running in self._running.values() if running.app.connection.is_closed()]
+
+    def record(
+        self,
+        running: RunningApplication,
+        target: "Target | str",
+        widget: Optional[str],
+        method: str,
+        arguments: Sequence[Argument] = (),
+        keywords: Optional[Mapping[str, Argument]] = None,
+        *,
+        is_check: bool = False,
+        reads: str = "",
+    ) -> str:
+        """Adds a step for a test. Secrets in it are left out.
+
+        Args:
+            running: the application.
+            target: the widget, or the call on the application that makes the window.
+            widget: the call on the window; None where nothing finds the widget alone, and the step cannot be added.
+            method, arguments, keywords, is_check, reads: as Step has them.
+
+        Returns a note for the model; empty for none.
+        """
+        if widget is None:
+            return "\n(this step will not be in a saved test: no address finds that widget alone)"
+        self._learn(running.app.connection.secrets)
+        hidden = tuple(map(self._hidden, arguments))
+        options = {key: self._hidden(value) for key, value in (keywords or {}).items()}
+        window = target if isinstance(target, str) else target.window.call
+        step = Step(running.name, window, widget, method, hidden, options, is_check, reads)
+        if not is_check or step not in self.recorded[-3:]:
+            self.recorded.append(step)
+        return ""
+
+    def _learn(self, secrets: Secrets) -> None:
+        self._secrets += [text for text in secrets if text not in self._secrets]
+
+    def _hidden(self, argument: Argument) -> Argument:
+        if isinstance(argument, str) and argument.rstrip("\r\n\t") in self._secrets:
+            return Secret(self._secrets.index(argument.rstrip("\r\n\t")) + 1)
+        return argument
+
+    def secret_texts(self) -> Mapping[int, str]:
+        """The texts of the secrets by their numbers."""
+        return dict(enumerate(self._secrets, 1))
+
+    def hide(self, text: str) -> str:
+        """The text without the secrets."""
+        for running in self._running.values():
+            self._learn(running.app.connection.secrets)
+        return Secrets(self._secrets).hide(text)
+
+    def close(self) -> None:
+        """Ends all applications."""
+        self._running.clear()
+        if self._driver is not None:
+            with suppress(QtDriverError):
+                self._driver.close()
+            self._driver = None
