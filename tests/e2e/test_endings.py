@@ -53,8 +53,7 @@ def test_a_hanging_application_that_was_attached_is_ended_too(fake_agent):
         finally:
             process.kill()
     assert message == (
-        f"no reply to '8,Editor' within 0.5 seconds; the application hangs, and process {process.pid} was ended\n"
-        "the windows that were last seen:\n  (nobody had asked for them)"
+        f"no reply to '8,Editor' within 0.5 seconds; the application hangs, and process {process.pid} was ended"
     )
 
 

@@ -20,7 +20,7 @@ TREE = """window "Order"
     QLabel hidden"""
 
 
-def step(title="click()", error="", read=None, widgets="", after=""):
+def step(title="click()", error="", read=None, widgets="", before="", after=""):
     exchanges = []
     if read is not None:
         exchanges = [{"request": "+7,aa,bb,cc", "reply": "0,s:dd", "answers": read}]
@@ -29,7 +29,7 @@ def step(title="click()", error="", read=None, widgets="", after=""):
         "error": error,
         "exchanges": exchanges,
         "widgets": widgets,
-        "before": "",
+        "before": before,
         "after": after,
     }
 
@@ -181,3 +181,15 @@ def test_the_difference_is_written_beside_the_trace_with_the_picture_of_then(tmp
     told = json.loads((now / "trace.json").read_text())["differs"]
     assert (told["picture"], told["passed_picture"]) == ("q.png", "p.png")
     assert (now / "p.png").read_bytes() == b"then"
+
+
+def test_an_application_that_has_ended_is_shown_as_it_was_before(tmp_path, on_branch):
+    """The screen without it tells nothing."""
+    runs = PassedRuns(tmp_path / "history")
+    runs.keep("test_a", written(tmp_path / "then", trace(step(after="p.png")), p=b"then"))
+    pictures = dict(before="before.png", after="after.png")
+    for widgets, shown in (("", "before.png"), ("tree", "after.png")):
+        failed = trace(step(error="it ended", widgets=widgets, **pictures), tree="window")
+        now = written(tmp_path / f"now {shown}", failed)
+        tell_difference(now, *runs.find("test_a"))
+        assert json.loads((now / "trace.json").read_text())["differs"]["picture"] == shown

@@ -195,6 +195,26 @@ def test_of_an_application_that_has_not_started_the_page_shows_what_was_kept(bro
     assert links[0] == (bundle / "error.txt").as_uri()
 
 
+@pytest.mark.parametrize("margin", ["", "E       ", "E          "], ids=["step", "pytest", "soft"])
+def test_entries_of_lists_are_no_lines_that_are_gone(browser, tmp_path, margin):
+    """They begin with the mark of one, but further in."""
+    lines = [
+        "window: it differs (- expected, + shown):",
+        "...",
+        "   tab bar",
+        "     - Buttons",
+        "-    - Lists",
+        "+    - Tables",
+    ]
+    message = "\n".join(f"{margin}{line}" for line in lines)
+    write_page([TestResult("a.py::b", "failed", 1.0, message, None, None)], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    shown = {kind: browser.texts(f".message .{kind}") for kind in ("removed", "added")}
+    assert [[line.removeprefix("E").strip() for line in texts] for texts in shown.values()] == [
+        ["-    - Lists"], ["+    - Tables"]
+    ]  # fmt: skip
+
+
 def test_a_large_picture_is_embedded_smaller(made, tmp_path):
     trace = made([dict(title="acts", after="large.png")])
     Image.effect_noise((2000, 1500), 90).convert("RGB").save(trace / "large.png")

@@ -53,7 +53,8 @@ def error_for(app: "App", error: QtDriverError) -> QtDriverError:
         return error
     if not isinstance(error, RequestTimeout):
         return ended_error(app)
-    windows = describe_windows(last_windows(app.connection.transcript.exchanges()))
+    seen = last_windows(app.connection.transcript.exchanges())
+    windows = [] if seen is None else describe_windows(seen)
     where = _where(app.stacks(hangs=True))
     return endings.hangs(error, app.pid, _end_process(app), windows, where)
 

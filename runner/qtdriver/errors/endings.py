@@ -56,12 +56,12 @@ def hangs(
         error: names the request.
         pid: the process of the application.
         was_ended: whether the runner could end it.
-        windows: lines that describe the windows of the last listing.
+        windows: lines that describe the windows of the last listing; none where there was none.
         where: the call of its own that its main thread was in; empty where that is not known.
     """
     place = f" in {where}" if where else ""
     end = "was ended" if was_ended else "could not be ended"
-    seen = ["the windows that were last seen:", *windows]
+    seen = ["the windows that were last seen:", *windows] if windows else []
     return ApplicationHangsError(
         "\n".join([f"{error}; the application hangs{place}, and process {pid} {end}", *seen])
     )

@@ -177,4 +177,6 @@ def tell_difference(folder: Path, run: Path, branch: str) -> str:
 
 
 def _picture(step: _Step) -> str:
-    return str(step["after"] or step["before"])
+    """The picture after a step; before it where the application has ended or hangs, so that it cannot be seen any more."""
+    is_gone = step["error"] and not step["widgets"]
+    return str((step["before"] if is_gone else "") or step["after"] or step["before"])

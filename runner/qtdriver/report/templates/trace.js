@@ -28,10 +28,14 @@ const CHANGES = {"-": "removed", "+": "added"};
 /** The lines of a message: complaints stand out, and in a difference what is removed and what is added. */
 function makeLines(text) {
   let inDifference = false;
+  let margin = 0; // pytest's own, and that of a list
   return text.split(/(?<=\n)/).map((line) => {
     if (DIFFERENCE_ENDS.test(line.trimEnd())) inDifference = false;
-    const change = inDifference ? CHANGES[line.replace(/^E\s+/, "")[0]] : "";
-    if (DIFFERENCE_BEGINS.test(line.trimEnd())) inDifference = true;
+    const change = inDifference ? CHANGES[line[margin]] : "";
+    if (DIFFERENCE_BEGINS.test(line.trimEnd())) {
+      inDifference = true;
+      margin = line.match(/^(E\s)?\s*/)[0].length;
+    }
     if (change) return element("span", {className: change}, line);
     return COMPLAINT.test(line) ? element("span", {className: "complaint"}, line) : line;
   });
