@@ -97,8 +97,7 @@ function(qtdriver_precompile group target)
     set_property(GLOBAL PROPERTY qtdriver_precompiled_${group} ${target})
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-    # For ccache, and so that a change of a header is seen in what was compiled with it.
-    target_compile_options(${target} PRIVATE -fpch-preprocess -fpch-deps)
+    target_compile_options(${target} PRIVATE -fpch-preprocess) # for ccache
   endif()
 endfunction()
 

@@ -72,10 +72,16 @@ class Tidy:
         for paragraph in listing.split("\n\n"):
             head, *files = paragraph.splitlines() or [""]
             if "(VALID)" in head:
-                found[head.split(":")[0]] = [
-                    Path(self.build, file.strip()).resolve() for file in files if not file.endswith(".gch")
+                found[Path(self.build, head.split(":")[0]).resolve()] = [
+                    Path(self.build, file.strip()).resolve() for file in files
                 ]
-        return found
+        return {output: list(self.without_precompiled(files, found)) for output, files in found.items()}
+
+    @staticmethod
+    def without_precompiled(files, found):
+        """The files, each precompiled header replaced by the headers that it was made of."""
+        for file in files:
+            yield from found.get(file, []) if file.suffix == ".gch" else [file]
 
     def options(self, source):
         """The compiler's options for a source, with the folder of the source for its includes."""
@@ -83,10 +89,14 @@ class Tidy:
         end, start = words.index("-o"), next(i for i, word in enumerate(words) if word.startswith("-"))
         return [*(word for word in words[start:end] if not PRECOMPILED.search(word)), f"-I{source.parent}"]
 
+    def object_of(self, source):
+        """The object that a source is compiled to."""
+        words = shlex.split(self.commands[source]["command"])
+        return Path(self.build, words[words.index("-o") + 1]).resolve()
+
     def mark(self, source):
         """The file that is there when clang-tidy has passed this source as it is; None when that is unknown."""
-        output = shlex.split(self.commands[source]["command"])
-        files = self.dependencies().get(output[output.index("-o") + 1])
+        files = self.dependencies().get(self.object_of(source))
         if not files or not all(file.exists() for file in files):
             return None
         facts = [
