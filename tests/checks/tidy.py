@@ -64,7 +64,7 @@ class Tidy:
 
     @lru_cache(maxsize=None)
     def dependencies(self):
-        """The files that each object was made of, as the last build knows them."""
+        """The files that each object was made of, as the last build knows them: those of precompiled headers are of each."""
         listing = subprocess.run(
             ["ninja", "-C", str(self.build), "-t", "deps"], check=True, capture_output=True, text=True
         ).stdout
@@ -75,13 +75,8 @@ class Tidy:
                 found[Path(self.build, head.split(":")[0]).resolve()] = [
                     Path(self.build, file.strip()).resolve() for file in files
                 ]
-        return {output: list(self.without_precompiled(files, found)) for output, files in found.items()}
-
-    @staticmethod
-    def without_precompiled(files, found):
-        """The files, each precompiled header replaced by the headers that it was made of."""
-        for file in files:
-            yield from found.get(file, []) if file.suffix == ".gch" else [file]
+        precompiled = {file for output, files in found.items() if output.suffix == ".gch" for file in files}
+        return {output: sorted({*files, *precompiled}) for output, files in found.items()}
 
     def options(self, source):
         """The compiler's options for a source, with the folder of the source for its includes."""
