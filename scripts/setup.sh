@@ -65,5 +65,20 @@ install() {
         "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=600 -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
 }
 
+# Tests talk to `qtdriver mcp` by the client of the official SDK, pinned by its lock file. Debian's npm has too old a Node.js for
+# it. Where there is no other, or no registry, those tests are skipped, and say so.
+install_sdk() {
+    local source=tests/agents target=build/agents-client
+    [ "$list" != --use ] && [ -f "$source/package-lock.json" ] || return 0
+    command -v npm >/dev/null || { echo "setup: no npm: tests by the client of the MCP SDK are skipped"; return 0; }
+    cmp -s "$source/package-lock.json" "$target/node_modules/installed.json" && return 0
+    mkdir -p "$target"
+    cp "$source/package.json" "$source/package-lock.json" "$target"
+    npm ci --prefix "$target" --ignore-scripts --no-audit --no-fund --loglevel=error >/dev/null &&
+        cp "$source/package-lock.json" "$target/node_modules/installed.json" ||
+        echo "setup: npm could not install the MCP SDK: tests by its client are skipped"
+}
+
 install "${packages[@]}"
 install ${optional[@]+"${optional[@]}"} || echo "setup: going on without ${optional[*]}"
+(cd "$(dirname "$(readlink -f "$0")")/.." && install_sdk)

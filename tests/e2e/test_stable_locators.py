@@ -6,6 +6,7 @@ import pytest
 
 from qtdriver import AmbiguousError, SnapshotNode, WidgetNotFoundError
 from qtdriver.lookup.stable_locators import StableLocators
+from qtdriver.protocol.locators import locator, path_locator
 
 COUNT = 30
 
@@ -60,3 +61,9 @@ def test_widgets_of_derived_classes_count_as_well():
     kinds = ["OwnFrame", "QFrame", "OwnFrame", "QFrame", "QFrame"]
     assert addressed(kinds, 3)[0] == "QFrame nth=3"
     assert addressed(kinds, 2)[0] == "OwnFrame nth=1"
+
+
+def test_a_name_within_another_widget_is_told_as_a_call_that_widgets_have():
+    found = path_locator("password").within(path_locator("enter"))
+    assert found.call == 'widget("enter").find(path="password")'
+    assert found.within(locator("QDialog")).call == 'find("QDialog").find(path="enter").find(path="password")'

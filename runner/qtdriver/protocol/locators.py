@@ -14,6 +14,7 @@ _CONDITION = re.compile(
     r"(^|\s)((name|text|label|placeholder|tooltip|action|accessible|title|path|ref|visible|\.\w+)[*~]?=|nth=\d|>> )"
 )
 _POSITION = re.compile(r" (first|last|nth=\d+)$")
+_PATH_CALL = "widget("
 _ESCAPES = {"\\": r"\\", '"': r"\"", "\n": r"\n", "\t": r"\t"}
 _PROPERTY = re.compile(r"\w+")
 _CLASS = re.compile(r"\*|\w+(::\w+)*")
@@ -60,7 +61,10 @@ class Locator:
 
     def within(self, outer: "Locator") -> "Locator":
         """A locator for the widgets of this one that are inside the widget of `outer`."""
-        return Locator(f"{outer.text} >> {self.text}", f"{outer.call}.{self.call}")
+        call = self.call
+        if call.startswith(_PATH_CALL):  # only windows have that
+            call = f"find(path={call[len(_PATH_CALL):]}"
+        return Locator(f"{outer.text} >> {self.text}", f"{outer.call}.{call}")
 
     def at(self, position: str, call: str) -> "Locator":
         """The locator for one of several widgets that this one finds.

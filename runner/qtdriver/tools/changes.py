@@ -61,7 +61,8 @@ def changes(before: Survey, after: Survey, acted_on: Optional[int] = None) -> Li
 
 def title(window: SurveyedWindow) -> str:
     """The window in words."""
-    shown = f' "{window.record.title}"' if window.record.title else ""
+    told = window.record.title if window.root is None else window.root.details.get("title", "")
+    shown = f' "{" ".join(told.split())}"' if told else ""
     return f"{window.record.class_name}{shown}"
 
 

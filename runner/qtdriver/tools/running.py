@@ -132,9 +132,8 @@ class RunningApplication:
 
     def window_seen(self, wanted: "int | str") -> Optional[SurveyedWindow]:
         """The window with a number or a title that was seen last, also if it is gone."""
-        seen = (window for _, window in reversed(list(self._seen.values())) if window.root is not None)
-        fits = (one for one in seen if one.root and wanted in (one.root.ref, one.root.name, one.record.title))
-        return next(fits, None)
+        seen = (window for _, window in reversed(list(self._seen.values())))
+        return next((window for window in seen if _fits_window(window, wanted)), None)
 
     def windows_in_lines(self) -> str:
         """A line for each window."""
