@@ -36,7 +36,7 @@ function makeLines(text) {
       inDifference = true;
       margin = line.match(/^(E\s)?\s*/)[0].length;
     }
-    if (change) return element("span", {className: change}, line);
+    else if (inDifference) return change ? element("span", {className: change}, line) : line;
     return COMPLAINT.test(line) ? element("span", {className: "complaint"}, line) : line;
   });
 }
