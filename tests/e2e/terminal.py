@@ -47,3 +47,8 @@ class Screen:
             if "\x1b[6n" in chunk:
                 os.write(self._descriptor, b"\x1b[1;1R")
             self._seen += chunk
+
+    @property
+    def seen(self):
+        """All that was read since the last text was typed, with the terminal's control sequences."""
+        return self._seen

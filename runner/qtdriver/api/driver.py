@@ -11,6 +11,7 @@ from ..desktop.desktop import Desktop
 from ..desktop.session import session_settings
 from ..errors import NoClientError
 from ..launch.process import FailedStart
+from ..launch.progress import Progress
 from ..launch.starting import start
 from ..launch.supervision import is_within
 from ..launch.wine import WineDesktops
@@ -193,11 +194,13 @@ class Driver(ClosedOnLeaving):
         """
         seconds = self.start_timeout if start_timeout is None else start_timeout
         wanted = None if pid is None else partial(is_within, pid)
-        connection = self._pending_agents.wait_for(
-            wanted,
-            Deadline(seconds),
-            self.request_timeout if request_timeout is None else request_timeout,
-        )
+        with Progress("waiting for an application with an agent") as shown:
+            connection = self._pending_agents.wait_for(
+                wanted,
+                Deadline(seconds),
+                self.request_timeout if request_timeout is None else request_timeout,
+                given_up=shown.never,
+            )
         if connection is None:
             whose = "no agent" if pid is None else f"no agent of process {pid}"
             raise NoClientError(

@@ -15,6 +15,7 @@ from ..desktop import desktop
 from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import QtDriverError
 from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
+from ..launch.progress import show_progress_on
 from ..mcp.program import serve
 from ..project.initialising import initialise
 from ..shell.completion import complete, complete_in_bash
@@ -43,6 +44,7 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
     """
     words = list(sys.argv[1:] if arguments is None else arguments)
     use_setting_names(ON_COMMAND_LINE)
+    show_progress_on(sys.stderr)
     for number in _ENDING_SIGNALS:
         signal.signal(number, _leave)
     for stream in (sys.stdout, sys.stderr):

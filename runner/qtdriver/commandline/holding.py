@@ -17,6 +17,7 @@ from ..desktop import desktop
 from ..errors import QtDriverError
 from ..errors.commandline import NoApplicationError
 from ..errors.internal import GivenUpError
+from ..launch.progress import is_readable_within
 from ..protocol.waiting import given_up_when
 from .console import Words
 from .control import COMPLETE, STOP, ControlSocket, Request, socket_path
@@ -50,6 +51,7 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
     ) as process:
         assert process.stdout is not None and process.stderr is not None
         try:
+            is_readable_within(process.stdout, None, f"waiting for the agent in {parsed.command[0]}")
             line = process.stdout.readline()
         except BaseException:
             if sys.platform != "win32":

@@ -16,6 +16,7 @@ from .loading import Start, start_of
 from .platform import CREATION_FLAGS, LaunchedProcesses
 from .process import Process
 from .program import find_program
+from .progress import Progress
 from .wine import WineDesktops
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -111,12 +112,15 @@ def _wait_for_greeting(
     failed: Callable[[Process], None],
 ) -> Connection:
     """The connection of the first agent in the process that was started, or in one that it has started in turn."""
-    connection = pending_agents.wait_for(
-        process.launched.owns,
-        Deadline(timeout),
-        request_timeout,
-        given_up=process.has_ended,
-    )
+    with Progress(f"waiting for the agent in {program}") as shown:
+
+        def has_ended() -> bool:
+            shown.tick()
+            return process.has_ended()
+
+        connection = pending_agents.wait_for(
+            process.launched.owns, Deadline(timeout), request_timeout, given_up=has_ended
+        )
     if connection is not None:
         return connection
     failed(process)

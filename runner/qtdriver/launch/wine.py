@@ -10,7 +10,6 @@ from __future__ import annotations
 
 import os
 import re
-import select
 import shutil
 import subprocess
 import tempfile
@@ -19,6 +18,7 @@ from typing import Dict, Mapping, Optional, Tuple
 
 from ..errors import WineError
 from .linux import locked
+from .progress import is_readable_within, run_with_progress
 from .supervision import LaunchedProcesses
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -96,13 +96,12 @@ def _make_prefix(folder: Path) -> None:
     environment.update({**_QUIET, _PREFIX: str(folder)})
     launched = LaunchedProcesses()
     try:
-        done = subprocess.run(
+        done = run_with_progress(
             [str(find_wine()), "wineboot", "--init"],
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE,
-            stderr=subprocess.STDOUT,
-            env=launched.environment(environment),
+            "Wine makes its prefix, once for this version",
             timeout=_MAKING_SECONDS,
+            stdin=subprocess.DEVNULL,
+            env=launched.environment(environment),
             start_new_session=True,
         )
     except subprocess.TimeoutExpired:
@@ -197,7 +196,7 @@ class WineDesktop:
         )
         self._launched.set_session_leader(self._keeper.pid)
         assert self._keeper.stdout is not None
-        ready, _, _ = select.select([self._keeper.stdout], [], [], _START_SECONDS)
+        ready = is_readable_within(self._keeper.stdout, _START_SECONDS, "Wine starts")
         if not ready or not self._keeper.stdout.read(1):
             raise WineError(
                 "Wine does not start: " + ("it ends at once" if ready else "it does not get ready")

@@ -7,12 +7,13 @@ Installed with the package, it is loaded by itself; from a checkout by `-p qtdri
 from __future__ import annotations
 
 import os
-from typing import List
+from typing import Any, List
 
 import pytest
 
 from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors.settingnames import IN_PYTEST, use_setting_names
+from ..launch.progress import show_progress_on
 from .fixtures import _qtdriver_shared, qtdriver, qtdriver_settings
 from .hookimpl import hookimpl
 from .hooks import RESULTS, TestHooks
@@ -58,8 +59,23 @@ def pytest_configure(config: pytest.Config) -> None:
 
 
 def pytest_sessionstart(session: pytest.Session) -> None:
-    """Prints why the tests run one after the other where workers were asked for, and how they run in a Wayland session."""
+    """Prepares the terminal: says why the tests run one after the other where workers were asked for, and how they run in a Wayland session."""
     terminal = session.config.pluginmanager.getplugin("terminalreporter")
+    if terminal is not None:
+        _show_progress(session.config.get_terminal_writer())
     for note in session.config.stash.get(_NOTES, []):
         if terminal is not None:
             terminal.write_line(f"qtdriver: {note}", yellow=True)
+
+
+def _show_progress(writer: Any) -> None:
+    """Has long work shown behind the current line of pytest's terminal, which is no captured stream.
+
+    Not by the writer's own methods: it would count what is gone afterwards as a part of its line.
+    """
+    show_progress_on(getattr(writer, "_file", None), lambda: int(writer.width_of_current_line))
+
+
+def pytest_unconfigure() -> None:
+    """Leaves the terminal to others."""
+    show_progress_on(None)

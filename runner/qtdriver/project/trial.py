@@ -9,6 +9,7 @@ from pathlib import Path
 from typing import List, NamedTuple, Sequence
 
 from ..launch.agent import default_build
+from ..launch.progress import run_with_progress
 
 _PLUGIN = "qtdriver.plugin"
 _RUNNER = str(Path(__file__).resolve().parents[2])
@@ -32,16 +33,9 @@ class Trial(NamedTuple):
 
 def run_tests(folder: Path, options: List[str]) -> Trial:
     """Runs the tests of the folder with pytest and these options."""
-    ended = subprocess.run(
-        pytest_command(options),
-        cwd=folder,
-        stdin=subprocess.DEVNULL,
-        stdout=subprocess.PIPE,
-        stderr=subprocess.STDOUT,
-        text=True,
-        errors="replace",
-    )
-    return trial_of(ended.returncode, ended.stdout)
+    text = f"running the tests of {folder}"
+    ended = run_with_progress(pytest_command(options), text, cwd=folder, stdin=subprocess.DEVNULL)
+    return trial_of(ended.returncode, ended.stdout.decode(errors="replace"))
 
 
 def pytest_command(options: Sequence[str]) -> List[str]:
