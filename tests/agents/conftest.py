@@ -1,5 +1,6 @@
 """Shared by the tests of `qtdriver mcp`: an application that is made for them, and a server that has started it."""
 
+import os
 import sys
 
 import pytest
@@ -40,3 +41,15 @@ def kiosk(client):
 
     yield start
     client.result("close", app="kiosk")
+
+
+@pytest.fixture
+def model(tmp_path):
+    """The client of the SDK, with a server on a desktop of its own, for programs that nobody here wrote."""
+    from sdkclient import SdkClient
+
+    environment = {"LC_ALL": "C.UTF-8", "QT_XCB_GL_INTEGRATION": "none", "QT_QPA_PLATFORMTHEME": ""}
+    environment["USER"] = f"tester-{os.getpid()}"  # KeePassXC runs once for each user, whatever the desktop
+    with SdkClient(tmp_path, "2026-07-28", "--build", BUILD / "agents", environment=environment) as running:
+        running.folder = tmp_path / "work"
+        yield running

@@ -47,6 +47,7 @@ class Kiosk(QWidget):
         add_button(layout, "Print", lambda: print("printed on standard output", flush=True))
         add_button(layout, "Crash", lambda: string_at(0))
         add_button(layout, "End", lambda: os.kill(os.getpid(), signal.SIGKILL))
+        add_button(layout, "Leave", QApplication.quit)
         add_button(layout, "Make anew", self.make_anew)
         add_button(layout, "Ask", self.ask)
         self.made = add_button(layout, "Made", lambda: None)

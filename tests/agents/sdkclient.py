@@ -14,13 +14,15 @@ HERE = Path(__file__).parent
 INSTALLED = Path(os.environ.get("QTDRIVER_AGENTS_CLIENT", ROOT / "build" / "agents-client")) / "node_modules"
 
 
-def require_sdk():
-    """Skips the tests of a file where the SDK is not installed."""
+def _is_installed():
     lock = INSTALLED / "installed.json"
-    if not lock.is_file() or lock.read_text() != (HERE / "package-lock.json").read_text():
-        pytest.skip(
-            "the MCP SDK is not installed: scripts/setup.sh does it where npm is", allow_module_level=True
-        )
+    return lock.is_file() and lock.read_text() == (HERE / "package-lock.json").read_text()
+
+
+needs_sdk = pytest.mark.skipif(
+    not _is_installed(), reason="the MCP SDK is not installed: scripts/setup.sh does it where npm is"
+)
+"""Skips the tests of a file where the SDK is not installed."""
 
 
 class SdkClient:

@@ -25,6 +25,12 @@ def test_an_application_that_is_killed_is_told_so(client, kiosk):
     assert "launch" in client.refusal("snapshot")
 
 
+def test_an_application_that_ends_well_is_no_error(client, kiosk):
+    kiosk()
+    assert "the application ended (exit status 0)" in client.call("click", target="Leave")
+    assert client.call("windows") == "no application is running: launch one"
+
+
 def test_what_an_application_prints_is_no_part_of_the_protocol(client, kiosk):
     kiosk()
     assert client.call("click", target="Print").endswith("nothing has changed on the screen")

@@ -106,6 +106,20 @@ def test_a_test_that_fails_on_a_fresh_start_is_not_saved_unless_that_is_wanted(c
     assert "Only once" in problem and not (folder / "test_once.py").exists()
     kept = client.call("save_test", path="test_once.py", keep_failing=True)
     assert "run once on a fresh start it FAILED" in kept and (folder / "test_once.py").exists()
+    assert "there are no steps yet" in client.refusal("save_test", path="test_again.py")
+
+
+def test_a_test_begins_with_the_last_start_of_the_application(client, folder):
+    words = {"program": "/usr/bin/python3", "arguments": [str(KIOSK)], "qt": 5, "app": "kiosk"}
+    for button in ("Open", "Make anew"):
+        client.result("close", app="kiosk")
+        client.call("launch", **words)
+        client.call("click", app="kiosk", target=button)
+    client.call("save_test", path="test_anew.py")
+    code = (folder / "test_anew.py").read_text()
+    assert (
+        code.count("launch(") == 1 + ("showcase" in code) and '"Open"' not in code and '"Make anew"' in code
+    )
 
 
 @pytest.mark.parametrize(

@@ -3,9 +3,9 @@
 import pytest
 
 from mcpclient import BUILD, KIOSK
-from sdkclient import SdkClient, require_sdk
+from sdkclient import SdkClient, needs_sdk
 
-require_sdk()
+pytestmark = needs_sdk
 
 
 @pytest.fixture(scope="module", params=["2026-07-28", "2025-11-25"])

@@ -17,14 +17,17 @@ _MOST_OF_AN_ERROR = 3000
 
 
 def answer_to(session: Session, error: BaseException) -> Answer:
-    """The answer of a tool that failed. An application that has ended is off the list then."""
+    """The answer of a tool that failed. An application that has ended is off the list then; a proper end is no failure."""
     lines = [str(error) or type(error).__name__]
+    statuses = []
     if isinstance(error, (ApplicationEndedError, ApplicationHangsError)):
         for running in session.ended():
+            statuses.append(None if running.app.process is None else running.app.process.status())
             lines += _stack(running)
             session.forget(running)
             lines.append(f"{running.name!r} is off the list: launch starts it again")
-    return Answer(cut("\n".join(lines), _MOST_OF_AN_ERROR), is_error=True)
+    ended_well = bool(statuses) and not any(status != 0 for status in statuses)
+    return Answer(cut("\n".join(lines), _MOST_OF_AN_ERROR), is_error=not ended_well)
 
 
 def _stack(running: RunningApplication) -> List[str]:

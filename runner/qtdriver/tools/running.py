@@ -27,6 +27,9 @@ _SETTLE_SECONDS = 0.25
 """How long an action may take to show a first effect, before it counts as one without."""
 
 _MOST_CANDIDATES = 8
+_MOST_REMEMBERED = 300
+"""Widgets that are gone, or out of sight, of which it is known what they were."""
+
 _TEXT_FIELDS = ("text", "label", "title", "action", "placeholder", "tip")
 
 
@@ -82,7 +85,8 @@ class RunningApplication:
         """Looks at all windows. Returns what they show, which is `survey` from now on."""
         with self.app.watched():
             self.survey = take_survey(self.app.connection, self.survey)
-        self._seen.update(self.survey.found)
+        gone = [ref for ref in self._seen if ref not in self.survey.found][-_MOST_REMEMBERED:]
+        self._seen = {**{ref: self._seen[ref] for ref in gone}, **self.survey.found}
         return self.survey
 
     def window_of(self, window: SurveyedWindow) -> Window:
@@ -207,7 +211,8 @@ class RunningApplication:
         if root is None or target.node.ref == root.ref:
             return ""
         try:
-            found = StableLocators(self.app.connection, target.window.address, root).of(target.node)
+            with self.app.watched():
+                found = StableLocators(self.app.connection, target.window.address, root).of(target.node)
         except ReplyError:
             return None  # the window is gone
         return None if found is None else found.call

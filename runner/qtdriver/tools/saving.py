@@ -15,7 +15,7 @@ from ..desktop import desktop
 from ..project.trial import Trial, pytest_command, trial_of
 from ..protocol.waiting import Deadline, attempts
 from ..recording.code import secret_variable, test_code
-from ..recording.steps import Launch, Secret, Step
+from ..recording.steps import Secret, Step
 from .answers import MOST_OF_A_PART, Answer, ToolError, cut
 from .call import Call
 from .files import parts_below, write_below
@@ -45,7 +45,7 @@ def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
         )
     write_below(session.options.folder, path, code, overwrite=arguments.get("overwrite", False))
     if not arguments.get("keep_steps", False):
-        session.recorded[:] = [step for step in session.recorded if isinstance(step, Launch)]
+        session.begin_anew()
     result = "passed" if trial.passed else "FAILED"
     head = f"saved {path}; run once on a fresh start it {result}: {trial.summary}"
     return Answer("\n".join([head, _advice(session, checks), cut(code, MOST_OF_A_PART)]))
@@ -124,7 +124,7 @@ TOOLS = (
             "keep_failing": {"type": "boolean", "description": "Saves it even if it fails."},
             "keep_steps": {
                 "type": "boolean",
-                "description": "The next test begins with the same steps. Default: it begins anew.",
+                "description": "The next test begins with the same steps. Default: without; launch the application anew for it.",
             },
         },
         ("path",),

@@ -71,6 +71,9 @@ class Session:
             )
         app = self._driver.launch(command[0], *command[1:], qt=qt, working_directory=self.options.folder)
         running = self._running[name] = RunningApplication(name, app, command)
+        self.recorded[:] = [
+            one for one in self.recorded if one.app != name
+        ]  # a test begins with the last start
         self.recorded.append(Launch(name, running.command, self.options.qt if qt is None else qt))
         return running
 
@@ -78,6 +81,12 @@ class Session:
         """Takes an application that has ended off the list; its name is free again."""
         self._learn(running.app.connection.secrets)
         self._running.pop(running.name, None)
+
+    def begin_anew(self) -> None:
+        """Forgets the steps; the next test begins with the start of the applications that are running."""
+        self.recorded[:] = [
+            one for one in self.recorded if isinstance(one, Launch) and one.app in self._running
+        ]
 
     def ended(self) -> List[RunningApplication]:
         """The applications that have ended by themselves."""
