@@ -63,8 +63,9 @@ if(UNIX)
 endif()
 find_program(CCACHE ccache)
 if(CCACHE)
-  # Without these it would not keep what is compiled with precompiled headers.
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+  # Without the first two it would not keep what is compiled with precompiled headers. The language is that of warnings
+  # alone, and packages are made in another one.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,locale ${CCACHE})
 endif()
 # More than a hundred test programs are linked for each Qt, and GNU ld takes five times as long.
 find_program(LLD ld.lld)
@@ -97,7 +98,8 @@ function(qtdriver_precompile group target)
     set_property(GLOBAL PROPERTY qtdriver_precompiled_${group} ${target})
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-    target_compile_options(${target} PRIVATE -fpch-preprocess) # for ccache
+    # For ccache, and so that a change of a header is seen in what was compiled with it.
+    target_compile_options(${target} PRIVATE -fpch-preprocess -fpch-deps)
   endif()
 endfunction()
 

@@ -57,6 +57,11 @@ def is_beside_plain(build, builds):
     return build.endswith("-asan") and not all(other.endswith("-asan") for other in builds)
 
 
+def is_made(build, builds):
+    """Whether a build is one of this run's. A suite that could do with another one goes without it."""
+    return build in builds or build in BUILD_COMMANDS
+
+
 def suites_of(build, builds):
     """The suites of one of the builds."""
     group = group_of(build)
@@ -65,7 +70,8 @@ def suites_of(build, builds):
         once = "once" in properties.get("LABELS", [])
         if (once and build != builds[0]) or (beside_plain and not name.startswith(SANITIZED)):
             continue
-        properties.setdefault("FIXTURES_REQUIRED", [] if once else [f"build/{build}"])
+        needed = properties.setdefault("FIXTURES_REQUIRED", [] if once else [f"build/{build}"])
+        properties["FIXTURES_REQUIRED"] = [name for name in needed if is_made(name.partition("/")[2], builds)]
         yield {
             "name": name if once else f"{build}/{name}",
             "group": ONCE if once else group,

@@ -112,7 +112,7 @@ def test_sources_with_a_name_in_common_are_not_put_together(made_up):
 def test_a_header_the_options_or_the_version_that_change_have_a_source_looked_at_again(monkeypatch):
     checker, source = Tidy(BUILD), AGENT[0]
     header = next(
-        path for path in ROOT.glob("src/*/*.h") if path in checker.dependencies()[checker.object_of(source)]
+        path for path in ROOT.glob("src/*/*.h") if path in checker.dependencies()[object_of(checker, source)]
     )
     before = checker.mark(source)
     assert before == checker.mark(source)
@@ -134,3 +134,8 @@ def test_the_options_of_sources_that_are_compiled_together_are_known(tmp_path):
     together.write_text("/* generated */\n" + "".join(f'#include "{source}"\n' for source in sources))
     assert tidy.compiled_with({"file": str(together)}) == sources
     assert tidy.compiled_with({"file": str(sources[0])}) == sources[:1]
+
+
+def object_of(checker, source):
+    words = checker.commands[source]["command"].split()
+    return words[words.index("-o") + 1]

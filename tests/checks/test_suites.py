@@ -48,6 +48,7 @@ def test_every_file_of_tests_is_run_by_a_suite(queue):
         files -= set(tracked("tests/sanitized/*"))
     if not any(build.startswith("windows-") for build in configured()):
         files -= set(tracked("tests/windows/*", "tests/e2e/test_windows_programs.py"))
+        files -= set(tracked("tests/packages/test_archive.py"))
     if not any(has(build, "QTDRIVER_ALL_WINDOWS_TESTS") for build in configured()):
         files -= set(tracked("tests/windows/test_unit_programs.py", "tests/windows/test_benchmarks.py"))
     if not any(has(build, "QTDRIVER_TEST_PACKAGES") for build in configured()):

@@ -64,7 +64,7 @@ class Tidy:
 
     @lru_cache(maxsize=None)
     def dependencies(self):
-        """The files that each object was made of, as the last build knows them: those of precompiled headers are of each."""
+        """The files that each object was made of, as the last build knows them."""
         listing = subprocess.run(
             ["ninja", "-C", str(self.build), "-t", "deps"], check=True, capture_output=True, text=True
         ).stdout
@@ -72,11 +72,10 @@ class Tidy:
         for paragraph in listing.split("\n\n"):
             head, *files = paragraph.splitlines() or [""]
             if "(VALID)" in head:
-                found[Path(self.build, head.split(":")[0]).resolve()] = [
-                    Path(self.build, file.strip()).resolve() for file in files
+                found[head.split(":")[0]] = [
+                    Path(self.build, file.strip()).resolve() for file in files if not file.endswith(".gch")
                 ]
-        precompiled = {file for output, files in found.items() if output.suffix == ".gch" for file in files}
-        return {output: sorted({*files, *precompiled}) for output, files in found.items()}
+        return found
 
     def options(self, source):
         """The compiler's options for a source, with the folder of the source for its includes."""
@@ -84,14 +83,10 @@ class Tidy:
         end, start = words.index("-o"), next(i for i, word in enumerate(words) if word.startswith("-"))
         return [*(word for word in words[start:end] if not PRECOMPILED.search(word)), f"-I{source.parent}"]
 
-    def object_of(self, source):
-        """The object that a source is compiled to."""
-        words = shlex.split(self.commands[source]["command"])
-        return Path(self.build, words[words.index("-o") + 1]).resolve()
-
     def mark(self, source):
         """The file that is there when clang-tidy has passed this source as it is; None when that is unknown."""
-        files = self.dependencies().get(self.object_of(source))
+        output = shlex.split(self.commands[source]["command"])
+        files = self.dependencies().get(output[output.index("-o") + 1])
         if not files or not all(file.exists() for file in files):
             return None
         facts = [

@@ -1,6 +1,7 @@
 """The Debian packages: what they are made of, and one life of theirs in a Debian without compiler and checkout."""
 
 import re
+import shutil
 import subprocess
 import time
 from pathlib import Path
@@ -8,7 +9,8 @@ from pathlib import Path
 import pytest
 
 import cleanroot
-from cleanroot import PACKAGES, ROOT, fields, run
+from cleanroot import fields
+from making import ROOT, run
 
 EARLIER = "0.0.1"
 MEGABYTE = 1_000_000
@@ -17,10 +19,9 @@ NAMES = ("qtdriver", *AGENTS, "libqtdriver-dev")
 
 
 @pytest.fixture(scope="module")
-def packages():
-    """The packages by their names, made anew."""
-    run(ROOT / "scripts" / "package.sh", "deb")
-    found = {fields(path, "Package")[0]: path for path in PACKAGES.glob("*.deb")}
+def packages(made):
+    """The packages by their names."""
+    found = {fields(path, "Package")[0]: path for path in made.glob("*.deb")}
     assert set(NAMES) <= set(found)
     return found
 
@@ -57,6 +58,12 @@ def test_lintian_has_nothing_to_say(packages):
     assert (ended.returncode, ended.stdout) == (0, "")
 
 
+def test_the_documents_that_the_readme_names_are_there(unpacked):
+    folder = unpacked / "usr/share/doc/qtdriver"
+    named = set(re.findall(r"\((docs/[\w/-]+\.md)\)", (folder / "README.md").read_text()))
+    assert len(named) > 10 and [name for name in named if not (folder / name).is_file()] == []
+
+
 @pytest.mark.parametrize("major", [5, 6])
 def test_a_project_finds_the_agent_of_its_qt(unpacked, tmp_path, major):
     (tmp_path / "CMakeLists.txt").write_text(
@@ -79,13 +86,20 @@ def upgraded(packages, tmp_path_factory):
     root.install(*earlier)
     assert EARLIER in root.run("dpkg-query", "--show", *NAMES)
     root.install(*(packages[name] for name in NAMES))
-    return root, before
+    yield root, before
+    shutil.rmtree(root.folder)  # half a gigabyte, which pytest would keep for days
 
 
 def test_an_upgrade_replaces_the_earlier_version(upgraded):
     root, _ = upgraded
     assert EARLIER not in root.run("dpkg-query", "--show", *NAMES)
     assert not any(name.endswith("only-in-the-earlier-version") for name in root.files())
+
+
+def lines_of_the_readme(title):
+    """The commands of one of its chapters."""
+    chapter = (ROOT / "README.md").read_text().partition(f"\n## {title}\n")[2].partition("\n## ")[0]
+    return re.findall("^    (.+)$", chapter, re.MULTILINE)
 
 
 def test_there_is_neither_compiler_nor_checkout(upgraded):
@@ -132,10 +146,18 @@ def test_the_first_test_passes(upgraded, record_property):
     record_property("seconds", time.monotonic() - began)
 
 
+def test_the_two_lines_of_the_readme_end_with_a_driven_application(upgraded):
+    root, _ = upgraded
+    first, second = lines_of_the_readme("Two lines to a driven application")
+    assert first.startswith("sudo apt install")
+    run_headless = second.replace("run -- ", "run --headless -- ")  # nobody looks at a screen here
+    output = root.run("sh", "-ec", f"echo 'tree SpeedCrunch' | {run_headless}")
+    assert run_headless != second and "\n> tree SpeedCrunch\n" in f"\n{output}" and "Editor" in output
+
+
 def test_the_three_lines_of_the_readme_end_with_a_passing_test(upgraded):
     root, _ = upgraded
-    section = (ROOT / "README.md").read_text().partition("\n## Three lines to a passing test\n")[2]
-    first, *others = re.findall("^    (.+)$", section.partition("\n## ")[0], re.MULTILINE)
+    first, *others = lines_of_the_readme("Three lines to a passing test")
     assert first.startswith("sudo apt install") and len(others) == 2
     (root.folder / "tmp" / "lines").mkdir()
     output = root.run("sh", "-ec", "\n".join(["cd /tmp/lines", *others]))

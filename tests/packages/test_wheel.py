@@ -5,13 +5,12 @@ import zipfile
 
 import pytest
 
-from cleanroot import PACKAGES, ROOT, run
+from making import ROOT, run
 
 
 @pytest.fixture(scope="module")
-def wheel():
-    run(ROOT / "scripts" / "package.sh", "wheel")
-    (found,) = PACKAGES.glob("*.whl")
+def wheel(made):
+    (found,) = made.glob("*.whl")
     return found
 
 
