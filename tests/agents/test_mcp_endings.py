@@ -4,6 +4,8 @@ import os
 import re
 import time
 
+import pytest
+
 from mcpclient import BUILD, KIOSK, McpClient, processor_time
 
 SECONDS_FOR_MANY = 0.05
@@ -84,6 +86,14 @@ def test_a_window_with_very_much_is_cut_and_the_rest_can_be_had(client, kiosk):
                 client.call("snapshot")
         rounds += spent
     assert min(rounds) / 5 < SECONDS_FOR_MANY
+
+
+@pytest.mark.parametrize("options, has_own", [((), True), (("--headed",), False)])
+def test_applications_have_a_network_of_their_own_unless_they_are_to_be_watched(tmp_path, options, has_own):
+    with McpClient(*options, "--build", BUILD / "agents", folder=tmp_path) as client:
+        client.initialize()
+        network = os.readlink(f"/proc/{client.process.pid}/ns/net")
+    assert (network != os.readlink("/proc/self/ns/net")) is has_own
 
 
 def test_applications_end_with_the_server(tmp_path):

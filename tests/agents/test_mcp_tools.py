@@ -58,6 +58,11 @@ def test_a_change_is_told_once(showcase):
     assert showcase.call("snapshot", changes=True) == "nothing has changed since the last answer"
 
 
+def test_an_item_that_is_only_in_another_state_is_told_apart_from_a_new_one(showcase):
+    page(showcase, "Buttons")
+    assert "\n    ~ Lists (selected)\n" in showcase.call("select", target="pages", value="Lists")
+
+
 def test_numbers_stay_true_when_others_come_and_go(showcase):
     page(showcase, "Buttons")
     before = ref_of(showcase.call("find", text="brewButton"), "#brewButton")
@@ -200,6 +205,8 @@ def test_wait_tells_what_was_there_instead(showcase):
     assert "it is so" in showcase.call("wait", target="orderSummary", contains="Ada")
     problem = showcase.refusal("wait", target="orderSummary", equals="Order for Bob", timeout=0.2)
     assert "Order for Ada" in problem and "Order for Bob" in problem
+    problem = showcase.refusal("wait", window="Nowhere", state="open", timeout=0.2)
+    assert re.search(r'open are:\n\[\d+\] MainWindow "Roastery" \(in front\)', problem)
     assert "it is so" in showcase.call("wait", window="Roastery", state="open")
     assert "it is so" in showcase.call("wait", window="No such window", state="closed")
     assert "it is so" in showcase.call("wait", text="Customer", timeout=1)

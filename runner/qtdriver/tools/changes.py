@@ -128,9 +128,10 @@ def _rest(headline: str, after: SnapshotNode) -> str:
 def _changes_of_items(before: SnapshotNode, after: SnapshotNode) -> Iterator[str]:
     old, new = Counter(map(_plain, before.items)), Counter(map(_plain, after.items))
     if Counter(item.texts for item in before.items) == Counter(item.texts for item in after.items):
-        old = new & old  # the same items: only their states are other ones
-    lines = [f"    - {item}" for item in (old - new).elements()]
-    lines += [f"    + {item}" for item in (new - old).elements()]
+        lines = [f"    ~ {item}" for item in (new - old).elements()]  # only their states are other ones
+    else:
+        lines = [f"    - {item}" for item in (old - new).elements()]
+        lines += [f"    + {item}" for item in (new - old).elements()]
     yield from lines[:_MOST_ITEMS]
     if len(lines) > _MOST_ITEMS:
         yield f"    ... and {len(lines) - _MOST_ITEMS} more items have changed"

@@ -6,6 +6,7 @@ import re
 from typing import Any, Dict, List, Optional, Pattern, Tuple
 
 from ..api.window import Window
+from ..errors import ConditionError
 from ..expect.conditions import eventually
 from ..recording.steps import Argument, Part
 from .answers import Answer, ToolError, limited
@@ -103,7 +104,11 @@ def _for_window(
         raise ToolError(
             "say what to wait for: a target with state, equals or contains; text; or a window with state"
         )
-    _fulfil(window, seconds, method, given)
+    try:
+        _fulfil(window, seconds, method, given)
+    except ConditionError as error:
+        running.look()
+        raise ToolError(f"{error}; open are:\n{running.windows_in_lines()}") from None
     running.look()
     note = session.record(running, repr(window), "", method, given, is_check=True)
     return _fulfilled(running, f"it is so: {window}", note)
