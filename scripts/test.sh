@@ -4,14 +4,15 @@
 # talk to the agent once more in a build with sanitizers. --asan runs everything with sanitizers, and nothing without.
 # Where QT4_WINDOWS names the folder of a Qt 4.8 for Windows, a part of the tests runs under Wine, too. --windows runs all
 # that can, with Qt 5 and 6 as well where QT5_WINDOWS and QT6_WINDOWS name them, which takes half an hour more.
-# --packages also makes the packages and installs them in a Debian without compiler and checkout, which takes minutes more.
+# --packages also makes the packages and installs them in a Debian without compiler and checkout, which takes a minute
+# more where QTDRIVER_TOGETHER has the builds make the same objects, as in .ci/run, else four.
 # --only runs a part: the suites whose names the expression is found in, as "qt5/protocol/" or "checks/".
 # Builds and suites of all Qts are one queue for all cores. Ends with one line "N passed, N failed" for all suites
 # together, and with a status that is not 0 when any failed, was cut, or did not run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-usage() { sed -n '2,10s/^# \?//p' "$0" >&2; exit 2; }
+usage() { sed -n '2,11s/^# \?//p' "$0" >&2; exit 2; }
 majors=() flavour="" windows="" packages="" only="" notes=()
 while [ $# -gt 0 ]; do
     case "$1" in
