@@ -74,7 +74,8 @@ install_sdk() {
     cmp -s "$source/package-lock.json" "$target/node_modules/installed.json" && return 0
     mkdir -p "$target"
     cp "$source/package.json" "$source/package-lock.json" "$target"
-    npm ci --prefix "$target" --ignore-scripts --no-audit --no-fund --loglevel=error >/dev/null &&
+    npm ci --prefix "$target" --ignore-scripts --no-audit --no-fund --loglevel=error \
+        --fetch-retries=1 --fetch-timeout=20000 >/dev/null &&
         cp "$source/package-lock.json" "$target/node_modules/installed.json" ||
         echo "setup: npm could not install the MCP SDK: tests by its client are skipped"
 }

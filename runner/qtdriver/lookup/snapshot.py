@@ -96,23 +96,23 @@ class SnapshotNode:
         """The node for an object of the agent's JSON, with all below it. Raises ProtocolError for any other object."""
         try:
             left, top, width, height = told["rect"]
-            children = told.get("children", ())
-            return cls(
-                ref=told["ref"],
-                class_name=told["class"],
-                role=told["role"],
-                name=told.get("name", ""),
-                text=told.get("text", ""),
-                label=told.get("label", ""),
-                tip=told.get("tip", ""),
-                value=told.get("value"),
-                states=tuple(told.get("states", ())),
-                rect=Rect(left, top, left + width - 1, top + height - 1),
-                header=tuple(told.get("header", ())),
-                items=tuple(map(_item, told.get("items", ()))),
-                left_out=told.get("more", 0),
-                children=[cls.of(child) for child in children],
-                details={key: told[key] for key in told if key != "children"} if children else told,
+            children, get = told.get("children", ()), told.get
+            return cls(  # by position, which takes a quarter less time: a window can have thousands
+                told["ref"],
+                told["class"],
+                told["role"],
+                get("name", ""),
+                get("text", ""),
+                get("label", ""),
+                get("tip", ""),
+                get("value"),
+                tuple(get("states", ())),
+                Rect(left, top, left + width - 1, top + height - 1),
+                tuple(get("header", ())),
+                tuple(map(_item, told["items"])) if "items" in told else (),
+                get("more", 0),
+                [cls.of(child) for child in children],
+                {key: told[key] for key in told if key != "children"} if children else told,
             )
         except (KeyError, TypeError, ValueError) as error:
             raise ProtocolError(f"not a widget of a snapshot: {error!r}") from None

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import argparse
+import gc
 import os
 import sys
 from pathlib import Path
@@ -18,6 +19,7 @@ from .server import McpServer
 from .wire import Wire
 
 _ON_DESKTOP = "--on-desktop"
+_OBJECTS = 100_000
 
 
 def add_mcp_arguments(parser: argparse.ArgumentParser) -> None:
@@ -56,6 +58,8 @@ def serve(parsed: argparse.Namespace, version: str, start: List[str]) -> int:
     """
     if sys.platform != "win32" and not parsed.headed and not parsed.on_desktop:
         _continue_on_desktop(parsed, start)
+    # A snapshot makes thousands of objects that all live: by default the collector looks at each of them several times.
+    gc.set_threshold(_OBJECTS)
     options = Options(Path.cwd(), parsed.build, parsed.qt, parsed.timeout)
     session = Session(options)
     server = {"name": "qtdriver", "title": "qtdriver: Qt applications", "version": version}
