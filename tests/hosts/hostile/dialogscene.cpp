@@ -3,6 +3,7 @@
 #include "faultinjector.h"
 #include "testhost.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -20,6 +21,8 @@ QDialog* fileDialog(QWidget* parent)
     auto* dialog = new QFileDialog(parent, words("Open a file"));
     dialog->setOption(QFileDialog::DontUseNativeDialog, true);
     dialog->setOption(QFileDialog::ReadOnly, true); // random clicks create and delete nothing
+    for (QAbstractItemView* view : dialog->findChildren<QAbstractItemView*>())
+        view->setDragEnabled(false); // Qt goes on with the view when the drag is over, and the dialog may be gone
     return dialog;
 }
 

@@ -4,9 +4,12 @@
 #include "scenes.h"
 #include "testhost.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QCompleter>
 #include <QDialog>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
 #include <QVariant>
@@ -56,6 +59,20 @@ void hideModalDialogsOf(const QObject* victim)
     for (QDialog* dialog : dialogs) {
         if (dialog->isModal())
             dialog->hide();
+    }
+}
+
+// The popup of a completer that outlives its line edit sends keys to it nevertheless in Qt 4.
+void hideCompletersOf(QObject* victim)
+{
+    QList<QLineEdit*> edits = victim->findChildren<QLineEdit*>();
+    if (auto* edit = qobject_cast<QLineEdit*>(victim))
+        edits.append(edit);
+    for (QLineEdit* edit : edits) {
+        QAbstractItemView* popup
+            = edit->completer() ? edit->completer()->popup() : nullptr; // none where it completes inline
+        if (popup)
+            popup->hide();
     }
 }
 
@@ -138,7 +155,10 @@ void Stage::prepareEnd(QObject* victim)
         return;
     dropKeysOfEditors(victim);
     if (QT_VERSION < QT_VERSION_CHECK(5, 0, 0))
-        undisturbed([victim] { hideModalDialogsOf(victim); });
+        undisturbed([victim] {
+            hideModalDialogsOf(victim);
+            hideCompletersOf(victim);
+        });
 }
 
 void Stage::nest(Place place, const std::function<void()>& function)

@@ -18,6 +18,10 @@ View* putView(Stage& stage, QWidget* centre, const char* name, int depth)
 {
     auto* view = put(centre, new DraggingView<View>(stage), name);
     view->setEditTriggers(QAbstractItemView::AllEditTriggers);
+    if (QT_VERSION < QT_VERSION_CHECK(5, 0, 0)) { // its lists of some sizes show and hide a scroll bar without an end
+        view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+        view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    }
     setHostileModel(stage, view, depth);
     addViewTricks(stage, view, depth);
     return view;
