@@ -71,6 +71,15 @@ void RequestLoop::schedule()
         QCoreApplication::postEvent(this, new TurnEvent(this));
 }
 
+bool RequestLoop::closeAfterRequests()
+{
+    if (state != State::Idle || socket.bytesAvailable() == 0)
+        return false;
+    isClosing = true;
+    schedule();
+    return true;
+}
+
 void RequestLoop::deleteSocketAfterReply()
 {
     state = State::Ending;
@@ -123,7 +132,17 @@ void RequestLoop::runSlice()
     if (state == State::Ending)
         delete &socket;
     else if (state == State::Executing)
-        state = State::Idle;
+        endSlice();
+}
+
+void RequestLoop::endSlice()
+{
+    state = State::Idle;
+    if (!isClosing)
+        return;
+    isClosing = false;
+    clear();
+    socket.close();
 }
 
 bool RequestLoop::takeRequest(QByteArray& request)

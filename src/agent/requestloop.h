@@ -26,6 +26,9 @@ public:
 
     // A request is on the stack.
     bool isExecuting() const { return state == State::Executing || state == State::Ending; }
+    // After the server's end: the requests that have arrived before are executed, without replies, and then the socket is
+    // closed. False where there are none, or one is on the stack: it is for the caller to close.
+    bool closeAfterRequests();
     // While a request is on the stack: no other one is executed, and the socket is deleted when this one has its reply.
     void deleteSocketAfterReply();
     // Discards the beginning of an incomplete request.
@@ -51,11 +54,13 @@ private:
     bool takeRequest(QByteArray& request);
     void writeReply(const QByteArray& reply);
     void startPause();
+    void endSlice();
 
     QAbstractSocket& socket;
     const Execute execute;
     RequestReader reader;
     State state = State::Idle;
+    bool isClosing = false;
     QBasicTimer pause;
 };
 

@@ -1,5 +1,8 @@
 """File dialogs of Qt's own, as a test drives them: the application gets the file name that was typed."""
 
+import os
+import re
+
 import pytest
 
 from hostapp import HostApp, eventually
@@ -85,6 +88,16 @@ def test_a_path_takes_the_place_of_a_suggestion_that_is_not_there(plain, folder,
     assert plain.get("fileNameEdit", "text") == "Documents"
     assert plain.activate(MODAL, "dialog", f"s:{shown(folder)}/{place}first.txt") == "0,QFileDialog"
     plain.wait_for(f"file {shown(folder)}/{place}first.txt")
+
+
+@pytest.mark.parametrize("name", ["letters/../report.txt", "./report.txt", "letters/../letters/first.txt"])
+def test_a_relative_path_may_lead_up_again(plain, folder, name):
+    (folder / "letters").mkdir()
+    (folder / "letters" / "first.txt").write_text("")
+    open_by(plain, "open")
+    assert plain.activate(MODAL, "dialog", f"s:{name}") == "0,QFileDialog"
+    chosen = plain.wait_for(re.compile("file .*|no file"))
+    assert os.path.normpath(chosen) == os.path.normpath(f"file {shown(folder)}/{name}")
 
 
 @pytest.mark.parametrize("name", ["a b.txt", "50%s%n.txt", "a,b&c.txt", "Käse.txt", "MixedCase_1.TXT"])

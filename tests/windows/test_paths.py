@@ -70,7 +70,7 @@ def test_another_drive_than_the_shown_one_is_reached(app):
     assert choose(app, "save", "C:\\windows\\new.txt") == "C:/windows/new.txt"
 
 
-@pytest.mark.parametrize("name", ["inner\\Mixed Case.TXT", ".\\report.txt"])
+@pytest.mark.parametrize("name", ["inner\\Mixed Case.TXT", ".\\report.txt", "inner\\..\\report.txt"])
 def test_a_relative_path_begins_in_the_folder_that_is_shown(app, folder, name):
     chosen = choose(app, "open", name)
     assert os.path.normpath(chosen) == os.path.normpath(f"{shown(folder)}/{name}".replace("\\", "/"))

@@ -16,6 +16,16 @@ NOT_UNDER_WINE = {
     ): "Wine puts no window that far out",
     ("tst_testclient", "itIsCreatedWithoutParentAndStartsConnecting"): "Wine refuses a closed port at once",
 }
+# With the focus back while a popup is open, Qt 5 and 6 do not take the window for the active one again.
+LATE_FOCUS = "a moment after a window was shown, Wine takes the focus from it and gives it back"
+if QT > 4:
+    NOT_UNDER_WINE.update(
+        {
+            ("tst_pytestproxy", "popupDoesNotBlockTheActiveWindow"): LATE_FOCUS,
+            ("tst_pytestproxy", "popupIsFoundByItsSpecialNames"): LATE_FOCUS,
+            ("tst_stinputcontrol", "keysWithoutFocusGoNowhere"): LATE_FOCUS,
+        }
+    )
 DEADLINE = 300
 FORMAT = "" if QT == 4 else ",txt"
 TOTALS = re.compile(r"^Totals: (\d+) passed, (\d+) failed, (\d+) skipped", re.MULTILINE)

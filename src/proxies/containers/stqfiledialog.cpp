@@ -27,16 +27,16 @@ void STQFileDialog::activate(const QVariant& value, const QVariant&)
         const QLineEdit* field = fileNameEdit();
         clickCenter(field, field->rect());
     }
-    if (!fileNameEdit()->text().isEmpty()) {
+    if (!fileNameEdit()->text().isEmpty())
         clearField();
-        forgetSelection();
-    }
     typeText(value.toString());
+    forgetSelection();
     confirm();
 }
 
-// For the empty name Qt selects the folder that the dialog shows, and what is selected is what the dialog returns, whatever
-// is typed. Between a user's keys Qt finds its mistake, but not while keys that are posted together follow each other.
+// While a name is typed Qt selects what its beginning names: for the empty name the folder that the dialog shows, for
+// "inner/.." this as well. What is selected is what the dialog returns, whatever is typed. Between a user's keys Qt finds its
+// mistake, but not while keys that are posted together follow each other.
 void STQFileDialog::forgetSelection()
 {
     const QPointer<QAbstractItemView> view(
