@@ -53,7 +53,7 @@ def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
 
 def _advice(session: Session, checks: int) -> str:
     words = (
-        f"{checks} checks"
+        f"{checks} {'check' if checks == 1 else 'checks'}"
         if checks
         else "it has no checks: use wait or read where something should come true"
     )
