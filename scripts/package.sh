@@ -74,6 +74,8 @@ make_wheel() {
         grep -o '@GLIBC_[0-9.]*' | sort --version-sort --unique | tail -1)
     newest=${newest#@GLIBC_}
     cp LICENSE "$folder"
+    mkdir "$folder/qtdriver/mcp/widgets"
+    cp -p "$packages"/wheel/docs/widgets/*.md "$folder/qtdriver/mcp/widgets"
     logged wheel env --chdir "$folder" python3 -c 'import setuptools; setuptools.setup()' --quiet \
         bdist_wheel --plat-name "manylinux_${newest/./_}_$(uname -m)" --dist-dir "$packages/wheel/made"
     rm -f "$packages"/*.whl

@@ -1,5 +1,6 @@
 """The wheel: installed offline into an environment of its own, far from the checkout."""
 
+import json
 import re
 import zipfile
 
@@ -46,3 +47,14 @@ def test_the_first_test_passes_with_it(environment, tmp_path):
     (tmp_path / "test_calculator.py").write_text(re.search("```python\n(.*?)```", section, re.DOTALL)[1])
     output = run(environment / "bin" / "python", "-m", "pytest", "-p", "no:cacheprovider", cwd=tmp_path)
     assert "1 passed" in output
+
+
+def test_it_has_the_documents_for_language_models(environment):
+    requests = (
+        {"id": 1, "method": "initialize", "params": {"protocolVersion": "2025-11-25", "capabilities": {}}},
+        {"id": 2, "method": "resources/list"},
+    )
+    lines = "".join(json.dumps({"jsonrpc": "2.0", **request}) + "\n" for request in requests)
+    answers = run(environment / "bin" / "qtdriver", "mcp", input=lines).splitlines()
+    listed = {resource["name"] for resource in json.loads(answers[-1])["result"]["resources"]}
+    assert listed == {page.stem for page in (ROOT / "docs" / "widgets").glob("*.md")}

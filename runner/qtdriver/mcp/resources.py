@@ -10,10 +10,10 @@ from .messages import INVALID_PARAMS, RpcError
 _SCHEME = "qtdriver://widgets/"
 _FOLDERS = (
     Path(__file__).resolve().parents[3] / "docs" / "widgets",
+    Path(__file__).resolve().parent / "widgets",
     Path("/usr/share/doc/qtdriver/docs/widgets"),
-    Path("/usr/share/doc/qtdriver/widgets"),
 )
-"""Where the documents are: in a checkout, and where a package of Debian has them."""
+"""Where the documents are: in a checkout, in a wheel, in a package of Debian."""
 
 
 def _folder() -> Optional[Path]:
