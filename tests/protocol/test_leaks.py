@@ -4,7 +4,7 @@ import os
 
 import pytest
 
-from leaks import BATCHES, EVERY_KIND, PLANTED, SLOW, LeakApp, excess
+from leaks import BATCHES, EVERY_KIND, PLANTED, SLOW, LeakApp
 
 ROUNDS = int(os.environ.get("QTDRIVER_LEAK_ROUNDS", "60")) // BATCHES
 
@@ -25,9 +25,8 @@ def bytes_of_menu(app):
 def test_a_request_leaves_nothing_behind(app, bytes_of_menu, name):
     requests = EVERY_KIND[name]
     rounds = max(ROUNDS // 30, 3) if name in SLOW else ROUNDS
-    growth = app.growth_of_requests(requests, rounds)
-    print(f"{BATCHES} x {rounds} rounds of {len(requests)}, {name}: {growth}, of a menu {bytes_of_menu:.0f}")
-    assert excess(growth, requests, rounds, bytes_of_menu) == {}
+    leak = app.leak_of_requests(requests, rounds, bytes_of_menu)
+    assert leak == {}, f"of {rounds} rounds of {len(requests)}, of a menu {bytes_of_menu:.0f}"
 
 
 @pytest.mark.parametrize(
@@ -40,5 +39,4 @@ def test_a_request_leaves_nothing_behind(app, bytes_of_menu, name):
     ],
 )
 def test_a_leak_in_the_application_would_be_found(app, name, found):
-    growth = app.growth_of_requests(PLANTED[name], ROUNDS)
-    assert set(excess(growth, PLANTED[name], ROUNDS, 0)) == found
+    assert set(app.leak_of_requests(PLANTED[name], ROUNDS, 0)) == found
