@@ -9,7 +9,7 @@ from contextlib import closing
 from pathlib import Path
 from typing import Any, Callable, Dict, List
 
-from wire import Line, listen
+from wire import Line, listen, wait_until_ready
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "runner"))
 
@@ -53,12 +53,12 @@ def over_socket(build: Path, rounds: int) -> List[float]:
             assert agent.read().startswith(b"+client+")
             while not agent.ask(b"7,Roastery,clickCount,,text,").startswith(b"0,"):
                 time.sleep(0.01)
-
-            activation = b"+5,%s,%s,,,," % (b"Roastery".hex().encode(), b'path="brewButton"'.hex().encode())
+            activation = "+5,%s,%s,,,," % (b"Roastery".hex(), b'path="brewButton"'.hex())
+            wait_until_ready(agent, activation, "0,")
 
             def click(number: int) -> None:
-                expected = b"0,u:" + str(number).encode().hex().encode()
-                assert agent.ask(activation).startswith(b"0,")
+                expected = b"0,u:" + str(1 + number).encode().hex().encode()
+                assert agent.ask(activation.encode()).startswith(b"0,")
                 while agent.ask(b"7,Roastery,clickCount,,text,") != expected:
                     pass
 

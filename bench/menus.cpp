@@ -6,6 +6,7 @@
 #include "proxy/stapplicationproxy.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenu>
@@ -29,6 +30,8 @@ struct MenuWindow
         window.setWindowTitle(QString::fromLatin1("Menus"));
         window.resize(300, 200);
         showActive(window);
+        // Beside the menus: an item that opens under the cursor may become the active one.
+        QCursor::setPos(window.mapToGlobal(window.rect().bottomRight()));
     }
 
     QMainWindow window;
@@ -69,7 +72,7 @@ void chooseByQt()
     handleEvents();
     menus.window.menuBar()->setActiveAction(menus.menu->menuAction());
     handleEvents();
-    while (menus.menu->activeAction() != menus.menu->actions().last())
+    for (int i = 0; i < itemsPerMenu && menus.menu->activeAction() != menus.menu->actions().last(); ++i)
         pressKey(Qt::Key_Down);
     pressKey(Qt::Key_Right);
     for (int i = 1; i < itemsPerMenu; ++i)

@@ -3,27 +3,13 @@
 import itertools
 import statistics
 import subprocess
-import time
 from typing import Any, Dict, List
 
 from rows import TRIPS_OF_COMMANDS, Trip
-from wire import Line, listen
+from wire import Line, listen, wait_until_ready
 
 # Events that were only posted are handled before the reply to this.
 SETTLING = b"8,Bench"
-
-
-READY_SECONDS = 20
-
-
-def wait_until_ready(agent: Line, request: str, expected: str) -> None:
-    """Asks until the reply begins as expected, as long as the agent says that its widget is not ready yet: a window that
-    has only just appeared still moves."""
-    deadline = time.monotonic() + READY_SECONDS
-    reply = agent.ask(request.encode())
-    while reply.startswith(b"9,") and time.monotonic() < deadline:
-        reply = agent.ask(request.encode())
-    assert reply.startswith(expected.encode()), f"{request} is answered {reply!r}"
 
 
 def times(agent: Line, floor: Line, trip: Trip, rounds: int) -> Dict[str, float]:

@@ -1,23 +1,36 @@
 """Measures how much the agent adds to the start of an application that knows nothing of it."""
 
 import os
+import socket
 import statistics
 import subprocess
 from pathlib import Path
-from typing import Any, Dict, List, Sequence
+from typing import Any, Dict, List, Optional, Sequence
 
 from wire import Line, listen
 
 FIGURES = {"time": "µs", "resident memory": "KiB", "heap": "KiB"}
 
 
-def run(command: Sequence[str], preload: str) -> List[float]:
-    """Microseconds, KiB of resident memory and KiB of heap from before the event loop to the first event."""
+def run(command: Sequence[str], preload: str, server: Optional[socket.socket]) -> List[float]:
+    """Microseconds, KiB of resident memory and KiB of heap from before the event loop to the first event.
+
+    With a server, a library is expected to connect to it; the agent, which is preloaded, with its greeting.
+    """
     environment = dict(os.environ)
     if preload:
         environment["LD_PRELOAD"] = preload
-    output = subprocess.run(command, env=environment, stdout=subprocess.PIPE, check=True, text=True).stdout
-    microseconds, resident, heap = (float(word) for word in output.split())
+    with subprocess.Popen(
+        command, env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True
+    ) as host:
+        assert host.stdout and host.stdin
+        figures = host.stdout.readline()
+        if server:
+            connection = Line(server)
+            assert not preload or connection.read().startswith(b"+client+"), "the agent did not start"
+        host.stdin.close()
+    assert host.returncode == 0, f"the host ended with {host.returncode}"
+    microseconds, resident, heap = (float(word) for word in figures.split())
     return [microseconds, resident, heap / 1024]
 
 
@@ -33,11 +46,7 @@ def measure(build: Path, quick: bool) -> List[Dict[str, Any]]:
     taken: Dict[str, List[List[float]]] = {variant: [] for variant in variants}
     for _ in range(2 if quick else 15):
         for variant, (command, preload) in variants.items():
-            taken[variant].append(run(command, preload))
-            if variant == "plain":
-                continue
-            greeting = Line(server).read()
-            assert greeting.startswith(b"+client+" if variant == "ours" else b""), "the agent did not start"
+            taken[variant].append(run(command, preload, None if variant == "plain" else server))
     server.close()
     medians = {
         variant: [statistics.median(column) for column in zip(*runs)] for variant, runs in taken.items()

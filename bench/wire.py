@@ -3,6 +3,8 @@
 import socket
 import time
 
+READY_SECONDS = 20
+
 
 class Line:
     """One connection, a line there and a line back."""
@@ -33,3 +35,13 @@ def listen(port: int) -> socket.socket:
     server = socket.create_server(("127.0.0.1", port))
     server.settimeout(30)
     return server
+
+
+def wait_until_ready(agent: Line, request: str, expected: str) -> None:
+    """Asks until the reply begins as expected, as long as the agent says that its widget is not ready yet: a window that
+    has only just appeared still moves."""
+    deadline = time.monotonic() + READY_SECONDS
+    reply = agent.ask(request.encode())
+    while reply.startswith(b"9,") and time.monotonic() < deadline:
+        reply = agent.ask(request.encode())
+    assert reply.startswith(expected.encode()), f"{request} is answered {reply!r}"
