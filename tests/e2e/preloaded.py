@@ -93,11 +93,11 @@ def programs_ended():
         program.process.communicate()
 
 
-def wait_for(condition):
-    """Waits until the condition holds."""
+def wait_for(condition, situation=lambda: ""):
+    """Waits until the condition holds; the error of one that never does tells the situation."""
     deadline = time.monotonic() + DEADLINE
     while not condition():
-        assert time.monotonic() < deadline, "it did not happen in time"
+        assert time.monotonic() < deadline, f"it did not happen in time: {situation()}"
         time.sleep(0.02)
 
 

@@ -25,6 +25,7 @@ from preloaded import (
     somebody_connects,
     wait_for,
 )
+from qtdriver.crashes.stacks import stacks_of_process
 
 
 @pytest.fixture
@@ -230,7 +231,10 @@ def test_a_server_that_does_not_read_its_replies_does_not_keep_the_application_f
             to_send, to_read = queues_of(connected)
             return to_send > 0 and to_read == 0
 
-        wait_for(replies_wait_and_requests_do_not)
+        wait_for(
+            replies_wait_and_requests_do_not,
+            lambda: "\n".join([str(queues_of(connected)), *stacks_of_process(app.process.pid).lines()]),
+        )
         app.tell("quit")
         assert app.end() == (0, "start loop\nend loop\ntorn down\n", "")
         try:
