@@ -78,37 +78,28 @@ def _changes_within(before: SurveyedWindow, after: SurveyedWindow) -> List[str]:
     old, new = _told(before), _told(after)
     lines = [line for ref, node in new.items() if ref in old for line in _changes_of(old[ref], node)]
     assert before.root is not None and after.root is not None
-    gone = [f"- {line}" for line in _outermost(before.root, set(new))]
-    came = _came(after.root, set(old))
+    gone = [f"- {_with_number_within(node)}" for node in _outermost(before.root, set(new))]
+    came = [f"+ {line}" for node in _outermost(after.root, set(old)) for line in outline_with_refs(node)]
     for some in (lines, gone, came):
         if len(some) > _MOST_LINES:
             some[_MOST_LINES:] = [f"  ... and {len(some) - _MOST_LINES} more: take a snapshot"]
     return [*lines, *gone, *came]
 
 
-def _outermost(root: SnapshotNode, others: "set[int]") -> Iterator[str]:
-    """The widgets that are not among others, each with the number of those in it."""
+def _outermost(root: SnapshotNode, others: "set[int]") -> Iterator[SnapshotNode]:
+    """The widgets that are not among others, without those within them."""
     skipped: Optional[int] = None
     for node, depth in walk_told(root):
         if skipped is not None and depth > skipped:
             continue
         skipped = None if node.ref in others else depth
         if skipped is not None:
-            inside = sum(1 for _ in walk_told(node)) - 1
-            yield headline_with_ref(node) + (f", with {inside} in it" if inside else "")
+            yield node
 
 
-def _came(root: SnapshotNode, others: "set[int]") -> List[str]:
-    """The widgets that are not among others, as outlines."""
-    lines: List[str] = []
-    skipped: Optional[int] = None
-    for node, depth in walk_told(root):
-        if skipped is not None and depth > skipped:
-            continue
-        skipped = None if node.ref in others else depth
-        if skipped is not None:
-            lines += [f"+ {line}" for line in outline_with_refs(node)]
-    return lines
+def _with_number_within(node: SnapshotNode) -> str:
+    inside = sum(1 for _ in walk_told(node)) - 1
+    return headline_with_ref(node) + (f", with {inside} in it" if inside else "")
 
 
 def _changes_of(before: SnapshotNode, after: SnapshotNode) -> Iterator[str]:
