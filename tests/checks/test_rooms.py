@@ -29,7 +29,8 @@ STANDS_ON = {
     "recording": (),
     "tools": ("expect", "project", "recording"),
     "mcp": ("tools",),
-    "commandline": ("report", "shell", "project", "mcp"),
+    "inspector": ("report",),
+    "commandline": ("shell", "project", "mcp", "inspector"),
     "plugin": ("report", "expect"),
 }
 

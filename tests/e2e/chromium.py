@@ -61,9 +61,13 @@ class Browser:
 
     def open(self, file, fragment=""):
         """Opens a file, with fresh logs: a browser has pages of its own when it starts."""
+        self.go(file.absolute().as_uri() + fragment)
+
+    def go(self, address):
+        """Opens an address, with fresh logs."""
         self._call("POST", "/url", {"url": "about:blank"})
         self.log("browser"), self.log("performance")
-        self._call("POST", "/url", {"url": file.absolute().as_uri() + fragment})
+        self._call("POST", "/url", {"url": address})
 
     def run(self, script, *arguments):
         """The value that the body of a function returns in the page."""
@@ -92,8 +96,33 @@ class Browser:
 
     def press(self, *keys):
         """Presses keys one after the other, as a user does, wherever the focus is."""
-        actions = [{"type": kind, "value": key} for key in keys for kind in ("keyDown", "keyUp")]
-        self._call("POST", "/actions", {"actions": [{"type": "key", "id": "keyboard", "actions": actions}]})
+        self.keys(*((kind, key) for key in keys for kind in ("keyDown", "keyUp")))
+
+    def chord(self, *keys):
+        """Presses keys together."""
+        self.keys(*(("keyDown", key) for key in keys), *(("keyUp", key) for key in reversed(keys)))
+
+    def keys(self, *actions):
+        """Presses and releases keys: "keyDown" and "keyUp", each with its key."""
+        steps = [{"type": kind, "value": key} for kind, key in actions]
+        self._call("POST", "/actions", {"actions": [{"type": "key", "id": "keyboard", "actions": steps}]})
+
+    def mouse(self, *actions):
+        """Has the mouse do things one after the other, as "move" with x and y in the page, "down" and "up" with a button."""
+        steps = [
+            {"type": "pointerMove", "duration": 0, "x": round(values[0]), "y": round(values[1])}
+            if kind == "move"
+            else {"type": f"pointer{kind.capitalize()}", "button": values[0]}
+            for kind, *values in actions
+        ]
+        parameters = {"pointerType": "mouse"}
+        source = {"type": "pointer", "id": "mouse", "parameters": parameters, "actions": steps}
+        self._call("POST", "/actions", {"actions": [source]})
+
+    def wheel(self, x, y, across, down):
+        """Turns the wheel by pixels at a place of the page."""
+        step = {"type": "scroll", "x": round(x), "y": round(y), "deltaX": across, "deltaY": down}
+        self._call("POST", "/actions", {"actions": [{"type": "wheel", "id": "wheel", "actions": [step]}]})
 
     def type_into(self, selector, text):
         self.run("document.querySelector(arguments[0]).focus()", selector)

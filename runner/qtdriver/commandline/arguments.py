@@ -7,6 +7,7 @@ from pathlib import Path
 from typing import List, NoReturn, Optional, Sequence, Tuple
 
 from ..errors.commandline import UsageError
+from ..inspector.arguments import add_inspect_arguments
 from ..launch.agent import QT_MAJORS
 from ..launch.loading import LOAD_WAYS
 from ..mcp.program import add_mcp_arguments
@@ -107,13 +108,13 @@ def wants_json(arguments: Sequence[str]) -> bool:
 def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
     """Parses the command line without the program's name. Exits after --help.
 
-    Returns the arguments: `action` is the name of the command; "run", "doctor" and "init" have the application with its
+    Returns the arguments: `action` is the name of the command; "run", "doctor", "init" and "inspect" have the application with its
     arguments in `command`. Raises UsageError when the command line is wrong.
     """
     ours, application = _split(arguments)
     parser, run = parsers()
     parsed = parser.parse_args(ours)
-    if parsed.action not in ("run", "doctor", "init"):
+    if parsed.action not in ("run", "doctor", "init", "inspect"):
         if application:
             parser.error(f"{parsed.action} takes no application: start it with qtdriver run --background")
         return parsed
@@ -152,6 +153,7 @@ def parsers() -> Tuple[_Parser, _Parser]:
     _add_init(commands)
     _add_trace(commands)
     _add_report(commands)
+    _add_inspect(commands)
     _add_mcp(commands)
     return parser, run
 
@@ -203,6 +205,14 @@ def _add_report(commands: "argparse._SubParsersAction[_Parser]") -> None:
     add_report_arguments(
         _add(commands, "report", summary, "report merge shard-1 shard-2 --output test-results")
     )
+
+
+def _add_inspect(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "shows an application and its widgets on a page in the browser"
+    inspect = _add(commands, "inspect", summary, "inspect -- ./editor notes.txt")
+    _add_holder(inspect)
+    _add_build(inspect)
+    add_inspect_arguments(inspect)
 
 
 def _add_mcp(commands: "argparse._SubParsersAction[_Parser]") -> None:

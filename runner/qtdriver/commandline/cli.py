@@ -9,7 +9,7 @@ import signal
 import sys
 from pathlib import Path
 from types import FrameType
-from typing import Callable, Dict, List, Optional, Sequence
+from typing import Any, Callable, Dict, List, Optional, Sequence
 
 from ..desktop import desktop
 from ..desktop.session import WAYLAND_NOTE, needs_x11
@@ -157,6 +157,20 @@ def _report(parsed: argparse.Namespace) -> int:
     return _finish(report(parsed), parsed.json)
 
 
+def _inspect(parsed: argparse.Namespace) -> int:
+    from ..inspector.program import inspect  # it takes a while, for which other commands need not wait
+
+    def ask(operation: str, values: Dict[str, Any]) -> Any:
+        return control.ask_data(parsed.name, control.INSPECT, {"operation": operation, "values": values})
+
+    def tell(address: str) -> None:
+        text = f"the inspector is at {address}\nPress Ctrl+C to end it."
+        print(Outcome(text, {"address": address}).shown(parsed.json), flush=True)
+
+    end = inspect(parsed, ask, tell)
+    return _finish(Outcome(end, {"end": end}), parsed.json)
+
+
 def _mcp(parsed: argparse.Namespace) -> int:
     return serve(parsed, VERSION, [sys.executable, "-c", holding.START, holding.RUNNER])
 
@@ -167,5 +181,6 @@ _ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {
     "init": _init,
     "trace": _trace,
     "report": _report,
+    "inspect": _inspect,
     "mcp": _mcp,
 }

@@ -19,13 +19,15 @@ from contextlib import suppress
 from pathlib import Path
 from typing import Any, List, Optional
 
+from ..errors import QtDriverError
 from ..errors.commandline import AlreadyHeldError, ControlSocketError, NoApplicationError
-from .outcome import Outcome
+from .outcome import NO_APPLICATION, Outcome
 from .verbs import Arguments
 
 DEFAULT_NAME = "default"
 STOP = "stop"
 COMPLETE = "complete"
+INSPECT = "inspect"
 _NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")
 _LINE_SECONDS = 5.0
 _LONGEST_PATH = 107  # bytes: what the address of a Unix socket has room for
@@ -117,6 +119,16 @@ def ask(name: str, verb: str, values: Arguments) -> Outcome:
     if not line.endswith("\n"):
         raise NoApplicationError(f'the process that held the application "{name}" ended')
     return Outcome.from_line(line)
+
+
+def ask_data(name: str, verb: str, values: Arguments) -> Any:
+    """As ask(). Returns the data of the outcome; raises NoApplicationError and QtDriverError for those that are not OK."""
+    outcome = ask(name, verb, values)
+    if outcome.status == NO_APPLICATION:
+        raise NoApplicationError(outcome.text)
+    if outcome.status:
+        raise QtDriverError(outcome.text)
+    return outcome.data
 
 
 class ControlSocket:

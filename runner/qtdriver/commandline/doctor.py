@@ -32,7 +32,8 @@ _PACKAGES = (
     ("PIL", "python3-pil", "screenshots"),
     ("jinja2", "python3-jinja2", "the page of a run"),
     ("prompt_toolkit", "python3-prompt-toolkit", "completion in the console"),
-    ("Xlib", "python3-xlib", "picking with the mouse"),
+    ("Xlib", "python3-xlib", "picking with the mouse, and the inspector"),
+    ("aiohttp", "python3-aiohttp", "the inspector"),
 )
 _TOOLS = (
     ("Xvfb", "xvfb", "desktops without a screen"),

@@ -17,10 +17,11 @@ from ..desktop import desktop
 from ..errors import QtDriverError
 from ..errors.commandline import NoApplicationError
 from ..errors.internal import GivenUpError
+from ..inspector.operations import perform
 from ..launch.progress import is_readable_within
 from ..protocol.waiting import given_up_when
 from .console import Words
-from .control import COMPLETE, STOP, ControlSocket, Request, socket_path
+from .control import COMPLETE, INSPECT, STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
 from .verbs import FAILURES, Arguments, verb_named
 
@@ -129,6 +130,8 @@ def _serve(control: ControlSocket, app: App) -> None:
 def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
     if request.verb == COMPLETE:
         return Outcome("", Words(app).candidates(list(request.values.get("words", ()))))
+    if request.verb == INSPECT:
+        return _inspect(app, request.values)
     verb = verb_named(request.verb)
     if verb is None:
         return Outcome.of_error(QtDriverError(f"no such command: {request.verb}"))
@@ -139,3 +142,11 @@ def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
         return Outcome.of_error(NoApplicationError('the application is being ended by "qtdriver stop"'))
     except FAILURES as error:
         return verb.failure(error)
+
+
+def _inspect(app: App, values: Arguments) -> Outcome:
+    """An operation of the page that `qtdriver inspect` serves."""
+    try:
+        return Outcome("", perform(app, str(values["operation"]), dict(values["values"])))
+    except (QtDriverError, KeyError) as error:
+        return Outcome.of_error(error if isinstance(error, QtDriverError) else QtDriverError(repr(error)))

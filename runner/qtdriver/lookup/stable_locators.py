@@ -49,6 +49,19 @@ class StableLocators:
         """The locator of a node; None where nothing finds it alone any more."""
         return self._by_texts(node) or self._within_another(node) or self._by_position(node)
 
+    def all_of(self, node: SnapshotNode) -> Iterator[Locator]:
+        """All locators of a node that find it alone, that of of() first, each once."""
+        outer, _ = self._around(node)
+        texts = list(_by_conditions(node, lambda key, text: True))
+        candidates = [self.of(node), *texts]
+        candidates += [] if outer is None else [found.within(outer) for found in texts]
+        candidates.append(self._by_position(node))
+        told = set()
+        for found in candidates:
+            if found is not None and found.text not in told and self._ref_of(found) == node.ref:
+                told.add(found.text)
+                yield found
+
     def _by_texts(self, node: SnapshotNode) -> Optional[Locator]:
         if node.ref not in self._known:
             self._known[node.ref] = self._first(_by_conditions(node, self._is_alone), self._finds_one)

@@ -31,7 +31,9 @@ KEPT_ROWS = 1000
 _MORE = "qtdriverMore("
 """The beginning of the script with the tests that are not in the page."""
 
-_TEMPLATES = Path(__file__).with_name("templates")
+TEMPLATES = Path(__file__).with_name("templates")
+"""The folder with the parts of pages."""
+
 _STYLES = ("page.css", "detail.css")
 _SCRIPTS = (
     "dom.js",
@@ -171,12 +173,12 @@ def _environment() -> "Environment":
     from jinja2 import Environment, FileSystemLoader
 
     return Environment(
-        loader=FileSystemLoader(_TEMPLATES), autoescape=True, trim_blocks=True, lstrip_blocks=True
+        loader=FileSystemLoader(TEMPLATES), autoescape=True, trim_blocks=True, lstrip_blocks=True
     )
 
 
 def _read(names: Sequence[str]) -> str:
-    return "\n".join((_TEMPLATES / name).read_text(encoding="utf-8") for name in names)
+    return "\n".join((TEMPLATES / name).read_text(encoding="utf-8") for name in names)
 
 
 def _digest(text: str) -> str:

@@ -1,0 +1,45 @@
+"""The operations that the page asks for: functions of an app and values of JSON, which also the process that holds it can run."""
+
+from __future__ import annotations
+
+import os
+from typing import Any, Callable, Dict
+
+from ..api.app import App
+from ..errors import QtDriverError
+from . import widgets
+from .survey import survey
+
+Values = Dict[str, Any]
+
+
+def _about(app: App, values: Values) -> Any:
+    greeting = app.connection.greeting
+    return {
+        "pid": app.pid,
+        "agent": greeting.version,
+        "display": app.display or os.environ.get("DISPLAY", ""),
+    }
+
+
+_OPERATIONS: Dict[str, Callable[[App, Values], Any]] = {
+    "about": _about,
+    "survey": survey,
+    "address": widgets.address,
+    "addresses": widgets.addresses,
+    "properties": widgets.properties,
+    "matches": widgets.matches,
+}
+
+
+def perform(app: App, operation: str, values: Values) -> Any:
+    """Performs an operation with the values that it needs. Returns its result, in types of JSON.
+
+    Raises QtDriverError, also for an operation that is not known, and for values that do not fit.
+    """
+    if operation not in _OPERATIONS:
+        raise QtDriverError(f"no such operation: {operation}")
+    try:
+        return _OPERATIONS[operation](app, values)
+    except (KeyError, TypeError, ValueError) as error:
+        raise QtDriverError(f"{operation}: {error}") from error

@@ -1,0 +1,47 @@
+/* The widgets of the application as one tree, and places among them. */
+
+function contains([left, top, width, height], {x, y}) {
+  return x >= left && y >= top && x < left + width && y < top + height;
+}
+
+function deepest(node, place) {
+  for (let at = node.children.length - 1; at >= 0; at -= 1) {
+    if (contains(node.children[at].rect, place)) return deepest(node.children[at], place);
+  }
+  return node;
+}
+
+/** All windows at one moment, the one in front first. */
+export class Widgets {
+  constructor(windows = []) {
+    this.windows = windows;
+    this.roots = windows.filter((window) => window.root).map((window) => window.root);
+    this.nodes = new Map();
+    this.parents = new Map();
+    for (const root of this.roots) this.add(root, null);
+  }
+
+  add(node, parent) {
+    this.nodes.set(node.ref, node);
+    this.parents.set(node.ref, parent);
+    for (const child of node.children) this.add(child, node);
+  }
+
+  /** The widget at a place of the screen; undefined where there is none. */
+  at(place) {
+    const root = this.roots.find((one) => contains(one.rect, place));
+    return root && deepest(root, place);
+  }
+
+  /** The widgets around one, the nearest first. */
+  above(ref) {
+    const found = [];
+    for (let node = this.parents.get(ref); node; node = this.parents.get(node.ref)) found.push(node);
+    return found;
+  }
+
+  windowOf(ref) {
+    const root = this.above(ref).pop() || this.nodes.get(ref);
+    return this.windows.find((window) => window.root === root);
+  }
+}

@@ -1,0 +1,124 @@
+"""Starts what the tests of the inspector look at."""
+
+import json
+import os
+import re
+import signal
+import subprocess
+from contextlib import contextmanager
+from pathlib import Path
+
+from qtdriver.commandline import control
+
+BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
+AGENTS = BUILD / "agents"
+PROGRAM = BUILD / "bin" / "showcase"
+QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
+
+
+class Held:
+    """An application that is held."""
+
+    def __init__(self, pid):
+        self.pid = pid
+
+    def ask(self, verb, **values):
+        """The data of a command; it raises the error of one that fails."""
+        return control.ask_data(control.DEFAULT_NAME, verb, values)
+
+    def perform(self, operation, **values):
+        """The result of an operation of the page."""
+        return self.ask(control.INSPECT, operation=operation, values=values)
+
+    def read(self, path, name):
+        """A property of a widget of the showcase."""
+        return self.ask("get", window="Roastery", path=path, as_class="", properties=[name], timeout=10)
+
+    def activate(self, path, value=None):
+        """Does what a widget of the showcase is for."""
+        return self.ask(
+            "activate",
+            window="Roastery",
+            path=path,
+            as_class="",
+            value=value,
+            option=None,
+            force=False,
+            timeout=10,
+        )
+
+    def centre(self, name):
+        """The place of a widget's centre on the screen."""
+        (node,) = [one for one in self.nodes() if one["name"] == name]
+        left, top, width, height = node["rect"]
+        return left + width // 2, top + height // 2
+
+    def nodes(self):
+        """All widgets of all windows, as the page gets them."""
+
+        def walk(node):
+            yield node
+            for child in node["children"]:
+                yield from walk(child)
+
+        return [
+            node
+            for window in self.perform("survey")["windows"]
+            if window["root"]
+            for node in walk(window["root"])
+        ]
+
+
+@contextmanager
+def holding(runtime):
+    """Within it a showcase is held, whose control socket is in the folder `runtime`."""
+    before = os.environ.get("XDG_RUNTIME_DIR")
+    os.environ["XDG_RUNTIME_DIR"] = str(runtime)
+    command = [QTDRIVER, "run", "--background", "--json", "--build", str(AGENTS), "--", str(PROGRAM)]
+    told = subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+    try:
+        yield Held(json.loads(told)["pid"])
+    finally:
+        subprocess.run([QTDRIVER, "stop"], capture_output=True)
+        if before is None:
+            del os.environ["XDG_RUNTIME_DIR"]
+        else:
+            os.environ["XDG_RUNTIME_DIR"] = before
+
+
+class Inspecting:
+    """A running `qtdriver inspect`."""
+
+    def __init__(self, process, address):
+        self.process = process
+        self.address = address
+        self.port = int(re.search(r":(\d+)/", address)[1])
+
+    def interrupt(self):
+        """Presses Ctrl-C. Answers the exit status, and what it has printed since the address."""
+        self.process.send_signal(signal.SIGINT)
+        output, errors = self.process.communicate(timeout=60)
+        return self.process.returncode, output + errors
+
+
+@contextmanager
+def inspecting(*arguments):
+    """Within it the command runs with these arguments, and has told the address of its page."""
+    command = [QTDRIVER, "inspect", "--no-browser", "--build", str(AGENTS), *arguments]
+    # Where the tests run in the background of a shell, SIGINT is ignored, and would be by the command, too.
+    with subprocess.Popen(
+        command,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+        text=True,
+        preexec_fn=lambda: signal.signal(signal.SIGINT, signal.default_int_handler),
+    ) as process:
+        try:
+            line = process.stdout.readline()
+            assert "http://" in line, line + process.stderr.read()
+            assert process.stdout.readline() == "Press Ctrl+C to end it.\n"
+            yield Inspecting(process, re.search(r"http://\S+", line)[0])
+        finally:
+            if process.poll() is None:
+                process.terminate()
+                process.communicate(timeout=60)
