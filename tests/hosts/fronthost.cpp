@@ -59,9 +59,15 @@ void buildMain(TestHost& host)
     dock->setWidget(content);
     window->addDockWidget(Qt::RightDockWidgetArea, dock);
     // Floating once the main window is on the screen, as a user has it: then the window manager keeps it above that.
-    host.onRequest(QLatin1String("floatDock"), [dock] {
+    const auto floatDock = [dock] {
         dock->setFloating(true);
         dock->setGeometry(60, 230, 200, 120);
+    };
+    host.onRequest(QLatin1String("floatDock"), floatDock);
+    host.onRequest(QLatin1String("floatHiddenDock"), [dock, floatDock] {
+        dock->hide();
+        floatDock();
+        dock->show();
     });
 
     // Another window of the application, which the main one can be raised above.

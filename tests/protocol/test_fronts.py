@@ -9,7 +9,7 @@ import time
 import pytest
 
 from extensions import extension, hexadecimal
-from hostapp import QT, eventually, hexed
+from hostapp import QT, WINDOWS, eventually, hexed
 
 WAIT = 0.5
 HIDDEN = "8,Exception : Error: widget is hidden by another window"
@@ -66,7 +66,9 @@ def test_commands_on_a_window_that_refuses_the_focus_print_nothing(app):
 
 
 def test_what_a_floating_dock_covers_is_not_waited_for(app):
-    app.do("floatDock")
+    # Under Wine the place where the window manager first shows a window can undo a later move, so that the dock is moved
+    # before it is shown. On Linux the window manager would then place it.
+    app.do("floatHiddenDock" if WINDOWS else "floatDock")
     app.wait_until("content", "visible", "true")
     app.mouse("Main", "covered", "MouseMove::0.5:0.5:", class_name="QWidget")
     eventually(lambda: "content" in app.request("3"), True)  # the window manager has placed the dock
