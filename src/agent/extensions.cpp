@@ -5,6 +5,8 @@
 #include "agent/locatedactions.h"
 #include "agent/request.h"
 #include "agent/wirevalue.h"
+#include "proxy/sterror.h"
+#include "record/recorder.h"
 
 #include <QStringList>
 #include <QVariant>
@@ -14,6 +16,8 @@ namespace agent {
 namespace {
 
 QByteArray listExtensions(const Request& request, STApplicationProxy& registry);
+QByteArray recordEvents(const Request& request, STApplicationProxy& registry);
+QByteArray tellEvents(const Request& request, STApplicationProxy& registry);
 
 struct ExtensionRow
 {
@@ -36,6 +40,8 @@ const ExtensionRow extensionRows[] = {
     {"+wheel", turnWheel},
     {"+clipboard", clipboardText},
     {"+focus", focusWidget},
+    {"+record", recordEvents},
+    {"+events", tellEvents},
 };
 
 // Sections: none. The names of all extensions: a test asks once what this agent can do.
@@ -45,6 +51,29 @@ QByteArray listExtensions(const Request&, STApplicationProxy&)
     for (const ExtensionRow& row : extensionRows)
         names.append(QLatin1String(row.name));
     return replyForValue(names);
+}
+
+// Section 1: "start" or "stop"; section 2: empty, or "passwords" to have the keys in fields that hide their text recorded.
+QByteArray recordEvents(const Request& request, STApplicationProxy&)
+{
+    const QString mode = request.utf8Text(1);
+    const QString option = request.utf8Text(2);
+    if (!option.isEmpty() && option != QLatin1String("passwords"))
+        proxy::raiseError("Unknown option \"%s\"", option);
+    if (mode == QLatin1String("start"))
+        record::Recorder::instance().start(
+            option.isEmpty() ? record::Recorder::Passwords::Hidden : record::Recorder::Passwords::Told);
+    else if (mode == QLatin1String("stop"))
+        record::Recorder::instance().stop();
+    else
+        proxy::raiseError("Unknown mode \"%s\"", mode);
+    return "0,";
+}
+
+// Sections: none. The events since the last time, as JSON.
+QByteArray tellEvents(const Request&, STApplicationProxy&)
+{
+    return "0,j:" + record::Recorder::instance().take();
 }
 
 } // namespace

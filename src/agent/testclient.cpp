@@ -11,6 +11,7 @@
 #include "proxy/heldmouse.h"
 #include "proxy/postedcall.h"
 #include "proxy/stapplicationproxy.h"
+#include "record/recorder.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
@@ -56,6 +57,7 @@ void TestClient::close()
     QTcpSocket::close();
     idleSocketFilter = nullptr;
     proxy::HeldMouse::instance().abandon(); // nobody would end a drag
+    record::Recorder::instance().abandon();
 }
 
 void TestClient::callInEventLoop(void (*function)())

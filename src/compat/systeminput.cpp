@@ -1,6 +1,7 @@
 #include "compat/systeminput.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/QSet>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QKeySequence>
@@ -85,7 +86,28 @@ void requestContextMenu(QWidget* window)
     qt_sendSpontaneousEvent(receiver, &event);
 }
 
+QSet<const QEvent*>& living()
+{
+    static auto* const events = new QSet<const QEvent*>; // never deleted: Qt may delete events as the process ends
+    return *events;
+}
+
 } // namespace
+
+bool isOwnInput(const QEvent* event)
+{
+    return living().contains(event);
+}
+
+void rememberOwnInput(const QEvent* event)
+{
+    living().insert(event);
+}
+
+void forgetOwnInput(const QEvent* event)
+{
+    living().remove(event);
+}
 
 QWidget* keyReceiver(QWidget* window)
 {

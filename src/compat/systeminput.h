@@ -3,6 +3,8 @@
 #include <QtCore/QEvent>
 #include <QtCore/QString>
 
+#include <utility>
+
 class QPoint;
 class QWidget;
 
@@ -23,6 +25,28 @@ void sendKeyEvent(QWidget* window, QEvent::Type type, int key, Qt::KeyboardModif
 // application's code.
 void sendWheelEvent(QWidget* target, const QPoint& globalPosition, Qt::Orientation orientation, int angle,
     Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
+// Whether the agent has made this event, for a widget that a user's input would reach. Qt counts as a user's only what the
+// windowing system sends.
+bool isOwnInput(const QEvent* event);
+
+void rememberOwnInput(const QEvent* event);
+void forgetOwnInput(const QEvent* event);
+
+// An input event that the agent has made, as long as it lives: Qt deletes posted ones, also those that it never delivers.
+template <class Event>
+class OwnInput : public Event
+{
+public:
+    template <class... Arguments>
+    explicit OwnInput(Arguments&&... arguments)
+        : Event(std::forward<Arguments>(arguments)...)
+    {
+        rememberOwnInput(this);
+    }
+    ~OwnInput() override { forgetOwnInput(this); }
+    Q_DISABLE_COPY(OwnInput)
+};
 
 // The Qt::Key with that name in the portable texts of QKeySequence, upper and lower case alike; 0 when there is none.
 int keyNamed(const QString& name);

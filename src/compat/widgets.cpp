@@ -1,19 +1,25 @@
 #include "compat/widgets.h"
 
+#include "compat/systeminput.h"
+
 #include <QtGui/QCursor>
 #include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPixmap>
+#include <QtGui/QWheelEvent>
 
 #if QT_VERSION >= 0x060000
+#include <QtGui/QAction>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 #elif QT_VERSION >= 0x050000
 #include <QtGui/QScreen>
+#include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDesktopWidget>
 #else
+#include <QtGui/QAction>
 #include <QtGui/QApplication>
 #include <QtGui/QDesktopWidget>
 #endif
@@ -64,11 +70,95 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
     const QPoint position = target->mapFromGlobal(globalPosition);
 #if QT_VERSION >= 0x050000
     const QPoint windowPosition = nativeHolder(target)->mapFromGlobal(globalPosition);
-    return new QMouseEvent(type, position, windowPosition, globalPosition, button, buttons, modifiers);
+    return new OwnInput<QMouseEvent>(type, position, windowPosition, globalPosition, button, buttons, modifiers);
 #else
-    return new QMouseEvent(type, position, globalPosition, button, buttons, modifiers);
+    return new OwnInput<QMouseEvent>(type, position, globalPosition, button, buttons, modifiers);
 #endif
 }
+
+#if QT_VERSION >= 0x060000
+
+QPoint positionOf(const QMouseEvent& event)
+{
+    return event.position().toPoint();
+}
+
+QPoint globalPositionOf(const QMouseEvent& event)
+{
+    return event.globalPosition().toPoint();
+}
+
+QList<QWidget*> widgetsOf(const QAction& action)
+{
+    QList<QWidget*> widgets;
+    const QList<QObject*> objects = action.associatedObjects();
+    for (QObject* object : objects) {
+        if (object->isWidgetType())
+            widgets.append(static_cast<QWidget*>(object));
+    }
+    return widgets;
+}
+
+#else
+
+QPoint positionOf(const QMouseEvent& event)
+{
+    return event.pos();
+}
+
+QPoint globalPositionOf(const QMouseEvent& event)
+{
+    return event.globalPos();
+}
+
+QList<QWidget*> widgetsOf(const QAction& action)
+{
+    return action.associatedWidgets();
+}
+
+#endif
+
+#if QT_VERSION >= 0x050e00
+
+QPoint positionOf(const QWheelEvent& event)
+{
+    return event.position().toPoint();
+}
+
+QPoint globalPositionOf(const QWheelEvent& event)
+{
+    return event.globalPosition().toPoint();
+}
+
+#else
+
+QPoint positionOf(const QWheelEvent& event)
+{
+    return event.pos();
+}
+
+QPoint globalPositionOf(const QWheelEvent& event)
+{
+    return event.globalPos();
+}
+
+#endif
+
+#if QT_VERSION >= 0x050000
+
+QPoint angleOf(const QWheelEvent& event)
+{
+    return event.angleDelta();
+}
+
+#else
+
+QPoint angleOf(const QWheelEvent& event)
+{
+    return event.orientation() == Qt::Horizontal ? QPoint(event.delta(), 0) : QPoint(0, event.delta());
+}
+
+#endif
 
 void setCursorPosition(const QPoint& globalPosition)
 {

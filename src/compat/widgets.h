@@ -1,14 +1,17 @@
 #pragma once
 
 #include <QtCore/QEvent>
+#include <QtCore/QList>
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
 #include <QtCore/QSize>
 #include <QtCore/QString>
 
+class QAction;
 class QIcon;
 class QMouseEvent;
 class QPixmap;
+class QWheelEvent;
 class QWidget;
 
 // Widgets, events and sockets, where Qt's majors spell things differently.
@@ -18,6 +21,18 @@ namespace compat {
 // target, in its native window, and on the desktop. The caller owns it.
 QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoint& globalPosition,
     Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
+// Positions in the widget, and on the screen.
+QPoint positionOf(const QMouseEvent& event);
+QPoint globalPositionOf(const QMouseEvent& event);
+QPoint positionOf(const QWheelEvent& event);
+QPoint globalPositionOf(const QWheelEvent& event);
+
+// How far the wheel was turned, horizontally and vertically, in eighths of a degree.
+QPoint angleOf(const QWheelEvent& event);
+
+// The widgets that the action has been added to.
+QList<QWidget*> widgetsOf(const QAction& action);
 
 // Moves the cursor to a point in global coordinates, in which each screen can have a scale of its own. A point beyond all
 // screens is taken to the edge of the nearest one.

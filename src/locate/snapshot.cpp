@@ -156,7 +156,11 @@ QByteArray nested(const std::vector<Entry>& entries, const QByteArray& fields)
 
 } // namespace
 
-QByteArray snapshot(QWidget* widget)
+namespace {
+
+enum class Contents { Left, Read };
+
+QByteArray described(QWidget* widget, Contents contents)
 {
     std::vector<Entry> entries;
     QByteArray fields;
@@ -167,10 +171,22 @@ QByteArray snapshot(QWidget* widget)
         fields.swap(walk.fields);
     }
     for (Entry& entry : entries) {
-        if (entry.holder)
+        if (entry.holder && contents == Contents::Read)
             readItems(entry);
     }
     return nested(entries, fields);
+}
+
+} // namespace
+
+QByteArray snapshot(QWidget* widget)
+{
+    return described(widget, Contents::Read);
+}
+
+QByteArray snapshotWithoutItems(QWidget* widget)
+{
+    return described(widget, Contents::Left);
 }
 
 } // namespace locate

@@ -11,4 +11,7 @@ namespace locate {
 // that it deletes are left out.
 QByteArray snapshot(QWidget* widget);
 
+// The same without the items. None of the application's code runs.
+QByteArray snapshotWithoutItems(QWidget* widget);
+
 } // namespace locate

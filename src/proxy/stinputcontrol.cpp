@@ -102,7 +102,7 @@ void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifi
     }
     QWidget* target = keyTarget();
     if (target && mayGetKeys(target))
-        postInputEvent(target, new QKeyEvent(type, key, modifiers, text, false, 1));
+        postInputEvent(target, new compat::OwnInput<QKeyEvent>(type, key, modifiers, text, false, ushort(1)));
 }
 
 void STInputControl::dedicateKeysTo(QWidget* owner, KeyScope scope)

@@ -17,7 +17,8 @@ MAY_INCLUDE = {
     "proxies": {"proxy"},
     "bridge": {"identify"},
     "locate": {"identify"},
-    "agent": {"identify", "locate", "proxy", "bridge"},
+    "record": {"locate"},
+    "agent": {"identify", "locate", "proxy", "bridge", "record"},
     "preload": {"agent/testclient.h"},
 }
 

@@ -95,6 +95,10 @@ REQUESTS = [
     (lambda agent: agent.clipboard(), ("+clipboard",), b"0,u:e282ac\n", "€"),
     (lambda agent: agent.set_clipboard(""), ("+clipboard", ""), b"0,u:\n", None),
     (lambda agent: agent.focus("w", "l"), ("+focus", "w", "l"), b"0,X\n", "X"),
+    (lambda agent: agent.record(), ("+record", "start"), b"0,\n", None),
+    (lambda agent: agent.record(passwords=True), ("+record", "start", "passwords"), b"0,\n", None),
+    (lambda agent: agent.stop_recording(), ("+record", "stop"), b"0,\n", None),
+    (lambda agent: agent.events(), ("+events",), b'0,j:{"events":[]}\n', {"events": []}),
 ]
 
 

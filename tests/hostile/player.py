@@ -164,6 +164,8 @@ class Player:
             (4, self._wheel),
             (2, self._focus),
             (1, self._clipboard),
+            (1, self._record),
+            (3, lambda: "+events"),
             (4, lambda: self._extension("+2")),
             (1, lambda: "+extensions"),
             (8, self._mouse_on_item),
@@ -315,6 +317,10 @@ class Player:
     def _clipboard(self) -> str:
         texts = self._chance.choice(((), ("",), ("text \u20ac",)))
         return EXTENSION_BY_NAME["+clipboard"].compose(*texts)
+
+    def _record(self) -> str:
+        modes = (("start",), ("start", "passwords"), ("stop",), ("x",))
+        return EXTENSION_BY_NAME["+record"].compose(*self._chance.choices(modes, (6, 3, 1, 1))[0])
 
     def _mouse_on_item(self) -> str:
         window, path, served = self._target(valuepool.ACTIVATIONS)

@@ -179,6 +179,13 @@ EXTENSIONS = {
     "+press: held": [extended("+press", "", "Shift", "press"), extended("+press", "", "Shift", "release")],
     "+wheel": [extended("+wheel", "name=text", ":::0:1"), extended("+wheel", "name=text", ":::0:-1")],
     "+focus": [extended("+focus", "name=line"), extended("+focus", "name=text")],
+    "+record and +events": [
+        Request(extension("+record", "start")),
+        extended("+9", "name=list", "", "s:MouseClick:LeftButton:::", "", "s:item 2"),
+        extended("+type", "name=line", "a"),
+        Request("+events"),
+        Request(extension("+record", "stop")),
+    ],
 }
 
 SLOW = {"5: editable combo box"}

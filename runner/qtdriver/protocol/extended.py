@@ -179,6 +179,22 @@ class ExtendedChannel(Channel):
         """Gives the widget the keyboard focus, as the Tab key would. Returns its class."""
         return self._extended("+focus", window, locator).payload
 
+    def record(self, *, passwords: bool = False) -> None:
+        """Has the agent record what a user does; events() tells it. An earlier recording is forgotten.
+
+        Args:
+            passwords: whether the keys in fields that hide their text are told, too.
+        """
+        self._extended("+record", "start", *(("passwords",) if passwords else ()))
+
+    def stop_recording(self) -> None:
+        """Ends the recording. events() still tells once what happened until now."""
+        self._extended("+record", "stop")
+
+    def events(self) -> Mapping[str, object]:
+        """All that has happened since the last call, as the agent tells it; see recording.events."""
+        return decode_json(self._extended("+events"))
+
     def _extended(self, name: str, *texts: Address) -> Reply:
         located = [text for text in texts if isinstance(text, Locator)]
         line = EXTENSION_BY_NAME[name].compose(

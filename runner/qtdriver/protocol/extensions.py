@@ -139,6 +139,8 @@ EXTENSIONS: Tuple[Extension, ...] = (
     ),
     Extension("+clipboard", ("text",), Answer.VALUE, "reads the text on the clipboard, or sets it"),
     Extension("+focus", _WIDGET, Answer.TEXT, "gives a widget the keyboard focus"),
+    Extension("+record", ("mode", "option"), Answer.TEXT, "begins or ends the recording of what a user does"),
+    Extension("+events", (), Answer.JSON, "tells what a user has done since the last time"),
 )
 
 EXTENSION_BY_NAME: Dict[str, Extension] = {extension.name: extension for extension in EXTENSIONS}

@@ -6,7 +6,7 @@ namespace {
 
 const QList<QByteArray> numbers = {"1", "2", "3", "4", "5", "5", "5", "5", "6", "6", "6", "7", "7", "8", "9", "9", "9",
     "10", "11", "12", "", "13", "+extensions", "+2", "+4", "+5", "+5", "+6", "+7", "+9", "+press", "+press", "+type",
-    "+wheel", "+clipboard", "+focus", "+scroll", "+item"};
+    "+wheel", "+clipboard", "+focus", "+scroll", "+item", "+record", "+events"};
 
 const QList<QByteArray> windows = {"Widget:main", "Widget:main", "Widget:main", "Widget:main", "Fuzz host",
     "Fuzz host - second", "Widget:second", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget",
@@ -99,7 +99,8 @@ const QList<QByteArray> wholeRequests = {"2,Widget:main", "4,Widget:main,edit", 
     "+press,Widget:main,,Shift,press", "+press,Widget:main,,Shift,release",
     "+type,Widget:main,path=memo,two\nlines\xe2\x82\xac", "+wheel,Widget:main,path=list,:::0:-2",
     "+scroll,Widget:main,path=list,,i:5", "+9,Widget:main,path=tree,,s:MouseClick:LeftButton:::,,s:a",
-    "+item,Widget:main,path=list,,i:5", "+focus,Widget:main,path=edit", "+clipboard", "+clipboard,text", "+extensions"};
+    "+item,Widget:main,path=list,,i:5", "+focus,Widget:main,path=edit", "+clipboard", "+clipboard,text", "+extensions",
+    "+record,start", "+record,start,passwords", "+record,stop", "+events"};
 
 } // namespace
 

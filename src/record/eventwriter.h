@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QtCore/QPoint>
+
+class QInputMethodEvent;
+class QKeyEvent;
+class QMouseEvent;
+class QShortcutEvent;
+class QWheelEvent;
+class QFocusEvent;
+class QWidget;
+
+namespace locate {
+class JsonObject;
+}
+
+namespace record {
+
+// The widget that a test would name for an event, and the place of the event in it: the whole view, field or box instead of a
+// part of it that Qt has made.
+struct Target
+{
+    QWidget* widget;
+    QPoint position;
+    bool isInList; // of a combo box
+};
+
+Target targetOf(QWidget* receiver, const QPoint& position);
+
+// Each adds the fields of an event to its object. `tellsPasswords` is whether the keys for a field that hides its text are
+// told, too.
+void addWidget(locate::JsonObject& object, const QWidget* widget);
+void addMouse(locate::JsonObject& object, const Target& target, const QMouseEvent& event);
+void addWheel(locate::JsonObject& object, const Target& target, const QWheelEvent& event);
+void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool tellsPasswords);
+void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool tellsPasswords);
+void addFocus(locate::JsonObject& object, const QFocusEvent& event);
+
+} // namespace record

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QPoint>
+
+class QAction;
+class QWidget;
+
+namespace record {
+
+// The item at a place of a widget, as an object of JSON in ASCII; empty where there is none. The position is that in the
+// widget, or for an item view in its viewport. A model of the application's own runs its code, which may delete the widget.
+QByteArray itemAt(QWidget* widget, const QPoint& position);
+
+// An entry of a menu or a menu bar, with its path from the outermost menu that it is in.
+QByteArray menuItem(QWidget* holder, const QAction* action);
+
+} // namespace record
