@@ -26,7 +26,7 @@ STANDS_ON = {
     "report": ("trace",),
     "shell": (),
     "project": ("launch",),
-    "recording": (),
+    "recording": ("lookup",),
     "tools": ("expect", "project", "recording"),
     "mcp": ("tools",),
     "inspector": ("report",),

@@ -131,6 +131,32 @@ class StableLocators:
         return next((candidate for candidate in candidates if holds(candidate)), None)
 
 
+def told_locator(root: SnapshotNode, node: SnapshotNode) -> Optional[Locator]:
+    """The most stable locator that fits only this node of a snapshot, without asking the application, which may have closed
+    the window since; None where nothing does.
+
+    Widgets of derived classes, which a locator with a class finds as well, count like those of the class.
+    """
+    counts = _count_texts(root)
+    for found in _by_conditions(node, lambda key, text: counts.get((key, text)) == 1):
+        if found.name and counts.get(("name", node.name)) != 1:
+            continue
+        if sum(_fits(found, one) for one in root.walk()) == 1:
+            return found
+    if counts.get(("class", node.class_name)) == 1 and _is_only_of_role(root, node):
+        return locator(node.class_name)
+    return None
+
+
+def _fits(found: Locator, node: SnapshotNode) -> bool:
+    """Whether a locator that _by_conditions() has made could be that of a node."""
+    return found in set(_by_conditions(node, lambda key, text: True))
+
+
+def _is_only_of_role(root: SnapshotNode, node: SnapshotNode) -> bool:
+    return sum(one.role == node.role for one in root.walk()) == 1
+
+
 def _number_within(node: SnapshotNode, outer: SnapshotNode) -> int:
     """A guess at its position in another widget: how many of its own class come before it, without derived classes."""
     alike = [one.ref for one in outer.walk() if one.class_name == node.class_name and one is not outer]

@@ -35,7 +35,7 @@ class Part:
     text: str
 
 
-Argument = Union[str, int, float, bool, None, Secret, Part, Tuple[str, ...]]
+Argument = Union[str, int, float, bool, None, Secret, Part, Tuple[str, ...], Tuple[float, float]]
 
 
 @dataclass(frozen=True)

@@ -1,0 +1,345 @@
+"""The input of a user as the steps of a test."""
+
+from __future__ import annotations
+
+from typing import Dict, List, Optional, Sequence, Tuple
+
+from ..lookup.snapshot import SnapshotNode
+from .events import Event, EventItem
+from .names import Names
+from .steps import Argument, Secret, Step
+from .typing_runs import FIELDS, edits, is_text, text_after
+
+_PASSIVE = (
+    "scroll bar",
+    "size grip",
+    "splitter handle",
+    "label",
+    "group",
+    "window",
+    "dialog",
+    "scroll area",
+    "tabs",
+)
+"""A click on these does nothing that a test has to repeat."""
+_SCROLLED = ("list", "tree", "table", "view", "scroll area", "scroll bar", "edit")
+"""The wheel only scrolls these: a test finds what is out of sight by itself."""
+_BUTTONS = ("button", "radio button", "checkbox")
+_MODIFIERS = {"Shift": "shift", "Ctrl": "control", "Alt": "alt"}
+_FARTHEST_CLICK = 10
+_WHEEL_STEP = 120
+
+
+def steps_of(app: str, events: Sequence[Event], names: Optional[Names] = None) -> List[Step]:
+    """The steps that do what a user did.
+
+    Args:
+        app: the name of the application, as its Launch has it.
+        events: all of a recording, the oldest first; those of several replies one after the other. It may be called
+            again with more of them: what was a step stays one, but for the last ones, which the next events can complete.
+        names: makes the addresses of windows and widgets. By default those of Names, which nobody has checked.
+
+    Returns the steps. Input that no address is found for is left out.
+    """
+    maker = _Maker(app, events, names or Names())
+    return maker.make()
+
+
+class _Maker:
+    def __init__(self, app: str, events: Sequence[Event], names: Names) -> None:
+        self._app = app
+        self._events = [event for event in events if event.kind != "focus"]
+        self._names = names
+        self._steps: List[Step] = []
+        self._origins: List[Tuple[str, int]] = []  # of each step: the kind of gesture, and the widget
+        self._press: Optional[Event] = None
+        self._right_click: Optional[Event] = None
+        self._run: List[Event] = []
+        self._secrets: Dict[int, Secret] = {}
+
+    def make(self) -> List[Step]:
+        takers = {
+            "press": self._take_press,
+            "release": self._take_release,
+            "double click": self._take_double_click,
+            "wheel": self._take_wheel,
+            "key": self._take_key,
+            "text": self._take_key,
+            "shortcut": self._take_shortcut,
+            "action": self._take_action,
+        }
+        for number, event in enumerate(self._events):
+            if self._run and not self._continues(event):
+                self._end_run(number)
+            self._names.learn(event)
+            if event.kind in takers:
+                takers[event.kind](event)
+        self._end_run(len(self._events))
+        self._end_right_click()
+        return self._steps
+
+    def _add(
+        self,
+        event: Event,
+        origin: str,
+        method: str,
+        *arguments: Argument,
+        part: str = "",
+        **keywords: Argument,
+    ) -> None:
+        window, widget = self._names.window(event.window), self._names.widget(event.window, event.ref)
+        if window is None or widget is None:
+            return
+        call = ".".join(filter(None, [widget, part]))
+        self._steps.append(Step(self._app, window, call, method, arguments, keywords))
+        self._origins.append((origin, event.ref))
+
+    def _drop_last(self, origin: str, ref: int) -> None:
+        if self._origins and self._origins[-1] == (origin, ref):
+            self._steps.pop()
+            self._origins.pop()
+
+    # The mouse
+
+    def _take_press(self, event: Event) -> None:
+        if event.item is None or not event.item.is_entry:
+            self._end_right_click()
+        self._press = event
+
+    def _take_release(self, event: Event) -> None:
+        press, self._press = self._press, None
+        if event.is_in_list:
+            if event.item is not None and press is not None:
+                self._add(event, "select", "select", event.item.text)
+            return
+        if press is None or (press.ref, press.button) != (event.ref, event.button):
+            return
+        if press.item is not None and press.item.is_entry:
+            return  # told by its action
+        node = self._names.nodes.get(press.ref)
+        if node is None:
+            return
+        if node.role == "slider":
+            self._set_slider(press)
+        elif max(abs(a - b) for a, b in zip(press.at, event.at)) <= _FARTHEST_CLICK:
+            self._click(press, node)
+
+    def _click(self, press: Event, node: SnapshotNode) -> None:
+        if press.button == "right":
+            self._right_click = press
+            return
+        keywords = _modifier(press)
+        button: Tuple[Argument, ...] = () if press.button == "left" else (press.button,)
+        is_plain = press.button == "left" and not keywords
+        part = self._part(press, node)
+        if part is not None:
+            self._click_item(press, node, part, is_plain, button, keywords)
+        elif node.role == "checkbox" and is_plain and "partly checked" not in node.states:
+            self._add(press, "click", "uncheck" if "checked" in node.states else "check")
+        elif node.role in _BUTTONS or not is_plain:
+            self._add(press, "click", "click", *button, part="", **keywords)
+        elif node.role not in (*_PASSIVE, *FIELDS, "menu bar"):
+            self._add(press, "click", "click", at=_share(press))
+
+    def _click_item(
+        self,
+        press: Event,
+        node: SnapshotNode,
+        part: str,
+        is_plain: bool,
+        button: Tuple[Argument, ...],
+        keywords: Dict[str, Argument],
+    ) -> None:
+        if is_plain and node.role in ("list", "tree") and press.item is not None:
+            self._add(press, "click", "select", "/".join(press.item.path))
+        elif node.role == "tab bar":
+            window = self._names.window(press.window)
+            if window is not None:
+                self._steps.append(Step(self._app, window, part, "click", button, keywords))
+                self._origins.append(("click", press.ref))
+        else:
+            self._add(self._holder(press, node), "click", "click", *button, part=part, **keywords)
+
+    def _holder(self, press: Event, node: SnapshotNode) -> Event:
+        """The event for the view that a header is of."""
+        around = self._names.parent(node.ref) if node.role == "header" else None
+        return press if around is None else Event(press.kind, around.ref, press.window)
+
+    def _part(self, press: Event, node: SnapshotNode) -> Optional[str]:
+        """The call on the widget for the item under the mouse; None where there is none that a test can name."""
+        item = press.item
+        if item is None:
+            return None
+        if item.section is not None:
+            kind = "column_header" if item.orientation == "horizontal" else "row_header"
+            return f"{kind}({_python(item.text or item.section + 1)})"
+        if node.role == "tab bar":
+            return f"tab({_python(item.text)})"
+        if node.role == "table" and len(item.headers) == 2:
+            row, column = (_section(text) for text in item.headers)
+            return f"cell({_python(row)}, {_python(column)})"
+        is_named = node.role in ("list", "tree") and all(item.path) and not _has_slash(node, item)
+        return f"item({_python('/'.join(item.path))})" if is_named else None
+
+    def _take_double_click(self, event: Event) -> None:
+        self._press = None
+        self._drop_last("click", event.ref)
+        node = self._names.nodes.get(event.ref)
+        if node is not None and node.role not in (*FIELDS, "scroll bar"):
+            part = self._part(event, node)
+            place: Dict[str, Argument] = {} if part or node.role != "widget" else {"at": _share(event)}
+            place.update(_modifier(event))
+            self._add(event, "double click", "double_click", part=part or "", **place)
+
+    def _end_right_click(self) -> None:
+        press, self._right_click = self._right_click, None
+        node = None if press is None else self._names.nodes.get(press.ref)
+        if press is not None and node is not None:
+            self._add(press, "right click", "right_click", part=self._part(press, node) or "")
+
+    def _set_slider(self, press: Event) -> None:
+        following = self._events[self._events.index(press) + 1 :]
+        node = next((one for event in following if (one := _in_tree(event, press.ref))), None)
+        if node is not None and isinstance(node.value, int):
+            self._add(press, "slider", "select", node.value)
+
+    def _take_wheel(self, event: Event) -> None:
+        node = self._names.nodes.get(event.ref)
+        if node is None or node.role in _SCROLLED:
+            return
+        horizontal, vertical = event.angle[0] // _WHEEL_STEP, event.angle[1] // _WHEEL_STEP
+        if not horizontal and not vertical:
+            return
+        word, steps = (
+            ("up" if vertical > 0 else "down", abs(vertical))
+            if vertical
+            else ("left" if horizontal > 0 else "right", abs(horizontal))
+        )
+        before = 0
+        modifier = _modifier(event)
+        if self._origins and self._origins[-1] == (f"wheel {word} {modifier}", event.ref):
+            before = int(str(self._steps[-1].keywords[word]))
+            self._drop_last(f"wheel {word} {modifier}", event.ref)
+        keywords: Dict[str, Argument] = {word: steps + before, **modifier}
+        self._add(event, f"wheel {word} {modifier}", "wheel", part="", **keywords)
+
+    # The keyboard
+
+    def _continues(self, event: Event) -> bool:
+        node = self._names.nodes.get(self._run[0].ref)
+        is_key = event.kind in ("key", "text") and event.ref == self._run[0].ref
+        return is_key and node is not None and (edits(event, node) if node.role in FIELDS else is_text(event))
+
+    def _take_key(self, event: Event) -> None:
+        node = self._names.nodes.get(event.ref)
+        if node is None:
+            return  # in a menu, or an open list: their actions are told
+        self._end_right_click()
+        is_field = node.role in FIELDS
+        if edits(event, node) if is_field else is_text(event):
+            self._run.append(event)
+        elif not (is_field and event.key in ("Tab", "Shift+Tab", "Backtab", "Shift+Backtab")) and event.key:
+            self._press_key(event, event.key)
+
+    def _press_key(self, event: Event, key: str) -> None:
+        if self._origins and self._origins[-1] == ("key", event.ref):
+            keys = (*self._steps[-1].arguments, key)
+            self._drop_last("key", event.ref)
+            self._add(event, "key", "press", *keys)
+        else:
+            self._add(event, "key", "press", key)
+
+    def _end_run(self, number: int) -> None:
+        """Adds what the keys until an event have entered."""
+        run, self._run = self._run, []
+        if not run:
+            return
+        first = run[0]
+        node = self._names.nodes[first.ref]
+        if node.role not in FIELDS:
+            self._add(first, "type", "type", "".join(event.text for event in run))
+            return
+        if any(event.is_hidden for event in run):
+            secret = self._secrets.setdefault(first.ref, Secret(len(self._secrets) + 1))
+            self._add(first, "fill", "fill", secret)
+            return
+        following = self._events[number : number + 1]
+        same = following[0] if following and following[0].ref == first.ref else None
+        told = _in_tree(following[0], first.ref) if following else None
+        text = text_after(run, same, told)
+        if text is None and not any(map(is_text, run)):
+            return
+        text = text if text is not None else "".join(event.text for event in run if is_text(event))
+        self._drop_last("fill", first.ref)
+        method = "enter" if node.role == "date edit" else "fill"
+        self._add(first, "fill", method, text)
+
+    def _take_shortcut(self, event: Event) -> None:
+        self._end_right_click()
+        window = self._names.window(event.window)
+        if event.key and window is not None:
+            self._steps.append(Step(self._app, window, "", "press", (event.key,)))
+            self._origins.append(("shortcut", event.window))
+
+    # Menus
+
+    def _take_action(self, event: Event) -> None:
+        item = event.item
+        if item is None:
+            return
+        if item.opener is None or item.window is None:
+            self._choose_from_context_menu(item)
+            return
+        opener = Event("action", item.opener, item.window)
+        node = self._names.nodes.get(item.opener)
+        if node is not None and node.role != "menu bar":
+            self._drop_last("click", item.opener)
+            self._add(opener, "menu", "choose", part=f"menu({_python('/'.join(item.path))})")
+            return
+        if (
+            self._steps
+            and self._steps[-1].method == "press"
+            and str(self._steps[-1].arguments[0]).startswith("Alt+")
+        ):
+            self._drop_last("shortcut", item.window)
+        window = self._names.window(item.window)
+        if window is not None:
+            call = f"menu({_python('/'.join(item.path))})"
+            self._steps.append(Step(self._app, window, call, "choose"))
+            self._origins.append(("menu", item.opener))
+
+    def _choose_from_context_menu(self, item: EventItem) -> None:
+        press, self._right_click = self._right_click, None
+        node = None if press is None else self._names.nodes.get(press.ref)
+        if press is not None and node is not None:
+            menu = f"context_menu({_python('/'.join(item.path))})"
+            part = ".".join(filter(None, [self._part(press, node), menu]))
+            self._add(press, "menu", "choose", part=part)
+
+
+def _in_tree(event: Event, ref: int) -> Optional[SnapshotNode]:
+    return None if event.tree is None else next((node for node in event.tree.walk() if node.ref == ref), None)
+
+
+def _modifier(event: Event) -> Dict[str, Argument]:
+    words = [_MODIFIERS[word] for word in event.modifiers if word in _MODIFIERS]
+    return {"modifier": words[0]} if words else {}
+
+
+def _share(event: Event) -> Tuple[float, float]:
+    """The place of an event as shares of the widget's width and height."""
+    (x, y), (width, height) = event.at, event.size
+    return round(x / max(width, 1), 2), round(y / max(height, 1), 2)
+
+
+def _has_slash(node: SnapshotNode, item: EventItem) -> bool:
+    return node.role == "tree" and any("/" in text for text in item.path)
+
+
+def _section(text: str) -> "str | int":
+    return int(text) if text.isdigit() else text
+
+
+def _python(value: "str | int") -> str:
+    plain = isinstance(value, str) and '"' not in value and "\\" not in value and value.isprintable()
+    return f'"{value}"' if plain else repr(value)

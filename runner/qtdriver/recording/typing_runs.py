@@ -1,0 +1,66 @@
+"""Keys that were pressed one after the other, as what a test enters."""
+
+from __future__ import annotations
+
+from typing import List, Optional
+
+from ..lookup.snapshot import SnapshotNode
+from .events import Event
+
+FIELDS = ("edit", "spin box", "combo box", "date edit")
+"""The roles of widgets whose text is edited."""
+
+_EDITING = ("Backspace", "Del", "Left", "Right", "Up", "Down", "Home", "End")
+_EDITING_SHORTCUTS = ("Ctrl+A", "Ctrl+C", "Ctrl+V", "Ctrl+X", "Ctrl+Z", "Ctrl+Y")
+
+
+def is_text(event: Event) -> bool:
+    """Whether the event types something that is seen."""
+    held = set(event.modifiers) - {"Shift"}
+    altgr = {"Ctrl", "Alt"}
+    return (
+        event.is_hidden or bool(event.text) and event.text.isprintable() and (not held or held == altgr)
+    ) or event.kind == "text"
+
+
+def edits(event: Event, node: SnapshotNode) -> bool:
+    """Whether a key changes the text of a field, or moves the caret in it."""
+    if node.role == "spin box" and event.key in ("Up", "Down"):
+        return True
+    plain = event.key.replace("Shift+", "")
+    lines = node.role == "edit" and takes_lines(node) and plain == "Return"
+    return is_text(event) or plain in _EDITING or event.key in _EDITING_SHORTCUTS or lines
+
+
+def takes_lines(node: SnapshotNode) -> bool:
+    """Whether Return is a part of the text: Qt gives only such fields an area that scrolls."""
+    return any(child.name == "qt_scrollarea_viewport" for child in node.children)
+
+
+def text_after(run: List[Event], following: Optional[Event], told: Optional[SnapshotNode]) -> Optional[str]:
+    """The text of a field after a run of keys.
+
+    Args:
+        run: the keys that it got.
+        following: the next event for the same field, which tells its value before; None where there is none.
+        told: the field in the next window that was told; None where there is none.
+
+    Returns None where nobody can know it, since the caret was moved at last.
+    """
+    if following is not None and following.kind in ("key", "text"):
+        return _as_text(following.value)
+    if told is not None and not _as_text(told.value).endswith("…"):
+        return _as_text(told.value)
+    last = run[-1]
+    value = _as_text(last.value)
+    if is_text(last):
+        return value + last.text
+    if last.key == "Return":
+        return value + "\n"
+    if last.key == "Backspace":
+        return value[:-1]
+    return None if last.key in ("Del", "Ctrl+V", "Ctrl+X", "Ctrl+Z", "Ctrl+Y", "Up", "Down") else value
+
+
+def _as_text(value: "str | int | float | None") -> str:
+    return "" if value is None else str(value)

@@ -1,0 +1,299 @@
+"""Recorded events as the code of a test: events in, lines of code out."""
+
+import pytest
+
+from qtdriver.errors import ProtocolError
+from qtdriver.recording.actions import steps_of
+from qtdriver.recording.code import test_code as code_of
+from qtdriver.recording.events import Event, EventItem, parse_events
+from qtdriver.recording.steps import Launch
+
+BUTTON, LINE, LIST, TREE, TABLE, TABS, BOX, BAR, CANVAS, SECRET, NOTES, SLIDER, CHECK, COLUMNS, TOOL = range(
+    2, 17
+)
+NAMED = (
+    (BUTTON, "QPushButton", "button", {"name": "brew"}),
+    (LINE, "QLineEdit", "edit", {"label": "Customer:"}),
+    (LIST, "QListWidget", "list", {"name": "drinks"}),
+    (TREE, "QTreeWidget", "tree", {"name": "files"}),
+    (TABLE, "QTableWidget", "table", {"name": "prices"}),
+    (TABS, "QTabBar", "tab bar", {"name": "qt_tabwidget_tabbar"}),
+    (BOX, "QComboBox", "combo box", {"name": "roast"}),
+    (BAR, "QMenuBar", "menu bar", {}),
+    (CANVAS, "Canvas", "widget", {"name": "canvas"}),
+    (SECRET, "QLineEdit", "edit", {"name": "password"}),
+    (NOTES, "QTextEdit", "edit", {"name": "notes"}),
+    (SLIDER, "QSlider", "slider", {"name": "heat"}),
+    (CHECK, "QCheckBox", "checkbox", {"text": "Milk"}),
+    (TOOL, "QToolButton", "button", {"name": "more"}),
+)
+
+
+def tree(**values):
+    """The window Shop; keywords are values of its widgets, by their names."""
+    children = [
+        {"ref": ref, "class": kind, "role": role, "rect": [0, 0, 100, 20], **told}
+        for ref, kind, role, told in NAMED
+    ]
+    for child in children:
+        if child.get("name") in values:
+            child["value"] = values[child["name"]]
+        if child.get("label") == "Customer:" and "customer" in values:
+            child["value"] = values["customer"]
+        if child["ref"] == CHECK and values.get("milk"):
+            child["states"] = ["checked"]
+        inner = {"class": "QWidget", "role": "widget", "rect": [0, 0, 1, 1]}
+        if child["ref"] == NOTES:
+            child["children"] = [{**inner, "ref": 90, "name": "qt_scrollarea_viewport"}]
+        if child["ref"] == TREE:
+            child["children"] = [{**inner, "ref": COLUMNS, "class": "QHeaderView", "role": "header"}]
+    root = {"ref": 1, "class": "QMainWindow", "role": "window", "name": "shop", "rect": [0, 0, 500, 500]}
+    return {**root, "title": "Shop", "children": children}
+
+
+def event(kind, ref, window=1, **told):
+    return {"kind": kind, "ref": ref, "window": window, "time": 0, **told}
+
+
+def mouse(kind, ref, button="left", **told):
+    place = {"at": [50, 10], "size": [100, 20], "button": button}
+    return event(kind, ref, **{**place, **({"tree": tree()} if kind != "release" else {}), **told})
+
+
+def click(ref, **told):
+    return [
+        mouse("press", ref, **told),
+        mouse("release", ref, **{k: v for k, v in told.items() if k != "tree"}),
+    ]
+
+
+def double_click(ref, **told):
+    return [*click(ref, **told), mouse("double click", ref, **told), mouse("release", ref, **told)]
+
+
+def keys(ref, text, before="", **told):
+    """A key for each character; the first one tells the window."""
+    events = []
+    for number, character in enumerate(text):
+        name = {"\r": "Return", "\b": "Backspace"}.get(character, character.upper())
+        value = {"value": before} if before else {}
+        extra = {"tree": tree()} if number == 0 else {}
+        events.append(event("key", ref, key=name, text=character, **value, **extra, **told))
+        before = before[:-1] if character == "\b" else before + character.replace("\r", "\n")
+    return events
+
+
+def key(ref, name, **told):
+    return event("key", ref, key=name, tree=tree(), **told)
+
+
+def wheel(ref, angle, **told):
+    return event("wheel", ref, angle=angle, at=[1, 1], size=[2, 2], tree=tree(), **told)
+
+
+def row(*path, **told):
+    return {"path": list(path), "text": path[-1], "row": 0, "column": 0, **told}
+
+
+def entry(*path, opener=BAR, window=1):
+    return {"path": list(path), **({"opener": opener, "window": window} if opener else {})}
+
+
+def chosen(*path, **options):
+    item = entry(*path, **options)
+    return [
+        event("press", 50, 50, at=[1, 1], size=[9, 9], button="left", item=item),
+        event("release", 50, 50, at=[1, 1], size=[9, 9], button="left", item=item),
+        event("action", 50, 50, item=item),
+    ]
+
+
+DIALOG = {
+    "ref": 70,
+    "class": "QDialog",
+    "role": "dialog",
+    "rect": [0, 0, 9, 9],
+    "title": "Pay",
+    "children": [
+        {"ref": 71, "class": "QPushButton", "role": "button", "rect": [0, 0, 9, 9], "text": "OK"},
+        {"ref": 72, "class": "QPushButton", "role": "button", "rect": [0, 0, 9, 9], "text": "Cancel"},
+    ],
+}
+SECTION = {"section": 1, "orientation": "horizontal", "text": "Size"}
+CELL = row("1.80", headers=["3", "Price"])
+MILK = {"tree": tree(milk=True)}
+
+CASES = {
+    "a button": (click(BUTTON), ['shop.widget("brew").click()']),
+    "with the middle button": (click(CANVAS, button="middle"), ['shop.widget("canvas").click("middle")']),
+    "with a modifier": (
+        click(CANVAS, modifiers=["Shift"]),
+        ['shop.widget("canvas").click(modifier="shift")'],
+    ),
+    "a place in a widget that draws itself": (click(CANVAS), ['shop.widget("canvas").click(at=(0.5, 0.5))']),
+    "a check box": (click(CHECK), ['shop.find(text="Milk").check()']),
+    "a checked box": (click(CHECK, **MILK), ['shop.find(text="Milk").uncheck()']),
+    "a press that is let go elsewhere": (
+        [mouse("press", BUTTON), mouse("release", BUTTON, at=[300, 300])],
+        [],
+    ),
+    "a click into a field": (click(LINE), []),
+    "a row": (click(LIST, item=row("Tea")), ['shop.widget("drinks").select("Tea")']),
+    "a row of a tree": (click(TREE, item=row("2026", "May")), ['shop.widget("files").select("2026/May")']),
+    "one more row": (
+        click(LIST, item=row("Tea"), modifiers=["Ctrl"]),
+        ['shop.widget("drinks").item("Tea").click(modifier="control")'],
+    ),
+    "a cell": (click(TABLE, item=CELL), ['shop.widget("prices").cell(3, "Price").click()']),
+    "a header": (
+        click(COLUMNS, item=SECTION),
+        ['shop.widget("files").column_header("Size").click()'],
+    ),
+    "a tab": (click(TABS, item={"text": "Lists", "row": 1}), ['shop.tab("Lists").click()']),
+    "a choice": (
+        [
+            *click(BOX),
+            event("shown", 60, 60, **{"class": "QComboBoxPrivateContainer"}),
+            mouse("press", BOX, list=True, item=row("Dark")),
+            mouse("release", BOX, list=True, item=row("Dark")),
+        ],
+        ['shop.widget("roast").select("Dark")'],
+    ),
+    "a double click": (
+        double_click(LIST, item=row("Tea")),
+        ['shop.widget("drinks").item("Tea").double_click()'],
+    ),
+    "a double click on a widget": (double_click(BUTTON), ['shop.widget("brew").double_click()']),
+    "a slider": (
+        [mouse("press", SLIDER), mouse("release", SLIDER, at=[90, 1]), *click(BUTTON, tree=tree(heat=80))],
+        ['shop.widget("heat").select(80)', 'shop.widget("brew").click()'],
+    ),
+    "the wheel": (
+        [wheel(CANVAS, [0, -120]), wheel(CANVAS, [0, -120]), wheel(CANVAS, [120, 0])],
+        ['shop.widget("canvas").wheel(down=2)', 'shop.widget("canvas").wheel(left=1)'],
+    ),
+    "the wheel on a list": ([wheel(LIST, [0, -120])], []),
+    "an entry of the menu bar": (
+        [*click(BAR, item=entry("File")), *chosen("File", "Save as...")],
+        ['shop.menu("File/Save as...").choose()'],
+    ),
+    "an entry by keys": (
+        [
+            event("shortcut", BAR, key="Alt+F", tree=tree()),
+            event("key", 50, 50, key="S", text="s"),
+            event("action", 50, 50, item=entry("File", "Save")),
+        ],
+        ['shop.menu("File/Save").choose()'],
+    ),
+    "a context menu": (
+        [*click(LIST, button="right", item=row("Tea")), *chosen("Copy", opener=None)],
+        ['shop.widget("drinks").item("Tea").context_menu("Copy").choose()'],
+    ),
+    "a right click without a menu": (
+        [*click(CANVAS, button="right"), *click(BUTTON)],
+        ['shop.widget("canvas").right_click()', 'shop.widget("brew").click()'],
+    ),
+    "the menu of a button": (
+        [*click(TOOL), *chosen("Half", opener=TOOL)],
+        ['shop.widget("more").menu("Half").choose()'],
+    ),
+    "a typed text": (
+        [*click(LINE), *keys(LINE, "Ada"), *click(BUTTON, tree=tree(customer="Ada"))],
+        ['shop.find(label="Customer:").fill("Ada")', 'shop.widget("brew").click()'],
+    ),
+    "a corrected text": (keys(LINE, "Adb\ba"), ['shop.find(label="Customer:").fill("Ada")']),
+    "a text that is completed": (
+        [*keys(LINE, "Ad"), *click(BUTTON, tree=tree(customer="Ada Lovelace"))],
+        ['shop.find(label="Customer:").fill("Ada Lovelace")', 'shop.widget("brew").click()'],
+    ),
+    "Return after a text": (
+        keys(LINE, "Ada\r"),
+        ['shop.find(label="Customer:").fill("Ada")', 'shop.find(label="Customer:").press("Return")'],
+    ),
+    "Tab after a text": (
+        [*keys(LINE, "Ada"), event("key", LINE, key="Tab", text="\t", value="Ada")],
+        ['shop.find(label="Customer:").fill("Ada")'],
+    ),
+    "lines": (keys(NOTES, "a\rb"), [r"shop.widget('notes').fill('a\nb')".replace("'notes'", '"notes"')]),
+    "an input method": (
+        [event("text", LINE, text="日本", tree=tree())],
+        ['shop.find(label="Customer:").fill("日本")'],
+    ),
+    "a password": (
+        [event("key", SECRET, hidden=True, tree=tree()), event("key", SECRET, hidden=True)],
+        ['shop.widget("password").fill(SECRET_1)'],
+    ),
+    "keys for a list": (
+        [key(LIST, "Down"), key(LIST, "Down"), key(LIST, "Return")],
+        ['shop.widget("drinks").press("Down", "Down", "Return")'],
+    ),
+    "letters for a canvas": (keys(CANVAS, "abc"), ['shop.widget("canvas").type("abc")']),
+    "a shortcut": (
+        [event("shortcut", LINE, key="Ctrl+S", text="Save", action="save", tree=tree())],
+        ['shop.press("Ctrl+S")'],
+    ),
+    "a dialog that the click closes": (
+        [
+            *click(BUTTON),
+            event("shown", 70, 70, title="Pay", modal=True, **{"class": "QDialog"}),
+            *click(71, window=70, tree=DIALOG),
+            event("closed", 70, 70),
+        ],
+        ['shop.widget("brew").click()', 'pay = app.modal("Pay")', 'pay.find(text="OK").click()'],
+    ),
+}
+
+
+def lines_of(events):
+    told = parse_events({"events": events, "dropped": 0, "recording": True})
+    steps = steps_of("app", told.events)
+    if not steps:
+        return []
+    code = code_of("it", [Launch("app", ("app",)), *steps])
+    body = [line.strip() for line in code.splitlines() if line.startswith("    ")]
+    assert body[:2] == ['app = qtdriver.launch("app")', 'shop = app.window(name="shop")']
+    compile(code, "test", "exec")
+    return body[2:]
+
+
+@pytest.mark.parametrize("name", CASES)
+def test_what_a_user_did_is_what_a_person_would_write(name):
+    events, lines = CASES[name]
+    assert lines_of(events) == lines
+
+
+def test_two_widgets_with_one_text_are_not_confused():
+    twins = {**DIALOG, "children": [{**child, "text": "OK"} for child in DIALOG["children"]]}
+    told = parse_events({"events": click(71, window=70, tree=twins), "dropped": 0, "recording": True})
+    assert steps_of("app", told.events) == []
+
+
+def test_the_focus_between_two_keys_does_not_end_a_text():
+    first, *others = keys(LINE, "Ada")
+    assert lines_of([first, event("focus", LINE, reason="other"), *others]) == [
+        'shop.find(label="Customer:").fill("Ada")'
+    ]
+
+
+def test_a_reply_is_parsed():
+    told = parse_events(
+        {"events": [mouse("press", LIST, item=row("a", "b"))], "dropped": 3, "recording": False}
+    )
+    (press,) = told.events
+    assert (told.dropped, told.is_recording) == (3, False)
+    assert (press.kind, press.ref, press.window, press.at, press.button) == (
+        "press",
+        LIST,
+        1,
+        (50, 10),
+        "left",
+    )
+    assert press.item == EventItem(path=("a", "b"), text="b", row=0, column=0)
+    assert press.tree.name == "shop"
+    assert isinstance(press, Event)
+
+
+@pytest.mark.parametrize("reply", [{}, {"events": [{}], "dropped": 0, "recording": True}, {"events": 5}])
+def test_another_reply_is_a_protocol_error(reply):
+    with pytest.raises(ProtocolError, match="not recorded events"):
+        parse_events(reply)
