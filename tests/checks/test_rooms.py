@@ -29,7 +29,7 @@ STANDS_ON = {
     "recording": ("lookup",),
     "tools": ("expect", "project", "recording"),
     "mcp": ("tools",),
-    "inspector": ("report",),
+    "inspector": ("report", "expect"),
     "commandline": ("shell", "project", "mcp", "inspector"),
     "plugin": ("report", "expect"),
 }

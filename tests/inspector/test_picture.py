@@ -101,9 +101,10 @@ def test_a_click_on_the_picture_presses_the_button_there(page, held):
 def test_each_button_goes_to_its_place_and_a_drag_from_one_to_another(page, pad):
     (x, y), recorded = pad
     click(page, x, y, 2)
-    page.mouse(
-        ("move", *place(page, x - 20, y)), ("down", 0), ("move", *place(page, x + 20, y + 5)), ("up", 0)
-    )
+    eventually(lambda: len(recorded()), timeout=60).equals(2)
+    page.mouse(("move", *place(page, x - 20, y)), ("down", 0))
+    eventually(lambda: len(recorded()), timeout=60).equals(3)
+    page.mouse(("move", *place(page, x + 20, y + 5)), ("up", 0))
     eventually(lambda: len(recorded()), timeout=60).equals(4)
     clicked, released, pressed, dragged = (line.rpartition(" ") for line in recorded())
     assert clicked[2] == released[2]

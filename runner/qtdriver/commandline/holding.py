@@ -17,7 +17,6 @@ from ..desktop import desktop
 from ..errors import QtDriverError
 from ..errors.commandline import NoApplicationError
 from ..errors.internal import GivenUpError
-from ..inspector.operations import perform
 from ..launch.progress import is_readable_within
 from ..protocol.waiting import given_up_when
 from .console import Words
@@ -146,6 +145,8 @@ def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
 
 def _inspect(app: App, values: Arguments) -> Outcome:
     """An operation of the page that `qtdriver inspect` serves."""
+    from ..inspector.operations import perform  # it takes a while, for which other commands need not wait
+
     try:
         return Outcome("", perform(app, str(values["operation"]), dict(values["values"])))
     except (QtDriverError, KeyError) as error:

@@ -8,6 +8,7 @@ from typing import Any, Callable, Dict
 from ..api.app import App
 from ..errors import QtDriverError
 from . import widgets
+from .console import run_python
 from .survey import survey
 
 Values = Dict[str, Any]
@@ -29,6 +30,7 @@ _OPERATIONS: Dict[str, Callable[[App, Values], Any]] = {
     "addresses": widgets.addresses,
     "properties": widgets.properties,
     "matches": widgets.matches,
+    "python": run_python,
 }
 
 

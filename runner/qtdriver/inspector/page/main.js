@@ -1,6 +1,7 @@
 /* Puts the parts of the page together. */
 
 import {Connection} from "./connection.js";
+import {Console} from "./console.js";
 import {forwardInput} from "./input.js";
 import {Inspection} from "./inspection.js";
 import {Picture} from "./picture.js";
@@ -26,6 +27,7 @@ const connection = new Connection({
   },
 });
 const inspection = new Inspection(connection, picture);
+new Console(connection);
 
 async function greet() {
   const about = await connection.ask("about");

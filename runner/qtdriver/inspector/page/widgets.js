@@ -4,9 +4,17 @@ function contains([left, top, width, height], {x, y}) {
   return x >= left && y >= top && x < left + width && y < top + height;
 }
 
+const WHOLE = ["spin box", "combo box"];
+const VIEWPORT = "qt_scrollarea_viewport";
+
+/** The widget at a place as a person sees it: not the parts that a field is made of, nor the inside of a frame that scrolls. */
 function deepest(node, place) {
+  if (WHOLE.includes(node.role)) return node;
   for (let at = node.children.length - 1; at >= 0; at -= 1) {
-    if (contains(node.children[at].rect, place)) return deepest(node.children[at], place);
+    const child = node.children[at];
+    if (!contains(child.rect, place)) continue;
+    const found = deepest(child, place);
+    return found === child && child.name === VIEWPORT ? node : found;
   }
   return node;
 }
