@@ -10,7 +10,7 @@ import threading
 import time
 
 from agentserver import listen
-from hostplatform import BUILD, QT, ROOT, WINDOWS, command, environment
+from hostplatform import BUILD, QT, ROOT, WINDOWS, as_programs_take_them, command, environment
 
 __all__ = ["BUILD", "CLOSED", "DEADLINE", "QT", "ROOT", "WINDOWS", "HostApp", "eventually", "hexed", "listen"]
 DEADLINE = 60.0 if WINDOWS else 20.0
@@ -29,7 +29,7 @@ class HostApp:
     def __init__(self, program, *arguments, env=None, agent=True, serve=True):
         self.server = listen() if serve else None
         self._command = [*command(program), *arguments]
-        self._environment = {**os.environ, **environment(), **(env or {})}
+        self._environment = {**os.environ, **as_programs_take_them({**environment(), **(env or {})})}
         self._end_is_expected = False
         self.journal = []
         self._start()

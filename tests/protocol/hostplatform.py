@@ -50,6 +50,13 @@ def environment():
     }
 
 
+def as_programs_take_them(variables):
+    """Variables under the names by which programs of the build get them: Wine keeps those of Linux's Qt to itself."""
+    return {
+        f"WINE{name}" if WINDOWS and name.startswith("QT_") else name: variables[name] for name in variables
+    }
+
+
 @contextmanager
 def wine():
     """Wine of the tests' own, on the desktop that they run on, and with its network. Programs that the process starts

@@ -16,6 +16,7 @@ RESETS = (
 MOMENTS = "Wine sends further events between the reply and the press, in which the widget dies"
 DRAGS = "Windows itself runs a drag, and follows the system's mouse instead of Qt's events"
 KEY_HANDLER = "a fault within Qt 4.8 for Windows, when the handler of a key deletes the view's model"
+SCREENS = "Qt gives a window on the second screen of the tests' desktops the scale of the first under Wine"
 MASKS = "Qt 5 and 6 for Windows find a window by its rectangle, even where its mask has a hole"
 
 TABLE = [
@@ -55,6 +56,10 @@ WITH_QT_4 = [
 ]
 WITH_QT_5_AND_6 = [
     ("test_fronts.py", "test_a_wait_in_vain_is_not_repeated_while_the_window_stands_as_it_did", MASKS),
+    ("test_screens.py", "test_the_mouse_reaches_its_points_on_each_of_two_screens[1;2-1]", SCREENS),
+    ("test_screens.py", "test_the_mouse_reaches_its_points_on_each_of_two_screens[2;1-1]", SCREENS),
+    ("test_screens.py", "test_the_mouse_reaches_its_points_on_each_of_two_screens[1.25;1.5-1]", SCREENS),
+    ("test_screens.py", "test_a_point_beyond_the_last_screen_is_not_taken_", SCREENS),
 ]
 TABLE += WITH_QT_4 if QT == 4 else WITH_QT_5_AND_6
 
