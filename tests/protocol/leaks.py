@@ -236,7 +236,7 @@ class LeakApp(HostApp):
             before = after
 
     def leak_of_requests(self, requests, rounds, bytes_of_menu):
-        """What grew beyond its limit in every batch, and by how much in the one in which it grew least."""
+        """The counts that grew beyond their limits in every batch, and by how much in the one in which they grew least."""
         batches = self.growths(lambda count: self.play_rounds(requests, count), rounds)
         least = next(batches)
         for number, growth in enumerate(batches, 2):
