@@ -104,6 +104,14 @@ def test_a_program_that_ends_before_its_agent_comes_is_told(driver, tmp_path):
         driver.launch(program, qt=QT)
 
 
+def test_a_program_that_wine_may_have_ended_is_started_once_more(driver, tmp_path):
+    """With status 1 and without a word, as it happens to one start in some hundred on a busy machine."""
+    program = Workshop(tmp_path).program(counts=(tmp_path / "starts").as_posix())
+    with pytest.raises(EarlyExitError, match="exit status 2"):
+        driver.launch(program, qt=QT)
+    assert (tmp_path / "starts").stat().st_size == 2
+
+
 def test_a_crash_is_told_and_shows_no_dialog(driver, tmp_path):
     program = Workshop(tmp_path).program(name="crash.exe", crashes=True)
     with pytest.raises(EarlyExitError, match="(?s)crash.exe ended .* its last output:.*page fault"):

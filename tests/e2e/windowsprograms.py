@@ -29,9 +29,17 @@ class Workshop:
         subprocess.run([LIBRARY_TOOL, "-d", str(definition), "-l", str(made)], check=True)
         return made
 
-    def program(self, *links, calls="thing", name="program.exe", text="", crashes=False):
+    def program(self, *links, calls="thing", name="program.exe", text="", crashes=False, counts=""):
         """A program that calls the function of the libraries it links, of one name. Its exit status is the first
-        character of the text."""
+        character of the text, or, with `counts`, the number of its starts, which it keeps in a file of that name.
+        """
+        if counts:
+            source = (
+                "#include <stdio.h>\nint main(void) { "
+                f'FILE* file = fopen("{counts}", "ab"); fputc(0, file); fseek(file, 0, SEEK_END); '
+                "return (int)ftell(file); }"
+            )
+            return self._compile(self.folder / name, source)
         call = f'extern void thing(void) __asm__("\\"{calls}\\""); ' if links else ""
         body = "thing(); " if links else "*(volatile int*)0 = 1; " if crashes else ""
         source = f'{call}const char text[] = "{text}"; int main(void) {{ {body}return text[0]; }}'
