@@ -5,7 +5,6 @@
 class QInputMethodEvent;
 class QKeyEvent;
 class QMouseEvent;
-class QShortcutEvent;
 class QWheelEvent;
 class QFocusEvent;
 class QWidget;

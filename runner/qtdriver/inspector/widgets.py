@@ -2,15 +2,14 @@
 
 from __future__ import annotations
 
-import re
 import shlex
 from typing import Any, Dict, Tuple
 
 from ..api.app import App
 from ..api.window import Window
-from ..errors import AmbiguousError, NotVisibleError, QtDriverError, WidgetNotFoundError
+from ..errors import QtDriverError
 from ..lookup.snapshot import SnapshotNode
-from ..lookup.stable_locators import StableLocators
+from ..lookup.stable_locators import StableLocators, count_of
 from ..lookup.survey import SurveyedWindow
 from ..protocol.locators import Locator, as_address
 from ..trace.readable import describe_value
@@ -19,9 +18,7 @@ from .typed_locators import read_locator
 
 Values = Dict[str, Any]
 
-_COUNT = re.compile(r"(\d+)$")
 _MOST_MARKS = 50
-_GONE = (NotVisibleError, WidgetNotFoundError)
 
 
 def address(app: App, values: Values) -> Any:
@@ -55,7 +52,7 @@ def matches(app: App, values: Values) -> Any:
     _, surveyed = _find(app, values["ref"])
     typed = str(values["text"])
     window, found = read_locator(app, Window(app, surveyed.address, surveyed.call), typed)
-    count = _count(app, window.address, found)
+    count = count_of(app.connection, window.address, found)
     if count == 1:
         nodes = [app.connection.snapshot(window.address, found)]
     else:
@@ -63,17 +60,6 @@ def matches(app: App, values: Values) -> Any:
         nodes = [app.connection.snapshot(window.address, one) for one in each]
     told = [{"ref": node["ref"], "rect": node["rect"]} for node in nodes]
     return {"count": count, "found": told, "python": f"app.{window}.{found.call}" if found.call else ""}
-
-
-def _count(app: App, window: str, found: Locator) -> int:
-    try:
-        app.connection.read(window, found, "className")
-    except AmbiguousError as error:
-        match = _COUNT.search(error.message)
-        return int(match[1]) if match else 2
-    except _GONE:
-        return 0
-    return 1
 
 
 def _locators(app: App, values: Values) -> Tuple[StableLocators, SnapshotNode, SurveyedWindow]:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import re
+from collections import Counter
 from typing import Callable, Dict, Iterator, Mapping, Optional, Tuple
 
 from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError
@@ -86,7 +87,9 @@ class StableLocators:
         if self._finds_one(found) and self._ref_of(found) == node.ref:
             return found
         guess = _number_within(node, around)
-        numbers = sorted(range(self._count(found)), key=lambda number: abs(number - guess))
+        numbers = sorted(
+            range(count_of(self._connection, self._window, found)), key=lambda number: abs(number - guess)
+        )
         places = (found.at(f"nth={number}", f"nth({number})") for number in numbers)
         return self._first(places, lambda one: self._ref_of(one) == node.ref)
 
@@ -117,18 +120,20 @@ class StableLocators:
         except _MISSES:
             return None
 
-    def _count(self, found: Locator) -> int:
-        try:
-            self._connection.read(self._window, found, "className")
-        except AmbiguousError as error:
-            return int(error.message.rsplit(",", 1)[-1])
-        except _MISSES:
-            return 0
-        return 1
-
     @staticmethod
     def _first(candidates: "Iterator[Locator]", holds: Callable[[Locator], bool]) -> Optional[Locator]:
         return next((candidate for candidate in candidates if holds(candidate)), None)
+
+
+def count_of(connection: Connection, window: str, found: Locator) -> int:
+    """The number of widgets that a locator finds in a window."""
+    try:
+        connection.read(window, found, "className")
+    except AmbiguousError as error:
+        return int(error.message.rsplit(",", 1)[-1])
+    except _MISSES:
+        return 0
+    return 1
 
 
 def told_locator(root: SnapshotNode, node: SnapshotNode) -> Optional[Locator]:
@@ -138,19 +143,17 @@ def told_locator(root: SnapshotNode, node: SnapshotNode) -> Optional[Locator]:
     Widgets of derived classes, which a locator with a class finds as well, count like those of the class.
     """
     counts = _count_texts(root)
+    fitting = Counter(
+        found for one in root.walk() for found in set(_by_conditions(one, lambda key, text: True))
+    )
     for found in _by_conditions(node, lambda key, text: counts.get((key, text)) == 1):
         if found.name and counts.get(("name", node.name)) != 1:
             continue
-        if sum(_fits(found, one) for one in root.walk()) == 1:
+        if fitting[found] == 1:
             return found
     if counts.get(("class", node.class_name)) == 1 and _is_only_of_role(root, node):
         return locator(node.class_name)
     return None
-
-
-def _fits(found: Locator, node: SnapshotNode) -> bool:
-    """Whether a locator that _by_conditions() has made could be that of a node."""
-    return found in set(_by_conditions(node, lambda key, text: True))
 
 
 def _is_only_of_role(root: SnapshotNode, node: SnapshotNode) -> bool:

@@ -5,6 +5,7 @@ from __future__ import annotations
 from typing import Dict, List, Optional, Sequence, Tuple
 
 from ..lookup.snapshot import SnapshotNode
+from ..protocol.locators import as_python
 from .events import Event, EventItem
 from .names import Names
 from .steps import Argument, Secret, Step
@@ -341,5 +342,4 @@ def _section(text: str) -> "str | int":
 
 
 def _python(value: "str | int") -> str:
-    plain = isinstance(value, str) and '"' not in value and "\\" not in value and value.isprintable()
-    return f'"{value}"' if plain else repr(value)
+    return as_python(value) if isinstance(value, str) else repr(value)
