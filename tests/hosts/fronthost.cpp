@@ -2,6 +2,7 @@
 
 #include "testhost.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -12,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
@@ -106,6 +108,20 @@ QWidget* embeddedWidget(TestHost& host)
     choice->setObjectName(QLatin1String("innerChoice"));
     choice->addItems(QStringList() << QLatin1String("Tea") << QLatin1String("Coffee") << QLatin1String("Water"));
     choice->setGeometry(20, 100, 150, 30);
+    // The windowing system tells of the cursor, which is over the open list, when it likes.
+    host.onRequest(QLatin1String("tellOfMouseLate"), [&host, choice] {
+        host.onSignal(choice, SIGNAL(highlighted(int)), [choice] {
+            QAbstractItemView* const list = choice->view();
+            const QPoint place = list->visualRect(list->model()->index(choice->count() - 1, 0)).center();
+            QApplication::postEvent(list->viewport(),
+                new QMouseEvent(QEvent::MouseMove, place, list->viewport()->mapToGlobal(place), Qt::NoButton,
+                    Qt::NoButton, Qt::NoModifier));
+        });
+    });
+    host.onRequest(QLatin1String("tellOfNoMouse"), [choice] {
+        choice->view()->setAttribute(Qt::WA_TransparentForMouseEvents);
+        choice->view()->viewport()->setAttribute(Qt::WA_TransparentForMouseEvents);
+    });
     auto* spin = new QSpinBox(embedded);
     spin->setObjectName(QLatin1String("innerSpin"));
     spin->setGeometry(130, 10, 60, 40);

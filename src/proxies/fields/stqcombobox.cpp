@@ -1,13 +1,13 @@
 #include "proxies/fields/stqcombobox.h"
 
 #include "compat/children.h"
+#include "compat/embedding.h"
 #include "compat/variant.h"
 #include "compat/waiting.h"
 #include "proxy/eventkiller.h"
 #include "proxy/pseudoproperties.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPointer>
@@ -22,11 +22,11 @@ const char readOnlyMessage[] = "enter, QComboBox is read only";
 const int listMilliseconds = 1000;
 const int editableMilliseconds = 200;
 
-// Waits for a popup, which may open from within another one. Null when none did.
-QWidget* openedPopup(const QWidget* outer, int maximumMilliseconds)
+// Waits for a popup, which may open from within another one. Null when none did, or when the box died meanwhile.
+QWidget* openedPopup(const QPointer<QComboBox>& box, const QWidget* outer, int maximumMilliseconds)
 {
-    const auto opened = [outer] {
-        QWidget* popup = QApplication::activePopupWidget();
+    const auto opened = [box, outer]() -> QWidget* {
+        QWidget* popup = box ? compat::popupBefore(box) : nullptr;
         return popup == outer ? nullptr : popup;
     };
     compat::processEventsUntil([&] { return opened() != nullptr; }, maximumMilliseconds);
@@ -87,12 +87,13 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
     const bool editable = comboBox()->isEditable();
     if (!editable && comboBox()->currentIndex() == index)
         return;
-    const QWidget* outerPopup = QApplication::activePopupWidget();
+    const QWidget* outerPopup = compat::popupBefore(comboBox());
     if (editable)
         clickText();
     else
         clickForList();
-    const QPointer<QWidget> popup(openedPopup(outerPopup, editable ? editableMilliseconds : listMilliseconds));
+    const int milliseconds = editable ? editableMilliseconds : listMilliseconds;
+    const QPointer<QWidget> popup(openedPopup(comboBox(), outerPopup, milliseconds));
     const MouseMoveStop stop(popup);
     if (editable)
         keyClick(Qt::Key_Up, Qt::NoModifier);
