@@ -153,7 +153,7 @@ def test_the_exit_of_an_application_is_awaited(driver, fake_agent):
     assert app.wait_for_exit(10) == 3
     with pytest.raises(ApplicationEndedError) as caught:
         app.windows()
-    assert str(caught.value) == "the application ended (exit status 3) at the request '1', without any output"
+    assert str(caught.value) == "the application ended (exit status 3) at windows(), without any output"
 
 
 def test_the_error_of_an_application_that_ended_has_its_last_output(driver, fake_agent):
@@ -161,7 +161,7 @@ def test_the_error_of_an_application_that_ended_has_its_last_output(driver, fake
     with pytest.raises(ApplicationEndedError) as caught:
         app.window("vanish").title()
     assert str(caught.value) == (
-        "the application ended (exit status 4) at the request '8,vanish'; its last output:\nout of beans"
+        'the application ended (exit status 4) at window("vanish").title(); its last output:\nout of beans'
     )
     with pytest.warns(DeprecationWarning, match=r"last_words\(\) is last_output\(\) now"):
         assert app.process.last_words() == app.process.last_output() == "out of beans"

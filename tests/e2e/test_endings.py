@@ -6,8 +6,9 @@ import subprocess
 
 import pytest
 
-from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver
+from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver, eventually
 from qtdriver.api import disconnection
+from qtdriver.api.steps import StepListener
 
 from showcase import running
 
@@ -19,14 +20,47 @@ def said(kind, call):
     return str(caught.value)
 
 
-def test_a_dead_application_tells_its_end_and_the_request():
+CALLS = {
+    'window(name="showcase").widget("brewButton").click()': lambda window: window.widget(
+        "brewButton"
+    ).click(),
+    'window(name="showcase").button("Brew").activate()': lambda window: window.button("Brew").activate(),
+    'eventually(window(name="showcase").widget("clickCount")).has(text=\'1\')': lambda window: eventually(
+        window.widget("clickCount")
+    ).has(text="1"),
+}
+
+
+@pytest.mark.parametrize("listens", [False, True])
+@pytest.mark.parametrize("written", CALLS)
+def test_a_dead_application_tells_its_end_and_the_call_as_the_test_wrote_it(written, listens):
     with running() as (_, app):
-        assert app.connection.knows_locators
+        if listens:
+            app.listeners.append(StepListener())
+        window = app.window(name="showcase")
         os.kill(app.pid, signal.SIGABRT)
-        message = said(ApplicationEndedError, app.window(name="showcase").widget("brewButton").activate)
-    assert message.startswith(
-        "the application ended (signal SIGABRT) at the request '+5,Widget:showcase,path=\"brewButton\"'"
-    )
+        message = said(ApplicationEndedError, lambda: CALLS[written](window))
+    assert message.startswith(f"the application ended (signal SIGABRT) at {written}, ")
+
+
+def test_an_application_that_dies_between_two_calls_tells_the_one_before():
+    with running() as (_, app):
+        app.listeners.append(StepListener())
+        app.window(name="showcase").widget("brewButton").click()
+        os.kill(app.pid, signal.SIGABRT)
+        eventually(lambda: app.process.status() is not None, timeout=60).is_true()
+        message = str(app.unexpected_end())
+    assert message.startswith('the application ended (signal SIGABRT) after window(name="showcase").widget("brewButton").click(), ')
+
+
+def test_a_typed_password_is_not_in_the_call_that_a_dead_application_is_told_with():
+    with running() as (_, app):
+        app.window(name="showcase").widget("pages/qt_tabwidget_tabbar").select("Entry fields")
+        field = app.window(name="showcase").widget("passwordEdit")
+        field.enter("open sesame")
+        os.kill(app.pid, signal.SIGABRT)
+        message = said(ApplicationEndedError, lambda: field.enter("open sesame"))
+    assert "ended (signal SIGABRT) at " in message and ".enter('***')" in message and "sesame" not in message
 
 
 def test_a_hanging_application_is_told_with_its_windows_and_ended():
@@ -36,7 +70,7 @@ def test_a_hanging_application_is_told_with_its_windows_and_ended():
         message = said(ApplicationHangsError, app.window(name="showcase").widget("brewButton").activate)
         assert app.process.status() == -signal.SIGKILL
         assert message.startswith(
-            "no reply to '+5,Widget:showcase,path=\"brewButton\"' within 1 seconds; the application hangs"
+            'no reply to window(name="showcase").widget("brewButton").activate() within 1 seconds; the application hangs'
         )
         assert message.endswith(
             f', and process {app.pid} was ended\nthe windows that were last seen:\n  "Roastery" (MainWindow)'
@@ -53,7 +87,7 @@ def test_a_hanging_application_that_was_attached_is_ended_too(fake_agent):
         finally:
             process.kill()
     assert message == (
-        f"no reply to '8,Editor' within 0.5 seconds; the application hangs, and process {process.pid} was ended"
+        f'no reply to window("Editor").title() within 0.5 seconds; the application hangs, and process {process.pid} was ended'
     )
 
 
@@ -66,6 +100,6 @@ def test_an_application_that_only_closes_its_connection_is_told_with_its_process
         message = said(ApplicationEndedError, app.window("vanish").title)
         app.terminate(grace=0.1)
     assert message == (
-        f"the application (process {app.pid}) closed its connection at the request '8,vanish', but process {app.pid} "
+        f'the application (process {app.pid}) closed its connection at window("vanish").title(), but process {app.pid} '
         "still runs"
     )

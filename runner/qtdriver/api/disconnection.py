@@ -15,6 +15,7 @@ from ..errors import (
 )
 from ..launch.supervision import end_foreign_process
 from ..lookup.windows import describe_windows, last_windows
+from ..protocol.callers import find_caller
 from ..protocol.extensions import readable_request
 
 if TYPE_CHECKING:
@@ -56,7 +57,7 @@ def error_for(app: "App", error: QtDriverError) -> QtDriverError:
     seen = last_windows(app.connection.transcript.exchanges())
     windows = [] if seen is None else describe_windows(seen)
     where = _where(app.stacks(hangs=True))
-    return endings.hangs(error, app.pid, _end_process(app), windows, where)
+    return endings.hangs(_describe_silence(app, error), app.pid, _end_process(app), windows, where)
 
 
 def _where(stacks: Optional[Stacks]) -> str:
@@ -67,25 +68,40 @@ def _where(stacks: Optional[Stacks]) -> str:
 
 def ended_error(app: "App") -> ApplicationEndedError:
     """The error for an application whose connection is closed, or whose process has ended."""
-    request = _describe_request(app)
+    place = _describe_place(app)
     process = app.process
     if process is None:
-        return endings.ended_elsewhere(app.pid, request)
+        return endings.ended_elsewhere(app.pid, place)
     # A closed connection comes a moment before the end of its process.
     status = process.wait(_EXIT_SECONDS)
     if status is None:
-        return endings.closed_its_connection(app.pid, request, process.pid)
-    return endings.ended(status, request, process.last_output(), _where(app.stacks()))
+        return endings.closed_its_connection(app.pid, place, process.pid)
+    return endings.ended(status, place, process.last_output(), _where(app.stacks()))
 
 
-def _describe_request(app: "App") -> str:
-    """Words that say at which request, or after which one, the application ended; empty before the first."""
+def _describe_place(app: "App") -> str:
+    """Words that say at which call, or after which one, the application ended; empty before the first request."""
     exchanges = app.connection.transcript.exchanges()
     if not exchanges:
         return ""
-    return (
-        f" {'at' if exchanges[-1].error else 'after'} the request {readable_request(exchanges[-1].request)!r}"
-    )
+    latest = exchanges[-1]
+    call = _latest_call(app) or f"the request {readable_request(latest.request)!r}"
+    return f" {'at' if latest.error else 'after'} {call}"
+
+
+def _describe_silence(app: "App", error: RequestTimeout) -> str:
+    call = _latest_call(app)
+    return f"no reply to {call} within {error.seconds:g} seconds" if call else str(error)
+
+
+def _latest_call(app: "App") -> str:
+    """The call that made the latest request, as the test wrote it if that can be told; empty for one without a step."""
+    transcript = app.connection.transcript
+    if transcript.last_step is None:
+        return ""
+    # A step without listeners has the runner's own title, to be quick. While it goes on, its call is still on the stack.
+    written = "" if app.listeners or not transcript.is_in_step else find_caller().call
+    return app.connection.secrets.hide(written or transcript.last_step.title)
 
 
 def _end_process(app: "App") -> bool:

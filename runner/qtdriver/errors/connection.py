@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+from typing import Optional
+
 from .base import QtDriverError
 
 
@@ -53,15 +55,22 @@ class RequestTimeout(QtDriverError):
     """The agent has not answered a request in the time that was given.
 
     The connection stays usable: the next request first waits for the late reply and drops it.
+
+    Attributes:
+        seconds: the time that was given; None where the message does not name it.
     """
+
+    def __init__(self, message: str, *, seconds: Optional[float] = None) -> None:
+        super().__init__(message)
+        self.seconds = seconds
 
 
 class ApplicationEndedError(ConnectionClosed):
-    """The application ended at a request. The message tells how, the request, and its last output."""
+    """The application ended. The message tells how, the call of the test at which it did, and its last output."""
 
 
 class ApplicationHangsError(RequestTimeout):
     """The application did not answer a request in time, and was ended.
 
-    The message tells the request, and the windows of the last listing.
+    The message tells the call of the test, and the windows of the last listing.
     """

@@ -5,7 +5,7 @@ from __future__ import annotations
 import signal
 from typing import Sequence
 
-from .connection import ApplicationEndedError, ApplicationHangsError, RequestTimeout
+from .connection import ApplicationEndedError, ApplicationHangsError
 
 
 def describe_exit(status: int) -> str:
@@ -18,42 +18,42 @@ def describe_exit(status: int) -> str:
         return f"signal {-status}"
 
 
-def ended(status: int, request: str, last_output: str, where: str = "") -> ApplicationEndedError:
+def ended(status: int, place: str, last_output: str, where: str = "") -> ApplicationEndedError:
     """The error for an application that was started by the test.
 
     Args:
         status: its exit status, negative for a signal.
-        request: words that name the latest request, such as " at the request '1'"; empty before the first one.
+        place: words that name the latest call or request, such as ' at window("Editor").title()'; empty before the first one.
         last_output: the last lines that it has printed.
         where: the call of its own in which it crashed; empty where that is not known.
     """
-    place = f", in {where}" if where else ""
+    own_call = f", in {where}" if where else ""
     output = f"; its last output:\n{last_output}" if last_output else ", without any output"
-    return ApplicationEndedError(f"the application ended ({describe_exit(status)}){request}{place}{output}")
+    return ApplicationEndedError(f"the application ended ({describe_exit(status)}){place}{own_call}{output}")
 
 
-def ended_elsewhere(pid: int, request: str) -> ApplicationEndedError:
+def ended_elsewhere(pid: int, place: str) -> ApplicationEndedError:
     """The error for an application, process `pid`, that was not started by the test."""
     return ApplicationEndedError(
-        f"the application (process {pid}) ended{request}; it was not started by this test, so its exit "
+        f"the application (process {pid}) ended{place}; it was not started by this test, so its exit "
         "status and its output are not known"
     )
 
 
-def closed_its_connection(pid: int, request: str, process: int) -> ApplicationEndedError:
+def closed_its_connection(pid: int, place: str, process: int) -> ApplicationEndedError:
     """The error for an application, process `pid`, that closed its connection while the started `process` still runs."""
     return ApplicationEndedError(
-        f"the application (process {pid}) closed its connection{request}, but process {process} still runs"
+        f"the application (process {pid}) closed its connection{place}, but process {process} still runs"
     )
 
 
 def hangs(
-    error: RequestTimeout, pid: int, was_ended: bool, windows: Sequence[str], where: str = ""
+    silence: str, pid: int, was_ended: bool, windows: Sequence[str], where: str = ""
 ) -> ApplicationHangsError:
     """The error for an application that did not answer a request.
 
     Args:
-        error: names the request.
+        silence: words that name the call or the request, and the time that it had.
         pid: the process of the application.
         was_ended: whether the runner could end it.
         windows: lines that describe the windows of the last listing; none where there was none.
@@ -63,5 +63,5 @@ def hangs(
     end = "was ended" if was_ended else "could not be ended"
     seen = ["the windows that were last seen:", *windows] if windows else []
     return ApplicationHangsError(
-        "\n".join([f"{error}; the application hangs{place}, and process {pid} {end}", *seen])
+        "\n".join([f"{silence}; the application hangs{place}, and process {pid} {end}", *seen])
     )

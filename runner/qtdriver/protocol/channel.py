@@ -140,9 +140,7 @@ class Channel(ClosedOnLeaving):
             self.secrets.add(typed)  # the request itself will say so
         except RequestTimeout:
             self.secrets.add(typed)
-            raise RequestTimeout(
-                f"no reply to {self._shown(line)!r} within {self.timeout:g} seconds"
-            ) from None
+            raise self._timeout(line, self.timeout) from None
 
     def exchange(self, line: str, timeout: Optional[float] = None) -> str:
         """Sends one line and waits for its reply, a line as it is. The transcript does not have it.
@@ -161,14 +159,18 @@ class Channel(ClosedOnLeaving):
             waiting_for = (
                 self._unanswered or line
             )  # empty for the request of a listener, which the test does not know
-            shown = self._shown(waiting_for)
             if allowed < seconds:
-                raise NoReplyYet(f"no reply to {shown!r} yet") from None
-            raise RequestTimeout(f"no reply to {shown!r} within {seconds:g} seconds") from None
+                raise NoReplyYet(f"no reply to {self._shown(waiting_for)!r} yet") from None
+            raise self._timeout(waiting_for, seconds) from None
         except OSError as error:
             raise ConnectionClosed(
                 f"the application ended before it answered {self._shown(line)!r} ({error})"
             ) from error
+
+    def _timeout(self, line: str, seconds: float) -> RequestTimeout:
+        return RequestTimeout(
+            f"no reply to {self._shown(line)!r} within {seconds:g} seconds", seconds=seconds
+        )
 
     def _shown(self, line: str) -> str:
         """A request for a message."""

@@ -120,10 +120,12 @@ class Transcript:
 
     Attributes:
         refusals: the processes that had connected before this agent and were refused.
+        last_step: the step that the latest exchange belongs to; None where it belongs to none.
     """
 
     def __init__(self) -> None:
         self.refusals: Tuple[str, ...] = ()
+        self.last_step: Optional[Step] = None
         self._exchanges: Deque[Exchange] = deque(maxlen=KEPT_EXCHANGES)
         self._step: Optional[Step] = None
         self._paused = False
@@ -136,6 +138,7 @@ class Transcript:
         if self._paused:
             return
         self._exchanges.append(exchange)
+        self.last_step = self._step
         if self._step is not None:
             self._step.add(exchange)
 
