@@ -50,7 +50,9 @@ def test_an_application_that_dies_between_two_calls_tells_the_one_before():
         os.kill(app.pid, signal.SIGABRT)
         eventually(lambda: app.process.status() is not None, timeout=60).is_true()
         message = str(app.unexpected_end())
-    assert message.startswith('the application ended (signal SIGABRT) after window(name="showcase").widget("brewButton").click(), ')
+    assert message.startswith(
+        'the application ended (signal SIGABRT) after window(name="showcase").widget("brewButton").click(), '
+    )
 
 
 def test_a_typed_password_is_not_in_the_call_that_a_dead_application_is_told_with():

@@ -1,7 +1,10 @@
 """Tests side by side: each worker has a network, a screen and a window manager of its own."""
 
 import os
+import shutil
 import sys
+import tempfile
+from pathlib import Path
 from types import SimpleNamespace
 
 import pytest
@@ -71,6 +74,87 @@ def test_a_worker_is_the_user_of_the_run_and_has_no_capability(project):
         """
     )
     assert project.run("-n", 1).outcomes == "1 passed"
+
+
+def meeting(folder, path):
+    """Two tests that write the same file, and read it when both have written."""
+    return f"""
+@pytest.mark.parametrize("word", ["first", "second"])
+def test_writes(word):
+    file, meeting = Path({str(path)!r}), Path({str(folder)!r})
+    file.write_text(word)
+    (meeting / f"{{word}} has written").touch()
+    eventually(lambda: len(list(meeting.glob("* has written"))) == 2, timeout=60).is_true()
+    (meeting / f"{{word}} reads {{file.read_text()}}").touch()
+"""
+
+
+@pytest.fixture
+def shared_file():
+    """A file in the /tmp of all, which two tests write."""
+    path = Path(f"/tmp/qtdriver-test-{os.getpid()}")
+    yield path
+    path.unlink(missing_ok=True)
+
+
+def test_two_workers_do_not_meet_in_a_file_in_tmp(project, tmp_path, shared_file):
+    project.write(meeting(tmp_path, shared_file))
+    assert project.run("-n", 2).outcomes == "2 passed"
+    assert (tmp_path / "first reads first").exists() and (tmp_path / "second reads second").exists()
+    assert not shared_file.exists()
+
+
+def test_workers_share_tmp_where_that_is_wanted(project, tmp_path, shared_file):
+    project.write(meeting(tmp_path, shared_file))
+    run = project.run("-n", 2, "--qtdriver-tmp=shared")
+    assert run.outcomes == "2 passed" and "workers share" not in run.output
+    last = shared_file.read_text()
+    assert sorted(path.name for path in tmp_path.glob("* reads *")) == [
+        f"first reads {last}",
+        f"second reads {last}",
+    ]
+
+
+def test_what_the_run_uses_in_tmp_is_there_in_workers(project, shared_file):
+    kept = Path(tempfile.mkdtemp(prefix="qtdriver kept ", dir="/tmp"))
+    shared_file.write_text("beans")
+    project.environment["BEANS"] = str(shared_file)
+    try:
+        project.write(
+            f"""
+            def test_uses(app, tmp_path):
+                assert Path({str(shared_file)!r}).read_text() == "beans"
+                (tmp_path / "left").write_text("for the user")
+                app.window("no such").title(timeout=0)
+            """
+        )
+        arguments = ("-n", 1, f"--qtdriver-output={kept / 'results'}", f"--basetemp={kept / 'base'}")
+        assert project.run(*arguments).outcomes == "1 failed"
+        (left,) = (kept / "base").rglob("left")
+        assert left.read_text() == "for the user"
+        (bundle,) = (kept / "results").glob("*test_uses*")
+        assert (bundle / "screenshot.png").exists() and (bundle / "transcript.txt").exists()
+    finally:
+        shutil.rmtree(kept)
+
+
+def test_a_program_that_only_the_tmp_of_all_has_is_told(project, shared_file):
+    shared_file.symlink_to("/bin/true")
+    project.write(f"def test_starts(qtdriver): qtdriver.launch({str(shared_file)!r}, qt=5)")
+    output = project.run("-n", 1).output
+    assert f"{shared_file}: no such file" in output and "run with --qtdriver-tmp shared" in output
+
+
+def test_workers_share_tmp_where_the_system_allows_no_mounts(project, tmp_path):
+    refusing = tmp_path / "refusing"
+    refusing.mkdir()
+    (refusing / "mount").write_text("#!/bin/sh\necho 'mount: permission denied' >&2\nexit 32\n")
+    (refusing / "mount").chmod(0o755)
+    project.environment["PATH"] = f"{refusing}:{os.environ['PATH']}"
+    project.write("def test_starts(app): app.windows()")
+    run = project.run("-n", 1)
+    assert run.outcomes == "1 passed"
+    assert "mount: permission denied): the workers share the one /tmp\n" in run.output
 
 
 def test_a_worker_has_the_interpreter_the_paths_and_the_environment_of_the_run(project, tmp_path):
@@ -160,7 +244,7 @@ def spec(**attributes):
 
 def test_workers_of_this_machine_are_started_on_a_desktop():
     local, chosen, forwarded = spec(), spec(python="python3.9 -X dev"), spec(via="master")
-    Workers().pytest_xdist_setupnodes([local, chosen, forwarded])
+    Workers().pytest_xdist_setupnodes(SimpleNamespace(stash={}), [local, chosen, forwarded])
     assert local.python.endswith(f"with-desktop.sh {sys.executable}")
     assert chosen.python.endswith("with-desktop.sh python3.9 -X dev")
     assert forwarded.python is None

@@ -145,7 +145,7 @@ def spec(**attributes):
 
 def test_the_interpreter_of_a_worker_by_ssh_begins_on_a_desktop():
     usual, chosen, connected = spec(ssh="host"), spec(ssh="host", python="py -X dev"), spec(socket="host:1")
-    Workers().pytest_xdist_setupnodes([usual, chosen, connected])
+    Workers().pytest_xdist_setupnodes(SimpleNamespace(stash={}), [usual, chosen, connected])
     assert usual.python == "python3 -m qtdriver.desktop python3"
     assert chosen.python == "py -X dev -m qtdriver.desktop py -X dev"
     assert connected.python is None

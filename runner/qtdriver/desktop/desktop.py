@@ -6,7 +6,7 @@ import os
 import subprocess
 import sys
 from pathlib import Path
-from typing import Dict, Optional
+from typing import Dict, Optional, Sequence
 
 from ..errors import DesktopError
 
@@ -17,6 +17,12 @@ SCRIPT = Path(__file__).with_name("with-desktop.sh")
 
 NAMESPACE_CHECK = ("unshare", "--user", "--map-current-user", "--net", "true")
 """Succeeds where SCRIPT can give its command a network of its own."""
+
+_OWN_TMP_CHECK = (
+    *("unshare", "--user", "--map-current-user", "--mount", "--keep-caps"),
+    *("mount", "-t", "tmpfs", "qtdriver", "/tmp"),
+)
+"""Succeeds where SCRIPT can give its command a /tmp of its own."""
 
 _FORBIDDING = (
     (
@@ -51,17 +57,24 @@ def namespaces_remedy(settings: Path = Path("/proc/sys")) -> str:
 
 def namespaces_refusal() -> str:
     """Why the system allows no network namespaces; empty if it does."""
+    return _refusal("network namespaces", NAMESPACE_CHECK)
+
+
+def own_tmp_refusal() -> str:
+    """Why the system allows no /tmp of one's own; empty if it does."""
+    return _refusal("/tmp of one's own", _OWN_TMP_CHECK)
+
+
+def _refusal(wanted: str, check: Sequence[str]) -> str:
     try:
-        done = subprocess.run(
-            NAMESPACE_CHECK, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
-        )
+        done = subprocess.run(check, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
     except OSError as error:
         reason = str(error)
     else:
         if done.returncode == 0:
             return ""
         reason = done.stderr.strip() or f"it ends with status {done.returncode}"
-    return f"this system allows no network namespaces ('{' '.join(NAMESPACE_CHECK)}' fails: {reason})"
+    return f"this system allows no {wanted} ('{' '.join(check)}' fails: {reason})"
 
 
 def environment_for_own_network() -> Dict[str, str]:

@@ -3,6 +3,9 @@
 # A private Xvfb with the window manager openbox, in a private network namespace with only the loopback interface, so
 # that many runs can each own port 4242 at the same time. Set QTDRIVER_SCREEN for another screen than 1280x1024x24.
 #
+# With --own-tmp NAME/NAME in front of it the COMMAND has an empty /tmp, in memory, that goes with it; only the entries of /tmp
+# with those names are there as before. It is for the workers of a run, and fails where the system does not allow it.
+#
 # The namespace has the current user as it is, and the command has no capability in it. With --nestable in front of the
 # COMMAND it can make such namespaces in turn also when the user is root, for which the kernel wants CAP_SETFCAP.
 #
@@ -10,12 +13,40 @@
 # process of its own session, ends the desktop when this process has ended, even by SIGKILL.
 set -euo pipefail
 kept=-all
-if [ "${1:-}" = --nestable ]; then
-    kept=-all,+setfcap
+own_tmp=
+shared_entries=
+while :; do
+    case ${1:-} in
+        --nestable) kept=-all,+setfcap ;;
+        --own-tmp) own_tmp=yes shared_entries=${2?} && shift ;;
+        *) break ;;
+    esac
     shift
-fi
+done
 [ $# -gt 0 ] || { echo "usage: scripts/with-desktop.sh COMMAND ARGS..." >&2; exit 2; }
 
+# Puts an empty /tmp in place of the old one, which is still the current folder meanwhile, and gets some entries back.
+enter_own_tmp='
+here=$PWD
+cd /tmp && mount -t tmpfs -o mode=1777,nosuid,nodev qtdriver /tmp || exit 1
+mkdir -m 1777 /tmp/.X11-unix
+set -f
+IFS=/
+for name in $1; do
+    if [ -L "$name" ]; then
+        cp -P -- "$name" "/tmp/$name"
+    elif [ -d "$name" ]; then
+        mkdir -p -- "/tmp/$name" && mount --no-canonicalize --rbind "./$name" "/tmp/$name"
+    elif [ -e "$name" ]; then
+        : >"/tmp/$name" && mount --no-canonicalize --bind "./$name" "/tmp/$name"
+    fi || exit 1
+done
+set +f
+unset IFS
+cd "$here" || exit 1
+shift
+export QTDRIVER_OWN_TMP=1
+'
 # Brings the loopback interface up, gives up every capability, and goes on with this script.
 enter_namespace='
 ip link set lo up 2>/dev/null || true
@@ -27,7 +58,14 @@ own_namespace=(unshare --user --map-current-user --net)
 if [ -z "${QTDRIVER_IN_NAMESPACE:-}" ]; then
     if "${own_namespace[@]}" true 2>/dev/null; then
         export QTDRIVER_IN_NAMESPACE=1
-        exec "${own_namespace[@]}" --keep-caps -- sh -c "$enter_namespace" "$0" "$kept" "$@"
+        if [ -n "$own_tmp" ]; then
+            own_namespace+=(--mount --propagation slave)
+            enter_namespace=$enter_own_tmp$enter_namespace
+            set -- "$shared_entries" "$kept" "$@"
+        else
+            set -- "$kept" "$@"
+        fi
+        exec "${own_namespace[@]}" --keep-caps -- sh -c "$enter_namespace" "$0" "$@"
     fi
     # No namespaces here (some containers): the port is shared, so the runs take turns. The open file holds the lock.
     export QTDRIVER_IN_NAMESPACE=shared

@@ -14,6 +14,10 @@ from .pe import is_pe
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _WINDOWS_ENDING = ".exe"
+_OWN_TMP = "QTDRIVER_OWN_TMP"
+"""Set in the environment of a worker with a /tmp of its own."""
+
+_HIDDEN = "This worker has a /tmp of its own: put the program elsewhere, or run with --qtdriver-tmp shared"
 
 
 def find_program(name: str) -> Path:
@@ -32,7 +36,8 @@ def find_program(name: str) -> Path:
         return Path(os.path.abspath(found))
     path = Path(os.path.abspath(name))
     if not path.exists():
-        raise ProgramNotFoundError(f"{name}: no such file")
+        hidden = _OWN_TMP in os.environ and Path("/tmp") in path.parents
+        raise ProgramNotFoundError(f"{name}: no such file", hint=_HIDDEN if hidden else "")
     if not path.is_file() or not (os.access(path, os.X_OK) or is_windows_program(path)):
         raise ProgramNotExecutableError(f"{name} is not an executable file")
     return path

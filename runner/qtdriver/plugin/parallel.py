@@ -12,11 +12,14 @@ import pytest
 
 from ..desktop.desktop import MARK_OF_WORKERS, SCRIPT, namespaces_refusal
 from .hookimpl import hookimpl
+from .own_tmp import kept_names, reason_to_share
 from .remote import is_remote, wrap_remote
 from .settings import OWN_DESKTOPS, Settings
 
 _NEEDED = ("Xvfb", "openbox", "xdotool", "setpriv", "setsid")
 _WORKER_KEY = "qtdriver_desktop"
+_HAS_OWN_TMP = pytest.StashKey[Settings]()
+"""In the stash of a controller whose workers of this machine get a /tmp of their own: the settings."""
 
 
 def has_own_desktop(config: pytest.Config) -> bool:
@@ -48,9 +51,17 @@ def prepare(config: pytest.Config, settings: Settings) -> str:
         )
     refusal = namespaces_refusal()
     if not refusal:
-        return ""
+        return _prepare_tmp(config, settings)
     _run_without_workers(config)
     return f"{refusal}, and agents know one port only: the tests run one after the other"
+
+
+def _prepare_tmp(config: pytest.Config, settings: Settings) -> str:
+    """Notes whether each worker gets a /tmp of its own. Returns why not, empty where the user wants it so."""
+    reason = reason_to_share(config, settings)
+    if reason is None:
+        config.stash[_HAS_OWN_TMP] = settings
+    return f"{reason}: the workers share the one /tmp" if reason else ""
 
 
 def _is_local(spec: str) -> bool:
@@ -70,14 +81,16 @@ class Workers:
     """The hooks that start workers on desktops of their own."""
 
     @hookimpl(optionalhook=True)
-    def pytest_xdist_setupnodes(self, specs: Sequence[Any]) -> None:
+    def pytest_xdist_setupnodes(self, config: pytest.Config, specs: Sequence[Any]) -> None:
         """Has with-desktop.sh run the interpreter of each worker, of this machine and of others."""
+        settings = config.stash.get(_HAS_OWN_TMP, None)
+        options = [] if settings is None else ["--own-tmp", "/".join(kept_names(config, settings))]
         for spec in specs:
             if is_remote(spec):
                 wrap_remote(spec)
             else:
                 interpreter = spec.python or shlex.quote(sys.executable)
-                spec.python = f"{_wrapper()} {interpreter}"
+                spec.python = " ".join([_wrapper(), *map(shlex.quote, options), interpreter])
 
     @hookimpl(optionalhook=True)
     def pytest_configure_node(self, node: Any) -> None:

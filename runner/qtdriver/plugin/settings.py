@@ -19,6 +19,7 @@ TRACE_ON, TRACE_ON_FAILURE, TRACE_OFF = "on", "retain-on-failure", "off"
 LINUX, WINDOWS = "linux", "windows"
 OWN_DESKTOPS, PLAIN = "own-desktops", "plain"
 OWN_HOME, KEEP_HOME = "own", "keep"
+OWN_TMP, SHARED_TMP = "own", "shared"
 REPORT_NAME = "report.html"
 
 
@@ -40,6 +41,7 @@ class Settings:
         report: the HTML page of the run.
         workers: "own-desktops" gives each parallel worker a desktop and a network, "plain" leaves them without.
         home: "own" gives the applications of each test empty home and XDG folders, "keep" those of the user.
+        tmp: "own" gives each parallel worker on a desktop of its own an empty /tmp, "shared" leaves them the one of all.
         history: the folder with the last passing run of each test, with which failures are compared; None for none.
         update: whether snapshots are written as they are now, in place of being compared.
         shard: the number of the shard that this run is, from 1, and that of all shards; None for a whole run.
@@ -59,6 +61,7 @@ class Settings:
     report: Path
     workers: str
     home: str
+    tmp: str
     history: Optional[Path]
     update: bool
     shard: Optional[Tuple[int, int]]
@@ -206,6 +209,14 @@ _OPTIONS = (
         _one_of(OWN_HOME, KEEP_HOME),
         "own or keep",
         "folders of applications: own gives each test empty home, XDG and temporary folders, keep those of the user",
+    ),
+    _Option(
+        "tmp",
+        "KIND",
+        OWN_TMP,
+        _one_of(OWN_TMP, SHARED_TMP),
+        "own or shared",
+        "/tmp of workers of -n: own gives each an empty one, which keeps only what the run itself uses, shared that of all",
     ),
     _Option(
         "shard",
