@@ -8,9 +8,8 @@ import pytest
 
 from mcpclient import BUILD, KIOSK, ROOT, McpClient
 from qtdriver.desktop import desktop
-from qtdriver.tools.answers import ToolError
-from qtdriver.tools.files import write_below
 from qtdriver.recording.code import test_code as code_of
+from qtdriver.recording.files import TestFileError, write_below
 from qtdriver.recording.steps import Launch, Part, Secret, Step
 
 PIN = "s3cret-77"
@@ -127,7 +126,7 @@ def test_a_test_begins_with_the_last_start_of_the_application(client, folder):
     ["/tmp/test_a.py", "../test_a.py", "a/../../test_a.py", "a.py", "test_a.txt", "", ".", "test_\0.py"],
 )
 def test_only_tests_below_the_working_directory_can_be_written(tmp_path, path):
-    with pytest.raises(ToolError):
+    with pytest.raises(TestFileError):
         write_below(tmp_path, path, "", overwrite=True)
     assert list(tmp_path.iterdir()) == []
 
@@ -135,14 +134,14 @@ def test_only_tests_below_the_working_directory_can_be_written(tmp_path, path):
 @pytest.mark.parametrize("path", ["out/test_a.py", "test_link.py", "out/deeper/test_a.py"])
 @pytest.mark.parametrize("overwrite", [False, True])
 def test_no_link_leads_out_of_the_working_directory(folder, path, overwrite):
-    with pytest.raises(ToolError):
+    with pytest.raises(TestFileError):
         write_below(folder, path, "text", overwrite=overwrite)
     assert os.listdir(folder / "out") == []
 
 
 def test_a_file_that_is_there_is_kept_unless_it_is_to_be_replaced(tmp_path):
     write_below(tmp_path, "a/test_a.py", "first", overwrite=False)
-    with pytest.raises(ToolError, match="is there already"):
+    with pytest.raises(TestFileError, match="is there already"):
         write_below(tmp_path, "a/test_a.py", "second", overwrite=False)
     assert (tmp_path / "a" / "test_a.py").read_text() == "first"
     write_below(tmp_path, "a/test_a.py", "2", overwrite=True)

@@ -29,7 +29,7 @@ STANDS_ON = {
     "recording": ("lookup",),
     "tools": ("expect", "project", "recording"),
     "mcp": ("tools",),
-    "inspector": ("report", "expect"),
+    "inspector": ("report", "expect", "recording"),
     "commandline": ("shell", "project", "mcp", "inspector"),
     "plugin": ("report", "expect"),
 }

@@ -102,8 +102,8 @@ class Inspecting:
 
 
 @contextmanager
-def inspecting(*arguments):
-    """Within it the command runs with these arguments, and has told the address of its page."""
+def inspecting(*arguments, folder=None):
+    """Within it the command runs with these arguments, in that folder, and has told the address of its page."""
     command = [QTDRIVER, "inspect", "--no-browser", "--build", str(AGENTS), *arguments]
     # Where the tests run in the background of a shell, SIGINT is ignored, and would be by the command, too.
     with subprocess.Popen(
@@ -111,6 +111,7 @@ def inspecting(*arguments):
         stdout=subprocess.PIPE,
         stderr=subprocess.PIPE,
         text=True,
+        cwd=folder,
         preexec_fn=lambda: signal.signal(signal.SIGINT, signal.default_int_handler),
     ) as process:
         try:

@@ -8,7 +8,7 @@ from typing import Awaitable, Callable, Optional, Tuple
 
 from ..desktop.screen import Screen
 from .changes import ChangedPart, PictureChanges
-from .damage import Damage, open_damage
+from ..desktop.damage import Damage, open_damage
 from .worker import Worker
 
 _SHARE = 0.1

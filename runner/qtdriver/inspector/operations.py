@@ -7,7 +7,7 @@ from typing import Any, Callable, Dict
 
 from ..api.app import App
 from ..errors import QtDriverError
-from . import widgets
+from . import playing, recording, widgets
 from .console import run_python
 from .survey import survey
 
@@ -20,6 +20,8 @@ def _about(app: App, values: Values) -> Any:
         "pid": app.pid,
         "agent": greeting.version,
         "display": app.display or os.environ.get("DISPLAY", ""),
+        "restarts": False,
+        "recording": recording.is_recording(app),
     }
 
 
@@ -31,6 +33,12 @@ _OPERATIONS: Dict[str, Callable[[App, Values], Any]] = {
     "properties": widgets.properties,
     "matches": widgets.matches,
     "python": run_python,
+    "record": recording.record,
+    "recorded": recording.recorded,
+    "checks": recording.checks,
+    "check": recording.check,
+    "plan": playing.plan,
+    "play": playing.play,
 }
 
 

@@ -10,6 +10,7 @@ import threading
 import webbrowser
 from typing import Callable, Mapping, Optional
 
+from ..api.app import App
 from ..api.driver import Driver
 from .server import PageServer, require_aiohttp
 from .target import AskHolder, HeldTarget, LaunchedTarget, Target
@@ -37,7 +38,12 @@ def inspect(parsed: argparse.Namespace, ask_holder: AskHolder, tell: Callable[[s
         request_timeout=parsed.timeout,
         start_timeout=parsed.timeout,
     ) as driver:
-        return _serve(LaunchedTarget(driver.launch(*parsed.command)), parsed, tell)
+
+        def start_again() -> App:
+            driver.apps[-1].terminate()
+            return driver.launch(*parsed.command)
+
+        return _serve(LaunchedTarget(driver.launch(*parsed.command), start_again), parsed, tell)
 
 
 def _serve(target: Target, parsed: argparse.Namespace, tell: Callable[[str], None]) -> str:

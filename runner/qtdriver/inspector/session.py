@@ -4,12 +4,14 @@ from __future__ import annotations
 
 import asyncio
 import json
+import os
 from functools import partial
 from typing import Any, Dict, Optional
 
 from ..errors import QtDriverError
 from .input import Input, open_input
 from .live import LivePicture
+from .saving import save
 from .target import Target
 from .worker import Worker
 
@@ -86,9 +88,11 @@ class PageSession:
             await self.tell({"told": "problem", "text": str(error)})
 
     async def _answer(self, number: Any, operation: str, values: Dict[str, Any]) -> None:
+        if operation == "play":
+            values["path"] = os.path.abspath(values["path"])
+        ask = partial(save, values) if operation == "save" else partial(self._target.ask, operation, values)
         try:
-            result = await self._worker.run(partial(self._target.ask, operation, values))
-            answer = {"answers": number, "result": result}
+            answer = {"answers": number, "result": await self._worker.run(ask)}
         except QtDriverError as error:
             answer = {"answers": number, "error": str(error)}
         await self.tell(answer)

@@ -11,6 +11,7 @@ from ..errors import QtDriverError
 from ..errors.commandline import NoApplicationError
 from ..errors.endings import describe_exit
 from .operations import perform
+from .recording import move_recording
 
 Values = Dict[str, Any]
 """Values that JSON can hold, by their names."""
@@ -46,12 +47,23 @@ class Target(ABC):
 class LaunchedTarget(Target):
     """An application of this process."""
 
-    def __init__(self, app: App) -> None:
+    def __init__(self, app: App, start_again: Optional[Callable[[], App]] = None) -> None:
+        """`start_again` ends the application and starts it anew; None where nobody may do that."""
         self._app = app
+        self._start_again = start_again
         self.display = app.display or os.environ.get("DISPLAY") or ""
 
     def ask(self, operation: str, values: Values) -> Any:
-        return perform(self._app, operation, values)
+        if self._start_again is not None and operation == "restart":
+            return self._restart(self._start_again)
+        result = perform(self._app, operation, values)
+        return {**result, "restarts": self._start_again is not None} if operation == "about" else result
+
+    def _restart(self, start_again: Callable[[], App]) -> Values:
+        before = self._app
+        self._app = start_again()
+        move_recording(before, self._app)
+        return {"pid": self._app.pid}
 
     def is_gone(self) -> bool:
         return self._app.connection.is_closed()

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Dict, List, Optional, Sequence, Tuple
+from typing import Dict, List, Optional, Sequence, Tuple, Union
 
 from ..lookup.snapshot import SnapshotNode
 from ..protocol.locators import as_python
@@ -31,13 +31,18 @@ _FARTHEST_CLICK = 10
 _WHEEL_STEP = 120
 
 
-def steps_of(app: str, events: Sequence[Event], names: Optional[Names] = None) -> List[Step]:
+Recorded = Union[Event, Step]
+"""An event, or a step that was made between two events, such as a check."""
+
+
+def steps_of(app: str, events: Sequence[Recorded], names: Optional[Names] = None) -> List[Step]:
     """The steps that do what a user did.
 
     Args:
         app: the name of the application, as its Launch has it.
         events: all of a recording, the oldest first; those of several replies one after the other. It may be called
             again with more of them: what was a step stays one, but for the last ones, which the next events can complete.
+            Steps among them stay as they are.
         names: makes the addresses of windows and widgets. By default those of Names, which nobody has checked.
 
     Returns the steps. Input that no address is found for is left out.
@@ -47,9 +52,9 @@ def steps_of(app: str, events: Sequence[Event], names: Optional[Names] = None) -
 
 
 class _Maker:
-    def __init__(self, app: str, events: Sequence[Event], names: Names) -> None:
+    def __init__(self, app: str, events: Sequence[Recorded], names: Names) -> None:
         self._app = app
-        self._events = [event for event in events if event.kind != "focus"]
+        self._events = [event for event in events if isinstance(event, Step) or event.kind != "focus"]
         self._names = names
         self._steps: List[Step] = []
         self._origins: List[Tuple[str, int]] = []  # of each step: the kind of gesture, and the widget
@@ -70,6 +75,9 @@ class _Maker:
             "action": self._take_action,
         }
         for number, event in enumerate(self._events):
+            if isinstance(event, Step):
+                self._take_step(event, number)
+                continue
             if self._run and not self._continues(event):
                 self._end_run(number)
             self._names.learn(event)
@@ -95,10 +103,20 @@ class _Maker:
         self._steps.append(Step(self._app, window, call, method, arguments, keywords))
         self._origins.append((origin, event.ref))
 
+    def _take_step(self, step: Step, number: int) -> None:
+        self._end_run(number)
+        self._end_right_click()
+        self._press = None
+        self._steps.append(step)
+        self._origins.append(("step", 0))
+
     def _drop_last(self, origin: str, ref: int) -> None:
         if self._origins and self._origins[-1] == (origin, ref):
             self._steps.pop()
             self._origins.pop()
+
+    def _events_from(self, number: int) -> List[Event]:
+        return [event for event in self._events[number:] if isinstance(event, Event)]
 
     # The mouse
 
@@ -199,7 +217,7 @@ class _Maker:
             self._add(press, "right click", "right_click", part=self._part(press, node) or "")
 
     def _set_slider(self, press: Event) -> None:
-        following = self._events[self._events.index(press) + 1 :]
+        following = self._events_from(self._events.index(press) + 1)
         node = next((one for event in following if (one := _in_tree(event, press.ref))), None)
         if node is not None and isinstance(node.value, int):
             self._add(press, "slider", "select", node.value)
@@ -264,7 +282,7 @@ class _Maker:
             secret = self._secrets.setdefault(first.ref, Secret(len(self._secrets) + 1))
             self._add(first, "fill", "fill", secret)
             return
-        following = self._events[number : number + 1]
+        following = self._events_from(number)[:1]
         same = following[0] if following and following[0].ref == first.ref else None
         told = _in_tree(following[0], first.ref) if following else None
         text = text_after(run, same, told)

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import keyword
 import re
-from typing import Dict, Iterable, Iterator, List, Sequence, Tuple
+from typing import Dict, Iterable, Iterator, List, NamedTuple, Sequence, Tuple
 
 from .steps import Argument, Launch, Part, Recorded, Secret, Step
 
@@ -13,6 +13,20 @@ _TEXT_IN_CALL = re.compile(r"\"([^\"]*)\"|'([^']*)'")
 _SPECIAL = re.compile(r"[.^$*+?{}\[\]\\|()]")
 _FUNCTIONS = ("containing", "re", "os", "pytest", "qtdriver", "eventually")
 _MOST_WORDS = 3
+
+
+class Needs(NamedTuple):
+    """Imports and constants that lines of a test need at the beginning of their file.
+
+    Attributes:
+        modules: those of Python that they import.
+        names: those that they import from qtdriver.
+        constants: the lines that read secrets.
+    """
+
+    modules: Tuple[str, ...] = ()
+    names: Tuple[str, ...] = ()
+    constants: Tuple[str, ...] = ()
 
 
 def secret_variable(secret: Secret) -> str:
@@ -32,16 +46,27 @@ def test_code(name: str, steps: Sequence[Recorded], summary: str = "") -> str:
     """
     if not steps:
         raise ValueError("there are no steps yet")
-    body = list(_body(steps))
-    secrets = sorted({one.number for step in steps if isinstance(step, Step) for one in _secrets(step)})
-    lines = [
-        _docstring(summary or f"The test {name}, from a conversation."),
-        "",
-        *_imports(body, bool(secrets)),
-    ]
-    lines += [f'SECRET_{number} = os.environ["{secret_variable(Secret(number))}"]' for number in secrets]
-    lines += [""] if secrets else []
+    body = body_lines(steps)
+    needed = needs_of(steps, body)
+    lines = [_docstring(summary or f"The test {name}, from a conversation."), "", *_imports(needed)]
+    lines += needed.constants
+    lines += [""] if needed.constants else []
     return "\n".join([*lines, "", f"def test_{name}(qtdriver):", *(f"    {line}" for line in body), ""])
+
+
+def body_lines(steps: Sequence[Recorded]) -> List[str]:
+    """The lines of the function of a test, without their indentation: first each application and window that is needed."""
+    return list(_body(steps))
+
+
+def needs_of(steps: Sequence[Recorded], body: Sequence[str]) -> Needs:
+    """The imports and constants that the lines of these steps need at the beginning of their file."""
+    numbers = sorted({one.number for step in steps if isinstance(step, Step) for one in _secrets(step)})
+    text = "\n".join(body)
+    modules = [name for name, used in (("os", bool(numbers)), ("re", "re.compile(" in text)) if used]
+    names = [name for name in ("containing", "eventually") if f"{name}(" in text]
+    constants = [f'SECRET_{number} = os.environ["{secret_variable(Secret(number))}"]' for number in numbers]
+    return Needs(tuple(modules), tuple(names), tuple(constants))
 
 
 def call_code(method: str, arguments: Iterable[Argument], keywords: Dict[str, Argument]) -> str:
@@ -78,16 +103,13 @@ def _docstring(text: str) -> str:
     return f'"""{line}"""'
 
 
-def _imports(body: Sequence[str], has_secrets: bool) -> Iterator[str]:
-    text = "\n".join(body)
-    modules = [name for name, used in (("os", has_secrets), ("re", "re.compile(" in text)) if used]
-    names = [name for name in ("containing", "eventually") if f"{name}(" in text]
-    yield from (f"import {module}" for module in modules)
-    if modules and names:
+def _imports(needed: Needs) -> Iterator[str]:
+    yield from (f"import {module}" for module in needed.modules)
+    if needed.modules and needed.names:
         yield ""
-    if names:
-        yield f"from qtdriver import {', '.join(names)}"
-    if modules or names:
+    if needed.names:
+        yield f"from qtdriver import {', '.join(needed.names)}"
+    if needed.modules or needed.names:
         yield ""
 
 

@@ -14,11 +14,11 @@ from typing import Dict, List
 from ..desktop import desktop
 from ..project.trial import Trial, pytest_command, trial_of
 from ..protocol.waiting import Deadline, attempts
+from ..recording.files import parts_below, write_below
 from ..recording.code import secret_variable, test_code
 from ..recording.steps import Secret, Step
 from .answers import MOST_OF_A_PART, Answer, ToolError, cut
 from .call import Call
-from .files import parts_below, write_below
 from .options import Options
 from .session import Session
 from .tool import Arguments, Tool

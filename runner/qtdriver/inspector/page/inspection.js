@@ -7,6 +7,7 @@ import {Widgets} from "./widgets.js";
 
 const CALM_MILLISECONDS = 250;
 const LONGEST_MILLISECONDS = 1000;
+const MODES = ["use", "point", "check"];
 
 const byId = (id) => document.getElementById(id);
 
@@ -14,7 +15,8 @@ export class Inspection {
   constructor(connection, picture) {
     this.connection = connection;
     this.picture = picture;
-    this.pointing = false;
+    this.mode = "use";
+    this.checked = () => {};
     this.widgets = new Widgets();
     this.told = "";
     this.due = 0;
@@ -24,21 +26,20 @@ export class Inspection {
     this.selected = new Selected(byId("selected"), connection);
     byId("find").addEventListener("input", () => this.tree.search(byId("find").value));
     byId("try").addEventListener("input", () => this.tryLocator());
-    byId("use").addEventListener("click", () => this.setPointing(false));
-    byId("point").addEventListener("click", () => this.setPointing(true));
+    for (const mode of MODES) byId(mode).addEventListener("click", () => this.setMode(mode));
     picture.canvas.addEventListener("pointermove", (event) => this.moved(event));
     picture.canvas.addEventListener("pointerleave", () => this.hover(null));
     picture.canvas.addEventListener("click", (event) => this.clicked(event));
     document.addEventListener("keydown", (event) => {
-      if (event.key === "Escape" && this.pointing) this.setPointing(false);
+      if (event.key === "Escape") this.setMode("use");
     });
   }
 
-  setPointing(on) {
-    this.pointing = on;
-    byId("use").setAttribute("aria-pressed", String(!on));
-    byId("point").setAttribute("aria-pressed", String(on));
-    document.body.classList.toggle("pointing", on);
+  /** Has a click in the picture use the application, select a widget, or choose what to check of it. */
+  setMode(mode) {
+    this.mode = mode;
+    for (const one of MODES) byId(one).setAttribute("aria-pressed", String(one === mode));
+    document.body.classList.toggle("pointing", mode !== "use");
     this.hover(null);
   }
 
@@ -69,13 +70,14 @@ export class Inspection {
   }
 
   moved(event) {
-    if (this.pointing) this.hover(this.widgets.at(this.picture.place(event)) || null);
+    if (this.mode !== "use") this.hover(this.widgets.at(this.picture.place(event)) || null);
   }
 
   clicked(event) {
-    if (!this.pointing) return;
+    if (this.mode === "use") return;
     const node = this.widgets.at(this.picture.place(event));
     if (node) this.select(node);
+    if (node && this.mode === "check") this.checked(node, event);
   }
 
   hover(node) {

@@ -1,10 +1,14 @@
 /* Puts the parts of the page together. */
 
+import {Checking} from "./checking.js";
 import {Connection} from "./connection.js";
 import {Console} from "./console.js";
+import {Editor} from "./editor.js";
 import {forwardInput} from "./input.js";
 import {Inspection} from "./inspection.js";
 import {Picture} from "./picture.js";
+import {Playing} from "./playing.js";
+import {Recording} from "./recording.js";
 
 const byId = (id) => document.getElementById(id);
 
@@ -29,13 +33,41 @@ const connection = new Connection({
 const inspection = new Inspection(connection, picture);
 new Console(connection);
 
+function tellOfTest(text) {
+  byId("told").textContent = visible(text);
+}
+
+const editor = new Editor(byId("editor"), () => {
+  playing.forget();
+  recording.keep();
+});
+const recording = new Recording(connection, editor, tellOfTest);
+const playing = new Playing(connection, editor, tellOfTest, () => (recording.on ? recording.stop() : null));
+const checking = new Checking(connection, (ref, words) => recording.check(ref, words));
+inspection.checked = (node, event) => checking.open(node, event.clientX, event.clientY);
+
+/** Shows the widgets or the test beside the picture. */
+function showPanel(name) {
+  for (const one of ["widgets", "test"]) {
+    byId(one).hidden = one !== name;
+    byId(`show-${one}`).setAttribute("aria-selected", String(one === name));
+  }
+  document.body.classList.toggle("testing", name === "test");
+  editor.draw();
+}
+byId("show-widgets").addEventListener("click", () => showPanel("widgets"));
+byId("show-test").addEventListener("click", () => showPanel("test"));
+document.addEventListener("test-shown", () => showPanel("test"));
+
 async function greet() {
   const about = await connection.ask("about");
   byId("about").textContent = `process ${about.pid}, agent ${about.agent}`;
+  playing.restarts = about.restarts;
+  if (about.recording || recording.on) await recording.start();
 }
 
 forwardInput(picture, {
   send: (message) => connection.send(message),
-  isActive: () => !inspection.pointing,
-  leave: () => byId("find").focus(),
+  isActive: () => inspection.mode === "use",
+  leave: () => byId(byId("test").hidden ? "find" : "code").focus(),
 });

@@ -1,4 +1,4 @@
-/* What is known of the selected widget: its class and names, its addresses, its properties. */
+/* Facts about the selected widget: its class and names, its addresses, its properties. */
 
 async function copy(text, button) {
   await navigator.clipboard.writeText(text);

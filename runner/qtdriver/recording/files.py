@@ -1,4 +1,4 @@
-"""Writing a file below a folder, and nowhere else."""
+"""Writing the file of a test below a folder, and nowhere else."""
 
 from __future__ import annotations
 
@@ -6,23 +6,33 @@ import os
 from pathlib import PurePosixPath
 from typing import List
 
-from .answers import ToolError
+from ..errors import QtDriverError
+
+
+class TestFileError(QtDriverError):
+    """A path that is no test below the folder, or a file that cannot be written."""
+
+    __test__ = False
+
+
+class TestFileExistsError(TestFileError):
+    """There is a file already, and nobody has said that it can be replaced."""
 
 
 def parts_below(path: str) -> List[str]:
-    """The names of a relative path. Raises ToolError for a path that is absolute, leads upwards, or is no test."""
+    """The names of a relative path. Raises TestFileError for a path that is absolute, leads upwards, or is no test."""
     pure = PurePosixPath(path)
     if pure.is_absolute() or ".." in pure.parts or "\\" in path or "\0" in path or not pure.parts:
-        raise ToolError("path has to be relative to the working directory, and stay below it")
+        raise TestFileError("path has to be relative to the working directory, and stay below it")
     if not (pure.name.startswith("test_") and pure.suffix == ".py"):
-        raise ToolError("path has to end with a file test_NAME.py, as pytest finds it")
+        raise TestFileError("path has to end with a file test_NAME.py, as pytest finds it")
     return list(pure.parts)
 
 
 def write_below(folder: "str | os.PathLike[str]", path: str, text: str, *, overwrite: bool) -> None:
     """Writes a file at a path below a folder, and makes the folders on the way. Follows no symbolic link below `folder`.
 
-    Raises ToolError where that cannot be done.
+    Raises TestFileError where that cannot be done.
     """
     *folders, name = parts_below(path)
     at = os.open(folder, os.O_RDONLY | os.O_DIRECTORY)
@@ -39,9 +49,11 @@ def write_below(folder: "str | os.PathLike[str]", path: str, text: str, *, overw
         ) as file:
             file.write(text)
     except FileExistsError:
-        raise ToolError(f"{path} is there already: choose another name, or give overwrite") from None
+        raise TestFileExistsError(
+            f"{path} is there already: choose another name, or give overwrite"
+        ) from None
     except OSError as error:
-        raise ToolError(f"{path} cannot be written: {error.strerror}") from None
+        raise TestFileError(f"{path} cannot be written: {error.strerror}") from None
     finally:
         os.close(at)
 

@@ -1,0 +1,228 @@
+"""Writes the input of a user as a test into the text of the editor on the page."""
+
+from __future__ import annotations
+
+from typing import Any, Dict, List, Optional, Tuple, Union
+from weakref import WeakKeyDictionary
+
+from ..api.app import App
+from ..errors import QtDriverError
+from ..lookup.snapshot import SnapshotNode
+from ..lookup.stable_locators import StableLocators
+from ..lookup.survey import SurveyedWindow
+from ..protocol.peers import load_psutil
+from ..recording.actions import steps_of
+from ..recording.checks import Check, checks_of
+from ..recording.code import body_lines, needs_of
+from ..recording.editing import with_needs, with_steps
+from ..recording.events import Event, parse_events
+from ..recording.names import Names
+from ..recording.steps import Launch, Step
+from .survey import last_survey, look
+
+Values = Dict[str, Any]
+
+_APP = "app"
+
+
+def record(app: App, values: Values) -> Any:
+    """Begins a recording with {"on": true}, which goes on with the last one unless {"anew": true}; else ends it."""
+    recording = _recording(app)
+    if values.get("anew"):
+        recording.forget()
+    if values["on"]:
+        recording.start()
+    else:
+        recording.stop()
+    return {"on": recording.is_on}
+
+
+def recorded(app: App, values: Values) -> Any:
+    """The text of the editor with what has been recorded since.
+
+    Args:
+        values: {"text", "line": that with the cursor, "written": the lines that were recorded until the last time}.
+
+    Returns {"text", "line", "written"} as they are now, {"on"}, and {"dropped"}: how many events were lost.
+    """
+    recording = _recording(app)
+    recording.poll()
+    steps = recording.steps()
+    before = [str(one) for one in values["written"]]
+    edited = str(values["text"])
+    launches = "qtdriver.launch(" in edited and not before
+    lines = body_lines([Launch(_APP, recording.command), *steps]) if steps or recording.is_on else before
+    told = with_steps(edited, int(values["line"]), lines[:1] if launches else before, lines)
+    told = with_needs(told, needs_of(steps, lines))
+    return {
+        "text": told.text,
+        "line": told.line,
+        "written": lines,
+        "on": recording.is_on,
+        "dropped": recording.dropped,
+    }
+
+
+def checks(app: App, values: Values) -> Any:
+    """All that can be checked of the widget {"ref"}, as texts."""
+    return [check.words for check in _checks(app, values)[0]]
+
+
+def check(app: App, values: Values) -> Any:
+    """Adds to the recording the check {"words"} of the widget {"ref"}."""
+    found, node, window = _checks(app, values)
+    chosen = next((one for one in found if one.words == values["words"]), None)
+    if chosen is None:
+        raise QtDriverError("this is not so any more")
+    _recording(app).add(_step(app, chosen, node, window))
+    return {"words": chosen.words}
+
+
+def _step(app: App, check: Check, node: SnapshotNode, window: SurveyedWindow) -> Step:
+    keywords: Dict[str, Any] = {}
+    arguments, method = check.arguments, check.method
+    if method == "has_property" and str(arguments[0]) in (
+        "text",
+        "value",
+        "title",
+        "currentText",
+        "plainText",
+    ):
+        method, keywords, arguments = "has", {str(arguments[0]): arguments[1]}, ()
+    if check.is_of_window:
+        return Step(_APP, window.call, "", method, arguments, keywords, is_check=True)
+    assert window.root is not None
+    found = StableLocators(app.connection, window.address, window.root).of(node)
+    if found is None:
+        raise QtDriverError("nothing finds this widget alone")
+    call = ".".join(filter(None, [found.call, check.part]))
+    return Step(_APP, window.call, call, method, arguments, keywords, is_check=True, reads=check.reads)
+
+
+def _checks(app: App, values: Values) -> Tuple[List[Check], SnapshotNode, SurveyedWindow]:
+    found = look(app).found.get(values["ref"])
+    if found is None:
+        raise QtDriverError("this widget is not there any more")
+    node, window = found
+    return checks_of(node, window.record.title), node, window
+
+
+class _Recording:
+    """All that has been recorded of an application.
+
+    Attributes:
+        command: that started the application.
+        dropped: how many events were lost.
+    """
+
+    def __init__(self, app: App) -> None:
+        self._app = app
+        self._known: Dict[Tuple[int, int], Optional[str]] = {}
+        self.command = _command_of(app)
+        self.forget()
+
+    def forget(self) -> None:
+        """Begins with nothing."""
+        self._made: List[Union[Event, Step]] = []
+        self.dropped = 0
+
+    @property
+    def is_on(self) -> bool:
+        """Whether the agent records."""
+        return self._is_on
+
+    _is_on = False
+
+    def go_on_with(self, app: App) -> None:
+        """Keeps what was done with an application that has ended; a recording ends with its application."""
+        self._made = list(self.steps())
+        self._known.clear()
+        self._app = app
+        self._is_on = False
+
+    def start(self) -> None:
+        """Has the agent record, unless it does."""
+        if not self._is_on:
+            self._app.connection.record()
+            self._is_on = True
+
+    def stop(self) -> None:
+        """Has the agent record no more; what has happened until now is kept."""
+        if self._is_on:
+            self._app.connection.stop_recording()
+            self.poll()
+            self._is_on = False
+
+    def poll(self) -> None:
+        """Asks the agent what has happened."""
+        if self._is_on:
+            told = parse_events(self._app.connection.events())
+            self._made += told.events
+            self.dropped += told.dropped
+            self._is_on = told.is_recording
+
+    def add(self, step: Step) -> None:
+        """Adds a step behind all that has happened."""
+        self.poll()
+        self._made.append(step)
+
+    def steps(self) -> List[Step]:
+        """All that was done."""
+        return steps_of(_APP, self._made, _LiveNames(self._app, self._known))
+
+
+class _LiveNames(Names):
+    """Names for widgets that were told; for one that nothing in its own window tells from others, the application is asked."""
+
+    def __init__(self, app: App, known: "Dict[Tuple[int, int], Optional[str]]") -> None:
+        super().__init__()
+        self._app = app
+        self._known = known
+
+    def widget(self, window: int, ref: int) -> Optional[str]:
+        """As the base class has it."""
+        told = super().widget(window, ref)
+        if told is not None:
+            return told
+        if (window, ref) not in self._known:
+            self._known[window, ref] = self._ask(ref)
+        return self._known[window, ref]
+
+    def _ask(self, ref: int) -> Optional[str]:
+        found = last_survey(self._app).found.get(ref) or look(self._app).found.get(ref)
+        if found is None or found[1].root is None:
+            return None
+        node, window = found
+        address = StableLocators(self._app.connection, window.address, found[1].root).of(node)
+        return None if address is None else address.call
+
+
+_RECORDINGS: "WeakKeyDictionary[App, _Recording]" = WeakKeyDictionary()
+
+
+def _recording(app: App) -> _Recording:
+    app.connection.require("+record")
+    if app not in _RECORDINGS:
+        _RECORDINGS[app] = _Recording(app)
+    return _RECORDINGS[app]
+
+
+def is_recording(app: App) -> bool:
+    """Whether the agent records for a page."""
+    return app in _RECORDINGS and _RECORDINGS[app].is_on
+
+
+def move_recording(before: App, after: App) -> None:
+    """Has the recording of an application go on with the one that was started in its place."""
+    recording = _RECORDINGS.pop(before, None)
+    if recording is not None:
+        recording.go_on_with(after)
+        _RECORDINGS[after] = recording
+
+
+def _command_of(app: App) -> Tuple[str, ...]:
+    psutil = load_psutil()
+    try:
+        return tuple(psutil.Process(app.launched_pid).cmdline()) or ("APP",)
+    except psutil.Error:
+        return ("APP",)
