@@ -52,6 +52,7 @@ from .errors import (
     ObscuredError,
     OldAgentError,
     OldQtError,
+    PauseError,
     PeerReaderMissingError,
     PictureError,
     PortInUseError,
@@ -90,6 +91,16 @@ from .protocol.records import CursorWidget, WidgetRecord, WindowRecord
 from .protocol.server import HOST, PORT, Server
 from .protocol.transcript import Exchange, Step, Transcript
 from .protocol.wire import Argument, Rect, Reply, Value, decode_hex, encode_argument, encode_hex
+
+
+def _pause(app: App) -> None:
+    """Pauses a test. What serves its page is slow to import, so it is only then."""
+    from .pausing.pause import pause
+
+    pause(app)
+
+
+App.pauser = _pause
 
 if TYPE_CHECKING:
     from .errors import HiddenError as HiddenError
@@ -149,6 +160,7 @@ __all__ = [
     "OldAgentError",
     "OldQtError",
     "PORT",
+    "PauseError",
     "PeerReaderMissingError",
     "PictureError",
     "PortInUseError",

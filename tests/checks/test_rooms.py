@@ -30,8 +30,9 @@ STANDS_ON = {
     "tools": ("expect", "project", "recording"),
     "mcp": ("tools",),
     "inspector": ("report", "expect", "recording"),
+    "pausing": ("inspector",),
     "commandline": ("shell", "project", "mcp", "inspector"),
-    "plugin": ("report", "expect"),
+    "plugin": ("report", "expect", "pausing"),
 }
 
 TOP = ""

@@ -6,10 +6,17 @@ import os
 import time
 from contextlib import suppress
 from pathlib import Path
-from typing import Callable, List, Optional, Tuple, Type, TypeVar
+from typing import Callable, ClassVar, List, Optional, Tuple, Type, TypeVar
 
 from ..crashes.stacks import Stacks, stacks_of_process
-from ..errors import RETRYABLE_ERRORS, ApplicationEndedError, ConnectionClosed, QtDriverError, ReplyError
+from ..errors import (
+    RETRYABLE_ERRORS,
+    ApplicationEndedError,
+    ConnectionClosed,
+    PauseError,
+    QtDriverError,
+    ReplyError,
+)
 from ..errors.internal import NoReplyYet
 from ..launch.dlls import windows_path
 from ..launch.process import GRACE_SECONDS, Process
@@ -60,6 +67,9 @@ class App(ClosedOnLeaving):
         end_is_known: whether the test knows that the application has ended: the test has waited for that or ended it, or
             a call has raised an error for it.
     """
+
+    pauser: ClassVar[Optional[Callable[["App"], None]]] = None
+    """Pauses a test. The package qtdriver sets it: pages are no matter of this package."""
 
     def __init__(
         self,
@@ -113,6 +123,15 @@ class App(ClosedOnLeaving):
     def popup(self) -> Window:
         """The open popup: a menu, or the list of a combo box."""
         return Window(self, POPUP, "popup()")
+
+    def pause(self) -> None:
+        """Pauses the test, and opens a page with the application, the source of the test and a console, until you go on there.
+
+        Raises PauseError, rather than to hang, where nobody is there: in CI, without a terminal, in one of several workers.
+        """
+        if App.pauser is None:
+            raise PauseError("nothing here pauses a test: import qtdriver")
+        App.pauser(self)
 
     def windows(self) -> Tuple[WindowRecord, ...]:
         """The visible windows as they are now."""

@@ -49,6 +49,7 @@
         DesktopError                    the desktop without a screen does not start
         PictureError                    there is no picture
         ClipboardError                  the clipboard cannot be read
+        PauseError                      nobody is there who could have a paused test go on
 
 Those of the command line are in `errors.commandline`.
 """
@@ -76,6 +77,7 @@ from .refusals import (
     CornerButtonError,
     NoEditorError,
     OldAgentError,
+    PauseError,
     PictureError,
     UnsupportedTextError,
 )
@@ -151,6 +153,7 @@ __all__ = [
     "NotVisibleError",
     "ObscuredError",
     "OldAgentError",
+    "PauseError",
     "PeerReaderMissingError",
     "PictureError",
     "PortInUseError",

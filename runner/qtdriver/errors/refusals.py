@@ -78,3 +78,7 @@ class PictureError(QtDriverError):
 
 class ClipboardError(QtDriverError):
     """The clipboard cannot be read."""
+
+
+class PauseError(QtDriverError):
+    """A test cannot be paused: nobody is there who could have it go on."""

@@ -8,7 +8,7 @@ import linecache
 import re
 import traceback
 from contextlib import redirect_stdout
-from typing import Any, Dict
+from typing import Any, Dict, Mapping
 from weakref import WeakKeyDictionary
 
 from ..api.app import App
@@ -40,6 +40,11 @@ def run_python(app: App, values: Dict[str, Any]) -> Any:
             print(_describe(error, text))
     told = output.getvalue().rstrip("\n")
     return {"output": told if len(told) <= _LONGEST else f"{told[:_LONGEST]}\n...", "failed": failed}
+
+
+def offer_names(app: App, names: Mapping[str, Any]) -> None:
+    """Has the console of an application know these names, too."""
+    _names(app).update(names)
 
 
 def _names(app: App) -> Dict[str, Any]:

@@ -17,6 +17,7 @@ from ..launch.progress import show_progress_on
 from .fixtures import _qtdriver_shared, qtdriver, qtdriver_settings
 from .hookimpl import hookimpl
 from .hooks import RESULTS, TestHooks
+from .pauses import register_pauses
 from .parallel import Workers, prepare
 from .remote import begin_sending
 from .results import Results
@@ -45,6 +46,8 @@ def pytest_configure(config: pytest.Config) -> None:
     config.pluginmanager.register(TestHooks(), "qtdriver-tests")
     if settings.shard is not None:
         config.pluginmanager.register(Shards(config, settings), SHARDS)
+    if settings.pause:
+        register_pauses(config)
     if hasattr(config, "workerinput"):
         return
     notes = [

@@ -5,7 +5,7 @@ from __future__ import annotations
 import time
 from contextlib import suppress
 from pathlib import Path
-from typing import List, Optional
+from typing import List, Optional, Tuple
 
 from ..api.app import App
 from ..api.disconnection import ended_error
@@ -67,6 +67,10 @@ class TestArtifacts:
         if settings.trace != TRACE_OFF:
             self._recorder = Recorder(self.folder / _TRACE)
             driver.listeners.append(self._recorder)
+
+    def apps(self) -> Tuple[App, ...]:
+        """The applications of the test."""
+        return self._driver.apps
 
     def collect(self) -> None:
         """Writes the bundle of a failure, once, from the applications as they are now."""

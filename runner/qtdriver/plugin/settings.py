@@ -46,6 +46,7 @@ class Settings:
         update: whether snapshots are written as they are now, in place of being compared.
         shard: the number of the shard that this run is, from 1, and that of all shards; None for a whole run.
         times: the results of an earlier run, by whose times tests are split among shards.
+        pause: whether a test that fails is paused.
     """
 
     build: Optional[Path]
@@ -66,6 +67,7 @@ class Settings:
     update: bool
     shard: Optional[Tuple[int, int]]
     times: Path
+    pause: bool = False
 
 
 class _Option(NamedTuple):
@@ -237,6 +239,7 @@ _OPTIONS = (
 )
 _HEADED = "qtdriver_headed"
 _UPDATE = "qtdriver_update"
+_PAUSE = "qtdriver_pause_on_failure"
 
 OUTPUT = pytest.StashKey[Path]()
 """The key of the output folder that the run has taken, in the stash of its configuration."""
@@ -278,6 +281,13 @@ def add_options(parser: pytest.Parser) -> None:
         default=False,
         help="write the snapshots of looks_like() and matches_picture() as they are now, in place of comparing",
     )
+    group.addoption(
+        "--qtdriver-pause-on-failure",
+        dest=_PAUSE,
+        action="store_true",
+        default=False,
+        help="open a page with the application when a test fails, and go on from there; needs a terminal, and no -n",
+    )
     parser.addini(_HEADED, "default of --qtdriver-headed", type="bool", default=False)
 
 
@@ -297,7 +307,7 @@ def read_settings(config: pytest.Config) -> Settings:
         values["times"] = values["output"] / RESULTS_FILE
     if values["report"] is None:
         values["report"] = values["output"] / REPORT_NAME
-    return Settings(**values, update=config.getoption(_UPDATE))
+    return Settings(**values, update=config.getoption(_UPDATE), pause=config.getoption(_PAUSE))
 
 
 def _read(config: pytest.Config, option: _Option) -> object:

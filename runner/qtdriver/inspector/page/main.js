@@ -6,6 +6,7 @@ import {Console} from "./console.js";
 import {Editor} from "./editor.js";
 import {forwardInput} from "./input.js";
 import {Inspection} from "./inspection.js";
+import {Paused} from "./paused.js";
 import {Picture} from "./picture.js";
 import {Playing} from "./playing.js";
 import {Recording} from "./recording.js";
@@ -48,21 +49,27 @@ inspection.checked = (node, event) => checking.open(node, event.clientX, event.c
 
 /** Shows the widgets or the test beside the picture. */
 function showPanel(name) {
-  for (const one of ["widgets", "test"]) {
+  for (const one of ["widgets", "test", "paused"]) {
     byId(one).hidden = one !== name;
     byId(`show-${one}`).setAttribute("aria-selected", String(one === name));
   }
-  document.body.classList.toggle("testing", name === "test");
+  document.body.classList.toggle("testing", name !== "widgets");
   editor.draw();
 }
 byId("show-widgets").addEventListener("click", () => showPanel("widgets"));
 byId("show-test").addEventListener("click", () => showPanel("test"));
+byId("show-paused").addEventListener("click", () => showPanel("paused"));
+const paused = new Paused(connection, () => {
+  showPanel("paused");
+  inspection.lookSoon();
+});
 document.addEventListener("test-shown", () => showPanel("test"));
 
 async function greet() {
   const about = await connection.ask("about");
   byId("about").textContent = `process ${about.pid}, agent ${about.agent}`;
   playing.restarts = about.restarts;
+  if (about.pauses) paused.begin();
   if (about.recording || recording.on) await recording.start();
 }
 
