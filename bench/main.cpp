@@ -4,6 +4,7 @@
 
 #include <QApplication>
 
+#include <initializer_list>
 #include <string>
 
 namespace {

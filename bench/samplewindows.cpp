@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include <map>
+#include <utility>
 
 namespace {
 

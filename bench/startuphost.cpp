@@ -9,6 +9,7 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QSocketNotifier>
 
+#include <cstddef>
 #include <cstdio>
 #include <dlfcn.h>
 #include <malloc.h>

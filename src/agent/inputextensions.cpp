@@ -18,6 +18,9 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <cstddef>
+#include <vector>
+
 namespace agent {
 
 namespace {

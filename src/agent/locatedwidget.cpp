@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <vector>
+
 namespace agent {
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "identify/pathfit.h"
 
+#include <vector>
+
 class QObject;
 
 namespace identify {

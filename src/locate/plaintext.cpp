@@ -1,6 +1,7 @@
 #include "locate/plaintext.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace locate {

@@ -7,6 +7,8 @@
 #include <QtCore/QSet>
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 namespace locate {
 

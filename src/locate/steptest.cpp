@@ -10,6 +10,7 @@
 #include <QtCore/QMetaProperty>
 
 #include <algorithm>
+#include <iterator>
 
 namespace locate {
 

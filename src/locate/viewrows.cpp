@@ -7,6 +7,8 @@
 #include <QPersistentModelIndex>
 #include <QPointer>
 
+#include <memory>
+
 namespace locate {
 
 namespace {

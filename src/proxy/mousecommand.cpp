@@ -4,6 +4,8 @@
 #include "proxy/sterror.h"
 #include "proxy/words.h"
 
+#include <cstddef>
+
 namespace proxy {
 
 namespace {

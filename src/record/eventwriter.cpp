@@ -15,6 +15,8 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
+#include <cstddef>
+
 namespace record {
 
 namespace {

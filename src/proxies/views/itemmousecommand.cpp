@@ -6,6 +6,8 @@
 
 #include <QtCore/QStringList>
 
+#include <cstddef>
+
 namespace views {
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include <QtCore/QModelIndex>
 
+#include <cstddef>
 #include <functional>
 
 class QAbstractItemView;
