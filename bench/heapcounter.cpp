@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <malloc.h>
 
-// The C library's own functions, which the definitions below stand before.
+// The C library's own functions, which the definitions below replace.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -18,7 +18,7 @@ namespace {
 
 std::atomic<long> allocations(0);
 std::atomic<long> used(0);
-std::atomic<long> most(0);
+std::atomic<long> peak(0);
 
 void* counted(void* memory)
 {
@@ -27,8 +27,8 @@ void* counted(void* memory)
     allocations.fetch_add(1, std::memory_order_relaxed);
     const long size = static_cast<long>(malloc_usable_size(memory));
     const long now = used.fetch_add(size, std::memory_order_relaxed) + size;
-    if (now > most.load(std::memory_order_relaxed))
-        most.store(now, std::memory_order_relaxed);
+    if (now > peak.load(std::memory_order_relaxed))
+        peak.store(now, std::memory_order_relaxed);
     return memory;
 }
 
@@ -86,10 +86,10 @@ void resetHeapUse()
 {
     allocations = 0;
     used = 0;
-    most = 0;
+    peak = 0;
 }
 
 HeapUse heapUse()
 {
-    return {allocations, used, most};
+    return {allocations, used, peak};
 }

@@ -17,7 +17,7 @@ namespace {
 
 QByteArray listExtensions(const Request& request, STApplicationProxy& registry);
 QByteArray recordEvents(const Request& request, STApplicationProxy& registry);
-QByteArray tellEvents(const Request& request, STApplicationProxy& registry);
+QByteArray takeEvents(const Request& request, STApplicationProxy& registry);
 
 struct ExtensionRow
 {
@@ -41,7 +41,7 @@ const ExtensionRow extensionRows[] = {
     {"+clipboard", clipboardText},
     {"+focus", focusWidget},
     {"+record", recordEvents},
-    {"+events", tellEvents},
+    {"+events", takeEvents},
 };
 
 // Sections: none. The names of all extensions: a test asks once what this agent can do.
@@ -53,7 +53,7 @@ QByteArray listExtensions(const Request&, STApplicationProxy&)
     return replyForValue(names);
 }
 
-// Section 1: "start" or "stop"; section 2: empty, or "passwords" to have the keys in fields that hide their text recorded.
+// Section 1: "start" or "stop"; section 2: empty, or "passwords" to record keys in fields that hide their text, too.
 QByteArray recordEvents(const Request& request, STApplicationProxy&)
 {
     const QString mode = request.utf8Text(1);
@@ -62,7 +62,7 @@ QByteArray recordEvents(const Request& request, STApplicationProxy&)
         proxy::raiseError("Unknown option \"%s\"", option);
     if (mode == QLatin1String("start"))
         record::Recorder::instance().start(
-            option.isEmpty() ? record::Recorder::Passwords::Hidden : record::Recorder::Passwords::Told);
+            option.isEmpty() ? record::Recorder::Passwords::Hidden : record::Recorder::Passwords::Recorded);
     else if (mode == QLatin1String("stop"))
         record::Recorder::instance().stop();
     else
@@ -70,8 +70,8 @@ QByteArray recordEvents(const Request& request, STApplicationProxy&)
     return "0,";
 }
 
-// Sections: none. The events since the last time, as JSON.
-QByteArray tellEvents(const Request&, STApplicationProxy&)
+// Sections: none. The events recorded since the last such request, as JSON.
+QByteArray takeEvents(const Request&, STApplicationProxy&)
 {
     return "0,j:" + record::Recorder::instance().take();
 }

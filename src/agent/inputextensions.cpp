@@ -26,7 +26,7 @@ namespace agent {
 namespace {
 
 // The application handles each character before the next one, and nothing else meanwhile: a longer text would block it.
-const int mostCharacters = 100000;
+const int maximumCharacters = 100000;
 
 QByteArray classReply(const QWidget* widget)
 {
@@ -107,8 +107,8 @@ QByteArray pressKeys(const Request& request, STApplicationProxy& registry)
 QByteArray typeText(const Request& request, STApplicationProxy& registry)
 {
     const QString text = request.utf8Text(3);
-    if (text.size() > mostCharacters)
-        proxy::raiseError("At most %d characters are typed at a time", mostCharacters);
+    if (text.size() > maximumCharacters)
+        proxy::raiseError("At most %d characters are typed at a time", maximumCharacters);
     return withKeyboard(request, registry, [&](proxy::Keyboard& keyboard) {
         for (int position = 0; position < text.size();) {
             const proxy::KeyEvents events = proxy::Keyboard::type(proxy::takeKeyStroke(text, position));
@@ -128,7 +128,7 @@ QByteArray turnWheel(const Request& request, STApplicationProxy& registry)
         const QByteArray reply = classReply(widget);
         const QStringList parts = proxy::firstParts(command, QLatin1Char(':'), 2);
         const QPoint point = proxy::pointAtShares(widget->rect(), parts.value(0), parts.value(1), 1);
-        const QString obstacle = whyNotReady(*registry.proxyFor(widget, QString()), {widget, point});
+        const QString obstacle = prepareForMouse(*registry.proxyFor(widget, QString()), {widget, point});
         if (!obstacle.isEmpty())
             return notYet(obstacle);
         if (!widget)

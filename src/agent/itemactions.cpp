@@ -35,11 +35,11 @@ struct NamedItem
     QString className;
     QVariant name;
 
-    ItemArea area(STApplicationProxy& registry) const
+    ItemArea show(STApplicationProxy& registry) const
     {
         if (!widget)
             proxy::raiseError(proxy::deadWidgetMessage);
-        return registry.itemArea(widget, className, name);
+        return registry.showItem(widget, className, name);
     }
 };
 
@@ -59,33 +59,34 @@ bool needsEnabledItem(const QString& command)
         && words.value(0) != QLatin1String("MouseMove");
 }
 
-// Why a user could not play the command at the item; empty when they could, and then `area` is the item's place.
-QString obstacleAt(const NamedItem& item, const QString& command, STApplicationProxy& registry, ItemArea& area)
+// Scrolls to the item and prepares it for the mouse command. Returns why a user could not perform the command there;
+// empty when they could, and then `area` is the item's place.
+QString prepareItem(const NamedItem& item, const QString& command, STApplicationProxy& registry, ItemArea& area)
 {
     const QString unusable = whyNotUsable(*registry.proxyFor(item.widget, item.className));
     if (!unusable.isEmpty())
         return unusable;
-    area = item.area(registry);
+    area = item.show(registry);
     if (!area.widget)
         proxy::raiseError(proxy::deadWidgetMessage);
     if (!area.isEnabled && needsEnabledItem(command))
         return proxy::disabledItem(item.name.toString());
     STWidgetProxy* part = registry.proxyFor(area.widget, QLatin1String("QWidget"));
-    const QString obstacle = whyNotReady(*part, {area.widget, mousePoint(area.rect, command)});
+    const QString obstacle = prepareForMouse(*part, {area.widget, mousePoint(area.rect, command)});
     if (!obstacle.isEmpty())
         return obstacle;
-    const ItemArea now = item.area(registry);
+    const ItemArea now = item.show(registry);
     const bool hasMoved = now.widget != area.widget || now.rect != area.rect;
     return hasMoved ? QLatin1String("moving") : QString();
 }
 
-QByteArray scrolledTo(QWidget* widget, const QRect& rect)
+QByteArray scrollAndReply(QWidget* widget, const QRect& rect)
 {
     const QPointer<QWidget> guarded(widget);
-    const QString outside = bringIntoSight(guarded, rect);
+    const QString outside = scrollIntoView(guarded, rect);
     if (!outside.isEmpty())
         return notYet(outside);
-    const QRect part = partInSight(guarded, rect);
+    const QRect part = visiblePart(guarded, rect);
     return replyForRect(QRect(compat::mapToGlobal(guarded, part.topLeft()), part.size()));
 }
 
@@ -124,13 +125,13 @@ QByteArray mouseOnItem(const Access& window, const Request& request, bool isForc
     const QString command = valueFromText(request.utf8Text(4)).toString();
     const QByteArray reply = QByteArray("0,") + registry.resolveClassName(item.widget, item.className);
     if (isForced) {
-        const ItemArea area = item.area(registry);
+        const ItemArea area = item.show(registry);
         registry.mouseActionAt(area, command);
         return reply;
     }
     return withReason([&] {
         ItemArea area = {nullptr, QRect(), false};
-        const QString obstacle = obstacleAt(item, command, registry, area);
+        const QString obstacle = prepareItem(item, command, registry, area);
         if (!obstacle.isEmpty())
             return notYet(obstacle);
         registry.mouseActionAt(area, command);
@@ -147,15 +148,15 @@ QByteArray scrollToLocated(const Request& request, STApplicationProxy& registry)
         return notYet(QLatin1String("hidden"));
     const int itemSection = 4;
     if (request.section(itemSection).isEmpty())
-        return scrolledTo(access.widget, access.widget->rect());
+        return scrollAndReply(access.widget, access.widget->rect());
     const NamedItem item = itemOf(access.widget, request, itemSection);
     if (!access.widget->isEnabled())
         return notYet(QLatin1String("disabled"));
     return withReason([&] {
-        const ItemArea area = item.area(registry);
+        const ItemArea area = item.show(registry);
         if (!area.widget)
             proxy::raiseError(proxy::deadWidgetMessage);
-        return scrolledTo(area.widget, area.rect);
+        return scrollAndReply(area.widget, area.rect);
     });
 }
 

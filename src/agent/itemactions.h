@@ -18,8 +18,8 @@ class Request;
 // `window` is where sections 1 and 2 are looked for.
 QByteArray mouseOnItem(const Access& window, const Request& request, bool isForced, STApplicationProxy& registry);
 
-// Section 4: an item, or nothing. Scrolls to the widget or its item, and replies with the rectangle on the screen at which
-// it is in sight.
+// Section 4: an item, or nothing. Scrolls to the widget or its item, and replies with the part of it that is visible
+// then, as a rectangle on the screen.
 QByteArray scrollToLocated(const Request& request, STApplicationProxy& registry);
 
 // Section 4: an item. Replies "0,j:" and an object with its text and states, without acting.

@@ -33,7 +33,7 @@ const char focusLostReason[] = "gives the keyboard focus away";
 QString focusRefusal(const QWidget* widget)
 {
     const QWidget* taker = focusTaker(widget);
-    const QWidget* popup = compat::popupBefore(widget);
+    const QWidget* popup = compat::popupInFrontOf(widget);
     if (!widget->isEnabled() || !taker->isEnabled())
         return QLatin1String("disabled");
     if (!taker->isVisible())

@@ -93,7 +93,7 @@ QByteArray actOnLocated(const Access& window, const Request& request, int forceS
     }
     try {
         STWidgetProxy* proxy = registry.proxyFor(widget, className);
-        const QString obstacle = whyNotReady(*proxy, placeOf(*proxy, value));
+        const QString obstacle = prepareForMouse(*proxy, placeOf(*proxy, value));
         if (!obstacle.isEmpty())
             return notYet(obstacle);
         act(required(widget), className, value);

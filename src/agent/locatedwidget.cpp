@@ -52,7 +52,7 @@ QByteArray refusal(const QWidget* window, const locate::SearchResult& result, co
     return reply + (window ? descriptions(window, result.widgets) : "[]");
 }
 
-locate::SearchResult found(QWidget* window, const QString& locator)
+locate::SearchResult searchFor(QWidget* window, const QString& locator)
 {
     try {
         return locate::search(window, locate::parseLocator(locator));
@@ -74,7 +74,7 @@ Access locatedWidget(const Access& window, const Request& request)
     if (!window.widget || locator.isEmpty())
         return window;
     const QPointer<QWidget> guarded(window.widget); // reading a property runs code that may delete it
-    const locate::SearchResult result = found(window.widget, locator);
+    const locate::SearchResult result = searchFor(window.widget, locator);
     if (result.outcome == locate::Outcome::One && !result.widgets.front())
         proxy::raiseError(proxy::deadWidgetMessage);
     const bool isOne = result.outcome == locate::Outcome::One;

@@ -31,7 +31,7 @@ namespace agent {
 
 namespace {
 
-// Inner parts of composite widgets: a test is told the composite.
+// Inner parts of composite widgets; the command reports the composite.
 struct CompositePart
 {
     const char* partClass; // exactly

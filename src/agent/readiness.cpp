@@ -39,7 +39,7 @@ QRect placeInWindow(const QWidget* widget)
     return QRect(widget->mapTo(widget->window(), QPoint(0, 0)), widget->size());
 }
 
-bool isMoving(const QPointer<QWidget>& widget)
+bool handleEventsAndDetectMove(const QPointer<QWidget>& widget)
 {
     const QRect place = placeInWindow(widget);
     const QRect windowPlace = widget->window()->geometry();
@@ -48,7 +48,7 @@ bool isMoving(const QPointer<QWidget>& widget)
     return placeInWindow(widget) != place || widget->window()->geometry() != windowPlace;
 }
 
-// The outermost ancestor that does not contain a point of the widget; null where the point is in sight.
+// The outermost ancestor that does not contain a point of the widget; null where none of them cuts the point off.
 const QWidget* clippingWidget(const QWidget* widget, QPoint point)
 {
     const QWidget* clipping = nullptr;
@@ -93,8 +93,8 @@ void scrollTo(const QPointer<QWidget>& widget, const QRect& rect)
     living(widget);
 }
 
-// The reason why the mouse would miss the widget at a point, as far as its own window goes; empty if it would not.
-QString whatCovers(const QWidget* widget, const QPoint& point)
+// Why the mouse would miss the widget at a point, as far as its own window goes; empty if it would not.
+QString findObstacleInWindow(const QWidget* widget, const QPoint& point)
 {
     const QWidget* window = widget->window();
     const QWidget* under = window->childAt(widget->mapTo(const_cast<QWidget*>(window), point));
@@ -112,17 +112,18 @@ bool belongsTo(const QWidget* widget, const QWidget* owner)
     return widget != nullptr;
 }
 
-// Whether a popup is the widget's own: the list of a combo box, a menu of a button, or what completes a field's text, which
-// leaves the keys to the field.
+// Whether a popup is the widget's own: the list of a combo box, a menu of a button, or a field's list of completions,
+// whose focus proxy is the field.
 bool isPopupOf(const QWidget* popup, const QWidget* widget)
 {
     return belongsTo(popup, widget) || belongsTo(popup->focusProxy(), widget);
 }
 
-QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point);
+QString waitAndFindObstacle(const QPointer<QWidget>& widget, const QPoint& point);
 
-// The same as far as the items of the view go that shows the widget, and what is in front of that view.
-QString whatCoversEmbedded(const QWidget* widget, const QPoint& point, QGraphicsView* view)
+// The same for a widget that a graphics view embeds: another item of the scene can be in front, or another widget in
+// front of the view.
+QString findObstacleInView(const QWidget* widget, const QPoint& point, QGraphicsView* view)
 {
     const QPoint position = view->viewport()->mapFromGlobal(compat::mapToGlobal(widget, point));
     const QWidget* under = compat::embeddedWidgetAt(view->viewport(), position);
@@ -130,12 +131,13 @@ QString whatCoversEmbedded(const QWidget* widget, const QPoint& point, QGraphics
         return coveredBy(view);
     if (!isInside(under, widget))
         return coveredBy(under);
-    const QString covers = whatCovers(view->viewport(), position);
-    return covers.isEmpty() ? whichWindowCovers(view->viewport(), position) : covers;
+    const QString covers = findObstacleInWindow(view->viewport(), position);
+    return covers.isEmpty() ? waitAndFindObstacle(view->viewport(), position) : covers;
 }
 
-// The same as far as other windows go: an open popup gets all input, and another window can be above this one.
-QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
+// The same as far as other windows go: an open popup gets all input, and another window can be above this one. Waits
+// for the window manager to raise this one.
+QString waitAndFindObstacle(const QPointer<QWidget>& widget, const QPoint& point)
 {
     const QWidget* popup = QApplication::activePopupWidget();
     if (popup && popup != widget->window())
@@ -143,14 +145,14 @@ QString whichWindowCovers(const QPointer<QWidget>& widget, const QPoint& point)
     if (proxy::HeldMouse::instance().isWithinMove())
         return QString(); // a picture of what is dragged may be in front
     if (QGraphicsView* view = compat::viewAround(widget))
-        return whatCoversEmbedded(widget, point, view);
+        return findObstacleInView(widget, point, view);
     const QPoint position = compat::mapToGlobal(widget, point);
     compat::waitUntilInFront(widget, position);
     living(widget);
     const QWidget* under = compat::widgetAt(position);
     if (!under)
         return QLatin1String("hidden by another window");
-    return under->window() == widget->window() ? whatCovers(widget, point) : coveredBy(under);
+    return under->window() == widget->window() ? findObstacleInWindow(widget, point) : coveredBy(under);
 }
 
 } // namespace
@@ -163,7 +165,7 @@ QString whyNotUsable(STWidgetProxy& proxy)
     return target->isEnabled() ? QString() : QLatin1String("disabled");
 }
 
-QString bringIntoSight(QWidget* target, const QRect& rect)
+QString scrollIntoView(QWidget* target, const QRect& rect)
 {
     const QPointer<QWidget> widget(target);
     scrollTo(widget, rect);
@@ -172,14 +174,14 @@ QString bringIntoSight(QWidget* target, const QRect& rect)
         const QPointer<QWidget> viewport(view->viewport());
         const QRect shown = compat::scrollViewTo(view, widget, rect);
         living(widget);
-        return bringIntoSight(living(viewport), shown);
+        return scrollIntoView(living(viewport), shown);
     }
     if (!clipping)
         return QString();
     return clipping->isWindow() ? QLatin1String("outside its window") : QLatin1String("outside ") + described(clipping);
 }
 
-QRect partInSight(const QWidget* widget, QRect rect)
+QRect visiblePart(const QWidget* widget, QRect rect)
 {
     QPoint offset;
     for (const QWidget* around = widget;; around = around->parentWidget()) {
@@ -190,23 +192,23 @@ QRect partInSight(const QWidget* widget, QRect rect)
     }
 }
 
-QString whyNotReady(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place)
+QString prepareForMouse(STWidgetProxy& proxy, const STWidgetProxy::MousePlace& place)
 {
     const QString unusable = whyNotUsable(proxy);
     if (!unusable.isEmpty())
         return unusable;
     const QPointer<QWidget> widget(place.widget);
-    if (isMoving(widget))
+    if (handleEventsAndDetectMove(widget))
         return QLatin1String("moving");
-    const QString outside = bringIntoSight(widget, QRect(place.point, QSize(1, 1)));
+    const QString outside = scrollIntoView(widget, QRect(place.point, QSize(1, 1)));
     if (!outside.isEmpty())
         return outside;
-    const QString covers = whatCovers(widget, place.point);
+    const QString covers = findObstacleInWindow(widget, place.point);
     if (!covers.isEmpty())
         return covers;
     proxy.prepareWidget();
     living(widget);
-    return whichWindowCovers(widget, place.point);
+    return waitAndFindObstacle(widget, place.point);
 }
 
 } // namespace agent

@@ -15,7 +15,7 @@ bool RequestReader::take(QByteArray& request)
     if (isThrottled)
         return false;
     readOn();
-    if (incomplete.size() > longestRequestBytes) {
+    if (incomplete.size() > maximumRequestBytes) {
         device.close();
         incomplete.clear();
     }
@@ -32,8 +32,8 @@ void RequestReader::clear()
     incomplete.clear();
 }
 
-// Reads up to the end of a line and no further: what the device has not handed out, it counts as available. The readLine()
-// of Qt 4's sockets takes byte by byte, so it has only the piece in which the line ends.
+// Reads up to the end of a line and no further, so that bytesAvailable() still counts the requests behind it.
+// readLine() of Qt 4's sockets reads byte by byte, so it gets only the piece in which the line ends.
 void RequestReader::readOn()
 {
     const qint64 available = device.bytesAvailable();
@@ -42,7 +42,7 @@ void RequestReader::readOn()
 
 void RequestReader::updateBackpressure()
 {
-    const bool isBehind = device.bytesToWrite() > mostUnreadReplyBytes;
+    const bool isBehind = device.bytesToWrite() > maximumUnreadReplyBytes;
     if (isBehind && !isThrottled)
         connect(&device, SIGNAL(bytesWritten(qint64)), SIGNAL(resumable()));
     else if (!isBehind && isThrottled)

@@ -15,10 +15,10 @@ class RequestReader : public QObject
 public:
     // A longer request, with its line end, closes the device, for it may have no end at all. A text of eight million
     // characters is shorter.
-    static const int longestRequestBytes = 16 * 1024 * 1024;
-    // While more than that is still to be written to the device, no request is taken: each has its reply, and all of them
-    // would be kept in the application's memory.
-    static const int mostUnreadReplyBytes = 4 * 1024 * 1024;
+    static const int maximumRequestBytes = 16 * 1024 * 1024;
+    // While more than that is still to be written to the device, no request is taken: the replies to further ones would
+    // pile up in the application's memory.
+    static const int maximumUnreadReplyBytes = 4 * 1024 * 1024;
 
     // The device is not owned.
     explicit RequestReader(QIODevice& source);

@@ -96,7 +96,7 @@ bool TestClient::event(QEvent* event)
 
 void TestClient::socketError(QAbstractSocket::SocketError error)
 {
-    // Windows tells of the end together with the last bytes, before there was an event for their requests.
+    // Windows reports the end together with the last bytes, before there was an event for their requests.
     if (error == RemoteHostClosedError && requests->closeAfterRequests())
         return;
     close();

@@ -32,10 +32,10 @@ class QTDRIVER_EXPORT TestClient : public QTcpSocket
 public:
     // Starts connecting and returns at once. Needs a QApplication, and its thread.
     TestClient();
-    // Sends what is still to be sent, however long the server takes to read it: call abort() first not to wait. The
-    // proxy registry stays for the rest of the process, on purpose: a command may still be on the stack.
-    // It may be deleted at any time in its thread, even in a slot that one of its commands runs: that command has no
-    // reply then.
+    // Sends what is still to be sent, however long the server takes to read it; call abort() first not to wait. The
+    // proxy registry is kept until the process ends, since a command that uses it may still be on the stack: the agent
+    // may be deleted at any time in its thread, even in a slot that one of its commands runs. That command has no reply
+    // then.
     ~TestClient() override;
 
     void close() override;

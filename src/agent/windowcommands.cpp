@@ -19,7 +19,7 @@ const int maximumSide = 16384;
 const char typeErrorReply[] = "8,Type error: move or resize accepts integer";
 
 // The range of positions that Qt can handle: further out, the edges of a window overflow an int.
-int reachable(int coordinate)
+int withinQtRange(int coordinate)
 {
     return qBound(-QWIDGETSIZE_MAX, coordinate, QWIDGETSIZE_MAX);
 }
@@ -66,7 +66,8 @@ QByteArray checkWindow(const Request& request, STApplicationProxy&)
 
 QByteArray moveWindow(const Request& request, STApplicationProxy&)
 {
-    return changeWindow(request, [](QWidget* window, int x, int y) { window->move(reachable(x), reachable(y)); });
+    return changeWindow(
+        request, [](QWidget* window, int x, int y) { window->move(withinQtRange(x), withinQtRange(y)); });
 }
 
 QByteArray resizeWindow(const Request& request, STApplicationProxy&)

@@ -22,8 +22,8 @@ bool isSpace(QChar character)
     return character.isSpace() && character.unicode() != 0x85;
 }
 
-// The number that two characters are to QString::toUShort() of Qt 4.8, 0 when they are none: it takes a sign before a
-// digit, and a space on either side.
+// The value of two characters as QString::toUShort() of Qt 4.8 reads them, which accepts a sign before a digit and a
+// space on either side; 0 when they are no number.
 ushort numberOf(QChar first, QChar second)
 {
     const int high = digitValue(first);

@@ -13,8 +13,8 @@ QString encodehex(const QString& text);
 // last single digit counts as a pair.
 QString decodehex(const QString& hex);
 
-// The text whose UTF-8 the hexadecimal digits are, of either case. Not ok, and empty, where they are no pairs of digits;
-// bytes that are no UTF-8 are U+FFFD.
+// Decodes hexadecimal digits of either case as UTF-8. Where they are no pairs of digits, `ok` is false and the text
+// empty; bytes that are no UTF-8 become U+FFFD.
 QString decodeUtf8Hex(const QByteArray& hex, bool* ok);
 
 } // namespace agent

@@ -42,7 +42,7 @@ QPoint radioButtonClickPosition(const QWidget* radioButton)
 {
     if (!isOfClass(radioButton, "QRadioButton"))
         return noPosition;
-    // A group box's option, on purpose: without a button's text the style answers with the indicator.
+    // A group box's option, since it has no button text: then the style answers with the indicator alone.
     QStyleOptionGroupBox option;
     option.initFrom(radioButton);
     return radioButton->style()->subElementRect(QStyle::SE_RadioButtonClickRect, &option, radioButton).center();

@@ -128,7 +128,7 @@ QList<QWidget*> childWidgets(const QList<QWidget*>& parents)
     return widgets;
 }
 
-// The one widget that many levels below the widget; it must be a leaf.
+// The only widget that many levels below; it must have no child widgets.
 HierarchicalMatch descend(QWidget* widget, int levels)
 {
     QList<QWidget*> reached = QList<QWidget*>() << widget;

@@ -12,20 +12,20 @@ enum class SearchError {
     None = 0,
     WidgetAmbiguous = 1,
     WidgetNotFound = 2,
-    WidgetNotVisible = 3, // no search sets it; its number is taken
+    WidgetNotVisible = 3, // no search sets it; it keeps its place in the list of names
     InvalidWidgetPath = 4
 };
 
 // "NoError", "WidgetAmbiguousError", ...
 QString searchErrorName(SearchError error);
 
-// A search: what for, see hierarchicalname.h, and where.
+// The hierarchical name to search for, see hierarchicalname.h, and the windows to search in.
 struct HierarchicalQuery
 {
     QStringList name;
     QString windowTitle; // null: any title
     QWidget* window = nullptr; // null: every top-level widget. It must be alive
-    bool isWindowGone = false; // there was a window to search, but no more: nothing is below it
+    bool isWindowGone = false; // the window to search has been deleted: nothing is found
     bool onlyVisible = true;
     bool wildcardTitle = false; // the title is a pattern of "*", "?" and "[...]" for the whole title
 };

@@ -19,9 +19,9 @@ void appendChildren(const QObject* parent, const QString& name, QList<Type*>& fo
     }
 }
 
-// The same as QObject::findChildren() in the same order: all objects of the type below the parent, with the name unless
-// that is null. That of Qt 6 crashes while one of them is being deleted: an event loop can run in a destructor then, and
-// the list of children has a null pointer in the place of each child that is gone.
+// Finds what QObject::findChildren() finds, in the same order: all objects of the type below the parent, of that name
+// unless it is null. Qt 6's own function crashes when an event loop runs in the destructor of one of them: the list of
+// children then has a null pointer in the place of each deleted child.
 template <class Type>
 QList<Type*> findChildren(const QObject* parent, const QString& name = QString())
 {

@@ -18,7 +18,8 @@ void cancelDrag()
 #if QT_VERSION >= 0x050000
     QDrag::cancel();
 #else
-    // Qt looks at the mouse events of all widgets, also of one that nobody sees. A drag that is over no window drops nothing.
+    // Qt 4's drag manager filters the mouse events of all widgets, also of a hidden one. A release over no window drops
+    // nothing.
     QWidget receiver;
     const QPoint nowhere(-1000, -1000);
     QMouseEvent move(

@@ -5,7 +5,8 @@ namespace compat {
 // Ends the drag and drop that Qt runs for the application, if there is one, without a drop.
 void cancelDrag();
 
-// The same for one that has begun since dragMark() answered this mark, in a loop that runs on top of what ran then.
+// dragMark() tells how many event loops run, or with Qt 4 whether a drag does; cancelDragSince() cancels only a drag
+// that has begun since that mark was taken.
 int dragMark();
 void cancelDragSince(int mark);
 

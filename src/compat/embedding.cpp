@@ -65,7 +65,7 @@ QRect scrollViewTo(QGraphicsView* view, const QWidget* widget, const QRect& rect
     return guarded ? guarded->mapFromScene(inScene).boundingRect() : QRect();
 }
 
-QWidget* popupBefore(const QWidget* widget)
+QWidget* popupInFrontOf(const QWidget* widget)
 {
     QWidget* popup = QApplication::activePopupWidget();
     const QGraphicsView* view = popup ? nullptr : viewAround(widget);
@@ -78,7 +78,7 @@ QWidget* popupBefore(const QWidget* widget)
     return popup;
 }
 
-bool hasKeys(const QWidget* widget)
+bool hasKeyboardFocus(const QWidget* widget)
 {
     const QWidget* focus = QApplication::focusWidget();
     if (focus == widget || !focus || !qobject_cast<const QGraphicsView*>(focus))

@@ -20,16 +20,16 @@ QPoint mapToGlobal(const QWidget* widget, const QPoint& point);
 // widget is not the viewport of a graphics view.
 QWidget* embeddedWidgetAt(const QWidget* viewport, const QPoint& point);
 
-// A rectangle of the embedded widget in coordinates of its view's viewport, to which the view is scrolled. That runs the
+// Scrolls the view to a rectangle of the embedded widget, and returns that in coordinates of the viewport. Runs the
 // application's code.
 QRect scrollViewTo(QGraphicsView* view, const QWidget* widget, const QRect& rect);
 
-// The open popup that has the keys while it is there: QApplication::activePopupWidget(), or one that the widget's view
-// embeds, too, which Qt does not count among the popups.
-QWidget* popupBefore(const QWidget* widget);
+// The open popup that gets the keys instead of the widget: QApplication::activePopupWidget(), or a popup that is
+// embedded in the same view, which Qt does not count among the popups.
+QWidget* popupInFrontOf(const QWidget* widget);
 
-// Whether keys reach the widget. Not QWidget::hasFocus(), which holds for all those that hand their focus on to the one
-// that has it, too, and for embedded widgets whose view does not have the focus.
-bool hasKeys(const QWidget* widget);
+// Whether keys reach the widget. QWidget::hasFocus() is also true for a widget whose focus proxy has the focus, and for
+// embedded widgets whose view does not have it.
+bool hasKeyboardFocus(const QWidget* widget);
 
 } // namespace compat

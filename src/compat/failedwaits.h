@@ -16,9 +16,9 @@ class FailedWaits : public QObject
 public:
     static FailedWaits& all();
 
-    // A wait for the window has failed, at a point where the windowing system has `front`: another window, or null.
+    // Remembers that a wait for the window has failed, at a point where `front` is in front: another window, or null.
     void add(QWidget* window, QWidget* front);
-    // Whether one has, while the same window was in front and the same one active.
+    // Whether a wait for the window has failed while the same window was in front and the same one active.
     bool contain(const QWidget* window, const QWidget* front) const;
 
 protected:

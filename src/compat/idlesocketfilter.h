@@ -6,11 +6,11 @@
 
 namespace compat {
 
-// An event filter for the application: a notifier of a socket is told of input only while there is some. Where GLib runs
-// the event loop, Qt handles all sockets in every event loop, those that it is asked to leave out too, and when a loop
-// within another one ends, the outer one tells of the same input again. A notifier that reads what is not there waits for
-// ever, and the application with it; so does Qt 5's file system watcher. Each command that handles events, and each
-// dialog that a command opens, is such a loop.
+// An event filter for the application that delivers a socket notifier's event only while there is input to read. Where
+// GLib runs the event loop, Qt handles all sockets in every event loop, also those that it is asked to leave out, and
+// when a nested loop ends, the outer one reports the same input again. A receiver that then reads what is not there, as
+// Qt 5's file system watcher does, blocks the application for ever. Each command that handles events, and each dialog
+// that a command opens, is such a nested loop.
 class IdleSocketFilter : public QObject
 {
 public:

@@ -14,7 +14,7 @@ namespace compat {
 
 struct Pattern::Engine
 {
-    // A step of the engine takes some nanoseconds; without a limit of its own it gives up after ten million.
+    // A step of the engine takes some nanoseconds; its default limit of ten million steps would block the application.
     explicit Engine(const QString& pattern)
         : expression(QLatin1String("(*LIMIT_MATCH=100000)") + pattern)
     {
@@ -30,7 +30,7 @@ struct Pattern::Engine
 
 namespace {
 
-// How often the repetitions in braces of a pattern can repeat something, if each was within the one before.
+// The product of all repetitions in braces: how often a part of the pattern can be repeated if they are nested.
 double repetitions(const QString& pattern)
 {
     double product = 1;
@@ -60,7 +60,7 @@ struct Pattern::Engine
     {
         const QString anyCase = QLatin1String("(?i)");
         const bool ignoresCase = pattern.startsWith(anyCase);
-        if (repetitions(pattern) > longest)
+        if (repetitions(pattern) > maximumLength)
             refusal = QLatin1String("too many repetitions");
         else if (hasBackReference(pattern))
             refusal = QLatin1String("a back reference");
@@ -85,7 +85,7 @@ struct Pattern::Engine
 
 Pattern::Pattern(const QString& pattern)
 {
-    if (pattern.size() > longest)
+    if (pattern.size() > maximumLength)
         reason = QLatin1String("too long");
     else
         engine = std::make_unique<Engine>(pattern);

@@ -22,8 +22,8 @@ bool hasInput(long long descriptor);
 // Blocks the calling thread; no events are processed meanwhile.
 void sleepMilliseconds(int milliseconds);
 
-// Processor time that this process has used so far, whatever else the machine does. Not std::clock(), which on Windows is the
-// time on the wall.
+// Processor time that this process has used so far, whatever else the machine does. Not std::clock(), which on Windows
+// measures elapsed time.
 long long processorMilliseconds();
 
 // Sets a variable in the environment of this process and of those that it starts, in the 8-bit encoding of the system.

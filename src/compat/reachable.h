@@ -6,10 +6,10 @@ class QWidget;
 // Waiting for the window manager.
 namespace compat {
 
-// A window that was asked to show itself and become active has done so at once on Windows. On X11 the window manager does
-// it some time later, and until then mouse clicks miss the window and keys go to another one. These process events, but
-// those of sockets, until it is done: for half a second at most, and not at all for a window that was waited for in vain
-// and stands as it did then.
+// On Windows a window is shown and active as soon as it has been asked to be. On X11 the window manager does that some
+// time later, and until then mouse clicks miss the window and keys go to another one. These functions process events,
+// except those of sockets, until it is done: for half a second at most, and not at all if a wait for the window has
+// failed before and nothing about it has changed since.
 
 // Until the widget's window is active, unless it refuses the focus, and in front at the widget's centre. Not if it is
 // active already, nor if it cannot be because something modal or a popup is open, or a graphics view has it.

@@ -8,10 +8,10 @@ class QWidget;
 // Which of the application's windows is in front, at a point and with the focus.
 namespace compat {
 
-// QApplication::topLevelAt(). Only the windowing system knows it, and each question takes several round trips to an X
-// server, so the last answer is kept until forgetWindows().
+// QApplication::topLevelAt(), cached until forgetWindows(): each call asks the windowing system, which takes several
+// round trips to an X server.
 QWidget* windowAt(const QPoint& globalPosition);
-// QApplication::widgetAt(), by that answer.
+// QApplication::widgetAt(), by means of the cached window.
 QWidget* widgetAt(const QPoint& globalPosition);
 // To be called when a window may have appeared, moved or gone: events were handled, or the application's code ran.
 void forgetWindows();

@@ -86,7 +86,7 @@ void requestContextMenu(QWidget* window)
     qt_sendSpontaneousEvent(receiver, &event);
 }
 
-QSet<const QEvent*>& living()
+QSet<const QEvent*>& ownInputEvents()
 {
     static auto* const events = new QSet<const QEvent*>; // never deleted: Qt may delete events as the process ends
     return *events;
@@ -96,17 +96,17 @@ QSet<const QEvent*>& living()
 
 bool isOwnInput(const QEvent* event)
 {
-    return living().contains(event);
+    return ownInputEvents().contains(event);
 }
 
 void rememberOwnInput(const QEvent* event)
 {
-    living().insert(event);
+    ownInputEvents().insert(event);
 }
 
 void forgetOwnInput(const QEvent* event)
 {
-    living().remove(event);
+    ownInputEvents().remove(event);
 }
 
 QWidget* keyReceiver(QWidget* window)

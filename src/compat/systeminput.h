@@ -11,8 +11,8 @@ class QWidget;
 // Input that Qt handles as if the windowing system had sent it, which takes more than posting an event: see each function.
 namespace compat {
 
-// The widget that a key would reach now, the window being the one that has the focus: that of the keyboard's grab or of
-// the open popup, before that which has the focus in the window, or the window itself.
+// The widget that a key would reach if the window had the focus: the keyboard's grabber, else the focus widget of the
+// open popup, or of the window where none is open, or that popup or window itself.
 QWidget* keyReceiver(QWidget* window);
 
 // Has Qt handle a key event as if it came from the keyboard, while the window is the one that has the focus: shortcuts are
@@ -20,9 +20,9 @@ QWidget* keyReceiver(QWidget* window);
 // The Menu key asks for a context menu, too. No input method sees the event. Runs the application's code.
 void sendKeyEvent(QWidget* window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text);
 
-// Sends the target the event of a mouse wheel at a point in global coordinates. Qt passes it on to those that the target is
-// in until one takes it. `angle` is in eighths of a degree, 120 for a step, and positive upwards or to the left. Runs the
-// application's code.
+// Sends the target the event of a mouse wheel at a point in global coordinates. Qt passes it on to the target's parents
+// until one accepts it. `angle` is in eighths of a degree, 120 for a step, and positive upwards or to the left. Runs
+// the application's code.
 void sendWheelEvent(QWidget* target, const QPoint& globalPosition, Qt::Orientation orientation, int angle,
     Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
 
@@ -33,7 +33,8 @@ bool isOwnInput(const QEvent* event);
 void rememberOwnInput(const QEvent* event);
 void forgetOwnInput(const QEvent* event);
 
-// An input event that the agent has made, as long as it lives: Qt deletes posted ones, also those that it never delivers.
+// An input event of the agent, registered for isOwnInput() as long as it lives. Qt deletes posted events, also those
+// that it never delivers.
 template <class Event>
 class OwnInput : public Event
 {

@@ -59,7 +59,7 @@ QVariant withoutEnumType(QVariant value, const QObject* object, const QMetaPrope
 {
     if (value.userType() < QMetaType::User || !property.isEnumType())
         return value;
-    int number[4] = {}; // of which the largest type there is fills all
+    int number[4] = {}; // room for the largest underlying type
     QVariant other;
     int status = -1;
     void* arguments[] = {number, &other, &status};
@@ -126,8 +126,8 @@ QString readTextProperty(const QObject* object, int index)
 
 int toInt(const QString& text, bool* ok)
 {
-    const int longest = 64;
-    if (text.size() <= longest)
+    const int maximumLength = 64;
+    if (text.size() <= maximumLength)
         return text.toInt(ok, 10);
     const QChar* begin = text.constData();
     const QChar* end = begin + text.size();
@@ -141,7 +141,7 @@ int toInt(const QString& text, bool* ok)
     // One of several leading zeros is kept: the number is the same, and what follows still has to be a digit.
     while (begin + 1 < end && begin[0] == QLatin1Char('0') && begin[1] == QLatin1Char('0'))
         ++begin;
-    if (end - begin <= longest)
+    if (end - begin <= maximumLength)
         number += QString(begin, static_cast<int>(end - begin));
     return number.toInt(ok, 10);
 }

@@ -8,15 +8,16 @@
 
 namespace compat {
 
-// Lets the application handle its events, but those of sockets. Where GLib runs the event loop, Qt handles those as well.
+// Lets the application handle its events, except those of sockets. Where GLib runs the event loop, Qt handles those as
+// well.
 inline void processEvents(QEventLoop::ProcessEventsFlags waiting = QEventLoop::AllEvents)
 {
     QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | waiting);
     forgetWindows();
 }
 
-// Processes events, but those of sockets, until the condition holds or the time is over. The condition is asked after
-// each round of events; there is no polling: a timer's event ends the last wait. Objects that it looks at may die
+// Processes events, except those of sockets, until the condition holds or the time is over. The condition is asked
+// after each round of events; there is no polling: a timer's event ends the last wait. Objects that it looks at may die
 // meanwhile.
 template <class Condition>
 void processEventsUntil(Condition holds, int maximumMilliseconds)

@@ -44,8 +44,9 @@ QPixmap pixmapOf(const QIcon& icon, const QSize& size);
 // The part of the widget's screen that panels leave free, in global coordinates.
 QRect availableGeometry(const QWidget* widget);
 
-// The text of a key event that is made from a key code: a space for the space key with Qt 5 and 6, otherwise none. There,
-// an item view takes a space key without a text for a search for the empty text, and moves on to the next item.
+// The text for a key event that is made from a key code: a space for the space key with Qt 5 and 6, otherwise none.
+// Without it, an item view of Qt 5 or 6 would take the space key for a search for the empty text, and move to the next
+// item.
 QString keyCodeText(int key);
 
 // The SIGNAL() text of QAbstractSocket's error signal.

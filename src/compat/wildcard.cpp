@@ -26,7 +26,7 @@ Wildcard::Wildcard(const QString& pattern)
     for (int position = 0; isValid && position < pattern.size();) {
         const QChar character = pattern.at(position++);
         if (character == escape) {
-            // In a row of several, each but the first is a character, and still escapes the next one.
+            // In a row of backslashes, each except the first is a literal, and still escapes the next one.
             const bool isLast = position == pattern.size();
             for (int literals = int(isEscaped) + int(isLast); literals > 0; --literals)
                 addLiteral(escape);

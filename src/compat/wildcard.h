@@ -15,8 +15,8 @@ class Wildcard
 public:
     explicit Wildcard(const QString& pattern);
 
-    // Whether the pattern stands for this text, in this case of letters. One in which a "[" or a "]" has no other, where
-    // it is not escaped, stands for none.
+    // Whether the pattern stands for this text; upper and lower case differ. A pattern with an unescaped "[" or "]"
+    // without its counterpart stands for no text.
     bool fits(const QString& text) const;
 
 private:

@@ -15,7 +15,7 @@ struct Derivation
     bool (*applies)(const QObject* object);
     // The stem for an object to which the rule applies.
     QString (*stem)(const QObject* object);
-    // Whether stem() would give that text, found out without making it. False for objects to which the rule does not
+    // Whether stem() would return that text, compared without building it. False for objects to which the rule does not
     // apply.
     bool (*hasStem)(const QObject* object, const QString& stem);
 

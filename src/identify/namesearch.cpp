@@ -14,10 +14,10 @@ namespace {
 // action) is prefetched link by link, each when the link before it has arrived.
 void fetchAhead(const QObjectList::const_iterator& position, const QObjectList::const_iterator& end)
 {
-    const int farthest = 16;
-    if (end - position <= farthest)
+    const int lookAhead = 16;
+    if (end - position <= lookAhead)
         return;
-    if (const QObject* child = position[farthest])
+    if (const QObject* child = position[lookAhead])
         compat::prefetch(child);
     if (const QObject* child = position[8])
         compat::prefetch(&child->children());

@@ -10,8 +10,8 @@ namespace identify {
 
 struct Derivation;
 
-// The search for all widgets with a name, in one walk, where QObject::findChildren() would take one for object names and
-// one for derived names. The walk reads each object name once, and keeps those on the way from the top to where it is.
+// The search for all widgets with a name, in one walk, where QObject::findChildren() would take one for object names
+// and one for derived names. The walk reads each object name once, and keeps those of the current widget's ancestors.
 class NameSearch
 {
 public:

@@ -12,7 +12,7 @@ namespace identify {
 // button, the text of a push button, the class of a widget in an input dialog), else "unnamed".
 QString getName(const QObject* object);
 
-// Whether getName() would give that name, found out without making it.
+// Whether getName() would return that name, compared without building it.
 bool hasName(const QObject* object, const QString& name);
 
 // Whether the object's own class has exactly this name; a subclass does not count.

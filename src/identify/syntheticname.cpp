@@ -29,8 +29,8 @@ AsciiCase asciiCase(ushort from, ushort to, int difference)
 const AsciiCase upperCase = asciiCase('a', 'z', 'A' - 'a');
 const AsciiCase lowerCase = asciiCase('A', 'Z', 'a' - 'A');
 
-// Whether the text and the name end alike but for case: false if the text cannot become the name. The labels of one
-// window, such as numbered ones, differ at their ends more often than at their beginnings.
+// Whether the text and the name have the same ending apart from case; if not, the text cannot become the name. The
+// labels of one window, such as numbered ones, differ at their ends more often than at their beginnings.
 bool endsAlike(const QString& text, const QString& name)
 {
     const QChar* character = text.constData() + text.size();

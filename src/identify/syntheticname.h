@@ -8,7 +8,7 @@ namespace identify {
 // character U+0000, never the empty text.
 QString syntheticName(QString text);
 
-// Whether syntheticName() makes that name of the text; for ASCII texts found out without making it.
+// Whether syntheticName() makes that name of the text; ASCII texts are compared without building it.
 bool isSyntheticName(const QString& text, const QString& name);
 
 } // namespace identify

@@ -13,7 +13,7 @@ namespace identify {
 // widget, each one before it the parent of what follows. An empty element is a gap: any number of levels.
 //
 // It is read from its end, and only as far as the widgets have ancestors: a path can be millions of elements long. The
-// names that it tells are parts of its text, and not to be kept longer than the path.
+// names that it returns share its text, and are not to be kept longer than the path.
 class WidgetPath
 {
 public:

@@ -5,23 +5,24 @@
 
 namespace locate {
 
-// Remembers a value for each class during one walk through a window: most widgets are of one of the few classes before, and
-// nearly all of one that was met. An application can unload the code of its classes, so it is not kept.
+// Caches a value for each class during one walk through a window, in which most widgets are of a few classes. Not
+// longer, since an application can unload the code of its classes.
 template <class Value>
 class ClassMemo
 {
 public:
-    // The value of the class; `tell` makes it when the class is met first. Good until the next call.
-    template <class Tell>
-    const Value& of(const QMetaObject* metaObject, Tell tell)
+    // The value of the class; `compute` makes it when the class is met first. The reference is valid until the next
+    // call.
+    template <class Compute>
+    const Value& of(const QMetaObject* metaObject, Compute compute)
     {
-        Recent& place = recent[placeOf(metaObject)];
-        if (metaObject != place.metaObject) {
+        Recent& slot = recent[slotOf(metaObject)];
+        if (metaObject != slot.metaObject) {
             const auto found = known.constFind(metaObject);
-            place.value = found != known.constEnd() ? *found : *known.insert(metaObject, tell(metaObject));
-            place.metaObject = metaObject;
+            slot.value = found != known.constEnd() ? *found : *known.insert(metaObject, compute(metaObject));
+            slot.metaObject = metaObject;
         }
-        return place.value;
+        return slot.value;
     }
 
 private:
@@ -31,16 +32,16 @@ private:
         Value value{};
     };
 
-    static const int placeBits = 4;
+    static const int slotBits = 4;
 
-    // Multiplication spreads them: the meta-objects of two classes that a window has many of may be any distance apart.
-    static quint32 placeOf(const QMetaObject* metaObject)
+    // A multiplicative hash: addresses of meta-objects can be any distance apart.
+    static quint32 slotOf(const QMetaObject* metaObject)
     {
-        return (quint32(reinterpret_cast<quintptr>(metaObject) >> 3) * 2654435769U) >> (32 - placeBits);
+        return (quint32(reinterpret_cast<quintptr>(metaObject) >> 3) * 2654435769U) >> (32 - slotBits);
     }
 
     QHash<const QMetaObject*, Value> known;
-    Recent recent[1 << placeBits];
+    Recent recent[1 << slotBits];
 };
 
 } // namespace locate

@@ -55,7 +55,7 @@ bool isExpanded(const QWidget* widget)
     const auto* toolButton = qobject_cast<const QToolButton*>(widget);
     const auto* pushButton = qobject_cast<const QPushButton*>(widget);
     const bool isBox = qobject_cast<const QComboBox*>(widget);
-    const QWidget* popup = isBox || toolButton || pushButton ? compat::popupBefore(widget) : nullptr;
+    const QWidget* popup = isBox || toolButton || pushButton ? compat::popupInFrontOf(widget) : nullptr;
     if (!popup)
         return false;
     if (toolButton && !toolButton->isDown())
@@ -80,7 +80,7 @@ const StateRow stateRows[] = {
     {"disabled", [](const QWidget* widget) { return !widget->isEnabled(); }},
     {"checked", isChecked},
     {"partly checked", isPartlyChecked},
-    {"focused", compat::hasKeys},
+    {"focused", compat::hasKeyboardFocus},
     {"expanded", isExpanded},
     {"readonly", isReadOnly},
     {"hidden", [](const QWidget* widget) { return !widget->isVisible(); }},

@@ -10,17 +10,17 @@ namespace locate {
 
 class JsonObject;
 
-// Describes the widgets of one window as objects of JSON in ASCII. Only for one request: labels and places are read when it
-// is made.
+// Describes the widgets of one window as objects of JSON in ASCII. Only for one request: it reads labels and the
+// window's place when it is constructed.
 class WidgetDescriber
 {
 public:
     explicit WidgetDescriber(const QWidget* window);
     Q_DISABLE_COPY(WidgetDescriber)
 
-    // Adds "ref", "class", "name", "role", "text", "label", "title", "placeholder", "tip", "action", "states" and "rect",
-    // those that there are. The texts are as they are shown; the rectangle is x, y, width and height on the screen. Gives
-    // the widget a reference number.
+    // Adds "ref", "class", "name", "role", "text", "label", "title", "placeholder", "tip", "action", "states" and
+    // "rect", as far as they apply. The texts are as they are shown; the rectangle is x, y, width and height on the
+    // screen. Gives the widget a reference number.
     void addFields(JsonObject& object, const QWidget* widget) const;
     // These fields as an object of their own.
     void append(QByteArray& json, const QWidget* widget) const;

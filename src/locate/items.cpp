@@ -15,13 +15,14 @@ namespace locate {
 
 namespace {
 
-// Adds what there is of `count` items, told by `itemAt`, which returns false once there is no going on.
+// The first items of `count`, up to the limit. `itemAt` fills one in; it returns false to end the list, as when the
+// widget has been deleted.
 template <class ItemAt>
 Items itemsUpTo(int count, ItemAt itemAt)
 {
     Items items;
-    items.leftOut = qMax(0, count - mostItems);
-    for (int i = 0; i < qMin(count, mostItems); ++i) {
+    items.leftOut = qMax(0, count - maximumItems);
+    for (int i = 0; i < qMin(count, maximumItems); ++i) {
         Item item;
         if (!itemAt(i, item))
             break;
@@ -65,7 +66,7 @@ Items actionsOf(QWidget* widget)
     for (const QAction* action : actions) {
         if (!action->isVisible() || action->isSeparator())
             continue;
-        if (static_cast<int>(items.shown.size()) == mostItems) {
+        if (static_cast<int>(items.shown.size()) == maximumItems) {
             ++items.leftOut;
             continue;
         }

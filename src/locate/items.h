@@ -27,18 +27,18 @@ struct Items
     QStringList header; // of the columns, in a view that shows it
     std::vector<Item> shown;
     QString value; // the current choice of a combo box
-    int leftOut = 0; // that are there and not told: rows out of sight, and what is beyond mostItems
+    int leftOut = 0; // how many are not in `shown`: rows out of sight, and those beyond maximumItems
 };
 
-// No more than so many items of a widget are told, nor so many columns.
-const int mostItems = 200;
-const int mostColumns = 50;
+// Limits for the items of one widget, and for their columns.
+const int maximumItems = 200;
+const int maximumColumns = 50;
 
 // Whether the widget is of a kind that has items.
 bool holdsItems(const QWidget* widget);
 
-// The rows in sight of an item view, the tabs of a tab bar, the titles of a menu bar, the entries of a menu, the choices of
-// a combo box. It runs the application's code where a model is one of its own, which may be the widget's end.
+// The rows in sight of an item view, the tabs of a tab bar, the titles of a menu bar, the entries of a menu, the
+// choices of a combo box. Where a model is the application's own, its code runs and may delete the widget.
 Items itemsOf(QWidget* widget);
 
 } // namespace locate

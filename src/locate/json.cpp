@@ -48,9 +48,9 @@ QByteArray& JsonObject::field(const char* key)
 
 void JsonObject::addUnlessEmpty(const char* key, const QString& text)
 {
-    const int longest = 1000;
-    if (text.size() > longest)
-        appendJsonText(field(key), text.left(longest) + QChar(0x2026));
+    const int maximumLength = 1000;
+    if (text.size() > maximumLength)
+        appendJsonText(field(key), text.left(maximumLength) + QChar(0x2026));
     else if (!text.isEmpty())
         appendJsonText(field(key), text);
 }

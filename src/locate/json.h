@@ -28,7 +28,7 @@ public:
 
     void add(const char* key, qint64 number) { appendNumber(field(key), number); }
     void add(const char* key, const char* ascii) { field(key).append('"').append(ascii).append('"'); }
-    // Nothing, if the text is empty. One that is longer than most people read ends in an ellipsis.
+    // Adds nothing if the text is empty. A text beyond 1000 characters is cut and ends in an ellipsis.
     void addUnlessEmpty(const char* key, const QString& text);
 
 private:

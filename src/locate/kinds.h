@@ -10,8 +10,8 @@ struct WidgetKind
 {
     const char* className;
     const char* role; // in plain words
-    TextReader readTexts; // what the widget shows as its own; null where it shows none
-    bool isOneText; // that is one text, and no other field of a description has it
+    TextReader readTexts; // reads the texts that the widget itself shows; null where it shows none
+    bool isOneText; // readTexts gives one text, which no other field of a description has
 };
 
 // The kinds of widgets, for one walk through a window.

@@ -19,7 +19,7 @@ const QLabel* labelIn(const QLayoutItem* item)
     return item ? qobject_cast<const QLabel*>(const_cast<QLayoutItem*>(item)->widget()) : nullptr;
 }
 
-// A widget that is there for its layout only.
+// A widget that only holds a layout.
 bool isPlainContainer(const QWidget* widget)
 {
     const QMetaObject* metaObject = widget->metaObject();
@@ -57,7 +57,7 @@ const QWidget* fieldOf(const QWidget* buddy)
     return field ? field : buddy;
 }
 
-// The widget that a label of the item belongs to: itself a label where there is nothing else.
+// The widget that a label beside the item belongs to: a label, too, where the item holds nothing else.
 const QWidget* fieldOf(const QLayoutItem* item)
 {
     const QWidget* field = firstField(item);

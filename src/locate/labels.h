@@ -20,10 +20,11 @@ namespace locate {
 class TextVisitor;
 class WidgetKinds;
 
-// The labels by which a user knows the fields of a window: found in one pass, and to be used before anything else happens
-// to the window. A widget with several labels has the first of these: one whose buddy it is; the label of its row in a form
-// layout; the label right before it in its row of a grid layout or in a horizontal box layout; the title of the group box
-// that holds nothing else. Where a row holds a layout or a plain container, the label is that of the first field in it.
+// The labels of the fields in a window, found in one pass. To be used before any of the application's code runs, which
+// can delete widgets. A widget with several labels has the first of these: one whose buddy it is; the label of its row
+// in a form layout; the label right before it in its row of a grid layout or in a horizontal box layout; the title of
+// the group box that holds nothing else. Where a row holds a layout or a plain container, the label is that of the
+// first field in it.
 class Labels
 {
 public:
@@ -37,7 +38,7 @@ public:
     QSet<const QWidget*> labelledBy(TextVisitor& visitor) const;
 
 private:
-    enum class Rule { GroupBox, Box, Grid, Form, Buddy }; // later ones count more
+    enum class Rule { GroupBox, Box, Grid, Form, Buddy }; // a later rule wins over an earlier one
     struct Source
     {
         const QWidget* field;

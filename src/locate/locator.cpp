@@ -13,8 +13,8 @@ const QLatin1Char quote('"');
 const QLatin1Char backslash('\\');
 const QLatin1String within(">>");
 
-// More than anybody writes; each word can cost a look at every widget.
-const int mostWords = 100;
+// More than anybody writes. Each word can cost a test of every widget.
+const int maximumWords = 100;
 
 struct KeyRow
 {
@@ -114,7 +114,7 @@ private:
             skipBlanks();
             if (position == text.size() && !isEmpty)
                 return step;
-            if (position == text.size() || ++words > mostWords)
+            if (position == text.size() || ++words > maximumWords)
                 fail(position == text.size() ? "something to look for expected" : "too many words", position);
             if (skipWord(within)) {
                 if (isEmpty)
@@ -232,8 +232,8 @@ private:
             if (name == QLatin1String(row.word))
                 return row;
         }
-        const int longest = 40;
-        throw LocatorError{QLatin1String("unknown key \"") + name.left(longest) + quote, begin};
+        const int maximumLength = 40;
+        throw LocatorError{QLatin1String("unknown key \"") + name.left(maximumLength) + quote, begin};
     }
 
     Operator parseOperator()

@@ -13,7 +13,7 @@ namespace locate {
 
 namespace {
 
-const int farthest = 100;
+const int maximumDistance = 100;
 
 // Letters to change, to add or to leave out.
 int editsBetween(const QString& text, const QString& other)
@@ -33,22 +33,22 @@ int editsBetween(const QString& text, const QString& other)
 }
 
 // How far a text is from another one: 0 for the same in another case of letters, 1 where one is within the other, more for
-// those that differ in some letters; `farthest` for all others.
+// those that differ in some letters; `maximumDistance` for all others.
 int distanceBetween(const QString& text, const QString& other)
 {
-    const int longest = 60;
-    const int shortestPart = 2;
-    if (text.size() > longest || other.size() > longest)
-        return farthest;
+    const int maximumLength = 60;
+    const int minimumPartLength = 2;
+    if (text.size() > maximumLength || other.size() > maximumLength)
+        return maximumDistance;
     const QString lower = text.toLower();
     const QString otherLower = other.toLower();
     if (lower == otherLower)
         return 0;
     const int shorter = static_cast<int>(qMin(lower.size(), otherLower.size()));
-    if (shorter >= shortestPart && (lower.contains(otherLower) || otherLower.contains(lower)))
+    if (shorter >= minimumPartLength && (lower.contains(otherLower) || otherLower.contains(lower)))
         return 1;
     const int letters = editsBetween(lower, otherLower);
-    return 2 * letters <= shorter ? letters + 1 : farthest;
+    return 2 * letters <= shorter ? letters + 1 : maximumDistance;
 }
 
 using Widgets = std::vector<QWidget*>;
@@ -98,22 +98,22 @@ public:
 
     bool visit(const QString& text, Markup markup) override
     {
-        const int longest = 1000;
-        if (text.size() <= longest)
+        const int maximumLength = 1000;
+        if (text.size() <= maximumLength)
             least = qMin(least, distanceBetween(shownText(text, markup), wanted));
         return least == 0;
     }
 
-    int least = farthest;
+    int least = maximumDistance;
 
 private:
     const QString wanted;
 };
 
-// How far the texts of the widget are from those that the conditions ask for; `farthest` and more where none is similar.
+// How far the texts of the widget are from those that the conditions ask for; `maximumDistance` and more where none is similar.
 int distanceOf(const StepTest& test, const Step& step, const QWidget* widget)
 {
-    int least = farthest;
+    int least = maximumDistance;
     int sum = 0;
     for (const Condition& condition : step.conditions) {
         Distance distance(condition.value);
@@ -121,7 +121,7 @@ int distanceOf(const StepTest& test, const Step& step, const QWidget* widget)
         least = qMin(least, distance.least);
         sum += distance.least;
     }
-    return least < farthest ? sum : farthest * (static_cast<int>(step.conditions.size()) + 1);
+    return least < maximumDistance ? sum : maximumDistance * (static_cast<int>(step.conditions.size()) + 1);
 }
 
 struct Ranked
@@ -132,11 +132,11 @@ struct Ranked
     bool operator<(const Ranked& other) const { return distance < other.distance; }
 };
 
-// The most similar ones first, and those that are not similar at all only if asked for.
+// The widgets, the most similar ones first. Those without any similar text are left out unless `otherwiseToo`.
 Widgets bySimilarity(const Step& step, QWidget* window, const Widgets& widgets, bool otherwiseToo)
 {
     const StepTest test(step, window);
-    const int notSimilar = farthest * (static_cast<int>(step.conditions.size()) + 1);
+    const int notSimilar = maximumDistance * (static_cast<int>(step.conditions.size()) + 1);
     std::vector<Ranked> ranked;
     for (QWidget* widget : widgets) {
         const int distance = distanceOf(test, step, widget);

@@ -90,7 +90,7 @@ private:
         if (!at(nameBegin).isLetter() && at(nameBegin) != QLatin1Char('!'))
             return false; // less than
         int nameEnd = nameBegin;
-        while (nameEnd - nameBegin < longestName && at(nameEnd).isLetterOrNumber())
+        while (nameEnd - nameBegin < maximumNameLength && at(nameEnd).isLetterOrNumber())
             ++nameEnd;
         const QString name = source.mid(nameBegin, nameEnd - nameBegin).toLower();
         if (isOneOf(hiddenElements, name))
@@ -112,7 +112,7 @@ private:
     {
         const int begin = position + 1;
         int end = begin;
-        while (end - begin < longestName && (at(end).isLetterOrNumber() || at(end) == QLatin1Char('#')))
+        while (end - begin < maximumNameLength && (at(end).isLetterOrNumber() || at(end) == QLatin1Char('#')))
             ++end;
         const uint code = at(end) == QLatin1Char(';') ? codeOf(source.mid(begin, end - begin)) : 0;
         if (code == 0 || code > lastCodePoint || (code >= 0xd800 && code <= 0xdfff))
@@ -130,7 +130,7 @@ private:
     // U+0000 behind the end.
     QChar at(int index) const { return index < source.size() ? source.at(index) : QChar(); }
 
-    static const int longestName = 10;
+    static const int maximumNameLength = 10;
 
     const QString& source;
     QString plain;

@@ -13,7 +13,7 @@ qint64 References::numberOf(const QWidget* widget)
     const auto known = entries.constFind(widget);
     if (known != entries.constEnd() && known->widget)
         return known->number;
-    if (entries.size() >= mostEntries)
+    if (entries.size() >= cleanupThreshold)
         forgetTheDead();
     Entry& entry = entries[widget];
     widgets.remove(entry.number);
@@ -40,7 +40,7 @@ void References::forgetTheDead()
         entry = entries.erase(entry);
     }
     const int roomForLiving = 2;
-    mostEntries = qMax(mostEntries, roomForLiving * static_cast<int>(entries.size()));
+    cleanupThreshold = qMax(cleanupThreshold, roomForLiving * static_cast<int>(entries.size()));
 }
 
 } // namespace locate

@@ -6,12 +6,12 @@
 
 namespace locate {
 
-// Numbers by which tests name widgets that have no names. A widget keeps its number as long as it lives, and no other one
-// gets it. Nothing of that is on the widgets themselves, whose properties are the application's.
+// Numbers by which tests name widgets that have no names. A widget keeps its number as long as it lives, and no other
+// one gets it. The numbers are kept here and not in a property of the widgets, which the application could see.
 class References
 {
 public:
-    // Those of this process, which outlive the agent: numbers that a test has of one connection stay true in the next.
+    // The numbers of this process. They outlive the agent, so that those of one connection are valid in the next.
     static References& all();
 
     // The widget's number; it gets one if it has none yet.
@@ -25,13 +25,13 @@ private:
 
     struct Entry
     {
-        QPointer<QWidget> widget; // null although there is a widget in its place: another one
+        QPointer<QWidget> widget; // null once it has died; another widget may have its address
         qint64 number = 0;
     };
     QHash<const QWidget*, Entry> entries;
     QHash<qint64, const QWidget*> widgets;
     qint64 last = 0;
-    int mostEntries = 1024; // when there are more, the dead are forgotten
+    int cleanupThreshold = 1024; // with that many entries, those of dead widgets are removed
 };
 
 } // namespace locate

@@ -9,8 +9,8 @@ namespace locate {
 
 namespace {
 
-// The first row begins within so many pixels of the viewport's edge.
-const int mostMargin = 64;
+// Limit for the distance in pixels between the first row and the viewport's edge.
+const int maximumMargin = 64;
 
 class ListRows : public Rows
 {
@@ -66,8 +66,8 @@ public:
     QHeaderView* header() const override { return tree().header(); }
     void describe(const QModelIndex& row, Item& item) const override
     {
-        for (QModelIndex above = row.parent(); above.isValid() && above != tree().rootIndex() && item.depth < mostSteps;
-             above = above.parent())
+        for (QModelIndex above = row.parent();
+             above.isValid() && above != tree().rootIndex() && item.depth < maximumSteps; above = above.parent())
             ++item.depth;
         if (tree().model()->hasChildren(row))
             item.states.append(QLatin1String(tree().isExpanded(row) ? "expanded" : "collapsed"));
@@ -75,9 +75,10 @@ public:
     int leftOut(const QModelIndex& top, const QModelIndex& bottom, int) const override
     {
         int count = 0;
-        for (QModelIndex row = tree().indexAbove(top); row.isValid() && count < mostSteps; row = tree().indexAbove(row))
+        for (QModelIndex row = tree().indexAbove(top); row.isValid() && count < maximumSteps;
+             row = tree().indexAbove(row))
             ++count;
-        for (QModelIndex row = tree().indexBelow(bottom); row.isValid() && count < mostSteps; row = below(row))
+        for (QModelIndex row = tree().indexBelow(bottom); row.isValid() && count < maximumSteps; row = below(row))
             ++count;
         return count;
     }
@@ -91,7 +92,7 @@ private:
 QModelIndex Rows::itemAtTop() const
 {
     const QRect area = view->viewport()->rect();
-    for (int y = 0; y < qMin(area.height(), mostMargin); y += 2) {
+    for (int y = 0; y < qMin(area.height(), maximumMargin); y += 2) {
         for (const int x : {1, area.width() / 2, area.width() - 2}) {
             const QModelIndex index = view->indexAt(QPoint(x, y));
             if (index.isValid())
@@ -104,7 +105,7 @@ QModelIndex Rows::itemAtTop() const
 QModelIndexList Rows::shownCells(const QModelIndex& row, const QHeaderView& columns)
 {
     QModelIndexList shown;
-    for (int i = 0; i < columns.count() && shown.size() < mostColumns; ++i) {
+    for (int i = 0; i < columns.count() && shown.size() < maximumColumns; ++i) {
         const int column = columns.logicalIndex(i);
         if (!columns.isSectionHidden(column))
             shown.append(row.sibling(row.row(), column));

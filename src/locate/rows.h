@@ -10,10 +10,11 @@ class QHeaderView;
 
 namespace locate {
 
-// At most so many rows are visited to find those in sight, or to count those that are not.
-const int mostSteps = 2000;
+// Limit for the rows that are visited to find those in sight, or to count the others.
+const int maximumSteps = 2000;
 
-// The differences between the kinds of views. This class is for any view: its rows can be anywhere.
+// Walks through the rows of an item view; subclasses know the kinds of views. This class makes no assumption about
+// where rows are.
 class Rows
 {
 public:
@@ -33,7 +34,7 @@ public:
     virtual QModelIndexList cells(const QModelIndex& row) const { return QModelIndexList() << row; }
     virtual QHeaderView* header() const { return nullptr; }
     virtual void describe(const QModelIndex&, Item&) const { }
-    // How many rows there are but for the `shown` ones from `top` to `bottom`.
+    // How many rows there are besides the `shown` ones from `top` to `bottom`.
     virtual int leftOut(const QModelIndex&, const QModelIndex&, int shown) const
     {
         return view->model()->rowCount(view->rootIndex()) - shown;

@@ -16,7 +16,7 @@ namespace {
 
 using Widgets = std::vector<QWidget*>;
 
-// Takes widgets in the order of a walk, parents before children; its result is whether to go on below the widget.
+// Visits widgets in the order of a walk, parents before children. visit() returns whether to go on below the widget.
 class WidgetVisitor
 {
 public:
@@ -89,8 +89,8 @@ public:
         return true;
     }
 
-    // The widgets that were found. Where the step asks for properties, they are read now, which runs the application's code.
-    Widgets found() { return test.hasProperties() ? withProperties() : widgets; }
+    // Returns the widgets that were found. Reads the properties that the step asks for, which runs the application's code.
+    Widgets collect() { return test.hasProperties() ? withProperties() : widgets; }
 
 private:
     bool isVisibleEnough(const QWidget* widget) const
@@ -117,7 +117,7 @@ private:
     StepTest& test;
     const Visibility visibility;
     Widgets widgets;
-    WatchedWidgets candidates; // found instead where the step asks for properties: widgets that have such
+    WatchedWidgets candidates; // used instead where the step asks for properties: widgets that have them
 };
 
 class VisibleWidgets : public WidgetVisitor
@@ -159,8 +159,8 @@ struct StepResults
     bool isTooFar = false; // the last step found widgets, but none at its position
 };
 
-// The widgets that fulfil the step, at all positions. A path, where the whole window is searched, finds what it finds for
-// the commands.
+// The widgets that fulfil the step, at all positions. In a search of the whole window, a path finds the widgets that it
+// finds for the commands.
 Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const Widgets& scope, bool withScope)
 {
     StepTest test(step, window);
@@ -171,7 +171,7 @@ Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const
     } else if (!withScope || matches.visit(scope.front())) {
         ScopeWalk(scope, matches);
     }
-    return matches.found();
+    return matches.collect();
 }
 
 StepResults findSteps(const QPointer<QWidget>& window, const Locator& locator, bool hiddenToo)
@@ -203,8 +203,8 @@ SearchResult resultOf(Outcome outcome, const Widgets& widgets)
     SearchResult result;
     result.outcome = outcome;
     result.count = static_cast<int>(widgets.size());
-    const std::size_t most = qMin(widgets.size(), std::size_t(SearchResult::mostWidgets));
-    result.widgets.assign(widgets.begin(), widgets.begin() + static_cast<std::ptrdiff_t>(most));
+    const std::size_t kept = qMin(widgets.size(), std::size_t(SearchResult::maximumWidgets));
+    result.widgets.assign(widgets.begin(), widgets.begin() + static_cast<std::ptrdiff_t>(kept));
     return result;
 }
 

@@ -15,14 +15,14 @@ struct SearchResult
 {
     Outcome outcome = Outcome::None;
     int count = 0; // of widgets that fit, with Several and Hidden
-    // The one; the first of several or of the hidden ones; or those that come nearest. At most `mostWidgets`.
+    // The one; or the first of several, or of the hidden ones; or the nearest. At most `maximumWidgets`.
     std::vector<QPointer<QWidget>> widgets;
 
-    static const int mostWidgets = 8;
+    static const int maximumWidgets = 8;
 };
 
-// The widgets of a window that a locator means: the window itself and those below it, but for other windows. A path in its
-// first step finds those of other windows, too, as the commands do.
+// Searches a window and the widgets below it, except those in other windows, for what a locator means. A path in the
+// first step also finds widgets in other windows below this one, as the commands do.
 SearchResult search(QWidget* window, const Locator& locator);
 
 } // namespace locate

@@ -41,8 +41,9 @@ public:
         return true;
     }
 
-    // Whether the next one is that, which is one that can be shown. Most characters stand for themselves.
-    bool nextIs(QChar expected)
+    // Takes the next one and returns whether it is `expected`, which is a character that can be shown. The shortcut is
+    // for the many characters that stand for themselves.
+    bool takeAndCompare(QChar expected)
     {
         const bool isItself = position != end && *position == expected && expected != blank && expected != ampersand;
         if (isItself)
@@ -52,7 +53,7 @@ public:
     }
 
 private:
-    // A tab ends what has mnemonics.
+    // In a text with mnemonics, a tab ends what is shown.
     bool isAtEnd() const { return position == end || (mnemonics && *position == tab); }
 
     void skipBlanks()
@@ -66,15 +67,15 @@ private:
     const bool mnemonics;
 };
 
-// Whether it is shown as it is, whatever stands beside it, but for a tab before it.
+// Whether the character is shown as it is, whatever its neighbours are, unless a tab comes before it.
 bool standsForItself(QChar character)
 {
     const ushort code = character.unicode();
     return code > blank.unicode() && character != ampersand && (code < 0x7f || !character.isSpace());
 }
 
-// Whether the last characters tell that what is shown of the text is another one: so it is with most, and with texts that
-// begin alike.
+// Whether the last characters are enough to see that the text is shown as a different one. They are for most texts, also
+// for those that begin alike.
 bool endsDifferently(const QString& text, bool hasMnemonics, const QString& shown)
 {
     const QChar* const begin = text.constData();
@@ -84,7 +85,7 @@ bool endsDifferently(const QString& text, bool hasMnemonics, const QString& show
     while (last != begin && lastShown != shownBegin && standsForItself(*--last)) {
         if (*last == *--lastShown)
             continue;
-        // With a tab before it, it does not count. That much is shown of what is before the tab.
+        // It does not count if a tab comes before it, which must be behind at least as many characters as are shown.
         const QChar* const firstTab = begin + shown.size();
         return !hasMnemonics || last <= firstTab || std::find(firstTab, last, tab) == last;
     }
@@ -115,7 +116,7 @@ bool isShownText(const QString& text, Markup markup, const QString& shown)
     ShownCharacters characters(text, markup == Markup::Mnemonics);
     const QChar* const end = shown.constData() + shown.size();
     for (const QChar* expected = shown.constData(); expected != end; ++expected) {
-        if (!characters.nextIs(*expected))
+        if (!characters.takeAndCompare(*expected))
             return false;
     }
     QChar further;

@@ -154,10 +154,6 @@ QByteArray nested(const std::vector<Entry>& entries, const QByteArray& fields)
     return json;
 }
 
-} // namespace
-
-namespace {
-
 enum class Contents { Left, Read };
 
 QByteArray described(QWidget* widget, Contents contents)

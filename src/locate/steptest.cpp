@@ -75,7 +75,7 @@ QString textOf(const QVariant& value)
 // A property as one class has it.
 struct StepTest::ClassProperty
 {
-    int index = -1; // of none
+    int index = -1; // -1: the class has no such property
     bool isText = false;
 };
 
@@ -84,7 +84,7 @@ struct StepTest::Prepared
     Key key;
     TextTest test;
     QByteArray property;
-    TextReader read; // the same for all classes; null where there is none such
+    TextReader read; // of the key, if it does not depend on the widget's class
     ClassMemo<ClassProperty> propertyOfClass;
     QSet<const QWidget*> atPath;
     QSet<const QWidget*> labelled;
@@ -194,7 +194,7 @@ bool StepTest::propertiesFit(const QWidget* widget, const std::function<bool()>&
     return true;
 }
 
-// Told without running the application's code.
+// Runs no code of the application.
 bool StepTest::canHaveProperties(const QWidget* widget)
 {
     return std::all_of(properties.begin(), properties.end(), [&](Prepared& condition) {

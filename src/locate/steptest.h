@@ -13,8 +13,8 @@
 
 namespace locate {
 
-// Whether widgets of one window fulfil the conditions of one step of a locator. Only for one walk through the window: it
-// keeps what it has read of it.
+// Tests whether widgets of one window fulfil the conditions of one step of a locator. Only for one walk through the
+// window, of which it caches labels, paths and classes.
 class StepTest
 {
 public:
@@ -25,17 +25,17 @@ public:
     // Whether the widget fulfils the step, and has the properties that it asks for, whatever their values. Runs no code of
     // the application.
     bool fits(QWidget* widget);
-    // Whether the properties have the values that are asked for. Runs code of the application, which may delete the widget:
-    // `isAlive` tells.
+    // Whether the properties have the values that are asked for. Runs code of the application, which may delete the
+    // widget: `isAlive` is asked before each read.
     bool hasProperties() const { return !properties.empty(); }
     bool propertiesFit(const QWidget* widget, const std::function<bool()>& isAlive);
 
-    // The widgets at the path that is asked for, parents before children; null where none is. As the commands find them:
-    // those in other windows below this one are among them.
+    // The widgets at the path that the step asks for, parents before children; null if it asks for none. As for the
+    // commands, those in other windows below this one are among them.
     const std::vector<QWidget*>* widgetsAtPath() const { return hasPath ? &atFirstPath : nullptr; }
 
-    // How many of the conditions there are, the class included, and how many of them, but for the properties, the widget
-    // does not fulfil.
+    // The number of conditions, the class included, and how many of them the widget does not fulfil, properties not
+    // counted.
     int conditionCount() const;
     int unmetCount(QWidget* widget);
 
@@ -58,7 +58,7 @@ private:
     std::vector<Prepared> conditions;
     std::vector<Prepared> properties;
     bool hasPath = false;
-    std::vector<QWidget*> atFirstPath; // of several, all of which have to be fulfilled
+    std::vector<QWidget*> atFirstPath; // of the first of several path conditions
     WidgetKinds kinds;
     std::unique_ptr<Labels> labels; // where a condition is about them
     ClassMemo<bool> classFits;

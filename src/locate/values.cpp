@@ -17,14 +17,14 @@ namespace locate {
 
 namespace {
 
-// More is never told.
-const int mostCharacters = 1000;
+// JsonObject::addUnlessEmpty() cuts longer texts.
+const int maximumCharacters = 1000;
 
 // Not QTextDocument::toPlainText(), which copies the whole text.
 QString beginningOf(QTextDocument* document)
 {
     QTextCursor cursor(document);
-    cursor.setPosition(qMin(mostCharacters, document->characterCount() - 1), QTextCursor::KeepAnchor);
+    cursor.setPosition(qMin(maximumCharacters, document->characterCount() - 1), QTextCursor::KeepAnchor);
     return cursor.selectedText().replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
 }
 

@@ -75,7 +75,7 @@ void addHeader(Items& items, const QAbstractItemView& view, const Rows& rows, co
     const QPointer<QHeaderView> header(rows.header());
     for (int i = 0; life.holds() && header && header->isVisible() && i < header->count(); ++i) {
         const int column = header->logicalIndex(i);
-        if (!header->isSectionHidden(column) && items.header.size() < mostColumns)
+        if (!header->isSectionHidden(column) && items.header.size() < maximumColumns)
             items.header.append(compat::textOf(view.model()->headerData(column, Qt::Horizontal)));
     }
 }
@@ -96,7 +96,7 @@ Items rowsInSight(QAbstractItemView* view)
     QPersistentModelIndex top;
     QPersistentModelIndex bottom;
     QPersistentModelIndex row = rows->first();
-    for (int steps = 0; row.isValid() && steps < mostSteps && static_cast<int>(items.shown.size()) < mostItems;
+    for (int steps = 0; row.isValid() && steps < maximumSteps && static_cast<int>(items.shown.size()) < maximumItems;
          ++steps) {
         const QRect place = placeOf(*view, *rows, row);
         const bool isInSight = !rows->isHidden(row) && place.isValid() && place.intersects(area);

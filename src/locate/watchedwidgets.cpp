@@ -6,8 +6,8 @@
 
 namespace locate {
 
-WatchedWidgets::WatchedWidgets(std::function<bool(QWidget*)> isOne)
-    : isStillOne(std::move(isOne))
+WatchedWidgets::WatchedWidgets(std::function<bool(QWidget*)> isStillCandidate)
+    : isCandidate(std::move(isStillCandidate))
 {
 }
 
@@ -15,38 +15,38 @@ void WatchedWidgets::add(QWidget* widget)
 {
     QObject* parent = widget->parent();
     if (!parent)
-        families.push_back({nullptr, widget, QObjectList(), members.size()});
-    else if (families.empty() || families.back().address != parent)
-        families.push_back({parent, parent, parent->children(), members.size()});
-    members.push_back({widget, families.size() - 1});
+        groups.push_back({nullptr, widget, QObjectList(), members.size()});
+    else if (groups.empty() || groups.back().address != parent)
+        groups.push_back({parent, parent, parent->children(), members.size()});
+    members.push_back({widget, groups.size() - 1});
 }
 
 QWidget* WatchedWidgets::at(std::size_t index)
 {
-    const std::size_t family = members[index].family;
-    if (!isUnchanged(families[family]))
-        look(family);
+    const std::size_t group = members[index].group;
+    if (!isUnchanged(groups[group]))
+        refresh(group);
     return members[index].widget;
 }
 
 // Qt's list has its data in common with our copy of it until a child comes or goes.
-bool WatchedWidgets::isUnchanged(const Family& family) const
+bool WatchedWidgets::isUnchanged(const Siblings& group) const
 {
-    return family.guard && (!family.address || family.children.isSharedWith(family.guard->children()));
+    return group.guard && (!group.address || group.children.isSharedWith(group.guard->children()));
 }
 
-void WatchedWidgets::look(std::size_t familyIndex)
+void WatchedWidgets::refresh(std::size_t groupIndex)
 {
-    Family& family = families[familyIndex];
-    family.children = family.guard ? family.guard->children() : QObjectList();
+    Siblings& group = groups[groupIndex];
+    group.children = group.guard ? group.guard->children() : QObjectList();
     QSet<const QObject*> living;
-    for (const QObject* child : family.children) {
+    for (const QObject* child : group.children) {
         if (child && child->isWidgetType()) // null: it is being deleted with its parent
             living.insert(child);
     }
-    for (std::size_t i = family.first; i < members.size() && members[i].family == familyIndex; ++i) {
+    for (std::size_t i = group.first; i < members.size() && members[i].group == groupIndex; ++i) {
         QWidget*& widget = members[i].widget;
-        if (widget && !(living.contains(widget) && isStillOne(widget)))
+        if (widget && !(living.contains(widget) && isCandidate(widget)))
             widget = nullptr;
     }
 }

@@ -8,22 +8,23 @@
 
 namespace locate {
 
-// Widgets in the order of a walk, of which the application may delete any. A guard for each costs several times what finding it
-// did; so their parents are guarded, and that the lists of children are still those of the walk tells that they live.
+// Widgets in the order of a walk, of which the application may delete any. A QPointer for each would cost several times
+// what finding it did, so only their parents are guarded: as long as a parent's list of children is still the one of
+// the walk, its children live.
 class WatchedWidgets
 {
 public:
-    // `isOne` is asked again about the widgets of a parent whose children have changed, since a new one can have the address of
+    // `isStillCandidate` is asked again about the widgets of a parent whose children have changed, since a new one can have the address of
     // one that has died. It must not run code of the application.
-    explicit WatchedWidgets(std::function<bool(QWidget*)> isOne);
+    explicit WatchedWidgets(std::function<bool(QWidget*)> isStillCandidate);
 
     void add(QWidget* widget);
     std::size_t count() const { return members.size(); }
-    // Null when it has died, or has left its parent.
+    // Null if it has died, or has another parent now.
     QWidget* at(std::size_t index);
 
 private:
-    struct Family
+    struct Siblings
     {
         const QObject* address;
         QPointer<QObject> guard; // the parent; the widget itself where it has none
@@ -33,14 +34,14 @@ private:
     struct Member
     {
         QWidget* widget;
-        std::size_t family;
+        std::size_t group;
     };
 
-    bool isUnchanged(const Family& family) const;
-    void look(std::size_t familyIndex);
+    bool isUnchanged(const Siblings& group) const;
+    void refresh(std::size_t groupIndex);
 
-    const std::function<bool(QWidget*)> isStillOne;
-    std::vector<Family> families;
+    const std::function<bool(QWidget*)> isCandidate;
+    std::vector<Siblings> groups;
     std::vector<Member> members;
 };
 

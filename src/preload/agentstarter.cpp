@@ -16,8 +16,7 @@ namespace preload {
 
 namespace {
 
-// The agent, and the functions of Qt for its end. Symbols stand for Qt's functions here, the same in Qt 4, 5
-// and 6.
+// The agent, and the functions of Qt that end it. They are looked up by symbols that are the same in Qt 4, 5 and 6.
 struct RunningAgent
 {
     TestClient* client;
@@ -81,7 +80,8 @@ const char* loadAgent()
     if (!widgetsLibrary || !writePathBeside(ownFile(), QTDRIVER_AGENT_LIBRARY, path))
         return nullptr;
     loadFurtherLibraries(widgetsLibrary);
-    // All of it or nothing: a function missing in an older Qt must not end the application later.
+    // Loading fails if a single function is missing, as in an older Qt: found missing later, it would end the
+    // application.
     char reason[pathSize];
     if (loadLibrary(path, reason))
         return path;

@@ -10,7 +10,7 @@ bool claimStart();
 void startAgent();
 
 // Loads the agent's library, which lies beside this one, into a process that has loaded the widgets library of its Qt.
-// Returns its path; null if that failed, which has been explained.
+// Returns its path; null, after explain(), if that failed.
 const char* loadAgent();
 
 } // namespace preload

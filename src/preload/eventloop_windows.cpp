@@ -10,7 +10,7 @@ namespace {
 
 void (*pendingFunction)() = nullptr;
 
-// Qt's event loop hands out the messages of timers that are none of its own.
+// Qt's event loop dispatches the messages of all timers, also of this one, which is not Qt's.
 void CALLBACK timeIsUp(HWND, UINT, UINT_PTR timer, DWORD)
 {
     KillTimer(nullptr, timer);

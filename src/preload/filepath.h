@@ -5,8 +5,8 @@
 
 namespace preload {
 
-// Room for the longest path, in bytes with the zero at its end. Paths are in UTF-8 on Windows, as the system has them
-// elsewhere.
+// Room for the longest path, in bytes with the zero at its end. Paths are UTF-8 on Windows, elsewhere the system's
+// bytes.
 const std::size_t pathSize = 4096;
 
 // The part behind the last separator. Windows has two; elsewhere a backslash may be part of a name.

@@ -2,11 +2,11 @@
 
 namespace preload {
 
-// A library that the process has loaded, held while this object lives. It is never loaded by this.
+// A library that the process has loaded already, kept loaded while this object lives.
 class LoadedLibrary
 {
 public:
-    // Its path, as pathOf() tells it; null for no library.
+    // `path` as pathOf() returns it; null for no library.
     explicit LoadedLibrary(const char* path);
     ~LoadedLibrary();
     LoadedLibrary(const LoadedLibrary&) = delete;

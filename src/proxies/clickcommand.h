@@ -4,7 +4,7 @@
 
 namespace proxies {
 
-// A mouse command of the widgets that react at one point only, so that it has no position and no modifier.
+// A mouse command for widgets that react at one point only. It has no position and no modifier.
 struct ClickCommand
 {
     proxy::MouseCommandType type;

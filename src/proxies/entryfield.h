@@ -4,9 +4,9 @@
 
 namespace proxies {
 
-// Used by the proxies of entry fields: the ways in which a user's mouse and keys get a text into a field.
-// Each key lets the application react, and its slots may delete the field. Whatever is left to be typed then
-// raises "Internal error, proxy without widget" instead of reaching another widget.
+// Base of the proxies of entry fields: enters text by mouse and keys. Each key lets the application react, and its
+// slots may delete the field. The keys that follow then raise "Internal error, proxy without widget" instead of
+// reaching another widget.
 class EntryField : public STWidgetProxy
 {
 protected:

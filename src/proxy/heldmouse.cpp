@@ -17,25 +17,25 @@ namespace proxy {
 
 namespace {
 
-struct Stacked
+struct NestingScope
 {
-    explicit Stacked(int& counted)
+    explicit NestingScope(int& counted)
         : count(counted)
     {
         ++count;
     }
-    ~Stacked() { --count; }
-    Q_DISABLE_COPY(Stacked)
+    ~NestingScope() { --count; }
+    Q_DISABLE_COPY(NestingScope)
 
     int& count;
 };
 
-// A point on the way, this far from its start; the goal where that is nearer.
-QPoint pointOnTheWay(const QPoint& from, const QPoint& to, int distance)
+// The point at this distance from the start towards the goal; the goal where that is nearer.
+QPoint pointTowards(const QPoint& from, const QPoint& to, int distance)
 {
-    const QPoint way = to - from;
-    const double share = std::min(1.0, distance / std::hypot(way.x(), way.y()));
-    return from + QPoint(qRound(way.x() * share), qRound(way.y() * share));
+    const QPoint offset = to - from;
+    const double share = std::min(1.0, distance / std::hypot(offset.x(), offset.y()));
+    return from + QPoint(qRound(offset.x() * share), qRound(offset.y() * share));
 }
 
 } // namespace
@@ -84,13 +84,13 @@ void HeldMouse::post(Deliver deliver)
 void HeldMouse::postMove(QWidget* target, const QPoint& position, Qt::KeyboardModifiers modifiers)
 {
     const Qt::MouseButtons buttons = held;
-    enum Part { Way, Goal };
-    const auto move = [=](const QPointer<QWidget>& receiver, const QPoint& to, Part part) {
+    enum Step { Approach, Goal };
+    const auto move = [=](const QPointer<QWidget>& receiver, const QPoint& to, Step step) {
         const bool wasWithinMove = isWithinMove();
         post([=] {
-            if (!receiver || (part == Way && isWithinMove() && !wasWithinMove))
+            if (!receiver || (step == Approach && isWithinMove() && !wasWithinMove))
                 return; // the move before it has begun a drag already
-            const Stacked stacked(movesOnStack);
+            const NestingScope nested(movesOnStack);
             const std::unique_ptr<QEvent> event(
                 compat::newMouseEvent(QEvent::MouseMove, receiver, to, Qt::NoButton, buttons, modifiers));
             QCoreApplication::sendEvent(receiver, event.get());
@@ -98,8 +98,8 @@ void HeldMouse::postMove(QWidget* target, const QPoint& position, Qt::KeyboardMo
     };
     if (pressed && !hasMoved && position != pressedAt) {
         const int distance = QApplication::startDragDistance() * 3 / 2 + 1; // as far along a diagonal, too
-        move(pressed, pointOnTheWay(pressedAt, position, distance), Way);
-        move(pressed, pointOnTheWay(pressedAt, position, 2 * distance), Way);
+        move(pressed, pointTowards(pressedAt, position, distance), Approach);
+        move(pressed, pointTowards(pressedAt, position, 2 * distance), Approach);
     }
     hasMoved = true;
     move(target, position, Goal);
@@ -126,7 +126,7 @@ void HeldMouse::postRelease(
 void HeldMouse::abandon()
 {
     isServing = false;
-    // Posted, for one that has only begun has no loop yet that could end.
+    // Posted: a drag and drop that has only just begun does not run its loop yet.
     if (held != Qt::NoButton || isWithinMove())
         postCall(compat::cancelDrag);
 }

@@ -10,8 +10,8 @@ class QWidget;
 namespace proxy {
 
 // The mouse buttons that requests hold down, for the whole process: a press in one request and a release in a later one
-// form a drag. And the events of such a drag that are only posted, since the application may handle one of them by a loop
-// of its own: that of its drag and drop, or of a dialog. Positions are global screen coordinates in pixels.
+// form a drag. The moves and the release of such a drag are only posted, since the application may run an event loop as
+// it handles one of them, for its drag and drop or for a dialog. Positions are global screen coordinates in pixels.
 class HeldMouse
 {
 public:
@@ -25,8 +25,9 @@ public:
     void press(QWidget* widget, const QPoint& position);
     QWidget* pressedWidget() const;
 
-    // Has the application handle moves, or the release of a button, once it is back in its event loop. The first moves
-    // after the press are near it: Qt starts a drag for the second one that is far enough away, and not at its goal.
+    // Has the application handle a move, or the release of a button, once it is back in its event loop. The first move
+    // after a press is preceded by two near the press: Qt starts a drag only at the second move that is far enough
+    // away, and must not find that at the goal already.
     void postMove(QWidget* target, const QPoint& position, Qt::KeyboardModifiers modifiers);
     void postRelease(QWidget* target, const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Whether a posted move or release has not been handled yet.
@@ -35,8 +36,8 @@ public:
     bool isWithinMove() const { return movesOnStack > 0; }
     // From now on there is a connection whose requests can end a drag.
     void serve() { isServing = true; }
-    // There is none: forgets what has not been handled or is still posted, and ends the application's drag and drop, if a
-    // button is held, without a drop.
+    // The connection has ended: forgets what is posted and not handled yet, and if a button is held, ends the
+    // application's drag and drop without a drop.
     void abandon();
 
 private:

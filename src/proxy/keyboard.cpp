@@ -110,7 +110,7 @@ void Keyboard::Target::send(const KeyEvent& event) const
     QWidget* const modal = QApplication::activeModalWidget();
     QWidget* receiver = window;
     if (modal && modal != window)
-        receiver = modal; // the windowing system may not have told yet that it has the focus
+        receiver = modal; // the windowing system may not have given it the focus yet
     else if (active && (followsFocus || !window))
         receiver = active;
     if (receiver)

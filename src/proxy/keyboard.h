@@ -24,9 +24,9 @@ struct KeyEvent
 
 using KeyEvents = std::vector<KeyEvent>;
 
-// The keyboard before one widget. Its events travel the way of real ones, so they reach what has the focus when it is
-// their turn: another window, once a key has opened one. Modifiers that were pressed and not released are held, from one
-// request to the next, for all keys. Every failure is an STError.
+// Sends keys while one widget has the focus. Qt handles the events like real ones, so each reaches the widget that has
+// the focus by then: in another window, once a key has opened one. Modifiers that were pressed and not released are
+// held, from one request to the next, for all keys. Every failure is an STError.
 class Keyboard : private STInputControl
 {
 public:
@@ -38,14 +38,14 @@ public:
     // Half of that: what goes down, or what goes up.
     static KeyEvents press(const KeyStroke& stroke);
     static KeyEvents release(const KeyStroke& stroke);
-    // The key goes down and up. Its event tells of modifiers that themselves have no events.
+    // The key goes down and up. Its events carry its modifiers, which have no events of their own.
     static KeyEvents type(const KeyStroke& stroke);
 
     // Has the application handle the events. Raises "Internal error, proxy without widget" where a key would go down and
     // the widget is gone.
     void send(const KeyEvents& events);
-    // Only posts them: the application handles them when the request is over, and may open a dialog then that does not
-    // end before. Keys that would go down when the widget is gone are dropped.
+    // Only posts them: the application handles them after the request, so that a dialog which it opens then does not
+    // delay the reply. Keys that would go down when the widget is gone are dropped.
     void post(const KeyEvents& events);
 
     // Where the events go.

@@ -15,13 +15,13 @@ const ModifierKey modifierKeys[] = {
 
 namespace {
 
-const std::size_t mostStrokes = 4; // as a QKeySequence has
-const int longestName = 32;
+const std::size_t maximumStrokes = 4; // as a QKeySequence has
+const int maximumNameLength = 32;
 
 const QLatin1Char strokeSeparator(',');
 const QLatin1Char keySeparator('+');
 
-// The keys that have a character, although they are named: what keyboards give for them.
+// The named keys for which keyboards send a character.
 struct CharacterKey
 {
     ushort character;
@@ -93,12 +93,12 @@ const ModifierKey* modifierNamed(const QString& name)
     return nullptr;
 }
 
-// Takes the modifiers that are in front off the text of a stroke.
+// Removes the modifiers from the beginning of a stroke's text.
 Qt::KeyboardModifiers takeModifiers(QString& stroke)
 {
     Qt::KeyboardModifiers modifiers = Qt::NoModifier;
     for (;;) {
-        const int end = static_cast<int>(stroke.left(longestName).indexOf(keySeparator));
+        const int end = static_cast<int>(stroke.left(maximumNameLength).indexOf(keySeparator));
         const bool isKey = end < 1 || end == stroke.size() - 1;
         const ModifierKey* row = isKey ? nullptr : modifierNamed(stroke.left(end));
         if (!row)
@@ -114,7 +114,7 @@ int keyOfName(const QString& name)
         return keyOfCode(code);
     if (const ModifierKey* row = modifierNamed(name))
         return row->key;
-    return name.size() > longestName || name.contains(keySeparator) ? 0 : compat::keyNamed(name);
+    return name.size() > maximumNameLength || name.contains(keySeparator) ? 0 : compat::keyNamed(name);
 }
 
 KeyStroke strokeOf(const QString& text)
@@ -175,8 +175,8 @@ std::vector<KeyStroke> keyStrokes(const QString& keys)
 {
     std::vector<KeyStroke> strokes;
     for (int position = 0; position <= keys.size();) {
-        if (strokes.size() == mostStrokes)
-            raiseError("At most %d key strokes are pressed at a time", static_cast<int>(mostStrokes));
+        if (strokes.size() == maximumStrokes)
+            raiseError("At most %d key strokes are pressed at a time", static_cast<int>(maximumStrokes));
         strokes.push_back(strokeOf(takeStrokeText(keys, position)));
     }
     return strokes;

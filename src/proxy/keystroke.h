@@ -22,7 +22,7 @@ struct ModifierKey
 {
     const char* name;
     Qt::KeyboardModifier modifier;
-    int key; // 0: it is no key, but a part of the keyboard
+    int key; // 0: the modifier has no key, it marks a part of the keyboard
 };
 
 // In the order in which a user presses them. "Num" are the keys of the keypad.

@@ -5,9 +5,9 @@
 
 class QWidget;
 
-// An event filter for a widget on which a mouse button is held by events alone. The windowing system tells of the cursor's
-// moves in its own time, and of no button: such a move would end the drag for widgets that look at the buttons, as tab bars
-// do. The filter stops the system's moves without buttons, and nothing else.
+// An event filter for a widget on which a mouse button is held by events alone. The windowing system reports the
+// cursor's moves late and without buttons: such a move would end the drag for widgets that look at the buttons, as tab
+// bars do. The filter stops the system's moves without buttons, and nothing else.
 class LateMoveFilter : public QObject
 {
 public:

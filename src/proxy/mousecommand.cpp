@@ -96,9 +96,9 @@ int wheelSteps(const QString& text, int place)
     const int steps = text.isEmpty() ? 0 : compat::toInt(text, &ok);
     if (!ok && !text.isEmpty())
         raiseError("The %d. parameter \"%s\" is not an integer", place, text);
-    const int mostSteps = 1000; // a request must come to its end
-    if (steps < -mostSteps || steps > mostSteps)
-        raiseError("At most %d steps of the wheel are allowed", mostSteps);
+    const int maximumSteps = 1000; // a request must come to its end
+    if (steps < -maximumSteps || steps > maximumSteps)
+        raiseError("At most %d steps of the wheel are allowed", maximumSteps);
     return steps;
 }
 

@@ -8,7 +8,7 @@ namespace proxy {
 
 namespace {
 
-// Makes one call, in the event that was posted for it, and deletes itself.
+// Makes one call when the event that is posted for it is delivered, and then deletes itself.
 class PostedCall : public QObject
 {
 public:

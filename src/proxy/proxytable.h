@@ -6,7 +6,7 @@ class STWidgetProxy;
 
 namespace proxy {
 
-// A supported Qt class and what makes its proxy. The caller owns what make() returns.
+// A supported Qt class and the function that makes its proxy. The caller owns the result of make().
 struct ProxyTableRow
 {
     const char* qtClassName;

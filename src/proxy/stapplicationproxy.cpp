@@ -47,7 +47,7 @@ STWidgetProxy* STApplicationProxy::proxyFor(QWidget* widget, const QString& requ
     return proxy->second;
 }
 
-STWidgetProxy* STApplicationProxy::preparedProxy(QWidget* widget, const QString& className)
+STWidgetProxy* STApplicationProxy::prepareProxy(QWidget* widget, const QString& className)
 {
     STWidgetProxy* proxy = proxyFor(widget, className);
     const QWidget* target = proxy->checkedWidget(nullptr);
@@ -61,30 +61,30 @@ STWidgetProxy* STApplicationProxy::preparedProxy(QWidget* widget, const QString&
 void STApplicationProxy::activate(
     QWidget* widget, const QString& className, const QVariant& value, const QVariant& option)
 {
-    preparedProxy(widget, className)->activate(value, option);
+    prepareProxy(widget, className)->activate(value, option);
 }
 
 void STApplicationProxy::enter(QWidget* widget, const QString& className, const QVariant& value)
 {
-    preparedProxy(widget, className)->enter(value);
+    prepareProxy(widget, className)->enter(value);
 }
 
 void STApplicationProxy::mouseAction(QWidget* widget, const QString& className, const QVariant& command)
 {
-    preparedProxy(widget, className)->mouseAction(command);
+    prepareProxy(widget, className)->mouseAction(command);
 }
 
-STWidgetProxy::ItemArea STApplicationProxy::itemArea(QWidget* widget, const QString& className, const QVariant& item)
+STWidgetProxy::ItemArea STApplicationProxy::showItem(QWidget* widget, const QString& className, const QVariant& item)
 {
-    return preparedProxy(widget, className)->itemArea(item);
+    return prepareProxy(widget, className)->showItem(item);
 }
 
 void STApplicationProxy::mouseActionAt(const STWidgetProxy::ItemArea& area, const QString& command)
 {
     if (!area.widget)
         proxy::raiseError(proxy::deadWidgetMessage);
-    preparedProxy(area.widget, QLatin1String("QWidget"))
-        ->mouseActionIn(area.rect, command, STWidgetProxy::Way::Natural);
+    prepareProxy(area.widget, QLatin1String("QWidget"))
+        ->mouseActionIn(area.rect, command, STWidgetProxy::MouseStyle::LikeUser);
 }
 
 STWidgetProxy::ItemState STApplicationProxy::itemState(QWidget* widget, const QString& className, const QVariant& item)
@@ -94,12 +94,12 @@ STWidgetProxy::ItemState STApplicationProxy::itemState(QWidget* widget, const QS
 
 void STApplicationProxy::wheelAction(QWidget* widget, const QString& command)
 {
-    preparedProxy(widget, QString())->wheelAction(command);
+    prepareProxy(widget, QString())->wheelAction(command);
 }
 
 void STApplicationProxy::prepare(QWidget* widget)
 {
-    preparedProxy(widget, QString());
+    prepareProxy(widget, QString());
 }
 
 QVariant STApplicationProxy::property(

@@ -30,9 +30,9 @@ public:
     void activate(QWidget* widget, const QString& className, const QVariant& value, const QVariant& option);
     void enter(QWidget* widget, const QString& className, const QVariant& value);
     void mouseAction(QWidget* widget, const QString& className, const QVariant& command);
-    // Brings an item into sight and tells where it is. What it is in can be another widget, and that can be in a window of
-    // its own, such as a menu.
-    STWidgetProxy::ItemArea itemArea(QWidget* widget, const QString& className, const QVariant& item);
+    // Scrolls to an item, or opens the menus that lead to it, and returns where it is: possibly in another widget,
+    // which can be a window of its own, such as a menu.
+    STWidgetProxy::ItemArea showItem(QWidget* widget, const QString& className, const QVariant& item);
     // Plays a mouse command there.
     void mouseActionAt(const STWidgetProxy::ItemArea& area, const QString& command);
     // Text and states of an item, also in a disabled widget.
@@ -45,7 +45,7 @@ public:
     QVariant property(QWidget* widget, const QString& className, const QString& name, const QVariant& argument);
 
 private:
-    STWidgetProxy* preparedProxy(QWidget* widget, const QString& className);
+    STWidgetProxy* prepareProxy(QWidget* widget, const QString& className);
 
     struct TextOrder
     {

@@ -8,7 +8,7 @@ const char deadWidgetMessage[] = "Internal error, proxy without widget";
 
 namespace {
 
-// How much a function of C sees of a text: all before the first U+0000, if there is one.
+// The length of the text for a function of C: up to the first U+0000, if there is one.
 int lengthInC(const QString& text)
 {
     const int end = static_cast<int>(text.indexOf(QChar(0)));

@@ -208,8 +208,8 @@ void STInputControl::postDragMove(
         proxy::raiseError(proxy::deadWidgetMessage);
     QCoreApplication::postEvent(target,
         compat::newMouseEvent(QEvent::MouseMove, target, position, Qt::NoButton, heldMouse().buttons(), modifiers));
-    // Should the application begin its drag and drop with that, in a loop, the request that ends it could not be executed
-    // before this one is over.
+    // If the application begins its drag and drop with that move, it runs a loop within this request, and the request
+    // that ends the drag could not be executed.
     const int mark = compat::dragMark();
     proxy::postCall([mark] { compat::cancelDragSince(mark); });
     syncEvents();

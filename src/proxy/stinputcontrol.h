@@ -7,22 +7,22 @@
 
 class QWidget;
 
-// Synthetic keyboard and mouse input, as near to a user's as an application can be given: the real cursor moves, and
-// each event is posted to the widget that a user's input would reach. All positions are global screen coordinates in
-// pixels. An operation that finds no widget under the mouse raises "Error: widget is hidden by another window"; keys
-// without a focus widget go nowhere, silently.
+// Synthetic keyboard and mouse input that is as close to a user's as possible: the real cursor moves, and each event is
+// posted to the widget that a user's input would reach. All positions are global screen coordinates in pixels. An
+// operation that finds no widget under the mouse raises "Error: widget is hidden by another window"; keys without a
+// focus widget go nowhere, silently.
 class STInputControl
 {
 public:
     virtual ~STInputControl() = default;
 
 protected:
-    // Has the operation's events handled as they are posted; or only posts them from here on, as an operation does with its
-    // last input: the application handles that when the command is over. It stays so until the next operation starts.
+    // Have the operation's events handled as they are posted, or only posted, as for an operation's last input, which
+    // the application handles when the command is over. Either lasts until the next operation starts.
     void startProcessingEvents() { processEventsEnabled = true; }
     void stopProcessingEvents() { processEventsEnabled = false; }
 
-    // Stops the processing of events as long as it lives. Then it is as it was before, also when something throws.
+    // Stops the processing of events as long as it lives, and restores it even if something throws.
     class PostingScope
     {
     public:
@@ -40,8 +40,8 @@ protected:
         const bool wasEnabled;
     };
 
-    // Lets the application handle what is pending, but not the agent's socket: no command may start within another.
-    // Twice, so that what the first round posts is handled too. Does nothing while processing is stopped.
+    // Lets the application handle pending events, except those of the agent's socket: no command may start within
+    // another. Twice, so that what the first round posts is handled too. Does nothing while processing is stopped.
     void syncEvents();
 
     // Posts an event between two syncEvents(); takes ownership of it. Raises "Internal error, proxy without widget"
@@ -74,15 +74,15 @@ protected:
     void awaitInFront(QWidget* widget);
     // While a button is held this is a drag: the application sees a move event with the held buttons.
     void mouseMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
-    // At the cursor's position. A button stays held, from one command to the next, until it is released: also one that
-    // had nothing to press, but none whose press was another error.
+    // At the cursor's position. A button stays held, from one command to the next, until it is released: also if there
+    // was no widget to press, but not after any other error of the press.
     void mousePress(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void mouseRelease(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Whether a button is held.
     static bool isDragging();
-    // While a button is held: a move, and its release, as from a user, for the widget that was pressed. They are only
-    // posted: the application may run its drag and drop, or a dialog, as it handles them. A first move is several, since
-    // Qt starts no drag before the second one.
+    // While a button is held: a move, and the release of the button, for the widget that was pressed, as from a user.
+    // They are only posted, since the application may run its drag and drop, or a dialog, as it handles them. The first
+    // move is several, since Qt starts no drag before the second one.
     void dragMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
     void dragRelease(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     // Here and in the next two no error leaves the button held.

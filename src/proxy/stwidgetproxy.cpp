@@ -117,10 +117,10 @@ void STWidgetProxy::mouseAction(const QVariant& command)
 {
     if (compat::typeOf(command) != QMetaType::QString)
         typeError("string");
-    mouseActionIn(checkedWidget(nullptr)->rect(), command.toString(), Way::Straight);
+    mouseActionIn(checkedWidget(nullptr)->rect(), command.toString(), MouseStyle::Direct);
 }
 
-void STWidgetProxy::mouseActionIn(const QRect& rect, const QString& command, Way way)
+void STWidgetProxy::mouseActionIn(const QRect& rect, const QString& command, MouseStyle style)
 {
     const int sectionCount = 5;
     const QStringList sections = proxy::firstParts(command, QLatin1Char(':'), sectionCount);
@@ -130,13 +130,13 @@ void STWidgetProxy::mouseActionIn(const QRect& rect, const QString& command, Way
     const Qt::MouseButton button = proxy::mouseButton(sections.value(1));
     const Qt::KeyboardModifiers modifiers = proxy::keyboardModifier(sections.value(4));
     const proxy::MouseCommandType type = proxy::mouseCommandType(sections.value(0));
-    if (way == Way::Natural && isDragging()) {
+    if (style == MouseStyle::LikeUser && isDragging()) {
         if (type == proxy::MouseCommandType::Move)
             return dragMove(point, modifiers);
         if (type == proxy::MouseCommandType::Release)
             return dragRelease(point, button, modifiers);
     }
-    if (way == Way::Natural && type == proxy::MouseCommandType::Move)
+    if (style == MouseStyle::LikeUser && type == proxy::MouseCommandType::Move)
         enterWindow(point, modifiers);
     playMouse(type, point, button, modifiers);
 }
@@ -162,13 +162,13 @@ void STWidgetProxy::enterWindow(const QPoint& point, Qt::KeyboardModifiers modif
         return;
     // A menu ignores the first move after it was entered, and the windowing system may make one of two.
     const int moves = window->windowType() == Qt::Popup ? 2 : 1;
-    const int mostMilliseconds = 300;
+    const int maximumMilliseconds = 300;
     MoveCounter counter;
     window->installEventFilter(&counter);
     for (int i = 1; i <= moves; ++i) {
         mouseMove(point - QPoint(i, 0), modifiers);
         if (moves > 1)
-            compat::processEventsUntil([&] { return counter.count >= i; }, mostMilliseconds);
+            compat::processEventsUntil([&] { return counter.count >= i; }, maximumMilliseconds);
     }
 }
 
@@ -228,7 +228,7 @@ STWidgetProxy::MousePlace STWidgetProxy::activationPlace()
 
 void STWidgetProxy::lookForItem(const QVariant&) { }
 
-STWidgetProxy::ItemArea STWidgetProxy::itemArea(const QVariant&)
+STWidgetProxy::ItemArea STWidgetProxy::showItem(const QVariant&)
 {
     proxy::raiseError(noItemsMessage, checkedWidget(nullptr)->metaObject()->className());
 }

@@ -10,9 +10,9 @@
 
 class QWidget;
 
-// The base of all proxies, and the proxy of plain widgets. A proxy stands for the user before one kind of widget. There
-// is one object per registered class name; the registry binds it to the widget of each command anew. Every failure
-// is an STError.
+// The base of all proxies, and the proxy of plain widgets. A proxy acts on one kind of widget as a user would. There is
+// one object per registered class name; the registry binds it to the widget of each command anew. Every failure is an
+// STError.
 class STWidgetProxy : protected STInputControl
 {
 public:
@@ -26,11 +26,10 @@ public:
     // from 0.0 to 1.0; 1.0 is one pixel beyond the edge, on which scripts rely. Without both the point is the centre,
     // without one of them that one is 0.5. A click stops the processing of events until the registry's next operation.
     virtual void mouseAction(const QVariant& command);
-    // The same at a rectangle of the widget. With Way::Natural it is as from a user, who makes many moves: one into a window
-    // is two, since a windowing system tells of none where the mouse enters it; those of a drag are dragMove() and
-    // dragRelease().
-    enum class Way { Straight, Natural };
-    void mouseActionIn(const QRect& rect, const QString& command, Way way);
+    // The same at a rectangle of the widget. With MouseStyle::LikeUser a move into a window is two, since the windowing
+    // system reports no move where the mouse enters it, and a drag is dragMove() and dragRelease().
+    enum class MouseStyle { Direct, LikeUser };
+    void mouseActionIn(const QRect& rect, const QString& command, MouseStyle style);
     // Turns the wheel over the widget by a command "x:y:modifier:horizontal:vertical": a position as in mouse commands, and
     // steps to the left and upwards, or against that if negative. The last step is only posted.
     void wheelAction(const QString& command);
@@ -51,31 +50,32 @@ public:
         QPoint point;
     };
     virtual MousePlace activationPlace();
-    // Raises the error of activate(value) for an item that is not there or cannot be used, as far as that can be told
-    // without doing anything. Errors of the value itself, and of what is not one of several items, are left to activate().
+    // Raises the error of activate(value) for an item that is not there or cannot be used, as far as that shows without
+    // opening, scrolling or selecting anything. Errors of the value itself, and of widgets without items, are left to
+    // activate().
     virtual void lookForItem(const QVariant& value);
-    // Where an item is: in the bound widget or in a part of it, at a rectangle of that, as far as it is in sight.
+    // Where an item is: in the bound widget or in a part of it, at the visible part of its rectangle there.
     struct ItemArea
     {
         QPointer<QWidget> widget;
         QRect rect;
         bool isEnabled;
     };
-    // The item that activate() takes the same value for. It is brought into sight: a view or tab bar is scrolled to it, the
-    // items and the menus that it is in are opened. Raises an error for one that is not there or stays out of sight. The
-    // base has no items and refuses.
-    virtual ItemArea itemArea(const QVariant& item);
-    // Text and states of such an item, wherever it is: "checkable", "checked", "partly checked", "selected", "current",
-    // "disabled", "expanded", "collapsed"; of an entry of a menu "menu"; of a header "hidden", "ascending", "descending".
-    // Nothing is scrolled or opened. The base refuses.
+    // Makes the item visible that activate() takes the same value for, and returns where it is: scrolls a view or tab
+    // bar to it, and opens the items and menus that it is in. Raises an error for one that is not there or stays out of
+    // sight. The base has no items and refuses.
+    virtual ItemArea showItem(const QVariant& item);
+    // Text and states of such an item, without scrolling or opening anything: "checkable", "checked", "partly checked",
+    // "selected", "current", "disabled", "expanded", "collapsed"; of an entry of a menu "menu"; of a header "hidden",
+    // "ascending", "descending". The base refuses.
     struct ItemState
     {
         QString text;
         QStringList states;
     };
     virtual ItemState itemState(const QVariant& item);
-    // Makes the widget reachable for real input: its window is shown, activated, raised and moved onto the screen. Where
-    // a window manager does that in its own time, waits until it is active; the mouse waits until it is in front.
+    // Makes the widget reachable for real input: shows, activates and raises its window and moves it onto the screen.
+    // Waits until a window manager has made it active; the next move of the mouse waits until it is in front.
     void prepareWidget();
     // A built-in property ("pseudoPropertyNames", "propertyNames", "className", "silkClassName", "globalRect"), else
     // a pseudo-property, else a Qt property. Raises an error when none has a valid value.
@@ -95,7 +95,7 @@ protected:
     {
         raiseRangeError(proxy::formatMessage(QString::fromLatin1(format), {proxy::FormatArgument(arguments)...}));
     }
-    // The same for a value that may come into the range a little later, for that reason.
+    // The same for a value that may be in range a little later; `reason` says what has to change.
     template <class... Arguments>
     [[noreturn]] void rangeNotYet(const QString& reason, const char* format, const Arguments&... arguments)
     {
@@ -109,12 +109,12 @@ protected:
     QPoint globalCenter(const QRect& rect);
     // The same for a rectangle of any widget, such as a part of the bound one.
     static QPoint globalCenter(const QWidget* owner, const QRect& rect);
-    // The operation's last input, only posted: the application handles it when the command is over, and may open a dialog
-    // then that does not end before. A left click at a point in global coordinates, one at the centre of a rectangle of a
-    // widget, or the Return key.
+    // The operation's last input: a left click at a point in global coordinates. Only posted, here and in clickCenter()
+    // and confirm(): the application handles it after the command, so that a dialog which it opens then does not delay
+    // the reply.
     void finalClick(const QPoint& point);
-    // A left click on the way to something else, at the centre of a rectangle of a widget that the mouse has to reach
-    // there.
+    // A left click on the way to an item, at the centre of a rectangle of a widget. Raises an error if the mouse does
+    // not reach the widget there.
     void clickOnTheWay(QWidget* owner, const QRect& rect);
     void clickCenter(const QWidget* owner, const QRect& rect);
     void confirm();
@@ -124,7 +124,7 @@ private:
 
     [[noreturn]] void raiseRangeError(const QString& range, const QString& reason = QString());
     void moveOntoScreen(QWidget* window);
-    // Moves the mouse beside a point, if it is not in the window.
+    // Moves the mouse next to a point in the window, if it is outside the window.
     void enterWindow(const QPoint& point, Qt::KeyboardModifiers modifiers);
 
     QPointer<QWidget> widget;

@@ -6,7 +6,7 @@
 
 namespace proxy {
 
-// A word of a command and what it stands for.
+// A word of a command and its meaning.
 template <class Value>
 struct Word
 {

@@ -4,8 +4,8 @@ namespace record {
 
 namespace {
 
-const std::size_t mostEvents = 1000;
-const int mostBytes = 4 * mostBytesOfWindow;
+const std::size_t maximumEvents = 1000;
+const int maximumBytes = 4 * maximumWindowBytes;
 
 } // namespace
 
@@ -14,7 +14,7 @@ bool EventQueue::append(const QByteArray& event)
     const int before = lost;
     events.push_back(event);
     bytes += static_cast<int>(event.size());
-    while (events.size() > mostEvents || bytes > mostBytes) {
+    while (events.size() > maximumEvents || bytes > maximumBytes) {
         bytes -= static_cast<int>(events.front().size());
         events.pop_front();
         ++lost;

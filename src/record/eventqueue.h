@@ -6,14 +6,14 @@
 
 namespace record {
 
-// The events that nobody has asked for yet, the oldest first. Of more than there is room for, the oldest are dropped: a
-// server that does not ask must not cost the application memory.
+// The events that the server has not taken yet, the oldest first. Beyond a limit the oldest are dropped, so that a
+// server which takes none does not cost the application memory.
 class EventQueue
 {
 public:
     // Returns whether others were dropped for it.
     bool append(const QByteArray& event);
-    // An array of JSON with all of them, which are forgotten with the count of those that were dropped.
+    // Removes all events and returns them as an array of JSON. The count of dropped events begins anew.
     QByteArray take();
     void clear();
 
@@ -26,7 +26,7 @@ private:
     int lost = 0;
 };
 
-// A larger description of a window is left out of its event.
-const int mostBytesOfWindow = 1024 * 1024;
+// Limit for the description of a window in an event; a larger one is left out.
+const int maximumWindowBytes = 1024 * 1024;
 
 } // namespace record

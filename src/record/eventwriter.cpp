@@ -90,7 +90,7 @@ bool hidesText(const QWidget* receiver)
     return (line && line->echoMode() != QLineEdit::Normal) || receiver->inputMethodHints() & Qt::ImhHiddenText;
 }
 
-// Tells the value of the field before the event.
+// Adds the value that the field has before the event.
 void addFieldValue(locate::JsonObject& object, QWidget* receiver)
 {
     const QWidget* holder = targetOf(receiver, QPoint()).widget;
@@ -105,7 +105,7 @@ bool isPrintable(const QString& text)
     return !text.isEmpty() && (text.at(0).isPrint() || text.at(0).isHighSurrogate());
 }
 
-// A position in one widget as that in another one around it.
+// The target for a position in a part of an outer widget.
 Target targetIn(QWidget* outer, const QWidget* receiver, const QPoint& position)
 {
     return {outer, receiver->mapTo(outer, position), false};
@@ -152,12 +152,12 @@ void addWheel(locate::JsonObject& object, const Target& target, const QWheelEven
     addFlags(object, "modifiers", modifierRows, event.modifiers());
 }
 
-void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool tellsPasswords)
+void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool withPasswords)
 {
     addFlags(object, "modifiers", modifierRows, event.modifiers());
     if (event.isAutoRepeat())
         object.field("repeated") += "true";
-    if (!tellsPasswords && hidesText(receiver) && isPrintable(event.text())) {
+    if (!withPasswords && hidesText(receiver) && isPrintable(event.text())) {
         object.field("hidden") += "true";
         return;
     }
@@ -170,9 +170,9 @@ void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& even
     addFieldValue(object, receiver);
 }
 
-void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool tellsPasswords)
+void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool withPasswords)
 {
-    if (!tellsPasswords && hidesText(receiver)) {
+    if (!withPasswords && hidesText(receiver)) {
         object.field("hidden") += "true";
         return;
     }

@@ -26,13 +26,12 @@ struct Target
 
 Target targetOf(QWidget* receiver, const QPoint& position);
 
-// Each adds the fields of an event to its object. `tellsPasswords` is whether the keys for a field that hides its text are
-// told, too.
+// Each adds the fields of an event to its object. `withPasswords`: also the keys for a field that hides its text.
 void addWidget(locate::JsonObject& object, const QWidget* widget);
 void addMouse(locate::JsonObject& object, const Target& target, const QMouseEvent& event);
 void addWheel(locate::JsonObject& object, const Target& target, const QWheelEvent& event);
-void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool tellsPasswords);
-void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool tellsPasswords);
+void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool withPasswords);
+void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool withPasswords);
 void addFocus(locate::JsonObject& object, const QFocusEvent& event);
 
 } // namespace record

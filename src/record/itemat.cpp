@@ -21,7 +21,7 @@ namespace record {
 
 namespace {
 
-const int mostSteps = 100;
+const int maximumSteps = 100;
 
 void addTexts(locate::JsonObject& object, const char* key, const QStringList& texts)
 {
@@ -58,7 +58,7 @@ QStringList pathTo(const QAbstractItemView& view, const QModelIndex& index, cons
     const auto* tree = qobject_cast<const QTreeView*>(&view);
     QStringList path;
     QPersistentModelIndex step = tree ? index.sibling(index.row(), 0) : index;
-    for (int steps = 0; guard && step.isValid() && steps < mostSteps; ++steps) {
+    for (int steps = 0; guard && step.isValid() && steps < maximumSteps; ++steps) {
         path.prepend(compat::textOf(step.data(Qt::DisplayRole)));
         if (!tree || !guard || !step.isValid())
             break;
@@ -110,7 +110,7 @@ QByteArray tabAt(const QTabBar& bar, const QPoint& position)
     return json;
 }
 
-// As paths of menus name it.
+// The text by which menu paths name an entry.
 QString entryText(const QAction* action)
 {
     QString text = action->text();
@@ -138,7 +138,7 @@ QByteArray menuItem(QWidget* holder, const QAction* action)
     QStringList path(entryText(action));
     auto* menu = qobject_cast<QMenu*>(holder);
     QWidget* outermost = holder;
-    for (int steps = 0; menu && steps < mostSteps; ++steps) {
+    for (int steps = 0; menu && steps < maximumSteps; ++steps) {
         QWidget* opener = openerOf(*menu);
         if (!opener)
             break;

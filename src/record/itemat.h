@@ -8,8 +8,8 @@ class QWidget;
 
 namespace record {
 
-// The item at a place of a widget, as an object of JSON in ASCII; empty where there is none. The position is that in the
-// widget, or for an item view in its viewport. A model of the application's own runs its code, which may delete the widget.
+// The item at a position of a widget, or for an item view of its viewport, as an object of JSON in ASCII; empty where
+// there is none. A model of the application's own runs its code, which may delete the widget.
 QByteArray itemAt(QWidget* widget, const QPoint& position);
 
 // An entry of a menu or a menu bar, with its path from the outermost menu that it is in.

@@ -63,7 +63,7 @@ bool isModifier(int key)
         || key == Qt::Key_AltGr || key == Qt::Key_CapsLock || key == Qt::Key_NumLock || key == Qt::Key_ScrollLock;
 }
 
-// Little windows that come and go under the mouse.
+// Tool tips and splash screens, which come and go by themselves.
 bool isHint(const QWidget* window)
 {
     return window->windowType() == Qt::ToolTip || window->windowType() == Qt::SplashScreen;
@@ -96,7 +96,7 @@ void Recorder::stop()
     if (isRecording && QCoreApplication::instance())
         QCoreApplication::instance()->removeEventFilter(this);
     isRecording = false;
-    lastOffer = Offer();
+    lastDelivery = Delivery();
     lastDescribed = nullptr;
     windows.clear();
 }
@@ -147,14 +147,15 @@ void Recorder::observeInput(QWidget* receiver, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::FocusIn:
-        tell("focus", targetOf(receiver, QPoint()).widget,
+        recordEvent("focus", targetOf(receiver, QPoint()).widget,
             [event](locate::JsonObject& object) { addFocus(object, *static_cast<QFocusEvent*>(event)); });
         break;
     case QEvent::InputMethod: { // sent by input methods, not by the windowing system
         const auto& input = *static_cast<QInputMethodEvent*>(event);
         if (!input.commitString().isEmpty())
-            tell("text", targetOf(receiver, QPoint()).widget,
-                [&](locate::JsonObject& object) { addText(object, receiver, input, passwordsAre == Passwords::Told); });
+            recordEvent("text", targetOf(receiver, QPoint()).widget, [&](locate::JsonObject& object) {
+                addText(object, receiver, input, passwordsAre == Passwords::Recorded);
+            });
         break;
     }
     case QEvent::KeyPress:
@@ -173,7 +174,7 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
     const auto& mouse = *static_cast<QMouseEvent*>(event);
     const auto& wheel = *static_cast<QWheelEvent*>(event);
     const QPoint place = isWheel ? compat::globalPositionOf(wheel) : compat::globalPositionOf(mouse);
-    if (isPassedOn({event->type(), receiver, place}))
+    if (rememberAndDetectPropagation({event->type(), receiver, place}))
         return;
     const QPoint position = isWheel ? compat::positionOf(wheel) : compat::positionOf(mouse);
     const Target target = targetOf(receiver, position);
@@ -186,7 +187,7 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
     const QByteArray item = isWheel ? QByteArray() : itemAt(asked, position);
     if (!guard || !isRecording)
         return;
-    tell(
+    recordEvent(
         rowOf(event->type())->kind, target.widget,
         [&](locate::JsonObject& object) {
             if (isWheel)
@@ -196,19 +197,20 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
         },
         item);
     if (chosen)
-        tellAction(receiver, chosen);
+        recordAction(receiver, chosen);
 }
 
 void Recorder::observeKey(QWidget* receiver, QEvent* event)
 {
     const auto& key = *static_cast<QKeyEvent*>(event);
-    if (isModifier(key.key()) || isPassedOn({event->type(), receiver, QPoint(key.key(), int(key.modifiers()))}))
+    if (isModifier(key.key())
+        || rememberAndDetectPropagation({event->type(), receiver, QPoint(key.key(), int(key.modifiers()))}))
         return;
-    tell("key", targetOf(receiver, QPoint()).widget,
-        [&](locate::JsonObject& object) { addKey(object, receiver, key, passwordsAre == Passwords::Told); });
+    recordEvent("key", targetOf(receiver, QPoint()).widget,
+        [&](locate::JsonObject& object) { addKey(object, receiver, key, passwordsAre == Passwords::Recorded); });
     if (const auto* menu = qobject_cast<QMenu*>(receiver)) {
         if (const QAction* chosen = actionChosenBy(key, *menu))
-            tellAction(receiver, chosen);
+            recordAction(receiver, chosen);
     }
 }
 
@@ -220,7 +222,7 @@ void Recorder::observeShortcut(QObject* receiver, QEvent* event)
     if (!widget)
         return;
     const auto* action = qobject_cast<const QAction*>(receiver);
-    tell("shortcut", targetOf(widget, QPoint()).widget, [&](locate::JsonObject& object) {
+    recordEvent("shortcut", targetOf(widget, QPoint()).widget, [&](locate::JsonObject& object) {
         object.addUnlessEmpty("key", shortcut.key().toString(QKeySequence::PortableText));
         if (shortcut.isAmbiguous())
             object.field("ambiguous") += "true";
@@ -238,7 +240,7 @@ void Recorder::observeWindow(QObject* watched, QEvent* event)
         return;
     if (event->type() == QEvent::Show) {
         windows.insert(window, locate::References::all().numberOf(window));
-        tell("shown", window, [window](locate::JsonObject& object) {
+        recordEvent("shown", window, [window](locate::JsonObject& object) {
             object.add("class", window->metaObject()->className());
             object.addUnlessEmpty("name", window->objectName());
             object.addUnlessEmpty("title", window->windowTitle());
@@ -261,27 +263,28 @@ void Recorder::observeWindow(QObject* watched, QEvent* event)
     queue.append(json);
 }
 
-// Whether the last event of a user was the same one, for a widget inside that has ignored it.
-bool Recorder::isPassedOn(const Offer& offer)
+// Remembers the delivery. True if the last one was the same event for a widget inside this one, which has ignored it.
+bool Recorder::rememberAndDetectPropagation(const Delivery& delivery)
 {
-    const bool isSame = lastOffer.receiver && lastOffer.type == offer.type && lastOffer.position == offer.position;
-    const QWidget* inner = isSame ? lastOffer.receiver->parentWidget() : nullptr;
-    while (inner && inner != offer.receiver)
+    const bool isSame
+        = lastDelivery.receiver && lastDelivery.type == delivery.type && lastDelivery.position == delivery.position;
+    const QWidget* inner = isSame ? lastDelivery.receiver->parentWidget() : nullptr;
+    while (inner && inner != delivery.receiver)
         inner = inner->parentWidget();
-    lastOffer = offer;
+    lastDelivery = delivery;
     return inner != nullptr;
 }
 
-void Recorder::tellAction(QWidget* menu, const QAction* action)
+void Recorder::recordAction(QWidget* menu, const QAction* action)
 {
-    tell(
+    recordEvent(
         "action", menu, [](locate::JsonObject&) {}, menuItem(menu, action));
 }
 
-void Recorder::tell(const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item)
+void Recorder::recordEvent(const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item)
 {
     QByteArray json;
-    bool tellsWindow = false;
+    bool hasWindow = false;
     {
         locate::JsonObject object(json);
         object.add("kind", kind);
@@ -290,16 +293,16 @@ void Recorder::tell(const char* kind, QWidget* widget, const AddFields& addField
         addFields(object);
         if (!item.isEmpty())
             object.field("item") += item;
-        tellsWindow = addWindow(object, widget, kind);
+        hasWindow = addWindow(object, widget, kind);
     }
-    if (tellsWindow)
+    if (hasWindow)
         lastDescribed = widget;
     if (queue.append(json))
         lastDescribed = nullptr;
 }
 
-// Adds what is in the window now, where that is worth it: before each press, and where keys or the wheel come to another
-// widget. A server may ask when the window is closed already.
+// Adds a description of the window before each press, and when keys or the wheel come to another widget than before:
+// the window may be closed by the time the server takes the event.
 bool Recorder::addWindow(locate::JsonObject& object, QWidget* widget, const char* kind)
 {
     const QByteArray name(kind);
@@ -308,7 +311,7 @@ bool Recorder::addWindow(locate::JsonObject& object, QWidget* widget, const char
     if (!isInput || widget->window()->windowType() == Qt::Popup)
         return false;
     const QByteArray contents = locate::snapshotWithoutItems(widget->window());
-    if (contents.isEmpty() || contents.size() > mostBytesOfWindow)
+    if (contents.isEmpty() || contents.size() > maximumWindowBytes)
         return false;
     object.field("tree") += contents;
     return true;

@@ -21,22 +21,22 @@ namespace record {
 
 struct Target;
 
-// Observes what a user does with the application, and what the agent does with the mouse and the keyboard. As long as it
-// records it is an event filter of the application, which lets every event pass; else it costs nothing.
+// Records what a user does with the application, and what the agent does with the mouse and the keyboard. While it
+// records it is an event filter of the application that lets every event pass; otherwise it costs nothing.
 class Recorder : public QObject
 {
 public:
-    enum class Passwords { Hidden, Told };
+    enum class Passwords { Hidden, Recorded };
 
     static Recorder& instance();
 
-    // Begins anew: events of an earlier recording that nobody has asked for are forgotten.
+    // Starts a new recording. Events of an earlier one that nobody has taken are dropped.
     void start(Passwords passwords);
-    // The events until now can still be asked for.
+    // Events up to now can still be taken.
     void stop();
-    // Stops, and forgets what has happened.
+    // Stops, and drops all events.
     void abandon();
-    // An object of JSON in ASCII: "events", the oldest first, "dropped" and "recording". They are told once.
+    // Takes the events, as an object of JSON in ASCII: "events", the oldest first, "dropped" and "recording".
     QByteArray take();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,8 +44,9 @@ public:
 private:
     Recorder() = default;
 
-    // How an event came to a widget: one that ignores it leaves it to those around, and Qt offers them a copy.
-    struct Offer
+    // The delivery of an event to a widget. If that ignores the event, Qt propagates a copy of it to the widget's
+    // parents.
+    struct Delivery
     {
         QEvent::Type type = QEvent::None;
         QPointer<QWidget> receiver;
@@ -60,17 +61,18 @@ private:
     void observeKey(QWidget* receiver, QEvent* event);
     void observeShortcut(QObject* receiver, QEvent* event);
     void observeWindow(QObject* watched, QEvent* event);
-    bool isPassedOn(const Offer& offer);
-    void tellAction(QWidget* menu, const QAction* action);
-    void tell(const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item = QByteArray());
+    bool rememberAndDetectPropagation(const Delivery& delivery);
+    void recordAction(QWidget* menu, const QAction* action);
+    void recordEvent(
+        const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item = QByteArray());
     bool addWindow(locate::JsonObject& object, QWidget* widget, const char* kind);
 
     EventQueue queue;
     QElapsedTimer clock;
     Passwords passwordsAre = Passwords::Hidden;
     bool isRecording = false;
-    Offer lastOffer;
-    QPointer<QWidget> lastDescribed; // the last event that tells of its window was for this widget
+    Delivery lastDelivery;
+    QPointer<QWidget> lastDescribed; // the widget of the last event that has a description of its window
     QHash<const QObject*, qint64> windows; // those that are shown: one that is being deleted has no reference any more
 };
 

@@ -134,8 +134,8 @@ void tst_RequestReader::theLongestRequestIsTaken()
 {
     Device device;
     agent::RequestReader reader(device);
-    device.deliver(bytes(agent::RequestReader::longestRequestBytes - 1) + '\n');
-    QCOMPARE(taken(reader).size(), agent::RequestReader::longestRequestBytes - 1);
+    device.deliver(bytes(agent::RequestReader::maximumRequestBytes - 1) + '\n');
+    QCOMPARE(taken(reader).size(), agent::RequestReader::maximumRequestBytes - 1);
     QVERIFY(device.isOpen());
 }
 
@@ -143,7 +143,7 @@ void tst_RequestReader::aLongerOneClosesTheDevice()
 {
     Device device;
     agent::RequestReader reader(device);
-    device.deliver(bytes(agent::RequestReader::longestRequestBytes) + '\n');
+    device.deliver(bytes(agent::RequestReader::maximumRequestBytes) + '\n');
     QCOMPARE(taken(reader), nothing);
     QVERIFY(!device.isOpen());
 }
@@ -152,7 +152,7 @@ void tst_RequestReader::aRequestWithoutEndClosesTheDevice()
 {
     Device device;
     agent::RequestReader reader(device);
-    device.deliver(bytes(agent::RequestReader::longestRequestBytes));
+    device.deliver(bytes(agent::RequestReader::maximumRequestBytes));
     QCOMPARE(taken(reader), nothing);
     QVERIFY(device.isOpen());
     device.deliver("x");
@@ -185,9 +185,9 @@ void tst_RequestReader::whileRepliesAreUnreadNothingIsTaken()
     Device device;
     agent::RequestReader reader(device);
     device.deliver("1\n2\n");
-    device.leaveUnread(agent::RequestReader::mostUnreadReplyBytes);
+    device.leaveUnread(agent::RequestReader::maximumUnreadReplyBytes);
     QCOMPARE(taken(reader), QByteArray("1"));
-    device.leaveUnread(agent::RequestReader::mostUnreadReplyBytes + 1);
+    device.leaveUnread(agent::RequestReader::maximumUnreadReplyBytes + 1);
     QCOMPARE(taken(reader), nothing);
     device.readReplies(1);
     QCOMPARE(taken(reader), QByteArray("2"));
@@ -200,7 +200,7 @@ void tst_RequestReader::thatItMayGoOnIsToldOnlyAfterItWasHeldBack()
     QSignalSpy resumed(&reader, SIGNAL(resumable()));
     device.readReplies(0);
     QCOMPARE(resumed.count(), 0);
-    device.leaveUnread(agent::RequestReader::mostUnreadReplyBytes + 1);
+    device.leaveUnread(agent::RequestReader::maximumUnreadReplyBytes + 1);
     QCOMPARE(taken(reader), nothing);
     device.readReplies(1);
     QCOMPARE(resumed.count(), 1);

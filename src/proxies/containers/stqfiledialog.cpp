@@ -34,9 +34,9 @@ void STQFileDialog::activate(const QVariant& value, const QVariant&)
     confirm();
 }
 
-// While a name is typed Qt selects what its beginning names: for the empty name the folder that the dialog shows, for
-// "inner/.." this as well. What is selected is what the dialog returns, whatever is typed. Between a user's keys Qt finds its
-// mistake, but not while keys that are posted together follow each other.
+// While a name is typed, Qt selects the file that the typed part names: the folder that the dialog shows for the empty
+// name, and for "inner/..". The dialog returns the selected file rather than the typed name. Qt corrects the selection
+// between a user's keys, but not between keys that are posted together.
 void STQFileDialog::forgetSelection()
 {
     const QPointer<QAbstractItemView> view(

@@ -46,7 +46,7 @@ QRect shownPart(const QTabBar& bar, int index)
     return shown.boundingRect();
 }
 
-// The arrow button that brings more of a tab into sight; null when all of it is.
+// The arrow button that scrolls towards a tab; null when all of the tab is visible.
 QToolButton* arrowTowards(const QTabBar& bar, int index)
 {
     const QRect whole = bar.tabRect(index);
@@ -98,7 +98,7 @@ int STQTabBar::indexOf(const QVariant& value)
     return index;
 }
 
-STWidgetProxy::ItemArea STQTabBar::itemArea(const QVariant& item)
+STWidgetProxy::ItemArea STQTabBar::showItem(const QVariant& item)
 {
     scrollTo(indexOf(item));
     const int index = indexOf(item); // anew, since clicks run code of the application
@@ -123,8 +123,8 @@ STWidgetProxy::ItemState STQTabBar::itemState(const QVariant& item)
 
 void STQTabBar::scrollTo(int index)
 {
-    const int mostClicks = tabBar()->count();
-    for (int i = 0; i < mostClicks; ++i) {
+    const int maximumClicks = tabBar()->count();
+    for (int i = 0; i < maximumClicks; ++i) {
         QToolButton* arrow = arrowTowards(*tabBar(), index);
         if (!arrow || !arrow->isEnabled())
             return;

@@ -14,11 +14,10 @@ public:
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
     // A tab named in the same way. A bar that has scrolled it out of view is scrolled with its arrow buttons.
-    ItemArea itemArea(const QVariant& item) override;
+    ItemArea showItem(const QVariant& item) override;
     ItemState itemState(const QVariant& item) override;
-    // "itemList" and "toolTipList": the texts and tool tips of all tabs, "currentText" and "currentToolTip":
-    // those of the current one. All come without the mnemonic's "&" but the current tool tip, which comes as
-    // it is.
+    // "itemList" and "toolTipList": the texts and tool tips of all tabs, "currentText" and "currentToolTip": those of
+    // the current one. All come without the mnemonic's "&", except the current tool tip, which comes as it is.
     QStringList pseudoPropertyNames() override;
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 

@@ -51,7 +51,7 @@ QAbstractButton* STQToolBox::enabledHeader(const QVariant& value)
     return button;
 }
 
-STWidgetProxy::ItemArea STQToolBox::itemArea(const QVariant& item)
+STWidgetProxy::ItemArea STQToolBox::showItem(const QVariant& item)
 {
     QAbstractButton* button = header(item);
     return {button, button->rect(), button->isEnabled()};

@@ -14,7 +14,7 @@ public:
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
     // The header of a page named in the same way.
-    ItemArea itemArea(const QVariant& item) override;
+    ItemArea showItem(const QVariant& item) override;
     ItemState itemState(const QVariant& item) override;
     // "itemList": the texts of all pages; "currentText": that of the current one.
     QStringList pseudoPropertyNames() override;

@@ -18,23 +18,24 @@ const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
 const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
 const char readOnlyMessage[] = "enter, QComboBox is read only";
 
-// How long a list may take to open or to roll out, and how long an editable combo box gets, which opens none.
+// How long a list may take to open and to unroll. An editable combo box opens none, so it gets less.
 const int listMilliseconds = 1000;
 const int editableMilliseconds = 200;
 
-// Waits for a popup, which may open from within another one. Null when none did, or when the box died meanwhile.
-QWidget* openedPopup(const QPointer<QComboBox>& box, const QWidget* outer, int maximumMilliseconds)
+// Waits until a popup other than `outer`, which may be open already, is the active one. Returns null when none has
+// opened, or when the box has died meanwhile.
+QWidget* waitForPopup(const QPointer<QComboBox>& box, const QWidget* outer, int maximumMilliseconds)
 {
     const auto opened = [box, outer]() -> QWidget* {
-        QWidget* popup = box ? compat::popupBefore(box) : nullptr;
+        QWidget* popup = box ? compat::popupInFrontOf(box) : nullptr;
         return popup == outer ? nullptr : popup;
     };
     compat::processEventsUntil([&] { return opened() != nullptr; }, maximumMilliseconds);
     return opened();
 }
 
-// A move of the mouse chooses what is under it in the open list. The windowing system may tell of where the cursor has
-// been only now, between two arrow keys, and the keys would go on from that item.
+// Stops mouse moves in the open list, where a move makes the item under the cursor the current one. The windowing
+// system may deliver an earlier move between two arrow keys, and the keys would go on from that item.
 class MouseMoveStop
 {
 public:
@@ -59,7 +60,7 @@ private:
     QPointer<EventKiller> killer;
 };
 
-// Where the arrow keys start: a move of the mouse may have come before the first of them.
+// The row where the arrow keys start, in the list rather than the box: a mouse move may have changed it already.
 int currentRow(const QComboBox* box, QWidget* popup)
 {
     const auto* list = popup ? compat::findChild<QAbstractItemView>(popup) : nullptr;
@@ -87,13 +88,13 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
     const bool editable = comboBox()->isEditable();
     if (!editable && comboBox()->currentIndex() == index)
         return;
-    const QWidget* outerPopup = compat::popupBefore(comboBox());
+    const QWidget* outerPopup = compat::popupInFrontOf(comboBox());
     if (editable)
         clickText();
     else
         clickForList();
     const int milliseconds = editable ? editableMilliseconds : listMilliseconds;
-    const QPointer<QWidget> popup(openedPopup(comboBox(), outerPopup, milliseconds));
+    const QPointer<QWidget> popup(waitForPopup(comboBox(), outerPopup, milliseconds));
     const MouseMoveStop stop(popup);
     if (editable)
         keyClick(Qt::Key_Up, Qt::NoModifier);

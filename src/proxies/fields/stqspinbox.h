@@ -9,6 +9,6 @@ class STQSpinBox : public proxies::EntryField
 public:
     // Types the value and confirms it with Return. `option` is ignored.
     void activate(const QVariant& value, const QVariant& option) override;
-    // Types the value and leaves it at that.
+    // Types the value without confirming it.
     void enter(const QVariant& value) override;
 };

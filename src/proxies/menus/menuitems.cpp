@@ -56,7 +56,7 @@ QAction* itemWithJoinedText(const QList<QAction*>& items, QStringList& path)
     return nullptr;
 }
 
-// `open` are the menus on the way down: one that contains itself is not entered again.
+// `open` holds the menus on the way down, so that one which contains itself is not entered again.
 void appendEntries(QStringList& list, const QAction* item, const QString& path, QList<const QMenu*> open)
 {
     const QMenu* submenu = item->menu();
@@ -79,9 +79,9 @@ void appendEntries(QStringList& list, const QAction* item, const QString& path, 
 
 QStringList splitMenuPath(const QString& path)
 {
-    // No menus are as deep as that. Not cut, such a path names no item, either.
-    const int deepest = 1000;
-    const QStringList elements = path.count(separator) < deepest ? path.split(separator) : QStringList(path);
+    // Deeper than any menu. A deeper path is kept as one element, which names no item either.
+    const int maximumDepth = 1000;
+    const QStringList elements = path.count(separator) < maximumDepth ? path.split(separator) : QStringList(path);
     if (elements.isEmpty())
         proxy::raiseError(invalidPathMessage);
     return elements;

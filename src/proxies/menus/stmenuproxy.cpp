@@ -12,7 +12,7 @@ namespace {
 const char alreadyCheckedMessage[] = "Item already checked";
 const char notOpenedMessage[] = "The menu has not opened";
 
-// Tells how many slots are connected to a signal, which objects tell only themselves.
+// Counts the slots that are connected to a signal, by QObject::receivers(), which is protected.
 class Receivers : public QObject
 {
 public:
@@ -24,7 +24,7 @@ bool mayChangeWhenItOpens(const QMenu* menu)
     return !menu->isVisible() && (menu->actions().isEmpty() || Receivers::of(menu, SIGNAL(aboutToShow())) > 0);
 }
 
-// Why the first entry of the path may be there later; empty for an empty path.
+// The reason of the error for a missing first entry; empty for an empty path.
 QString missingEntry(const QStringList& path)
 {
     return path.isEmpty() ? QString() : proxy::missingItem(path.first());
@@ -130,7 +130,7 @@ void STMenuProxy::walk(const QPointer<QMenu>& menu, QStringList path, const QVar
     }
 }
 
-STWidgetProxy::ItemArea STMenuProxy::areaInMenu(QMenu* menu, const QStringList& path, int openMenus)
+STWidgetProxy::ItemArea STMenuProxy::showInMenu(QMenu* menu, const QStringList& path, int openMenus)
 {
     try {
         return walkByMouse(menu, path, openMenus);
@@ -150,7 +150,7 @@ STWidgetProxy::ItemArea STMenuProxy::walkByMouse(QPointer<QMenu> menu, QStringLi
         if (!item)
             proxy::raiseNotYet(missingEntry(path), menus::invalidItemMessage);
         const QString name = path.takeFirst();
-        const QRect rect = entryInSight(menu, item);
+        const QRect rect = scrollToEntry(menu, item);
         if (path.isEmpty())
             return {menu.data(), rect, item->isEnabled()};
         if (!item->isEnabled())
@@ -167,7 +167,7 @@ STWidgetProxy::ItemArea STMenuProxy::walkByMouse(QPointer<QMenu> menu, QStringLi
     }
 }
 
-QRect STMenuProxy::entryInSight(const QPointer<QMenu>& menu, const QPointer<QAction>& item)
+QRect STMenuProxy::scrollToEntry(const QPointer<QMenu>& menu, const QPointer<QAction>& item)
 {
     if (!menu->rect().contains(menu->actionGeometry(item).center()))
         highlight(menu, item); // a menu that is higher than the screen scrolls to what the keys highlight
@@ -178,8 +178,8 @@ QRect STMenuProxy::entryInSight(const QPointer<QMenu>& menu, const QPointer<QAct
 
 void STMenuProxy::awaitMenu(const QPointer<QMenu>& menu, const QString& item)
 {
-    const int mostMilliseconds = 1000;
-    compat::processEventsUntil([&menu] { return !menu || menu->isVisible(); }, mostMilliseconds);
+    const int maximumMilliseconds = 1000;
+    compat::processEventsUntil([&menu] { return !menu || menu->isVisible(); }, maximumMilliseconds);
     if (!menu)
         proxy::raiseError(proxy::deadWidgetMessage);
     if (!menu->isVisible())
@@ -188,8 +188,8 @@ void STMenuProxy::awaitMenu(const QPointer<QMenu>& menu, const QString& item)
 
 void STMenuProxy::highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item)
 {
-    // Many more keys than items, as the application may move the highlight, too. If the item is not
-    // highlighted then, it is chosen all the same.
+    // More keys than items, since the application may move the highlight, too. An item that is not highlighted after
+    // them is chosen nevertheless.
     const int maximumKeys = 10 * static_cast<int>(menu->actions().size());
     for (int keys = 0; keys < maximumKeys && menu->activeAction() != item; ++keys) {
         keyClick(Qt::Key_Down, Qt::NoModifier);

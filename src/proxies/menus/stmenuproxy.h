@@ -29,21 +29,22 @@ protected:
     void chooseItem(
         QMenu* menu, const QStringList& path, const QVariant& checkState, const std::function<void()>& close);
 
-    // Raises the error of that walk for an entry that is not there or disabled, as far as that can be told while the menus
-    // are closed: the application may fill or change one only when it opens.
+    // Raises the error of that walk for an entry that is missing or disabled, as far as that shows while the menus are
+    // closed: the application may fill or change a menu only when it opens.
     static void lookForEntry(const QMenu* menu, QStringList path);
 
     void pressEscape();
 
-    // Where the last item of a path from a visible menu is, in the menu that has it. Menus on the way are opened by clicks.
-    // Where there is no such item, Escape closes them again, and the `openMenus` that were opened before.
-    ItemArea areaInMenu(QMenu* menu, const QStringList& path, int openMenus);
-    // Waits until a menu that was clicked for is there. Raises an error if it does not come.
+    // Opens the menus on the way to the last item of a path by clicks, beginning at a visible menu, and returns where
+    // the item is. If there is no such item, presses Escape for each of them, and for the `openMenus` that were opened
+    // before.
+    ItemArea showInMenu(QMenu* menu, const QStringList& path, int openMenus);
+    // Waits until the menu that a click opens is visible. Raises an error if it does not open.
     static void awaitMenu(const QPointer<QMenu>& menu, const QString& item);
 
 private:
     ItemArea walkByMouse(QPointer<QMenu> menu, QStringList path, int& openMenus);
-    QRect entryInSight(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
+    QRect scrollToEntry(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
     void walk(const QPointer<QMenu>& menu, QStringList path, const QVariant& checkState);
     void highlight(const QPointer<QMenu>& menu, const QPointer<QAction>& item);
     void trigger(const QAction* item, const QVariant& checkState);

@@ -40,10 +40,10 @@ void STQMenu::lookForItem(const QVariant& value)
         lookForEntry(menu, checkedPath(value));
 }
 
-STWidgetProxy::ItemArea STQMenu::itemArea(const QVariant& item)
+STWidgetProxy::ItemArea STQMenu::showItem(const QVariant& item)
 {
     const QStringList path = checkedPath(item);
-    return areaInMenu(static_cast<QMenu*>(checkedWidget("QMenu")), path, 0);
+    return showInMenu(static_cast<QMenu*>(checkedWidget("QMenu")), path, 0);
 }
 
 QStringList STQMenu::pseudoPropertyNames()

@@ -13,7 +13,7 @@ public:
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
     // The item at a path, in a menu that is open.
-    ItemArea itemArea(const QVariant& item) override;
+    ItemArea showItem(const QVariant& item) override;
     // "itemList": the paths of all items. "pathDisabled": whether the item at a path, the argument, is
     // disabled. Neither needs the menu to be open.
     QStringList pseudoPropertyNames() override;

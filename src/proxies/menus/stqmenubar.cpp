@@ -81,7 +81,7 @@ QAction* STQMenuBar::requiredTitle(QStringList& path)
     return title;
 }
 
-STWidgetProxy::ItemArea STQMenuBar::itemArea(const QVariant& item)
+STWidgetProxy::ItemArea STQMenuBar::showItem(const QVariant& item)
 {
     QStringList path = checkedPath(item);
     const QPointer<QAction> title(menus::findMenuItem(menuBar()->actions(), path));
@@ -98,7 +98,7 @@ STWidgetProxy::ItemArea STQMenuBar::itemArea(const QVariant& item)
     if (!title->isEnabled())
         proxy::raiseNotYet(proxy::disabledItem(name), menus::disabledItemMessage);
     openByMouse(title, name);
-    return areaInMenu(title ? title->menu() : nullptr, path, 1);
+    return showInMenu(title ? title->menu() : nullptr, path, 1);
 }
 
 void STQMenuBar::openByMouse(const QPointer<QAction>& title, const QString& name)
@@ -108,9 +108,9 @@ void STQMenuBar::openByMouse(const QPointer<QAction>& title, const QString& name
         proxy::raiseNotYet(proxy::missingItem(name), menus::invalidPathMessage);
     if (menu->isVisible())
         return;
-    // Another menu of the bar would take the click for the one that closes it.
-    const int deepest = 20;
-    for (int i = 0; i < deepest && isMenuOpen(*menuBar()); ++i)
+    // While another menu of the bar is open, the click would only close that.
+    const int maximumDepth = 20;
+    for (int i = 0; i < maximumDepth && isMenuOpen(*menuBar()); ++i)
         pressEscape();
     if (const QWidget* popup = QApplication::activePopupWidget())
         proxy::raiseNotYet(
@@ -137,7 +137,7 @@ void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>
     // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it back.
     pressEscape();
     pressEscape();
-    // The bar has lost track of that widget when the menu's window got the focus from the windowing system meanwhile.
+    // The bar does not restore the focus if the windowing system has given it to the menu's window meanwhile.
     if (bar && focus && focus != bar && bar->window()->focusWidget() == bar)
         focus->setFocus(Qt::OtherFocusReason);
 }

@@ -16,7 +16,7 @@ public:
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& value) override;
     // A title, or the item at a path: then the menus on the way are open and stay so.
-    ItemArea itemArea(const QVariant& item) override;
+    ItemArea showItem(const QVariant& item) override;
     // "itemList": the paths of all items. "pathChecked", "pathDisabled": whether the item at a path, the
     // argument, is checked or disabled. No menu is opened for them.
     QStringList pseudoPropertyNames() override;

@@ -4,13 +4,13 @@
 
 namespace views {
 
-// Notices that a walk through items runs in a circle, because the application moves the current item on its
-// own. It remembers one item only, another one after each doubling of the steps: a circle of any length comes
-// back to it.
+// Detects that a walk through items runs in a circle, because the application moves the current item on its own. It
+// remembers only one item, and takes a new one whenever the number of steps has doubled, so that a circle of any length
+// comes back to it.
 class CycleGuard
 {
 public:
-    // Notes that the walk has reached an item, and tells whether it was there before.
+    // Notes that the walk has reached an item, and returns whether it was there before.
     bool visitAndDetectCycle(const QModelIndex& item)
     {
         if (remembered.isValid() && remembered == item)

@@ -52,9 +52,9 @@ int inRange(qint64 section, Qt::Orientation header, int count)
 
 QModelIndex childAt(const QAbstractItemModel& model, const QString& step, const QModelIndex& parent)
 {
-    const int mostParts = 2;
-    const QStringList parts = proxy::firstParts(step, QLatin1Char(';'), mostParts + 1);
-    if (parts.size() > mostParts)
+    const int maximumParts = 2;
+    const QStringList parts = proxy::firstParts(step, QLatin1Char(';'), maximumParts + 1);
+    if (parts.size() > maximumParts)
         proxy::raiseError(syntaxMessage);
     const int rows = model.rowCount(parent);
     const int columns = model.columnCount(parent);
@@ -74,7 +74,7 @@ QModelIndex indexAtPath(const QAbstractItemModel& model, const QString& path)
     int depth = 0;
     for (PathSegment step = firstSegment(path);; step = segmentAfter(path, step)) {
         index = childAt(model, step.text, index);
-        if (!index.isValid() || ++depth > deepestItem)
+        if (!index.isValid() || ++depth > maximumItemDepth)
             proxy::raiseNotYet(proxy::missingItem(path), pathNotFoundMessage);
         if (step.isLast(path))
             return index;

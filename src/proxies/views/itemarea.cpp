@@ -19,7 +19,7 @@ const char hiddenMessage[] = "Item \"%s\" is not in sight";
     proxy::raiseNotYet(proxy::hiddenItem(name), hiddenMessage, name);
 }
 
-// An item of the section that is in the rows or columns which are in sight, so that scrolling to it scrolls one way only.
+// An item of the section in a row or column that is visible already, so that the view scrolls in one direction only.
 QModelIndex itemOfSection(const QAbstractItemView& view, Qt::Orientation orientation, int section)
 {
     const QModelIndex first = view.indexAt(QPoint(0, 0));
@@ -42,7 +42,7 @@ bool isBranch(const QAbstractItemView& view, const QModelIndex& item, bool isExp
 
 } // namespace
 
-STWidgetProxy::ItemArea itemArea(QAbstractItemView* itemView, const QModelIndex& index, const QString& name)
+STWidgetProxy::ItemArea showItem(QAbstractItemView* itemView, const QModelIndex& index, const QString& name)
 {
     const QPointer<QAbstractItemView> view(itemView);
     const QPersistentModelIndex item(index);
@@ -90,7 +90,7 @@ STWidgetProxy::ItemState itemState(QAbstractItemView* itemView, const QModelInde
     if (item.isValid())
         state.text = displayText(item);
     for (const Row& row : rows) {
-        if (view && item.isValid() && row.holds(*view, item)) // a model may change when it is asked
+        if (view && item.isValid() && row.holds(*view, item)) // reading a model may change it
             state.states.append(QLatin1String(row.word));
     }
     return state;
@@ -112,7 +112,7 @@ STWidgetProxy::ItemState sectionState(QAbstractItemView* itemView, Qt::Orientati
     };
     const QPointer<QHeaderView> header(requiredHeader(*itemView, orientation));
     STWidgetProxy::ItemState state;
-    state.text = headerText(*itemView->model(), section, orientation); // a model may end its views as it is asked
+    state.text = headerText(*itemView->model(), section, orientation); // the model may delete its views meanwhile
     for (const Row& row : rows) {
         if (header && row.holds(*header, section))
             state.states.append(QLatin1String(row.word));
@@ -120,7 +120,7 @@ STWidgetProxy::ItemState sectionState(QAbstractItemView* itemView, Qt::Orientati
     return state;
 }
 
-STWidgetProxy::ItemArea sectionArea(
+STWidgetProxy::ItemArea showSection(
     QAbstractItemView* itemView, Qt::Orientation orientation, int section, const QString& name)
 {
     const QPointer<QAbstractItemView> view(itemView);

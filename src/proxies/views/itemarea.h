@@ -8,10 +8,10 @@ class QAbstractItemView;
 
 namespace views {
 
-// Where an item or a header's section is, once the view is scrolled to it, which opens the items above it in a tree.
-// `name` is how messages call it. They raise an error where it is gone by then, is hidden, or stays out of sight.
-STWidgetProxy::ItemArea itemArea(QAbstractItemView* view, const QModelIndex& index, const QString& name);
-STWidgetProxy::ItemArea sectionArea(
+// Scroll the view to an item, or to a header's section, which opens the items above it in a tree, and return where it
+// is. `name` is its name in messages. Raise an error if it is gone by then, is hidden, or stays out of sight.
+STWidgetProxy::ItemArea showItem(QAbstractItemView* view, const QModelIndex& index, const QString& name);
+STWidgetProxy::ItemArea showSection(
     QAbstractItemView* view, Qt::Orientation orientation, int section, const QString& name);
 
 // Text and states of an item; none of an invalid index.

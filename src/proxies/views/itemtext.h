@@ -10,12 +10,12 @@ namespace views {
 // The index of a cell, invalid when there is none: the model is not asked for what is out of its range.
 QModelIndex cellAt(const QAbstractItemModel* model, int row, int column, const QModelIndex& parent);
 
-// Paths of items lead no deeper than this many levels. That is far below what any application shows, and above what
-// can be searched and walked in reasonable time, where a model goes on for ever.
-const int deepestItem = 10000;
+// Paths of items lead no deeper than this many levels: more than any application shows, and few enough to be searched
+// in reasonable time where a model goes on for ever.
+const int maximumItemDepth = 10000;
 
-// One segment of a path of items; segments are joined by "/". Cut one by one: of a path that leads nowhere, most is
-// never looked at.
+// One segment of a path of items; segments are joined by "/". They are cut one by one, since most of a path that leads
+// nowhere is never looked at.
 struct PathSegment
 {
     QString text; // of the path's own characters, which have to outlive it

@@ -27,8 +27,8 @@ const char longTerminatorMessage[] = "terminating key is more than one character
 const char lineEditMessage[] = "enter, QLineEdit validate error\n";
 const char spinBoxMessage[] = "enter, QAbstractSpinBox validate error\n";
 
-// Remembers the widget that was put into a viewport last: an editor can be gone before the key that opened it has been
-// handled to its end.
+// Remembers the last widget that was added to a viewport: an editor can be gone before the key that opens it is
+// completely handled.
 class LastChild : public QObject
 {
 public:
@@ -43,7 +43,7 @@ public:
         return false;
     }
 
-    // Whether there was one that is closed or deleted already.
+    // Whether one was added that is closed or deleted already.
     bool isGone() const
     {
         const QWidget* widget = qobject_cast<QWidget*>(child.data());
@@ -73,10 +73,10 @@ ItemPlace::ItemPlace(const QAbstractItemView& view, int row, int column)
 {
 }
 
-STWidgetProxy::ItemArea ItemViewProxy::itemArea(const QVariant& item)
+STWidgetProxy::ItemArea ItemViewProxy::showItem(const QVariant& item)
 {
     const QModelIndex index = itemIndex(item);
-    return views::itemArea(itemView(), index, item.toString());
+    return views::showItem(itemView(), index, item.toString());
 }
 
 STWidgetProxy::ItemState ItemViewProxy::itemState(const QVariant& item)
@@ -122,7 +122,7 @@ void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility v
     const QPoint point = globalCenter(view->viewport(), rect);
     stopProcessingEvents();
     const ItemMouseCommand mouse = itemMouseCommand(command.toString());
-    mouseMove(point, Qt::NoModifier); // without the modifier, which a press's or a release's own move has
+    mouseMove(point, Qt::NoModifier); // without the modifier: a press and a release move once more, with it
     playMouse(mouse.type, point, mouse.button, mouse.modifiers);
 }
 
@@ -170,14 +170,14 @@ void ItemViewProxy::pressUntil(Axis axis, const ItemPlace& place, int key, Qt::K
     };
     const auto goal = [&] { return rows ? place.row() : place.column(); };
     const bool isForward = current() < goal();
-    qint64 most = std::numeric_limits<qint64>::max();
-    for (qint64 presses = 0; presses < qMin(most, pressesPerSection * count()); ++presses) {
+    qint64 maximumPresses = std::numeric_limits<qint64>::max();
+    for (qint64 presses = 0; presses < qMin(maximumPresses, pressesPerSection * count()); ++presses) {
         keyClick(key, modifiers);
         if (current() == goal())
             return;
-        // A model that always has more may add rows behind a hidden goal: they make the walk no longer.
+        // Past the goal, which may be hidden, rows that a model goes on adding do not make the walk longer.
         if (isForward ? current() > goal() : current() < goal())
-            most = qMin(most, pressesPerSection * count());
+            maximumPresses = qMin(maximumPresses, pressesPerSection * count());
     }
 }
 

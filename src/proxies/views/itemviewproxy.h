@@ -29,13 +29,12 @@ private:
 // when no item is current, an empty one when the current item is out of sight.
 QRect currentItemRect(const QAbstractItemView& view);
 
-// Base of list views, tree views and tables: a user works at their current item, with the keyboard and the
-// mouse. Keys run code of the application, which may do anything to the view: nothing here keeps a pointer
-// across them.
+// Base of list views, tree views and tables, which work at the current item, with the keyboard and the mouse. Keys run
+// code of the application, which may delete the view: nothing here keeps a pointer across them.
 class ItemViewProxy : public STWidgetProxy
 {
 public:
-    ItemArea itemArea(const QVariant& item) override;
+    ItemArea showItem(const QVariant& item) override;
     ItemState itemState(const QVariant& item) override;
 
 protected:
@@ -60,8 +59,8 @@ protected:
     void keepKeysInView();
     // Focuses the view and presses Up once. Raises the message when the view does not have the focus then.
     void takeFocusByKey(const QString& errorMessage);
-    // Presses a key until the current item's row or column is that of the place, at most five times per row
-    // or column of the model. That it may not get there is no error.
+    // Presses a key until the current item's row or column is that of the place, at most five times per row or column
+    // of the model. It is no error if it does not get there.
     void pressUntil(Axis axis, const ItemPlace& place, int key, Qt::KeyboardModifiers modifiers);
 
     // The optional text of one character to type after activating; empty for none. Raises an error for any

@@ -118,15 +118,15 @@ void STQAbstractItemView::lookForItem(const QVariant& path)
     resolveItemPath(compat::textOf(path));
 }
 
-STWidgetProxy::ItemArea STQAbstractItemView::itemArea(const QVariant& item)
+STWidgetProxy::ItemArea STQAbstractItemView::showItem(const QVariant& item)
 {
     const QString text = compat::textOf(item);
     const views::ItemAddress address = addressOf(text);
     if (address.isColumnHeader())
-        return views::sectionArea(modelledView(), Qt::Horizontal, address.column, text);
+        return views::showSection(modelledView(), Qt::Horizontal, address.column, text);
     if (address.isRowHeader())
-        return views::sectionArea(modelledView(), Qt::Vertical, address.row, text);
-    return views::itemArea(modelledView(), address.index, text);
+        return views::showSection(modelledView(), Qt::Vertical, address.row, text);
+    return views::showItem(modelledView(), address.index, text);
 }
 
 STWidgetProxy::ItemState STQAbstractItemView::itemState(const QVariant& item)

@@ -24,7 +24,7 @@ public:
     // Looks for the item that activate() would.
     void lookForItem(const QVariant& path) override;
     // By a path, or by a header address as below: then the section of the header.
-    ItemArea itemArea(const QVariant& item) override;
+    ItemArea showItem(const QVariant& item) override;
     ItemState itemState(const QVariant& item) override;
     // "columnCount", "rowCount", "itemIsSelected", "itemIsExpanded", "itemData", "itemPosition", by a path or
     // by a header address: "V:" and a row, or "H:", "h:" or "v:" and a column, as a number from 1 or a

@@ -13,7 +13,7 @@ namespace {
 const QLatin1Char columnSeparator(':');
 const QLatin1Char levelSeparator('/');
 
-// How far the search has come below one item.
+// The progress of the search below one item.
 struct SearchedLevel
 {
     QModelIndex parent;
@@ -22,7 +22,7 @@ struct SearchedLevel
     int nextRow;
 };
 
-// How far the listing has come below one item.
+// The progress of the listing below one item.
 struct Level
 {
     QModelIndex parent;
@@ -70,7 +70,7 @@ QModelIndex findItem(const QTreeView& view, const QString& path)
     if (!view.model())
         return QModelIndex();
     const QAbstractItemModel& model = *view.model();
-    // Not a recursion: the depth is the path's, the stack is not.
+    // Not a recursion: a test decides how deep the path is, and a deep one would overflow the stack.
     std::vector<SearchedLevel> levels{{view.rootIndex(), firstSegment(path), model.rowCount(view.rootIndex()), 0}};
     while (!levels.empty()) {
         SearchedLevel& level = levels.back();
@@ -84,7 +84,7 @@ QModelIndex findItem(const QTreeView& view, const QString& path)
             continue;
         if (level.segment.isLast(path))
             return item;
-        if (levels.size() < deepestItem)
+        if (levels.size() < maximumItemDepth)
             levels.push_back({item, segmentAfter(path, level.segment), model.rowCount(item), 0});
     }
     return QModelIndex();
@@ -96,7 +96,7 @@ QStringList treeItemPaths(const QTreeView& view)
     if (!view.model())
         return paths;
     const QAbstractItemModel& model = *view.model();
-    // Not a recursion: the depth is the application's, the stack is not.
+    // Not a recursion: a deep tree of the application would overflow the stack.
     std::vector<Level> levels{{view.rootIndex(), QString(), model.rowCount(view.rootIndex()), 0}};
     while (!levels.empty()) {
         Level& level = levels.back();

@@ -9,8 +9,7 @@ namespace views {
 
 // Tree item paths: the row texts from a top-level item of the view down to an item, joined by "/".
 
-// The texts of the columns that the view shows, joined by ":". An empty text at the beginning adds nothing,
-// so that
+// The texts of the columns that the view shows, joined by ":". Empty texts at the beginning add nothing, not even a ":":
 // "" and "x" give "x", but "x" and "" give "x:".
 QString treeRowText(const QTreeView& view, int row, const QModelIndex& parent);
 

@@ -1,5 +1,5 @@
-// How the keyboard gets to an item of a tree: up to the top, then down past every row, expanding what the
-// item is in.
+// Moves the current item of a tree by the keyboard: up to the top, then down past every row, expanding the items that
+// contain the target.
 
 #include "proxies/views/itemproperties.h"
 #include "proxies/views/itemtext.h"
@@ -42,7 +42,7 @@ std::vector<int> rowsFromItem(QModelIndex item)
     return rows;
 }
 
-// Whether an item comes after another one on the way down, as what is below it does.
+// Whether an item comes after another one on the way down; the items below it do.
 bool isAfter(const QModelIndex& item, const QModelIndex& other)
 {
     const std::vector<int> rows = rowsFromItem(item);
@@ -92,7 +92,7 @@ void STQTreeView::walkToTop()
         const QPersistentModelIndex before(treeView()->currentIndex());
         keyClick(Qt::Key_Up, Qt::NoModifier);
         const QModelIndex now = treeView()->currentIndex();
-        if (now == before || guard.isEndless(now, true))
+        if (now == before || guard.visitAndDetectEndlessWalk(now, true))
             return;
     }
 }
@@ -110,7 +110,7 @@ void STQTreeView::walkDownTo(const QPersistentModelIndex& target)
             break;
         if (now == target)
             return;
-        if (guard.isEndless(now, !isAfter(now, target)))
+        if (guard.visitAndDetectEndlessWalk(now, !isAfter(now, target)))
             break;
     }
     proxy::raiseError(stuckMessage);

@@ -11,7 +11,7 @@ namespace {
 // Half a second of processor time in all, so that an endless walk is over within a second. Processor time, since on a busy
 // machine a walk takes longer without doing more.
 const long long periodMilliseconds = 250;
-const int mostPeriodsInVain = 2;
+const int maximumIdlePeriods = 2;
 
 } // namespace
 
@@ -22,17 +22,17 @@ WalkGuard::WalkGuard(const QAbstractItemModel* model)
         connect(model, SIGNAL(rowsInserted(QModelIndex, int, int)), SLOT(countRows(QModelIndex, int, int)));
 }
 
-bool WalkGuard::isEndless(const QModelIndex& item, bool isNearer)
+bool WalkGuard::visitAndDetectEndlessWalk(const QModelIndex& item, bool isNearer)
 {
     if (circle.visitAndDetectCycle(item))
         return true;
     gained += isNearer ? 1 : 0;
     if (compat::processorMilliseconds() - periodBegin < periodMilliseconds)
         return false;
-    periodsInVain = gained > 0 ? 0 : periodsInVain + 1;
+    idlePeriods = gained > 0 ? 0 : idlePeriods + 1;
     gained = 0;
     periodBegin = compat::processorMilliseconds();
-    return periodsInVain == mostPeriodsInVain;
+    return idlePeriods == maximumIdlePeriods;
 }
 
 void WalkGuard::countRows(const QModelIndex&, int first, int last)

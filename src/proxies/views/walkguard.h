@@ -8,8 +8,8 @@ class QAbstractItemModel;
 
 namespace views {
 
-// Notices that a walk through items has no end: it runs in a circle, or makes no progress. It makes none once it has passed
-// its goal, as it does where a hidden row keeps it from that, or where rows are inserted as fast as it passes them.
+// Detects that a walk through items has no end: it runs in a circle, or makes no progress. That is so when it has
+// passed its goal, as below a hidden row, or when rows are inserted as fast as it passes them.
 class WalkGuard : public QObject
 {
     Q_OBJECT
@@ -18,9 +18,9 @@ public:
     // The model may be null.
     explicit WalkGuard(const QAbstractItemModel* model);
 
-    // To be asked after each step: whether the walk, which is at the item now, has turned out to be endless. `isNearer`:
-    // whether the step can have brought it nearer to its goal.
-    bool isEndless(const QModelIndex& item, bool isNearer);
+    // To be called after each step, with the item that the walk has reached, and whether the step can have brought it
+    // nearer to its goal. Returns whether the walk has turned out to be endless.
+    bool visitAndDetectEndlessWalk(const QModelIndex& item, bool isNearer);
 
 private Q_SLOTS:
     void countRows(const QModelIndex& parent, int first, int last);
@@ -31,7 +31,7 @@ private:
     // without progress, one after the other, make the walk endless.
     long long periodBegin;
     qint64 gained = 0;
-    int periodsInVain = 0;
+    int idlePeriods = 0;
 };
 
 } // namespace views
