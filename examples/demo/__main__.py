@@ -12,21 +12,21 @@ import calculator
 import forms
 import menus
 import views
-from stage import Stage
+from demonstration import Demonstration
 
 from qtdriver import Driver
 
-ACTS = [buttons, forms, views, menus]
+PARTS = [buttons, forms, views, menus]
 
 
 def main(build, pictures):
     windows = build.name.startswith("windows-")
     with Driver(build=build.parent, start_timeout=120) as driver:
-        differences = play_showcase(
+        differences = drive_showcase(
             driver, build / "bin" / ("showcase.exe" if windows else "showcase"), pictures
         )
         if not windows:
-            differences += play_calculator(driver, pictures)
+            differences += drive_calculator(driver, pictures)
     print()
     for difference in differences:
         print(f"DIFFERENT: {difference}")
@@ -34,27 +34,27 @@ def main(build, pictures):
     return 1 if differences else 0
 
 
-def play_showcase(driver, program, pictures):
-    """Plays all acts with the showcase, and returns what differed."""
+def drive_showcase(driver, program, pictures):
+    """Runs all parts with the showcase, and returns what differed."""
     showcase = driver.launch(program)
-    stage = Stage(showcase, "Widget:showcase", pictures)
-    stage.expect_window("Widget:showcase")
-    stage.expect("showcase", "isActiveWindow", True)
-    stage.picture("before")
-    for act in ACTS:
-        act.play(stage)
-    stage.picture("after")
+    demo = Demonstration(showcase, "Widget:showcase", pictures)
+    demo.expect_window("Widget:showcase")
+    demo.expect("showcase", "isActiveWindow", True)
+    demo.picture("before")
+    for part in PARTS:
+        part.run(demo)
+    demo.picture("after")
     showcase.terminate()
-    return stage.differences
+    return demo.differences
 
 
-def play_calculator(driver, pictures):
+def drive_calculator(driver, pictures):
     """Calculates with SpeedCrunch, and returns what differed."""
     speedcrunch = driver.launch("speedcrunch", environment=calculator.environment(pictures))
-    stage = Stage(speedcrunch, "SpeedCrunch", pictures)
-    calculator.play(stage)
-    stage.picture("speedcrunch")
-    return stage.differences
+    demo = Demonstration(speedcrunch, "SpeedCrunch", pictures)
+    calculator.run(demo)
+    demo.picture("speedcrunch")
+    return demo.differences
 
 
 if __name__ == "__main__":

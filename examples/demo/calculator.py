@@ -4,7 +4,7 @@ import os
 import shutil
 import subprocess
 
-from stage import eventually
+from demonstration import eventually
 
 
 # Its keypad is switched on, and each result goes to the clipboard, where another program can read it: the widget that
@@ -32,12 +32,12 @@ def clipboard():
     return result.stdout if result.returncode == 0 else None
 
 
-def play(stage):
-    stage.title("SpeedCrunch: 12 times 34")
-    stage.expect_window("SpeedCrunch")
+def run(demo):
+    demo.title("SpeedCrunch: 12 times 34")
+    demo.expect_window("SpeedCrunch")
     # Its multiplication key is labelled with a character beyond Latin-1, which no path can carry. It multiplies by
     # brackets, too: 12(34).
     for key in "12(34)=":
-        stage.activate(f"Press the key {key}", f"{key}_dialog_button")
+        demo.activate(f"Press the key {key}", f"{key}_dialog_button")
     result = eventually(clipboard, lambda text: text == "408")
-    stage.check("the result", result, "408")
+    demo.check("the result", result, "408")

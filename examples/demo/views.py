@@ -3,32 +3,32 @@
 TABS = "pages/qt_tabwidget_tabbar"
 
 
-def play(stage):
-    stage.title("Lists")
-    stage.activate("Turn to their page.", TABS, "s:Lists")
-    stage.expect("extrasList", "visible", True)
-    stage.activate("Go to an item.", "extrasList", "s:Honey")
-    stage.enter("Check it.", "extrasList", "b:true")
-    stage.expect("extrasList", "itemIsChecked", True, "s:Honey")
-    stage.expect_event("changed: extrasList Honey on")
+def run(demo):
+    demo.title("Lists")
+    demo.activate("Turn to their page.", TABS, "s:Lists")
+    demo.expect("extrasList", "visible", True)
+    demo.activate("Go to an item.", "extrasList", "s:Honey")
+    demo.enter("Check it.", "extrasList", "b:true")
+    demo.expect("extrasList", "itemIsChecked", True, "s:Honey")
+    demo.expect_event("changed: extrasList Honey on")
 
-    stage.title("Trees")
-    stage.check("all paths", "House/Filter/Huila" in _names(stage.read("blendTree", "pathList")), True)
-    stage.activate("Go to an item; its parents are expanded.", "blendTree", "s:Season/Winter/Antigua")
-    stage.expect("blendTree", "itemIsOpen", True, "s:Season/Winter")
-    stage.enter("Edit it in place.", "blendTree", "s:0:Boquete")
-    stage.expect("blendTree", "itemIsEnabled", True, "s:Season/Winter/Boquete")
-    stage.activate("Select in a plain view over a model.", "originView", "s:Kenya")
-    stage.expect("originView", "itemIsSelected", True, "s:Kenya")
-    stage.picture("lists")
+    demo.title("Trees")
+    demo.check("all paths", "House/Filter/Huila" in _names(demo.read("blendTree", "pathList")), True)
+    demo.activate("Go to an item; its parents are expanded.", "blendTree", "s:Season/Winter/Antigua")
+    demo.expect("blendTree", "itemIsOpen", True, "s:Season/Winter")
+    demo.enter("Edit it in place.", "blendTree", "s:0:Boquete")
+    demo.expect("blendTree", "itemIsEnabled", True, "s:Season/Winter/Boquete")
+    demo.activate("Select in a plain view over a model.", "originView", "s:Kenya")
+    demo.expect("originView", "itemIsSelected", True, "s:Kenya")
+    demo.picture("lists")
 
-    stage.title("Tables")
-    stage.activate("Turn to their page.", TABS, "s:Tables")
-    stage.expect("priceTable", "visible", True)
-    stage.activate("Go to a cell by its headers.", "priceTable", "s:Cortado:Medium")
-    stage.enter("Enter a price.", "priceTable", "s:3.40")
-    stage.expect("priceTable", "itemText", "3.40", "s:Cortado:Medium")
-    stage.picture("tables")
+    demo.title("Tables")
+    demo.activate("Turn to their page.", TABS, "s:Tables")
+    demo.expect("priceTable", "visible", True)
+    demo.activate("Go to a cell by its headers.", "priceTable", "s:Cortado:Medium")
+    demo.enter("Enter a price.", "priceTable", "s:3.40")
+    demo.expect("priceTable", "itemText", "3.40", "s:Cortado:Medium")
+    demo.picture("tables")
 
 
 def _names(paths):

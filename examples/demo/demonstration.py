@@ -1,4 +1,4 @@
-"""Used by every act of the demonstration: steps that show a request, its reply and its effect."""
+"""Used by every part of the demonstration: steps that show a request, its reply and its effect."""
 
 import time
 from pathlib import Path
@@ -12,12 +12,12 @@ LONGEST_REPLY = 12
 """Lines of a reply that are shown."""
 
 
-class Stage:
-    """One application, and the account of what was done to it and what went wrong.
+class Demonstration:
+    """Drives one application, shows each step, and keeps what differs from what was expected.
 
     Attributes:
         file_name: how the application names a file of this machine.
-        differences: lines that tell what went wrong.
+        differences: a line for each thing that went wrong.
     """
 
     def __init__(self, application, window, pictures):
