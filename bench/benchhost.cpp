@@ -1,5 +1,5 @@
 // An application to be measured: a window of 100 named widgets, the agent, and a socket of the application's own, which
-// is measured beside the agent's. What it answers:
+// is measured beside the agent's. Lines to that socket and their answers:
 //   heap reset      "done"; begins to count what is done with the heap
 //   heap            "ALLOCATIONS RETAINED PEAK" since then
 //   qt COMMAND ...  "done", after Qt's own calls for the agent's command

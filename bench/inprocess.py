@@ -23,7 +23,7 @@ def pairs(program: Path) -> List[Tuple[str, int]]:
 def run_pair(
     program: Path, name: str, size: int, repetitions: int, seconds: float
 ) -> Dict[str, Dict[str, Any]]:
-    """The quickest of the repetitions for ours and the floor: what disturbs can only make them slower."""
+    """The fastest of the repetitions for ours and the floor: disturbances can only make them slower."""
     command = [
         program,
         rf"--benchmark_filter=^{name}\|(ours|floor|qt)\|{size}\|",

@@ -13,8 +13,8 @@
 using Measured = std::function<void()>;
 using MakeMeasured = std::function<Measured(int size)>;
 
-// The clock that a pair is timed with. Work of this process alone is told by the processor's time, which other processes
-// do not disturb; where the X server takes part, only by the clock on the wall.
+// The clock that a pair is timed with. Work of this process alone is measured in processor time, which other processes do
+// not disturb; where the X server takes part, in elapsed time.
 enum class Clock { Processor, Wall };
 
 // Bytes that a run produces, for those where that is of interest: it may set this.
@@ -23,7 +23,7 @@ extern int bytesPerRun;
 void registerPair(const char* name, Clock clock, std::initializer_list<int> sizes, const MakeMeasured& ours,
     const MakeMeasured& floor, const MakeMeasured& qt = MakeMeasured());
 
-// The sizes that a growth shows in.
+// Sizes that show how the cost grows.
 #define GROWING_SIZES                                                                                                  \
     {                                                                                                                  \
         100, 1000, 10000, 100000                                                                                       \

@@ -39,8 +39,8 @@ void bringToFront(QWidget* window)
     window->raise();
 }
 
-// The window may be beyond an edge of the screen, and the widget with it.
-void lookWhereItIs(const QWidget* widget)
+// As the agent does to see whether the window has to be moved onto the screen.
+void readGeometry(const QWidget* widget)
 {
     use(QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size()).isEmpty());
 }
@@ -103,7 +103,7 @@ void click(QWidget* window)
 {
     const QWidget* button = named<QWidget>(window, "button55");
     bringToFront(window);
-    lookWhereItIs(button);
+    readGeometry(button);
     handleEvents();
     const QPoint point = nextPoint(button);
     moveCursor(point);
@@ -141,7 +141,7 @@ void enterText(QWidget* window)
 {
     const auto* line = named<QLineEdit>(window, "line");
     bringToFront(window);
-    lookWhereItIs(line);
+    readGeometry(line);
     handleEvents();
     const QPoint point = nextPoint(line);
     handleEvents();
@@ -159,7 +159,7 @@ void enterText(QWidget* window)
 void typeLetter(QWidget* window)
 {
     bringToFront(window);
-    lookWhereItIs(window);
+    readGeometry(window);
     handleEvents();
     pressKey(Qt::Key_A, Qt::NoModifier, QString::fromLatin1("a"));
 }
@@ -178,10 +178,10 @@ void moveMouse(QWidget* window)
 {
     const QWidget* widget = named<QWidget>(window, "line");
     const QPoint point = nextPoint(widget);
-    // For the command, and for the move that it is: a mouse command is given the place in words, which are read between.
+    // Twice: for the command, and for its move, since the position of a mouse command is parsed in between.
     for (int turn = 0; turn < 2; ++turn) {
         bringToFront(window);
-        lookWhereItIs(widget);
+        readGeometry(widget);
         handleEvents();
     }
     handleEvents();
@@ -232,7 +232,7 @@ void moveFocus(QWidget* window)
     static int turn = 0;
     turn = 1 - turn;
     bringToFront(window);
-    lookWhereItIs(window);
+    readGeometry(window);
     handleEvents();
     named<QLineEdit>(window, turn ? "line" : "other")->setFocus(Qt::TabFocusReason);
 }

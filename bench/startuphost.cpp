@@ -1,6 +1,6 @@
-// A small application that tells what its start-up costs: "MICROSECONDS KIBIBYTES HEAPBYTES" from before its event loop
-// until the first events in it are handled. A library named on the command line is loaded and started first, within what is
-// measured. Ends with its standard input, for on a busy machine the agent may connect later than that.
+// A small application that prints the cost of its start-up, "MICROSECONDS KIBIBYTES HEAPBYTES" from before its event loop
+// until the first events in it are handled. A library named on the command line is loaded and started within what is
+// measured. It ends when its standard input is closed, since on a busy machine the agent may connect after the figures.
 
 #include <QApplication>
 #include <QLabel>

@@ -5,7 +5,7 @@
 
 It runs the sample suite with traces and without, in turns, and prints for the clock and for the processor time of all
 processes: how much longer a step takes, and the share of the suite's time. Medians of the pairs, and the difference between
-the fastest runs, which tells more on a machine that has other things to do.
+the fastest runs, which is more reliable on a busy machine.
 """
 
 import argparse
@@ -26,7 +26,7 @@ PR_SET_CHILD_SUBREAPER = 36
 
 
 class Run(NamedTuple):
-    """Seconds of the clock, as pytest tells them, and of processor time."""
+    """Elapsed seconds, as pytest prints them, and processor time."""
 
     clock: float
     processor: float

@@ -4,7 +4,7 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
-# Its own headers include each other from the folder that has "agent" and "compat".
+# The public headers include each other relative to the folder that has "agent" and "compat".
 set(headers ${CMAKE_INSTALL_INCLUDEDIR}/qtdriver)
 add_library(qtdriver::agent ALIAS qtdriver)
 set_target_properties(qtdriver PROPERTIES EXPORT_NAME agent)

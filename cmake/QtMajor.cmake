@@ -63,11 +63,11 @@ if(UNIX)
 endif()
 find_program(CCACHE ccache)
 if(CCACHE)
-  # Without the first two it would not keep what is compiled with precompiled headers. The language is that of warnings
-  # alone, and packages are made in another one.
+  # ccache needs the first two to cache what is compiled with precompiled headers. The locale changes only the language of
+  # warnings, and packages are made in another one.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,locale ${CCACHE})
 endif()
-# More than a hundred test programs are linked for each Qt, and GNU ld takes five times as long.
+# Some fifty programs are linked for each Qt, and GNU ld takes five times as long.
 find_program(LLD ld.lld)
 if(LLD AND UNIX AND NOT APPLE AND NOT CMAKE_CROSSCOMPILING)
   add_link_options(-fuse-ld=lld)
@@ -79,7 +79,7 @@ endif()
 if(QTDRIVER_ASAN OR QTDRIVER_FUZZ)
   # Without vptr: the type information of other libraries, hidden or in headers of Qt 4, makes false reports.
   set(sanitizers -fsanitize=address,undefined$<$<BOOL:${QTDRIVER_FUZZ}>:,fuzzer-no-link> -fno-sanitize=vptr)
-  # Optimised less and with less to debug than what is installed: it is compiled far oftener than it runs.
+  # Less optimised and with less debug information than what is installed, since it is compiled far more often than it runs.
   add_compile_options(${sanitizers} -fno-omit-frame-pointer -fno-sanitize-recover=undefined -O1 -g1)
   add_link_options(${sanitizers})
   # Qt's own checks in its headers, of indexes above all, which it has in debug builds only.
@@ -87,7 +87,7 @@ if(QTDRIVER_ASAN OR QTDRIVER_FUZZ)
 endif()
 
 # qtdriver_precompile(GROUP TARGET HEADERS...): the first target of a group, which is any word, compiles these headers for
-# all that follow; their options have to be the same. Most of a build's time would go into Qt's headers otherwise.
+# all that follow; their options have to be the same. Without, most of a build's time goes into Qt's headers.
 # cmake -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON does without.
 function(qtdriver_precompile group target)
   get_property(first GLOBAL PROPERTY qtdriver_precompiled_${group})
@@ -103,8 +103,8 @@ function(qtdriver_precompile group target)
   endif()
 endfunction()
 
-# qtdriver_declares_objects_in_sources(TARGET): no header of the target has anything for moc. The file that CMake makes of
-# what moc writes about headers is empty then, and would read precompiled headers for a second.
+# qtdriver_declares_objects_in_sources(TARGET): no header of the target has anything for moc. The file that CMake makes for
+# the headers' meta-objects is empty then, and is compiled without the precompiled headers, which would take a second.
 function(qtdriver_declares_objects_in_sources target)
   set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp
     PROPERTIES SKIP_PRECOMPILE_HEADERS ON)

@@ -6,8 +6,8 @@
 # --lean builds what a user needs, the agent and the showcase, and neither tests nor benchmarks.
 # --agent builds the agent alone.
 # --packages registers the tests of the packages, too.
-# --together compiles a dozen sources of the agent at a time: all of it in half the time, a change of one in ten times as much.
-# --configure leaves it at what CMake writes, for whoever builds later.
+# --together compiles a dozen sources of the agent at a time: a whole build takes half the time, one after a change ten times.
+# --configure only has CMake configure the build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -43,7 +43,7 @@ PYTEST_OUTCOMES = {
 
 
 def count_qttest(output):
-    """The outcomes of a QtTest program, and whether its closing line is there and tells of as many."""
+    """The outcomes of a QtTest program, and whether its closing line is there and counts as many."""
     counts = Counter()
     lines = QTTEST_LINE.findall(output)
     for word, function in lines:

@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 
 # step TEXT: says how many seconds have passed, and what comes.
 step() { printf 'demo: %3d s  %s\n' "$SECONDS" "$1"; }
-# lean QT: the options for a build of what is shown alone. One that is made for its tests, too, stays so.
+# lean QT: the options that build only what is shown. A build that was configured with tests keeps them.
 lean() { grep -qs '^BUILD_TESTING:BOOL=ON' "build/qt$1/CMakeCache.txt" || echo --lean --together; }
 
 if [ "${1:-}" = windows ]; then

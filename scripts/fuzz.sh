@@ -4,7 +4,7 @@
 # By default all targets with Qt 5, one after the other, for 60 seconds each. --runs is an amount of work instead, and
 # --suite the one of tests/fuzz/work.txt for each target. --time 0 only replays the seeds in tests/fuzz/corpus. What a
 # run discovers is kept for the next one, but with --fresh, in build/qtN-fuzz/corpus or another folder.
-#   scripts/fuzz.sh --replay FILE TARGET    runs one input, and tells what happens
+#   scripts/fuzz.sh --replay FILE TARGET    runs one input, and shows what happens
 #   scripts/fuzz.sh --build                 only builds; --built: everything is built already
 #   scripts/fuzz.sh --programs FOLDER ...   runs the programs that are there, and builds nothing
 # Inputs that break something are kept in build/qtN-fuzz/findings, and the status is not 0 then. Nor is it when a target
@@ -60,7 +60,7 @@ fi
 last() { grep -aoE "$2" "$1" | tail -1 | grep -oE '[0-9]+' || echo 0; }
 # Column 2 of a target's row in the table of work is the number of inputs, column 3 the edges that they reach at least.
 work() { awk -v target="$1" -v column="$2" '$1 == target { print $column }' tests/fuzz/work.txt; }
-# Why a run was no run: too few inputs, far fewer in a second than the last time, or too little code.
+# Why a run does not count: too few inputs, far fewer in a second than the last time, or too little code reached.
 shortfall() {
     if [ "$executions" -lt "$least" ]; then echo "executed only $executions of $least inputs"; fi
     if [ "$((rate * 10))" -lt "$usual_rate" ]; then echo "executed $rate inputs in a second, the last time $usual_rate"; fi

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Plays 10,000 rounds of every kind of request, and tells what they leave behind: scripts/leaks.sh [QT [ROUNDS]]
+# Plays 10,000 rounds of every kind of request, and prints what they leave behind: scripts/leaks.sh [QT [ROUNDS]]
 # By default for Qt 5. It takes half an hour; the test suite plays a few rounds of the same.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -5,7 +5,7 @@
 #   archive  the agent for programs for Windows, to unpack: of Qt 4.8, whose folder QT4_WINDOWS names, or of another one, by
 #            scripts/package.sh archive 5|6 and QT5_WINDOWS or QT6_WINDOWS
 # The version is that of runner/qtdriver/commandline/versions.py, the date that of the commit; SOURCE_DATE_EPOCH sets
-# another one. The same sources make the same bytes, in whatever folder. packaging/README.md tells more.
+# another one. The same sources make the same bytes, in whatever folder. See packaging/README.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -58,8 +58,8 @@ END
     mv "$packages"/deb/*.deb "$packages"
 }
 
-# The agents in the wheel are those of the Debian packages. The system with the oldest C library that they run with is
-# told by the tag of the wheel: what they ask of it, nm shows.
+# The agents in the wheel are those of the Debian packages. The wheel's tag names the oldest C library that they run with,
+# which nm shows by the versions of their symbols.
 make_wheel() {
     local folder=$packages/wheel/runner agents=$packages/wheel/agents library newest
     make_deb

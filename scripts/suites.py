@@ -58,7 +58,7 @@ def is_beside_plain(build, builds):
 
 
 def is_made(build, builds):
-    """Whether a build is one of this run's. A suite that could do with another one goes without it."""
+    """Whether a build is one of this run's. A suite does not wait for a build that is not made."""
     return build in builds or build in BUILD_COMMANDS
 
 
@@ -154,7 +154,7 @@ def in_cmake(suite):
 
 
 def guess_costs(suites):
-    """Has ctest begin with the long files, until a whole run has told it how long each suite takes."""
+    """Has ctest begin with the long files, until a whole run has measured how long each suite takes."""
     for suite in suites:
         sizes = [
             Path(word).stat().st_size
