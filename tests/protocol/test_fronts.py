@@ -12,6 +12,8 @@ from extensions import extension, hexadecimal
 from hostapp import QT, WINDOWS, eventually, hexed
 
 WAIT = 0.5
+TRIES = 16 if WINDOWS else 4
+"""A busy machine makes Wine slower than others."""
 HIDDEN = "8,Exception : Error: widget is hidden by another window"
 needs_place = pytest.mark.skipif(
     QT == 4, reason="Qt 4 does not tell where on the screen a widget within a graphics view is"
@@ -37,7 +39,7 @@ def seconds(command, reply, times=1):
 
 
 def is_quick(command, reply):
-    return seconds(command, reply, times=4) < WAIT / 2
+    return seconds(command, reply, times=TRIES) < WAIT / 2
 
 
 @pytest.mark.parametrize("window", ["refusing", "reluctant"])
@@ -48,9 +50,9 @@ def test_a_window_that_refuses_the_focus_is_not_waited_for(app, window):
     app.activate(title, "press")  # the window manager has placed it
     app.forget()
     assert is_quick(lambda: app.activate(title, "press"), "0,QPushButton")
-    assert app.events("clicked") == ["clicked press"] * 4
+    assert app.events("clicked") == ["clicked press"] * TRIES
     assert is_quick(lambda: app.mouse(title, "edit", CLICK), "0,QLineEdit")
-    assert len(app.events("press")) == len(app.events("release")) == 4
+    assert len(app.events("press")) == len(app.events("release")) == TRIES
 
 
 def test_commands_on_a_window_that_refuses_the_focus_print_nothing(app):
@@ -75,7 +77,7 @@ def test_what_a_floating_dock_covers_is_not_waited_for(app):
     app.forget()
     assert is_quick(lambda: app.activate("Main", "covered"), "0,QPushButton")
     assert app.events("clicked") == []
-    assert len(app.events("press")) == 4, "the dock gets the clicks"
+    assert len(app.events("press")) == TRIES, "the dock gets the clicks"
 
 
 def test_a_widget_within_a_graphics_view_is_not_waited_for(app):
@@ -88,7 +90,7 @@ def test_a_widget_within_a_graphics_view_is_not_waited_for(app):
     )
     assert is_quick(lambda: app.activate("Embedded", "inner"), "0,QPushButton" if knows_place else None)
     if knows_place:
-        assert app.events("clicked") == ["clicked inner"] * 4
+        assert app.events("clicked") == ["clicked inner"] * TRIES
 
 
 def test_what_a_locator_finds_within_a_graphics_view_takes_input(app):
@@ -257,8 +259,8 @@ def test_what_is_within_a_graphics_view_is_read_behind_a_modal_dialog_and_works_
     assert '"name":"innerSpin"' in app.request(extension("+2", "Embedded", ""))
     app.do("closeQuestion")
     app.wait_until("question", "visible", "false")
-    app.wait_until("scene", "isActiveWindow", "true")
-    assert located(app, "+type", "innerField", "tea") == "0,QLineEdit"
+    # Whether the window manager activates this window, now that the dialog has gone, or another one, it decides in its time.
+    eventually(lambda: located(app, "+type", "innerField", "tea"), "0,QLineEdit")
     app.wait_until("innerField", "text", "tea")
 
 
