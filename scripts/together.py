@@ -9,7 +9,7 @@ import re
 import sys
 from pathlib import Path
 
-MOST_TOGETHER = 12
+MAXIMUM_TOGETHER = 12
 
 # A name that begins at the start of a line is declared for the whole file: namespaces are not indented. Behind "::" it is
 # that of a class's own member, which only one source defines.
@@ -25,13 +25,13 @@ def names(text):
     return {name for name in FILE_SCOPE.findall(text) if not name.isupper()}
 
 
-def groups(sources, most=MOST_TOGETHER):
+def groups(sources, maximum=MAXIMUM_TOGETHER):
     """Lists of sources that can be compiled as one: those of a list declare nothing by the same name."""
     found = []
     for source in sources:
         declared = names(source.read_text())
         for members, taken in found:
-            if len(members) < most and not declared & taken:
+            if len(members) < maximum and not declared & taken:
                 members.append(source)
                 taken |= declared
                 break

@@ -25,7 +25,7 @@ public:
     QString text(int index) const;
     // Whether the line has that section, though it may be empty.
     bool has(int index) const { return bytes.count(',') >= index; }
-    // The text of an extension's section: UTF-8 in hexadecimal. Raises an error where the section is none.
+    // The text of an extension's section: UTF-8 in hexadecimal. Raises an error for a section that is no such text.
     QString utf8Text(int index) const;
 
 private:

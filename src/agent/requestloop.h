@@ -26,8 +26,8 @@ public:
 
     // A request is on the stack.
     bool isExecuting() const { return state == State::Executing || state == State::Ending; }
-    // After the server's end: the requests that have arrived before are executed, without replies, and then the socket is
-    // closed. False where there are none, or one is on the stack: it is for the caller to close.
+    // After the server has ended the connection: has the requests that arrived before executed, without replies, and
+    // then closes the socket. Returns false if there are none, or one is on the stack: then the caller has to close it.
     bool closeAfterRequests();
     // While a request is on the stack: no other one is executed, and the socket is deleted when this one has its reply.
     void deleteSocketAfterReply();
@@ -46,7 +46,7 @@ private:
     enum class State {
         Idle,
         Executing, // a request, which may run an event loop: what arrives there is executed after it
-        Ending, // the same, and the socket goes with its reply
+        Ending, // the same; the socket is deleted after the reply
         Paused, // between two slices
     };
 

@@ -8,7 +8,7 @@ inline void prefetch(const void* address)
 {
 #ifdef __GNUC__
     __builtin_prefetch(address);
-    // GCC 12 leaves out calls of a function that does nothing but that, for want of an effect. This counts as one.
+    // GCC 12 removes calls of a function that only prefetches, since that has no effect. This statement counts as one.
     asm volatile("" : : "r"(address));
 #else
     static_cast<void>(address);

@@ -75,8 +75,8 @@ bool staysBelow(const QWidget* window, const QWidget* other)
         || isTransientFor(other, window);
 }
 
-// Whether the window can come to the front at all: it is on the screen by itself, and nothing of the application
-// blocks it.
+// Whether the window can come to the front at all: it is shown as a window of the screen, and neither a modal widget
+// nor a popup of the application blocks it.
 bool canComeToFront(const QWidget* window)
 {
     const bool isShown = window->isVisible() && !window->graphicsProxyWidget()

@@ -120,7 +120,7 @@ QString readTextProperty(const QObject* object, int index)
     int status = -1;
     void* arguments[] = {&text, &other, &status};
     QMetaObject::metacall(const_cast<QObject*>(object), QMetaObject::ReadProperty, index, arguments);
-    // The class may deliver a value of its own instead, as QMetaProperty::read() knows.
+    // The class may deliver a variant, or the address of its own text, instead; QMetaProperty::read() handles that, too.
     return status != -1 ? textOf(other) : arguments[0] ? *static_cast<const QString*>(arguments[0]) : QString();
 }
 

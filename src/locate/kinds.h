@@ -5,7 +5,7 @@
 
 namespace locate {
 
-// Facts that follow from the class of a widget, or from its nearest base class that there is a row for.
+// Facts about a widget that follow from its class, or from its nearest base class in the table.
 struct WidgetKind
 {
     const char* className;

@@ -37,7 +37,7 @@ const QWidget* firstFieldIn(const QLayout* layout)
     return nullptr;
 }
 
-// The first widget of an item of a layout that is no label.
+// The first widget in a layout item that is not a label.
 const QWidget* firstField(const QLayoutItem* item)
 {
     auto* any = const_cast<QLayoutItem*>(item);

@@ -331,7 +331,7 @@ private:
         return true;
     }
 
-    // A word of its own.
+    // Skips a word, but not the beginning of a longer one.
     bool skipWord(QLatin1String word)
     {
         const int end = position + static_cast<int>(qstrlen(word.latin1()));

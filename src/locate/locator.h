@@ -57,7 +57,7 @@ struct Locator
     std::vector<Step> steps;
 };
 
-// Why a text is no locator, and at which of its characters, counted from 0, that shows. Thrown by what reads one.
+// Why a text is no locator, and at which of its characters, counted from 0, that shows. Thrown by parseLocator().
 struct LocatorError
 {
     QString reason;

@@ -96,7 +96,7 @@ int wheelSteps(const QString& text, int place)
     const int steps = text.isEmpty() ? 0 : compat::toInt(text, &ok);
     if (!ok && !text.isEmpty())
         raiseError("The %d. parameter \"%s\" is not an integer", place, text);
-    const int maximumSteps = 1000; // a request must come to its end
+    const int maximumSteps = 1000; // a request must end in reasonable time
     if (steps < -maximumSteps || steps > maximumSteps)
         raiseError("At most %d steps of the wheel are allowed", maximumSteps);
     return steps;

@@ -1,4 +1,4 @@
-"""The rooms of the sources: who imports whom in the runner, and how many files a folder has."""
+"""The structure of the sources: who imports whom in the runner, and how many files a folder has."""
 
 import ast
 from collections import defaultdict
@@ -9,7 +9,7 @@ import pytest
 from test_sources import ROOT, tracked
 
 RUNNER = ROOT / "runner" / "qtdriver"
-MOST_FILES = 20
+MAXIMUM_FILES = 20
 
 # The packages of the runner, and which ones each stands on. It may import those, and what they stand on in turn.
 STANDS_ON = {
@@ -125,7 +125,7 @@ def sources_of_folders(top):
 
 
 @pytest.mark.parametrize("top", ["runner", "src"])
-def test_a_folder_has_no_more_sources_than_a_person_overlooks(top):
+def test_a_folder_has_no_more_sources_than_a_person_can_survey(top):
     folders = sources_of_folders(top)
     assert folders
-    assert {str(folder): len(names) for folder, names in folders.items() if len(names) > MOST_FILES} == {}
+    assert {str(folder): len(names) for folder, names in folders.items() if len(names) > MAXIMUM_FILES} == {}

@@ -21,7 +21,7 @@ public:
     QVariant pseudoProperty(const char* name, const QVariant& argument) override;
 
 private:
-    // The header that a value names; the same, if it is enabled. They raise an error where there is none.
+    // The header of the page that a value names; enabledHeader() also requires that it is enabled. They raise errors.
     QAbstractButton* header(const QVariant& value);
     QAbstractButton* enabledHeader(const QVariant& value);
 };

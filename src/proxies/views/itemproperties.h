@@ -19,8 +19,8 @@ using ItemProperty = proxy::PseudoProperty<const QAbstractItemView&, const QMode
 bool isItemName(const char* name);
 
 // The value of a property of the view or of an item, invalid for an unknown name. `findItem` looks up the item that the
-// argument names and raises its errors; it is called before the name is looked up for every name that begins with "item"
-// and is none of the view's, known or not.
+// argument names and raises its errors. It is called, before the name is looked up, for every name that begins with
+// "item" and is no property of the view, also for an unknown one.
 template <std::size_t viewRows, std::size_t itemRows>
 QVariant propertyValue(const ViewProperty (&ofView)[viewRows], const ItemProperty (&ofItem)[itemRows], const char* name,
     const QAbstractItemView& view, const std::function<QModelIndex()>& findItem)

@@ -32,7 +32,7 @@ private:
     void requireVisible(const QModelIndex& item);
 
     void ensureFocus();
-    // Raises an error when the view's selection mode does not go with what is to be selected.
+    // Raises an error when the view's selection mode does not allow to select one item, or several.
     void requireSelectionMode(bool severalItems);
     void clearSelectionByKeys();
     void selectItems(const QStringList& paths);
