@@ -68,9 +68,13 @@ install() {
 # Tests talk to `qtdriver mcp` by the client of the official SDK, pinned by its lock file. Debian's npm has too old a Node.js for
 # it. Where there is no other, or no registry, those tests are skipped, and say so.
 install_sdk() {
-    local source=tests/agents target=build/agents-client
+    local source=tests/agents target=build/agents-client needed=20 node
     [ "$list" != --use ] && [ -f "$source/package-lock.json" ] || return 0
-    command -v npm >/dev/null || { echo "setup: no npm: tests by the client of the MCP SDK are skipped"; return 0; }
+    node=$(command -v npm >/dev/null && node -p 'process.versions.node.split(".")[0]' 2>/dev/null) || node=0
+    [ "$node" -ge "$needed" ] || {
+        echo "setup: no npm of Node.js $needed or later: tests by the client of the MCP SDK are skipped"
+        return 0
+    }
     cmp -s "$source/package-lock.json" "$target/node_modules/installed.json" && return 0
     mkdir -p "$target"
     cp "$source/package.json" "$source/package-lock.json" "$target"

@@ -20,7 +20,8 @@ def _is_installed():
 
 
 needs_sdk = pytest.mark.skipif(
-    not _is_installed(), reason="the MCP SDK is not installed: scripts/setup.sh does it where npm is"
+    not _is_installed(),
+    reason="the MCP SDK is not installed: scripts/setup.sh does it where npm of Node.js 20 or later is",
 )
 """Skips the tests of a file where the SDK is not installed."""
 

@@ -1,10 +1,15 @@
 """`qtdriver mcp`: the protocol, without an application."""
 
 import json
+import os
+import re
+import threading
 
 import pytest
 
-from mcpclient import CURRENT, META, McpClient
+from mcpclient import CURRENT, META, ROOT, McpClient
+from qtdriver.mcp.server import GivenUp, McpServer
+from qtdriver.mcp.wire import Wire
 
 PING = {"jsonrpc": "2.0", "id": 1, "method": "ping"}
 
@@ -202,6 +207,118 @@ def test_prompts_have_their_arguments_in_their_text(shared):
 )
 def test_a_prompt_that_cannot_be_made_is_an_error(shared, params):
     assert shared.ask("prompts/get", **params)["error"]["code"] == -32602
+
+
+def test_an_id_can_be_used_again_as_soon_as_the_answer_is_there(shared):
+    for _ in range(50):
+        shared.send("tools/call", {"name": "windows", "arguments": {}}, number="again")
+        assert "result" in shared.read()
+
+
+class Faulty:
+    """An offer whose answers and tools have faults; one tool waits until it is cancelled."""
+
+    instructions = ""
+
+    def list_prompts(self):
+        raise OSError("the disk is gone")
+
+    def knows_tool(self, name):
+        return True
+
+    def call_tool(self, call):
+        if call.message.params["name"] == "fault":
+            raise KeyError("lost")
+        assert call.cancelled.wait(60)
+        raise GivenUp
+
+
+@pytest.fixture
+def faulty():
+    """The other ends of the streams of a server with the faulty offer, to write and to read."""
+    (to_read, to_write), (answers, answering) = os.pipe(), os.pipe()
+    server = McpServer(Wire(os.fdopen(to_read, "rb"), os.fdopen(answering, "wb")), Faulty(), {})
+    thread = threading.Thread(target=server.run)
+    thread.start()
+    with os.fdopen(answers, "rb") as lines:
+        with os.fdopen(to_write, "wb", buffering=0) as requests:
+            requests.write(
+                b'{"jsonrpc":"2.0","id":0,"method":"initialize","params":{"protocolVersion":"2025-11-25"}}\n'
+            )
+            assert b'"result"' in lines.readline()
+            yield requests, lines
+        thread.join(60)
+    assert not thread.is_alive()
+
+
+def request(number, method, **params):
+    return json.dumps({"jsonrpc": "2.0", "id": number, "method": method, "params": params}).encode() + b"\n"
+
+
+def test_a_fault_of_an_answer_or_a_tool_is_an_error_and_does_not_end_the_server(faulty):
+    requests, lines = faulty
+    for method, params, fault in (
+        ("prompts/list", {}, "OSError: the disk is gone"),
+        ("tools/call", {"name": "fault"}, "KeyError: 'lost'"),
+    ):
+        requests.write(request(1, method, **params))
+        told = json.loads(lines.readline())
+        assert (told["id"], told["error"]) == (1, {"code": -32603, "message": fault})
+    requests.write(request(2, "ping"))
+    assert json.loads(lines.readline())["result"] == {}
+
+
+def test_a_call_is_cancelled_by_its_own_id_only(faulty):
+    requests, lines = faulty
+    requests.write(request(1, "tools/call", name="wait"))
+    cancelled = {"jsonrpc": "2.0", "method": "notifications/cancelled"}
+    for number in (True, "1"):
+        requests.write(json.dumps({**cancelled, "params": {"requestId": number}}).encode() + b"\n")
+    requests.write(request(1, "tools/call", name="wait"))
+    assert "still being worked on" in json.loads(lines.readline())["error"]["message"]
+    requests.write(json.dumps({**cancelled, "params": {"requestId": 1}}).encode() + b"\n")
+    requests.write(request(2, "tools/call", name="fault"))
+    assert json.loads(lines.readline())["id"] == 2, "the one that was cancelled has no answer"
+
+
+def documented_configurations():
+    """The files of clients in the documents, by their keys."""
+    text = (ROOT / "docs" / "agents.md").read_text()
+    blocks = re.findall(r"`(\.\w+/mcp\.json)`:\n\n((?:    .*\n)+)", text)
+    return [pytest.param(json.loads(block), id=name) for name, block in blocks]
+
+
+@pytest.mark.parametrize("configuration", documented_configurations())
+def test_the_server_starts_as_the_documents_tell_clients_to(tmp_path, configuration):
+    ((key, servers),) = configuration.items()
+    assert key in ("servers", "mcpServers")
+    server = servers["qtdriver"]
+    assert (server["type"], server["command"], server["args"][0]) == ("stdio", "qtdriver", "mcp")
+    options = [word.replace("${workspaceFolder}", str(tmp_path)) for word in server["args"][1:]]
+    folder = server.get("cwd", ".").replace("${workspaceFolder}", str(tmp_path))
+    with McpClient(*options, folder=folder) as client:
+        assert client.initialize()["serverInfo"]["name"] == "qtdriver"
+        assert os.readlink(f"/proc/{client.process.pid}/cwd") == str(tmp_path)
+
+
+def test_the_documents_have_the_files_of_two_clients():
+    assert [one.id for one in documented_configurations()] == [".vscode/mcp.json", ".cursor/mcp.json"]
+
+
+@pytest.mark.parametrize("options", [("--headed",), ()])
+def test_a_folder_that_is_named_is_the_one_of_the_project(tmp_path, options):
+    with McpClient(*options, "--folder", tmp_path) as client:
+        client.initialize()
+        assert os.readlink(f"/proc/{client.process.pid}/cwd") == str(tmp_path)
+
+
+def test_a_folder_that_is_not_there_is_told(tmp_path):
+    with McpClient("--headed", "--folder", "${workspaceFolder}", folder=tmp_path) as client:
+        status, log = client.close()
+    assert (status, log) == (
+        1,
+        "qtdriver: the folder ${workspaceFolder} cannot be used: No such file or directory\n",
+    )
 
 
 def test_it_ends_when_its_input_ends(fresh):

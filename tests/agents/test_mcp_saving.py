@@ -108,6 +108,28 @@ def test_a_test_that_fails_on_a_fresh_start_is_not_saved_unless_that_is_wanted(c
     assert "there are no steps yet" in client.refusal("save_test", path="test_again.py")
 
 
+def test_a_test_that_cannot_be_run_is_told_so_and_saved_if_that_is_wanted(tmp_path):
+    refusing = tmp_path / "refusing"
+    refusing.mkdir()
+    (refusing / "unshare").write_text("#!/bin/sh\necho 'unshare: Operation not permitted' >&2\nexit 1\n")
+    (refusing / "unshare").chmod(0o755)
+    environment = {"PATH": f"{refusing}:{os.environ['PATH']}"}
+    reason = "could not be run: this system allows no network namespaces"
+    with McpClient(
+        "--headed", "--build", BUILD / "agents", folder=tmp_path, environment=environment
+    ) as client:
+        client.initialize()
+        client.call("launch", program="/usr/bin/python3", arguments=[str(KIOSK)], qt=5)
+        client.call("click", target="Open")
+        problem = client.refusal("save_test", path="test_open.py")
+        assert problem.startswith(f"The test was not saved, since it {reason}")
+        assert "Operation not permitted)\nkeep_failing saves it all the same\n" in problem
+        assert "def test_open(qtdriver):" in problem and not (tmp_path / "test_open.py").exists()
+        kept = client.call("save_test", path="test_open.py", keep_failing=True)
+        assert kept.startswith(f"saved test_open.py; it {reason}") and "FAILED" not in kept
+    assert "1 passed" in run(tmp_path, "test_open.py")
+
+
 def test_a_test_begins_with_the_last_start_of_the_application(client, folder):
     words = {"program": "/usr/bin/python3", "arguments": [str(KIOSK)], "qt": 5, "app": "kiosk"}
     for button in ("Open", "Make anew"):

@@ -13,6 +13,7 @@ from ..tools.session import Session
 from ..tools.tool import Tool
 from . import prompts, resources
 from .calls import Call
+from .messages import INTERNAL_ERROR, RpcError
 from .server import GivenUp
 
 _ORDER = (
@@ -58,8 +59,13 @@ class QtOffer:
         return isinstance(name, str) and name in _BY_NAME
 
     def call_tool(self, call: Call) -> Dict[str, Any]:
-        """The result of tools/call. Raises GivenUp."""
-        answer = self._answer(_BY_NAME[call.message.params["name"]], call)
+        """The result of tools/call. Raises GivenUp, and RpcError for a fault of the tool."""
+        try:
+            answer = self._answer(_BY_NAME[call.message.params["name"]], call)
+        except GivenUp:
+            raise
+        except Exception as error:  # its text may have what was typed
+            raise RpcError(INTERNAL_ERROR, self._session.hide(f"{type(error).__name__}: {error}")) from error
         return Answer(self._session.hide(answer.text), answer.picture, answer.is_error).as_result()
 
     def _answer(self, tool: Tool, call: Call) -> Answer:

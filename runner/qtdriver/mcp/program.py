@@ -35,6 +35,12 @@ def add_mcp_arguments(parser: argparse.ArgumentParser) -> None:
     )
     where.add_argument(_ON_DESKTOP, action="store_true", help=argparse.SUPPRESS)
     parser.add_argument(
+        "--folder",
+        type=Path,
+        metavar="DIR",
+        help="the folder of the project: applications start in it, and tests are saved below it (default: the current one)",
+    )
+    parser.add_argument(
         "--qt", type=int, choices=QT_MAJORS, help="Qt version of applications whose files do not tell it"
     )
     parser.add_argument(
@@ -56,6 +62,7 @@ def serve(parsed: argparse.Namespace, version: str, start: List[str]) -> int:
 
     Returns the exit status.
     """
+    _enter_folder(parsed)
     if sys.platform != "win32" and not parsed.headed and not parsed.on_desktop:
         _continue_on_desktop(parsed, start)
     # A snapshot makes thousands of objects that all live: by default the collector looks at each of them several times.
@@ -68,6 +75,18 @@ def serve(parsed: argparse.Namespace, version: str, start: List[str]) -> int:
     finally:
         session.close()
     return 0
+
+
+def _enter_folder(parsed: argparse.Namespace) -> None:
+    """Makes the folder of the project the current one. A relative folder of agents counts from where it was named."""
+    if parsed.folder is None:
+        return
+    if parsed.build is not None:
+        parsed.build = parsed.build.absolute()
+    try:
+        os.chdir(parsed.folder)
+    except OSError as error:
+        sys.exit(f"qtdriver: the folder {parsed.folder} cannot be used: {error.strerror}")
 
 
 def _continue_on_desktop(parsed: argparse.Namespace, start: List[str]) -> None:

@@ -16,6 +16,7 @@ from .messages import (
     Message,
     RpcError,
     error_line,
+    is_id,
     notification_line,
     parse_line,
     result_line,
@@ -92,9 +93,11 @@ class McpServer:
             call = self._waiting.get()
             if call is None:
                 return
-            if not call.cancelled.is_set():
-                self._run(call)
+            line = None if call.cancelled.is_set() else self._line_of(call)
+            # Before it is sent: the client may use the id again then.
             self._close(call)
+            if line is not None and not call.cancelled.is_set():
+                self._wire.send(line)
 
     def _read(self) -> None:
         try:
@@ -121,12 +124,14 @@ class McpServer:
         except RpcError as error:
             error.id = number if error.id is None else error.id
             self._wire.send(error_line(error))
+        except Exception as error:  # a fault of an answer must not end the reading, and with it the server
+            self._wire.send(error_line(RpcError(INTERNAL_ERROR, _fault(error), id=number)))
 
     def _notice(self, message: Message) -> None:
         if message.method == "notifications/cancelled":
-            number = message.params.get("requestId")
+            number: Any = message.params.get("requestId")
             with self._lock:
-                call = self._open.get(number) if isinstance(number, (str, int)) else None
+                call = self._open.get(number) if is_id(number) else None
             if call is not None:
                 call.cancelled.set()
 
@@ -158,26 +163,21 @@ class McpServer:
     def _notify(self, method: str, params: _Object) -> None:
         self._wire.send(notification_line(method, params))
 
-    def _run(self, call: Call) -> None:
+    def _line_of(self, call: Call) -> Optional[bytes]:
+        """The response to the call of a tool; None where the tool was given up."""
         assert call.message.id is not None
         try:
             result = self._offer.call_tool(call)
-            line = result_line(
+            return result_line(
                 call.message.id, self._revisions.complete(call.revision, call.message.method, result)
             )
         except GivenUp:
-            return
+            return None
         except RpcError as error:
             error.id = call.message.id
-            line = error_line(error)
-        except (
-            Exception
-        ) as error:  # noqa: B902 - a fault of a tool must not end the server with its applications
-            line = error_line(
-                RpcError(INTERNAL_ERROR, f"{type(error).__name__}: {error}", id=call.message.id)
-            )
-        if not call.cancelled.is_set():
-            self._wire.send(line)
+            return error_line(error)
+        except Exception as error:  # a fault of a tool must not end the server with its applications
+            return error_line(RpcError(INTERNAL_ERROR, _fault(error), id=call.message.id))
 
     def _close(self, call: Call) -> None:
         with self._lock:
@@ -205,6 +205,10 @@ class McpServer:
     def offer(self) -> Offer:
         """All that the server has for its clients."""
         return self._offer
+
+
+def _fault(error: Exception) -> str:
+    return f"{type(error).__name__}: {error}"
 
 
 _CAPABILITIES: _Object = {"tools": {}, "resources": {}, "prompts": {}}

@@ -25,6 +25,8 @@ from .tool import Arguments, Tool
 
 _RUN_SECONDS = 180.0
 _MOST_OF_OUTPUT = 2500
+_RESULTS = {True: "passed", False: "FAILED"}
+_KEEP = "keep_failing saves it all the same"
 
 
 def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
@@ -35,19 +37,21 @@ def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
         raise ToolError("there are no steps yet: use the application first")
     code = test_code(name, session.recorded, arguments.get("summary", ""))
     checks = sum(isinstance(step, Step) and step.is_check for step in session.recorded)
+    refusal = desktop.namespaces_refusal()
     call.tell("running the test on a fresh start")
-    trial = _run(session, code, file_name, call)
+    trial = Trial(False, refusal, "") if refusal else _run(session, code, file_name)
     if not trial.passed and not arguments.get("keep_failing", False):
-        shown = cut(trial.output[-_MOST_OF_OUTPUT:], _MOST_OF_OUTPUT)
+        why = "could not be run" if refusal else "failed on a fresh start"
+        shown = cut(trial.output[-_MOST_OF_OUTPUT:], _MOST_OF_OUTPUT) or _KEEP
         return Answer(
-            f"The test was not saved, since it failed on a fresh start: {trial.summary}\n{shown}\n{code}",
+            f"The test was not saved, since it {why}: {trial.summary}\n{shown}\n{code}",
             is_error=True,
         )
     write_below(session.options.folder, path, code, overwrite=arguments.get("overwrite", False))
     if not arguments.get("keep_steps", False):
         session.begin_anew()
-    result = "passed" if trial.passed else "FAILED"
-    head = f"saved {path}; run once on a fresh start it {result}: {trial.summary}"
+    ran = "it could not be run" if refusal else f"run once on a fresh start it {_RESULTS[trial.passed]}"
+    head = f"saved {path}; {ran}: {trial.summary}"
     return Answer("\n".join([head, _advice(session, checks), cut(code, MOST_OF_A_PART)]))
 
 
@@ -63,11 +67,8 @@ def _advice(session: Session, checks: int) -> str:
     )
 
 
-def _run(session: Session, code: str, name: str, call: Call) -> Trial:
+def _run(session: Session, code: str, name: str) -> Trial:
     """Runs the test on a desktop and a network of its own, beside the applications of the session."""
-    refusal = desktop.namespaces_refusal()
-    if refusal:
-        return Trial(False, f"it could not be run: {refusal}; keep_failing saves it all the same", "")
     with tempfile.TemporaryDirectory(prefix="qtdriver-mcp-") as folder:
         file = Path(folder, name)
         file.write_text(code, encoding="utf-8")
