@@ -271,7 +271,7 @@ def test_a_greeting_without_an_end_is_none(server):
 def test_without_the_package_that_tells_who_connects_it_is_named(server, monkeypatch):
     monkeypatch.setitem(sys.modules, "psutil", None)
     with connected() as client:
-        with pytest.raises(PeerReaderMissingError, match="needs psutil.*python3-psutil"):
+        with pytest.raises(PeerReaderMissingError, match="(?s)needs psutil.*python3-psutil"):
             server.accept(30)
         assert is_lost(client)
 

@@ -66,7 +66,12 @@ _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
 
 
 def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]:
-    """Whether the agent in `build`, by default the checkout's, can be loaded into `program`."""
+    """Checks whether an application can be driven.
+
+    Args:
+        build: the folder with the agents; None for the checkout's.
+        program: the application.
+    """
     try:
         file = find_program(str(program))
         if file.stat().st_mode & 0o6000:
@@ -88,7 +93,7 @@ def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]
             require_recent_qt(file, library, os.environ)
         yield Finding("program", "ok", f"{file} uses Qt {major}, and there is an agent for it")
     except QtDriverError as error:
-        yield Finding("program", "problem", str(error), _remedy(error))
+        yield Finding("program", "problem", error.message, _remedy(error))
 
 
 def _remedy(error: QtDriverError) -> str:

@@ -26,16 +26,16 @@
         PortInUseError                  another process listens for agents
         PeerReaderMissingError          psutil is missing
         ProgramError                    the program cannot have an agent
-            ProgramNotFoundError
-            ProgramNotExecutableError
-            ScriptProgramError
-            UnknownFormatError
-            ArchitectureError
-            OldQtError
-            NoQtError
-            NoWidgetsError
-            StaticProgramError
-                StaticQtError
+            ProgramNotFoundError        no file has its name
+            ProgramNotExecutableError   its file cannot be executed
+            ScriptProgramError          it is a script, which starts another program
+            UnknownFormatError          its file is no program of a known kind
+            ArchitectureError           the agent is made for another processor
+            OldQtError                  its Qt is older than the agent's
+            NoQtError                   it links no Qt
+            NoWidgetsError              it links Qt, but not Qt's widgets
+            StaticProgramError          nothing can be loaded into it
+                StaticQtError           Qt is a part of it
             CompilerError               the agent is made by a compiler that does not go with it
             LibraryMissingError         a Windows program lacks libraries
             LoadingError                the agent cannot be loaded in the way that was asked for
@@ -101,7 +101,6 @@ from .starting import (
     AgentNotBuiltError,
     AgentPathError,
     ArchitectureError,
-    OldQtError,
     CompilerError,
     DesktopError,
     EarlyExitError,
@@ -112,6 +111,7 @@ from .starting import (
     NoGreetingError,
     NoQtError,
     NoWidgetsError,
+    OldQtError,
     ProgramError,
     ProgramNotExecutableError,
     ProgramNotFoundError,
@@ -130,7 +130,6 @@ __all__ = [
     "ApplicationEndedError",
     "ApplicationHangsError",
     "ArchitectureError",
-    "OldQtError",
     "ClientRefusedError",
     "ClipboardError",
     "CommandError",
@@ -153,6 +152,7 @@ __all__ = [
     "NotVisibleError",
     "ObscuredError",
     "OldAgentError",
+    "OldQtError",
     "PauseError",
     "PeerReaderMissingError",
     "PictureError",
@@ -184,7 +184,16 @@ _FORMER_NAMES = {"HiddenError": "ObscuredError", "NotFoundError": "WindowNotFoun
 
 
 def by_former_name(module: str, name: str) -> Type[QtDriverError]:
-    """The error that had this name, for __getattr__() of `module`. Warns the caller of that."""
+    """The error that had this name until version 2. For the function __getattr__() of a module.
+
+    Warns, with a DeprecationWarning, the line that uses the name.
+
+    Args:
+        module: the module that was asked for the name.
+        name: the former name.
+
+    Raises AttributeError for a name that no error had.
+    """
     if name not in _FORMER_NAMES:
         raise AttributeError(f"module {module!r} has no attribute {name!r}")
     warnings.warn(f"{name} is {_FORMER_NAMES[name]} now", DeprecationWarning, stacklevel=3)

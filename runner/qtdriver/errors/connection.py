@@ -42,8 +42,8 @@ class PeerReaderMissingError(QtDriverError):
 
     def __init__(self) -> None:
         super().__init__(
-            "finding out which process has connected needs psutil, which is not installed: install it "
-            "(Debian: python3-psutil)"
+            "finding out which process has connected needs psutil, which is not installed",
+            hint="Install it (Debian: python3-psutil)",
         )
 
 

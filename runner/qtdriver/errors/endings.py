@@ -28,8 +28,10 @@ def ended(status: int, place: str, last_output: str, where: str = "") -> Applica
         where: the call of its own in which it crashed; empty where that is not known.
     """
     own_call = f", in {where}" if where else ""
-    output = f"; its last output:\n{last_output}" if last_output else ", without any output"
-    return ApplicationEndedError(f"the application ended ({describe_exit(status)}){place}{own_call}{output}")
+    output = "; its last output:" if last_output else ", without any output"
+    return ApplicationEndedError(
+        f"the application ended ({describe_exit(status)}){place}{own_call}{output}", context=last_output
+    )
 
 
 def ended_elsewhere(pid: int, place: str) -> ApplicationEndedError:
@@ -63,5 +65,5 @@ def hangs(
     end = "was ended" if was_ended else "could not be ended"
     seen = ["the windows that were last seen:", *windows] if windows else []
     return ApplicationHangsError(
-        "\n".join([f"{silence}; the application hangs{place}, and process {pid} {end}", *seen])
+        f"{silence}; the application hangs{place}, and process {pid} {end}", context="\n".join(seen)
     )

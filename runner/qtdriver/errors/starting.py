@@ -70,8 +70,8 @@ class ElfReaderMissingError(QtDriverError):
 
     def __init__(self) -> None:
         super().__init__(
-            "finding out which Qt a program links needs pyelftools, which is not installed: install it "
-            f"(Debian: python3-pyelftools), or name the Qt version with {setting_names().qt}"
+            "finding out which Qt a program links needs pyelftools, which is not installed",
+            hint=f"Install it (Debian: python3-pyelftools), or name the Qt version with {setting_names().qt}",
         )
 
 
@@ -80,8 +80,8 @@ class ExeReaderMissingError(QtDriverError):
 
     def __init__(self) -> None:
         super().__init__(
-            "finding out what a Windows program links needs pefile, which is not installed: install it "
-            "(Debian: python3-pefile)"
+            "finding out what a Windows program links needs pefile, which is not installed",
+            hint="Install it (Debian: python3-pefile)",
         )
 
 

@@ -13,6 +13,7 @@ _BETWEEN = ("_pytest", "pluggy", "contextlib", "unittest", "asyncio", "concurren
 """Packages whose lines are not those of a test, though they may stand between a test and the runner."""
 
 _LONGEST = 80
+"""Characters of an argument that are shown."""
 
 
 class Caller(NamedTuple):
@@ -42,12 +43,20 @@ def find_caller() -> Caller:
     return Caller(_written(outermost), frame.f_code.co_filename, frame.f_lineno)
 
 
+def calling_frame() -> FrameType:
+    """The innermost frame outside the runner, which is the test's as long as the test calls; the outermost without any."""
+    frame = sys._getframe(1)
+    while frame.f_back is not None and _package(frame) == _RUNNER:
+        frame = frame.f_back
+    return frame
+
+
 def _package(frame: FrameType) -> str:
     return str(frame.f_globals.get("__name__", "")).partition(".")[0]
 
 
 def _written(frame: FrameType) -> str:
-    """The call of the method that the frame runs; empty for what is no plain public method."""
+    """The call of the method that the frame runs; empty for a function, a generator and a private method."""
     code, values = frame.f_code, frame.f_locals
     owner = values.get("self")
     if owner is None or code.co_name.startswith("_") or code.co_flags & inspect.CO_GENERATOR:

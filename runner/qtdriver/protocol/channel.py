@@ -137,7 +137,7 @@ class Channel(ClosedOnLeaving):
             if typed and is_for_password(self, line):
                 self.secrets.add(typed)
         except ConnectionClosed:
-            self.secrets.add(typed)  # the request itself will say so
+            self.secrets.add(typed)  # the request itself, which follows, raises the error
         except RequestTimeout:
             self.secrets.add(typed)
             raise self._timeout(line, self.timeout) from None
@@ -156,9 +156,8 @@ class Channel(ClosedOnLeaving):
             self._lines.send(data, deadline)
             return self._read_reply(deadline)
         except socket.timeout:
-            waiting_for = (
-                self._unanswered or line
-            )  # empty for the request of a listener, which the test does not know
+            # An unanswered request of a listener is kept as "", since the test does not know it.
+            waiting_for = self._unanswered or line
             if allowed < seconds:
                 raise NoReplyYet(f"no reply to {self._shown(waiting_for)!r} yet") from None
             raise self._timeout(waiting_for, seconds) from None

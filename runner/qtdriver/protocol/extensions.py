@@ -80,9 +80,10 @@ def refusal(reply: Reply, shown: str = "") -> ReplyError:
 
     Args:
         reply: the refusal.
-        shown: how the message calls the widget.
+        shown: the widget's name for the message; by default that of the reply.
 
-    Its candidates are the widgets that the agent names. Raises ProtocolError where the reply is no refusal.
+    Returns the error, with the widgets that the agent names as its candidates. Raises ProtocolError where the reply is
+    no refusal.
     """
     match = _REFUSED.fullmatch(reply.payload) if reply.code in _CODES_WITH_NAMES else None
     if match is None:

@@ -5,7 +5,7 @@ from __future__ import annotations
 import re
 from dataclasses import dataclass, field
 from functools import lru_cache
-from typing import Any, Dict, Iterator, Mapping, Optional, Pattern, Union
+from typing import Any, Dict, Mapping, Optional, Pattern, Union
 
 SPECIAL_NAMES = ("ActivePopupWidget", "FocusWidget")
 """Last names of paths that mean the open popup, and the widget with the focus. Locators do not know them."""
@@ -62,7 +62,7 @@ class Locator:
     def within(self, outer: "Locator") -> "Locator":
         """A locator for the widgets of this one that are inside the widget of `outer`."""
         call = self.call
-        if call.startswith(_PATH_CALL):  # only windows have that
+        if call.startswith(_PATH_CALL):  # widget() is a method of windows alone
             call = f"find(path={call[len(_PATH_CALL):]}"
         return Locator(f"{outer.text} >> {self.text}", f"{outer.call}.{call}")
 
@@ -76,7 +76,7 @@ class Locator:
         Raises ValueError where it has a position already.
         """
         if _POSITION.search(self.text):
-            raise ValueError(f"{self} is one of several already")
+            raise ValueError(f"{self} has a position already: use only one of first, last and nth()")
         return Locator(f"{self.text} {position}", f"{self.call}.{call}")
 
 
@@ -93,7 +93,7 @@ def locator(
     Raises ValueError without any condition, and for a class, a property or flags of a regular expression that cannot be
     written.
     """
-    words = [*_class(class_name)]
+    words = [_checked_class(class_name)] if class_name else []
     words += [_condition(key, text) for key, text in conditions.items() if text is not None]
     words += [_condition(f".{_property(name)}", _value(value)) for name, value in (properties or {}).items()]
     words += [] if ref is None else [f"ref={ref}"]
@@ -156,11 +156,10 @@ def as_python(text: Text) -> str:
     return f"re.compile({text.pattern!r}{', re.IGNORECASE' if text.flags & re.IGNORECASE else ''})"
 
 
-def _class(name: str) -> Iterator[str]:
-    if name and not _CLASS.fullmatch(name):
+def _checked_class(name: str) -> str:
+    if not _CLASS.fullmatch(name):
         raise ValueError(f"{name!r} is no name of a class")
-    if name:
-        yield name
+    return name
 
 
 def _property(name: str) -> str:
@@ -181,7 +180,9 @@ def _condition(key: str, text: Text) -> str:
     if isinstance(text, str):
         return f"{key}={_quoted(text)}"
     if text.flags & ~(re.UNICODE | re.IGNORECASE):
-        raise ValueError(f"of the flags of a regular expression only IGNORECASE is known here: {text!r}")
+        raise ValueError(
+            f"the only flag that a regular expression of a locator can have is IGNORECASE: {text!r}"
+        )
     return f"{key}~={_quoted(('(?i)' if text.flags & re.IGNORECASE else '') + text.pattern)}"
 
 

@@ -24,7 +24,10 @@ class Peer:
     """
 
     def __init__(self, connected: socket.socket) -> None:
-        """Raises ConnectionClosed when this machine has no process at the other end, and PeerReaderMissingError."""
+        """Finds out whose socket is at the other end of `connected`.
+
+        Raises ConnectionClosed when no process of this machine is there, and PeerReaderMissingError.
+        """
         self._psutil = load_psutil()
         self._local: Address = connected.getpeername()[:2]
         self._remote: Address = connected.getsockname()[:2]

@@ -33,7 +33,7 @@ class TcpSocket(NamedTuple):
 
 
 def tcp_sockets() -> Iterator[TcpSocket]:
-    """All of them; none where the system has no such table."""
+    """All sockets of the table, those of IPv4 first; none where the system has no such table."""
     for table in _TABLES:
         try:
             with open(table, encoding="ascii") as file:

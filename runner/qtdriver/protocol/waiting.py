@@ -19,7 +19,8 @@ _FIRST_PAUSE = 0.0005
 _GROWTH = 1.5
 _LONGEST_PAUSE = 0.1
 
-_LEAST_REPLY = 0.05
+_LEAST_REPLY_SECONDS = 0.05
+"""Long enough for the reply of an idle application."""
 
 _bound: "ContextVar[Optional[Deadline]]" = ContextVar("bound", default=None)
 _is_given_up: "ContextVar[Callable[[], bool]]" = ContextVar("is_given_up", default=lambda: False)
@@ -49,9 +50,12 @@ def bounded_by(deadline: "Optional[Deadline]") -> Iterator[None]:
 
 
 def bounded(seconds: float) -> float:
-    """As many of the seconds as are left until the bound. One that has passed leaves a reply of an idle application time."""
+    """How long a request may wait for its reply: `seconds`, or less where the deadline of bounded_by() comes before.
+
+    Once that has passed, it is still long enough for an idle application to reply.
+    """
     bound = _bound.get()
-    return seconds if bound is None else min(seconds, max(bound.remaining(), _LEAST_REPLY))
+    return seconds if bound is None else min(seconds, max(bound.remaining(), _LEAST_REPLY_SECONDS))
 
 
 def is_bound_passed() -> bool:
@@ -99,7 +103,15 @@ def attempts(deadline: Deadline) -> Iterator[None]:
 def retry(
     call: Callable[[], _Result], errors: Tuple[Type[BaseException], ...], deadline: Deadline
 ) -> _Result:
-    """Repeats `call` until it raises none of `errors`. Returns its result; at the deadline raises its last error."""
+    """Repeats a call until it succeeds.
+
+    Args:
+        call: what to call.
+        errors: the errors after which it is called again; it raises all others at once.
+        deadline: when to give up.
+
+    Returns the result of the call. Raises its last error at the deadline, and GivenUpError within given_up_when().
+    """
     for _ in attempts(deadline):
         try:
             return call()

@@ -102,7 +102,7 @@ class Reply:
     """One reply line.
 
     Attributes:
-        code: "0" success, "?" the widget under the cursor, "2" to "8" a refusal.
+        code: "0" success, "?" the widget under the cursor, "2" to "9" a refusal.
         payload: what follows the code and its comma.
         raw: the whole line.
     """
@@ -125,14 +125,14 @@ class Reply:
         return self.code in SUCCESS_CODES
 
     def raise_for_code(self) -> None:
-        """Raises the ReplyError subclass of the codes "2" to "8"; does nothing for the others."""
+        """Raises the ReplyError subclass of the codes "2" to "9"; does nothing for the others."""
         if not self.ok:
             raise reply_error(self.code, self.payload)
 
     def value(self) -> Value:
         """The typed value of the payload; a payload without a type prefix is text as it stands.
 
-        Raises ReplyError for the codes "2" to "8", and ProtocolError when the text does not fit its type.
+        Raises ReplyError for the codes "2" to "9", and ProtocolError when the text does not fit its type.
         A window title can look like a typed value, so ask for `payload` where the answer is a title.
         """
         self.raise_for_code()
