@@ -50,7 +50,7 @@ def processes_of(prefix):
     return [
         pid
         for pid in map(int, filter(str.isdigit, os.listdir("/proc")))
-        if linux.carries(pid, "WINEPREFIX", value)
+        if linux.has_variable(pid, "WINEPREFIX", value)
     ]
 
 

@@ -23,7 +23,7 @@ from ..protocol.waiting import Deadline
 from ..surroundings.home import IsolatedHome, write_settings
 from ..surroundings.inifile import SettingsFiles
 from ..surroundings.look import look_of_attached, look_of_launched
-from ..surroundings.plainlook import applied, prepare_plain_look
+from ..surroundings.plainlook import prepare_plain_look, with_changes
 from .app import DEFAULT_WAIT, App
 from .steps import StepListener
 
@@ -68,11 +68,11 @@ class Driver(ClosedOnLeaving):
         Args:
             qt: the Qt version of applications, unless launch() sets one; see there.
             build: the folder with the agents in qt4, qt5 and qt6, by default the checkout's.
-            headless: whether applications get a desktop without a screen, unless launch() says.
+            headless: whether applications get a desktop without a screen, unless launch() sets that.
             load_by: how the agent gets into programs of Linux, unless launch() sets it; see there.
             timeout, request_timeout, start_timeout: the attributes.
-            server: one that stays the caller's, and open, for drivers that come one after the other.
-            desktop, wine: the same.
+            server: the server to use, for drivers that come one after the other; close() leaves it open. None makes one.
+            desktop, wine: the same for the desktop without a screen, and for Wine.
             isolated: whether applications get a home folder, XDG folders and a temporary folder that are empty at first, the
                 same for all of this driver, which close() removes. The default of the fixture of pytest.
 
@@ -140,8 +140,9 @@ class Driver(ClosedOnLeaving):
                 text of an INI file. The name ends in ".ini" for programs that ask for QSettings::IniFormat.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
-        Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError and AgentPathError,
-        WineError where a Windows program needs Wine, and EarlyExitError and NoGreetingError with the program's last output.
+        Returns the application. Raises ProgramError subclasses for a program that cannot be driven, AgentNotBuiltError and
+        AgentPathError, WineError where a Windows program needs Wine, DesktopError, EarlyExitError and NoGreetingError with
+        the program's last output, and ValueError for arguments that contradict each other.
 
         Example: driver.launch("python3", "editor.py", qt=5, environment={"LANG": "C"})
         """
@@ -199,7 +200,7 @@ class Driver(ClosedOnLeaving):
                 wanted,
                 Deadline(seconds),
                 self.request_timeout if request_timeout is None else request_timeout,
-                given_up=shown.never,
+                given_up=shown.tick_and_continue,
             )
         if connection is None:
             whose = "no agent" if pid is None else f"no agent of process {pid}"
@@ -240,7 +241,7 @@ class Driver(ClosedOnLeaving):
                 self._home = IsolatedHome()
             environment.update(self._home.environment(environment))
             if plain_look:
-                environment = applied(environment, prepare_plain_look(self._home.folder, environment))
+                environment = with_changes(environment, prepare_plain_look(self._home.folder, environment))
         environment.update(additional or {})
         if settings is not None:
             write_settings(settings, environment)

@@ -1,7 +1,7 @@
-"""Core files of applications that were started here: where the system writes them, as it is set up.
+"""Finds the core files of applications that were started here, wherever the system's settings have them written.
 
-The limit on their size is raised for the application; nothing of the system is changed. A core file that is there only for
-that is removed once it has been read.
+The limit on their size is raised for the application; no setting of the system is changed. A core file that exists only
+because of that limit is removed once it has been read.
 """
 
 from __future__ import annotations
@@ -9,6 +9,7 @@ from __future__ import annotations
 import os
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -27,8 +28,6 @@ _HANDLER_SECONDS = 30
 
 def is_crash(status: int) -> bool:
     """Whether an exit status of subprocess is a signal for which the system writes a core file."""
-    import signal
-
     numbers = (getattr(signal, f"SIG{name}", None) for name in _SIGNALS_WITH_CORE)
     return status < 0 and any(number is not None and number == -status for number in numbers)
 

@@ -24,15 +24,15 @@ def frames_of(frame: Any) -> List[Tuple[str, str, str]]:
 
 
 def print_stacks() -> None:
-    """Prints them."""
+    """Prints the line."""
     gdb: Any = importlib.import_module("gdb")
     chosen = gdb.selected_thread()
     threads = sorted(gdb.selected_inferior().threads(), key=lambda thread: int(thread.num))
-    told = []
+    rows = []
     for thread in [chosen, *(other for other in threads if other.num != chosen.num)]:
         thread.switch()
-        told.append((thread.ptid[1], thread.name or "", frames_of(gdb.newest_frame())))
-    print(MARK + json.dumps(told))
+        rows.append((thread.ptid[1], thread.name or "", frames_of(gdb.newest_frame())))
+    print(MARK + json.dumps(rows))
 
 
 if __name__ == "__main__":

@@ -11,9 +11,10 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import List, Optional, Sequence, Tuple
 
+from .gdb_stacks import MARK
+
 _SECONDS = 30.0
 _SCRIPT = Path(__file__).with_name("gdb_stacks.py")
-_MARK = "qtdriver-stacks "
 _GDB = ("gdb", "-nx", "-q", "-batch", "-iex", "set debuginfod enabled off", "-iex", "set auto-load off")
 _SYSTEM_FOLDERS = ("/lib", "/usr/lib", "/usr/libexec", "/usr/local/lib")
 _OTHERS = ("libqtdriver", "libqttestability", "libQt", "linux-vdso", "[vdso")
@@ -168,10 +169,10 @@ def _named(thread: Thread, program: str) -> Thread:
 
 def _parse_gdb(output: str) -> List[Thread]:
     for line in output.splitlines():
-        if line.startswith(_MARK):
+        if line.startswith(MARK):
             return [
                 Thread(number, name, tuple(Frame(*row) for row in rows))
-                for number, name, rows in json.loads(line[len(_MARK) :])
+                for number, name, rows in json.loads(line[len(MARK) :])
             ]
     return []
 

@@ -1,1 +1,1 @@
-"""A desktop without a screen: the class that starts it, the script that runs a command on it, the program that keeps it."""
+"""Desktops without a screen: a class and a script that start them, a program that keeps one alive; and pictures of screens."""

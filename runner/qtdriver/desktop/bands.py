@@ -39,7 +39,7 @@ class Pixels:
 
     @classmethod
     def of(cls, image: "Image") -> "Pixels":
-        """Those of a picture."""
+        """The pixels of a picture."""
         data: bytes = image.convert("RGB").tobytes("raw", "BGRX")
         return cls(image.size, 4 * image.width, memoryview(data))
 
@@ -130,7 +130,7 @@ class BandCutter:
         key = hashlib.sha1(data).digest()
         band = self._known.get((key, plain))
         if band is None:
-            # Where its content is costs least as long as it is at hand, and nobody waits for it now.
+            # Its content is found here, where the picture is at hand and nobody waits.
             band = Band(key, data, plain, find_content(image, plain))
             self._known[key, plain] = band
         return band

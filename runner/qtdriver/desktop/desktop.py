@@ -41,7 +41,7 @@ MARK_OF_WORKERS = "QTDRIVER_WORKER_HAS_DESKTOP"
 
 _NAMESPACE = "QTDRIVER_IN_NAMESPACE"
 _SETTINGS = ("DISPLAY", "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM", "NO_AT_BRIDGE")
-_SAY_AND_STAY = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec cat >/dev/null"
+_PRINT_AND_WAIT = "; ".join(f'echo "${{{name}}}"' for name in _SETTINGS) + "; exec cat >/dev/null"
 
 
 def namespaces_remedy(settings: Path = Path("/proc/sys")) -> str:
@@ -97,7 +97,7 @@ class Desktop:
         if sys.platform == "win32":
             raise DesktopError("desktops without a screen are there on Linux only: use headless=False")
         self._process: Optional["subprocess.Popen[str]"] = subprocess.Popen(
-            [str(SCRIPT), "sh", "-c", _SAY_AND_STAY],
+            [str(SCRIPT), "sh", "-c", _PRINT_AND_WAIT],
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,

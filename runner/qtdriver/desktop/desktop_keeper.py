@@ -61,8 +61,8 @@ class _Keeper:
         self.display = os.environ["DISPLAY"] = f":{number}"
         os.environ["XDG_RUNTIME_DIR"] = str(self.folder)
         window_manager = self._run(["openbox", "--sm-disable"])
-        management = _Management()
-        while not management.has_begun():
+        probe = _WindowManagerProbe()
+        while not probe.succeed():
             if window_manager.poll() is not None or time.monotonic() > deadline:
                 self._complain("openbox", window_manager)
             time.sleep(_PAUSE)
@@ -193,7 +193,7 @@ def _remove_leftovers(number: int, pid: int) -> None:
             Path(name.format(number)).unlink(missing_ok=True)
 
 
-class _Management:
+class _WindowManagerProbe:
     """Finds out whether the window manager works: asks it for another number of desktops, and waits for the change.
 
     It announces itself earlier, but a window that appears before it works does not get the keyboard.
@@ -202,8 +202,8 @@ class _Management:
     def __init__(self) -> None:
         self._wanted = ""
 
-    def has_begun(self) -> bool:
-        """Whether it works. Asks again at each call, since a request that comes before it listens is lost."""
+    def succeed(self) -> bool:
+        """Returns whether the number has changed. Asks for that at each call, since a request before it listens is lost."""
         count = _xdotool("get_num_desktops")
         if not count:
             return False  # there is no window manager yet

@@ -104,7 +104,14 @@ class ScreenProcess:
         return f"<pictures of screens, {'not started' if self._process is None else 'running'}>"
 
     def grab(self, display: str, store: int, kept_bytes: int, delay: float = 0.0) -> Pending:
-        """Orders a picture into a store; it is done when it is taken. `delay` is how many seconds it may wait."""
+        """Orders a picture; the order is done when the picture is taken.
+
+        Args:
+            display: the X display.
+            store: the store that gets the picture; see new_store().
+            kept_bytes: how much memory the store may take.
+            delay: seconds that the picture may wait, for the next one to replace it.
+        """
         return self._order(do="grab", display=display, store=store, kept_bytes=kept_bytes, delay=delay)
 
     def save_picture(
@@ -138,9 +145,15 @@ class ScreenProcess:
     def save(
         self, store: int, folder: Path, pictures: Iterable[Pending], *, later: bool = False
     ) -> SavedPictures:
-        """Writes pictures of a store. Raises OSError and PictureError.
+        """Writes pictures of a store.
 
-        With `later` it does not wait until they are written; finish() does.
+        Args:
+            store: the store.
+            folder: the folder for the files.
+            pictures: the orders that took the pictures.
+            later: whether to return before they are written; finish() waits for that.
+
+        Returns the files. Raises OSError and PictureError.
         """
         wanted = sorted({picture.number for picture in pictures})
         path = str(folder.absolute())
@@ -173,7 +186,7 @@ class ScreenProcess:
     def start(self) -> None:
         """Starts the process, which takes a moment in which the caller can do other things."""
         with self._lock:
-            self._running()
+            self._started()
 
     def _order(self, **order: object) -> Pending:
         with self._lock:
@@ -182,7 +195,7 @@ class ScreenProcess:
             pending.path = str(order.get("path", ""))
             self._pending[pending.number] = pending
             try:
-                process = self._running()
+                process = self._started()
                 assert process.stdin is not None
                 process.stdin.write(f"{json.dumps({'id': pending.number, **order})}\n")
                 process.stdin.flush()
@@ -191,7 +204,8 @@ class ScreenProcess:
                 pending.answer(None, f"the process that takes pictures has ended: {error}")
         return pending
 
-    def _running(self) -> "subprocess.Popen[str]":
+    def _started(self) -> "subprocess.Popen[str]":
+        """The process, which is started if it does not run."""
         if self._process is None:
             self._process = subprocess.Popen(
                 [sys.executable, "-c", _START, str(_PACKAGE)],
@@ -234,7 +248,7 @@ class ScreenProcess:
             process.kill()
             process.wait()
         if self._reader is not None:
-            # Or it would answer orders to the next process with the end of this one.
+            # The reader answers all pending orders as it ends; those of the next process must not be among them.
             self._reader.join(ANSWER_SECONDS)
 
     def close(self) -> None:

@@ -73,7 +73,7 @@ class UnwrittenPicture:
     quickly: bool
 
     def compress(self) -> None:
-        """Has the picture take less memory until it is written."""
+        """Compresses the bands, so that the picture takes less memory until it is written."""
         for band in self.bands:
             band.compress()
 
@@ -168,9 +168,14 @@ class ScreenshotStore:
     def plan(
         self, folder: Path, pictures: Iterable[Picture], *, quickly: bool = False
     ) -> "Tuple[Dict[Picture, SavedPicture], List[UnwrittenPicture]]":
-        """The same without the writing, which takes most of the time: returns the files, and what is to be written.
+        """Decides on the files of pictures, and leaves the writing, which takes most of the time, to the caller.
 
-        With `quickly` that takes a small part of the time, and the files are twice as large.
+        Args:
+            folder: the folder for the files.
+            pictures: the pictures.
+            quickly: whether the files are to be written in a small part of the time, and may be twice as large.
+
+        Returns the files of the pictures that have not been dropped, and the ones that are to be written.
         """
         kind = "png" if quickly else picture_kind()
         wanted = [picture for picture in dict.fromkeys(pictures) if picture.bands]

@@ -90,7 +90,7 @@ keeper=$(dirname "$(readlink -f "$0")")/desktop_keeper.py
 exec {answer}< <(
     exec setsid --fork "$python" -I -S "$keeper" $$ "${QTDRIVER_SCREEN:-1280x1024x24}" </dev/null
 )
-# No answer: the keeper has said why.
+# Without an answer there is no desktop; the keeper has written the reason to standard error.
 { read -r DISPLAY && read -r XDG_RUNTIME_DIR; } <&"$answer" || exit 1
 exec {answer}<&-
 export DISPLAY XDG_RUNTIME_DIR QT_QPA_PLATFORM=xcb NO_AT_BRIDGE=1

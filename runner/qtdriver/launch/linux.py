@@ -26,7 +26,7 @@ _FIRST_PAUSE = 0.005
 _LONGEST_PAUSE = 0.1
 
 
-def carries(pid: int, name: str, value: str) -> bool:
+def has_variable(pid: int, name: str, value: str) -> bool:
     """Whether a living process was started with `name=value` in its environment; False where that cannot be read."""
     try:
         with open(f"/proc/{pid}/environ", "rb") as file:
@@ -68,7 +68,7 @@ class Launch(NamedTuple):
         """Whether this living process belongs to the launch."""
         if self.session is not None and session_of(pid) == self.session:
             return True
-        return carries(pid, self.name, self.value)
+        return has_variable(pid, self.name, self.value)
 
     def processes(self) -> Iterator[int]:
         """The ids of the processes of the launch, without the calling one."""
@@ -112,7 +112,7 @@ class Launch(NamedTuple):
 def locked(path: "str | os.PathLike[str]") -> Iterator[None]:
     """Holds the lock that this file stands for; waits while another process has it. Raises OSError."""
     if sys.platform == "win32":
-        raise OSError("locks are those of Linux")
+        raise OSError("locks need a system that has fcntl")
     import fcntl
 
     with open(path, "a") as file:

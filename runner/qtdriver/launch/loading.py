@@ -103,7 +103,7 @@ def start_of(
         require_same_kind(program, agent)
         if RUNS_WINDOWS_PROGRAMS:
             return _native_start(program, arguments, environment, major, agent)
-        return _windows_start(program, arguments, environment, major, agent, wine.on(environment))
+        return _wine_start(program, arguments, environment, major, agent, wine.on(environment))
     by_option = load_by == TESTABILITY
     library = testability_library(major, build) if by_option else agent_library(major, build)
     if qt is None:
@@ -111,7 +111,7 @@ def start_of(
         require_recent_qt(program, library, environment)
     if not by_option:
         return Start([str(program), *arguments], preload_environment(library, environment), major)
-    # The last one: behind the name of a script, which an interpreter wants to be the first.
+    # The option comes last, since an interpreter expects the name of a script to be its first argument.
     command = [str(program), *arguments, _OPTION]
     return Start(command, _explaining(_with_first(environment, _LIBRARY_PATH, str(library.parent))), major)
 
@@ -124,7 +124,7 @@ def _explaining(environment: Mapping[str, str]) -> Dict[str, str]:
 def _native_start(
     program: Path, arguments: Sequence[str], environment: Mapping[str, str], major: int, agent: Path
 ) -> Start:
-    """As _windows_start(), on Windows itself."""
+    """How to start a Windows program on Windows itself."""
     found = library_folders(program, agent, major, environment, windows.system_folder())
     result = windows.with_search_path(environment, [agent.parent, *found])
     qt = qt_folder(major, environment)
@@ -133,7 +133,7 @@ def _native_start(
     return Start([str(program), *arguments, _OPTION], _explaining(result), major)
 
 
-def _windows_start(
+def _wine_start(
     program: Path,
     arguments: Sequence[str],
     environment: Mapping[str, str],
@@ -141,6 +141,7 @@ def _windows_start(
     agent: Path,
     desktop: WineDesktop,
 ) -> Start:
+    """How to start a Windows program under Wine."""
     result = _explaining(desktop.environment(environment))
     found = library_folders(program, agent, major, environment, desktop.system_folder)
     entries = [environment.get(WINEPATH, ""), windows_path(agent.parent), *map(windows_path, found)]
@@ -157,9 +158,14 @@ def _windows_start(
 def library_folders(
     program: Path, agent: Path, major: int, environment: Mapping[str, str], system_folder: Path
 ) -> List[Path]:
-    """The further folders that have what a Windows program and the agent link and what is not beside the program.
+    """The folders, beyond the program's own, with libraries that a Windows program and the agent link.
 
-    `system_folder` has the libraries of Windows; where it is not there, Wine has still to make it.
+    Args:
+        program: the program.
+        agent: the agent's library.
+        major: the major version of the program's Qt.
+        environment: the environment of the program.
+        system_folder: the folder with the libraries of Windows; where there is none, Wine has still to make it.
 
     Raises LibraryMissingError.
     """

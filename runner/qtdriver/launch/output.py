@@ -11,6 +11,8 @@ from typing import IO, Deque, Tuple
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 KEPT_LINES = 1000
+"""Lines of output that are kept, the last ones."""
+
 _LINE_BYTES = 4096
 _CHUNK_BYTES = 65536
 

@@ -1,4 +1,4 @@
-"""Reads of PE files, the programs and libraries of Windows, what they tell the loader."""
+"""Reads from PE files, the programs and libraries of Windows, what their loader needs to know of them."""
 
 from __future__ import annotations
 

@@ -22,6 +22,8 @@ _QUOTED_LINES = 20
 """Lines of output that a message quotes."""
 
 GRACE_SECONDS = 5.0
+"""Seconds that a process has to end at SIGTERM, before it gets SIGKILL."""
+
 _OUTPUT_SECONDS = 1.0
 _EXIT_SECONDS = 1.0
 
@@ -110,7 +112,7 @@ class Process:
         return self.status() is not None and not self.launched.has_any()
 
     def agent_came(self, pid: int) -> None:
-        """Called when the agent has greeted: `pid` is the process that it is in."""
+        """Notes that the agent has greeted, and that `pid` is the application's process, whose core file tells of a crash."""
         self._core = CoreFile(pid, self._core.is_ours)
 
     def crash(self) -> Optional[Stacks]:
@@ -132,7 +134,7 @@ class Process:
         return ""
 
     def last_words(self) -> str:
-        """The name of last_output() until version 2; it goes with version 3."""
+        """The name of last_output() until version 2; version 3 removes it."""
         warnings.warn("last_words() is last_output() now", DeprecationWarning, stacklevel=2)
         return self.last_output()
 

@@ -41,7 +41,7 @@ def start(
     Args:
         command: the program and its arguments.
         pending_agents: those of a server that listens already, since the agent looks for its server once.
-        wine: where Windows programs run; it has to be there as long as they do.
+        wine: Wine for Windows programs; it has to stay open as long as they run.
         qt: the major version of the application's Qt; None finds it out from the program's libraries.
         build: the folder with the agents; see agent_library().
         start_timeout: seconds that the greeting may take.
@@ -49,7 +49,7 @@ def start(
         environment: the environment of the application; by default that of this process.
         working_directory: the current folder of the application; by default that of this process.
         load_by: one of LOAD_WAYS; by default the one for programs of this kind.
-        failed: is told the process when no agent has greeted, before the process is ended.
+        failed: called with the process when no agent has greeted, before the process is ended.
 
     Returns the connection and the process.
 
@@ -66,7 +66,7 @@ def start(
 
     try:
         connection = wait()
-        if connection is None and how.under_wine and _ended_without_a_word(process):
+        if connection is None and how.under_wine and _ended_silently(process):
             process.terminate()
             process = _start(program, how, working_directory)
             connection = wait()
@@ -97,7 +97,8 @@ def _start(
             stderr=subprocess.PIPE,
             bufsize=0,
             creationflags=CREATION_FLAGS,
-            start_new_session=True,  # by the session LaunchedProcesses finds those that clear their environment
+            # By the session LaunchedProcesses recognises processes that have cleared their environment.
+            start_new_session=True,
         )
     except OSError as error:
         launched.end(0)
@@ -127,10 +128,10 @@ def _wait_for_greeting(
         )
 
 
-def _ended_without_a_word(process: Process) -> bool:
-    """Whether a program under Wine has ended with status 1 and no output: on a busy machine one start in some hundred does.
+def _ended_silently(process: Process) -> bool:
+    """Whether a program has ended with status 1 and no output.
 
-    Nobody knows why. Such a program is started once more.
+    Under Wine, on a busy machine, one start in some hundred ends so. Nobody knows why, so it is repeated once.
     """
     return process.status() == 1 and not process.last_output()
 

@@ -22,7 +22,8 @@ class Watchdog:
     """A process that ends marked processes when this process dies, for whatever reason."""
 
     def __init__(self, launch: linux.Launch, *folders: str) -> None:
-        """Starts it; it ends with this process, or with end(). Then it also removes `folders`."""
+        """Starts the watchdog. It does its work when this process ends, or at end(): it ends the processes of `launch`, and
+        removes `folders`."""
         self._process: Optional["subprocess.Popen[bytes]"] = subprocess.Popen(
             [sys.executable, "-I", "-S", linux.__file__, launch.name, *folders],
             stdin=subprocess.PIPE,
@@ -40,7 +41,7 @@ class Watchdog:
         self._process.stdin.write(f"{line}\n".encode())
 
     def end(self) -> None:
-        """Has it do its work, and waits until it has. Ending it twice is harmless."""
+        """Lets the watchdog do its work now, and waits until it has. Ending it twice is harmless."""
         if self._process is None:
             return
         assert self._process.stdin is not None

@@ -90,7 +90,7 @@ def make_pattern() -> Path:
 
 
 def _make_prefix(folder: Path) -> None:
-    """Makes a prefix that leads to no folder of the user's but by drive Z."""
+    """Makes a prefix without links to the user's folders; only drive Z leads there."""
     folder.mkdir()
     environment = {name: value for name, value in os.environ.items() if name not in _SCREENLESS}
     environment.update({**_QUIET, _PREFIX: str(folder)})
@@ -203,7 +203,7 @@ class WineDesktop:
             )
 
     def environment(self, environment: Mapping[str, str]) -> Dict[str, str]:
-        """`environment` for a program that runs here. Wine is quiet if it does not say otherwise."""
+        """`environment` for a program that runs here. Wine logs nothing unless `environment` asks for it."""
         return {**_QUIET, **environment, _PREFIX: str(self.prefix)}
 
     @property
@@ -238,7 +238,7 @@ class WineDesktops:
         return f"<{list(self._desktops.values())}>"
 
     def on(self, environment: Mapping[str, str]) -> WineDesktop:
-        """The one for programs with this environment. Raises WineError."""
+        """The desktop of programs with this environment; Wine is started there if it does not run yet. Raises WineError."""
         place = environment.get("DISPLAY", ""), environment.get(_PREFIX, "")
         if place not in self._desktops:
             self._desktops[place] = WineDesktop(environment)

@@ -138,7 +138,7 @@ def prepare_plain_look(home: Path, surroundings: Mapping[str, str]) -> Dict[str,
     }
 
 
-def applied(environment: Mapping[str, str], changes: Mapping[str, Optional[str]]) -> Dict[str, str]:
+def with_changes(environment: Mapping[str, str], changes: Mapping[str, Optional[str]]) -> Dict[str, str]:
     """The environment with these variables, and without those that are None."""
     changed: Dict[str, Optional[str]] = {**environment, **changes}
     return {name: value for name, value in changed.items() if value is not None}
