@@ -3,7 +3,7 @@
 import pytest
 
 from qtdriver import Snapshot, SnapshotNode, errors
-from qtdriver.lookup.reading_order import as_read
+from qtdriver.lookup.reading_order import in_reading_order
 
 RECT = [0, 0, 10, 10]
 
@@ -52,7 +52,7 @@ def test_widgets_are_read_row_by_row_in_whatever_order_the_application_has_made_
     ]  # fmt: skip
     for made in (placed, placed[::-1]):
         inner = node("widget", children=[node("button", text=text, rect=rect) for text, rect in made])
-        read = as_read(SnapshotNode.of(node("window", children=[inner])))
+        read = in_reading_order(SnapshotNode.of(node("window", children=[inner])))
         texts = [found.text for found in read.children[0].children]
         assert texts == ["pane", "name", "field", "7", "9", "4", "5", "6"]
 

@@ -205,7 +205,7 @@ class App(ClosedOnLeaving):
         Returns what `call` returns. Raises the last error, with an explanation.
         """
         deadline = Deadline(self.timeout if timeout is None else timeout)
-        with run_step(self, title, reads, window, target) as step, self.watched():
+        with run_step(self, title, reads=reads, window=window, target=target) as step, self.watched():
             try:
                 result = retry(call, retryable, deadline)
             except QtDriverError as error:

@@ -14,8 +14,6 @@ if TYPE_CHECKING:
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _SECONDS = 5.0
-
-
 _EXTENSION = "+clipboard"
 
 
@@ -46,7 +44,7 @@ class Clipboard:
         return self._app.perform("clipboard.get()", read)
 
     def set(self, text: str) -> None:
-        """Has the application put a text there. Raises OldAgentError with an agent without extensions."""
+        """Puts a text on the clipboard, through the application. Raises OldAgentError with an agent without extensions."""
         self._app.perform(
             f"clipboard.set({text!r})", lambda: self._app.connection.set_clipboard(text), reads=False
         )

@@ -40,7 +40,7 @@ class EndWatch:
         return f"<watch for the end of {self._app}>"
 
     def __enter__(self) -> None:
-        """Nothing is asked before a request."""
+        """Does nothing: only a request can show that the application has ended."""
 
     def __exit__(self, kind: object, error: Optional[BaseException], traceback: object) -> None:
         if isinstance(error, (ConnectionClosed, RequestTimeout)):

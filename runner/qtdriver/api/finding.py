@@ -38,7 +38,6 @@ class Finder(ABC):
         A text is exact, or containing("a part"), or a regular expression. Mnemonics ("&"), shortcuts after a tab and line
         breaks do not count. Needs an agent with extensions.
 
-
         Args:
             class_name: the widget's class, or one of its base classes.
             text: the text that it shows as its own: of a button, a tab, a group box, a label, a placeholder.
@@ -75,4 +74,10 @@ class Finder(ABC):
 
     @abstractmethod
     def find_by(self, found: "Locator | str") -> "FoundWidget":
-        """The widget in here that a locator finds: find_by('QGroupBox text="Size" >> QRadioButton first')."""
+        """The widget in here that a locator finds.
+
+        Args:
+            found: the locator, or its text.
+
+        Example: window.find_by('QGroupBox text="Size" >> QRadioButton first')
+        """

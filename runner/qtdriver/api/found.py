@@ -2,10 +2,9 @@
 
 from __future__ import annotations
 
-import re
 from typing import TYPE_CHECKING, Optional
 
-from ..errors import AmbiguousError, NotVisibleError, WidgetNotFoundError
+from ..lookup.stable_locators import count_of
 from ..protocol.locators import Locator
 from .widget import Widget
 
@@ -13,8 +12,6 @@ if TYPE_CHECKING:
     from .window import Window
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
-
-_COUNT = re.compile(r"visible,(\d+)$")
 
 
 class FoundWidget(Widget):
@@ -29,7 +26,13 @@ class FoundWidget(Widget):
         self.locator = locator
 
     def nth(self, number: int) -> "FoundWidget":
-        """One of several, in the order in which the window has them; `number` counts from 0."""
+        """One of several, in the order in which the window has them.
+
+        Args:
+            number: counts from 0.
+
+        Raises ValueError for a negative number, and where the locator has a position already.
+        """
         if number < 0:
             raise ValueError(f"{number} is no number here: the first one is 0")
         return FoundWidget(
@@ -49,16 +52,8 @@ class FoundWidget(Widget):
         return FoundWidget(self.window, self.locator.within(outer.as_locator()), as_class=self.as_class)
 
     def count(self, *, timeout: Optional[float] = None) -> int:
-        """How many visible widgets fit now. Waits for the window only."""
-
-        def look() -> int:
-            try:
-                self.window.app.connection.read(self.window.address, self.locator, "className")
-            except (WidgetNotFoundError, NotVisibleError):
-                return 0
-            except AmbiguousError as error:
-                match = _COUNT.search(error.message)
-                return int(match[1]) if match else 2
-            return 1
-
-        return self.window.perform(f"{self.call()}.count()", look, timeout=timeout)
+        """How many visible widgets fit now. Waits for the window only, `timeout` seconds at most."""
+        connection, address = self.window.app.connection, self.window.address
+        return self.window.perform(
+            f"{self.call()}.count()", lambda: count_of(connection, address, self.locator), timeout=timeout
+        )

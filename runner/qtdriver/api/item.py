@@ -66,7 +66,7 @@ class WidgetItem(ItemKeys):
         if is_plain and not self._is_known() and self._served(timeout) in ONLY_CHOSEN:
             self.select(force=force, timeout=timeout)
         else:
-            self._play("MouseClick", button, modifier, timeout, force, may_choose=is_plain)
+            self._play("MouseClick", button, modifier, timeout, force=force, may_choose=is_plain)
 
     def double_click(
         self,
@@ -77,7 +77,7 @@ class WidgetItem(ItemKeys):
         timeout: Optional[float] = None,
     ) -> None:
         """Double clicks it."""
-        self._play("MouseDoubleClick", button, modifier, timeout, force)
+        self._play("MouseDoubleClick", button, modifier, timeout, force=force)
 
     def right_click(
         self, *, modifier: Modifier = "", force: bool = False, timeout: Optional[float] = None
@@ -91,7 +91,7 @@ class WidgetItem(ItemKeys):
 
     def hover(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Moves the mouse onto it."""
-        self._play("MouseMove", "", "", timeout, force)
+        self._play("MouseMove", "", "", timeout, force=force)
 
     def scroll_to(self, *, timeout: Optional[float] = None) -> None:
         """Scrolls until it is in sight; opens the items above it in a tree."""
@@ -226,7 +226,7 @@ class HeaderSection(WidgetItem):
 
     def select(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Clicks it."""
-        self._play("MouseClick", "left", "", timeout, force)
+        self._play("MouseClick", "left", "", timeout, force=force)
 
     def _make_current(self, timeout: Optional[float]) -> None:
         raise CommandError("8", f"{self} takes no keys")

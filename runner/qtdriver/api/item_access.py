@@ -64,6 +64,7 @@ class ItemAccess:
         button: MouseButton,
         modifier: Modifier,
         timeout: Optional[float],
+        *,
         force: bool = False,
         may_choose: bool = False,
     ) -> None:
@@ -137,7 +138,7 @@ class ItemAccess:
         x, y = _point(item, at) if dragged is None else _place_of_tab(dragged, item)
         return ((x - whole.left + 0.5) / whole.width, (y - whole.top + 0.5) / whole.height)
 
-    # With an agent that does not
+    # With an agent that does not know items
 
     def _served(self, timeout: Optional[float]) -> str:
         return self._as_class or str(self.widget.read("silkClassName", timeout=timeout))

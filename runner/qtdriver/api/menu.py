@@ -65,7 +65,7 @@ class Menu:
         Before that the agent clicks the top right corner of the menu bar. Raises CornerButtonError where that would press
         a button; `force` clicks nevertheless. A bar that was given by its path is not checked.
         """
-        self._act("activate()", None, force, timeout)
+        self._act("activate()", None, timeout, force=force)
 
     def click(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """As activate()."""
@@ -96,7 +96,7 @@ class Menu:
 
     def check(self, on: bool = True, *, force: bool = False, timeout: Optional[float] = None) -> None:
         """Chooses the entry if it is not in that state; the menu is closed in any case. `force` is as for activate()."""
-        self._act(f"check({on})", on, force, timeout)
+        self._act(f"check({on})", on, timeout, force=force)
 
     def is_enabled(self, *, timeout: Optional[float] = None) -> bool:
         """Whether the entry can be chosen."""
@@ -126,7 +126,7 @@ class Menu:
             raise ProtocolError(f"not a list: {value!r}")
         return value
 
-    def _act(self, action: str, state: Optional[bool], force: bool, timeout: Optional[float]) -> None:
+    def _act(self, action: str, state: Optional[bool], timeout: Optional[float], *, force: bool) -> None:
         connection, address = self.window.app.connection, self.window.address
 
         def choose(bar: Address) -> str:
@@ -136,7 +136,8 @@ class Menu:
             )
 
         self._open(timeout)
-        self._perform(action, repeatable(connection, address, choose), False, timeout, opens=not force)
+        act = repeatable(connection, address, choose)
+        self._perform(action, act, timeout, reads=False, opens=not force)
 
     def _use_mouse(self, action: str, command: str, timeout: Optional[float]) -> None:
         connection, address = self.window.app.connection, self.window.address
@@ -148,7 +149,7 @@ class Menu:
             )
 
         self._open(timeout)
-        self._perform(action, play, False, timeout)
+        self._perform(action, play, timeout, reads=False)
 
     def _read(self, name: str, timeout: Optional[float]) -> Value:
         connection, address = self.window.app.connection, self.window.address
@@ -183,7 +184,7 @@ class Menu:
         """Makes a call that only reads. Closes a menu that had to be opened for it."""
         self._open(timeout)
         try:
-            return self._perform(action, read, True, timeout)
+            return self._perform(action, read, timeout, reads=True)
         finally:
             if self._opener is not None:
                 self._close()
@@ -201,15 +202,15 @@ class Menu:
                 connection.activate_widget(self.window.address, popup, _NO_ENTRY)
 
         with suppress(ReplyError):
-            self._perform("close()", leave, False, 0)
+            self._perform("close()", leave, 0, reads=False)
 
     def _perform(
         self,
         action: str,
         call: Callable[[Address], _Result],
-        reads: bool,
         timeout: Optional[float],
         *,
+        reads: bool,
         opens: bool = False,
     ) -> _Result:
         """Makes a call as one step, with the address of the widget that has the entries.
@@ -217,8 +218,8 @@ class Menu:
         Args:
             action: names the step in reports.
             call: makes the requests.
-            reads: whether the call only reads.
             timeout: seconds to repeat it.
+            reads: whether the call only reads.
             opens: whether it opens a menu by a click into the corner of the bar, which is checked then.
         """
         window = self.window

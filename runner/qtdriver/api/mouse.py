@@ -33,7 +33,16 @@ _KINDS = ("MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick", "Mouse
 
 
 def mouse_command(kind: str, button: str, at: Optional[Position], modifier: str) -> str:
-    """The command "type:button:x:y:modifier". Raises ValueError for an unknown word, and a share beyond 0.0 to 1.0."""
+    """A mouse command as the protocol writes it.
+
+    Args:
+        kind: "MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick" or "MouseMove".
+        button: the mouse button; empty for a move.
+        at: the position; None where the widget's class chooses it.
+        modifier: the key that is held meanwhile.
+
+    Returns "type:button:x:y:modifier". Raises ValueError for an unknown word, and for a share beyond 0.0 to 1.0.
+    """
     _check_words((kind, _KINDS), (button, _BUTTONS), (modifier, _MODIFIERS))
     return f"{kind}:{_BUTTONS[button]}:{_shares(at)}:{_MODIFIERS[modifier]}"
 

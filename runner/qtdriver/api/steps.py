@@ -79,7 +79,7 @@ def step(title: str) -> Iterator[None]:
 
 @contextmanager
 def run_step(
-    app: "App", title: str, reads: bool, window: str = "", target: Optional[Locator] = None
+    app: "App", title: str, *, reads: bool, window: str = "", target: Optional[Locator] = None
 ) -> Iterator[Optional[Step]]:
     """A context whose requests are one step of the test. Within another step it yields None: they belong to that.
 
@@ -90,8 +90,8 @@ def run_step(
         window: the window of the widget that it is about.
         target: finds that widget; None where there is none.
     """
-    if _HERE.condition is not None and _HERE.condition.takes(app):
-        # One look of a condition, which is the step of the test.
+    if _HERE.condition is not None and _HERE.condition.begin_step(app):
+        # The requests are one attempt of a condition, which is the step of the test.
         yield Step(title, reads, window=window, target=target)
         return
     if app.connection.transcript.is_in_step:
@@ -142,8 +142,11 @@ class _Condition:
     def __repr__(self) -> str:
         return f"<condition {self._title}>"
 
-    def takes(self, app: "App") -> bool:
-        """Whether the requests to this application belong to the condition from now on."""
+    def begin_step(self, app: "App") -> bool:
+        """Begins the condition's step for an application, unless it has one already.
+
+        Returns whether the requests to the application belong to the condition; not if a step had begun before.
+        """
         if any(known is app for known, _ in self._steps):
             return True
         if app.connection.transcript.is_in_step:
@@ -163,7 +166,7 @@ class _Condition:
 
 @contextmanager
 def condition_step(title: str) -> Iterator[None]:
-    """A context whose steps are one: the looks of a condition on a function, which may ask applications.
+    """A context whose steps are one: the attempts of a condition on a function, which may ask applications.
 
     Args:
         title: names the step.

@@ -1,4 +1,4 @@
-"""Methods of a widget that are made of others: by what people guess, for its items, and for the menus that it opens."""
+"""Methods of a widget that call its other methods: second names for these, its items, and the menus that it opens."""
 
 from __future__ import annotations
 
@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Callable, Optional
 from ..errors import CommandError
 from ..protocol.locators import Address, as_locator
 from ..protocol.wire import Rect, Value
-from .addresses import Section, cell
+from .addresses import Section, cell, column_header, row_header
 from .item import HeaderSection, WidgetItem
 from .menu import Menu
 from .mouse import Modifier, Position
@@ -21,7 +21,7 @@ _DELAYED_POPUP = 0  # QToolButton::DelayedPopup: a click presses the button, a l
 
 
 class Verbs:
-    """Base of Widget with the methods that are made of others."""
+    """Base of Widget, with the methods that call its other methods."""
 
     window: "Window"
     select: Callable[..., None]
@@ -74,11 +74,11 @@ class Verbs:
 
     def column_header(self, column: Section) -> HeaderSection:
         """The header of a column of a table or tree, by its text or its number from 1; to click or drag."""
-        return HeaderSection(self, f"H:{column}", f"column_header({column!r})")  # type: ignore[arg-type]
+        return HeaderSection(self, column_header(column), f"column_header({column!r})")  # type: ignore[arg-type]
 
     def row_header(self, row: Section) -> HeaderSection:
         """The header of a row of a table; as column_header()."""
-        return HeaderSection(self, f"V:{row}", f"row_header({row!r})")  # type: ignore[arg-type]
+        return HeaderSection(self, row_header(row), f"row_header({row!r})")  # type: ignore[arg-type]
 
     def tab(self, text: str) -> WidgetItem:
         """A tab of a tab bar; window.tab() needs no tab bar."""

@@ -197,7 +197,7 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
         self, *, at: Position = (0.5, 0.5), force: bool = False, timeout: Optional[float] = None
     ) -> None:
         """Moves the mouse onto the widget."""
-        self._play_mouse("MouseMove", "", at, "", timeout, True, force)
+        self._play_mouse("MouseMove", "", at, "", timeout, is_repeatable=True, force=force)
 
     def drag_to(
         self,
@@ -248,7 +248,8 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
         Args:
             kind: "MousePress", "MouseRelease", "MouseClick", "MouseDoubleClick" or "MouseMove".
         """
-        self._play_mouse(kind, button, at, modifier, timeout, kind in RETRYABLE_KINDS, force)
+        is_repeatable = kind in RETRYABLE_KINDS
+        self._play_mouse(kind, button, at, modifier, timeout, is_repeatable=is_repeatable, force=force)
 
     def _play_mouse(
         self,
@@ -257,6 +258,7 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
         at: Optional[Position],
         modifier: Modifier,
         timeout: Optional[float],
+        *,
         is_repeatable: bool,
         force: bool,
     ) -> None:
@@ -270,9 +272,9 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
                 self.window.address, path, command, widget_class=served_as, force=force or not is_repeatable
             ),
             timeout,
-            is_repeatable,
-            button,
-            force,
+            is_repeatable=is_repeatable,
+            button=button,
+            force=force,
         )
 
     def locate(self, *, timeout: Optional[float] = None) -> str:
@@ -309,6 +311,7 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
         action: str,
         call: Callable[[Address], _Result],
         timeout: Optional[float],
+        *,
         is_repeatable: bool = True,
         button: MouseButton = "left",
         force: bool = False,
@@ -324,7 +327,8 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
             force: leaves out the agent's checks.
         """
         connection = self._connection
-        if not is_repeatable:  # unchecked, but by an agent that knows drags it goes as from a user
+        # By a locator the agent moves the mouse of a drag as a user would, though it checks nothing.
+        if not is_repeatable:
             return self.perform(
                 action,
                 lambda path: call(path if force else connection.checked_address(path)),
@@ -348,7 +352,7 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
         timeout: Optional[float] = None,
         retryable: Tuple[Type[ReplyError], ...] = RETRYABLE_ERRORS,
     ) -> _Result:
-        """As App.perform(), for a call that takes the path of this widget."""
+        """As App.perform(), for a call that takes the address of this widget."""
         return self.window.perform(
             f"{self._title}.{action}",
             lambda: self._with_path(call),
@@ -367,7 +371,7 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
             except (WidgetNotFoundError, NotVisibleError):
                 if self._search is None:
                     raise
-        return call(self._search.look(self._connection, self.window.address))
+        return call(self._search.find(self._connection, self.window.address))
 
 
 def _listed(arguments: Sequence[str], force: bool) -> str:

@@ -14,8 +14,9 @@ from ..errors import (
 )
 from ..lookup.derived import button_name
 from ..lookup.paths import checked_unique_path, list_tree
-from ..lookup.snapshot import Snapshot, SnapshotNode
+from ..lookup.refusals import refuse_corner_button
 from ..lookup.served import outermost_served_as
+from ..lookup.snapshot import Snapshot, SnapshotNode
 from ..lookup.tree import Node, WidgetTree
 from ..lookup.visible_texts import button_showing, checkbox_showing, field_labelled, tab_bar_showing
 from ..lookup.windows import POPUP
@@ -26,7 +27,6 @@ from .item import WidgetItem
 from .keys import KeyInput, Send
 from .menu import Menu
 from .mouse import repeatable
-from ..lookup.refusals import refuse_corner_button
 from .steps import run_step
 from .widget import Widget
 
@@ -39,7 +39,7 @@ _Result = TypeVar("_Result")
 
 
 class Window(Finder, KeyInput):
-    """The name of a window: each call finds the window anew, and waits until it can.
+    """The name of a window: each call finds the window anew, and waits until it is there and can be reached.
 
     `timeout` of the methods is how many seconds they wait, by default as long as the application says.
 
@@ -133,7 +133,7 @@ class Window(Finder, KeyInput):
 
     def is_open(self) -> bool:
         """Whether there is such a window now, reachable or not. Does not wait."""
-        with run_step(self.app, f"{self}.is_open()", True), self.app.watched():
+        with run_step(self.app, f"{self}.is_open()", reads=True), self.app.watched():
             try:
                 self.app.connection.check_window(self.address)
             except WindowNotFoundError:
@@ -147,7 +147,12 @@ class Window(Finder, KeyInput):
         self.perform(action, lambda: send(connection, self.address, ""), reads=False, timeout=timeout)
 
     def move(self, x: int, y: int, *, timeout: Optional[float] = None) -> None:
-        """Moves the window's frame to a point of the screen, in pixels."""
+        """Moves the top left corner of the window's frame to a point of the screen.
+
+        Args:
+            x, y: the point, in pixels.
+            timeout: see the class.
+        """
         self.perform(
             f"move({x}, {y})",
             lambda: self.app.connection.move_window(self.address, x, y),
@@ -156,7 +161,12 @@ class Window(Finder, KeyInput):
         )
 
     def resize(self, width: int, height: int, *, timeout: Optional[float] = None) -> None:
-        """Sets the size without the frame, in pixels."""
+        """Sets the size of the window.
+
+        Args:
+            width, height: the size without the frame, in pixels.
+            timeout: see the class.
+        """
         self.perform(
             f"resize({width}, {height})",
             lambda: self.app.connection.resize_window(self.address, width, height),

@@ -3,12 +3,13 @@
 from __future__ import annotations
 
 import os
-import sys
 from contextlib import contextmanager
 from contextvars import ContextVar
 from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Callable, Iterable, Iterator, List, Optional
+
+from ..protocol.callers import calling_frame
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
@@ -16,8 +17,6 @@ FOLDER = "snapshots"
 """The folder beside a test in which its baselines are, in a folder with the name of the test's file."""
 
 _FAILURES = "test-results/pictures"
-
-_RUNNER = str(Path(__file__).resolve().parents[1])
 _FORBIDDEN = set('/\\:*?"<>|\0\n')
 
 
@@ -52,7 +51,12 @@ class Baselines:
         )
 
     def write(self, path: Path, write: Callable[[Path], object]) -> None:
-        """Has `write` write a baseline."""
+        """Writes a baseline.
+
+        Args:
+            path: its file, whose folder is made.
+            write: writes the file.
+        """
         path.parent.mkdir(parents=True, exist_ok=True)
         write(path)
         self.written.append(path)
@@ -72,14 +76,12 @@ def use_baselines(baselines: Baselines) -> Iterator[Baselines]:
 
 
 def current_baselines() -> Baselines:
-    """Those of the test that runs; without pytest, those beside the file that has called the runner."""
+    """The baselines of the test that runs; without pytest, those beside the file that has called the runner."""
     baselines = _current.get()
     if baselines is not None:
         return baselines
-    frame = sys._getframe(1)
-    while frame.f_back is not None and frame.f_code.co_filename.startswith(_RUNNER):
-        frame = frame.f_back
-    return Baselines(Path(frame.f_code.co_filename).absolute(), os.environ.get("QTDRIVER_UPDATE") == "1")
+    file = Path(calling_frame().f_code.co_filename).absolute()
+    return Baselines(file, os.environ.get("QTDRIVER_UPDATE") == "1")
 
 
 def _made(folder: Path) -> Path:
@@ -88,7 +90,7 @@ def _made(folder: Path) -> Path:
 
 
 def shown_path(path: Path) -> str:
-    """A path as short as it can be told from the current folder."""
+    """A path for messages: relative where it is below the current folder."""
     try:
         return str(path.relative_to(Path.cwd()))
     except ValueError:

@@ -18,7 +18,7 @@ Box = Tuple[int, int, int, int]
 _MASK = (128, 128, 128)
 _DIFFERS = (224, 33, 138)
 _PALE = 0.75
-"""How much of white there is in the pixels of a picture of the difference that do not differ."""
+"""The share of white in those pixels of a picture of the difference that do not differ."""
 
 
 class Limits(NamedTuple):

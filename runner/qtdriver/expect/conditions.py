@@ -97,11 +97,11 @@ class WidgetConditions:
 
         Example: eventually(window.widget("status")).has(text="Saved", enabled=True)
         """
-        self._wait_for_properties(_properties("has", properties), True)
+        self._wait_for_properties(_properties("has", properties), wanted=True)
 
     def has_not(self, **properties: Expected) -> None:
         """Waits until none of these properties has its value, or fits its pattern or function, at one moment."""
-        self._wait_for_properties(_properties("has_not", properties), False)
+        self._wait_for_properties(_properties("has_not", properties), wanted=False)
 
     def has_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
         """Waits until a property fits.
@@ -112,15 +112,15 @@ class WidgetConditions:
             argument: for the properties that take one.
         """
         check_expected("has_property: expected", expected)
-        self._wait_for_properties([_Property(name, expected, argument)], True)
+        self._wait_for_properties([_Property(name, expected, argument)], wanted=True)
 
     def has_not_property(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
         """Waits until a property does not fit. The arguments are those of has_property()."""
         check_expected("has_not_property: expected", expected)
-        self._wait_for_properties([_Property(name, expected, argument)], False)
+        self._wait_for_properties([_Property(name, expected, argument)], wanted=False)
 
     def reads(self, name: str, expected: Expected, argument: Optional[str] = None) -> None:
-        """The name of has_property() until version 2; it goes with version 3."""
+        """The name of has_property() until version 2; version 3 removes it."""
         warnings.warn("reads() is has_property() now", DeprecationWarning, stacklevel=2)
         self.has_property(name, expected, argument)
 
@@ -164,9 +164,9 @@ class WidgetConditions:
         self.has_property("checked", False)
 
     def looks_like(self, name: str, *, ignoring: Patterns = ()) -> None:
-        """Waits until the outline of the widget and all in it is that of a file beside the test. See Window.
+        """Waits until the outline of the widget and all in it is that of a file beside the test.
 
-        The arguments and errors are those of the condition of the same name of windows.
+        The arguments and errors are those of WindowConditions.looks_like().
         """
         wait_for_outline(self._widget.window, self._widget, name, ignoring, self._timeout)
 
@@ -194,7 +194,7 @@ class WidgetConditions:
         limits = Limits(tolerance, share)
         wait_for_picture(self._widget.window, self._widget, name, masks, limits, self._timeout)
 
-    def _wait_for_properties(self, properties: Sequence[_Property], wanted: bool) -> None:
+    def _wait_for_properties(self, properties: Sequence[_Property], *, wanted: bool) -> None:
         def unmet(values: Tuple[Value, ...]) -> "list[int]":
             return [
                 at
@@ -206,7 +206,7 @@ class WidgetConditions:
             values = tuple(self._read(entry) for entry in properties)
             if unmet(values):
                 return values
-            # One that has its value before and after the last one was read had it at that moment.
+            # A property that had its value before the last one was read, and has it now, had it at that moment.
             return (*(self._read(entry) for entry in properties[:-1]), values[-1])
 
         def describe_values(values: Tuple[Value, ...]) -> str:
@@ -260,7 +260,7 @@ class WindowConditions:
 
         Args:
             name: of the snapshot, in snapshots/TEST_FILE/NAME.txt beside the test; --qtdriver-update writes it.
-            ignoring: patterns, regular expressions, of what differs from run to run; each match becomes "***".
+            ignoring: regular expressions for what differs from run to run; each match becomes "***".
 
         Example: eventually(window).looks_like("order dialog", ignoring=r"No\\. \\d+")
         """
@@ -276,20 +276,20 @@ class WindowConditions:
     ) -> None:
         """Waits until the window, without its frame, rests and is on the screen as in a picture beside the test.
 
-        The arguments and errors are those of the condition of the same name of widgets. The window is not raised: what is
-        in front of it is in the picture.
+        The arguments and errors are those of WidgetConditions.matches_picture(). The window is not raised: what is in
+        front of it is in the picture.
         """
         wait_for_picture(self._window, None, name, masks, Limits(tolerance, share), self._timeout)
 
     def has_title(self, expected: "str | Pattern[str]") -> None:
         """Waits until its whole title is this, or the pattern is found in it."""
-        self._wait_for_title(expected, True)
+        self._wait_for_title(expected, wanted=True)
 
     def has_not_title(self, expected: "str | Pattern[str]") -> None:
         """Waits until its whole title is another one, or the pattern is not found in it."""
-        self._wait_for_title(expected, False)
+        self._wait_for_title(expected, wanted=False)
 
-    def _wait_for_title(self, expected: "str | Pattern[str]", wanted: bool) -> None:
+    def _wait_for_title(self, expected: "str | Pattern[str]", *, wanted: bool) -> None:
         check_expected("has_title: expected" if wanted else "has_not_title: expected", expected)
         self._wait(
             f"title {'' if wanted else 'not '}{describe(expected)}",

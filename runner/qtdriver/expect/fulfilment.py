@@ -32,11 +32,20 @@ def wait_in(
     given_up: Callable[[_Result], bool] = lambda value: False,
     comparison: "Callable[[], Optional[Comparison]]" = lambda: None,
 ) -> None:
-    """As wait_for(), as one step, for a condition of a widget; None is for one of the window itself.
+    """Waits for a condition of a window or a widget, as one step.
 
-    `wanted` comes behind "expected"; `timeout` is None for that of the application; `shown` tells what was read instead, behind
-    "but after 5 s"; `given_up` is whether no other value is to be expected any more; `comparison`
-    is what a failed step has compared.
+    Args:
+        window: the window.
+        widget: the widget in it; None for a condition of the window itself.
+        wanted: the condition, in words that follow "expected" in the message of the error.
+        read: reads the value; a refusal that can clear counts as not satisfied.
+        satisfied: whether a value is as it shall be.
+        timeout: seconds to wait; None for those of the application.
+        shown: tells what was read instead, in words that follow "but after 5 s".
+        given_up: whether to stop waiting at a value, since no other one is to be expected any more.
+        comparison: returns the pictures that a failed step has compared.
+
+    Raises ConditionError.
     """
     app = window.app
     seconds = app.timeout if timeout is None else timeout
@@ -44,7 +53,9 @@ def wait_in(
     path = "" if widget is None else widget.path
     target = None if widget is None or is_special(path) else widget.as_locator()
     title = f"eventually({subject}): {wanted}"
-    with softly(), run_step(app, title, True, window.address, target) as step, app.watched():
+    with softly(), run_step(
+        app, title, reads=True, window=window.address, target=target
+    ) as step, app.watched():
         try:
             _wait(
                 f"{subject}: expected {wanted}",

@@ -29,7 +29,7 @@ DEFAULT_LIMITS = Limits(8, 0.0)
 
 _SUFFIX = ".png"
 _APART_SECONDS = 0.05
-"""Between two pictures that are compared with each other: some frames of an animation."""
+"""The time between two pictures that are compared with each other: some frames of an animation."""
 
 
 class _Shown(NamedTuple):
@@ -58,11 +58,11 @@ def wait_for_picture(
         window,
         widget,
         f'it to match the picture "{name}"',
-        camera.look,
-        check.is_fulfilled,
+        camera.shoot,
+        check.accept,
         timeout,
         check.describe,
-        check.is_final,
+        check.give_up,
         lambda: check.comparison,
     )
     check.write()
@@ -90,22 +90,22 @@ class _Check:
     def __repr__(self) -> str:
         return f"<check of {self._name}>"
 
-    def is_fulfilled(self, shown: _Shown) -> bool:
-        """Whether it is as expected; or whether it is to be written, and does not change any more."""
+    def accept(self, shown: _Shown) -> bool:
+        """Returns whether the picture is as expected, or is noted to be written, since it does not change any more."""
         if not shown.rests:
             return False
         if self._expected is not None and self._difference(shown.image).is_within(self._limits):
             return True
-        if self._baselines.update and self._stays(shown):
+        if self._baselines.update and self._observe(shown):
             self._new = shown.image
         return self._new is not None
 
-    def is_final(self, shown: _Shown) -> bool:
-        """Without a picture to become equal to, it is told once it does not change any more."""
-        return self._expected is None and self._stays(shown)
+    def give_up(self, shown: _Shown) -> bool:
+        """Returns whether to stop waiting: nothing is expected, and the picture does not change any more."""
+        return self._expected is None and self._observe(shown)
 
-    def _stays(self, shown: _Shown) -> bool:
-        return self._steady.has_stayed((shown.image.size, shown.image.tobytes()))
+    def _observe(self, shown: _Shown) -> bool:
+        return self._steady.observe((shown.image.size, shown.image.tobytes()))
 
     def write(self) -> None:
         """Writes the new picture, if there is one."""
@@ -118,7 +118,7 @@ class _Check:
         return compare(self._expected, image, self._limits.tolerance)
 
     def describe(self, shown: _Shown) -> str:
-        """Tells why it is not fulfilled, and writes the pictures of the failure."""
+        """Writes the pictures of the failure. Returns why the picture is not accepted."""
         if self._expected is None:
             self.comparison = Comparison(b"", as_png(shown.image), b"")
             text = "there was no such picture to compare it with"
@@ -155,8 +155,8 @@ class _Camera:
     def __repr__(self) -> str:
         return f"<camera on {self._widget or self._window}>"
 
-    def look(self) -> _Shown:
-        """Two pictures, or the last one and another one: the newer, and whether they are the same."""
+    def shoot(self) -> _Shown:
+        """Takes a picture; two for the first time. Returns the last one, and whether the one before is the same."""
         before = self._picture() if self._last is None else self._last
         time.sleep(max(self._taken_at + _APART_SECONDS - time.monotonic(), 0.0))
         self._last = self._picture()

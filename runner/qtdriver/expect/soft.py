@@ -3,16 +3,14 @@
 from __future__ import annotations
 
 import linecache
-import sys
 from contextvars import ContextVar
 from pathlib import Path
 from typing import List, NamedTuple, Optional
 
 from ..errors import ConditionError
+from ..protocol.callers import calling_frame
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
-
-_RUNNER = str(Path(__file__).resolve().parents[1])
 
 
 class _Failure(NamedTuple):
@@ -86,7 +84,7 @@ class softly:
     """
 
     def __enter__(self) -> None:
-        """Nothing is done before the condition."""
+        """Does nothing: only the end of the context counts."""
 
     def __exit__(self, kind: object, error: Optional[BaseException], traceback: object) -> bool:
         block = _block.get()
@@ -98,8 +96,6 @@ class softly:
 
 def _place() -> str:
     """The line of the test that is being executed: "test_order.py:12: eventually(total).has(text='12')"."""
-    frame = sys._getframe(1)
-    while frame.f_back is not None and frame.f_code.co_filename.startswith(_RUNNER):
-        frame = frame.f_back
+    frame = calling_frame()
     file, line = frame.f_code.co_filename, frame.f_lineno
     return f"{Path(file).name}:{line}: {linecache.getline(file, line).strip()}"

@@ -20,8 +20,8 @@ class Steady:
     def __repr__(self) -> str:
         return f"<steady since {self._since:g}>"
 
-    def has_stayed(self, value: object) -> bool:
-        """Whether it has had this value at each call for a while."""
+    def observe(self, value: object) -> bool:
+        """Notes the value. Returns whether it has been the same at each call for 0.3 seconds."""
         now = time.monotonic()
         if value != self._last:
             self._last, self._since = value, now

@@ -9,7 +9,7 @@ from typing import List, Optional, Pattern, Sequence, Union
 
 from ..api.widget import Widget
 from ..api.window import Window
-from ..lookup.reading_order import as_read
+from ..lookup.reading_order import in_reading_order
 from ..lookup.snapshot import whole_outline
 from .baselines import Baselines, current_baselines, shown_path
 from .fulfilment import wait_in
@@ -43,15 +43,15 @@ def wait_for_outline(
     def read() -> str:
         nonlocal last
         snapshot = window.snapshot(timeout=0) if widget is None else widget.snapshot(timeout=0)
-        last = _without(patterns, f"{whole_outline(as_read(snapshot.root))}\n")
+        last = _without(patterns, f"{whole_outline(in_reading_order(snapshot.root))}\n")
         return last
 
-    def is_fulfilled(text: str) -> bool:
-        return text == expected or (baselines.update and steady.has_stayed(text))
+    def accept(text: str) -> bool:
+        return text == expected or (baselines.update and steady.observe(text))
 
-    def is_final(text: str) -> bool:
-        """Without a snapshot to become equal to, it is told once it does not change any more."""
-        return expected is None and steady.has_stayed(text)
+    def give_up(text: str) -> bool:
+        """Returns whether to stop waiting: nothing is expected, and the text does not change any more."""
+        return expected is None and steady.observe(text)
 
     def shown(text: str) -> str:
         return (
@@ -60,7 +60,7 @@ def wait_for_outline(
             else _difference(baselines, path, expected, text)
         )
 
-    wait_in(window, widget, f'it to look like "{name}"', read, is_fulfilled, timeout, shown, is_final)
+    wait_in(window, widget, f'it to look like "{name}"', read, accept, timeout, shown, give_up)
     if baselines.update and last != expected:
         baselines.write(path, lambda place: place.write_text(last, encoding="utf-8"))
 

@@ -221,7 +221,7 @@ _LOCATED: Dict[Type[ReplyError], str] = {
 
 
 def _located(connection: Connection, error: ReplyError, window: str) -> List[str]:
-    """Lines for the candidates that the agent named as it refused a locator; where there is no match, for what is in sight."""
+    """Lines on the candidates that the agent named when it refused a locator; where nothing matches, also on what is in sight."""
     candidates = [f"  {describe_node(candidate)}" for candidate in error.candidates]
     lines = [_LOCATED[type(error)], *candidates] if candidates else []
     return lines + describe_sight(connection, window) if isinstance(error, WidgetNotFoundError) else lines

@@ -33,7 +33,13 @@ class ItemFinder:
         return f"<finder of items in {self._path}, a {self._served}>"
 
     def scroll_to(self, item: "str | int") -> str:
-        """Scrolls the view until the item is in sight. Returns the item's numeric address."""
+        """Scrolls the view until the item is in sight.
+
+        Args:
+            item: the item, as address() takes it.
+
+        Returns the item's numeric address. Raises CommandError where there is no such item.
+        """
         address = self.address(item)
         self._connection.activate_widget(self._window, self._path, address, "ScrollTo", widget_class=ANY_VIEW)
         return address
@@ -50,7 +56,14 @@ class ItemFinder:
         return position
 
     def address(self, item: "str | int") -> str:
-        """The numeric address of an item that is named as the class of the view has it."""
+        """The numeric address of an item.
+
+        Args:
+            item: the item as the class of the view names it: a text, "ROW:COLUMN" of a table, a path of a tree; or the
+                number of a list's row, from 0.
+
+        Raises CommandError where a list or a tree has no such item.
+        """
         if isinstance(item, int):
             return f"{item + 1};{self._list_column()}" if self._served == "QListView" else str(item)
         if self._served in TABLES:

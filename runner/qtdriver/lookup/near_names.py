@@ -12,7 +12,8 @@ _SIMILARITY = 0.5
 
 
 def nearest_names(name: str, names: Iterable[str]) -> List[str]:
-    """Those of `names` that are most like `name`, the nearest first, or contain it, or are part of it."""
+    """Up to five of `names`: those that are similar to `name`, the most similar first, then those that contain it or are part
+    of it. Upper and lower case do not count."""
     by_folded: Dict[str, str] = {known.casefold(): known for known in names}
     folded = name.casefold()
     containing = [known for known in by_folded if folded and (folded in known or known in folded)]

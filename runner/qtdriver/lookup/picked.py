@@ -17,8 +17,14 @@ _HOVER_SECONDS = 1.0
 
 
 def stable_locator(connection: Connection, found: CursorWidget) -> Optional[Locator]:
-    """The locator that finds the widget alone, as `tree --paths` tells it; None where the agent has no snapshots, for a menu, and where
-    it cannot be told from others of the same path."""
+    """The locator that finds only the widget under the mouse; it is the one that `tree --paths` prints.
+
+    Args:
+        connection: asks the application.
+        found: the widget, as the agent describes it.
+
+    Returns None where the agent has no snapshots, for a menu, and where others of the same path cannot be told from it.
+    """
     if "+2" not in connection.extensions or found.path in SPECIAL_NAMES:
         return None
     names = found.path.split("/")

@@ -8,12 +8,12 @@ from typing import Iterable, List
 from .snapshot import SnapshotNode
 
 
-def as_read(root: SnapshotNode) -> SnapshotNode:
-    """The same with the widgets in each in reading order: row by row from the top, each row from the left.
+def in_reading_order(root: SnapshotNode) -> SnapshotNode:
+    """A copy of the widget in which the children of each widget are sorted: row by row from the top, each row from the left.
 
     An application may create them in an order that differs from run to run.
     """
-    return replace(root, children=_in_order(map(as_read, root.children)))
+    return replace(root, children=_in_order(map(in_reading_order, root.children)))
 
 
 def _in_order(nodes: Iterable[SnapshotNode]) -> List[SnapshotNode]:

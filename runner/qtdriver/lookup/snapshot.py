@@ -10,6 +10,8 @@ from typing import Any, Iterator, List, Mapping, NamedTuple, Optional, Tuple
 from ..errors import ProtocolError
 from ..protocol.wire import Rect
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _INDENT = "  "
 _FRAMES = ("widget", "scroll area", "splitter", "stack", "tabs")
 _DECORATIONS = ("size grip", "scroll bar", "header", "splitter handle")
@@ -18,7 +20,8 @@ _WHOLE = ("spin box", "combo box", "list", "tree", "table")
 INNER_NAMES = ("qt_", "_q_")
 """Beginnings of object names that Qt gives to inner parts of widgets."""
 _SHOWN_AS = ("label", "text", "title", "placeholder", "action", "tip")
-_UNTOLD_STATES = ("hovered",)
+"""Fields of a widget by which a person knows it; the first one that has a text counts."""
+_LEFT_OUT_STATES = ("hovered",)
 
 
 class _Limits(NamedTuple):
@@ -206,8 +209,8 @@ def outline_with_refs(
 def outline_length(root: SnapshotNode, *, depth: Optional[int] = None, whole: bool = False) -> int:
     """How many lines outline_with_refs() has in all."""
     limits = _with_refs(depth, whole)
-    told = ((node, level) for node, level in walk_told(root) if level <= limits.depth)
-    return sum(1 + (_item_count(node, limits) if level < limits.depth else 0) for node, level in told)
+    shown = ((node, level) for node, level in walk_outline(root) if level <= limits.depth)
+    return sum(1 + (_item_count(node, limits) if level < limits.depth else 0) for node, level in shown)
 
 
 def _with_refs(depth: Optional[int], whole: bool) -> _Limits:
@@ -226,12 +229,14 @@ def headline_with_ref(node: SnapshotNode) -> str:
     return _headline(node, _SHORT._replace(with_refs=True))
 
 
-def walk_told(root: SnapshotNode) -> Iterator[Tuple[SnapshotNode, int]]:
+def walk_outline(root: SnapshotNode) -> Iterator[Tuple[SnapshotNode, int]]:
     """The widgets that an outline has a line for, in its order, each with its depth there."""
-    return _told(root, 0, is_root=True)
+    return _walk_outline(root, 0, is_root=True)
 
 
-def _told(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[Tuple[SnapshotNode, int]]:
+def _walk_outline(
+    node: SnapshotNode, depth: int, is_root: bool = False
+) -> Iterator[Tuple[SnapshotNode, int]]:
     if is_root or not _is_frame(node):
         yield node, depth
         depth += 1
@@ -241,13 +246,13 @@ def _told(node: SnapshotNode, depth: int, is_root: bool = False) -> Iterator[Tup
         return
     labels = {child.label for child in node.children if child.label}
     for child in node.children:
-        is_told_with_its_field = child.role == "label" and child.text in labels
-        if not is_told_with_its_field and child.role not in _DECORATIONS:
-            yield from _told(child, depth)
+        is_shown_with_its_field = child.role == "label" and child.text in labels
+        if not is_shown_with_its_field and child.role not in _DECORATIONS:
+            yield from _walk_outline(child, depth)
 
 
 def _lines(root: SnapshotNode, limits: _Limits) -> Iterator[str]:
-    for node, depth in walk_told(root):
+    for node, depth in walk_outline(root):
         if depth <= limits.depth:
             yield _INDENT * depth + _headline(node, limits)
         if depth < limits.depth:
@@ -278,8 +283,8 @@ def _is_frame(node: SnapshotNode) -> bool:
     if node.role == "label":
         return not _own_name(node)  # an empty one, or one with a picture
     inside = [child for child in node.children if child.role not in _DECORATIONS]
-    is_told_by_name = _own_name(node) and not (len(inside) == 1 and _own_name(inside[0]))
-    return not is_told_by_name
+    name_counts = _own_name(node) and not (len(inside) == 1 and _own_name(inside[0]))
+    return not name_counts
 
 
 def _shown(node: SnapshotNode) -> str:
@@ -308,8 +313,8 @@ def _headline(node: SnapshotNode, limits: _Limits = _SHORT) -> str:
         words.append(
             f"= {_cut(repr(node.value) if isinstance(node.value, str) else str(node.value), limits)}"
         )
-    told = tuple(state for state in node.states if state not in _UNTOLD_STATES) if node.states else ()
-    return " ".join(words) + _in_brackets(told)
+    states = tuple(state for state in node.states if state not in _LEFT_OUT_STATES) if node.states else ()
+    return " ".join(words) + _in_brackets(states)
 
 
 def _in_brackets(states: Tuple[str, ...]) -> str:

@@ -11,6 +11,8 @@ from ..protocol.connection import Connection
 from ..protocol.locators import SPECIAL_NAMES, Locator, locator, path_locator, text_locator
 from .snapshot import INNER_NAMES, SnapshotNode
 
+__tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
+
 _MISSES = (AmbiguousError, NotVisibleError, WidgetNotFoundError)
 _PLAIN = re.compile(rf"(?!({'|'.join(SPECIAL_NAMES)})$)[\w.-]+", re.ASCII)
 """Matches object names that can be used as paths."""
@@ -126,7 +128,7 @@ class StableLocators:
 
 
 def count_of(connection: Connection, window: str, found: Locator) -> int:
-    """The number of widgets that a locator finds in a window."""
+    """How many visible widgets of a window a locator finds. Raises WindowNotFoundError and the like."""
     try:
         connection.read(window, found, "className")
     except AmbiguousError as error:
@@ -136,7 +138,7 @@ def count_of(connection: Connection, window: str, found: Locator) -> int:
     return 1
 
 
-def told_locator(root: SnapshotNode, node: SnapshotNode) -> Optional[Locator]:
+def unchecked_locator(root: SnapshotNode, node: SnapshotNode) -> Optional[Locator]:
     """The most stable locator that fits only this node of a snapshot, without asking the application, which may have closed
     the window since; None where nothing does.
 
@@ -166,12 +168,17 @@ def _number_within(node: SnapshotNode, outer: SnapshotNode) -> int:
     return alike.index(node.ref) if node.ref in alike else 0
 
 
-def _by_conditions(node: SnapshotNode, is_worth: Callable[[str, str], bool]) -> Iterator[Locator]:
-    """A locator for each text by which the node can be known, alone and with the class."""
+def _by_conditions(node: SnapshotNode, may_be_alone: Callable[[str, str], bool]) -> Iterator[Locator]:
+    """A locator for each text by which the node can be known, with the class, and before that without it.
+
+    Args:
+        node: the node.
+        may_be_alone: whether a condition, a key and its text, may find the node without its class.
+    """
     for key, text in _texts(node.details):
         if key == "name" and _PLAIN.fullmatch(text):
             yield path_locator(text)
-        elif is_worth(key, text):
+        elif may_be_alone(key, text):
             yield text_locator(key, text)
         yield text_locator(key, text, node.class_name)
 

@@ -29,11 +29,11 @@ class Search(NamedTuple):
     """A search for a widget by a text on it.
 
     Attributes:
-        look: returns the address of the widget in a window; raises WidgetNotFoundError or AmbiguousError.
+        find: returns the address of the widget in a window; raises WidgetNotFoundError or AmbiguousError.
         locator: finds it where the agent knows locators.
     """
 
-    look: Callable[[Connection, str], Address]
+    find: Callable[[Connection, str], Address]
     locator: Locator
 
 
@@ -72,14 +72,14 @@ def field_labelled(text: str) -> Search:
     """
     by_label, by_placeholder = locator(label=text), locator(placeholder=text)
 
-    def look(connection: Connection, window: str) -> Address:
+    def find(connection: Connection, window: str) -> Address:
         connection.require("+7")
         found = _first_located(connection, window, (by_label, by_placeholder))
         if found is None:
             raise WidgetNotFoundError("5", f'no field in sight has the label "{text}"')
         return found
 
-    return Search(look, by_label)
+    return Search(find, by_label)
 
 
 def _first_located(connection: Connection, window: str, locators: Iterable[Locator]) -> Optional[Locator]:
@@ -134,13 +134,16 @@ def _only(
 
 
 TextReader = Callable[[Connection, str, str], Tuple[str, ...]]
+"""Reads the texts of the widget at a path of a window."""
 
 
 def button_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+    """The text on a button. Raises ReplyError."""
     return (str(connection.read_property(window, path, "text")),)
 
 
 def item_texts(connection: Connection, window: str, path: str) -> Tuple[str, ...]:
+    """The texts of all items of a widget, such as the titles of a tab bar. Raises ReplyError."""
     items = connection.read_property(window, path, "itemList")
     return items if isinstance(items, tuple) else ()
 

@@ -91,7 +91,7 @@ def certain_beginning(title: str) -> str:
 
 
 def describe_windows(windows: Optional[Iterable[WindowRecord]]) -> List[str]:
-    """A line for each window, indented; one line that says so when there are none, or None: nobody has listed them."""
+    """A line for each window, indented. One line says so where there are none, or where they are None: not listed yet."""
     if windows is None:
         return ["  (nobody had asked for them)"]
     lines = [f'  "{window.title}" ({_kind(window)})' for window in windows]

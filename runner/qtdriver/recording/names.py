@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Dict, Iterable, Optional, Tuple
 
 from ..lookup.snapshot import SnapshotNode
-from ..lookup.stable_locators import told_locator
+from ..lookup.stable_locators import unchecked_locator
 from ..protocol.locators import as_python
 from .events import Event
 
@@ -50,7 +50,7 @@ class Names:
             return ""
         if root is None or node is None:
             return None
-        found = told_locator(root, node)
+        found = unchecked_locator(root, node)
         return None if found is None else found.call
 
     def parent(self, ref: int) -> Optional[SnapshotNode]:

@@ -67,7 +67,7 @@ def _row_or_column(value: "int | str") -> "int | str":
     return int(value) if isinstance(value, str) and value.isdigit() else value
 
 
-def _do(
+def _call_and_record(
     session: Session,
     running: RunningApplication,
     subject: _Subject,
@@ -103,7 +103,7 @@ def _unready(running: RunningApplication, target: Target, error: NotReadyError) 
     return "\n".join([*lines, *explained[1:]])
 
 
-def _after(running: RunningApplication, subject: _Subject, words: str, note: str) -> Answer:
+def _answer_after(running: RunningApplication, subject: _Subject, words: str, note: str) -> Answer:
     """The answer after an action: what was done, and what has changed since the last answer."""
     acted_on = subject.target.node.ref if isinstance(subject.target, Target) else None
     lines = running.changes_after_action(acted_on)
@@ -118,8 +118,8 @@ def _click(session: Session, call: Call, arguments: Arguments) -> Answer:
     if "menu" in arguments:
         on_window = not isinstance(subject.target, Target)
         method = "context_menu" if button == "right" and not on_window else "menu"
-        note = _do(session, running, subject.part(method, arguments["menu"]), "click")
-        return _after(
+        note = _call_and_record(session, running, subject.part(method, arguments["menu"]), "click")
+        return _answer_after(
             running,
             subject,
             f"chose {arguments['menu']!r}{'' if on_window else f' from the menu of {subject.target}'}",
@@ -132,13 +132,12 @@ def _click(session: Session, call: Call, arguments: Arguments) -> Answer:
         keywords["at"] = tuple(arguments["at"])
     method = "double_click" if arguments.get("double", False) else "click"
     given = () if button == "left" else (button,)
-    note = _do(session, running, subject, method, *given, **keywords)
-    return _after(
-        running, subject, f"{'double ' if method != 'click' else ''}clicked {_what(subject, arguments)}", note
-    )
+    note = _call_and_record(session, running, subject, method, *given, **keywords)
+    words = f"{'double ' if method != 'click' else ''}clicked {_in_words(subject, arguments)}"
+    return _answer_after(running, subject, words, note)
 
 
-def _what(subject: _Subject, arguments: Arguments) -> str:
+def _in_words(subject: _Subject, arguments: Arguments) -> str:
     part = arguments.get("item", arguments.get("cell"))
     return f"{subject.target}" if part is None else f"{part!r} of {subject.target}"
 
@@ -151,19 +150,19 @@ def _type(session: Session, call: Call, arguments: Arguments) -> Answer:
     replaces = arguments.get("replace", is_field)
     if replaces and not is_field:
         raise ToolError("replace needs a target, the field whose text is replaced")
-    note = _do(session, running, subject, "fill" if replaces else "type", text)
+    note = _call_and_record(session, running, subject, "fill" if replaces else "type", text)
     if arguments.get("enter", False):
-        note += _do(session, running, subject, "press", "Return")
-    where = f" into {_what(subject, arguments)}" if is_field else ""
-    return _after(running, subject, f"typed {len(text)} characters{where}", note)
+        note += _call_and_record(session, running, subject, "press", "Return")
+    where = f" into {_in_words(subject, arguments)}" if is_field else ""
+    return _answer_after(running, subject, f"typed {len(text)} characters{where}", note)
 
 
 def _press(session: Session, call: Call, arguments: Arguments) -> Answer:
     running = session.running(arguments)
     running.look()
     subject = _subject(running, arguments)
-    note = _do(session, running, subject, "press", *arguments["keys"])
-    return _after(running, subject, f"pressed {', '.join(arguments['keys'])}", note)
+    note = _call_and_record(session, running, subject, "press", *arguments["keys"])
+    return _answer_after(running, subject, f"pressed {', '.join(arguments['keys'])}", note)
 
 
 def _select(session: Session, call: Call, arguments: Arguments) -> Answer:
@@ -176,10 +175,10 @@ def _select(session: Session, call: Call, arguments: Arguments) -> Answer:
         bar = next((node for node in subject.target.node.children if node.role == "tab bar"), None)
         subject = _subject(running, arguments if bar is None else {**arguments, "target": bar.ref})
     notes = [
-        _do(session, running, part, method, *given, **keywords)
+        _call_and_record(session, running, part, method, *given, **keywords)
         for part, method, given, keywords in _choices(subject, value)
     ]
-    return _after(running, subject, f"set {_what(subject, arguments)} to {value!r}", notes[-1])
+    return _answer_after(running, subject, f"set {_in_words(subject, arguments)} to {value!r}", notes[-1])
 
 
 _Choice = Tuple[_Subject, str, Tuple[Argument, ...], Dict[str, Argument]]
@@ -219,7 +218,7 @@ _CELL = {
 }
 _PLACE: Dict[str, Any] = {"window": WINDOW, "app": APP}
 _ANSWER = " Answers with what has changed on the screen."
-_KEYS: List[str] = ["shift", "control", "alt"]
+_MODIFIERS: List[str] = ["shift", "control", "alt"]
 
 TOOLS = (
     Tool(
@@ -239,7 +238,7 @@ TOOLS = (
             },
             "button": {"type": "string", "enum": ["left", "right", "middle"]},
             "double": {"type": "boolean", "description": "A double click."},
-            "modifier": {"type": "string", "enum": _KEYS, "description": "Held meanwhile."},
+            "modifier": {"type": "string", "enum": _MODIFIERS, "description": "Held meanwhile."},
             "at": {
                 "type": "array",
                 "items": {"type": "number", "minimum": 0, "maximum": 1},

@@ -6,7 +6,7 @@ from typing import Protocol
 
 
 class Call(Protocol):
-    """Somebody waits for the answer."""
+    """The client that waits for the answer of a tool."""
 
     def tell(self, words: str) -> None:
-        """Tells how far the tool is."""
+        """Tells the client how far the tool is, in a few words."""

@@ -12,7 +12,7 @@ from ..lookup.snapshot import (
     headline_with_ref,
     outline_length,
     outline_with_refs,
-    walk_told,
+    walk_outline,
 )
 from ..lookup.survey import Survey, SurveyedWindow
 from .answers import MOST_LINES, MOST_OF_A_PART, limited
@@ -22,7 +22,8 @@ _MOST_ITEMS = 8
 _PASSING_STATES = ("focused", "hovered", "default")
 """States that follow the focus and the mouse: many widgets change them at each step, and one line tells the focus."""
 
-_Told = Dict[int, SnapshotNode]
+_Widgets = Dict[int, SnapshotNode]
+"""Widgets by their reference numbers."""
 
 
 def is_same(before: Survey, after: Survey) -> bool:
@@ -34,7 +35,7 @@ def _summary(survey: Survey) -> List[object]:
     return [
         (node.ref, _headline(node), node.items, node.left_out)
         for window in survey.windows
-        for node in _told(window).values()
+        for node in _outlined(window).values()
     ]
 
 
@@ -70,12 +71,13 @@ def _windows(survey: Survey) -> Dict[int, SurveyedWindow]:
     return {window.root.ref: window for window in survey.windows if window.root is not None}
 
 
-def _told(window: SurveyedWindow) -> _Told:
-    return {} if window.root is None else {node.ref: node for node, _ in walk_told(window.root)}
+def _outlined(window: SurveyedWindow) -> _Widgets:
+    """The widgets that an outline of the window has a line for."""
+    return {} if window.root is None else {node.ref: node for node, _ in walk_outline(window.root)}
 
 
 def _changes_within(before: SurveyedWindow, after: SurveyedWindow) -> List[str]:
-    old, new = _told(before), _told(after)
+    old, new = _outlined(before), _outlined(after)
     lines = [line for ref, node in new.items() if ref in old for line in _changes_of(old[ref], node)]
     assert before.root is not None and after.root is not None
     gone = [f"- {_with_number_within(node)}" for node in _outermost(before.root, set(new))]
@@ -89,7 +91,7 @@ def _changes_within(before: SurveyedWindow, after: SurveyedWindow) -> List[str]:
 def _outermost(root: SnapshotNode, others: "set[int]") -> Iterator[SnapshotNode]:
     """The widgets that are not among others, without those within them."""
     skipped: Optional[int] = None
-    for node, depth in walk_told(root):
+    for node, depth in walk_outline(root):
         if skipped is not None and depth > skipped:
             continue
         skipped = None if node.ref in others else depth
@@ -98,7 +100,7 @@ def _outermost(root: SnapshotNode, others: "set[int]") -> Iterator[SnapshotNode]
 
 
 def _with_number_within(node: SnapshotNode) -> str:
-    inside = sum(1 for _ in walk_told(node)) - 1
+    inside = sum(1 for _ in walk_outline(node)) - 1
     return headline_with_ref(node) + (f", with {inside} in it" if inside else "")
 
 

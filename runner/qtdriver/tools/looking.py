@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Dict, Iterator, List, Optional, Tuple
 
 from ..errors import CommandError
-from ..lookup.snapshot import SnapshotNode, headline_with_ref, outline_length, outline_with_refs, walk_told
+from ..lookup.snapshot import SnapshotNode, headline_with_ref, outline_length, outline_with_refs, walk_outline
 from ..protocol.secrets import HIDDEN
 from ..protocol.wire import Rect, Value
 from .answers import MOST_LINES, Answer, ToolError, cut, limited
@@ -84,7 +84,7 @@ def _find(session: Session, call: Call, arguments: Arguments) -> Answer:
     windows = survey.windows if "window" not in arguments else (running.window(arguments["window"]),)
     lines, known_roles = [], set()
     for window in windows:
-        for node, _ in walk_told(window.root) if window.root is not None else ():
+        for node, _ in walk_outline(window.root) if window.root is not None else ():
             known_roles.add(node.role)
             if (role is None or node.role == role) and _has_text(node, wanted.casefold()):
                 where = f" in {title(window)}" if len(windows) > 1 else ""

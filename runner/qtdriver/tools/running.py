@@ -15,7 +15,7 @@ from ..errors import (
     WindowNotFoundError,
 )
 from ..lookup.near_names import nearest_names
-from ..lookup.snapshot import SnapshotNode, headline_with_ref, walk_told
+from ..lookup.snapshot import SnapshotNode, headline_with_ref, walk_outline
 from ..lookup.stable_locators import StableLocators
 from ..lookup.survey import Survey, SurveyedWindow, take_survey
 from ..protocol.locators import locator
@@ -165,7 +165,7 @@ class RunningApplication:
             return self._by_ref(wanted)
         inside = self.window(window)
         assert inside.root is not None
-        nodes = [node for node, _ in walk_told(inside.root)]
+        nodes = [node for node, _ in walk_outline(inside.root)]
         for fields in (("name",), _TEXT_FIELDS[:3], _TEXT_FIELDS[3:]):
             fitting = [node for node in nodes if any(node.details.get(field) == wanted for field in fields)]
             if len(fitting) == 1:
@@ -251,7 +251,7 @@ def _stale(node: SnapshotNode, window: SurveyedWindow, fresh: Survey) -> str:
     now = [other for other, _ in fresh.found.values() if other.role == node.role and _is_like(other, node)]
     if now:
         return f"{words} In its place:\n" + "\n".join(map(headline_with_ref, now[:_MOST_CANDIDATES]))
-    nodes = [other for one in fresh.windows if one.root for other, _ in walk_told(one.root)]
+    nodes = [other for one in fresh.windows if one.root for other, _ in walk_outline(one.root)]
     shown = _shown(node)
     return words + (_nearest(shown, nodes) if shown else " Take a snapshot.")
 

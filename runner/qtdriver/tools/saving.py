@@ -78,7 +78,7 @@ def _run(session: Session, code: str, name: str) -> Trial:
         for number, text in session.secret_texts().items():
             environment[secret_variable(Secret(number))] = text
         with Path(folder, "output.txt").open("w+", errors="replace") as output:
-            status = _ended(command, session.options.folder, environment, output.fileno())
+            status = _run_to_end(command, session.options.folder, environment, output.fileno())
             output.seek(0)
             return trial_of(status, session.hide(output.read()))
 
@@ -90,7 +90,7 @@ def _pytest_options(options: Options, folder: str, file: Path) -> List[str]:
     return [*words, str(file)]
 
 
-def _ended(command: List[str], folder: Path, environment: Dict[str, str], output: int) -> int:
+def _run_to_end(command: List[str], folder: Path, environment: Dict[str, str], output: int) -> int:
     """Runs a command to its end. Returns its exit status; ends it where the client gives up or it takes too long."""
     with subprocess.Popen(
         command,

@@ -20,7 +20,7 @@ _WAIT_SECONDS = 3.0
 
 
 class Session:
-    """All that lasts from one call of a tool to the next.
+    """The state between the calls of tools: the applications, and the steps for a test.
 
     Attributes:
         options: how it starts applications.
@@ -71,9 +71,8 @@ class Session:
             )
         app = self._driver.launch(command[0], *command[1:], qt=qt, working_directory=self.options.folder)
         running = self._running[name] = RunningApplication(name, app, command)
-        self.recorded[:] = [
-            one for one in self.recorded if one.app != name
-        ]  # a test begins with the last start
+        # A test begins with the last start of its application.
+        self.recorded[:] = [one for one in self.recorded if one.app != name]
         self.recorded.append(Launch(name, running.command, self.options.qt if qt is None else qt))
         return running
 

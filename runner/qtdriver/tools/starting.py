@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import shlex
+
 from ..errors.endings import describe_exit
 from ..lookup.snapshot import outline_length, outline_with_refs
 from ..protocol.waiting import Deadline, attempts

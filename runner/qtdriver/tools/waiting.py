@@ -3,11 +3,12 @@
 from __future__ import annotations
 
 import re
-from typing import Any, Dict, List, Optional, Pattern, Tuple
+from typing import Any, Dict, Optional, Pattern, Tuple
 
 from ..api.window import Window
 from ..errors import ConditionError
 from ..expect.conditions import eventually
+from ..lookup.survey import Survey
 from ..recording.steps import Argument, Part
 from .answers import Answer, ToolError, limited
 from .call import Call
@@ -32,9 +33,9 @@ def _wait(session: Session, call: Call, arguments: Arguments) -> Answer:
     running.look()
     seconds = arguments.get("timeout", 5)
     if "text" in arguments:
-        return _for_text(session, running, arguments, seconds)
+        return _wait_for_text(session, running, arguments, seconds)
     if arguments.get("state") in _OF_WINDOWS or "target" not in arguments:
-        return _for_window(session, running, arguments, seconds)
+        return _wait_for_window(session, running, arguments, seconds)
     target = running.target(arguments["target"], arguments.get("window"))
     method, given = _condition(arguments)
     words = running.call_for_test(target) if arguments.get("state") == "hidden" else None
@@ -78,7 +79,9 @@ def _contains(part: Part) -> "Pattern[str]":
     return re.compile(re.escape(part.text))
 
 
-def _for_text(session: Session, running: RunningApplication, arguments: Arguments, seconds: float) -> Answer:
+def _wait_for_text(
+    session: Session, running: RunningApplication, arguments: Arguments, seconds: float
+) -> Answer:
     window = _named_window(running, arguments.get("window"))
     widget = window.find(text=arguments["text"])
     method = _OF_WIDGETS.get(arguments.get("state", "visible"), "is_visible")
@@ -88,7 +91,7 @@ def _for_text(session: Session, running: RunningApplication, arguments: Argument
     return _fulfilled(running, f"it is so: {arguments['text']!r}", note)
 
 
-def _for_window(
+def _wait_for_window(
     session: Session, running: RunningApplication, arguments: Arguments, seconds: float
 ) -> Answer:
     state: Optional[str] = arguments.get("state")
@@ -114,22 +117,25 @@ def _for_window(
     return _fulfilled(running, f"it is so: {window}", note)
 
 
-def _named_window(running: RunningApplication, wanted: "int | str | None", keeps: bool = False) -> Window:
-    """The window that is open, or was at the last answer, or else one of that title, which may come."""
+def _named_window(running: RunningApplication, wanted: "int | str | None", *, keeps: bool = False) -> Window:
+    """The open window that the client means; where none has the title, any window of that title, which may still come.
+
+    With `keeps` it is the one that was seen last, also if it is gone by now.
+    """
     seen = running.window_seen(wanted) if keeps and wanted is not None else None
     if seen is not None:
         return running.window_of(seen)
-    if isinstance(wanted, str) and not any(_begins(running, wanted)):
+    if isinstance(wanted, str) and not _is_open(running.look(), wanted):
         return running.app.window(wanted)
     return running.window_of(running.window(wanted))
 
 
-def _begins(running: RunningApplication, wanted: str) -> List[bool]:
-    running.look()
-    return [
+def _is_open(survey: Survey, wanted: str) -> bool:
+    """Whether a window has this name, or a title that begins so."""
+    return any(
         one.record.title.startswith(wanted) or (one.root is not None and one.root.name == wanted)
-        for one in running.survey.windows
-    ]
+        for one in survey.windows
+    )
 
 
 TOOLS = (
