@@ -9,7 +9,7 @@ import pytest
 
 from qtdriver.plugin import passed_runs
 from qtdriver.plugin.passed_runs import PassedRuns, current_branch
-from qtdriver.trace.differing import first_difference, tell_difference
+from qtdriver.trace.differing import first_difference, add_difference
 
 TREE = """window "Order"
   QFrame "bar"
@@ -175,7 +175,7 @@ def test_the_difference_is_written_beside_the_trace_with_the_picture_of_then(tmp
     runs = PassedRuns(tmp_path / "history")
     runs.keep("test_a", written(tmp_path / "then", trace(step(read="5", after="p.png")), p=b"then"))
     now = written(tmp_path / "now", trace(step(read="6", after="q.png")), q=b"now")
-    line = tell_difference(now, *runs.find("test_a"))
+    line = add_difference(now, *runs.find("test_a"))
     assert line.startswith("the first step that differs from the last run that passed (main, ")
     assert line.endswith('is 1. click(): it read "6", in the run that passed "5"')
     told = json.loads((now / "trace.json").read_text())["differs"]
@@ -191,5 +191,5 @@ def test_an_application_that_has_ended_is_shown_as_it_was_before(tmp_path, on_br
     for widgets, shown in (("", "before.png"), ("tree", "after.png")):
         failed = trace(step(error="it ended", widgets=widgets, **pictures), tree="window")
         now = written(tmp_path / f"now {shown}", failed)
-        tell_difference(now, *runs.find("test_a"))
+        add_difference(now, *runs.find("test_a"))
         assert json.loads((now / "trace.json").read_text())["differs"]["picture"] == shown

@@ -29,7 +29,7 @@ def order_page(tmp_path_factory):
         window.widget("pages/qt_tabwidget_tabbar").select("Entry fields")
         with pytest.raises(WindowNotFoundError) as caught:
             app.window("Roostery").widget("customerEdit").enter("Ada")
-        recorder.close(True)
+        recorder.close(keep=True)
     message = f"E   qtdriver.errors.WindowNotFoundError: {caught.value}"
     results = [
         TestResult("tests/test_menu.py::test_first", "passed", 0.25, "", None, None),

@@ -37,7 +37,7 @@ def recorded(tmp_path):
             recorder = Recorder(folder, **options)
             driver.listeners.append(recorder)
             test(app)
-            recorder.close(keep)
+            recorder.close(keep=keep)
         return json.loads((folder / "trace.json").read_text()) if keep else folder
 
     return run
@@ -293,7 +293,7 @@ def test_an_application_that_lists_slowly_is_asked_twice_and_then_no_more(record
 def test_a_trace_ends_with_its_recorder(recorded):
     def go_on(app):
         app.window(name="showcase").title()
-        app.listeners[0].close(True)
+        app.listeners[0].close(keep=True)
         app.window(name="showcase").widget("brewButton").activate()
 
     assert len(recorded(go_on)["steps"]) == 1

@@ -37,7 +37,7 @@ def recorded(application, tmp_path):
             test(window)
         finally:
             driver.listeners.remove(recorder)
-            recorder.close(True)
+            recorder.close(keep=True)
         return json.loads((tmp_path / "trace" / "trace.json").read_text())
 
     return run
@@ -205,7 +205,7 @@ def test_what_an_application_writes_is_in_the_trace_with_its_time(application, t
         app.perform("done()", lambda: app.connection.check_window("x"), reads=False)
     finally:
         driver.listeners.remove(recorder)
-        recorder.close(True)
+        recorder.close(keep=True)
         app.terminate()
     trace = json.loads((tmp_path / "trace" / "trace.json").read_text())
     written = [(line["stream"], line["text"]) for line in trace["output"]]
@@ -253,3 +253,6 @@ def test_the_page_shows_groups_source_output_and_the_widget(browser, recorded, t
     assert [frame[0] - picture[0], frame[1] - picture[1], *frame[2:]] == pytest.approx(expected, abs=2)
     browser.click(".steps li[role=option]", "title()")
     assert browser.texts(".target") == [] and len(browser.texts(".steps li[aria-selected=true]")) == 1
+    assert browser.text(".tabs [aria-selected=true]") == "Source", "this step has no output"
+    browser.click(".steps li[role=option]", "click()")
+    assert browser.text(".tabs [aria-selected=true]") == "Output 1", "the tab that was chosen last"

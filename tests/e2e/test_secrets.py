@@ -27,7 +27,7 @@ def recorded(tmp_path):
             recorder = Recorder(tmp_path / "trace", screenshots=False)
             driver.listeners.append(recorder)
             test(window)
-            recorder.close(True)
+            recorder.close(keep=True)
             exchanges = app.connection.transcript.exchanges()
         return (tmp_path / "trace" / "trace.json").read_text() + repr(exchanges)
 

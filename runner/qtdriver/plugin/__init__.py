@@ -62,7 +62,7 @@ def pytest_configure(config: pytest.Config) -> None:
 
 
 def pytest_sessionstart(session: pytest.Session) -> None:
-    """Prepares the terminal: says why the tests run one after the other where workers were asked for, and how they run in a Wayland session."""
+    """Prints the notes on how the tests run, such as that there are no workers, and begins to show progress."""
     terminal = session.config.pluginmanager.getplugin("terminalreporter")
     if terminal is not None:
         _show_progress(session.config.get_terminal_writer())
@@ -72,13 +72,13 @@ def pytest_sessionstart(session: pytest.Session) -> None:
 
 
 def _show_progress(writer: Any) -> None:
-    """Has long work shown behind the current line of pytest's terminal, which is no captured stream.
+    """Shows the progress of long work behind the current line of pytest's terminal, past pytest's capturing.
 
-    Not by the writer's own methods: it would count what is gone afterwards as a part of its line.
+    The writer's own methods are not used: it would count the text, which is removed again, as a part of its line.
     """
     show_progress_on(getattr(writer, "_file", None), lambda: int(writer.width_of_current_line))
 
 
 def pytest_unconfigure() -> None:
-    """Leaves the terminal to others."""
+    """Stops showing progress on the terminal."""
     show_progress_on(None)

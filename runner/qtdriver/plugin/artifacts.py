@@ -13,7 +13,7 @@ from ..api.driver import Driver
 from ..errors import ApplicationEndedError
 from ..errors.endings import describe_exit
 from ..protocol.secrets import Secrets
-from ..trace.differing import tell_difference
+from ..trace.differing import add_difference
 from ..trace.recorder import Recorder
 from . import folders
 from .bundle import write_bundle
@@ -126,7 +126,7 @@ class TestArtifacts:
         ends += [error for error in map(_crash, running) if error is not None]
         return ends[0] if ends and self.passed else None
 
-    def finish(self, keep_trace: bool = False) -> None:
+    def finish(self, *, keep_trace: bool = False) -> None:
         """Ends the recording. Its trace is kept if the test failed, the settings keep all, or `keep_trace` is set."""
         self._keeps_trace = self._keeps_trace or keep_trace
         self._end_recording()
@@ -146,10 +146,10 @@ class TestArtifacts:
         if keeps:
             folders.make(self.folder)
         try:
-            # A failure is complete when it is told, and a run to be compared with when it is packed; the traces of other
-            # tests that passed are when the run ends.
+            # The pictures of a failure have to be there when it is reported, and those of a run for comparison when that is
+            # packed. Those of other tests that passed are written while the run goes on.
             later = self.bundle is None and not self._is_to_be_compared_with()
-            recorder.close(keeps, pictures_later=later)
+            recorder.close(keep=keeps, pictures_later=later)
         except OSError as error:
             self._notes.append(f"no trace: {error}")
             return
@@ -166,12 +166,12 @@ class TestArtifacts:
                 self._passed_runs.keep(self._node_id, self.trace)
 
     def _compare_with_passed(self) -> None:
-        """Tells what differs from the last run that passed."""
+        """Adds the first difference from the last run that passed to the trace, and a note of it."""
         found = None if self._passed_runs is None else self._passed_runs.find(self._node_id)
         if found is None or self.trace is None:
             return
         try:
-            note = tell_difference(self.trace, *found)
+            note = add_difference(self.trace, *found)
         except Exception as error:  # whatever the file is: it is no part of the test
             note = f"no comparison with the last run that passed: {error}"
         self._notes += filter(None, [note])

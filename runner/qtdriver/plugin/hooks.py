@@ -73,7 +73,7 @@ class TestHooks:
     def pytest_fixture_setup(
         self, fixturedef: Any, request: pytest.FixtureRequest
     ) -> Generator[None, None, None]:
-        """Has the bundle written when a fixture that uses the driver fails in its teardown.
+        """Writes the bundle when a fixture that uses the driver fails in its teardown.
 
         The failure is reported only after the applications have been ended, and from pytest 8.1 on no hook tells of it
         before that. So the finalizers of fixtures are watched.
@@ -152,7 +152,7 @@ def _mark(report: pytest.TestReport, artifacts: TestArtifacts, item: pytest.Item
 
 
 def _send(report: pytest.TestReport, artifacts: TestArtifacts, config: pytest.Config) -> None:
-    """Where this is a worker of another machine, has the report bring the controller what is kept of the test."""
+    """In a worker of another machine, attaches the files of the test to the report, which brings them to the controller."""
     sender = sender_of(config)
     if sender is None or not (artifacts.bundle or artifacts.trace):
         return

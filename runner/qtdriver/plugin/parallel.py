@@ -29,7 +29,7 @@ def has_own_desktop(config: pytest.Config) -> bool:
 
 
 def prepare(config: pytest.Config, settings: Settings) -> str:
-    """Makes a run with several workers a run without them, where the system does not allow network namespaces.
+    """Takes the workers of this machine out of the run where the system does not allow network namespaces.
 
     Returns the reason, for the user; empty where the run stays as it is. Raises pytest.UsageError for options that do
     not go with several workers, and for missing programs.
@@ -82,7 +82,7 @@ class Workers:
 
     @hookimpl(optionalhook=True)
     def pytest_xdist_setupnodes(self, config: pytest.Config, specs: Sequence[Any]) -> None:
-        """Has with-desktop.sh run the interpreter of each worker, of this machine and of others."""
+        """Makes with-desktop.sh run the interpreter of each worker, on this machine and on others."""
         settings = config.stash.get(_HAS_OWN_TMP, None)
         options = [] if settings is None else ["--own-tmp", "/".join(kept_names(config, settings))]
         for spec in specs:

@@ -30,7 +30,7 @@ def is_remote(spec: Any) -> bool:
 
 
 def wrap_remote(spec: Any) -> None:
-    """Has the interpreter of a worker that is started by ssh begin on a desktop of its own.
+    """Makes the interpreter of a worker that is started by ssh begin on a desktop of its own.
 
     One that is reached by a socket runs already: its server is started with `python3 -m qtdriver.desktop --listen`.
     """
@@ -101,7 +101,7 @@ class ArtifactSender:
 
 
 def begin_sending(config: pytest.Config) -> None:
-    """In a worker of another machine, has tests leave their files where they are sent from."""
+    """In a worker of another machine, registers the ArtifactSender, and makes its folder the output folder of the tests."""
     told: Optional[Dict[str, Any]] = getattr(config, "workerinput", None)
     if told is not None and _BASE_KEY in told:
         sender = ArtifactSender(told)

@@ -73,7 +73,7 @@ class Results:
             self._write(report.nodeid, self._tests.pop(report.nodeid))
 
     def pytest_collectreport(self, report: pytest.CollectReport) -> None:
-        """Adds a file that could not be read as a test with an error; each worker tells it."""
+        """Adds a file that could not be read as a test with an error, once: every worker reports it."""
         if report.failed:
             self._tests[report.nodeid] = Attempts([Attempt("error", message=report.longreprtext)])
 

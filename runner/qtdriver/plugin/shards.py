@@ -110,14 +110,14 @@ class Shards:
 
     @hookimpl(optionalhook=True)
     def pytest_testnodedown(self, node: Any) -> None:
-        """Hears from a worker how it has split the tests."""
+        """Reads from a worker how it has split the tests."""
         told = getattr(node, "workeroutput", {}).get(_SPLIT_KEY)
         if told is not None:
             self._take(list(told[0].values()), told[1])
 
     @hookimpl(tryfirst=True)
     def pytest_sessionfinish(self, session: pytest.Session) -> None:
-        """A shard for which there was no test has not failed."""
+        """Ends a shard for which there was no test with the status of success."""
         nothing_left = self.split_tests is not None and self.split_tests.tests > 0
         if nothing_left and session.exitstatus == pytest.ExitCode.NO_TESTS_COLLECTED:
             session.exitstatus = pytest.ExitCode.OK

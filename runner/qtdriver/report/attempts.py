@@ -15,6 +15,7 @@ from .embedding import Embedding
 from .results import FLAKY, TestResult
 
 _KEPT_MESSAGE = 50_000
+"""Characters of a message, and of another text, that are kept: half of them from its beginning, half from its end."""
 
 _SEEN = ("stderr", "stdout", "windows")
 """The texts of a bundle that tell why an application has not started."""

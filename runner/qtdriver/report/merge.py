@@ -49,9 +49,13 @@ class _Runs:
 
 
 def merge(folders: Sequence[Path], output: Path) -> Merged:
-    """Merges the runs whose output folders these are. They stay where they are: the page has links into them.
+    """Makes one page, one JUnit file and one file of results of several runs.
 
-    Raises QtDriverError when no folder has results, or they cannot be read or written.
+    Args:
+        folders: the output folders of the runs; they have to stay where they are, since the page has links into them.
+        output: the folder for the files.
+
+    Returns the files. Raises QtDriverError when no folder has results, or they cannot be read or written.
     """
     problems: List[str] = []
     runs: List[RunResults] = []
@@ -86,7 +90,7 @@ def _problems(runs: Sequence[RunResults], tests: int) -> List[str]:
     for run in runs:
         split, status = run.ending()
         if status not in _ENDED:
-            problems.append(f"{run.file}: its run was interrupted{_with(status)}")
+            problems.append(f"{run.file}: its run was interrupted{_status_words(status)}")
         if split is not None:
             splits.append(split)
     if not splits:
@@ -97,16 +101,16 @@ def _problems(runs: Sequence[RunResults], tests: int) -> List[str]:
             "the shards are not of one split: they had other tests, or other times to split them by",
         ]
     numbers = Counter(split.shard for split in splits)
-    of = splits[0].count
-    missing = [number for number in range(1, of + 1) if not numbers[number]]
-    problems += [f"shard {number}/{of} is missing" for number in missing]
+    count = splits[0].count
+    missing = [number for number in range(1, count + 1) if not numbers[number]]
+    problems += [f"shard {number}/{count} is missing" for number in missing]
     problems += [
-        f"shard {number}/{of} is there {times} times" for number, times in numbers.items() if times > 1
+        f"shard {number}/{count} is there {times} times" for number, times in numbers.items() if times > 1
     ]
     if not problems and len(splits) == len(runs) and tests < splits[0].tests:
         problems.append(f"only {tests} of {splits[0].tests} tests have results")
     return problems
 
 
-def _with(status: Optional[int]) -> str:
+def _status_words(status: Optional[int]) -> str:
     return "" if status is None else f", with exit status {status}"

@@ -81,7 +81,7 @@ def write_page(results: Iterable[TestResult], file: Path) -> None:
     folder.mkdir(parents=True, exist_ok=True)
     counts: "Counter[str]" = Counter()
     seconds = 0.0
-    for result in _shown(results):
+    for result in _driving(results):
         counts[result.outcome] += 1
         seconds += result.total_seconds()
     embedding = Embedding()
@@ -116,14 +116,15 @@ def write_page(results: Iterable[TestResult], file: Path) -> None:
         output.writelines(stream)
 
 
-def _shown(results: Iterable[TestResult]) -> Iterator[TestResult]:
+def _driving(results: Iterable[TestResult]) -> Iterator[TestResult]:
+    """The tests that use a driver: the page shows no others."""
     return (result for result in results if result.drives)
 
 
 def _ordered(results: Iterable[TestResult], counts: "Counter[str]") -> Iterator[TestResult]:
     """The tests, those first that need attention."""
     for rank in sorted({_rank(outcome) for outcome in counts}):
-        yield from (result for result in _shown(results) if _rank(result.outcome) == rank)
+        yield from (result for result in _driving(results) if _rank(result.outcome) == rank)
 
 
 def _rows_in_page(counts: "Counter[str]") -> int:

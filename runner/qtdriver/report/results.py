@@ -105,9 +105,14 @@ class ResultsWriter:
         self._write(data)
 
     def close(self, split: Optional[SplitTests], status: int, *, keep: bool = False) -> None:
-        """Ends the file. It is kept if it is that of a shard, if tests use a driver, or if `keep` is set.
+        """Ends the file. It is kept if it is that of a shard, or if tests use a driver.
 
-        `status` is the exit status of the run.
+        Args:
+            split: how the tests were split among shards; None for a whole run.
+            status: the exit status of the run.
+            keep: whether to keep the file in any case.
+
+        Raises OSError.
         """
         self._write({"split": None if split is None else vars(split), "status": status})
         self._output.close()
@@ -181,8 +186,8 @@ def _data_of(result: TestResult, folder: Path) -> Dict[str, object]:
     }
     more = {
         "message": result.message,
-        "trace": _told(result.trace, folder),
-        "bundle": _told(result.bundle, folder),
+        "trace": _relative(result.trace, folder),
+        "bundle": _relative(result.bundle, folder),
         "worker": result.worker,
     }
     data.update({name: value for name, value in more.items() if value})
@@ -206,7 +211,7 @@ def _result_of(data: Dict[str, Any], folder: Path, earlier: Tuple[TestResult, ..
     )
 
 
-def _told(path: Optional[Path], folder: Path) -> str:
+def _relative(path: Optional[Path], folder: Path) -> str:
     """The path as seen from the folder where it is below that, so that the folder can be moved."""
     if path is None:
         return ""

@@ -43,14 +43,14 @@ def first_difference(trace: _Trace, passed: _Trace) -> Optional[Dict[str, Any]]:
             count = len(gone) + len(new)
             reasons.append("a widget differs" if count == 1 else f"{count} widgets differ")
         if reasons:
-            return _told(number, reasons, step, other, gone, new)
+            return _difference(number, reasons, step, other, gone, new)
     if steps and len(others) > len(steps):
         reason = f"the run that passed went on with {others[len(steps)]['title']}"
-        return _told(len(steps) - 1, [reason], steps[-1], others[len(steps) - 1], [], [])
+        return _difference(len(steps) - 1, [reason], steps[-1], others[len(steps) - 1], [], [])
     return None
 
 
-def _told(
+def _difference(
     number: int, reasons: List[str], step: _Step, other: Optional[_Step], gone: List[str], new: List[str]
 ) -> Dict[str, Any]:
     return {
@@ -98,9 +98,9 @@ def _read_value(step: _Step) -> Optional[str]:
 
 
 def _changed_widgets(trace: _Trace, step: _Step, passed: _Trace, other: _Step) -> Tuple[List[str], List[str]]:
-    """The widgets that were there or in sight only in the run that passed, after the step, and those only in this one.
+    """The widgets that could be seen after the step only in the run that passed, and those only in this one.
 
-    What is in one of them is not told.
+    Widgets that are inside one of these are left out.
     """
     if not step["widgets"] or not other["widgets"]:
         return [], []
@@ -143,7 +143,7 @@ def _outermost(seen: _Seen, other: _Seen) -> List[Tuple[str, ...]]:
     return [path for path, is_outermost in found.items() if is_outermost]
 
 
-def tell_difference(folder: Path, run: Path, branch: str) -> str:
+def add_difference(folder: Path, run: Path, branch: str) -> str:
     """Compares the trace in a folder with that of a run that passed, and adds the first difference to it.
 
     Args:

@@ -114,12 +114,14 @@ class Recorder(StepListener):
             # Nothing but the listing tells whether the application answers.
             entry.place = entry.place or place_of(app, step, asks_agent=bool(entry.widgets))
 
-    def close(self, keep: bool, *, pictures_later: bool = False) -> None:
-        """Ends the recording. With `keep`, writes the trace and its pictures into the folder.
+    def close(self, *, keep: bool, pictures_later: bool = False) -> None:
+        """Ends the recording. Closing twice is harmless.
 
-        With `pictures_later` the pictures are written while the caller goes on; `SCREENS.finish()` waits for them.
+        Args:
+            keep: whether to write the trace and its pictures into the folder.
+            pictures_later: whether to write the pictures while the caller goes on; `SCREENS.finish()` waits for them.
 
-        Raises OSError when the folder cannot be written. Closing twice is harmless.
+        Raises OSError when the folder cannot be written.
         """
         if self._closed:
             return
@@ -196,7 +198,7 @@ class Recorder(StepListener):
         return picture
 
     def _widgets(self, app: App, exchanges: List[Exchange]) -> str:
-        """The key of the text that lists the widgets; empty when the application cannot be asked."""
+        """Keeps the text that lists the widgets. Returns its key; empty when the application cannot be asked."""
         last = (exchanges or app.connection.transcript.exchanges())[-1:]
         if (last and last[0].error) or _has_ended(app):
             return ""

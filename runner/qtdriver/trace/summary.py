@@ -51,7 +51,7 @@ def read_summary(folder: Path) -> Dict[str, Any]:
 
 
 def describe_summary(summary: Dict[str, Any]) -> str:
-    """The same for a person."""
+    """A failure, as read_summary() has read it, in lines for a person: its steps and its error."""
     lines = [summary["folder"]]
     groups: List[str] = []
     for step in summary["steps"]:

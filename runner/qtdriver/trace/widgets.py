@@ -40,8 +40,9 @@ class WidgetLister:
     def list(self) -> str:
         """A line for each window and each of its widgets, indented by two blanks for each level.
 
-        The requests are not in the transcript. Returns an empty text when the application has ended, and after TooSlow. Raises TooSlow, once, when the application
-        takes too long.
+        The requests are not in the transcript. Returns an empty text when the application has ended or does not answer.
+        Raises TooSlow when the application has taken too long twice; after that it is asked no more, and the text is
+        empty.
         """
         if self._slow_listings >= _MOST_SLOW_LISTINGS:
             return ""

@@ -1,4 +1,4 @@
-/* The attempts at a test, and what there is of one that has no steps. */
+/* The attempts at a test, and what was kept of an attempt without steps. */
 
 /** The output, windows and screen of an application with which the test did nothing, as it did not start. */
 function makeSeen(seen) {

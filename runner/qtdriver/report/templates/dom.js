@@ -4,7 +4,7 @@
 
 const CONTROL = /[\u0000-\u0008\u000b-\u001f\u007f]/g;
 
-/** Control characters as the pictures that Unicode has of them, and halves of characters replaced. */
+/** The text with control characters replaced by Unicode's symbols for them, and unpaired surrogates by U+FFFD. */
 function visible(text) {
   const whole = String(text).replace(/[\ud800-\udfff]/gu, "\ufffd");
   return whole.replace(CONTROL, (character) =>
@@ -31,6 +31,7 @@ function breakable(text) {
   return visible(text).split(/(?<=[_.(/:,])(?=\w)/).flatMap((part, index) => (index ? [element("wbr"), part] : [part]));
 }
 
+/** A duration for a person: 4.2 ms, 120 ms, 1.2 s, 3 min 5 s. */
 function duration(seconds) {
   if (seconds < 0.00995) return `${(seconds * 1000).toFixed(1)} ms`;
   if (seconds < 0.9995) return `${Math.round(seconds * 1000)} ms`;
@@ -43,7 +44,7 @@ function jsonOf(id) {
   return JSON.parse(document.getElementById(id).textContent);
 }
 
-/** A list from which one entry is chosen, by click or arrow keys. `entries` answers those that can be chosen now. */
+/** Makes a list choose one entry by a click or the arrow keys. `entries` returns those that can be chosen now. */
 function listbox(list, entries, choose) {
   const step = {ArrowDown: 1, ArrowUp: -1, PageDown: 10, PageUp: -10, Home: -Infinity, End: Infinity};
   list.addEventListener("click", (event) => {

@@ -16,7 +16,7 @@ function makeSource(step, source) {
     element("pre", {className: "source"}, rows));
 }
 
-/** What the application wrote from the begin of a step to that of the next one; the first one has what came before, too. */
+/** What the application wrote from the beginning of a step to that of the next one; for the first step also what came before. */
 function outputOf(trace, number) {
   const from = number ? trace.steps[number].start : -Infinity;
   const to = number + 1 < trace.steps.length ? trace.steps[number + 1].start : Infinity;
@@ -119,15 +119,16 @@ function makeWidgets(step, trace, earlierStep) {
     tree);
 }
 
+/** Hides the widgets that neither have a text nor contain one that has it. */
 function findInTree(tree, text) {
   const wanted = text.toLowerCase();
-  const fits = (node) => {
+  const filter = (node) => { // returns whether the node is shown
     const inside = node.lastElementChild;
-    const children = node.tagName === "DETAILS" ? [...inside.children].map(fits).some(Boolean) : false;
+    const children = node.tagName === "DETAILS" ? [...inside.children].map(filter).some(Boolean) : false;
     const own = (node.tagName === "DETAILS" ? node.firstElementChild : node).textContent.toLowerCase().includes(wanted);
     node.hidden = !own && !children;
     if (wanted && children) node.open = true;
     return own || children;
   };
-  [...tree.children].forEach(fits);
+  [...tree.children].forEach(filter);
 }

@@ -1,5 +1,5 @@
-/* The pictures of a step: before, after, side by side, difference; expected and actual where it compared pictures. They are
-   decoded when they are shown. */
+/* The pictures of a step: before, after, side by side, difference; expected and actual where it compared pictures. A picture is
+   decoded when it is shown. */
 
 const MODES = [
   {name: "before", label: "Before", needs: ["before"]},

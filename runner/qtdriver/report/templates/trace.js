@@ -121,15 +121,21 @@ function makeGroup(group, depth) {
   return heading;
 }
 
-/** The tabs below the picture. The one that was chosen last stays chosen for the next step. */
+/** The tabs below the picture. The one that was chosen last is shown for each further step that has it. */
 function makeTabs(tabs) {
+  let current = null;
   const place = element("div", {className: "tab", role: "tabpanel", id: "tab"});
   const buttons = tabs.map((tab) => element("button", {
-    type: "button", role: "tab", "aria-controls": "tab", onclick: () => show(tab),
+    type: "button", role: "tab", "aria-controls": "tab", onclick: () => choose(tab),
   }, tab.label));
 
-  function show(tab) {
+  function choose(tab) {
     preferredTab = tab.name;
+    show(tab);
+  }
+
+  function show(tab) {
+    current = tab;
     buttons.forEach((button, index) => {
       button.setAttribute("aria-selected", String(tabs[index] === tab));
       button.tabIndex = tabs[index] === tab ? 0 : -1;
@@ -141,8 +147,8 @@ function makeTabs(tabs) {
   const row = element("div", {className: "tabs", role: "tablist", onkeydown: (event) => {
     const by = {ArrowLeft: -1, ArrowRight: 1}[event.key];
     if (!by) return;
-    const next = (tabs.findIndex((tab) => tab.name === preferredTab) + by + tabs.length) % tabs.length;
-    show(tabs[next]);
+    const next = (tabs.indexOf(current) + by + tabs.length) % tabs.length;
+    choose(tabs[next]);
     buttons[next].focus();
   }}, buttons);
   show(tabs.find((tab) => tab.name === preferredTab) || tabs[0]);
@@ -170,7 +176,7 @@ function makeEvidence(trace, number) {
   ].filter(Boolean);
 }
 
-/** Puts the test into `place`. `chosen` is told the numbers of the attempt and of each step that is chosen. */
+/** Puts the test into `place`. Calls `chosen` with the numbers of the attempt and of each step that is chosen. */
 function showTest(place, test, first, chosen) {
   const asked = test.attempts[first.attempt] ? first.attempt : usualAttempt(test);
   showAttempt(place, test, asked, first.step, chosen);
@@ -187,8 +193,8 @@ function showAttempt(place, test, number, first, chosen) {
   if (trace && trace.notes.length) {
     parts.push(element("ul", {className: "notes panel"}, trace.notes.map((note) => element("li", {}, note))));
   }
-  const told = (step) => chosen(number, step);
-  told(null);
+  const report = (step) => chosen(number, step);
+  report(null);
   if (!trace || !trace.steps.length) {
     const seen = attempt.seen && (attempt.seen.pictures.length || Object.keys(attempt.seen.texts).length);
     const none = trace ? "The test has done nothing with an application." : "No trace of this test was kept.";
@@ -206,7 +212,7 @@ function showAttempt(place, test, number, first, chosen) {
     mark(list, entries[number]);
     timeline.select(number);
     evidence.replaceChildren(...makeEvidence(trace, number));
-    told(number);
+    report(number);
   }
 
   listbox(list, () => entries, (entry) => choose(entries.indexOf(entry)));
