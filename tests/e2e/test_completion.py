@@ -12,7 +12,7 @@ from qtdriver.commandline.arguments import parsers
 from qtdriver.shell.completion import Completion, complete, complete_in_bash
 from qtdriver.shell.manual import manual_page
 
-from oneshot import held, runtime  # noqa: F401
+from oneshot import held, qtdriver, runtime  # noqa: F401
 from terminal import in_terminal
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -131,3 +131,9 @@ def test_a_shell_completes_a_name_with_a_colon_and_a_word_in_quotes(name, tmp_pa
         screen.wait_for("sible")
         screen.type('\x15qtdriver get Roastery "brewB\t')
         screen.wait_for("utton")
+
+
+def test_a_window_without_a_menu_bar_has_no_entries_to_complete(held):
+    qtdriver("menu", "Roastery", "Order/New order...")
+    assert qtdriver("complete", "zsh", "menu", "Widget:ActiveModalWidget", "") == "words"
+    assert "New order" in qtdriver("windows"), "the application is still held"

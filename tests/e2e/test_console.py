@@ -2,7 +2,7 @@
 
 import pytest
 
-from qtdriver.commandline.console import Words
+from qtdriver.commandline.console import LineCompleter
 
 from showcase import running
 
@@ -11,7 +11,7 @@ from showcase import running
 def words():
     """A console for a showcase."""
     with running() as (_, app):
-        yield Words(app)
+        yield LineCompleter(app)
 
 
 def offered(words, text):

@@ -12,7 +12,7 @@ from qtdriver import (
     WindowNotFoundError,
     WindowRecord,
 )
-from qtdriver.commandline.console import Words
+from qtdriver.commandline.console import LineCompleter
 from qtdriver.lookup.windows import certain_beginning, walk_windows
 from qtdriver.plugin.bundle import write_bundle
 from qtdriver.trace.recorder import Recorder
@@ -68,7 +68,7 @@ def test_a_trace_has_the_widgets_of_each_window(titles, tmp_path):
 
 
 def test_the_console_offers_the_object_name_of_each_window(titles):
-    offered = [word for word, _ in Words(titles).completions("tree Widget:")]
+    offered = [word for word, _ in LineCompleter(titles).completions("tree Widget:")]
     assert sorted(offered) == sorted(f"Widget:{name}" for name in NAMES)
 
 

@@ -47,8 +47,9 @@ _RUN_USAGE = (
 )
 
 _RUN_DESCRIPTION = """\
-Starts APP, a Qt widgets program of Linux or, under Wine, of Windows, with the agent inside, then reads requests from the terminal, from a pipe or from a script file,
-sends each to the agent, and prints its reply in readable form. When the input ends, APP is ended.
+Starts APP, a Qt widgets program of Linux or, under Wine, of Windows, with the agent inside. Then it reads
+requests from the terminal, from a pipe or from a script file, sends each to the agent, and prints its reply in
+readable form. When the input ends, APP is ended.
 
 Requests are the other commands (tree Main, get Main ok text), or lines of the protocol, for example '1' (list
 the windows) or '2,Main' (the widgets of the window whose title begins with Main). 'help' lists all of them. A
@@ -108,8 +109,8 @@ def wants_json(arguments: Sequence[str]) -> bool:
 def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
     """Parses the command line without the program's name. Exits after --help.
 
-    Returns the arguments: `action` is the name of the command; "run", "doctor", "init" and "inspect" have the application with its
-    arguments in `command`. Raises UsageError when the command line is wrong.
+    Returns the arguments: `action` is the name of the command; "run", "doctor", "init" and "inspect" have the application
+    with its arguments in `command`. Raises UsageError when the command line is wrong.
     """
     ours, application = _split(arguments)
     parser, run = parsers()

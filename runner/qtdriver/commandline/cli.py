@@ -33,7 +33,9 @@ if sys.platform == "win32":
     _ENDING_SIGNALS = (signal.SIGTERM,)
 else:
     _ENDING_SIGNALS = (signal.SIGTERM, signal.SIGHUP)
-_MANUAL = "manual"  # a hidden command, for what makes packages; control.COMPLETE is one for shells
+_MANUAL = "manual"
+"""A hidden command, by which the packages get their manual page; control.COMPLETE is the one for shells."""
+
 _NOT_FOR_THE_HOLDER = ("action", "name", "json")
 
 
@@ -57,14 +59,14 @@ def main(arguments: Optional[Sequence[str]] = None) -> int:
         if words[:1] == [control.COMPLETE]:
             return _complete(words[1], words[2:])
         if words == [_MANUAL]:
-            return _finish(Outcome(manual_page(parsers()[0], VERSION).rstrip("\n")), False)
+            return _finish(Outcome(manual_page(parsers()[0], VERSION).rstrip("\n")), as_json=False)
         if not words:
-            return _finish(Outcome(FIRST_STEPS), False)
+            return _finish(Outcome(FIRST_STEPS), as_json=False)
         parsed = parse_arguments(words)
         as_json = parsed.json
         return _ACTIONS.get(parsed.action, _one_shot)(parsed)
     except QtDriverError as error:
-        return _finish(Outcome.of_error(error), as_json)
+        return _finish(Outcome.of_error(error), as_json=as_json)
     except KeyboardInterrupt:
         return INTERRUPTED
     except BrokenPipeError:
@@ -78,10 +80,10 @@ def _leave(number: int, _frame: Optional[FrameType]) -> None:
     sys.exit(128 + number)
 
 
-def _finish(outcome: Outcome, as_json: bool) -> int:
+def _finish(outcome: Outcome, *, as_json: bool) -> int:
     """Prints an outcome, errors to standard error. Returns its exit status."""
     if as_json:
-        print(outcome.shown(True), flush=True)
+        print(outcome.shown(as_json=True), flush=True)
     elif outcome.status:
         print(f"qtdriver: {outcome.text}", file=sys.stderr, flush=True)
     elif outcome.text:
@@ -111,14 +113,14 @@ def _ask_application(name: Optional[str], words: Sequence[str]) -> Sequence[str]
 
 def _one_shot(parsed: argparse.Namespace) -> int:
     values = {name: value for name, value in vars(parsed).items() if name not in _NOT_FOR_THE_HOLDER}
-    return _finish(control.ask(parsed.name, parsed.action, values), parsed.json)
+    return _finish(control.ask(parsed.name, parsed.action, values), as_json=parsed.json)
 
 
 def _run(parsed: argparse.Namespace) -> int:
     if not parsed.headless and needs_x11(os.environ):
         print(f"qtdriver: {WAYLAND_NOTE}", file=sys.stderr, flush=True)
     if parsed.background:
-        return _finish(holding.start_holding(parsed), parsed.json)
+        return _finish(holding.start_holding(parsed), as_json=parsed.json)
     if parsed.headless:
         _continue_headless(parsed)
     return run_dialogue(parsed)
@@ -138,23 +140,23 @@ def _continue_headless(parsed: argparse.Namespace) -> None:
 
 def _doctor(parsed: argparse.Namespace) -> int:
     outcome = examine(parsed.build, Path(parsed.command[0]) if parsed.command else None)
-    print(outcome.shown(parsed.json), flush=True)
+    print(outcome.shown(as_json=parsed.json), flush=True)
     return outcome.status
 
 
 def _init(parsed: argparse.Namespace) -> int:
     text, data, passed = initialise(parsed.folder, parsed.command, build=parsed.build, run=not parsed.no_run)
-    print(Outcome(text, data).shown(parsed.json), flush=True)
+    print(Outcome(text, data).shown(as_json=parsed.json), flush=True)
     return OK if passed else FAILED
 
 
 def _trace(parsed: argparse.Namespace) -> int:
     summary = read_summary(parsed.folder)
-    return _finish(Outcome(describe_summary(summary), summary), parsed.json)
+    return _finish(Outcome(describe_summary(summary), summary), as_json=parsed.json)
 
 
 def _report(parsed: argparse.Namespace) -> int:
-    return _finish(report(parsed), parsed.json)
+    return _finish(report(parsed), as_json=parsed.json)
 
 
 def _inspect(parsed: argparse.Namespace) -> int:
@@ -165,10 +167,10 @@ def _inspect(parsed: argparse.Namespace) -> int:
 
     def tell(address: str) -> None:
         text = f"the inspector is at {address}\nPress Ctrl+C to end it."
-        print(Outcome(text, {"address": address}).shown(parsed.json), flush=True)
+        print(Outcome(text, {"address": address}).shown(as_json=parsed.json), flush=True)
 
     end = inspect(parsed, ask, tell)
-    return _finish(Outcome(end, {"end": end}), parsed.json)
+    return _finish(Outcome(end, {"end": end}), as_json=parsed.json)
 
 
 def _mcp(parsed: argparse.Namespace) -> int:

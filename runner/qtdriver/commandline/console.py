@@ -44,7 +44,7 @@ def _plain_lines(app: App) -> Iterator[str]:
 
 
 def _console_lines(app: App) -> Iterator[str]:
-    session, keep = _console_session(Words(app))
+    session, keep = _console_session(LineCompleter(app))
     while True:
         try:
             line = session.prompt()
@@ -56,8 +56,8 @@ def _console_lines(app: App) -> Iterator[str]:
             keep(_kept(app, line))
 
 
-def _console_session(words: Words) -> Tuple[Any, Callable[[str], None]]:
-    """A session of prompt_toolkit, and what adds a line to its history."""
+def _console_session(completer: LineCompleter) -> Tuple[Any, Callable[[str], None]]:
+    """A session of prompt_toolkit, and the function that adds a line to its history."""
     from prompt_toolkit import PromptSession
     from prompt_toolkit.completion import CompleteEvent, Completer, Completion
     from prompt_toolkit.document import Document
@@ -68,7 +68,7 @@ def _console_session(words: Words) -> Tuple[Any, Callable[[str], None]]:
 
         def get_completions(self, document: Document, complete_event: CompleteEvent) -> Iterable[Completion]:
             """The completions, each replacing the word before the cursor."""
-            for word, length in words.completions(document.text_before_cursor):
+            for word, length in completer.completions(document.text_before_cursor):
                 yield Completion(word, start_position=-length)
 
     class LaterHistory(FileHistory):
@@ -106,7 +106,7 @@ def _history_file() -> Path:
     return folder / "history"
 
 
-class Words:
+class LineCompleter:
     """Completes commands, then windows, then the widgets of that window, then the properties of that widget.
 
     The application is asked at most once a second.
@@ -187,10 +187,9 @@ def _properties(app: App, window: str, path: str) -> List[str]:
 
 
 def _menu_entries(app: App, window: str) -> List[str]:
-    bar = next(
-        node for node in list_tree(app.connection, window).nodes if node.record.class_name == "QMenuBar"
-    )
-    value = app.connection.read_property(window, bar.name, "itemList")
+    nodes = list_tree(app.connection, window).nodes
+    bar = next((node for node in nodes if node.record.class_name == "QMenuBar"), None)
+    value = () if bar is None else app.connection.read_property(window, bar.name, "itemList")
     return list(value) if isinstance(value, tuple) else []
 
 

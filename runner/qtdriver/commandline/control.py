@@ -85,7 +85,7 @@ def _require_private(folder: Path, status: os.stat_result) -> None:
 
 
 def ask(name: str, verb: str, values: Arguments) -> Outcome:
-    """Has the process that holds an application run a command.
+    """Asks the process that holds an application to run a command.
 
     Args:
         name: the name under which the application is held.
@@ -138,7 +138,11 @@ class ControlSocket:
     _socket: socket.socket
 
     def __init__(self, path: Path) -> None:
-        """Raises AlreadyHeldError when another process listens there, ControlSocketError when nobody can, or others could."""
+        """Starts to listen at `path`.
+
+        Raises AlreadyHeldError when another process listens there, and ControlSocketError when that fails, or when another
+        user could enter the folder.
+        """
         if sys.platform == "win32":
             raise ControlSocketError(_LINUX_ONLY)
         self._path = path

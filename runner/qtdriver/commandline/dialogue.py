@@ -27,7 +27,7 @@ class Dialogue:
         connected: False once the application has ended or closed the connection.
     """
 
-    def __init__(self, app: App, say: Say, complain: Say, echo: bool, as_json: bool = False) -> None:
+    def __init__(self, app: App, say: Say, complain: Say, *, echo: bool, as_json: bool = False) -> None:
         """Prepares a dialogue.
 
         Args:
@@ -98,7 +98,7 @@ class Dialogue:
         except FAILURES as error:
             outcome = verb.failure(error)
         self.any_refused = self.any_refused or outcome.status != 0
-        self._say(outcome.shown(self._as_json))
+        self._say(outcome.shown(as_json=self._as_json))
 
     def _fail(self, message: str) -> None:
         self.all_answered = False

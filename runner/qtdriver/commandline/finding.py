@@ -13,7 +13,7 @@ class Finding:
         check: the name of the check, such as "display".
         result: "ok"; "note" for something missing that may not be needed; "problem".
         text: the finding itself.
-        remedy: an advice; empty only where the result is "ok".
+        remedy: advice for the user; empty only where the result is "ok".
     """
 
     check: str

@@ -19,7 +19,7 @@ from ..errors.commandline import NoApplicationError
 from ..errors.internal import GivenUpError
 from ..launch.progress import is_readable_within
 from ..protocol.waiting import given_up_when
-from .console import Words
+from .console import LineCompleter
 from .control import COMPLETE, INSPECT, STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
 from .verbs import FAILURES, Arguments, verb_named
@@ -128,7 +128,7 @@ def _serve(control: ControlSocket, app: App) -> None:
 
 def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
     if request.verb == COMPLETE:
-        return Outcome("", Words(app).candidates(list(request.values.get("words", ()))))
+        return Outcome("", LineCompleter(app).candidates(list(request.values.get("words", ()))))
     if request.verb == INSPECT:
         return _inspect(app, request.values)
     verb = verb_named(request.verb)

@@ -79,7 +79,7 @@ class Outcome:
         data: Dict[str, Any] = {"error": type(error).__name__, "message": str(error), "code": code}
         return cls(str(error), data, status)
 
-    def shown(self, as_json: bool) -> str:
+    def shown(self, *, as_json: bool) -> str:
         """The line or lines to print."""
         return json.dumps(self.data, ensure_ascii=False) if as_json else self.text
 

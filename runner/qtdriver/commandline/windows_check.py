@@ -15,7 +15,7 @@ _INSTALL = "apt install wine wine64"
 
 
 def check_windows(build: Optional[Path]) -> Iterator[Finding]:
-    """Whether Windows programs could be driven; nothing of that is a problem for programs of Linux."""
+    """Checks whether Windows programs can be driven. It finds no problems, only notes: Linux programs need nothing of this."""
     try:
         yield Finding("Wine", "ok", str(find_wine()))
         yield _prefix()

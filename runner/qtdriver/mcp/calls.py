@@ -52,8 +52,11 @@ class Call:
             {"progressToken": self._token, "progress": self._progress, "message": words},
         )
 
-    def is_given_up(self) -> bool:
-        """Whether it was cancelled. Asked again and again while something waits, so it tells once a second how long."""
+    def poll(self) -> bool:
+        """Tells the client once a second how long it has waited. Returns whether the client has cancelled the call.
+
+        For a wait, which calls it again and again.
+        """
         if time.monotonic() - self._told >= _PROGRESS_SECONDS:
             self.tell(f"waiting for {time.monotonic() - self._started:.0f} s")
         return self.cancelled.is_set()

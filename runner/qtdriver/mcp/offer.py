@@ -74,7 +74,7 @@ class QtOffer:
         if problems:
             return Answer("\n".join(problems), is_error=True)
         try:
-            with given_up_when(call.is_given_up):
+            with given_up_when(call.poll):
                 return tool.run(self._session, call, arguments)
         except GivenUpError:
             raise GivenUp from None

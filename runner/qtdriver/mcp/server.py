@@ -87,7 +87,7 @@ class McpServer:
         return f"<server, {len(self._open)} calls>"
 
     def run(self) -> None:
-        """Serves until the client closes its end. Then what runs is given up, and nothing that waits is begun."""
+        """Serves until the client closes its end. Then the tool that runs is given up, and those that wait are not begun."""
         threading.Thread(target=self._read, daemon=True, name="qtdriver-mcp").start()
         while True:
             call = self._waiting.get()
@@ -117,7 +117,7 @@ class McpServer:
             if message is None:
                 return
             if message.id is None:
-                self._notice(message)
+                self._take_notification(message)
                 return
             number = message.id
             self._answer(message, number)
@@ -127,7 +127,7 @@ class McpServer:
         except Exception as error:  # a fault of an answer must not end the reading, and with it the server
             self._wire.send(error_line(RpcError(INTERNAL_ERROR, _fault(error), id=number)))
 
-    def _notice(self, message: Message) -> None:
+    def _take_notification(self, message: Message) -> None:
         if message.method == "notifications/cancelled":
             number: Any = message.params.get("requestId")
             with self._lock:

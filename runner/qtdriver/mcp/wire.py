@@ -24,10 +24,9 @@ class Wire:
 
     @classmethod
     def of_process(cls) -> "Wire":
-        """That of this process, for which it takes its standard input and output away.
+        """The standard input and output of this process, which nothing else uses from now on.
 
-        Whatever prints from now on, here or in a process that is started, prints to standard error; standard input is
-        empty.
+        Output of this process, and of those that it starts, goes to standard error instead; their standard input is empty.
         """
         sys.stdout.flush()
         reading, writing = os.fdopen(os.dup(0), "rb"), os.fdopen(os.dup(1), "wb")

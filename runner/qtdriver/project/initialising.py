@@ -57,12 +57,12 @@ def initialise(
         )
     trial = run_tests(folder, [] if build is None else [f"--qtdriver-build={build.absolute()}"])
     data.update(passed=trial.passed, summary=trial.summary)
-    lines += _told(folder, trial)
+    lines += _describe(folder, trial)
     return "\n".join(lines), data, trial.passed
 
 
-def _told(folder: Path, trial: Trial) -> List[str]:
-    """Lines that say what happened, and how to go on."""
+def _describe(folder: Path, trial: Trial) -> List[str]:
+    """Lines that say how the tests ended, and how to run them again."""
     lines = [f"the tests of {folder}: {trial.summary}"]
     if not trial.passed:
         lines.append(trial.output)

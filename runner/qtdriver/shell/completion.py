@@ -11,8 +11,8 @@ from typing import Callable, List, NamedTuple, Optional, Sequence, Tuple
 from .parsers import commands_of, options_of, positions_of
 
 Ask = Callable[[Optional[str], Sequence[str]], Sequence[str]]
-"""Answers what may come behind the words of a command, within the application of the given name, by default the one
-without a name of its own."""
+"""Returns the words that may follow those of a command, as the held application of this name offers them. None is the
+application of the default name."""
 
 _APPLICATION = "-- APP"
 _BEFORE_A_BREAK = re.compile(r".*[:=]")
