@@ -11,7 +11,7 @@ import pytest
 from qtdriver import ApplicationEndedError, ApplicationHangsError, Driver
 from qtdriver.crashes import cores
 from qtdriver.crashes import stacks as module
-from qtdriver.crashes.stacks import Frame, stacks_of_process
+from qtdriver.crashes.stacks import Frame, Stacks, Thread, stacks_of_process
 from qtdriver.plugin.bundle import write_bundle
 
 PROGRAM = r"""
@@ -138,6 +138,13 @@ def test_the_calls_of_an_interpreter_are_not_the_applications_own():
         finally:
             process.kill()
     assert found.threads and found.own_frame() is None
+
+
+@pytest.mark.parametrize("name, is_own", [("shotcut", True), ("python3.11-dbg", False), ("sh", False)])
+def test_a_program_whose_name_only_begins_like_an_interpreters_has_calls_of_its_own(name, is_own):
+    call = Frame("brew()", "coffee.cpp:12", "")
+    found = Stacks((Thread(1, "", (call,)),), program=f"/opt/{name}")
+    assert found.own_frame() == (call if is_own else None)
 
 
 def test_without_either_the_bundle_says_what_is_needed(launched, tmp_path, monkeypatch):

@@ -20,7 +20,7 @@ _SYSTEM_FOLDERS = ("/lib", "/usr/lib", "/usr/libexec", "/usr/local/lib")
 _OTHERS = ("libqtdriver", "libqttestability", "libQt", "linux-vdso", "[vdso")
 """Beginnings of the names of libraries that are not the application's own, wherever they are."""
 
-_INTERPRETERS = ("python", "perl", "ruby", "bash", "dash", "sh")
+_INTERPRETER = re.compile(r"(?:python|perl|ruby|bash|dash|sh)[\d.]*(?:d|m|t|-dbg)?")
 
 _EU_THREAD = re.compile(r"TID (\d+):")
 _EU_FRAME = re.compile(r"#\d+ +0x[0-9a-f]+(?: - \d+)?(?: (.*?))?(?: - (\S+))?$")
@@ -91,7 +91,7 @@ class Stacks:
 
         An interpreter's calls are not those of the application that it runs.
         """
-        if self.program.rpartition("/")[2].startswith(_INTERPRETERS):
+        if _INTERPRETER.fullmatch(self.program.rpartition("/")[2]):
             return None
         frames = self.threads[0].frames if self.threads else ()
         return next((frame for frame in frames if frame.is_own()), None)
