@@ -139,6 +139,14 @@ def test_a_machine_without_namespaces_says_so(tmp_path):
     assert "qtdriver: no worker on a desktop of its own here: this system allows no network" in done.stderr
 
 
+@pytest.mark.parametrize("place", ["4000", ":4000", "here:"])
+def test_a_server_of_workers_wants_to_know_from_where_it_can_be_reached(place):
+    command = [sys.executable, "-m", "qtdriver.desktop", "--listen", place]
+    environment = {**os.environ, "PYTHONPATH": str(RUNNER)}
+    done = subprocess.run(command, env=environment, capture_output=True, text=True, timeout=60)
+    assert done.returncode == 1 and done.stderr.startswith("usage: ") and "HOST:PORT" in done.stderr
+
+
 def spec(**attributes):
     return SimpleNamespace(**{"popen": None, "ssh": None, "via": None, "python": None, **attributes})
 

@@ -15,6 +15,7 @@ from typing import Callable, List, NoReturn
 from .desktop import MARK_OF_WORKERS, SCRIPT, environment_for_own_network, namespaces_refusal
 
 _LISTEN = "--listen"
+_USAGE = "usage: python3 -m qtdriver.desktop COMMAND ARGS... | --listen HOST:PORT"
 
 _SERVE = """
 import socket, sys
@@ -29,14 +30,16 @@ exec(source, {"clientsock": clientsock, "address": None, "execmodel": get_execmo
 
 def main(words: List[str]) -> None:
     """Runs the command, or serves until the process is ended."""
-    if len(words) < 1 or (words[0] == _LISTEN and len(words) != 2):
-        sys.exit("usage: python3 -m qtdriver.desktop COMMAND ARGS... | --listen HOST:PORT")
+    if not words or (words[0] == _LISTEN and len(words) != 2):
+        sys.exit(_USAGE)
+    host, _, port = words[-1].rpartition(":")
+    if words[0] == _LISTEN and not (host and port.isdigit()):  # without a host everybody could connect
+        sys.exit(_USAGE)
     refusal = namespaces_refusal()
     if refusal:
         sys.exit(f"qtdriver: no worker on a desktop of its own here: {refusal}")
     environment = {**environment_for_own_network(), MARK_OF_WORKERS: "1"}
     if words[0] == _LISTEN:
-        host, _, port = words[1].rpartition(":")
         serve(host, int(port), environment=environment, say=lambda text: print(text, flush=True))
     os.execve(str(SCRIPT), [str(SCRIPT), *words], environment)
 

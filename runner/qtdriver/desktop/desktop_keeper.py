@@ -145,7 +145,7 @@ def _listens(number: int) -> bool:
 
 
 def _admit_this_user(number: int, cookie: bytes) -> None:
-    """Has the X server accept all processes of this user without a cookie, and nobody else."""
+    """Tells the X server to accept all processes of this user without a cookie, and nobody else."""
     allowed = b"localuser\0#%d" % os.getuid()
     with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as client:
         client.settimeout(_START_SECONDS)

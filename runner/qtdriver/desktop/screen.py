@@ -118,7 +118,7 @@ class _SharedImage:
         self._attach()
 
     def _attach(self) -> None:
-        """Has the X server attach memory of the size of the screen."""
+        """Makes the X server attach memory of the size of the screen."""
         number = self._x.XDefaultScreen(self._connection)
         width, height = (
             size(self._connection, number) for size in (self._x.XDisplayWidth, self._x.XDisplayHeight)

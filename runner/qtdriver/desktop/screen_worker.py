@@ -5,8 +5,9 @@ its standard input. Each display has a thread of its own: one whose X server doe
 
 Orders are {"id": N, "do": NAME, ...}, answers {"id": N, "result": ...} or {"id": N, "error": TEXT}:
 
-    grab     display, store, delay      takes a picture into a store, after so many seconds or when the next one is
-                                        asked for; is answered as soon as it is taken. Its name is its id
+    grab     display, store, delay,     takes a picture into a store, after so many seconds or when the next one is
+             kept_bytes                 asked for; is answered as soon as it is taken. Its name is its id. The store takes
+                                        no more memory than kept_bytes
     picture  display, path, format,     saves a picture of the screen, or of a part of it; format is empty where the path
              part                       tells it, part is null or [left, top, right, bottom]
     windows  display                    lists the windows as [process, text]
