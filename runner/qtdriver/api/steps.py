@@ -151,7 +151,7 @@ class _Condition:
             return True
         if app.connection.transcript.is_in_step:
             return False
-        step = Step(self._title, True)
+        step = Step(self._title, reads=True)
         app.connection.transcript.begin(step)
         self._steps.append((app, step))
         _start(app, step, self._caller)

@@ -28,7 +28,15 @@ class WidgetValues:
     perform: Callable[..., Any]
 
     def read(self, name: str, argument: Optional[str] = None, *, timeout: Optional[float] = None) -> Value:
-        """The value of a property of Qt or of the widget's class; `argument` is for properties that take one."""
+        """The value of a property of Qt, or of the widget's class.
+
+        Args:
+            name: the property.
+            argument: for the few properties that take one, such as an item.
+            timeout: see the class.
+
+        Raises CommandError where the widget has no such property, or its type has no form in replies.
+        """
         shown = repr(name) if argument is None else f"{name!r}, {argument!r}"
         connection, address = self.window.app.connection, self.window.address
 
@@ -69,7 +77,10 @@ class WidgetValues:
         return value
 
     def items(self, *, timeout: Optional[float] = None) -> Tuple[str, ...]:
-        """The texts of the items of a list, combo box, tab bar or menu, the paths of those of a tree."""
+        """The texts of the items of a list, combo box, tab bar or menu, the paths of those of a tree.
+
+        Raises CommandError for a widget without items.
+        """
         names = self.read("pseudoPropertyNames", timeout=timeout)
         name = "pathList" if isinstance(names, tuple) and "pathList" in names else "itemList"
         value = self.read(name, timeout=timeout)

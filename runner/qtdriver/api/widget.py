@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 from contextlib import suppress
-from typing import TYPE_CHECKING, Callable, Dict, Optional, Sequence, Tuple, Type, TypeVar
+from typing import TYPE_CHECKING, Callable, Optional, Sequence, Tuple, Type, TypeVar
 
 from ..errors import (
     RETRYABLE_ERRORS,

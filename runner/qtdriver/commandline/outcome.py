@@ -89,7 +89,7 @@ class Outcome:
 
     @classmethod
     def from_line(cls, line: str) -> "Outcome":
-        """Reads to_line()."""
+        """Reads the line that to_line() writes."""
         return cls(**json.loads(line))
 
 

@@ -34,6 +34,6 @@ def setting_names() -> SettingNames:
 
 
 def use_setting_names(names: SettingNames) -> None:
-    """Has messages use these words from now on."""
+    """Makes messages use these words from now on."""
     global _in_use
     _in_use = names

@@ -77,7 +77,7 @@ class Launch(NamedTuple):
                 yield int(entry)
 
     def end(self, grace: float) -> None:
-        """Ends all: SIGTERM, and SIGKILL for those that still run after `grace` seconds.
+        """Ends all processes of the launch: SIGTERM, and SIGKILL for those that still run after `grace` seconds.
 
         Leaves processes that this user may not signal, because they run with the rights of another one.
         """

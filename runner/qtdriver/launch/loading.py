@@ -66,7 +66,14 @@ class Start(NamedTuple):
 
 
 def preload_environment(library: Path, environment: Optional[Mapping[str, str]] = None) -> Dict[str, str]:
-    """`environment`, by default that of this process, with `library` in front of what LD_PRELOAD names."""
+    """The environment that loads a library into a program.
+
+    Args:
+        library: the library, as agent_library() returns it.
+        environment: the other variables, by default those of this process.
+
+    Returns all variables, with `library` in front of what LD_PRELOAD names already.
+    """
     return _with_first(os.environ if environment is None else environment, "LD_PRELOAD", str(library))
 
 

@@ -86,7 +86,7 @@ class Job:
         )
 
     def add(self, pid: int) -> None:
-        """Takes in a process. Raises OSError."""
+        """Adds a process to the job. Raises OSError."""
         process = self._checked(self._kernel.OpenProcess(_PROCESS_SET_QUOTA_AND_TERMINATE, 0, pid))
         try:
             self._checked(self._kernel.AssignProcessToJobObject(self._handle, process))
@@ -109,11 +109,11 @@ class Job:
             count = 2 * assigned
 
     def terminate(self) -> None:
-        """Ends all of them at once."""
+        """Ends all processes of the job at once."""
         self._kernel.TerminateJobObject(self._handle, _ENDED_BY_TEST)
 
     def close(self) -> None:
-        """Gives the job back, which ends what is left of it."""
+        """Closes the job, which ends its processes that still run."""
         self._kernel.CloseHandle(self._handle)
 
     @staticmethod
@@ -137,7 +137,7 @@ class LaunchedProcesses:
         return dict(environment)
 
     def set_session_leader(self, leader: int) -> None:
-        """Takes in the started process, which is suspended, and lets it run."""
+        """Adds the started process, which is suspended, to the job, and lets it run."""
         assert self._job is not None
         self._job.add(leader)
         load_psutil().Process(leader).resume()

@@ -245,6 +245,6 @@ class WineDesktops:
         return self._desktops[place]
 
     def close(self) -> None:
-        """Ends all of them. Closing twice is harmless."""
+        """Closes all desktops. Closing twice is harmless."""
         while self._desktops:
             self._desktops.popitem()[1].close()

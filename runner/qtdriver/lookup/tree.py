@@ -152,7 +152,7 @@ class WidgetTree:
 
 
 def _add_count(lines: List[str], within: int) -> None:
-    """Adds to the last line, a hidden widget's, how many widgets are in it."""
+    """Adds to the last line, that of a hidden widget, how many widgets are in it."""
     if within:
         lines[-1] += f", with {within} more in it"
 

@@ -10,8 +10,8 @@ from typing import List, Optional, Tuple
 from ..api.app import App
 from ..api.disconnection import ended_error
 from ..api.driver import Driver
+from ..crashes.cores import is_crash
 from ..errors import ApplicationEndedError
-from ..errors.endings import describe_exit
 from ..protocol.secrets import Secrets
 from ..trace.differing import add_difference
 from ..trace.recorder import Recorder
@@ -24,7 +24,6 @@ from .settings import TRACE_OFF, TRACE_ON, Settings
 _TRACE = "trace"
 _ERROR = "error.txt"
 _PICTURES = "pictures"
-_CRASHES = {"SIGSEGV", "SIGABRT", "SIGBUS", "SIGFPE", "SIGILL", "SIGSYS", "SIGTRAP"}
 
 
 class TestArtifacts:
@@ -180,6 +179,6 @@ class TestArtifacts:
 def _crash(app: App) -> Optional[ApplicationEndedError]:
     """The error for an application that was to end and crashed instead; None for any other one."""
     status = None if app.process is None else app.process.status()
-    if status is None or describe_exit(status).rpartition(" ")[2] not in _CRASHES:
+    if status is None or not is_crash(status):
         return None
     return ended_error(app)

@@ -31,7 +31,7 @@ class WrittenSnapshots:
 
     @hookimpl()
     def pytest_terminal_summary(self, terminalreporter: Any) -> None:
-        """Lists them."""
+        """Prints their paths."""
         paths: List[str] = [
             value
             for reports in terminalreporter.stats.values()

@@ -172,7 +172,7 @@ class ExtendedChannel(Channel):
         return text
 
     def set_clipboard(self, text: str) -> None:
-        """Has the application put the text on the clipboard."""
+        """Puts the text on the clipboard, through the application."""
         self._extended("+clipboard", text)
 
     def focus(self, window: str, locator: Address) -> str:
@@ -180,7 +180,7 @@ class ExtendedChannel(Channel):
         return self._extended("+focus", window, locator).payload
 
     def record(self, *, passwords: bool = False) -> None:
-        """Has the agent record what a user does; events() tells it. An earlier recording is forgotten.
+        """Makes the agent record what a user does; events() returns it. An earlier recording is forgotten.
 
         Args:
             passwords: whether the keys in fields that hide their text are told, too.
@@ -188,11 +188,11 @@ class ExtendedChannel(Channel):
         self._extended("+record", "start", *(("passwords",) if passwords else ()))
 
     def stop_recording(self) -> None:
-        """Ends the recording. events() still tells once what happened until now."""
+        """Ends the recording. events() still returns, once, what has happened until now."""
         self._extended("+record", "stop")
 
     def events(self) -> Mapping[str, object]:
-        """All that has happened since the last call, as the agent tells it; see recording.events."""
+        """The events since the last call, in the agent's form; see recording.events."""
         return decode_json(self._extended("+events"))
 
     def _extended(self, name: str, *texts: Address) -> Reply:

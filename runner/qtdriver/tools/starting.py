@@ -38,9 +38,9 @@ def overview(running: RunningApplication) -> str:
     front = running.survey.in_front()
     if front is None or front.root is None:
         return "it shows no window yet"
-    shown = limited(
-        outline_with_refs(front.root), f"snapshot with target {front.root.ref} and first_line {{}}"
-    )
+    lines = outline_with_refs(front.root, most=MOST_LINES)
+    hint = f"snapshot with target {front.root.ref} and first_line {{}}"
+    shown = limited(lines, hint, count=outline_length(front.root))
     if len(running.survey.windows) == 1:
         return shown
     return f"windows:\n{running.windows_in_lines()}\nin front:\n{shown}"

@@ -20,7 +20,7 @@ from .sources import lines_around
 TRACE_FILE = "trace.json"
 
 SCRIPT_FILE = "trace.js"
-"""The same for a page: browsers let a page that is a file itself load a script beside it, and nothing else."""
+"""The trace as a script, for a page: browsers let a page that is a file load scripts beside it, but no data."""
 
 FORMAT = 2
 

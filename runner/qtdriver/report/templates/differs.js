@@ -1,4 +1,4 @@
-/* What differs from the last run of the test that passed: the first step, both pictures, the widgets. */
+/* The difference from the last run of the test that passed: the first step that differs, both pictures, the widgets. */
 
 /** The panel; `choose` takes the number of a step. Nothing where there is no such run, or nothing differs. */
 function makeDiffers(trace, choose) {

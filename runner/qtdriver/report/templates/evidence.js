@@ -1,4 +1,4 @@
-/* What is known of a step: the line of the test, what the application wrote, its requests, the widgets after it. */
+/* The tabs of a step: the line of the test, what the application wrote, its requests, the widgets after it. */
 
 const LINES_AROUND = 7;
 
@@ -16,7 +16,7 @@ function makeSource(step, source) {
     element("pre", {className: "source"}, rows));
 }
 
-/** What the application wrote from the beginning of a step to that of the next one; for the first step also what came before. */
+/** The output of the application from the beginning of a step to that of the next one; for the first step also what came before. */
 function outputOf(trace, number) {
   const from = number ? trace.steps[number].start : -Infinity;
   const to = number + 1 < trace.steps.length ? trace.steps[number + 1].start : Infinity;

@@ -17,7 +17,7 @@ function makeHeading(test, attempt) {
     files.length ? element("div", {className: "files"}, files) : null);
 }
 
-/** What was wrong: lines that pytest begins with an E, or the name of an exception at the beginning of a line. */
+/** Lines that say what was wrong: pytest begins them with an E, or they begin with the name of an exception. */
 const COMPLAINT = /^(E {2,}|[\w.]*(Error|Exception)\b)/;
 
 /** The line before those of a difference, and the one behind them. */
