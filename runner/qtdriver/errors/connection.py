@@ -60,8 +60,8 @@ class RequestTimeout(QtDriverError):
         seconds: the time that was given; None where the message does not name it.
     """
 
-    def __init__(self, message: str, *, seconds: Optional[float] = None) -> None:
-        super().__init__(message)
+    def __init__(self, message: str, *, context: str = "", seconds: Optional[float] = None) -> None:
+        super().__init__(message, context=context)
         self.seconds = seconds
 
 
