@@ -1,6 +1,8 @@
 """The structure of the sources: who imports whom in the runner, and how many files a folder has."""
 
 import ast
+import subprocess
+import sys
 from collections import defaultdict
 from graphlib import TopologicalSorter
 
@@ -122,6 +124,14 @@ def sources_of_folders(top):
         if source.suffix in (".py", ".cpp", ".h"):
             folders[source.parent.relative_to(ROOT)].add(source.stem)
     return folders
+
+
+@pytest.mark.parametrize(
+    "slow", ["aiohttp", "asyncio", "xml", "email", "qtdriver.mcp.server", "qtdriver.inspector.server"]
+)
+def test_a_command_line_does_not_wait_for_what_a_single_command_needs(slow):
+    code = "import sys; import qtdriver.commandline.cli; sys.exit(sys.argv[1] in sys.modules)"
+    assert subprocess.run([sys.executable, "-c", code, slow], cwd=RUNNER.parent).returncode == 0
 
 
 @pytest.mark.parametrize("top", ["runner", "src"])

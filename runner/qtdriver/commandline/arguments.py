@@ -10,7 +10,7 @@ from ..errors.commandline import UsageError
 from ..inspector.arguments import add_inspect_arguments
 from ..launch.agent import QT_MAJORS
 from ..launch.loading import LOAD_WAYS
-from ..mcp.program import add_mcp_arguments
+from ..mcp.arguments import add_mcp_arguments
 from ..project.initialising import add_init_arguments
 from ..protocol.channel import DEFAULT_TIMEOUT
 from .control import DEFAULT_NAME, STOP, valid_name

@@ -16,7 +16,6 @@ from ..desktop.session import WAYLAND_NOTE, needs_x11
 from ..errors import QtDriverError
 from ..errors.settingnames import ON_COMMAND_LINE, use_setting_names
 from ..launch.progress import show_progress_on
-from ..mcp.program import serve
 from ..project.initialising import initialise
 from ..shell.completion import complete, complete_in_bash
 from ..shell.manual import manual_page
@@ -174,6 +173,8 @@ def _inspect(parsed: argparse.Namespace) -> int:
 
 
 def _mcp(parsed: argparse.Namespace) -> int:
+    from ..mcp.program import serve  # slow to import, as above
+
     return serve(parsed, VERSION, [sys.executable, "-c", holding.START, holding.RUNNER])
 
 

@@ -5,7 +5,6 @@ from __future__ import annotations
 import argparse
 from pathlib import Path
 
-from ..report.merge import merge
 from .outcome import FAILED, OK, Outcome
 
 _MERGE = "merge"
@@ -32,6 +31,8 @@ def add_report_arguments(parser: argparse.ArgumentParser) -> None:
 
 def report(parsed: argparse.Namespace) -> Outcome:
     """Merges the results. The status is 1 where tests may be missing."""
+    from ..report.merge import merge  # slow to import, and other commands need not wait for it
+
     merged = merge(parsed.folders, parsed.output)
     counts = ", ".join(f"{count} {outcome}" for outcome, count in merged.counts.items()) or "no tests"
     lines = [f"{counts}: {merged.page}, {merged.junit}", *merged.problems]

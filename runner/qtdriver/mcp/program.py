@@ -10,46 +10,14 @@ from pathlib import Path
 from typing import List
 
 from ..desktop import desktop
-from ..launch.agent import QT_MAJORS
-from ..protocol.channel import DEFAULT_TIMEOUT
 from ..tools.options import Options
 from ..tools.session import Session
+from .arguments import ON_DESKTOP
 from .offer import QtOffer
 from .server import McpServer
 from .wire import Wire
 
-_ON_DESKTOP = "--on-desktop"
 _OBJECTS = 100_000
-
-
-def add_mcp_arguments(parser: argparse.ArgumentParser) -> None:
-    """Declares the arguments of the command."""
-    where = parser.add_mutually_exclusive_group()
-    where.add_argument(
-        "--headless",
-        action="store_true",
-        help="applications appear on a private desktop, in a private network (the default)",
-    )
-    where.add_argument(
-        "--headed", action="store_true", help="applications appear on the screen, to be watched"
-    )
-    where.add_argument(_ON_DESKTOP, action="store_true", help=argparse.SUPPRESS)
-    parser.add_argument(
-        "--folder",
-        type=Path,
-        metavar="DIR",
-        help="the folder of the project: applications start in it, and tests are saved below it (default: the current one)",
-    )
-    parser.add_argument(
-        "--qt", type=int, choices=QT_MAJORS, help="Qt version of applications whose files do not tell it"
-    )
-    parser.add_argument(
-        "--timeout",
-        type=float,
-        default=DEFAULT_TIMEOUT,
-        metavar="SECONDS",
-        help="how long an application may take to start, and to answer a request (default: %(default)g)",
-    )
 
 
 def serve(parsed: argparse.Namespace, version: str, start: List[str]) -> int:
@@ -92,7 +60,7 @@ def _enter_folder(parsed: argparse.Namespace) -> None:
 def _continue_on_desktop(parsed: argparse.Namespace, start: List[str]) -> None:
     """Replaces this process by the same on a desktop of its own."""
     # Nestable: a test that is saved is run on a desktop beside this one.
-    words = [str(desktop.SCRIPT), "--nestable", *start, "mcp", _ON_DESKTOP, "--timeout", str(parsed.timeout)]
+    words = [str(desktop.SCRIPT), "--nestable", *start, "mcp", ON_DESKTOP, "--timeout", str(parsed.timeout)]
     words += [] if parsed.qt is None else ["--qt", str(parsed.qt)]
     words += [] if parsed.build is None else ["--build", str(parsed.build)]
     os.execve(words[0], words, desktop.environment_for_own_network())

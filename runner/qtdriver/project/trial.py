@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import subprocess
 import sys
-from importlib.metadata import distributions
 from pathlib import Path
 from typing import List, NamedTuple, Sequence
 
@@ -69,6 +68,8 @@ def again_command() -> str:
 
 def is_installed() -> bool:
     """Whether pytest finds the plugin by itself."""
+    from importlib.metadata import distributions  # slow to import, and most commands need not wait for it
+
     return any(
         entry.group == "pytest11" and entry.value == _PLUGIN
         for distribution in distributions()
