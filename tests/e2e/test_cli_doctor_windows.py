@@ -85,7 +85,7 @@ def test_a_windows_program_with_an_agent_is_well(examine, place, workshop):
 def test_a_windows_program_without_an_agent_is_a_problem(examine, workshop):
     program = workshop.program(workshop.import_library("Qt6Widgets.dll"))
     finding = examine(program)["program"]
-    assert finding["result"] == "problem" and "scripts/build.sh 6 --windows" in finding["text"]
+    assert finding["result"] == "problem" and "scripts/build.sh 6 --windows" in finding["remedy"]
 
 
 def test_missing_libraries_of_a_windows_program_are_a_problem(examine, place, workshop):

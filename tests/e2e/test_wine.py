@@ -71,7 +71,7 @@ def test_a_pattern_that_cannot_be_made_is_told_and_leaves_nothing(place, monkeyp
 
 def test_a_cache_that_cannot_be_written_is_told_with_the_way_out(place):
     (place / "cache").write_text("a file\n")
-    with pytest.raises(errors.WineError, match="cannot be made.*WINEPREFIX"):
+    with pytest.raises(errors.WineError, match="(?s)cannot be made.*WINEPREFIX"):
         wine.make_pattern()
 
 
@@ -192,7 +192,7 @@ def test_libraries_come_from_the_qt_that_the_user_names(place, started):
 def test_libraries_that_are_nowhere_are_told(place, started):
     (place / "app" / "Qt5Widgets.dll").unlink()
     with pytest.raises(
-        errors.LibraryMissingError, match="needs Qt5Widgets.dll, which is neither.*QT5_WINDOWS"
+        errors.LibraryMissingError, match="(?s)needs Qt5Widgets.dll, which is neither.*QT5_WINDOWS"
     ):
         started(QT5_WINDOWS="")
 

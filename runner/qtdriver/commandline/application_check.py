@@ -44,10 +44,6 @@ _REMEDIES: Tuple[Tuple[Type[QtDriverError], str], ...] = (
     (NoWidgetsError, _SAY_QT),
     (NoQtError, _SAY_QT),
     (StaticProgramError, "build the application with shared libraries"),
-    (
-        AgentNotBuiltError,
-        "get it with that command, or name another folder with --build DIR",
-    ),
     (CompilerError, "build the agent with the compiler and the Qt of the application: docs/windows.md"),
     (
         LibraryMissingError,
@@ -97,4 +93,6 @@ def check_application(build: Optional[Path], program: Path) -> Iterator[Finding]
 
 
 def _remedy(error: QtDriverError) -> str:
+    if isinstance(error, AgentNotBuiltError):
+        return error.hint[:1].lower() + error.hint[1:]  # it has the command that gets this agent
     return next(remedy for kind, remedy in _REMEDIES if isinstance(error, kind))

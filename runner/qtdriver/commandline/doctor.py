@@ -102,7 +102,7 @@ def _agents(build: Optional[Path]) -> Iterator[Finding]:
                 f"{command_for_agent(major)}, or name another build folder with --build DIR",
             )
         except AgentPathError as error:
-            yield Finding(f"agent for Qt {major}", "problem", str(error), MOVE_BUILD)
+            yield Finding(f"agent for Qt {major}", "problem", error.message, MOVE_BUILD)
     if not found:
         yield Finding(
             "agents", "problem", "there is none for any Qt", "scripts/build.sh 5, or the number of your Qt"

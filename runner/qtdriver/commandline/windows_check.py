@@ -20,7 +20,7 @@ def check_windows(build: Optional[Path]) -> Iterator[Finding]:
         yield Finding("Wine", "ok", str(find_wine()))
         yield _prefix()
     except WineError as error:
-        yield Finding("Wine", "note", str(error), _INSTALL)
+        yield Finding("Wine", "note", error.message, _INSTALL)
     yield _agents(build)
 
 

@@ -19,15 +19,13 @@ _OF_WHEEL = Path(__file__).resolve().parents[1] / "agents"
 _DEBIAN_PACKAGES = Path("/usr/lib/python3/dist-packages")
 _OF_DEBIAN = Path("/usr/lib", str(sysconfig.get_config_var("MULTIARCH") or ""), "qtdriver")
 _QT_OF_DEBIAN = (5, 6)
-_NOT_BUILT = (
-    "the application uses Qt {major}, and there is no agent for it at {library}: get it with '{command}', or name "
-    "another build folder with {option}"
-)
 
 
 def _not_built(major: int, library: Path, command: str) -> AgentNotBuiltError:
-    option = setting_names().build
-    return AgentNotBuiltError(_NOT_BUILT.format(major=major, library=library, command=command, option=option))
+    return AgentNotBuiltError(
+        f"the application uses Qt {major}, and there is no agent for it at {library}",
+        hint=f"Get it with '{command}', or name another build folder with {setting_names().build}",
+    )
 
 
 def _is_debian_package() -> bool:
@@ -79,8 +77,8 @@ def agent_library(major: int, build: "Optional[Path | str]" = None) -> Path:
         raise _not_built(major, library, command_for_agent(major))
     if any(character in str(library) for character in " :\t\n$"):
         raise AgentPathError(
-            f"the path of the agent, {library}, has a blank, a colon or a dollar sign, which "
-            "LD_PRELOAD cannot hold: move the build folder"
+            f"the path of the agent, {library}, has a blank, a colon or a dollar sign, which LD_PRELOAD cannot hold",
+            hint="Move the build folder",
         )
     return library
 
@@ -115,8 +113,8 @@ def require_same_architecture(program: Path, library: Path) -> None:
     theirs, ours = read_elf(program).architecture, read_elf(library).architecture
     if theirs != ours:
         raise ArchitectureError(
-            f"{program} is made for {theirs}, but the agent {library} for {ours}: build the agent for the "
-            "application's architecture"
+            f"{program} is made for {theirs}, but the agent {library} for {ours}",
+            hint="Build the agent for the application's architecture",
         )
 
 
@@ -143,6 +141,6 @@ def require_recent_qt(program: Path, library: Path, environment: Mapping[str, st
         if missing:
             wanted = ", ".join(sorted(version.replace("_", " ") for version in missing))
             raise OldQtError(
-                f"{program} uses {file}, and the agent {agent} needs {wanted} or newer: take a build of the "
-                "application with that Qt, or build the agent with the application's"
+                f"{program} uses {file}, and the agent {agent} needs {wanted} or newer",
+                hint="Take a build of the application with that Qt, or build the agent with the application's",
             )

@@ -104,7 +104,8 @@ def start_of(
     if is_windows_program(program):
         if load_by == PRELOAD:
             raise LoadingError(
-                f"{program} is a Windows program, into which nothing can be preloaded: leave out '{PRELOAD}'"
+                f"{program} is a Windows program, into which nothing can be preloaded",
+                hint=f"Leave out '{PRELOAD}'",
             )
         agent = windows_agent(major, build)
         require_same_kind(program, agent)
@@ -188,6 +189,7 @@ def library_folders(
         looked_at = ", ".join(map(str, [*own[1:], agent.parent, *further]))
         raise LibraryMissingError(
             f"{program}, with the agent inside, needs {', '.join(missing)}, which is neither beside the program nor in "
-            f"{looked_at}: put it there, or name the folder of the application's Qt for Windows by QT{major}_WINDOWS"
+            f"{looked_at}",
+            hint=f"Put it there, or name the folder of the application's Qt for Windows by QT{major}_WINDOWS",
         )
     return [folder for folder in further if folder in folders.used]

@@ -32,7 +32,9 @@ def find_program(name: str) -> Path:
         if found is None and name.lower().endswith(_WINDOWS_ENDING) and is_windows_program(Path(name)):
             found = name
         if found is None:
-            raise ProgramNotFoundError(f"{name}: no such program in PATH; give its path if it is elsewhere")
+            raise ProgramNotFoundError(
+                f"{name}: no such program in PATH", hint="Give its path if it is elsewhere"
+            )
         return Path(os.path.abspath(found))
     path = Path(os.path.abspath(name))
     if not path.exists():
@@ -66,7 +68,8 @@ def require_elf(program: Path) -> None:
     if first_line.startswith(b"#!"):
         interpreter = first_line[2:].decode("latin-1").strip()
         raise ScriptProgramError(
-            f"{program} is a script (run by {interpreter}): name the binary that it starts, or the Qt "
-            f"version that this binary uses, with {setting_names().qt}"
+            f"{program} is a script (run by {interpreter})",
+            hint="Name the binary that it starts, or the Qt version that this binary uses, with "
+            f"{setting_names().qt}",
         )
     raise UnknownFormatError(f"{program} is neither a program of Linux or Windows nor a script")

@@ -62,8 +62,8 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
             other_qt_library = file_name
     if other_qt_library is not None:
         raise NoWidgetsError(
-            f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives: if "
-            f"it loads them later, as a plugin, name the Qt version with {setting_names().qt}"
+            f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives",
+            hint=f"If it loads them later, as a plugin, name the Qt version with {setting_names().qt}",
         )
     raise _error_without_qt(program, loaded, count)
 
@@ -71,15 +71,15 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
 def _error_without_qt(program: Path, loaded: LoadedFile, count: int) -> ProgramError:
     if contains_qt_widgets(loaded.elf.path):
         return StaticQtError(
-            f"Qt is linked into {program} statically, and the agent cannot be loaded beside it: build the "
-            "application with shared Qt libraries"
+            f"Qt is linked into {program} statically, and the agent cannot be loaded beside it",
+            hint="Build the application with shared Qt libraries",
         )
     if loaded.elf.interpreter is None:
         return StaticProgramError(
-            f"{program} is statically linked, and the agent cannot be loaded into it: build the application "
-            "with shared libraries"
+            f"{program} is statically linked, and the agent cannot be loaded into it",
+            hint="Build the application with shared libraries",
         )
     return NoQtError(
-        f"{program} links no Qt ({count} libraries looked through): if it loads Qt later, as a plugin, name "
-        f"the Qt version with {setting_names().qt}"
+        f"{program} links no Qt ({count} libraries looked through)",
+        hint=f"If it loads Qt later, as a plugin, name the Qt version with {setting_names().qt}",
     )

@@ -38,7 +38,9 @@ def windows_qt_major(program: Path, environment: Mapping[str, str]) -> int:
     """
     try:
         if read_pe(program).is_library:
-            raise UnknownFormatError(f"{program} is a library of Windows: name the program that loads it")
+            raise UnknownFormatError(
+                f"{program} is a library of Windows", hint="Name the program that loads it"
+            )
         return _qt_major(program, environment)
     except ValueError as error:
         raise UnknownFormatError(str(error)) from error
@@ -53,15 +55,15 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
             return _WIDGETS_LIBRARIES[name.lower()]
         if name.lower() in _DEBUG_LIBRARIES:
             raise CompilerError(
-                f"{program} links {name}, a debug build of Qt, beside which the agent would load the other one: test "
-                "the application's release build"
+                f"{program} links {name}, a debug build of Qt, beside which the agent would load the other one",
+                hint="Test the application's release build",
             )
         if other_qt_library is None and _QT_LIBRARY.fullmatch(name):
             other_qt_library = name
     if other_qt_library is not None:
         raise NoWidgetsError(
-            f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives: if "
-            f"it loads them later, as a plugin, name the Qt version with {setting_names().qt}"
+            f"{program} links {other_qt_library}, but not Qt's widgets, which are what the agent drives",
+            hint=f"If it loads them later, as a plugin, name the Qt version with {setting_names().qt}",
         )
     raise _error_without_qt(program, count)
 
@@ -69,12 +71,12 @@ def _qt_major(program: Path, environment: Mapping[str, str]) -> int:
 def _error_without_qt(program: Path, count: int) -> ProgramError:
     if contains_qt_text(program):
         return StaticQtError(
-            f"Qt is linked into {program} statically, and the agent cannot be loaded beside it: build the "
-            "application with Qt's DLLs"
+            f"Qt is linked into {program} statically, and the agent cannot be loaded beside it",
+            hint="Build the application with Qt's DLLs",
         )
     return NoQtError(
-        f"{program} links no Qt ({count} libraries looked through): if it loads Qt later, as a plugin, name "
-        f"the Qt version with {setting_names().qt}"
+        f"{program} links no Qt ({count} libraries looked through)",
+        hint=f"If it loads Qt later, as a plugin, name the Qt version with {setting_names().qt}",
     )
 
 
@@ -87,11 +89,12 @@ def require_same_kind(program: Path, agent: Path) -> None:
         raise UnknownFormatError(str(error)) from error
     if theirs != ours:
         raise ArchitectureError(
-            f"{program} is made for {theirs}, but the agent {agent} for {ours}: build the agent for the "
-            "application's architecture"
+            f"{program} is made for {theirs}, but the agent {agent} for {ours}",
+            hint="Build the agent for the application's architecture",
         )
     if all(compilers) and compilers[0] != compilers[1]:
         raise CompilerError(
             f"{program} uses a Qt that was made by {compilers[0]}, but the agent {agent} one that was made by "
-            f"{compilers[1]}: build the agent with the compiler and the Qt of the application"
+            f"{compilers[1]}",
+            hint="Build the agent with the compiler and the Qt of the application",
         )

@@ -23,7 +23,7 @@ from .supervision import LaunchedProcesses
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-_MISSING = "running a Windows program needs Wine, which is not installed (Debian: wine, wine64)"
+
 _MAKING_SECONDS = 600.0
 _START_SECONDS = 120.0
 _GRACE_SECONDS = 5.0
@@ -44,7 +44,10 @@ def find_wine() -> Path:
     """The program that starts Windows programs. Raises WineError where there is none."""
     found = shutil.which("wine") or shutil.which("wine64")
     if found is None:
-        raise WineError(_MISSING)
+        raise WineError(
+            "running a Windows program needs Wine, which is not installed",
+            hint="Install it (Debian: wine, wine64)",
+        )
     return Path(found)
 
 
@@ -84,7 +87,7 @@ def make_pattern() -> Path:
                     made.rename(folder)
     except OSError as error:
         raise WineError(
-            f"Wine's prefix {folder} cannot be made: {error}; name another one by WINEPREFIX"
+            f"Wine's prefix {folder} cannot be made: {error}", hint="Name another one by WINEPREFIX"
         ) from error
     return folder
 

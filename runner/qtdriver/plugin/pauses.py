@@ -14,7 +14,7 @@ from .hooks import ARTIFACTS
 
 
 def register_pauses(config: pytest.Config) -> None:
-    """Has tests that fail be paused. Raises pytest.UsageError where nobody could have them go on."""
+    """Makes tests pause when they fail. Raises pytest.UsageError where nobody could have them go on."""
     try:
         check_person()
     except PauseError as error:
