@@ -19,7 +19,7 @@ from chromium import browser, quiet  # noqa: F401 (fixtures)
 from madetraces import made, make_trace  # noqa: F401 (fixture)
 
 OPEN_SECONDS = 2.0
-"""A page is there within so long, on a machine that has nothing else to do."""
+"""A page is there after so much work of a processor; whatever else the machine has to do, it takes no more."""
 
 SLOWEST_MACHINE = 5
 """How many times slower a machine may be."""
@@ -34,9 +34,18 @@ def files_beside(browser):
     return [name for name in names if not name.endswith(".html")]
 
 
-def opened_after(browser):
-    """Seconds until the page was there, with its first test."""
-    return browser.run("return (performance.timing.domComplete - performance.timing.responseStart) / 1000")
+def seconds_to_open(browser, file, fragment=""):
+    """Opens a page; the seconds that the browser's process for pages has worked until it was there, with its first test."""
+    before = worked(browser)
+    browser.open(file, fragment)
+    after = worked(browser)
+    return after - before if after >= before else after  # a process of its own can be started for the page
+
+
+def worked(browser):
+    browser.command("Performance.enable")
+    metrics = browser.command("Performance.getMetrics")["metrics"]
+    return next(metric["value"] for metric in metrics if metric["name"] == "ProcessTime")
 
 
 def test_the_trace_of_a_test_that_went_well_is_loaded_when_it_is_opened(browser, made, tmp_path):
@@ -192,9 +201,8 @@ def test_a_page_of_two_hundred_failures_opens_at_once_and_is_of_a_bounded_size(b
         results.append(TestResult(f"f.py::test_{number}", "failed", 0.1, "E   Error\n" * 100, trace, None))
     write_page(results, tmp_path / "page.html")
     assert PAGE_BYTES / 2 < (tmp_path / "page.html").stat().st_size < PAGE_BYTES
-    browser.open(tmp_path / "page.html")
-    seconds = opened_after(browser)
-    print(f"opened after {seconds:.2f} s, {(tmp_path / 'page.html').stat().st_size / 1e6:.1f} MB")
+    seconds = seconds_to_open(browser, tmp_path / "page.html")
+    print(f"opened with {seconds:.2f} s of work, {(tmp_path / 'page.html').stat().st_size / 1e6:.1f} MB")
     assert seconds < OPEN_SECONDS * SLOWEST_MACHINE
     assert len(browser.texts("#tests li")) == 200 and len(browser.texts(".steps li")) == 10
 
@@ -246,8 +254,7 @@ def test_ten_thousand_tests_take_as_much_memory_and_as_large_a_page_as_fewer(bro
     assert peak_of_many < peak * 1.2
     assert sizes[1] < sizes[0] * 1.05 and sizes[1] < 1_500_000
     make_trace(large / "trace", [dict(title="wait")])
-    browser.open(large / "report.html", "#test=10000")
-    assert opened_after(browser) < OPEN_SECONDS * SLOWEST_MACHINE
+    assert seconds_to_open(browser, large / "report.html", "#test=10000") < OPEN_SECONDS * SLOWEST_MACHINE
     browser.wait_until("return document.querySelector('.steps .title')")
     assert browser.text("h2") == "test_9999" and browser.texts(".steps .title") == ["wait"]
     assert files_beside(browser) == ["report-more.js", "trace.js"]
