@@ -226,7 +226,7 @@ def test_a_wait_tells_how_far_it_is_and_can_be_cancelled(showcase):
     assert showcase.response(ping)["result"] == {}, "it is answered while the tool runs"
     showcase.notify("notifications/cancelled", requestId=number)
     assert "Roastery" in showcase.call("windows"), "the next response is not that of the cancelled request"
-    assert time.monotonic() - began < 20
+    assert time.monotonic() - began < 45
 
 
 def test_an_id_that_is_still_worked_on_is_refused(showcase):
