@@ -8,9 +8,25 @@ from qtdriver.recording.code import test_code as code_of
 from qtdriver.recording.events import Event, EventItem, parse_events
 from qtdriver.recording.steps import Launch
 
-BUTTON, LINE, LIST, TREE, TABLE, TABS, BOX, BAR, CANVAS, SECRET, NOTES, SLIDER, CHECK, COLUMNS, TOOL = range(
-    2, 17
-)
+(
+    BUTTON,
+    LINE,
+    LIST,
+    TREE,
+    TABLE,
+    TABS,
+    BOX,
+    BAR,
+    CANVAS,
+    SECRET,
+    NOTES,
+    SLIDER,
+    CHECK,
+    COLUMNS,
+    TOOL,
+    FILE,
+    SAVE,
+) = range(2, 19)
 NAMED = (
     (BUTTON, "QPushButton", "button", {"name": "brew"}),
     (LINE, "QLineEdit", "edit", {"label": "Customer:"}),
@@ -26,6 +42,8 @@ NAMED = (
     (SLIDER, "QSlider", "slider", {"name": "heat"}),
     (CHECK, "QCheckBox", "checkbox", {"text": "Milk"}),
     (TOOL, "QToolButton", "button", {"name": "more"}),
+    (FILE, "QLineEdit", "edit", {"name": "fileNameEdit"}),
+    (SAVE, "QPushButton", "button", {"text": "Save"}),
 )
 
 
@@ -214,6 +232,38 @@ CASES = {
         [*keys(LINE, "Ada"), event("key", LINE, key="Tab", text="\t", value="Ada")],
         ['shop.find(label="Customer:").fill("Ada")'],
     ),
+    "a text that replaces another": (
+        [key(LINE, "Ctrl+A", value="Bob"), *keys(LINE, "5", before="Bob")],
+        ['shop.find(label="Customer:").fill("5")'],
+    ),
+    "a text with a list of completions": (
+        [
+            *keys(LINE, "Ad"),
+            event("shown", 60, 60, **{"class": "QListView"}),
+            event("key", 60, 60, key="A", text="a"),
+            event("closed", 60, 60),
+            event("key", LINE, key="X", text="x", value="Ada"),
+        ],
+        ['shop.find(label="Customer:").fill("Adax")'],
+    ),
+    "a completion that is accepted": (
+        [
+            *keys(LINE, "Ad"),
+            event("shown", 60, 60, **{"class": "QListView"}),
+            event("key", 60, 60, key="A", text="a"),
+            event("key", 60, 60, key="Return", text="\r"),
+        ],
+        ['shop.find(label="Customer:").fill("Ada")', 'shop.find(label="Customer:").press("Return")'],
+    ),
+    "a file": (
+        [
+            *keys(FILE, "a.txt"),
+            event("key", FILE, key="Return", text="\r", value="a.txt"),
+            *keys(FILE, "b.txt"),
+            *click(SAVE, tree=tree(fileNameEdit="b.txt")),
+        ],
+        ['shop.file("a.txt")', 'shop.file("b.txt")'],
+    ),
     "lines": (keys(NOTES, "a\rb"), [r"shop.widget('notes').fill('a\nb')".replace("'notes'", '"notes"')]),
     "an input method": (
         [event("text", LINE, text="日本", tree=tree())],
@@ -266,6 +316,24 @@ def test_two_widgets_with_one_text_are_not_confused():
     twins = {**DIALOG, "children": [{**child, "text": "OK"} for child in DIALOG["children"]]}
     told = parse_events({"events": click(71, window=70, tree=twins), "dropped": 0, "recording": True})
     assert steps_of("app", told.events) == []
+
+
+def test_two_widgets_with_one_name_are_told_by_what_they_are_in():
+    def box(ref, name):
+        field = {"ref": ref + 1, "class": "QLineEdit", "role": "edit", "name": "field", "rect": [0, 0, 9, 9]}
+        return {
+            "ref": ref,
+            "class": "QWidget",
+            "role": "widget",
+            "name": name,
+            "rect": [0, 0, 9, 9],
+            "children": [field],
+        }
+
+    window = {**DIALOG, "children": [box(71, "first"), box(81, "second")]}
+    events = [event("key", 82, window=70, key="A", text="a", tree=window)]
+    (step,) = steps_of("app", parse_events({"events": events, "dropped": 0, "recording": True}).events)
+    assert step.widget == 'widget("second").find(path="field")'
 
 
 def test_the_focus_between_two_keys_does_not_end_a_text():

@@ -5,14 +5,17 @@ import os
 import re
 import signal
 import subprocess
+import sys
 from contextlib import contextmanager
 from pathlib import Path
 
 from qtdriver.commandline import control
+from qtdriver.desktop import desktop
 
 BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
 AGENTS = BUILD / "agents"
 PROGRAM = BUILD / "bin" / "showcase"
+RUNNER = Path(__file__).resolve().parents[2] / "runner"
 QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
 
@@ -70,11 +73,20 @@ class Held:
 
 
 @contextmanager
-def holding(runtime):
-    """Within it a showcase is held, whose control socket is in the folder `runtime`."""
+def holding(runtime, *program):
+    """Within it a program is held, by default the showcase, whose control socket is in the folder `runtime`."""
     before = os.environ.get("XDG_RUNTIME_DIR")
     os.environ["XDG_RUNTIME_DIR"] = str(runtime)
-    command = [QTDRIVER, "run", "--background", "--json", "--build", str(AGENTS), "--", str(PROGRAM)]
+    command = [
+        QTDRIVER,
+        "run",
+        "--background",
+        "--json",
+        "--build",
+        str(AGENTS),
+        "--",
+        *(program or [str(PROGRAM)]),
+    ]
     told = subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
     try:
         yield Held(json.loads(told)["pid"])
@@ -123,3 +135,32 @@ def inspecting(*arguments, folder=None):
             if process.poll() is None:
                 process.terminate()
                 process.communicate(timeout=60)
+
+
+def run_saved_test(folder, **variables):
+    """Runs the saved test by pytest: a fresh start, a desktop and a network of its own. Answers the output."""
+    command = [
+        desktop.SCRIPT,
+        sys.executable,
+        "-m",
+        "pytest",
+        "-q",
+        "-p",
+        "no:cacheprovider",
+        "--qtdriver-headed",
+    ]
+    command += [
+        "-p",
+        "qtdriver.plugin",
+        f"--qtdriver-build={AGENTS}",
+        f"--qtdriver-output={folder / 'results'}",
+    ]
+    return subprocess.run(
+        [*command, "test_recorded.py"],
+        cwd=folder,
+        env={**desktop.environment_for_own_network(), "PYTHONPATH": str(RUNNER), **variables},
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        text=True,
+        check=False,
+    ).stdout

@@ -1,24 +1,20 @@
 """Recording, checking and saving on the page, in a browser, with the showcase."""
 
+import os
 import re
-import subprocess
-import sys
-from pathlib import Path
 
 import pytest
 
 from qtdriver import eventually
-from qtdriver.desktop import desktop
 
-from inspecting import AGENTS, PROGRAM, inspecting
+from inspecting import PROGRAM, inspecting, run_saved_test
 
-RUNNER = Path(__file__).resolve().parents[2] / "runner"
 CONTROL = chr(0xE009)
 PLACE = """const canvas = document.getElementById("picture");
     const box = canvas.getBoundingClientRect();
     return [box.left + (arguments[0] + 0.5) * box.width / canvas.width, box.top + (arguments[1] + 0.5) * box.height / canvas.height]"""
 TABS = "pages/qt_tabwidget_tabbar"
-RUNS = 2
+RUNS = int(os.environ.get("QTDRIVER_TEST_RUNS", "2"))
 STORY = f"""from qtdriver import eventually
 
 
@@ -126,27 +122,6 @@ def press_button_of(page, held, shown):
     click_at(page, (left + width // 2, top + height // 2))
 
 
-def run_by_pytest(folder):
-    """Runs the saved test by pytest: a fresh start, a desktop and a network of its own. Returns the output."""
-    script = RUNNER / "qtdriver" / "desktop" / "with-desktop.sh"
-    command = [script, sys.executable, "-m", "pytest", "-q", "-p", "no:cacheprovider", "--qtdriver-headed"]
-    command += [
-        "-p",
-        "qtdriver.plugin",
-        f"--qtdriver-build={AGENTS}",
-        f"--qtdriver-output={folder / 'results'}",
-        "test_recorded.py",
-    ]
-    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True}
-    return subprocess.run(
-        command,
-        cwd=folder,
-        env={**desktop.environment_for_own_network(), "PYTHONPATH": str(RUNNER)},
-        check=False,
-        **options,
-    ).stdout
-
-
 def test_a_recorded_session_is_the_test_that_a_person_would_write_and_passes(page, held, folder):
     record(page)
     click(page, held, "brewButton")
@@ -182,7 +157,7 @@ def test_a_recorded_session_is_the_test_that_a_person_would_write_and_passes(pag
     page.wait_until("return document.getElementById('told').textContent.startsWith('Saved.')")
     assert (folder / "test_recorded.py").read_text(encoding="utf-8") == STORY
     for _ in range(RUNS):
-        assert "1 passed" in run_by_pytest(folder)
+        assert "1 passed" in run_saved_test(folder)
 
 
 def test_a_file_that_is_there_is_replaced_only_when_that_is_said(page, folder):

@@ -82,7 +82,8 @@ def test_steps_are_written_and_edits_kept(case):
 
 
 def test_nothing_new_changes_nothing():
-    assert with_steps(TEST, 1, ["a()", "b()"], ["a()", "b()"]).text == TEST
+    for text in (TEST, f"{TEST}    ", f"{TEST}\n\n"):
+        assert with_steps(text, 1, ["a()", "b()"], ["a()", "b()"]).text == text
 
 
 EVENTUALLY = Needs(names=("eventually",))
@@ -104,6 +105,11 @@ HEADS = {
         TEST,
         SECRET,
         f'import os\n\nSECRET_1 = os.environ["TEST_SECRET_1"]\n\n\n{TEST}',
+    ),
+    "one more secret": (
+        f'import os\n\nSECRET_1 = os.environ["TEST_SECRET_1"]\n\n\n{TEST}',
+        Needs(("os",), (), ('SECRET_2 = os.environ["TEST_SECRET_2"]',)),
+        f'import os\n\nSECRET_1 = os.environ["TEST_SECRET_1"]\nSECRET_2 = os.environ["TEST_SECRET_2"]\n\n\n{TEST}',
     ),
     "behind a docstring": (
         f'"""My tests,\nall of them."""\n\nimport time\n\nLIMIT = 5\n\n\n{TEST}',

@@ -2,14 +2,17 @@
 
 from __future__ import annotations
 
-from typing import Any, Dict, List, Optional, Tuple, Union
+import os
+import shutil
+from typing import Any, Callable, Dict, List, Optional, Tuple, Union
 from weakref import WeakKeyDictionary
 
 from ..api.app import App
 from ..errors import QtDriverError
 from ..lookup.snapshot import SnapshotNode
-from ..lookup.stable_locators import StableLocators
+from ..lookup.stable_locators import StableLocators, count_of
 from ..lookup.survey import SurveyedWindow
+from ..protocol.locators import locator
 from ..protocol.peers import load_psutil
 from ..recording.actions import steps_of
 from ..recording.checks import Check, checks_of
@@ -117,7 +120,7 @@ class _Recording:
 
     def __init__(self, app: App) -> None:
         self._app = app
-        self._known: Dict[Tuple[int, int], Optional[str]] = {}
+        self._known: Dict[Tuple[str, int], Optional[str]] = {}
         self.command = _command_of(app)
         self.forget()
 
@@ -174,27 +177,39 @@ class _Recording:
 class _LiveNames(Names):
     """Names for widgets that were told; for one that nothing in its own window tells from others, the application is asked."""
 
-    def __init__(self, app: App, known: "Dict[Tuple[int, int], Optional[str]]") -> None:
+    def __init__(self, app: App, known: "Dict[Tuple[str, int], Optional[str]]") -> None:
+        """`known` keeps what the application has said: a widget may be gone, or have got another text, when it is asked again."""
         super().__init__()
         self._app = app
         self._known = known
 
-    def widget(self, window: int, ref: int) -> Optional[str]:
+    def by_class(self, node: SnapshotNode) -> Optional[str]:
         """As the base class has it."""
-        told = super().widget(window, ref)
-        if told is not None:
-            return told
-        if (window, ref) not in self._known:
-            self._known[window, ref] = self._ask(ref)
-        return self._known[window, ref]
+        return self._asked("class", node, self._ask_for_class)
 
-    def _ask(self, ref: int) -> Optional[str]:
-        found = last_survey(self._app).found.get(ref) or look(self._app).found.get(ref)
-        if found is None or found[1].root is None:
+    def by_application(self, node: SnapshotNode) -> Optional[str]:
+        """As the base class has it."""
+        return self._asked("all", node, self._ask_for_all)
+
+    def _asked(
+        self, kind: str, node: SnapshotNode, ask: Callable[[SnapshotNode, SurveyedWindow], Optional[str]]
+    ) -> Optional[str]:
+        key = (kind, node.ref)
+        if key not in self._known:
+            found = last_survey(self._app).found.get(node.ref) or look(self._app).found.get(node.ref)
+            self._known[key] = None if found is None else ask(*found)
+        return self._known[key]
+
+    def _ask_for_class(self, node: SnapshotNode, window: SurveyedWindow) -> Optional[str]:
+        by_class = locator(node.class_name)
+        is_alone = count_of(self._app.connection, window.address, by_class) == 1
+        return by_class.call if is_alone else None
+
+    def _ask_for_all(self, node: SnapshotNode, window: SurveyedWindow) -> Optional[str]:
+        if window.root is None:
             return None
-        node, window = found
-        address = StableLocators(self._app.connection, window.address, found[1].root).of(node)
-        return None if address is None else address.call
+        found = StableLocators(self._app.connection, window.address, window.root).of(node)
+        return None if found is None else found.call
 
 
 _RECORDINGS: "WeakKeyDictionary[App, _Recording]" = WeakKeyDictionary()
@@ -221,8 +236,11 @@ def move_recording(before: App, after: App) -> None:
 
 
 def _command_of(app: App) -> Tuple[str, ...]:
+    """The command that started it, with the name alone of a program that is found by that."""
     psutil = load_psutil()
     try:
-        return tuple(psutil.Process(app.launched_pid).cmdline()) or ("APP",)
+        program, *arguments = psutil.Process(app.launched_pid).cmdline() or ["APP"]
     except psutil.Error:
         return ("APP",)
+    name = os.path.basename(program)
+    return (name if shutil.which(name) == program else program, *arguments)

@@ -17,7 +17,7 @@ _FRAMES = ("widget", "scroll area", "splitter", "stack", "tabs")
 _DECORATIONS = ("size grip", "scroll bar", "header", "splitter handle")
 _WHOLE = ("spin box", "combo box", "list", "tree", "table")
 """Roles of widgets whose inner parts the outline leaves out."""
-INNER_NAMES = ("qt_", "_q_")
+INNER_NAMES = ("qt_", "_q_", "__qt__")
 """Beginnings of object names that Qt gives to inner parts of widgets."""
 _SHOWN_AS = ("label", "text", "title", "placeholder", "action", "tip")
 """Fields of a widget by which a person knows it; the first one that has a text counts."""

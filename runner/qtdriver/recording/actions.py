@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
-from typing import Dict, List, Optional, Sequence, Tuple, Union
+from dataclasses import replace
+from typing import Dict, List, Optional, Sequence, Set, Tuple, Union
 
 from ..lookup.snapshot import SnapshotNode
 from ..protocol.locators import as_python
 from .events import Event, EventItem
+from .file_dialogs import with_files
 from .names import Names
 from .steps import Argument, Secret, Step
 from .typing_runs import FIELDS, edits, is_text, text_after
@@ -48,7 +50,7 @@ def steps_of(app: str, events: Sequence[Recorded], names: Optional[Names] = None
     Returns the steps. Input that no address is found for is left out.
     """
     maker = _Maker(app, events, names or Names())
-    return maker.make()
+    return with_files(maker.make())
 
 
 class _Maker:
@@ -62,6 +64,7 @@ class _Maker:
         self._right_click: Optional[Event] = None
         self._run: List[Event] = []
         self._secrets: Dict[int, Secret] = {}
+        self._lists: Set[int] = set()  # of completions, which get the keys of a field while they are open
 
     def make(self) -> List[Step]:
         takers = {
@@ -78,6 +81,7 @@ class _Maker:
             if isinstance(event, Step):
                 self._take_step(event, number)
                 continue
+            event = self._for_field(event)
             if self._run and not self._continues(event):
                 self._end_run(number)
             self._names.learn(event)
@@ -244,7 +248,18 @@ class _Maker:
 
     # The keyboard
 
+    def _for_field(self, event: Event) -> Event:
+        """A key that an open list of completions got, as one of its field, to which the list hands it on."""
+        if event.kind == "shown" and event.class_name.endswith("ListView"):
+            self._lists.add(event.ref)
+        if not self._run or event.kind not in ("key", "text") or event.ref not in self._lists:
+            return event
+        field = self._run[0]
+        return replace(event, ref=field.ref, window=field.window, value=text_after(self._run, None, None))
+
     def _continues(self, event: Event) -> bool:
+        if event.ref in self._lists and event.kind in ("shown", "closed"):
+            return True
         node = self._names.nodes.get(self._run[0].ref)
         is_key = event.kind in ("key", "text") and event.ref == self._run[0].ref
         return is_key and node is not None and (edits(event, node) if node.role in FIELDS else is_text(event))

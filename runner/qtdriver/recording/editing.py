@@ -8,6 +8,7 @@ from typing import List, NamedTuple, Sequence, Tuple
 from .code import Needs
 
 _INDENT = "    "
+_CONSTANT = "SECRET_"
 _BEGINNING = "def test_recorded(qtdriver):"
 _FROM_RUNNER = re.compile(r"from qtdriver import ([\w, ]+)")
 _CODE = re.compile(r"(def|async|class|@)\b|@")
@@ -30,6 +31,8 @@ def with_steps(text: str, line: int, before: Sequence[str], after: Sequence[str]
         after: those that were recorded until now. Steps that were written last can have become others, such as two clicks a
             double click: they are replaced where the user has left them as they were.
     """
+    if text.strip() and list(before) == list(after):
+        return Edited(text, line)  # also the spaces that the user is just typing stay
     lines = text.split("\n") if text.strip() else [_BEGINNING]
     while lines and not lines[-1].strip():
         lines.pop()
@@ -57,7 +60,9 @@ def with_needs(edited: Edited, needs: Needs) -> Edited:
         return edited
     head = _with_imports(head, missing, names)
     if constants:
-        head = [*_stripped(head), "", *constants]
+        head = _stripped(head)
+        follows = bool(head) and head[-1].startswith(_CONSTANT)
+        head = [*head, *([] if follows else [""]), *constants]
     text = "\n".join([*_stripped(head), "", "", *rest])
     return Edited(text, edited.line + len(text.split("\n")) - len(lines))
 

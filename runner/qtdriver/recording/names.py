@@ -51,7 +51,31 @@ class Names:
         if root is None or node is None:
             return None
         found = unchecked_locator(root, node)
-        return None if found is None else found.call
+        if found is not None:
+            return found.call
+        by_class = self.by_class(node)
+        if by_class is not None:
+            return by_class
+        within = self._within_another(root, node)
+        return self.by_application(node) if within is None else within
+
+    def by_class(self, node: SnapshotNode) -> Optional[str]:
+        """The call for a widget that is the only one of its class, also with those of derived classes; nothing told says that."""
+        return None
+
+    def by_application(self, node: SnapshotNode) -> Optional[str]:
+        """The call for a widget that nothing told tells from others."""
+        return None
+
+    def _within_another(self, root: SnapshotNode, node: SnapshotNode) -> Optional[str]:
+        """The call for a widget that is told from others by what it is in."""
+        around = self.parent(node.ref)
+        while around is not None and around is not root:
+            outer, inner = unchecked_locator(root, around), unchecked_locator(around, node)
+            if outer is not None and inner is not None:
+                return inner.within(outer).call
+            around = self.parent(around.ref)
+        return None
 
     def parent(self, ref: int) -> Optional[SnapshotNode]:
         """The widget around another one."""

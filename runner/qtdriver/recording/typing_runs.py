@@ -52,7 +52,8 @@ def text_after(run: List[Event], following: Optional[Event], told: Optional[Snap
     if told is not None and not _as_text(told.value).endswith("…"):
         return _as_text(told.value)
     last = run[-1]
-    value = _as_text(last.value)
+    is_replaced = len(run) > 1 and run[-2].key == "Ctrl+A"
+    value = "" if is_replaced else _as_text(last.value)
     if is_text(last):
         return value + last.text
     if last.key == "Return":

@@ -27,6 +27,7 @@ export class Inspection {
     byId("find").addEventListener("input", () => this.tree.search(byId("find").value));
     byId("try").addEventListener("input", () => this.tryLocator());
     for (const mode of MODES) byId(mode).addEventListener("click", () => this.setMode(mode));
+    byId("use").addEventListener("click", () => picture.canvas.focus());
     picture.canvas.addEventListener("pointermove", (event) => this.moved(event));
     picture.canvas.addEventListener("pointerleave", () => this.hover(null));
     picture.canvas.addEventListener("click", (event) => this.clicked(event));
