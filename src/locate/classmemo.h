@@ -17,11 +17,8 @@ public:
     const Value& of(const QMetaObject* metaObject, Compute compute)
     {
         Recent& slot = recent[slotOf(metaObject)];
-        if (metaObject != slot.metaObject) {
-            const auto found = known.constFind(metaObject);
-            slot.value = found != known.constEnd() ? *found : *known.insert(metaObject, compute(metaObject));
-            slot.metaObject = metaObject;
-        }
+        if (metaObject != slot.metaObject)
+            replace(slot, metaObject, compute);
         return slot.value;
     }
 
@@ -31,6 +28,17 @@ private:
         const QMetaObject* metaObject = nullptr;
         Value value{};
     };
+
+    // Few windows have so many classes that two of them share a slot, so mostly all that is known is recent.
+    template <class Compute>
+    void replace(Recent& slot, const QMetaObject* metaObject, Compute compute)
+    {
+        if (slot.metaObject)
+            known.insert(slot.metaObject, slot.value);
+        const auto found = known.constFind(metaObject);
+        slot.value = found != known.constEnd() ? *found : compute(metaObject);
+        slot.metaObject = metaObject;
+    }
 
     static const int slotBits = 4;
 

@@ -9,7 +9,7 @@
 #include <QTabBar>
 #include <QTextDocument>
 
-#include <cstring>
+#include <algorithm>
 #include <iterator>
 
 namespace locate {
@@ -62,7 +62,8 @@ bool readStatus(const QWidget* widget, TextVisitor& visitor)
     return visitor.visit(static_cast<const QStatusBar*>(widget)->currentMessage(), Markup::None);
 }
 
-const WidgetKind kinds[] = {
+// Sorted by the names of the classes, for the search.
+constexpr WidgetKind kinds[] = {
     {"QAbstractButton", "button", readButton, true},
     {"QAbstractItemView", "view", nullptr, false},
     {"QAbstractScrollArea", "scroll area", nullptr, false},
@@ -111,14 +112,31 @@ const WidgetKind& kindOfWidgets()
     return *(std::end(kinds) - 1);
 }
 
+constexpr bool isBefore(const char* name, const char* other)
+{
+    while (*name != '\0' && *name == *other) {
+        ++name;
+        ++other;
+    }
+    return *name < *other;
+}
+
+constexpr bool areSorted()
+{
+    for (const WidgetKind* kind = kinds; kind + 1 != std::end(kinds); ++kind) {
+        if (!isBefore(kind->className, kind[1].className))
+            return false;
+    }
+    return true;
+}
+static_assert(areSorted(), "a kind of widgets is in the wrong place");
+
 // Null when there is no row for exactly that class.
 const WidgetKind* kindOfClass(const char* className)
 {
-    for (const WidgetKind& kind : kinds) {
-        if (std::strcmp(kind.className, className) == 0)
-            return &kind;
-    }
-    return nullptr;
+    const auto* kind = std::lower_bound(std::begin(kinds), std::end(kinds), className,
+        [](const WidgetKind& row, const char* name) { return isBefore(row.className, name); });
+    return kind != std::end(kinds) && !isBefore(className, kind->className) ? kind : nullptr;
 }
 
 const WidgetKind* nearestKind(const QMetaObject* metaObject)

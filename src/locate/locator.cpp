@@ -264,6 +264,7 @@ private:
     {
         const int begin = position++;
         QString value;
+        value.reserve(text.size() - position);
         for (; position < text.size(); ++position) {
             const QChar character = text.at(position);
             if (character == quote) {
@@ -324,10 +325,12 @@ private:
 
     bool skip(QLatin1String sign)
     {
-        const int length = static_cast<int>(qstrlen(sign.latin1()));
-        if (text.mid(position, length) != sign)
-            return false;
-        position += length;
+        int end = position;
+        for (const char* expected = sign.latin1(); *expected != '\0'; ++expected, ++end) {
+            if (peek(end) != QLatin1Char(*expected))
+                return false;
+        }
+        position = end;
         return true;
     }
 

@@ -133,13 +133,42 @@ public:
     Widgets widgets;
 };
 
-Widgets living(const std::vector<QPointer<QWidget>>& widgets)
+// Whether the search runs code of the application, which may delete widgets.
+bool readsProperties(const Locator& locator)
 {
-    Widgets result;
-    std::copy_if(widgets.begin(), widgets.end(), std::back_inserter(result),
-        [](const QPointer<QWidget>& widget) { return !widget.isNull(); });
-    return result;
+    return std::any_of(locator.steps.begin(), locator.steps.end(), [](const Step& step) {
+        return std::any_of(step.conditions.begin(), step.conditions.end(),
+            [](const Condition& condition) { return condition.key == Key::Property; });
+    });
 }
+
+// The widgets that one step searches.
+class Scope
+{
+public:
+    void set(const Widgets& widgets, bool areAtRisk)
+    {
+        all = widgets;
+        // Guards cost as much as the search of a small window, so there are none that nobody needs.
+        guards.assign(widgets.begin(), areAtRisk ? widgets.end() : widgets.begin());
+    }
+
+    const Widgets& widgets() const { return all; }
+
+    Widgets living() const
+    {
+        if (guards.empty())
+            return all;
+        Widgets result;
+        std::copy_if(guards.begin(), guards.end(), std::back_inserter(result),
+            [](const QPointer<QWidget>& widget) { return !widget.isNull(); });
+        return result;
+    }
+
+private:
+    Widgets all;
+    std::vector<QPointer<QWidget>> guards; // none where the application does not run
+};
 
 Widgets atPosition(const Step& step, const Widgets& widgets)
 {
@@ -154,7 +183,7 @@ Widgets atPosition(const Step& step, const Widgets& widgets)
 struct StepResults
 {
     Widgets found;
-    std::vector<QPointer<QWidget>> scope; // of the last step
+    Scope scope; // of the last step
     std::size_t lastStep = 0;
     bool isTooFar = false; // the last step found widgets, but none at its position
 };
@@ -176,14 +205,15 @@ Widgets findStep(const Step& step, Visibility visibility, QWidget* window, const
 
 StepResults findSteps(const QPointer<QWidget>& window, const Locator& locator, bool hiddenToo)
 {
+    const bool isAtRisk = readsProperties(locator);
     StepResults results;
     results.found = {window};
     for (std::size_t i = 0; i < locator.steps.size() && !results.found.empty() && window; ++i) {
         const Step& step = locator.steps[i];
-        const Widgets scope = results.found;
-        results.scope.assign(scope.begin(), scope.end());
+        results.scope.set(results.found, isAtRisk);
         results.lastStep = i;
-        const Widgets all = findStep(step, hiddenToo ? Visibility::Any : step.visibility, window, scope, i == 0);
+        const Visibility visibility = hiddenToo ? Visibility::Any : step.visibility;
+        const Widgets all = findStep(step, visibility, window, results.scope.widgets(), i == 0);
         results.found = atPosition(step, all);
         results.isTooFar = results.found.empty() && !all.empty();
     }
@@ -221,7 +251,7 @@ SearchResult search(QWidget* searchedWindow, const Locator& locator)
     const Widgets hidden = mayBeHidden && !results.isTooFar ? findSteps(window, locator, true).found : Widgets();
     if (!hidden.empty())
         return resultOf(Outcome::Hidden, hidden);
-    const Widgets scope = living(results.scope);
+    const Widgets scope = results.scope.living();
     if (scope.empty() || !window)
         return SearchResult();
     const Widgets candidates = visibleWidgets(scope, results.lastStep == 0);

@@ -74,22 +74,13 @@ bool standsForItself(QChar character)
     return code > blank.unicode() && character != ampersand && (code < 0x7f || !character.isSpace());
 }
 
-// Whether the last characters are enough to see that the text is shown as a different one. They are for most texts, also
-// for those that begin alike.
-bool endsDifferently(const QString& text, bool hasMnemonics, const QString& shown)
+// How many of the last characters stand for themselves, including the one before these.
+int comparableAtEnd(const QString& shown)
 {
-    const QChar* const begin = text.constData();
-    const QChar* const shownBegin = shown.constData();
-    const QChar* last = begin + text.size();
-    const QChar* lastShown = shownBegin + shown.size();
-    while (last != begin && lastShown != shownBegin && standsForItself(*--last)) {
-        if (*last == *--lastShown)
-            continue;
-        // It does not count if a tab comes before it, which must be behind at least as many characters as are shown.
-        const QChar* const firstTab = begin + shown.size();
-        return !hasMnemonics || last <= firstTab || std::find(firstTab, last, tab) == last;
-    }
-    return false;
+    int count = 0;
+    while (count < shown.size() && standsForItself(shown.at(static_cast<int>(shown.size()) - ++count)))
+        continue;
+    return count;
 }
 
 } // namespace
@@ -105,14 +96,35 @@ QString shownText(const QString& text, Markup markup)
     return shown;
 }
 
-bool isShownText(const QString& text, Markup markup, const QString& shown)
+ShownComparison::ShownComparison(const QString& shownOne)
+    : shown(shownOne)
+    , comparedAtEnd(comparableAtEnd(shownOne))
+{
+}
+
+// Whether its length or its last characters are enough to see that the text is shown as a different one. They are for most
+// texts, also for those that begin alike.
+bool ShownComparison::isOther(const QString& text, bool hasMnemonics) const
+{
+    if (text.size() < shown.size())
+        return true; // nothing is added to what is shown
+    const QChar* last = text.constData() + text.size();
+    const QChar* lastShown = shown.constData() + shown.size();
+    const QChar* const firstCompared = lastShown - comparedAtEnd;
+    while (lastShown != firstCompared) {
+        if (*--last == *--lastShown)
+            continue;
+        // It does not count if a tab comes before it, which must be behind at least as many characters as are shown.
+        const QChar* const firstTab = text.constData() + shown.size();
+        return standsForItself(*last) && (!hasMnemonics || last <= firstTab || std::find(firstTab, last, tab) == last);
+    }
+    return false;
+}
+
+bool ShownComparison::isEqualToShown(const QString& text, Markup markup) const
 {
     if (markup == Markup::Rich)
         return shownText(text, markup) == shown;
-    if (text.size() < shown.size())
-        return false; // nothing is added to what is shown
-    if (endsDifferently(text, markup == Markup::Mnemonics, shown))
-        return false;
     ShownCharacters characters(text, markup == Markup::Mnemonics);
     const QChar* const end = shown.constData() + shown.size();
     for (const QChar* expected = shown.constData(); expected != end; ++expected) {

@@ -15,7 +15,24 @@ enum class Markup {
 // one blank, and none at the ends. An "&" before a blank or at the end marks nothing and stays: "Tom & Jerry".
 QString shownText(const QString& text, Markup markup);
 
-// Whether shownText() would return that text. Compares without building it, unless the text is rich.
-bool isShownText(const QString& text, Markup markup, const QString& shown);
+// A text as it is shown, with which many others are compared.
+class ShownComparison
+{
+public:
+    explicit ShownComparison(const QString& shown);
+
+    // Whether shownText() would return that text. Compares without building it, unless the text is rich.
+    bool isShownOf(const QString& text, Markup markup) const
+    {
+        return !(markup != Markup::Rich && isOther(text, markup == Markup::Mnemonics)) && isEqualToShown(text, markup);
+    }
+
+private:
+    bool isOther(const QString& text, bool hasMnemonics) const;
+    bool isEqualToShown(const QString& text, Markup markup) const;
+
+    const QString shown;
+    const int comparedAtEnd; // the number of its last characters that can tell texts apart
+};
 
 } // namespace locate

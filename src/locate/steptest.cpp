@@ -63,6 +63,11 @@ private:
     const identify::WidgetPath& path;
 };
 
+bool isNamed(const QWidget* widget, const TextTest& test)
+{
+    return test.fits(widget->objectName());
+}
+
 QString textOf(const QVariant& value)
 {
     if (compat::typeOf(value) == QMetaType::Bool)
@@ -96,6 +101,9 @@ StepTest::StepTest(const Step& step, QWidget* window)
 {
     for (const Condition& condition : step.conditions)
         (condition.key == Key::Property ? properties : conditions).push_back(prepare(condition, window));
+    asksForClass = !className.isEmpty() || !properties.empty()
+        || std::any_of(step.conditions.begin(), step.conditions.end(),
+            [](const Condition& condition) { return condition.key == Key::Text; });
 }
 
 StepTest::~StepTest() = default;
@@ -126,22 +134,11 @@ const Labels& StepTest::labelsOf(QWidget* window)
     return *labels;
 }
 
-bool StepTest::fits(QWidget* widget)
-{
-    if (!isOfClass(widget))
-        return false;
-    for (Prepared& condition : conditions) {
-        if (!meets(widget, condition))
-            return false;
-    }
-    return properties.empty() || canHaveProperties(widget);
-}
-
-bool StepTest::meets(QWidget* widget, Prepared& condition)
+bool StepTest::meets(QWidget* widget, const ClassFacts& facts, Prepared& condition)
 {
     switch (condition.key) {
     case Key::Name:
-        return condition.test.fits(widget->objectName());
+        return isNamed(widget, condition.test);
     case Key::Path:
         return condition.atPath.contains(widget);
     case Key::Label:
@@ -149,9 +146,22 @@ bool StepTest::meets(QWidget* widget, Prepared& condition)
     case Key::Reference:
         return widget == condition.referred;
     default:
-        const TextReader read = condition.key == Key::Text ? kinds.of(widget).readTexts : condition.read;
+        const TextReader read = condition.key == Key::Text ? facts.readTexts : condition.read;
         return read && read(widget, condition.test);
     }
+}
+
+bool StepTest::fits(QWidget* widget)
+{
+    static const ClassFacts ofAnyClass{true, nullptr, true};
+    const ClassFacts& facts = asksForClass ? factsOf(widget) : ofAnyClass;
+    if (!facts.fits)
+        return false;
+    for (Prepared& condition : conditions) {
+        if (!meets(widget, facts, condition))
+            return false;
+    }
+    return facts.hasProperties || hasDynamicProperties(widget);
 }
 
 bool StepTest::readTexts(Key key, const QWidget* widget, TextVisitor& visitor) const
@@ -194,8 +204,8 @@ bool StepTest::propertiesFit(const QWidget* widget, const std::function<bool()>&
     return true;
 }
 
-// Runs no code of the application.
-bool StepTest::canHaveProperties(const QWidget* widget)
+// Whether the widget has, as dynamic ones, the properties that its class does not have. Runs no code of the application.
+bool StepTest::hasDynamicProperties(const QWidget* widget)
 {
     return std::all_of(properties.begin(), properties.end(), [&](Prepared& condition) {
         return propertyOf(widget, condition).index >= 0 || widget->dynamicPropertyNames().contains(condition.property);
@@ -209,17 +219,22 @@ int StepTest::conditionCount() const
 
 int StepTest::unmetCount(QWidget* widget)
 {
+    const ClassFacts& facts = factsOf(widget);
     const auto unmet = std::count_if(
-        conditions.begin(), conditions.end(), [&](Prepared& condition) { return !meets(widget, condition); });
-    return static_cast<int>(unmet) + (isOfClass(widget) ? 0 : 1);
+        conditions.begin(), conditions.end(), [&](Prepared& condition) { return !meets(widget, facts, condition); });
+    return static_cast<int>(unmet) + (facts.fits ? 0 : 1);
 }
 
-bool StepTest::isOfClass(const QWidget* widget)
+const StepTest::ClassFacts& StepTest::factsOf(const QWidget* widget)
 {
-    return className.isEmpty() || classFits.of(widget->metaObject(), [this](const QMetaObject* metaObject) {
-        while (metaObject && className != metaObject->className())
-            metaObject = metaObject->superClass();
-        return metaObject != nullptr;
+    return classFacts.of(widget->metaObject(), [this, widget](const QMetaObject* metaObject) {
+        ClassFacts facts{className.isEmpty(), kinds.of(widget).readTexts, true};
+        for (const Prepared& condition : properties)
+            facts.hasProperties
+                = facts.hasProperties && metaObject->indexOfProperty(condition.property.constData()) >= 0;
+        for (; metaObject && !facts.fits; metaObject = metaObject->superClass())
+            facts.fits = className == metaObject->className();
+        return facts;
     });
 }
 

@@ -45,12 +45,19 @@ public:
 private:
     struct ClassProperty;
     struct Prepared;
+    // All that conditions ask of a class, looked up at once.
+    struct ClassFacts
+    {
+        bool fits;
+        TextReader readTexts; // null where it shows none
+        bool hasProperties; // all that are asked for
+    };
 
-    bool isOfClass(const QWidget* widget);
-    bool canHaveProperties(const QWidget* widget);
+    const ClassFacts& factsOf(const QWidget* widget);
+    bool hasDynamicProperties(const QWidget* widget);
     static const ClassProperty& propertyOf(const QWidget* widget, Prepared& condition);
     static bool propertyFits(const QWidget* widget, Prepared& condition);
-    bool meets(QWidget* widget, Prepared& condition);
+    static bool meets(QWidget* widget, const ClassFacts& facts, Prepared& condition);
     const Labels& labelsOf(QWidget* window);
     Prepared prepare(const Condition& condition, QWidget* window);
 
@@ -61,7 +68,8 @@ private:
     std::vector<QWidget*> atFirstPath; // of the first of several path conditions
     WidgetKinds kinds;
     std::unique_ptr<Labels> labels; // where a condition is about them
-    ClassMemo<bool> classFits;
+    bool asksForClass = false;
+    ClassMemo<ClassFacts> classFacts;
 };
 
 } // namespace locate

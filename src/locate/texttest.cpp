@@ -2,24 +2,35 @@
 
 namespace locate {
 
+namespace {
+
+// The value with the marks of mnemonics read as such; null where that is no other text.
+QString withoutMnemonics(const QString& value, const QString& asShown)
+{
+    const QString written = value.contains(QLatin1Char('&')) || value.contains(QLatin1Char('\t'))
+        ? shownText(value, Markup::Mnemonics)
+        : asShown;
+    return written.isEmpty() || written == asShown ? QString() : written; // nothing of a shortcut is looked for
+}
+
+} // namespace
+
 TextTest::TextTest(const Condition& condition)
     : comparison(condition.comparison)
     , value(condition.value)
+    , asShown(comparison == Operator::Matches ? QString() : shownText(value, Markup::None))
+    , asWritten(comparison == Operator::Matches ? QString() : withoutMnemonics(value, asShown))
+    , shownOne(asShown)
+    , writtenOne(asWritten)
 {
-    if (comparison != Operator::Matches) {
-        asShown = shownText(value, Markup::None);
-        asWritten = shownText(value, Markup::Mnemonics);
-        if (asWritten.isEmpty() || asWritten == asShown) // nothing of a shortcut is looked for
-            asWritten = QString();
-        return;
-    }
-    pattern = std::make_shared<const compat::Pattern>(value);
+    if (comparison == Operator::Matches)
+        pattern = std::make_shared<const compat::Pattern>(value);
 }
 
 bool TextTest::visit(const QString& text, Markup markup)
 {
     if (comparison == Operator::Equals)
-        return isShownText(text, markup, asShown) || (!asWritten.isNull() && isShownText(text, markup, asWritten));
+        return shownOne.isShownOf(text, markup) || (!asWritten.isNull() && writtenOne.isShownOf(text, markup));
     const QString shown = shownText(text, markup);
     return comparison == Operator::Matches
         ? pattern->isIn(shown)

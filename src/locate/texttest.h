@@ -23,8 +23,10 @@ public:
 private:
     const Operator comparison;
     const QString value;
-    QString asShown;
-    QString asWritten; // null where that is the same
+    const QString asShown;
+    const QString asWritten; // null where that is the same
+    const ShownComparison shownOne;
+    const ShownComparison writtenOne;
     std::shared_ptr<const compat::Pattern> pattern; // where the value is one
 };
 

@@ -6,6 +6,12 @@
 
 namespace locate {
 
+namespace {
+
+const std::size_t likelyCount = 128; // in a large dialog
+
+} // namespace
+
 WatchedWidgets::WatchedWidgets(std::function<bool(QWidget*)> isStillCandidate)
     : isCandidate(std::move(isStillCandidate))
 {
@@ -13,6 +19,8 @@ WatchedWidgets::WatchedWidgets(std::function<bool(QWidget*)> isStillCandidate)
 
 void WatchedWidgets::add(QWidget* widget)
 {
+    if (members.empty())
+        members.reserve(likelyCount);
     QObject* parent = widget->parent();
     if (!parent)
         groups.push_back({nullptr, widget, QObjectList(), members.size()});

@@ -6,6 +6,7 @@
 #include <QTest>
 
 using locate::Markup;
+using locate::ShownComparison;
 
 class tst_Shown : public QObject
 {
@@ -62,9 +63,9 @@ void tst_Shown::isWhatAUserReads()
     QFETCH(int, markup);
     QFETCH(QString, shown);
     QCOMPARE(locate::shownText(text, Markup(markup)), shown);
-    QVERIFY(locate::isShownText(text, Markup(markup), shown));
-    QVERIFY(!locate::isShownText(text, Markup(markup), shown + QLatin1Char('x')));
-    QVERIFY(shown.isEmpty() || !locate::isShownText(text, Markup(markup), shown.left(shown.size() - 1)));
+    QVERIFY(ShownComparison(shown).isShownOf(text, Markup(markup)));
+    QVERIFY(!ShownComparison(shown + QLatin1Char('x')).isShownOf(text, Markup(markup)));
+    QVERIFY(shown.isEmpty() || !ShownComparison(shown.left(shown.size() - 1)).isShownOf(text, Markup(markup)));
 }
 
 // Whether a text shows another is found out without making what it shows, and mostly by its last characters.
@@ -73,13 +74,13 @@ void tst_Shown::isNothingElse()
     const QStringList texts
         = QString::fromUtf8("Save|&Save|Save &|Save&|R&&D|R&D|&&Save|Save\tCtrl+S|Save\tSave|\tSave| Save |"
                             "Save as|Sa&ve as|Save  as\n|as|Save\u00a0as|x as|Grüße €|Gr&üße €|e €|1...|11...|"
-                            "&Item 1...|Item 11...||&| ")
+                            "&Item 1...|Item 11...||&| |a b|ab|a&b|a& b|a &b|xa b\tb|xab\tab|b|\tb|a\tb ")
               .split(QLatin1Char('|'));
     for (const QString& text : texts) {
         for (const QString& other : texts) {
             for (const Markup markup : {Markup::None, Markup::Mnemonics}) {
                 const QString shown = locate::shownText(other, markup);
-                QCOMPARE(locate::isShownText(text, markup, shown), locate::shownText(text, markup) == shown);
+                QCOMPARE(ShownComparison(shown).isShownOf(text, markup), locate::shownText(text, markup) == shown);
             }
         }
     }
