@@ -40,6 +40,19 @@ def test_text_is_typed_where_the_caret_is(window):
     note.fill("")
 
 
+@pytest.mark.parametrize("method", ["type", "fill"])
+def test_a_long_text_is_typed_in_parts_each_of_which_is_answered(app, window, method):
+    note = window.widget("noteEdit")
+    note.fill("")
+    text = "x" + "".join(f"{line}\r\n" for line in range(250))  # 500 characters end within a line break
+    before = len(app.connection.transcript.exchanges())
+    getattr(note, method)(text)
+    eventually(note).has(plainText=text.replace("\r\n", "\n"))
+    requests = [exchange.request for exchange in app.connection.transcript.exchanges()[before:]]
+    assert sum(request.startswith("+type,") for request in requests) == 2
+    note.fill("")
+
+
 @pytest.mark.parametrize(
     "name, text, prop",
     [

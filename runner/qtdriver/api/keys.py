@@ -21,6 +21,9 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 _TEXT_PROPERTIES = ("plainText", "cleanText", "text", "currentText")
 """The properties in which fields have their text. The first one that a field has counts."""
 
+_PART = 500
+"""How many characters one request types: the application does nothing else meanwhile, and has to answer in time."""
+
 _CLICK = mouse_command("MouseClick", "left", None, "")
 
 Send = Callable[[Connection, str, Address], object]
@@ -74,12 +77,11 @@ class KeyInput(ABC):
             self.key_up(key, timeout=timeout)
 
     def type(self, text: str, *, timeout: Optional[float] = None) -> None:
-        """Types a text where the caret is: all of Unicode, a line break as Return, a tab as Tab."""
+        """Types a text where the caret is: all of Unicode, a line break as Return, a tab as Tab.
 
-        def send(connection: Connection, window: str, locator: Address) -> None:
-            connection.type_text(window, text, locator)
-
-        self.send_keys(f"type({text!r})", send, timeout)
+        A long text is sent in parts of 500 characters; those after the first go to what has the focus then.
+        """
+        self.send_keys(f"type({text!r})", _typing(text), timeout)
 
     def _press(self, action: str, keys: Tuple[str, ...], mode: str, timeout: Optional[float]) -> None:
         if not keys:
@@ -163,7 +165,7 @@ class WidgetInput(KeyInput):
         def enter(path: Address) -> None:
             connection.mouse_widget(self.window.address, path, _CLICK, widget_class="QWidget")
             connection.press(address, "Ctrl+A, Del", locator)
-            connection.type_text(address, text, locator)
+            _typing(text)(connection, address, locator)
             if locator:  # what has the focus now may be another widget
                 self._check_filled(text, deadline)
 
@@ -193,6 +195,20 @@ def _place(window: str, path: Address) -> Tuple[str, Address]:
     if is_special(path):
         return (POPUP if str(path).endswith("ActivePopupWidget") else window), ""
     return window, as_locator(path)
+
+
+def _typing(text: str) -> Send:
+    """Sends a text in parts; a repetition goes on with the part that was refused."""
+    normalized = text.replace("\r\n", "\n")  # one Return, also where two parts meet
+    remaining = [normalized[at : at + _PART] for at in range(0, len(normalized), _PART)] or [""]
+    count = len(remaining)
+
+    def send(connection: Connection, window: str, locator: Address) -> None:
+        while remaining:
+            connection.type_text(window, remaining[0], locator if len(remaining) == count else "")
+            del remaining[0]
+
+    return send
 
 
 def _shown(keys: Tuple[str, ...]) -> str:
