@@ -113,8 +113,13 @@ class Session:
         self.page.mouse(("move", *place), ("down", 0), ("up", 0))
 
     def click_into(self, **wanted):
-        """Clicks a field, and waits until it, or a part of it, has the focus: the window manager may hold a click back."""
+        """Clicks a field, and waits until it has the focus: the window manager may hold a click back."""
         self.click(**wanted)
+        self.wait_for_focus(**wanted)
+
+    def wait_for_focus(self, **wanted):
+        """Waits until a field, or a part of it, has the focus. One that has it at first is not clicked where keys follow that
+        select: they can overtake the click, which would end the selection."""
 
         def focused():
             left, top, width, height = self.find(**wanted)["rect"]
@@ -195,7 +200,7 @@ def test_a_session_with_keepassxc(browser, tmp_path, surroundings):
 
     def story(session):
         session.click(name="buttonNewDatabase")
-        session.click_into(name="databaseName")
+        session.wait_for_focus(name="databaseName")
         browser.chord(CONTROL, "a")
         browser.press(*"Family")
         session.click(shown='button "Continue"')
@@ -205,7 +210,7 @@ def test_a_session_with_keepassxc(browser, tmp_path, surroundings):
             session.click_into(name=name)
             browser.press(*PASSWORD)
         session.click(shown='button "Done"')
-        session.click_into(name="fileNameEdit")
+        session.wait_for_focus(name="fileNameEdit")
         browser.chord(CONTROL, "a")
         browser.press(*str(file), ENTER)
         session.wait_for(".file(")
