@@ -10,6 +10,7 @@ from urllib.parse import urlsplit
 import aiohttp
 import pytest
 
+from qtdriver import eventually
 from qtdriver.errors import QtDriverError
 from qtdriver.inspector import program
 from qtdriver.inspector.server import require_aiohttp
@@ -140,10 +141,12 @@ def test_a_missing_aiohttp_is_told(monkeypatch):
 
 
 @pytest.mark.parametrize("screen", [{"DISPLAY": ":5"}, {"WAYLAND_DISPLAY": "wayland-0"}])
-def test_a_browser_is_opened_where_there_is_a_screen(monkeypatch, screen):
-    opened = []
-    monkeypatch.setattr(program.webbrowser, "open", opened.append)
-    program.open_browser("http://127.0.0.1:1/t/", screen).join(60)
-    assert opened == ["http://127.0.0.1:1/t/"]
-    assert program.open_browser("http://127.0.0.1:1/t/", {}) is None
-    assert len(opened) == 1
+def test_a_browser_is_opened_where_there_is_a_screen(tmp_path, screen):
+    opened = tmp_path / "opened"
+    browser = tmp_path / "browser"
+    browser.write_text(f'#!/bin/sh\necho "$1" >{opened}.part && mv {opened}.part {opened}\n')
+    browser.chmod(0o755)
+    assert program.open_browser("http://127.0.0.1:1/t/", {**screen, "BROWSER": str(browser)})
+    eventually(opened.exists).is_true()
+    assert opened.read_text() == "http://127.0.0.1:1/t/\n"
+    assert not program.open_browser("http://127.0.0.1:1/t/", {})

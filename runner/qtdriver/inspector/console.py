@@ -17,7 +17,7 @@ from ..expect.conditions import eventually
 from ..protocol.locators import containing
 
 _FILE = "<console>"
-_LONGEST = 20_000
+_MAX_LENGTH = 20_000
 """Characters of an answer that are kept."""
 
 _NAMES: "WeakKeyDictionary[App, Dict[str, Any]]" = WeakKeyDictionary()
@@ -39,7 +39,7 @@ def run_python(app: App, values: Dict[str, Any]) -> Any:
             failed = True
             print(_describe(error, text))
     told = output.getvalue().rstrip("\n")
-    return {"output": told if len(told) <= _LONGEST else f"{told[:_LONGEST]}\n...", "failed": failed}
+    return {"output": told if len(told) <= _MAX_LENGTH else f"{told[:_MAX_LENGTH]}\n...", "failed": failed}
 
 
 def offer_names(app: App, names: Mapping[str, Any]) -> None:

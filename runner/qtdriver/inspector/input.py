@@ -11,7 +11,7 @@ _BUTTONS = {0: 1, 1: 2, 2: 3}
 """The numbers of the mouse buttons in a browser, and in X."""
 
 _WHEEL_UP, _WHEEL_DOWN, _WHEEL_LEFT, _WHEEL_RIGHT = 4, 5, 6, 7
-_MOST_STEPS = 20
+_MAX_STEPS = 20
 _NEEDS_XLIB = "install it: apt install python3-xlib, or pip install python-xlib"
 
 
@@ -101,7 +101,7 @@ class Input:
         (self._buttons.add if pressed else self._buttons.discard)(button)
 
     def _turn(self, steps: int, back: int, forth: int) -> None:
-        for _ in range(min(abs(steps), _MOST_STEPS)):
+        for _ in range(min(abs(steps), _MAX_STEPS)):
             for pressed in (True, False):
                 self._button(forth if steps > 0 else back, pressed)
 

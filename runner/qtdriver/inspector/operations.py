@@ -14,11 +14,11 @@ from .survey import survey
 Values = Dict[str, Any]
 
 
-def _about(app: App, values: Values) -> Any:
-    greeting = app.connection.greeting
+def describe_app(app: App) -> Dict[str, Any]:
+    """All about an application that the page shows first, without a request to it."""
     return {
         "pid": app.pid,
-        "agent": greeting.version,
+        "agent": app.connection.greeting.version,
         "display": app.display or os.environ.get("DISPLAY", ""),
         "restarts": False,
         "recording": recording.is_recording(app),
@@ -26,7 +26,7 @@ def _about(app: App, values: Values) -> Any:
 
 
 _OPERATIONS: Dict[str, Callable[[App, Values], Any]] = {
-    "about": _about,
+    "about": lambda app, values: describe_app(app),
     "survey": survey,
     "address": widgets.address,
     "addresses": widgets.addresses,

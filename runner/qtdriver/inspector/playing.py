@@ -19,7 +19,7 @@ Values = Dict[str, Any]
 
 _FILE = "<recorded test>"
 _DRIVER = "qtdriver"
-_LONGEST = 6_000
+_MAX_LENGTH = 6_000
 """Characters of an explanation that are kept."""
 
 
@@ -87,8 +87,8 @@ def play(app: App, values: Values) -> Any:
         with redirect_stdout(output), use_baselines(baselines):
             exec(compile(tree, _FILE, "exec"), current.names)  # the purpose of a play
     except BaseException as error:  # whatever it is: it is the test's, not that of the process
-        return {"failed": True, "text": _explain(error)[:_LONGEST]}
-    return {"failed": False, "text": output.getvalue()[:_LONGEST]}
+        return {"failed": True, "text": _explain(error)[:_MAX_LENGTH]}
+    return {"failed": False, "text": output.getvalue()[:_MAX_LENGTH]}
 
 
 def _statements(text: str) -> List[ast.stmt]:

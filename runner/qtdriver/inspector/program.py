@@ -5,10 +5,9 @@ from __future__ import annotations
 import argparse
 import asyncio
 import os
+import subprocess
 import sys
-import threading
-import webbrowser
-from typing import Callable, Mapping, Optional
+from typing import Callable, Mapping
 
 from ..api.app import App
 from ..api.driver import Driver
@@ -58,15 +57,20 @@ def _serve(target: Target, parsed: argparse.Namespace, tell: Callable[[str], Non
     return asyncio.run(serve())
 
 
-def open_browser(address: str, environment: Mapping[str, str]) -> Optional[threading.Thread]:
-    """Opens the address in the user's browser, if there is a screen for one. Does not wait for it.
+def open_browser(address: str, environment: Mapping[str, str]) -> bool:
+    """Opens the address in the user's browser, if the environment has a screen or names a browser. Does not wait for it.
 
-    Without a screen there may be a browser for terminals, which would take this one.
+    Returns whether it does. Without a screen there may be a browser for terminals, which would take this one.
     """
-    if sys.platform.startswith("linux") and not (
-        environment.get("DISPLAY") or environment.get("WAYLAND_DISPLAY")
-    ):
-        return None
-    opening = threading.Thread(target=webbrowser.open, args=(address,), daemon=True)
-    opening.start()
-    return opening
+    names = ("DISPLAY", "WAYLAND_DISPLAY", "BROWSER")
+    if sys.platform.startswith("linux") and not any(environment.get(name) for name in names):
+        return False
+    subprocess.Popen(
+        [sys.executable, "-m", "webbrowser", address],
+        env=dict(environment),
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.DEVNULL,
+        stderr=subprocess.DEVNULL,
+        start_new_session=True,
+    )
+    return True

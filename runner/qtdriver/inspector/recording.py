@@ -120,6 +120,7 @@ class _Recording:
 
     def __init__(self, app: App) -> None:
         self._app = app
+        self._is_on = False
         self._known: Dict[Tuple[str, int], Optional[str]] = {}
         self.command = _command_of(app)
         self.forget()
@@ -133,8 +134,6 @@ class _Recording:
     def is_on(self) -> bool:
         """Whether the agent records."""
         return self._is_on
-
-    _is_on = False
 
     def go_on_with(self, app: App) -> None:
         """Keeps what was done with an application that has ended; a recording ends with its application."""

@@ -5,7 +5,6 @@ from __future__ import annotations
 import os
 from typing import Any, Dict
 
-from ..errors import QtDriverError
 from ..recording.files import TestFileExistsError, write_below
 
 Values = Dict[str, Any]
@@ -21,6 +20,4 @@ def save(values: Values) -> Any:
         write_below(os.getcwd(), path, str(values["text"]), overwrite=bool(values.get("overwrite")))
     except TestFileExistsError:
         return {"saved": "", "exists": True}
-    except ValueError as error:
-        raise QtDriverError(str(error)) from error
     return {"saved": path, "exists": False}

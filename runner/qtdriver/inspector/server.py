@@ -29,7 +29,7 @@ _TURN_SECONDS = 1.0
 
 _HEARTBEAT_SECONDS = 20.0
 _CLOSING_SECONDS = 1.0
-_LONGEST_MESSAGE = 1 << 20
+_MAX_MESSAGE = 1 << 20
 _WATCH_SECONDS = 0.5
 
 
@@ -122,7 +122,7 @@ class PageServer:
         from aiohttp import web
 
         socket = web.WebSocketResponse(
-            timeout=_CLOSING_SECONDS, heartbeat=_HEARTBEAT_SECONDS, max_msg_size=_LONGEST_MESSAGE
+            timeout=_CLOSING_SECONDS, heartbeat=_HEARTBEAT_SECONDS, max_msg_size=_MAX_MESSAGE
         )
         await socket.prepare(request)
         try:

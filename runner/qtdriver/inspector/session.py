@@ -6,7 +6,7 @@ import asyncio
 import json
 import os
 from functools import partial
-from typing import Any, Dict, Optional
+from typing import Any, Dict, Optional, Set
 
 from ..errors import QtDriverError
 from .input import Input, open_input
@@ -34,6 +34,7 @@ class PageSession:
         self._looking = Worker()
         self._picture = LivePicture(target.display, self._looking, self._socket.send_bytes)
         self._input: Optional[Input] = None
+        self._answers: "Set[asyncio.Future[None]]" = set()
 
     async def run(self) -> None:
         """Serves the page until it is closed."""
@@ -72,10 +73,11 @@ class PageSession:
             elif "input" in message:
                 await self._act(message["input"])
             else:
-                # Not awaited here: the mouse moves on while the application is asked.
-                asyncio.ensure_future(
-                    self._answer(message["id"], str(message["do"]), dict(message["values"]))
-                )
+                answer = self._answer(message["id"], str(message["do"]), dict(message["values"]))
+                # Not awaited here: the mouse moves on while the application is asked. Kept, since the loop keeps no task.
+                task = asyncio.ensure_future(answer)
+                self._answers.add(task)
+                task.add_done_callback(self._answers.discard)
         except (AttributeError, KeyError, TypeError, ValueError) as error:
             await self.tell({"told": "problem", "text": f"a message that is none: {error!r}"})
 

@@ -18,7 +18,7 @@ from .typed_locators import read_locator
 
 Values = Dict[str, Any]
 
-_MOST_MARKS = 50
+_MAX_MARKS = 50
 
 
 def address(app: App, values: Values) -> Any:
@@ -56,7 +56,7 @@ def matches(app: App, values: Values) -> Any:
     if count == 1:
         nodes = [app.connection.snapshot(window.address, found)]
     else:
-        each = (found.at(f"nth={number}", f"nth({number})") for number in range(min(count, _MOST_MARKS)))
+        each = (found.at(f"nth={number}", f"nth({number})") for number in range(min(count, _MAX_MARKS)))
         nodes = [app.connection.snapshot(window.address, one) for one in each]
     told = [{"ref": node["ref"], "rect": node["rect"]} for node in nodes]
     return {"count": count, "found": told, "python": f"app.{window}.{found.call}" if found.call else ""}

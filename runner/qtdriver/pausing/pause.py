@@ -7,26 +7,23 @@ import linecache
 import sys
 import threading
 from types import FrameType
-from typing import Any, Callable, Dict, Optional
+from typing import Any, Callable, Dict
 from weakref import WeakKeyDictionary
 
 from ..api.app import App
+from ..inspector.program import open_browser
 from ..inspector.server import PageServer, require_aiohttp
+from ..protocol.callers import calling_frame
 from . import terminal
 from .target import STEP, PausedTarget, Place
 
-_RUNNER = __name__.partition(".")[0]
 _TARGETS: "WeakKeyDictionary[App, PausedTarget]" = WeakKeyDictionary()
 
 
 def pause(app: App) -> None:
     """Pauses the test that has called the runner, until the person at its page has it go on. See App.pause()."""
     terminal.check_person()
-    frame: Optional[FrameType] = sys._getframe(1)
-    while frame is not None and str(frame.f_globals.get("__name__", "")).partition(".")[0] == _RUNNER:
-        frame = frame.f_back
-    assert frame is not None
-    _pause_at(app, frame)
+    _pause_at(app, calling_frame())
 
 
 def pause_after_failure(app: App, file: str, line: int, error: str, names: Dict[str, Any]) -> None:
@@ -86,7 +83,7 @@ def _serve(target: PausedTarget, place: Place) -> None:
             f"qtdriver: the test {reason} at {place.file}:{place.line}\n"
             f"It goes on from its page, or ends with Ctrl+C: {address}"
         )
-        terminal.open_browser(address, terminal.ENVIRONMENT)
+        open_browser(address, terminal.ENVIRONMENT)
         served.set()
 
     async def serve() -> str:

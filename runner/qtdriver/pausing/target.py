@@ -4,11 +4,12 @@ from __future__ import annotations
 
 import threading
 from dataclasses import dataclass
-from typing import Any, Dict, Mapping, Optional
+from typing import Any, Mapping, Optional
 
 from ..api.app import App
 from ..errors import QtDriverError
 from ..inspector.console import offer_names
+from ..inspector.operations import describe_app
 from ..inspector.target import LaunchedTarget, Target, Values
 
 CONTINUE, STEP = "continue", "step"
@@ -67,7 +68,7 @@ class PausedTarget(Target):
         with self._lock:
             if self._place is None:
                 if operation == "about":
-                    return {**self._about(), "recording": False}
+                    return {**describe_app(self._app), "recording": False, "pauses": True}
                 raise QtDriverError("the test runs: the application can be asked when it is paused again")
             result = self._target.ask(operation, values)
             return {**result, "pauses": True} if operation == "about" else result
@@ -78,16 +79,6 @@ class PausedTarget(Target):
 
     def describe_end(self) -> str:
         return "the test has ended, and the application with it"
-
-    def _about(self) -> Dict[str, Any]:
-        greeting = self._app.connection.greeting
-        return {
-            "pid": self._app.pid,
-            "agent": greeting.version,
-            "display": self.display,
-            "restarts": False,
-            "pauses": True,
-        }
 
     def _told_place(self) -> Values:
         place = self._place

@@ -3,9 +3,8 @@
 from __future__ import annotations
 
 import os
-import subprocess
 import sys
-from typing import Dict, Mapping
+from typing import Dict
 
 from ..errors import PauseError
 
@@ -34,18 +33,3 @@ def tell(text: str) -> None:
     """Prints lines on the terminal, past what pytest captures."""
     with open(_TERMINAL, "w", encoding="utf-8") as terminal:
         terminal.write(f"\n{text}\n")
-
-
-def open_browser(address: str, environment: Mapping[str, str]) -> None:
-    """Opens the address in the browser of the person, if there is a screen for one. Does not wait for it."""
-    names = ("DISPLAY", "WAYLAND_DISPLAY", "BROWSER")
-    if sys.platform.startswith("linux") and not any(environment.get(name) for name in names):
-        return
-    subprocess.Popen(
-        [sys.executable, "-m", "webbrowser", address],
-        env=dict(environment),
-        stdin=subprocess.DEVNULL,
-        stdout=subprocess.DEVNULL,
-        stderr=subprocess.DEVNULL,
-        start_new_session=True,
-    )

@@ -29,7 +29,7 @@ _SCROLLED = ("list", "tree", "table", "view", "scroll area", "scroll bar", "edit
 """The wheel only scrolls these: a test finds what is out of sight by itself."""
 _BUTTONS = ("button", "radio button", "checkbox")
 _MODIFIERS = {"Shift": "shift", "Ctrl": "control", "Alt": "alt"}
-_FARTHEST_CLICK = 10
+_MAX_CLICK_DISTANCE = 10
 _WHEEL_STEP = 120
 
 
@@ -49,11 +49,13 @@ def steps_of(app: str, events: Sequence[Recorded], names: Optional[Names] = None
 
     Returns the steps. Input that no address is found for is left out.
     """
-    maker = _Maker(app, events, names or Names())
-    return with_files(maker.make())
+    builder = _StepBuilder(app, events, names or Names())
+    return with_files(builder.build())
 
 
-class _Maker:
+class _StepBuilder:
+    """Builds the steps from events, one after the other."""
+
     def __init__(self, app: str, events: Sequence[Recorded], names: Names) -> None:
         self._app = app
         self._events = [event for event in events if isinstance(event, Step) or event.kind != "focus"]
@@ -66,27 +68,27 @@ class _Maker:
         self._secrets: Dict[int, Secret] = {}
         self._lists: Set[int] = set()  # of completions, which get the keys of a field while they are open
 
-    def make(self) -> List[Step]:
-        takers = {
-            "press": self._take_press,
-            "release": self._take_release,
-            "double click": self._take_double_click,
-            "wheel": self._take_wheel,
-            "key": self._take_key,
-            "text": self._take_key,
-            "shortcut": self._take_shortcut,
-            "action": self._take_action,
+    def build(self) -> List[Step]:
+        handlers = {
+            "press": self._handle_press,
+            "release": self._handle_release,
+            "double click": self._handle_double_click,
+            "wheel": self._handle_wheel,
+            "key": self._handle_key,
+            "text": self._handle_key,
+            "shortcut": self._handle_shortcut,
+            "action": self._handle_action,
         }
         for number, event in enumerate(self._events):
             if isinstance(event, Step):
-                self._take_step(event, number)
+                self._handle_step(event, number)
                 continue
             event = self._for_field(event)
             if self._run and not self._continues(event):
                 self._end_run(number)
             self._names.learn(event)
-            if event.kind in takers:
-                takers[event.kind](event)
+            if event.kind in handlers:
+                handlers[event.kind](event)
         self._end_run(len(self._events))
         self._end_right_click()
         return self._steps
@@ -107,7 +109,7 @@ class _Maker:
         self._steps.append(Step(self._app, window, call, method, arguments, keywords))
         self._origins.append((origin, event.ref))
 
-    def _take_step(self, step: Step, number: int) -> None:
+    def _handle_step(self, step: Step, number: int) -> None:
         self._end_run(number)
         self._end_right_click()
         self._press = None
@@ -124,12 +126,12 @@ class _Maker:
 
     # The mouse
 
-    def _take_press(self, event: Event) -> None:
+    def _handle_press(self, event: Event) -> None:
         if event.item is None or not event.item.is_entry:
             self._end_right_click()
         self._press = event
 
-    def _take_release(self, event: Event) -> None:
+    def _handle_release(self, event: Event) -> None:
         press, self._press = self._press, None
         if event.is_in_list:
             if event.item is not None and press is not None:
@@ -144,7 +146,7 @@ class _Maker:
             return
         if node.role == "slider":
             self._set_slider(press)
-        elif max(abs(a - b) for a, b in zip(press.at, event.at)) <= _FARTHEST_CLICK:
+        elif max(abs(a - b) for a, b in zip(press.at, event.at)) <= _MAX_CLICK_DISTANCE:
             self._click(press, node)
 
     def _click(self, press: Event, node: SnapshotNode) -> None:
@@ -204,7 +206,7 @@ class _Maker:
         is_named = node.role in ("list", "tree") and all(item.path) and not _has_slash(node, item)
         return f"item({_python('/'.join(item.path))})" if is_named else None
 
-    def _take_double_click(self, event: Event) -> None:
+    def _handle_double_click(self, event: Event) -> None:
         self._press = None
         self._drop_last("click", event.ref)
         node = self._names.nodes.get(event.ref)
@@ -226,7 +228,7 @@ class _Maker:
         if node is not None and isinstance(node.value, int):
             self._add(press, "slider", "select", node.value)
 
-    def _take_wheel(self, event: Event) -> None:
+    def _handle_wheel(self, event: Event) -> None:
         node = self._names.nodes.get(event.ref)
         if node is None or node.role in _SCROLLED:
             return
@@ -264,7 +266,7 @@ class _Maker:
         is_key = event.kind in ("key", "text") and event.ref == self._run[0].ref
         return is_key and node is not None and (edits(event, node) if node.role in FIELDS else is_text(event))
 
-    def _take_key(self, event: Event) -> None:
+    def _handle_key(self, event: Event) -> None:
         node = self._names.nodes.get(event.ref)
         if node is None:
             return  # in a menu, or an open list: their actions are told
@@ -308,7 +310,7 @@ class _Maker:
         method = "enter" if node.role == "date edit" else "fill"
         self._add(first, "fill", method, text)
 
-    def _take_shortcut(self, event: Event) -> None:
+    def _handle_shortcut(self, event: Event) -> None:
         self._end_right_click()
         window = self._names.window(event.window)
         if event.key and window is not None:
@@ -317,7 +319,7 @@ class _Maker:
 
     # Menus
 
-    def _take_action(self, event: Event) -> None:
+    def _handle_action(self, event: Event) -> None:
         item = event.item
         if item is None:
             return

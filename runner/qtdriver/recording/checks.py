@@ -7,14 +7,16 @@ from dataclasses import dataclass
 from typing import Iterator, List, Tuple
 
 from ..lookup.snapshot import Item, SnapshotNode
+from ..protocol.locators import as_python
 from .steps import Argument
+from .typing_runs import takes_lines
 
 _TEXTS = ("label", "button", "edit", "checkbox", "radio button", "group")
 _VALUES = {"spin box": "value", "slider": "value", "progress bar": "value", "combo box": "currentText"}
 _CHECKED = ("checkbox", "radio button")
 _HOLDERS = ("list", "tree", "table")
-_MOST_ITEMS = 12
-_LONGEST = 60
+_MAX_ITEMS = 12
+_MAX_LENGTH = 60
 
 
 @dataclass(frozen=True)
@@ -50,7 +52,7 @@ def checks_of(node: SnapshotNode, title: str) -> List[Check]:
 def _own(node: SnapshotNode) -> Iterator[Check]:
     text = node.details.get("text")
     if node.role == "edit" and isinstance(node.value, str):
-        name = "text" if "LineEdit" in node.class_name or not _takes_lines(node) else "plainText"
+        name = "text" if "LineEdit" in node.class_name or not takes_lines(node) else "plainText"
         if not node.value.endswith("…"):
             yield Check(f"its text is {_short(node.value)}", "has_property", (name, node.value))
     elif node.role in _TEXTS and isinstance(text, str) and text and not text.endswith("…"):
@@ -58,10 +60,6 @@ def _own(node: SnapshotNode) -> Iterator[Check]:
         yield Check(f"its text is {_short(text)}", "has_property", (name, text))
     if node.role in _VALUES and node.value is not None:
         yield Check(f"its value is {_short(node.value)}", "has_property", (_VALUES[node.role], node.value))
-
-
-def _takes_lines(node: SnapshotNode) -> bool:
-    return any(child.name == "qt_scrollarea_viewport" for child in node.children)
 
 
 def _states(node: SnapshotNode) -> Iterator[Check]:
@@ -80,7 +78,7 @@ def _items(node: SnapshotNode) -> Iterator[Check]:
     if node.role not in _HOLDERS:
         return
     paths: List[str] = []
-    for number, item in enumerate(node.items[:_MOST_ITEMS]):
+    for number, item in enumerate(node.items[:_MAX_ITEMS]):
         del paths[item.depth :]
         paths.append(item.texts[0] if item.texts else "")
         if node.role == "table":
@@ -90,7 +88,7 @@ def _items(node: SnapshotNode) -> Iterator[Check]:
 
 
 def _row(path: str, item: Item) -> Iterator[Check]:
-    part = f"item({path!r})" if '"' in path or "\\" in path else f'item("{path}")'
+    part = f"item({as_python(path)})"
     if "selected" in item.states:
         yield Check(f"{_short(path)} is selected", "is_true", (), part, "is_selected()")
     if "checked" in item.states:
@@ -101,8 +99,8 @@ def _row(path: str, item: Item) -> Iterator[Check]:
 def _cells(node: SnapshotNode, number: int, item: Item) -> Iterator[Check]:
     for column, text in enumerate(item.texts):
         title = node.header[column] if column < len(node.header) else ""
-        is_name = bool(title) and not re.fullmatch(r"\d+", title) and '"' not in title and "\\" not in title
-        part = f'cell({number + 1}, "{title}")' if is_name else f"cell({number + 1}, {column + 1})"
+        is_name = bool(title) and not title.isdigit()
+        part = f"cell({number + 1}, {as_python(title) if is_name else column + 1})"
         if text:
             yield Check(
                 f"row {number + 1}, {title or column + 1} is {_short(text)}",
@@ -124,4 +122,4 @@ def _short(value: "str | int | float") -> str:
     if not isinstance(value, str):
         return str(value)
     text = " ".join(value.split())
-    return f'"{text}"' if len(text) <= _LONGEST else f'"{text[:_LONGEST]}…"'
+    return f'"{text}"' if len(text) <= _MAX_LENGTH else f'"{text[:_MAX_LENGTH]}…"'

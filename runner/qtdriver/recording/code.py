@@ -12,7 +12,7 @@ _WORD = re.compile(r"[A-Za-z0-9]+")
 _TEXT_IN_CALL = re.compile(r"\"([^\"]*)\"|'([^']*)'")
 _SPECIAL = re.compile(r"[.^$*+?{}\[\]\\|()]")
 _FUNCTIONS = ("containing", "re", "os", "pytest", "qtdriver", "eventually")
-_MOST_WORDS = 3
+_MAX_WORDS = 3
 
 
 class Needs(NamedTuple):
@@ -149,7 +149,7 @@ def _words_of_call(call: str) -> str:
 def _variable(text: str, usual: str, taken: "set[str]") -> str:
     """A name for a variable that is not taken yet, made of the first words of a text."""
     split = re.sub(r"(?<=[a-z0-9])(?=[A-Z])", " ", text)
-    words: List[str] = _WORD.findall(split.lower())[:_MOST_WORDS]
+    words: List[str] = _WORD.findall(split.lower())[:_MAX_WORDS]
     name = "_".join(words) or usual
     if not name[0].isalpha() or keyword.iskeyword(name):
         name = f"{usual}_{name}"

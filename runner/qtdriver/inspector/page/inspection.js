@@ -6,7 +6,7 @@ import {Tree} from "./tree.js";
 import {Widgets} from "./widgets.js";
 
 const CALM_MILLISECONDS = 250;
-const LONGEST_MILLISECONDS = 1000;
+const MAX_MILLISECONDS = 1000;
 const MODES = ["use", "point", "check"];
 
 const byId = (id) => document.getElementById(id);
@@ -47,7 +47,7 @@ export class Inspection {
   /** Looks at the widgets once the picture is calm, or changes for long. */
   lookSoon() {
     const now = performance.now();
-    if (this.timer === null) this.due = now + LONGEST_MILLISECONDS;
+    if (this.timer === null) this.due = now + MAX_MILLISECONDS;
     clearTimeout(this.timer);
     this.timer = setTimeout(() => this.look(), Math.min(CALM_MILLISECONDS, Math.max(this.due - now, 0)));
   }

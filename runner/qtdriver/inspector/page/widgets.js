@@ -47,9 +47,4 @@ export class Widgets {
     for (let node = this.parents.get(ref); node; node = this.parents.get(node.ref)) found.push(node);
     return found;
   }
-
-  windowOf(ref) {
-    const root = this.above(ref).pop() || this.nodes.get(ref);
-    return this.windows.find((window) => window.root === root);
-  }
 }
