@@ -120,7 +120,7 @@ def test_the_writer_says_how_many_pictures_are_left_and_goes_on_after_an_error(m
 
 def test_pictures_that_wait_long_to_be_written_are_compressed(monkeypatch):
     """The tests do not wait for the writer, so its pictures may take no more memory with their number."""
-    monkeypatch.setattr(screen_worker, "_MOST_LOOSE", 2)
+    monkeypatch.setattr(screen_worker, "_MAX_LOOSE", 2)
     writing, release = screen_worker._Writing(), threading.Event()
     pictures = [Slow(release) for _ in range(5)]
     writing.put(pictures)

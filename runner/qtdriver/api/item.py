@@ -19,7 +19,7 @@ if TYPE_CHECKING:
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
-_MOST_PRESSES = 2  # from partly checked by way of checked to not checked
+_MAX_PRESSES = 2  # from partly checked by way of checked to not checked
 
 
 class WidgetItem(ItemKeys):
@@ -190,7 +190,7 @@ class WidgetItem(ItemKeys):
         before = self._states(timeout)
         if "checkable" not in before:
             raise CommandError("8", f"{self} has no check box")
-        for _ in range(_MOST_PRESSES):
+        for _ in range(_MAX_PRESSES):
             if _is_in_state(before, on):
                 return
             self.select(timeout=timeout)

@@ -30,7 +30,7 @@ COMPLETE = "complete"
 INSPECT = "inspect"
 _NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")
 _LINE_SECONDS = 5.0
-_LONGEST_PATH = 107  # bytes: what the address of a Unix socket has room for
+_MAX_PATH = 107  # bytes: what the address of a Unix socket has room for
 _START = "start one with: qtdriver run --background -- APP"
 _LINUX_ONLY = "applications are held in the background on Linux only: use a dialogue, qtdriver run -- APP"
 _ELSEWHERE = "set XDG_RUNTIME_DIR to another folder"
@@ -60,7 +60,7 @@ def socket_path(name: str) -> Path:
     else:
         folder = Path(tempfile.gettempdir()) / f"qtdriver-{os.getuid()}"
     path = folder / f"{name}.sock"
-    if len(os.fsencode(path)) > _LONGEST_PATH:
+    if len(os.fsencode(path)) > _MAX_PATH:
         raise ControlSocketError(
             f"the path {path} is too long for a socket: {_ELSEWHERE}, with a shorter path"
         )

@@ -5,7 +5,7 @@ import json
 from typing import Any, List, Tuple
 
 MARK = "qtdriver-stacks "
-_MOST_FRAMES = 60
+_MAX_FRAMES = 60
 
 
 def frames_of(frame: Any) -> List[Tuple[str, str, str]]:
@@ -13,7 +13,7 @@ def frames_of(frame: Any) -> List[Tuple[str, str, str]]:
     gdb: Any = importlib.import_module("gdb")
     rows: List[Tuple[str, str, str]] = []
     try:
-        while frame is not None and len(rows) < _MOST_FRAMES:
+        while frame is not None and len(rows) < _MAX_FRAMES:
             place = frame.find_sal()
             source = f"{place.symtab.filename}:{place.line}" if place.symtab else ""
             rows.append((frame.name() or "??", source, gdb.solib_name(frame.pc()) or ""))

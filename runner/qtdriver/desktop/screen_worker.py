@@ -46,10 +46,10 @@ _FINISH_SECONDS = 5.0
 _PRIORITY = 10
 """Pictures of tests that passed are written while nothing else wants the processor."""
 
-_MOST_LOOSE = 40
+_MAX_LOOSE = 40
 """How many pictures may wait to be written without being compressed."""
 
-_MOST_UNWRITTEN = 200
+_MAX_UNWRITTEN = 200
 """How many pictures may wait to be written; beyond that a test waits for them, so that they take no more memory."""
 
 
@@ -58,7 +58,7 @@ class _Writing(threading.Thread):
 
     def __init__(self) -> None:
         super().__init__(daemon=True)
-        self._files: "Queue[UnwrittenPicture]" = Queue(_MOST_UNWRITTEN)
+        self._files: "Queue[UnwrittenPicture]" = Queue(_MAX_UNWRITTEN)
         self._error: Optional[Exception] = None
         self.start()
 
@@ -79,7 +79,7 @@ class _Writing(threading.Thread):
     def put(self, files: List[UnwrittenPicture]) -> None:
         """Takes files to be written."""
         for file in files:
-            if self._files.qsize() >= _MOST_LOOSE:
+            if self._files.qsize() >= _MAX_LOOSE:
                 file.compress()
             self._files.put(file)
 

@@ -23,7 +23,7 @@ from typing import Iterator, List, NamedTuple, Optional
 _GRACE_SECONDS = 2.0
 _KILL_SECONDS = 5.0
 _FIRST_PAUSE = 0.005
-_LONGEST_PAUSE = 0.1
+_MAX_PAUSE = 0.1
 
 
 def has_variable(pid: int, name: str, value: str) -> bool:
@@ -105,7 +105,7 @@ class Launch(NamedTuple):
         pause = _FIRST_PAUSE
         while any(self.processes()) and time.monotonic() < deadline:
             time.sleep(pause)
-            pause = min(pause * 2, _LONGEST_PAUSE)
+            pause = min(pause * 2, _MAX_PAUSE)
 
 
 @contextmanager

@@ -13,7 +13,7 @@ INVALID_PARAMS = -32602
 INTERNAL_ERROR = -32603
 UNSUPPORTED_VERSION = -32022
 
-LONGEST_LINE = 4 * 1024 * 1024
+MAX_LINE = 4 * 1024 * 1024
 """Bytes of a message; a longer one is refused."""
 
 Id = Union[str, int]
@@ -63,8 +63,8 @@ class Message:
 
 def parse_line(line: bytes) -> Optional[Message]:
     """The message on a line; None for a response, since this side asks nothing. Raises RpcError for anything else."""
-    if len(line) > LONGEST_LINE:
-        raise RpcError(INVALID_REQUEST, f"a message has at most {LONGEST_LINE} bytes")
+    if len(line) > MAX_LINE:
+        raise RpcError(INVALID_REQUEST, f"a message has at most {MAX_LINE} bytes")
     try:
         told = json.loads(line.decode("utf-8"), parse_constant=_refuse_constant)
     except (ValueError, RecursionError) as error:

@@ -7,7 +7,7 @@ import sys
 import threading
 from typing import BinaryIO, Iterator
 
-from .messages import LONGEST_LINE
+from .messages import MAX_LINE
 
 
 class Wire:
@@ -39,12 +39,12 @@ class Wire:
     def lines(self) -> Iterator[bytes]:
         """The lines until the client closes its end, without blank ones. Of one that is too long it has the beginning."""
         while True:
-            line = self._reading.readline(LONGEST_LINE + 2)
+            line = self._reading.readline(MAX_LINE + 2)
             if not line:
                 return
             rest = line
             while rest and not rest.endswith(b"\n"):
-                rest = self._reading.readline(LONGEST_LINE)
+                rest = self._reading.readline(MAX_LINE)
             if line.strip():
                 yield line.rstrip(b"\r\n")
 

@@ -10,7 +10,7 @@ from pathlib import Path
 _MARK = ".qtdriver"
 """A file in each folder that this module has made; only such folders are removed."""
 
-_LONGEST_NAME = 80
+_MAX_NAME = 80
 
 
 def folder_of(output: Path, node_id: str, attempt: int = 1) -> Path:
@@ -18,7 +18,7 @@ def folder_of(output: Path, node_id: str, attempt: int = 1) -> Path:
 
     It is named after the test and a digest of its whole node id, and from the second attempt on after the attempt.
     """
-    readable = re.sub(r"[^A-Za-z0-9_]+", "-", node_id.replace(".py::", "-")).strip("-")[:_LONGEST_NAME]
+    readable = re.sub(r"[^A-Za-z0-9_]+", "-", node_id.replace(".py::", "-")).strip("-")[:_MAX_NAME]
     digest = hashlib.sha1(node_id.encode("utf-8", "replace")).hexdigest()[:6]
     return output / f"{readable}-{digest}{'' if attempt == 1 else f'-attempt-{attempt}'}"
 

@@ -12,7 +12,7 @@ _RUNNER = __name__.partition(".")[0]
 _BETWEEN = ("_pytest", "pluggy", "contextlib", "unittest", "asyncio", "concurrent", "threading")
 """Packages whose lines are not those of a test, though they may stand between a test and the runner."""
 
-_LONGEST = 80
+_MAX_LENGTH = 80
 """Characters of an argument that are shown."""
 
 
@@ -100,4 +100,4 @@ def _shown(value: Any) -> str:
     if isinstance(value, re.Pattern):
         return f"re.compile({value.pattern!r})"
     text = repr(value)
-    return text if len(text) <= _LONGEST else f"{text[:_LONGEST]}..."
+    return text if len(text) <= _MAX_LENGTH else f"{text[:_MAX_LENGTH]}..."

@@ -23,7 +23,7 @@ __tracebackhide__ = True  # pytest shows the line of the test, not the runner's 
 DEFAULT_TIMEOUT = 30.0
 """Seconds that a greeting or a request may take where nothing else is said."""
 
-_LONGEST_GREETING = 1000
+_MAX_GREETING = 1000
 
 _Self = TypeVar("_Self", bound="Channel")
 
@@ -71,7 +71,7 @@ class Channel(ClosedOnLeaving):
         """
         lines = LineSocket(connected)
         try:
-            line = lines.read_line(deadline, _LONGEST_GREETING)
+            line = lines.read_line(deadline, _MAX_GREETING)
             if line is None:
                 raise ConnectionClosed("the client closed the connection before its greeting")
             greeting = Greeting.parse(line)

@@ -15,7 +15,7 @@ from .waiting import Deadline
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 
 _GREETING_SECONDS = 5.0
-_LONGEST_WAIT = 0.1
+_MAX_WAIT = 0.1
 _KEPT_REFUSALS = 20
 
 
@@ -51,7 +51,7 @@ class PendingAgents:
         """
         while True:
             over = deadline.passed() or given_up()
-            self._receive(wanted, 0.0 if over else min(deadline.remaining(), _LONGEST_WAIT))
+            self._receive(wanted, 0.0 if over else min(deadline.remaining(), _MAX_WAIT))
             for connection in self._waiting:
                 if wanted is None or wanted(connection.pid):
                     self._waiting.remove(connection)
@@ -70,7 +70,7 @@ class PendingAgents:
 
     def _receive(self, wanted: Optional[Callable[[int], bool]], seconds: float) -> None:
         """Waits `seconds` at most for a connection, and accepts all that are there."""
-        arriving = Deadline(_LONGEST_WAIT)
+        arriving = Deadline(_MAX_WAIT)
         while select.select([self._server], [], [], seconds)[0]:
             try:
                 admits = wanted if wanted is not None else lambda pid: False

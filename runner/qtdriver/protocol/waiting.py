@@ -17,7 +17,7 @@ _Result = TypeVar("_Result")
 # wait of seconds takes hardly any processor time.
 _FIRST_PAUSE = 0.0005
 _GROWTH = 1.5
-_LONGEST_PAUSE = 0.1
+_MAX_PAUSE = 0.1
 
 _LEAST_REPLY_SECONDS = 0.05
 """Long enough for the reply of an idle application."""
@@ -97,7 +97,7 @@ def attempts(deadline: Deadline) -> Iterator[None]:
         bound = _bound.get()
         left = deadline.remaining() if bound is None else min(deadline.remaining(), bound.remaining())
         time.sleep(min(pause, left))
-        pause = min(pause * _GROWTH, _LONGEST_PAUSE)
+        pause = min(pause * _GROWTH, _MAX_PAUSE)
 
 
 def retry(

@@ -15,7 +15,7 @@ TEXT_CHARACTERS = 10_000_000
 LARGE_BYTES = 300_000
 """A larger picture is embedded with fewer pixels; the original is in the folder of the trace."""
 
-_LONGEST_SIDE = 1600
+_MAX_SIDE = 1600
 _SUFFIXES = {".webp": "webp", ".png": "png", ".jpg": "jpeg", ".jpeg": "jpeg"}
 
 
@@ -74,7 +74,7 @@ def _smaller(kind: str, data: bytes) -> Tuple[str, bytes]:
     except ImportError:
         return kind, data
     image = Image.open(io.BytesIO(data)).convert("RGB")
-    image.thumbnail((_LONGEST_SIDE, _LONGEST_SIDE))
+    image.thumbnail((_MAX_SIDE, _MAX_SIDE))
     file = io.BytesIO()
     image.save(file, "JPEG", quality=75)
     return min(("jpeg", file.getvalue()), (kind, data), key=lambda picture: len(picture[1]))

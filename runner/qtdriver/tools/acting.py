@@ -9,7 +9,7 @@ from ..errors import NotReadyError
 from ..lookup.snapshot import headline_with_ref
 from ..recording.code import call_code
 from ..recording.steps import Argument
-from .answers import MOST_CHARACTERS, Answer, ToolError, cut
+from .answers import MAX_CHARACTERS, Answer, ToolError, cut
 from .call import Call
 from .changes import title
 from .running import RunningApplication, Target, way_to
@@ -107,7 +107,7 @@ def _answer_after(running: RunningApplication, subject: _Subject, words: str, no
     """The answer after an action: what was done, and what has changed since the last answer."""
     acted_on = subject.target.node.ref if isinstance(subject.target, Target) else None
     lines = running.changes_after_action(acted_on)
-    return Answer(cut("\n".join([words, *(lines or [_NOTHING])]), MOST_CHARACTERS) + note)
+    return Answer(cut("\n".join([words, *(lines or [_NOTHING])]), MAX_CHARACTERS) + note)
 
 
 def _click(session: Session, call: Call, arguments: Arguments) -> Answer:

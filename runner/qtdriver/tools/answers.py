@@ -6,13 +6,13 @@ import base64
 from dataclasses import dataclass
 from typing import Any, Dict, List, Optional, Sequence
 
-MOST_CHARACTERS = 6000
+MAX_CHARACTERS = 6000
 """Characters of an answer; about four are one token of a model."""
 
-MOST_LINES = 1000
+MAX_LINES = 1000
 """Lines that can be in an answer."""
 
-MOST_OF_A_PART = 1600
+MAX_OF_A_PART = 1600
 """Characters of a window that an answer shows besides something else."""
 
 
@@ -44,7 +44,7 @@ class Answer:
 
 
 def limited(
-    lines: Sequence[str], hint: str, most: int = MOST_CHARACTERS, first: int = 0, count: int = 0
+    lines: Sequence[str], hint: str, most: int = MAX_CHARACTERS, first: int = 0, count: int = 0
 ) -> str:
     """As many of the lines as fit, and a line that says how many were left out, and how to get them.
 
@@ -69,7 +69,7 @@ def limited(
     return "\n".join([*lines[:kept], last])
 
 
-def cut(text: str, most: int = MOST_CHARACTERS) -> str:
+def cut(text: str, most: int = MAX_CHARACTERS) -> str:
     """The text, or its beginning with a note of how much was left out."""
     if len(text) <= most:
         return text

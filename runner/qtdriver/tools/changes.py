@@ -15,10 +15,10 @@ from ..lookup.snapshot import (
     walk_outline,
 )
 from ..lookup.survey import Survey, SurveyedWindow
-from .answers import MOST_LINES, MOST_OF_A_PART, limited
+from .answers import MAX_LINES, MAX_OF_A_PART, limited
 
-_MOST_LINES = 25
-_MOST_ITEMS = 8
+_MAX_LINES = 25
+_MAX_ITEMS = 8
 _PASSING_STATES = ("focused", "hovered", "default")
 """States that follow the focus and the mouse: many widgets change them at each step, and one line tells the focus."""
 
@@ -49,10 +49,10 @@ def changes(before: Survey, after: Survey, acted_on: Optional[int] = None) -> Li
     for ref, window in new.items():
         if ref not in old:
             assert window.root is not None
-            shown = outline_with_refs(window.root, most=MOST_LINES)
+            shown = outline_with_refs(window.root, most=MAX_LINES)
             rest = f"snapshot with target {ref}"
             kind = "opened, modal: " if window.record.modal else "opened: "
-            lines += [kind + limited(shown, rest, MOST_OF_A_PART, count=outline_length(window.root))]
+            lines += [kind + limited(shown, rest, MAX_OF_A_PART, count=outline_length(window.root))]
     lines += [f"closed: {title(window)}" for ref, window in old.items() if ref not in new]
     for ref, window in new.items():
         if ref in old:
@@ -83,8 +83,8 @@ def _changes_within(before: SurveyedWindow, after: SurveyedWindow) -> List[str]:
     gone = [f"- {_with_number_within(node)}" for node in _outermost(before.root, set(new))]
     came = [f"+ {line}" for node in _outermost(after.root, set(old)) for line in outline_with_refs(node)]
     for some in (lines, gone, came):
-        if len(some) > _MOST_LINES:
-            some[_MOST_LINES:] = [f"  ... and {len(some) - _MOST_LINES} more: take a snapshot"]
+        if len(some) > _MAX_LINES:
+            some[_MAX_LINES:] = [f"  ... and {len(some) - _MAX_LINES} more: take a snapshot"]
     return [*lines, *gone, *came]
 
 
@@ -125,9 +125,9 @@ def _changes_of_items(before: SnapshotNode, after: SnapshotNode) -> Iterator[str
     else:
         lines = [f"    - {item}" for item in (old - new).elements()]
         lines += [f"    + {item}" for item in (new - old).elements()]
-    yield from lines[:_MOST_ITEMS]
-    if len(lines) > _MOST_ITEMS:
-        yield f"    ... and {len(lines) - _MOST_ITEMS} more items have changed"
+    yield from lines[:_MAX_ITEMS]
+    if len(lines) > _MAX_ITEMS:
+        yield f"    ... and {len(lines) - _MAX_ITEMS} more items have changed"
     count = len(after.items) + after.left_out
     if count != len(before.items) + before.left_out:
         yield f"    {count} items, before: {len(before.items) + before.left_out}"

@@ -12,8 +12,8 @@ from .session import Session
 FAILURES = (QtDriverError, ToolError, ValueError, TypeError, OSError)
 """The errors that a tool may raise and a model may learn from."""
 
-_MOST_FRAMES = 15
-_MOST_OF_AN_ERROR = 3000
+_MAX_FRAMES = 15
+_MAX_OF_AN_ERROR = 3000
 
 
 def answer_to(session: Session, error: BaseException) -> Answer:
@@ -27,7 +27,7 @@ def answer_to(session: Session, error: BaseException) -> Answer:
             session.forget(running)
             lines.append(f"{running.name!r} is off the list: launch starts it again")
     ended_well = bool(statuses) and not any(status != 0 for status in statuses)
-    return Answer(cut("\n".join(lines), _MOST_OF_AN_ERROR), is_error=not ended_well)
+    return Answer(cut("\n".join(lines), _MAX_OF_AN_ERROR), is_error=not ended_well)
 
 
 def _stack(running: RunningApplication) -> List[str]:
@@ -35,4 +35,4 @@ def _stack(running: RunningApplication) -> List[str]:
     if stacks is None:
         return []
     lines = stacks.lines()
-    return ["its stack:", *lines[:_MOST_FRAMES]] if lines else []
+    return ["its stack:", *lines[:_MAX_FRAMES]] if lines else []

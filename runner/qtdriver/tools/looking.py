@@ -8,15 +8,15 @@ from ..errors import CommandError
 from ..lookup.snapshot import SnapshotNode, headline_with_ref, outline_length, outline_with_refs, walk_outline
 from ..protocol.secrets import HIDDEN
 from ..protocol.wire import Rect, Value
-from .answers import MOST_LINES, Answer, ToolError, cut, limited
+from .answers import MAX_LINES, Answer, ToolError, cut, limited
 from .call import Call
 from .changes import title
 from .running import RunningApplication, Target
 from .session import Session
 from .tool import APP, TARGET, WINDOW, Arguments, Tool
 
-_MOST_FOUND = 20
-_MOST_OF_A_VALUE = 3000
+_MAX_FOUND = 20
+_MAX_OF_A_VALUE = 3000
 _MAIN_PROPERTY: Dict[str, str] = {
     "checkbox": "checked",
     "radio button": "checked",
@@ -60,7 +60,7 @@ def _snapshot(session: Session, call: Call, arguments: Arguments) -> Answer:
     if first >= count:
         raise ToolError(f"it has {count} lines, the first one being 0")
     hint = f"snapshot with target {root.ref} and first_line {{}}, a target further in, or a depth"
-    lines = outline_with_refs(root, most=first + MOST_LINES, **parts)
+    lines = outline_with_refs(root, most=first + MAX_LINES, **parts)
     text = limited(lines[first:], hint, first=first, count=count - first)
     others = [one for one in running.survey.windows if one.root is not None and one.root.ref != root.ref]
     more = "\nother windows: " + ", ".join(f"[{one.root.ref}] {title(one)}" for one in others if one.root)
@@ -92,11 +92,11 @@ def _find(session: Session, call: Call, arguments: Arguments) -> Answer:
     if not lines:
         roles = "" if role is None else f" of the role {role!r}; there are {', '.join(sorted(known_roles))}"
         raise ToolError(f"nothing in sight has {wanted!r}{roles}")
-    return Answer(limited(lines[:_MOST_FOUND] + _left_out(lines), "say more of the text, or the role"))
+    return Answer(limited(lines[:_MAX_FOUND] + _left_out(lines), "say more of the text, or the role"))
 
 
 def _left_out(lines: List[str]) -> List[str]:
-    return [f"... {len(lines) - _MOST_FOUND} more: say more of the text"] if len(lines) > _MOST_FOUND else []
+    return [f"... {len(lines) - _MAX_FOUND} more: say more of the text"] if len(lines) > _MAX_FOUND else []
 
 
 def _has_text(node: SnapshotNode, wanted: str) -> bool:
@@ -173,7 +173,7 @@ def _is_plain(value: Value) -> bool:
 def _shown(value: Value) -> str:
     if isinstance(value, bytes):
         return "a picture: take a screenshot of the widget"
-    return cut(repr(value) if isinstance(value, (str, tuple)) else str(value), _MOST_OF_A_VALUE)
+    return cut(repr(value) if isinstance(value, (str, tuple)) else str(value), _MAX_OF_A_VALUE)
 
 
 def _read_items(
@@ -182,7 +182,7 @@ def _read_items(
     first: int = arguments.get("first_line", 0)
     items = target.widget.items()
     note: Optional[str] = ""
-    if arguments.get("check", True) and len(items) <= _MOST_FOUND:
+    if arguments.get("check", True) and len(items) <= _MAX_FOUND:
         widget = running.call_for_test(target)
         note = session.record(running, target, widget, "equals", (items,), is_check=True, reads="items()")
     lines = [f"- {' '.join(text.split())}" for text in items[first:]]

@@ -26,8 +26,8 @@ from .changes import changes, is_same, title
 _SETTLE_SECONDS = 0.25
 """How long an action may take to show a first effect, before it counts as one without."""
 
-_MOST_CANDIDATES = 8
-_MOST_REMEMBERED = 300
+_MAX_CANDIDATES = 8
+_MAX_REMEMBERED = 300
 """Widgets that are gone, or out of sight, of which it is known what they were."""
 
 _TEXT_FIELDS = ("text", "label", "title", "action", "placeholder", "tip")
@@ -85,7 +85,7 @@ class RunningApplication:
         """Looks at all windows. Returns what they show, which is `survey` from now on."""
         with self.app.watched():
             self.survey = take_survey(self.app.connection, self.survey)
-        gone = [ref for ref in self._seen if ref not in self.survey.found][-_MOST_REMEMBERED:]
+        gone = [ref for ref in self._seen if ref not in self.survey.found][-_MAX_REMEMBERED:]
         self._seen = {**{ref: self._seen[ref] for ref in gone}, **self.survey.found}
         return self.survey
 
@@ -171,7 +171,7 @@ class RunningApplication:
             if len(fitting) == 1:
                 return self._as_target(fitting[0], inside)
             if fitting:
-                lines = "\n".join(map(headline_with_ref, fitting[:_MOST_CANDIDATES]))
+                lines = "\n".join(map(headline_with_ref, fitting[:_MAX_CANDIDATES]))
                 raise ToolError(
                     f"{len(fitting)} widgets have {wanted!r}; say which one by its number:\n{lines}"
                 )
@@ -250,7 +250,7 @@ def _stale(node: SnapshotNode, window: SurveyedWindow, fresh: Survey) -> str:
     words = f"[{node.ref}] is gone: it was {headline_with_ref(node)} in {title(window)}."
     now = [other for other, _ in fresh.found.values() if other.role == node.role and _is_like(other, node)]
     if now:
-        return f"{words} In its place:\n" + "\n".join(map(headline_with_ref, now[:_MOST_CANDIDATES]))
+        return f"{words} In its place:\n" + "\n".join(map(headline_with_ref, now[:_MAX_CANDIDATES]))
     nodes = [other for one in fresh.windows if one.root for other, _ in walk_outline(one.root)]
     shown = _shown(node)
     return words + (_nearest(shown, nodes) if shown else " Take a snapshot.")
@@ -276,4 +276,4 @@ def _nearest(wanted: str, nodes: Sequence[SnapshotNode]) -> str:
     if not near:
         return " Take a snapshot."
     lines = dict.fromkeys(headline_with_ref(by_text[text]) for text in near)
-    return " The nearest:\n" + "\n".join(list(lines)[:_MOST_CANDIDATES])
+    return " The nearest:\n" + "\n".join(list(lines)[:_MAX_CANDIDATES])

@@ -17,14 +17,14 @@ from ..protocol.waiting import Deadline, attempts
 from ..recording.files import parts_below, write_below
 from ..recording.code import secret_variable, test_code
 from ..recording.steps import Secret, Step
-from .answers import MOST_OF_A_PART, Answer, ToolError, cut
+from .answers import MAX_OF_A_PART, Answer, ToolError, cut
 from .call import Call
 from .options import Options
 from .session import Session
 from .tool import Arguments, Tool
 
 _RUN_SECONDS = 180.0
-_MOST_OF_OUTPUT = 2500
+_MAX_OF_OUTPUT = 2500
 _RESULTS = {True: "passed", False: "FAILED"}
 _KEEP = "keep_failing saves it all the same"
 
@@ -42,7 +42,7 @@ def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
     trial = Trial(False, refusal, "") if refusal else _run(session, code, file_name)
     if not trial.passed and not arguments.get("keep_failing", False):
         why = "could not be run" if refusal else "failed on a fresh start"
-        shown = cut(trial.output[-_MOST_OF_OUTPUT:], _MOST_OF_OUTPUT) or _KEEP
+        shown = cut(trial.output[-_MAX_OF_OUTPUT:], _MAX_OF_OUTPUT) or _KEEP
         return Answer(
             f"The test was not saved, since it {why}: {trial.summary}\n{shown}\n{code}",
             is_error=True,
@@ -52,7 +52,7 @@ def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
         session.begin_anew()
     ran = "it could not be run" if refusal else f"run once on a fresh start it {_RESULTS[trial.passed]}"
     head = f"saved {path}; {ran}: {trial.summary}"
-    return Answer("\n".join([head, _advice(session, checks), cut(code, MOST_OF_A_PART)]))
+    return Answer("\n".join([head, _advice(session, checks), cut(code, MAX_OF_A_PART)]))
 
 
 def _advice(session: Session, checks: int) -> str:

@@ -7,7 +7,7 @@ import shlex
 from ..errors.endings import describe_exit
 from ..lookup.snapshot import outline_length, outline_with_refs
 from ..protocol.waiting import Deadline, attempts
-from .answers import MOST_LINES, Answer, limited
+from .answers import MAX_LINES, Answer, limited
 from .call import Call
 from .running import RunningApplication
 from .session import DEFAULT_NAME, Session
@@ -38,7 +38,7 @@ def overview(running: RunningApplication) -> str:
     front = running.survey.in_front()
     if front is None or front.root is None:
         return "it shows no window yet"
-    lines = outline_with_refs(front.root, most=MOST_LINES)
+    lines = outline_with_refs(front.root, most=MAX_LINES)
     hint = f"snapshot with target {front.root.ref} and first_line {{}}"
     shown = limited(lines, hint, count=outline_length(front.root))
     if len(running.survey.windows) == 1:

@@ -16,7 +16,7 @@ from .running import RunningApplication, Target
 from .session import Session
 from .tool import APP, TARGET, WINDOW, Arguments, Tool
 
-_MOST_SECONDS = 120
+_MAX_SECONDS = 120
 _OF_WIDGETS: Dict[str, str] = {
     "visible": "is_visible",
     "hidden": "is_hidden",
@@ -170,7 +170,7 @@ TOOLS = (
             "timeout": {
                 "type": "number",
                 "minimum": 0,
-                "maximum": _MOST_SECONDS,
+                "maximum": _MAX_SECONDS,
                 "description": "Seconds. Default: 5.",
             },
         },

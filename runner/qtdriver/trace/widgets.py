@@ -25,7 +25,7 @@ SECONDS = 0.5
 SLOW_SECONDS = 0.25
 """An application whose widgets take longer than this to list is too slow to be asked after each step."""
 
-_MOST_SLOW_LISTINGS = 2
+_MAX_SLOW_LISTINGS = 2
 
 _ENCODER = json.JSONEncoder(ensure_ascii=False)
 
@@ -44,7 +44,7 @@ class WidgetLister:
         Raises TooSlow when the application has taken too long twice; after that it is asked no more, and the text is
         empty.
         """
-        if self._slow_listings >= _MOST_SLOW_LISTINGS:
+        if self._slow_listings >= _MAX_SLOW_LISTINGS:
             return ""
         started = time.monotonic()
         try:
@@ -56,7 +56,7 @@ class WidgetLister:
             text = ""
         if time.monotonic() - started > SLOW_SECONDS:
             self._slow_listings += 1
-            if self._slow_listings == _MOST_SLOW_LISTINGS:
+            if self._slow_listings == _MAX_SLOW_LISTINGS:
                 raise TooSlow(
                     f"its widgets take longer than {SLOW_SECONDS:g} s to list: they are no longer recorded"
                 )
