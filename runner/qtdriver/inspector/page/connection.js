@@ -31,7 +31,8 @@ export class Connection {
     }
     const message = JSON.parse(data);
     if (!("answers" in message)) {
-      this.ended = this.ended || message.told === "ended";
+      if (this.ended) return; // such as that there are no pictures any more, which would hide why
+      this.ended = message.told === "ended";
       this.listeners.told(message);
       return;
     }
