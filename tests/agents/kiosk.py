@@ -13,6 +13,7 @@ from PyQt5.QtWidgets import (
     QApplication,
     QDialog,
     QLabel,
+    QLineEdit,
     QPushButton,
     QVBoxLayout,
     QWidget,
@@ -50,6 +51,11 @@ class Kiosk(QWidget):
         add_button(layout, "Leave", QApplication.quit)
         add_button(layout, "Make anew", self.make_anew)
         add_button(layout, "Ask", self.ask)
+        self.pin = QLineEdit()
+        self.pin.setObjectName("pin")
+        self.pin.setEchoMode(QLineEdit.Password)
+        layout.addWidget(self.pin)
+        add_button(layout, "Tell and crash", self.tell_and_crash)
         self.made = add_button(layout, "Made", lambda: None)
         if "once" in sys.argv and not os.path.exists(sys.argv[-1]):
             add_button(layout, "Only once", lambda: open(sys.argv[-1], "w").close())
@@ -58,6 +64,11 @@ class Kiosk(QWidget):
         """Puts another button of the same text in the place of the last one."""
         self.made.deleteLater()
         self.made = add_button(self.box, "Made", lambda: self.state.setText("the new one"))
+
+    def tell_and_crash(self):
+        """Prints the password, and crashes."""
+        print(f"no user has the PIN {self.pin.text()}", flush=True)
+        string_at(0)
 
     def ask(self):
         """Opens a dialog that is gone when it is closed."""

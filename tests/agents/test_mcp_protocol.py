@@ -3,6 +3,7 @@
 import json
 import os
 import re
+import shlex
 import threading
 
 import pytest
@@ -303,6 +304,25 @@ def test_the_server_starts_as_the_documents_tell_clients_to(tmp_path, configurat
 
 def test_the_documents_have_the_files_of_two_clients():
     assert [one.id for one in documented_configurations()] == [".vscode/mcp.json", ".cursor/mcp.json"]
+
+
+def documented_commands():
+    """The commands that the documents have clients add."""
+    text = (ROOT / "docs" / "agents.md").read_text()
+    return re.findall(r"^    (\w+) mcp add qtdriver (?:-- )?qtdriver (.+)$", text, re.MULTILINE)
+
+
+@pytest.mark.parametrize("client, words", documented_commands())
+def test_the_server_starts_by_the_commands_that_the_documents_have(tmp_path, client, words):
+    command, *options = shlex.split(words.replace("$PWD", str(tmp_path)))
+    assert command == "mcp"
+    with McpClient(*options, folder=tmp_path) as running:
+        assert running.initialize()["serverInfo"]["name"] == "qtdriver"
+        assert os.readlink(f"/proc/{running.process.pid}/cwd") == str(tmp_path)
+
+
+def test_the_documents_have_the_commands_of_three_clients():
+    assert [client for client, _ in documented_commands()] == ["claude", "codex", "gemini"]
 
 
 @pytest.mark.parametrize("options", [("--headed",), ()])

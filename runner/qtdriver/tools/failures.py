@@ -27,7 +27,8 @@ def answer_to(session: Session, error: BaseException) -> Answer:
             session.forget(running)
             lines.append(f"{running.name!r} is off the list: launch starts it again")
     ended_well = bool(statuses) and not any(status != 0 for status in statuses)
-    return Answer(cut("\n".join(lines), _MAX_OF_AN_ERROR), is_error=not ended_well)
+    # Hidden before the cut, which could leave the beginning of a password.
+    return Answer(cut(session.hide("\n".join(lines)), _MAX_OF_AN_ERROR), is_error=not ended_well)
 
 
 def _stack(running: RunningApplication) -> List[str]:

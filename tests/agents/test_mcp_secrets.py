@@ -1,0 +1,65 @@
+"""`qtdriver mcp` and passwords: no error and no fault of a tool shows one that was typed."""
+
+from types import SimpleNamespace
+
+import pytest
+
+from qtdriver.errors import QtDriverError
+from qtdriver.mcp import offer
+from qtdriver.mcp.calls import Call
+from qtdriver.mcp.messages import Message, RpcError
+from qtdriver.protocol.secrets import Secrets
+from qtdriver.tools.failures import answer_to
+from qtdriver.tools.options import Options
+from qtdriver.tools.session import Session
+from qtdriver.tools.tool import Tool
+
+PIN = "s3cret-77"
+
+
+@pytest.fixture
+def session(tmp_path):
+    """A session in whose application, which has ended, the password was typed."""
+    session = Session(Options(tmp_path))
+    connection = SimpleNamespace(secrets=Secrets([PIN]))
+    session.forget(SimpleNamespace(name="gone", app=SimpleNamespace(connection=connection)))
+    return session
+
+
+def call_of_a_tool_that_raises(session, monkeypatch, error):
+    """Calls a tool that raises the error. Returns what the server makes of it."""
+
+    def run(*_):
+        raise error
+
+    monkeypatch.setitem(offer._BY_NAME, "fails", Tool("fails", "Fails", "Fails always", run))
+    message = Message("tools/call", {"name": "fails"}, 1)
+    return offer.QtOffer(session).call_tool(Call(message, "2025-11-25", lambda *_: None))
+
+
+def test_the_last_output_of_an_application_that_crashes_is_told_without_the_password(client, kiosk):
+    kiosk()
+    client.call("type", target="pin", text=PIN)
+    problem = client.refusal("click", target="Tell and crash")
+    assert "no user has the PIN ***" in problem and "signal SIGSEGV" in problem
+    assert PIN not in problem
+    assert PIN not in kiosk()
+    problem = client.refusal("click", target=f"OK {PIN}")
+    assert "'OK ***'" in problem and PIN not in problem, "it stays hidden when its application is gone"
+
+
+def test_a_fault_of_a_tool_is_told_without_the_password(session, monkeypatch):
+    with pytest.raises(RpcError) as raised:
+        call_of_a_tool_that_raises(session, monkeypatch, KeyError(f"no field takes {PIN}"))
+    assert (raised.value.code, str(raised.value)) == (-32603, "KeyError: 'no field takes ***'")
+
+
+def test_an_error_of_the_runner_is_told_without_the_password(session, monkeypatch):
+    result = call_of_a_tool_that_raises(session, monkeypatch, QtDriverError(f"the field has {PIN!r}"))
+    assert result == {"content": [{"type": "text", "text": "the field has '***'"}], "isError": True}
+
+
+@pytest.mark.parametrize("before", [2992, 2998])
+def test_no_part_of_a_password_is_left_where_a_long_error_is_cut(session, before):
+    told = answer_to(session, QtDriverError("-" * before + PIN + "-" * 100)).text
+    assert "s3" not in told and "more characters" in told
