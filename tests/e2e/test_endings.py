@@ -31,6 +31,18 @@ CALLS = {
 }
 
 
+CLICK = next(iter(CALLS))
+
+
+def titles(window):
+    """A function that reads the titles of all windows."""
+
+    def titles():
+        return [window.title()]
+
+    return titles
+
+
 @pytest.mark.parametrize("listens", [False, True])
 @pytest.mark.parametrize("written", CALLS)
 def test_a_dead_application_tells_its_end_and_the_call_as_the_test_wrote_it(written, listens):
@@ -43,16 +55,23 @@ def test_a_dead_application_tells_its_end_and_the_call_as_the_test_wrote_it(writ
     assert message.startswith(f"the application ended (signal SIGABRT) at {written}, ")
 
 
-def test_an_application_that_dies_between_two_calls_tells_the_one_before():
+@pytest.mark.parametrize("listens", [False, True])
+@pytest.mark.parametrize(
+    "written, call",
+    [
+        (CLICK, CALLS[CLICK]),
+        ("eventually(titles).equals(['Roastery'])", lambda window: eventually(titles(window)).equals(["Roastery"])),
+    ],
+)  # fmt: skip
+def test_an_application_that_dies_between_two_calls_tells_the_one_before(written, call, listens):
     with running() as (_, app):
-        app.listeners.append(StepListener())
-        app.window(name="showcase").widget("brewButton").click()
+        if listens:
+            app.listeners.append(StepListener())
+        call(app.window(name="showcase"))
         os.kill(app.pid, signal.SIGABRT)
         eventually(lambda: app.process.status() is not None, timeout=60).is_true()
         message = str(app.unexpected_end())
-    assert message.startswith(
-        'the application ended (signal SIGABRT) after window(name="showcase").widget("brewButton").click(), '
-    )
+    assert message.startswith(f"the application ended (signal SIGABRT) after {written}, ")
 
 
 def test_a_typed_password_is_not_in_the_call_that_a_dead_application_is_told_with():

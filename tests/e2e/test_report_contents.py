@@ -6,6 +6,7 @@ from dataclasses import replace
 import pytest
 from PIL import Image
 
+from qtdriver.crashes.stacks import Frame, Stacks, Thread
 from qtdriver.report import embedding, page
 from qtdriver.report.page import TestResult, in_script, readable_duration, write_page
 
@@ -100,6 +101,20 @@ def test_an_application_that_has_ended_is_shown_as_it_was_before(browser, made, 
     assert browser.text(".modes [aria-pressed=true]") == shown
     browser.click(".modes button", "Side by side")
     assert len(browser.shown_pictures()) == 2
+
+
+def test_the_stack_of_a_crash_is_folded_and_named_by_the_first_call_of_the_application(browser, tmp_path):
+    brewing = (Frame("raise", "", "/lib/libc.so.6"), Frame("Order::brew()", "order.cpp:12", ""))
+    crash = Stacks((Thread(7, "coffee", brewing), Thread(8, "pump", (Frame("pause", "", "/lib/libc.so.6"),))))
+    for name, stacks in (("stack.txt", crash), ("stack-2.txt", Stacks(crash.threads[1:]))):
+        (tmp_path / name).write_text("\n".join(stacks.lines()))
+    write_page([TestResult("a.py::bad", "failed", 1.0, "", None, tmp_path)], tmp_path / "page.html")
+    browser.open(tmp_path / "page.html")
+    first, second = browser.texts(".stack summary")
+    assert first == "Stack of the application: Order::brew() at order.cpp:12" and "pause" in second
+    assert browser.run("return document.querySelector('.stack').open") is False
+    browser.click(".stack summary", "Order::brew()")
+    assert browser.text(".stack[open] pre").split() == " ".join(crash.lines()).split()
 
 
 @pytest.fixture

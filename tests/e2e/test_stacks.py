@@ -57,11 +57,12 @@ def program(tmp_path_factory):
 @pytest.fixture
 def launched(program, build, tmp_path):
     """Starts the program in a folder of its own."""
-    folder = tmp_path / "work"
+    folder, pattern = tmp_path / "work", cores._PATTERN.read_text()
     folder.mkdir()
     with Driver(qt=5, build=build, timeout=1, request_timeout=1) as driver:
         yield lambda *words: driver.launch(program, *words, working_directory=folder)
     assert list(folder.iterdir()) == [], "the core file is gone"
+    assert cores._PATTERN.read_text() == pattern, "core files of other programs go where they went before"
 
 
 def kept(app, tmp_path):

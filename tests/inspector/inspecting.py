@@ -1,7 +1,5 @@
 """Starts what the tests of the inspector look at."""
 
-import json
-import os
 import re
 import signal
 import subprocess
@@ -9,14 +7,15 @@ import sys
 from contextlib import contextmanager
 from pathlib import Path
 
+import pytest
+
+import oneshot
+from oneshot import QTDRIVER
 from qtdriver.commandline import control
 from qtdriver.desktop import desktop
+from showcase import AGENTS, PROGRAM
 
-BUILD = Path(os.environ.get("QTDRIVER_BUILD", Path(__file__).resolve().parents[2] / "build" / "qt5"))
-AGENTS = BUILD / "agents"
-PROGRAM = BUILD / "bin" / "showcase"
 RUNNER = Path(__file__).resolve().parents[2] / "runner"
-QTDRIVER = str(Path(__file__).resolve().parents[2] / "scripts" / "qtdriver")
 
 
 class Held:
@@ -75,27 +74,10 @@ class Held:
 @contextmanager
 def holding(runtime, *program):
     """Within it a program is held, by default the showcase, whose control socket is in the folder `runtime`."""
-    before = os.environ.get("XDG_RUNTIME_DIR")
-    os.environ["XDG_RUNTIME_DIR"] = str(runtime)
-    command = [
-        QTDRIVER,
-        "run",
-        "--background",
-        "--json",
-        "--build",
-        str(AGENTS),
-        "--",
-        *(program or [str(PROGRAM)]),
-    ]
-    told = subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
-    try:
-        yield Held(json.loads(told)["pid"])
-    finally:
-        subprocess.run([QTDRIVER, "stop"], capture_output=True)
-        if before is None:
-            del os.environ["XDG_RUNTIME_DIR"]
-        else:
-            os.environ["XDG_RUNTIME_DIR"] = before
+    with pytest.MonkeyPatch.context() as patch:
+        patch.setenv("XDG_RUNTIME_DIR", str(runtime))
+        with oneshot.holding(program=program or (PROGRAM,)) as told:
+            yield Held(told["pid"])
 
 
 class Inspecting:

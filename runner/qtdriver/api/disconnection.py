@@ -15,7 +15,6 @@ from ..errors import (
 )
 from ..launch.supervision import end_foreign_process
 from ..lookup.windows import describe_windows, last_windows
-from ..protocol.callers import find_caller
 from ..protocol.extensions import readable_request
 
 if TYPE_CHECKING:
@@ -96,12 +95,11 @@ def _describe_silence(app: "App", error: RequestTimeout) -> str:
 
 def _latest_call(app: "App") -> str:
     """The call that made the latest request, as the test wrote it if that can be told; empty for one without a step."""
-    transcript = app.connection.transcript
-    if transcript.last_step is None:
+    step = app.connection.transcript.last_step
+    if step is None:
         return ""
-    # A step without listeners has the runner's own title, to be quick. While it goes on, its call is still on the stack.
-    written = "" if app.listeners or not transcript.is_in_step else find_caller().call
-    return app.connection.secrets.hide(written or transcript.last_step.title)
+    written = "" if step.call is None else step.call.caller().call
+    return app.connection.secrets.hide(written or step.title)
 
 
 def _end_process(app: "App") -> bool:

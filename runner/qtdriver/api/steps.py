@@ -8,7 +8,7 @@ from contextlib import contextmanager
 from typing import TYPE_CHECKING, Iterator, List, Optional, Tuple
 
 from ..launch.process import FailedStart
-from ..protocol.callers import Caller, find_caller
+from ..protocol.callers import Caller, RunningCall, running_call
 from ..protocol.locators import Locator
 from ..protocol.transcript import Group, Step
 from ..protocol.waiting import bounded_by
@@ -99,7 +99,7 @@ def run_step(
         return
     step = Step(title, reads, window=window, target=target)
     app.connection.transcript.begin(step)
-    _start(app, step)
+    _start(app, step, running_call())
     try:
         yield step
     except BaseException as error:
@@ -109,9 +109,10 @@ def run_step(
         _end(app, step)
 
 
-def _start(app: "App", step: Step, known: Optional[Caller] = None) -> None:
+def _start(app: "App", step: Step, call: Optional[RunningCall]) -> None:
+    step.call = call
     if app.listeners:
-        caller = known or find_caller()
+        caller = Caller() if call is None else call.caller()
         step.title, step.action = caller.call or step.title, step.title
         step.file, step.line, step.group = caller.file, caller.line, _HERE.group
         with bounded_by(None):
@@ -134,9 +135,9 @@ def _end(app: "App", step: Step) -> None:
 class _Condition:
     """The step of a condition on a function, for each application that the function asks."""
 
-    def __init__(self, title: str, caller: Caller) -> None:
+    def __init__(self, title: str, call: Optional[RunningCall]) -> None:
         self._title = title
-        self._caller = caller
+        self._call = call
         self._steps: List[Tuple["App", Step]] = []
 
     def __repr__(self) -> str:
@@ -154,7 +155,7 @@ class _Condition:
         step = Step(self._title, reads=True)
         app.connection.transcript.begin(step)
         self._steps.append((app, step))
-        _start(app, step, self._caller)
+        _start(app, step, self._call)
         return True
 
     def end(self, error: str) -> None:
@@ -174,7 +175,7 @@ def condition_step(title: str) -> Iterator[None]:
     if _HERE.condition is not None:
         yield
         return
-    condition = _HERE.condition = _Condition(title, find_caller())
+    condition = _HERE.condition = _Condition(title, running_call())
     error = ""
     try:
         yield

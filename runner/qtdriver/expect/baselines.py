@@ -87,11 +87,3 @@ def current_baselines() -> Baselines:
 def _made(folder: Path) -> Path:
     folder.mkdir(parents=True, exist_ok=True)
     return folder
-
-
-def shown_path(path: Path) -> str:
-    """A path for messages: relative where it is below the current folder."""
-    try:
-        return str(path.relative_to(Path.cwd()))
-    except ValueError:
-        return str(path)

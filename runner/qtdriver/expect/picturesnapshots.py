@@ -10,9 +10,10 @@ from typing import TYPE_CHECKING, List, NamedTuple, Optional, Sequence, Tuple, U
 from ..api.widget import Widget
 from ..api.window import Window
 from ..desktop.screen_process import SCREENS, display_name
+from ..errors.paths import shown_path
 from ..protocol.transcript import Comparison
 from ..protocol.wire import Rect
-from .baselines import Baselines, current_baselines, shown_path
+from .baselines import Baselines, current_baselines
 from .comparison import Box, Difference, Limits, as_png, compare, masked, read_picture
 from .fulfilment import wait_in
 from .steady import Steady

@@ -9,9 +9,10 @@ from typing import List, Optional, Pattern, Sequence, Union
 
 from ..api.widget import Widget
 from ..api.window import Window
+from ..errors.paths import shown_path
 from ..lookup.reading_order import in_reading_order
 from ..lookup.snapshot import whole_outline
-from .baselines import Baselines, current_baselines, shown_path
+from .baselines import Baselines, current_baselines
 from .fulfilment import wait_in
 from .steady import Steady
 

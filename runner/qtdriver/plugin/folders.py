@@ -52,11 +52,3 @@ def clear(output: Path) -> None:
     if output.is_dir():
         for folder in output.iterdir():
             remove(folder)
-
-
-def displayed_path(path: Path, base: Path) -> str:
-    """The path relative to the folder `base` where it is below that, and the whole path otherwise."""
-    try:
-        return str(path.relative_to(base))
-    except ValueError:
-        return str(path)

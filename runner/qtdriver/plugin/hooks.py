@@ -11,7 +11,7 @@ from _pytest._code.code import ExceptionRepr
 
 from ..desktop.screen_process import SCREENS
 from ..errors import PictureError
-from . import folders
+from ..errors.paths import shown_path
 from .artifacts import TestArtifacts
 from .hidden import hide_secrets
 from .hookimpl import hookimpl
@@ -123,7 +123,7 @@ def _add_failure(artifacts: TestArtifacts, report: pytest.TestReport, config: py
     try:
         artifacts.collect()
         artifacts.add_error(report.when or "", report.longreprtext)
-        text = artifacts.describe(folders.displayed_path(_path_there(artifacts.folder, config), base))
+        text = artifacts.describe(shown_path(_path_there(artifacts.folder, config), base))
     except OSError as error:
         text = f"nothing could be kept of this failure: {error}"
     if isinstance(report.longrepr, ExceptionRepr):

@@ -11,9 +11,9 @@ from typing import Any, Dict, List, Optional
 
 import pytest
 
+from ..errors.paths import shown_path
 from ..report.page import write_page
 from ..report.results import FLAKY, ResultsWriter, SplitTests, remove_shards
-from . import folders
 from .attempts import Attempt, Attempts
 from .hookimpl import hookimpl
 from .output import Output
@@ -51,7 +51,7 @@ class Results:
         self._settings = read_settings(session.config)
         terminal = session.config.pluginmanager.getplugin("terminalreporter")
         if self._output.folder != wanted and terminal is not None:
-            taken, own = (folders.displayed_path(path, self._base) for path in (wanted, self._output.folder))
+            taken, own = (shown_path(path, self._base) for path in (wanted, self._output.folder))
             terminal.write_line(f"qtdriver: another run uses {taken}: results of this one are in {own}")
 
     @hookimpl(optionalhook=True)
@@ -119,7 +119,7 @@ class Results:
         except Exception as error:  # the results of the tests are not to be lost for the sake of a page
             self._lines.append(f"no page of the results: {error}")
         else:
-            self._lines.append(f"page of the results: {folders.displayed_path(page, self._base)}")
+            self._lines.append(f"page of the results: {shown_path(page, self._base)}")
 
     def pytest_terminal_summary(self, terminalreporter: Any) -> None:
         """Prints the flaky tests, the paths of the bundles, and that of the page."""
@@ -129,7 +129,7 @@ class Results:
                     f"qtdriver: flaky: {name} passed at attempt {len(attempts)}", yellow=True
                 )
         for path in [one.bundle for attempts in self._tests.values() for one in attempts if one.bundle]:
-            shown = folders.displayed_path(path, self._base)
+            shown = shown_path(path, self._base)
             terminalreporter.write_line(f"qtdriver: kept of a failure: {shown}")
         for line in self._lines:
             terminalreporter.write_line(f"qtdriver: {line}")

@@ -7,7 +7,8 @@ from typing import Any, Callable, List
 
 import pytest
 
-from ..expect.baselines import Baselines, shown_path
+from ..errors.paths import shown_path
+from ..expect.baselines import Baselines
 from .hookimpl import hookimpl
 from .settings import Settings
 

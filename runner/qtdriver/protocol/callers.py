@@ -6,7 +6,7 @@ import inspect
 import re
 import sys
 from types import CodeType, FrameType
-from typing import Any, List, NamedTuple, Optional
+from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 
 _RUNNER = __name__.partition(".")[0]
 _BETWEEN = ("_pytest", "pluggy", "contextlib", "unittest", "asyncio", "concurrent", "threading")
@@ -30,8 +30,27 @@ class Caller(NamedTuple):
     line: int = 0
 
 
-def find_caller() -> Caller:
-    """The innermost line outside the runner, and the runner's method that it calls."""
+class RunningCall(NamedTuple):
+    """A call of the runner by a test, from which the words are made only when they are needed: they take long.
+
+    Attributes:
+        code: that of the runner's method.
+        arguments: the method's own, by their names.
+        file, line: where the test made the call.
+    """
+
+    code: CodeType
+    arguments: Dict[str, Any]
+    file: str
+    line: int
+
+    def caller(self) -> Caller:
+        """Where the test made the call, and the call as it wrote it."""
+        return Caller(_written(self.code, self.arguments), self.file, self.line)
+
+
+def running_call() -> Optional[RunningCall]:
+    """The call by the innermost line outside the runner; None where no such line made it."""
     frame: Optional[FrameType] = sys._getframe(1)
     outermost = frame
     while frame is not None and _package(frame) in (_RUNNER, "contextlib"):
@@ -39,8 +58,18 @@ def find_caller() -> Caller:
     while frame is not None and _package(frame) in _BETWEEN:
         frame = frame.f_back
     if frame is None or outermost is None or _package(frame) == _RUNNER:
-        return Caller()
-    return Caller(_written(outermost), frame.f_code.co_filename, frame.f_lineno)
+        return None
+    # Not the frame itself, which would keep all that the test has alive.
+    code, values = outermost.f_code, outermost.f_locals
+    arguments = {name: values[name] for name in _names(code) if name in values}
+    return RunningCall(code, arguments, frame.f_code.co_filename, frame.f_lineno)
+
+
+def _names(code: CodeType) -> Tuple[str, ...]:
+    """The names of the arguments of a function."""
+    count = code.co_argcount + code.co_kwonlyargcount
+    count += bool(code.co_flags & inspect.CO_VARARGS) + bool(code.co_flags & inspect.CO_VARKEYWORDS)
+    return code.co_varnames[:count]
 
 
 def calling_frame() -> FrameType:
@@ -55,9 +84,8 @@ def _package(frame: FrameType) -> str:
     return str(frame.f_globals.get("__name__", "")).partition(".")[0]
 
 
-def _written(frame: FrameType) -> str:
-    """The call of the method that the frame runs; empty for a function, a generator and a private method."""
-    code, values = frame.f_code, frame.f_locals
+def _written(code: CodeType, values: Dict[str, Any]) -> str:
+    """The call of the method that has this code; empty for a function, a generator and a private method."""
     owner = values.get("self")
     if owner is None or code.co_name.startswith("_") or code.co_flags & inspect.CO_GENERATOR:
         return ""
@@ -69,7 +97,7 @@ def _written(frame: FrameType) -> str:
     return f"{prefix}{code.co_name}({', '.join(_arguments(function, code, values))})"
 
 
-def _arguments(function: Any, code: CodeType, values: "dict[str, Any]") -> List[str]:
+def _arguments(function: Any, code: CodeType, values: Dict[str, Any]) -> List[str]:
     """The arguments that differ from their defaults, as a test writes them."""
     if getattr(function, "__code__", None) is not code:
         return []

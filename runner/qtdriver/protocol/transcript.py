@@ -8,6 +8,7 @@ from contextlib import contextmanager
 from dataclasses import dataclass, field
 from typing import Deque, Iterator, List, NamedTuple, Optional, Tuple
 
+from .callers import RunningCall
 from .locators import Locator
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -90,6 +91,7 @@ class Step:
         window: the window of the widget that it is about, as extensions name it; empty for none.
         target: the locator of that widget.
         comparison: the pictures that differ, where it failed for that.
+        call: the call of the test, where the title is the runner's own for now, to be quick.
     """
 
     title: str
@@ -106,6 +108,7 @@ class Step:
     window: str = ""
     target: Optional[Locator] = None
     comparison: Optional[Comparison] = None
+    call: Optional[RunningCall] = None
 
     def add(self, exchange: Exchange) -> None:
         """Adds an exchange; of more than ten, it keeps the first five and the last five."""

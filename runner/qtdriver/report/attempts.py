@@ -134,11 +134,11 @@ def _seen(bundle: Optional[Path], embedding: Optional[Embedding]) -> "Optional[D
 
 
 def _stacks(bundle: Optional[Path]) -> List[str]:
-    """The stacks of the applications that crashed or hung, as texts."""
+    """The stacks of the applications that crashed or hung, as texts, in the order in which these were started."""
     if bundle is None:
         return []
     texts = []
-    for file in sorted(bundle.glob("stack*.txt")):
+    for file in sorted(bundle.glob("stack*.txt"), key=lambda file: (len(file.name), file.name)):
         try:
             texts.append(_shortened(file.read_text(encoding="utf-8", errors="replace")))
         except OSError:

@@ -10,6 +10,8 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Any, Dict, Iterator, List, Optional, Tuple
 
+from ..errors.paths import shown_path
+
 FLAKY = "flaky"
 """The outcome of a test that passed at a later attempt."""
 
@@ -186,8 +188,8 @@ def _data_of(result: TestResult, folder: Path) -> Dict[str, object]:
     }
     more = {
         "message": result.message,
-        "trace": _relative(result.trace, folder),
-        "bundle": _relative(result.bundle, folder),
+        "trace": "" if result.trace is None else shown_path(result.trace, folder),
+        "bundle": "" if result.bundle is None else shown_path(result.bundle, folder),
         "worker": result.worker,
     }
     data.update({name: value for name, value in more.items() if value})
@@ -209,13 +211,3 @@ def _result_of(data: Dict[str, Any], folder: Path, earlier: Tuple[TestResult, ..
         data["drives"],
         data.get("worker", ""),
     )
-
-
-def _relative(path: Optional[Path], folder: Path) -> str:
-    """The path as seen from the folder where it is below that, so that the folder can be moved."""
-    if path is None:
-        return ""
-    try:
-        return str(path.relative_to(folder))
-    except ValueError:
-        return str(path)

@@ -9,6 +9,7 @@ from pathlib import Path
 from typing import Callable, Dict, List, Mapping, Optional, Tuple
 
 from ..errors import ProtocolError
+from ..errors.paths import shown_path
 from ..protocol.commands import COMMAND_BY_NUMBER
 from ..protocol.extensions import EXTENSION_BY_NAME, decode_utf8_hex
 from ..protocol.secrets import Secrets
@@ -141,7 +142,7 @@ class Trace:
         """
         sources: Dict[str, Dict[int, str]] = {}
         for step in (recorded.step for recorded in self.steps if recorded.step.file):
-            known = sources.setdefault(_relative(step.file), {})
+            known = sources.setdefault(shown_path(Path(step.file)), {})
             for number, text in lines_around(step.file, step.line).items():
                 if number not in known:
                     known[number] = self.secrets.hide(text)
@@ -152,7 +153,7 @@ class Trace:
         return {
             "title": step.title,
             "action": "" if step.action == step.title else step.action,
-            "file": _relative(step.file),
+            "file": shown_path(Path(step.file)) if step.file else "",
             "line": step.line,
             "group": None if step.group is None else groups.index(step.group),
             "place": recorded.place,
@@ -203,14 +204,6 @@ def _groups(steps: List[RecordedStep]) -> List[Group]:
             group = group.parent
         groups += chain
     return groups
-
-
-def _relative(file: str) -> str:
-    """The path as seen from the current folder, where it is below that."""
-    try:
-        return str(Path(file).relative_to(Path.cwd())) if file else ""
-    except ValueError:
-        return file
 
 
 def describe_request(line: str) -> str:
