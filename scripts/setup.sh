@@ -27,7 +27,8 @@ to_test=(
     xserver-xephyr x11-utils x11-xserver-utils gdb imagemagick
     # runner and its tests
     python3-aiohttp python3-pefile python3-pytest python3-pytest-xdist python3-hypothesis python3-jinja2 python3-prompt-toolkit
-    python3-xlib python3-pyte python3-pyqt5 python3-venv python3-setuptools python3-wheel chromium chromium-driver zsh man-db
+    python3-xlib python3-pyte python3-pyqt5 python3-yaml python3-venv python3-setuptools python3-wheel chromium chromium-driver zsh
+    man-db
     # checks
     clang-format clang-tidy black mypy g++-mingw-w64-x86-64-posix binutils git
     # applications that nobody here wrote

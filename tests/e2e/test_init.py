@@ -7,6 +7,7 @@ from pathlib import Path
 
 import pytest
 import tomllib
+import yaml
 
 from qtdriver.project.writing import write_project
 
@@ -81,3 +82,5 @@ def test_the_application_and_its_arguments_are_written_as_they_are(tmp_path, com
     for name in (".gitlab-ci.yml", ".github/workflows/gui-tests.yml"):
         text = (tmp_path / name).read_text()
         assert "$" not in text and ("packages/*.deb editor" in text) == (command == ["editor"])
+        jobs = yaml.safe_load(text)
+        assert "gui-tests" in jobs.get("jobs", jobs)

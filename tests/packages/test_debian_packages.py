@@ -7,6 +7,7 @@ import time
 from pathlib import Path
 
 import pytest
+import yaml
 
 import cleanroot
 from cleanroot import fields
@@ -16,6 +17,7 @@ EARLIER = "0.0.1"
 MEGABYTE = 1_000_000
 AGENTS = ("qtdriver-agent-qt5", "qtdriver-agent-qt6")
 NAMES = ("qtdriver", *AGENTS, "libqtdriver-dev")
+CI_FILES = (".github/workflows/gui-tests.yml", ".gitlab-ci.yml")
 
 
 @pytest.fixture(scope="module")
@@ -47,9 +49,20 @@ def test_a_package_takes_less_than_a_megabyte_and_its_debug_symbols_are_apart(pa
 
 
 def test_the_libraries_are_hardened(unpacked):
-    for library in unpacked.glob("usr/lib/*/qtdriver/qt?/lib/*.so"):
-        assert "GNU_RELRO" in run("readelf", "--program-headers", "--wide", library), library
-        assert "BIND_NOW" in run("readelf", "--dynamic", "--wide", library), library
+    libraries = list(unpacked.glob("usr/lib/*/qtdriver/qt?/lib/*.so"))
+    assert len(libraries) == 6
+    for library in libraries:
+        segments = run("readelf", "--program-headers", "--wide", library)
+        assert "GNU_RELRO" in segments, library
+        assert re.search(r"GNU_STACK .* RW +0x", segments), f"the stack of {library} is executable"
+        dynamic = run("readelf", "--dynamic", "--wide", library)
+        assert "BIND_NOW" in dynamic and "TEXTREL" not in dynamic and "PATH" not in dynamic, library
+        needed = set(re.findall(r" U (\w+)", run("nm", "--dynamic", library)))
+        assert "__stack_chk_fail" in needed, f"{library} has no stack protector"
+        # The agent itself calls none of the functions that have a checked form.
+        if library.name != "libqtdriver.so":
+            assert {"__realpath_chk", "__fprintf_chk"} <= needed, f"{library} is not fortified"
+            assert not {"realpath", "fprintf"} & needed, f"{library} is fortified in part"
 
 
 def test_lintian_has_nothing_to_say(packages):
@@ -170,3 +183,29 @@ def test_removal_leaves_nothing(upgraded):
     left = sorted(name for name in root.files() - before if "qtdriver" in name)
     assert left == []
     assert "qtdriver" not in root.run("dpkg", "--list")
+
+
+def commands_of_ci(text):
+    """The commands of a file for GitHub or GitLab, in their order, and the folder that it keeps."""
+    job = yaml.safe_load(text)
+    if "jobs" not in job:
+        return job["gui-tests"]["script"], job["gui-tests"]["artifacts"]["paths"]
+    steps = job["jobs"]["gui-tests"]["steps"]
+    return [step["run"] for step in steps if "run" in step], [steps[-1]["with"]["path"]]
+
+
+def test_the_commands_of_ci_install_the_packages_again_and_keep_the_report(packages, upgraded):
+    root, _ = upgraded
+    folder = root.folder / "tmp" / "ci"
+    run(ROOT / "scripts" / "qtdriver", "init", "--no-run", folder, "--", "speedcrunch")
+    (folder / "packages").mkdir()
+    for name in NAMES:
+        shutil.copy(packages[name], folder / "packages")
+    # There is no network: packages that others recommend were not downloaded.
+    (root.folder / "etc/apt/apt.conf.d/recommends").write_text('APT::Install-Recommends "false";')
+    told = [commands_of_ci((folder / name).read_text()) for name in CI_FILES]
+    assert told[0] == told[1]
+    commands, kept = told[0]
+    output = root.run("sh", "-ec", "\n".join(["cd /tmp/ci", *commands]))
+    assert "1 passed" in output and kept == ["test-results"]
+    assert {"report.html", "junit.xml"} <= {path.name for path in (folder / "test-results").iterdir()}
