@@ -8,7 +8,7 @@ import signal
 import sys
 from ctypes import string_at
 
-from PyQt5.QtCore import QTimer
+from PyQt5.QtCore import Qt, QTimer
 from PyQt5.QtWidgets import (
     QApplication,
     QDialog,
@@ -20,6 +20,7 @@ from PyQt5.QtWidgets import (
 )
 
 MANY = 5000
+KEYS = {"shift": Qt.ShiftModifier, "control": Qt.ControlModifier, "alt": Qt.AltModifier}
 
 
 def add_button(layout, text, action):
@@ -27,6 +28,22 @@ def add_button(layout, text, action):
     button.clicked.connect(action)
     layout.addWidget(button)
     return button
+
+
+class Pad(QLabel):
+    """Shows how it was clicked: the buttons, the keys held, and where, in tenths of its size."""
+
+    def mousePressEvent(self, event):
+        self.show_click("single", event)
+
+    def mouseDoubleClickEvent(self, event):
+        self.show_click("double", event)
+
+    def show_click(self, kind, event):
+        button = {Qt.LeftButton: "left", Qt.MiddleButton: "middle", Qt.RightButton: "right"}[event.button()]
+        keys = [name for name, key in KEYS.items() if event.modifiers() & key]
+        place = f"{event.x() * 10 // self.width()}, {event.y() * 10 // self.height()}"
+        self.setText(" ".join([kind, button, *keys, "at", place]))
 
 
 class Kiosk(QWidget):
@@ -56,6 +73,9 @@ class Kiosk(QWidget):
         self.pin.setEchoMode(QLineEdit.Password)
         layout.addWidget(self.pin)
         add_button(layout, "Tell and crash", self.tell_and_crash)
+        pad = Pad("not clicked yet, and wide enough for all that it shows")
+        pad.setObjectName("pad")
+        layout.addWidget(pad)
         self.made = add_button(layout, "Made", lambda: None)
         if "once" in sys.argv and not os.path.exists(sys.argv[-1]):
             add_button(layout, "Only once", lambda: open(sys.argv[-1], "w").close())

@@ -6,6 +6,7 @@ import re
 import shlex
 import threading
 
+import psutil
 import pytest
 
 from mcpclient import CURRENT, META, ROOT, McpClient
@@ -172,6 +173,10 @@ def test_the_description_of_all_tools_takes_a_bounded_part_of_a_context(shared):
 )
 def test_a_tool_that_cannot_do_it_tells_the_model_why(shared, tool, arguments, problem):
     assert problem in shared.refusal(tool, **arguments)
+
+
+def test_nobody_reaches_the_server_by_a_network(shared):
+    assert psutil.Process(shared.process.pid).connections("inet") == []
 
 
 def test_windows_without_an_application_says_how_to_get_one(shared):

@@ -6,6 +6,7 @@ import json
 import re
 import time
 
+import psutil
 import pytest
 from PIL import Image
 
@@ -171,6 +172,38 @@ def test_items_are_chosen_clicked_and_read(showcase):
     assert items[0] in showcase.refusal("select", target="extrasList", value=items[0] + "x")
 
 
+def test_several_items_are_chosen_together(showcase):
+    page(showcase, "Lists")
+    showcase.call("select", target="extrasList", value=["Honey", "Nutmeg"])
+    lines = showcase.call("snapshot", target="extrasList").splitlines()
+    assert [line.split()[1] for line in lines if "selected" in line] == ["Honey", "Nutmeg"]
+
+
+def test_an_entry_of_a_context_menu_is_chosen_or_the_menu_opened_and_looked_at(showcase):
+    page(showcase, "Lists")
+    told = showcase.call("click", target="extrasList", menu="Check all", button="right")
+    assert told.startswith("chose 'Check all' from the menu of [") and "~ Vanilla (checked)" in told
+    opened = showcase.call("click", target="extrasList", button="right")
+    assert "opened: [" in opened and "- Uncheck all\n" in opened and "- Order more (disabled)" in opened
+    told = showcase.call("click", menu="Uncheck all")
+    assert "~ Vanilla\n" in told and "checked" not in told
+
+
+@pytest.mark.parametrize(
+    "arguments, shown",
+    [
+        ({"at": [0.15, 0.55]}, "single left at 1, 5"),
+        ({"button": "right", "at": [0.85, 0.25]}, "single right at 8, 2"),
+        ({"button": "middle", "modifier": "alt"}, "single middle alt at"),
+        ({"double": True, "modifier": "control"}, "double left control at"),
+        ({"modifier": "shift"}, "single left shift at"),
+    ],
+)
+def test_a_click_has_the_button_the_key_and_the_place_that_are_named(kiosk, client, arguments, shown):
+    kiosk()
+    assert f'label "{shown}' in client.call("click", app="kiosk", target="pad", **arguments)
+
+
 def test_a_cell_is_named_by_its_row_and_column(showcase):
     page(showcase, "Tables")
     text = showcase.call("click", target="priceTable", cell=[2, 3])
@@ -261,6 +294,18 @@ def test_a_picture_of_a_widget_has_its_size_and_its_points(showcase):
     picture = Image.open(io.BytesIO(base64.b64decode(result["content"][1]["data"])))
     assert picture.size[0] < 300 and picture.size[1] < 100
     assert 'button "Brew a cup"' in showcase.call("pick", x=picture.size[0] / 2, y=picture.size[1] / 2)
+
+
+def test_a_picture_of_the_whole_screen_has_its_shape(showcase):
+    text, image = showcase.result("screenshot", screen=True, width=640)["content"]
+    picture = Image.open(io.BytesIO(base64.b64decode(image["data"])))
+    assert picture.size == (640, 512) and "the whole screen, 640 x 512 pixels" in text["text"]
+
+
+def test_nothing_but_the_runner_listens_for_the_applications_that_it_starts(showcase):
+    process = psutil.Process(showcase.process.pid)
+    listening = [one.laddr for one in process.connections("inet") if one.status == psutil.CONN_LISTEN]
+    assert listening == [("127.0.0.1", 4242)]
 
 
 def test_a_second_application_has_a_name_of_its_own(showcase, kiosk):
