@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QProcess>
 #include <QSpinBox>
 #include <QWidgetAction>
 
@@ -202,6 +203,15 @@ void build(TestHost& host)
     menus.submenu(bar, "hiddenMenu", "Hidden")->menuAction()->setVisible(false);
     addPopup(host, menus, window);
     journalInputState(host);
+    // As Qt 5 does by itself, now and then, while menus open and close: the windowing system takes the focus, and Qt
+    // has no active window.
+    host.onRequest(QLatin1String("loseActiveWindow"), [=, &host] {
+        auto* texts = window->findChild<QMenu*>(QLatin1String("textsMenu"));
+        host.onSignal(texts, SIGNAL(aboutToShow()), [] { QApplication::setActiveWindow(nullptr); });
+        host.onSignal(texts->actions().at(2), SIGNAL(hovered()), [] {
+            QProcess::execute(QLatin1String("xdotool"), {QLatin1String("windowfocus"), QLatin1String("0")});
+        });
+    });
     host.onRequest(QLatin1String("narrow"), [=] { window->resize(110, 300); });
 
     window->setGeometry(60, 60, 1000, 600);

@@ -151,6 +151,15 @@ def test_a_failed_walk_closes_all_menus_and_the_next_one_works(app, path, messag
     assert_chosen(app, "save")
 
 
+def test_a_failed_walk_gives_the_keyboard_back_where_qt_has_lost_the_active_window_meanwhile(plain):
+    choose(plain, "Texts/Widget")  # the menu gives its own widget the focus from now on
+    wait_until_closed(plain)
+    plain.forget()
+    plain.do("loseActiveWindow")
+    assert choose(plain, "Texts/Nope") == error("Invalid item")
+    assert_nothing_happened(plain)
+
+
 @pytest.mark.shared
 @pytest.mark.parametrize(
     "path",

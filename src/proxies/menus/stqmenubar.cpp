@@ -1,5 +1,7 @@
 #include "proxies/menus/stqmenubar.h"
 
+#include "compat/reachable.h"
+#include "compat/stacking.h"
 #include "proxies/menus/menuitems.h"
 
 #include <QAction>
@@ -136,6 +138,15 @@ void STQMenuBar::closeMenu(const QPointer<QWidget>& bar, const QPointer<QWidget>
 {
     // The first key closes the menu, which leaves the keyboard with the bar; the second has the bar give it back.
     pressEscape();
+    // Where Qt has lost the active window meanwhile, the keyboard stays with a widget of the closed menu.
+    const QWidget* owner = QApplication::focusWidget();
+    if (bar && bar->isVisible() && !(owner && owner->isVisible())) {
+        compat::activateWindow(bar);
+        if (bar)
+            compat::waitUntilActive(bar);
+        if (bar)
+            compat::setFocus(bar);
+    }
     pressEscape();
     // The bar does not restore the focus if the windowing system has given it to the menu's window meanwhile.
     if (bar && focus && focus != bar && bar->window()->focusWidget() == bar)
