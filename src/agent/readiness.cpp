@@ -125,12 +125,13 @@ QString waitAndFindObstacle(const QPointer<QWidget>& widget, const QPoint& point
 // front of the view.
 QString findObstacleInView(const QWidget* widget, const QPoint& point, QGraphicsView* view)
 {
-    const QPoint position = view->viewport()->mapFromGlobal(compat::mapToGlobal(widget, point));
-    const QWidget* under = compat::embeddedWidgetAt(view->viewport(), position);
+    const QPoint globalPosition = compat::mapToGlobal(widget, point);
+    const QWidget* under = compat::embeddedWidgetAt(view->viewport(), globalPosition);
     if (!under)
         return coveredBy(view);
     if (!isInside(under, widget))
         return coveredBy(under);
+    const QPoint position = view->viewport()->mapFromGlobal(globalPosition);
     const QString covers = findObstacleInWindow(view->viewport(), position);
     return covers.isEmpty() ? waitAndFindObstacle(view->viewport(), position) : covers;
 }

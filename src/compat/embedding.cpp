@@ -36,11 +36,12 @@ QPoint mapToGlobal(const QWidget* widget, const QPoint& point)
     return widget->mapToGlobal(point);
 }
 
-QWidget* embeddedWidgetAt(const QWidget* viewport, const QPoint& point)
+QWidget* embeddedWidgetAt(const QWidget* viewport, const QPoint& globalPosition)
 {
     const auto* view = qobject_cast<const QGraphicsView*>(viewport->parentWidget());
     if (!view || view->viewport() != viewport || !view->isInteractive())
         return nullptr;
+    const QPoint point = viewport->mapFromGlobal(globalPosition);
     const QList<QGraphicsItem*> items = view->items(point);
     for (QGraphicsItem* item : items) {
         if (item->acceptedMouseButtons() == Qt::NoButton)

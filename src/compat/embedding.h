@@ -16,9 +16,9 @@ QGraphicsView* viewAround(const QWidget* widget);
 // QWidget::mapToGlobal(), with Qt 4 too for embedded widgets.
 QPoint mapToGlobal(const QWidget* widget, const QPoint& point);
 
-// The embedded widget that gets the mouse at a point of the view's viewport; null when something else does, or when the
-// widget is not the viewport of a graphics view.
-QWidget* embeddedWidgetAt(const QWidget* viewport, const QPoint& point);
+// The embedded widget that gets the mouse at a point of the screen within the view's viewport; null when something else
+// does, or when the widget is not the viewport of a graphics view.
+QWidget* embeddedWidgetAt(const QWidget* viewport, const QPoint& globalPosition);
 
 // Scrolls the view to a rectangle of the embedded widget, and returns that in coordinates of the viewport. Runs the
 // application's code.

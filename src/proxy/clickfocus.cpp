@@ -15,7 +15,7 @@ bool acceptsClickFocus(const QWidget* widget)
 
 QWidget* embeddedFocusTaker(const QWidget* target, const QPoint& position)
 {
-    QWidget* widget = compat::embeddedWidgetAt(target, target->mapFromGlobal(position));
+    QWidget* widget = compat::embeddedWidgetAt(target, position);
     while (widget && !(widget->isEnabled() && acceptsClickFocus(widget)))
         widget = widget->isWindow() ? nullptr : widget->parentWidget();
     return widget;
