@@ -5,6 +5,7 @@ from __future__ import annotations
 import inspect
 import re
 import sys
+from functools import lru_cache
 from types import CodeType, FrameType
 from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 
@@ -52,12 +53,16 @@ class RunningCall(NamedTuple):
 def running_call() -> Optional[RunningCall]:
     """The call by the innermost line outside the runner; None where no such line made it."""
     frame: Optional[FrameType] = sys._getframe(1)
-    outermost = frame
-    while frame is not None and _package(frame) in (_RUNNER, "contextlib"):
-        outermost, frame = (frame if _package(frame) == _RUNNER else outermost), frame.f_back
-    while frame is not None and _package(frame) in _BETWEEN:
+    outermost, package = frame, _RUNNER
+    while frame is not None and package in (_RUNNER, "contextlib"):
+        if package == _RUNNER:
+            outermost = frame
         frame = frame.f_back
-    if frame is None or outermost is None or _package(frame) == _RUNNER:
+        package = _package(frame)
+    while frame is not None and package in _BETWEEN:
+        frame = frame.f_back
+        package = _package(frame)
+    if frame is None or outermost is None or package == _RUNNER:
         return None
     # Not the frame itself, which would keep all that the test has alive.
     code, values = outermost.f_code, outermost.f_locals
@@ -80,8 +85,13 @@ def calling_frame() -> FrameType:
     return frame
 
 
-def _package(frame: FrameType) -> str:
-    return str(frame.f_globals.get("__name__", "")).partition(".")[0]
+def _package(frame: Optional[FrameType]) -> str:
+    return "" if frame is None else _first_part(str(frame.f_globals.get("__name__", "")))
+
+
+@lru_cache(maxsize=1024)
+def _first_part(module: str) -> str:
+    return module.partition(".")[0]
 
 
 def _written(code: CodeType, values: Dict[str, Any]) -> str:
