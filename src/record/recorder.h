@@ -3,6 +3,7 @@
 #include "record/eventqueue.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QEvent>
 #include <QtCore/QHash>
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
@@ -48,7 +49,7 @@ private:
     // parents.
     struct Delivery
     {
-        QEvent::Type type = QEvent::None;
+        QEvent::Type type;
         QPointer<QWidget> receiver;
         QPoint position; // on the screen; of keys the key and its modifiers
     };
@@ -71,7 +72,7 @@ private:
     QElapsedTimer clock;
     Passwords passwordsAre = Passwords::Hidden;
     bool isRecording = false;
-    Delivery lastDelivery;
+    Delivery lastDelivery{QEvent::None, QPointer<QWidget>(), QPoint()};
     QPointer<QWidget> lastDescribed; // the widget of the last event that has a description of its window
     QHash<const QObject*, qint64> windows; // those that are shown: one that is being deleted has no reference any more
 };
