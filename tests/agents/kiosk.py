@@ -72,6 +72,7 @@ class Kiosk(QWidget):
         self.pin.setObjectName("pin")
         self.pin.setEchoMode(QLineEdit.Password)
         layout.addWidget(self.pin)
+        add_button(layout, "Show the PIN", lambda: self.state.setText(self.pin.text()))
         add_button(layout, "Tell and crash", self.tell_and_crash)
         pad = Pad("not clicked yet, and wide enough for all that it shows")
         pad.setObjectName("pad")

@@ -15,6 +15,7 @@ from qtdriver.tools.session import Session
 from qtdriver.tools.tool import Tool
 
 PIN = "s3cret-77"
+LONG = 'nine sleepy roasters grind "Harrar" beans in the dark, and none of them ever drinks a cup before noon'
 
 
 @pytest.fixture
@@ -46,6 +47,18 @@ def test_the_last_output_of_an_application_that_crashes_is_told_without_the_pass
     assert PIN not in kiosk()
     problem = client.refusal("click", target=f"OK {PIN}")
     assert "'OK ***'" in problem and PIN not in problem, "it stays hidden when its application is gone"
+
+
+def test_a_long_password_that_the_application_shows_is_hidden_also_where_it_is_shortened(client, kiosk):
+    kiosk()
+    client.call("type", target="pin", text=LONG)
+    told = [
+        client.call("click", app="kiosk", target="Show the PIN"),
+        client.call("snapshot", app="kiosk"),
+        client.call("read", app="kiosk", target="state", check=False),
+    ]
+    assert all("***" in text for text in told)
+    assert LONG[:8] not in "".join(told)
 
 
 def test_a_fault_of_a_tool_is_told_without_the_password(session, monkeypatch):

@@ -7,7 +7,9 @@ import pytest
 
 from pytestrun import Project
 from qtdriver import ApplicationEndedError
+from qtdriver.protocol.channel import Channel
 from qtdriver.protocol.secrets import Secrets
+from qtdriver.protocol.transcript import KEPT_REPLY
 from qtdriver.trace.recorder import Recorder
 
 from showcase import running
@@ -120,3 +122,40 @@ def test_a_short_password_is_left_out_where_it_stands_alone():
     assert secrets.hide(f"type({'a' + chr(92) + 'b'!r})") == "type('***')"
     assert secrets.hide_in_line("0,u:37") == f"0,u:{'***'.encode().hex()}"
     assert secrets.hide_in_line("0,u:3737") == "0,u:3737"
+
+
+def test_the_beginning_of_a_password_is_left_out_where_a_text_is_cut():
+    secrets = Secrets(['Open sesame, "now"'])
+    for text, hidden in (
+        ("label Open sesa... (12 more characters)", "label ***... (12 more characters)"),
+        ('"Open sesame, \\"no..." and "Open sesame,..."', '"***..." and "***..."'),
+        ("Open sesame... Open sesame...", "***... ***..."),
+        ("Open...", "Open..."),  # as entries of menus are
+        ("Open sesa and ...", "Open sesa and ..."),
+    ):
+        assert secrets.hide(text) == hidden
+
+
+@pytest.mark.parametrize("password", [PASSWORD, "пароль-на-кофе"])
+@pytest.mark.parametrize("kind", ["0,u:", "0,sl:", "0,j:"])
+def test_no_part_of_a_password_is_kept_of_a_long_reply(kind, password):
+    """Wherever it is, and wherever the reply is cut."""
+    secrets = Secrets([password])
+    for before in (
+        5,
+        *range(KEPT_REPLY // 2 - 30, KEPT_REPLY // 2 + 3),
+        *range(KEPT_REPLY - 30, KEPT_REPLY + 3),
+    ):
+        text = "-" * before + password + "-" * KEPT_REPLY
+        kept = secrets.hide_in_beginning(kind + (text if kind == "0,j:" else text.encode().hex()), KEPT_REPLY)
+        assert not [part for part in (password[:4], password[:4].encode().hex()) if part in kept], before
+        assert KEPT_REPLY * 0.9 < len(kept) <= KEPT_REPLY and kept.startswith(kind)
+
+
+def test_a_transcript_has_the_beginning_of_a_long_reply_without_the_password(monkeypatch):
+    channel = Channel(None, None)
+    monkeypatch.setattr(channel, "exchange", lambda line, timeout: f"0,u:{(PASSWORD * 500).encode().hex()}")
+    channel.secrets.add(PASSWORD)
+    channel.request("7,Main,note,,text,")
+    (exchange,) = channel.transcript.exchanges()
+    assert exchange.reply.startswith(f"0,u:{b'******'.hex()}") and FORMS[1][:8] not in exchange.reply

@@ -126,9 +126,9 @@ class Channel(ClosedOnLeaving):
             failure = str(error)
             raise
         finally:
-            hide = self.secrets.hide_in_line
-            kept = None if answer is None else hide(answer[:KEPT_REPLY])
-            self.transcript.add(Exchange(hide(line), kept, started, time.monotonic() - started, failure))
+            kept = None if answer is None else self.secrets.hide_in_beginning(answer, KEPT_REPLY)
+            shown = self.secrets.hide_in_line(line)
+            self.transcript.add(Exchange(shown, kept, started, time.monotonic() - started, failure))
 
     def _learn_secret(self, line: str) -> None:
         """Notes the text that a request types, if it is for a password field, or nobody knows for what."""

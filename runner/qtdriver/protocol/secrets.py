@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import json
 import re
+from contextlib import suppress
 from typing import TYPE_CHECKING, Any, Callable, Dict, Iterable, Iterator, List, Optional, Set, Tuple
 
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
@@ -19,7 +20,17 @@ HIDDEN = "***"
 _SHORT = 4
 """A shorter password is left out only where it stands alone: it may be part of any word."""
 
+_CUT = "..."
+"""Follows the beginning of a text that was cut."""
+
+_BEGINNING = 8
+"""A shorter beginning of a password is not left out: it may be any word."""
+
 _HEX = re.compile(r"(?<![0-9A-Za-z])(?:[0-9a-fA-F]{2})+(?![0-9A-Za-z])")
+_LAST_DIGITS = re.compile(r"(?<![0-9A-Za-z])[0-9a-fA-F]+$")
+_CHARACTER = 8
+"""Places that a character of a password takes at most: four bytes in hexadecimal digits."""
+
 _NORMAL = 0  # QLineEdit::Normal
 _TYPING: Dict[str, Tuple[int, Callable[[str], str]]] = {
     "6": (4, decode_hex),
@@ -48,18 +59,29 @@ class Secrets:
             self._texts.add(text)
 
     def hide(self, text: str) -> str:
-        """The text without the secrets, as they are and as Python and JSON write them."""
+        """The text without the secrets, as they are and as Python and JSON write them, and without their cut beginnings."""
         for secret in sorted(self._texts, key=len, reverse=True):
             for form in {secret, repr(secret)[1:-1], json.dumps(secret)[1:-1]}:
                 pattern = re.escape(form)
                 if len(secret) < _SHORT:
                     pattern = rf"(?<!\w){pattern}(?!\w)"
                 text = re.sub(pattern, HIDDEN, text)
+                if len(form) > _BEGINNING and _CUT in text:
+                    text = _without_beginnings(text, form)
         return text
 
     def hide_in_line(self, line: str) -> str:
         """A request or a reply without the secrets, also those in hexadecimal digits."""
         return self.hide(_HEX.sub(self._hide_digits, line)) if self._texts else line
+
+    def hide_in_beginning(self, line: str, size: int) -> str:
+        """The beginning of a request or a reply, at most so long, without the secrets and what a cut leaves of them."""
+        if not self._texts or len(line) <= size:
+            return self.hide_in_line(line)[:size]
+        room = _CHARACTER * max(map(len, self._texts))
+        # Behind the beginning that is kept there is room for the part of a secret, which nothing recognises.
+        hidden = self.hide_in_line(_LAST_DIGITS.sub(_whole_characters, line[: size + room]))
+        return hidden[: max(0, min(size, len(hidden) - room))]
 
     def _hide_digits(self, digits: "re.Match[str]") -> str:
         for decode, encode in ((decode_utf8_hex, encode_utf8_hex), (decode_hex, encode_hex)):
@@ -71,6 +93,26 @@ class Secrets:
             if hidden != text:
                 return encode(hidden)
         return digits[0]
+
+
+def _without_beginnings(text: str, secret: str) -> str:
+    """The text without beginnings of the secret that are followed by the sign of a cut."""
+    *parts, last = text.split(_CUT)
+    for number, part in enumerate(parts):
+        for size in range(len(secret) - 1, _BEGINNING - 1, -1):
+            if part.endswith(secret[:size]):
+                parts[number] = part[:-size] + HIDDEN
+                break
+    return _CUT.join([*parts, last])
+
+
+def _whole_characters(digits: "re.Match[str]") -> str:
+    """The digits without those of a character that was cut, for which they would be no text."""
+    data = bytes.fromhex(digits[0][: len(digits[0]) // 2 * 2])
+    for dropped in range(4):
+        with suppress(UnicodeDecodeError):
+            return data[: len(data) - dropped].decode("utf-8").encode("utf-8").hex()
+    return data.hex()
 
 
 def typed_text(line: str) -> str:
