@@ -239,9 +239,9 @@ class HostApp:
             raise AssertionError("the application did not end") from None
 
 
-def eventually(read, expected):
+def eventually(read, expected, seconds=DEADLINE):
     """Waits until `read()` returns the expected value."""
-    deadline = time.monotonic() + DEADLINE
+    deadline = time.monotonic() + seconds
     value = read()
     pause = 0.002
     while value != expected:

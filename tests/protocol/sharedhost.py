@@ -1,6 +1,6 @@
 """An application that several tests use one after the other, each of which leaves it as it was."""
 
-from hostapp import HostApp, eventually
+from hostapp import DEADLINE, HostApp, eventually
 
 
 class SharedHost:
@@ -22,9 +22,9 @@ class SharedHost:
         self.app.forget()
         return self.app
 
-    def give_back(self, failed=False):
-        """Checks that the application is as it was when it started. One that is not, or was used by a test that failed,
-        is not used again."""
+    def give_back(self, failed=False, seconds=DEADLINE):
+        """Checks that the application is as it was when it started, or becomes so in some seconds. One that is not, or
+        was used by a test that failed, is not used again."""
         if self.app is None:
             return
         if failed:
@@ -36,7 +36,7 @@ class SharedHost:
             # Its agent is there, and no reply is left over.
             assert self.app.request("13") == "8,Command not found"
             # The windowing system takes its time to bring the focus back.
-            eventually(self.changes, [])
+            eventually(self.changes, [], seconds)
         except BaseException:
             self.app.close()
             self.app = None

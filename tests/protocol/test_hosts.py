@@ -26,9 +26,8 @@ def shared():
         shared.app.close()
 
 
-def impatiently(monkeypatch):
-    """Has failures come soon."""
-    monkeypatch.setattr(hostapp, "DEADLINE", 1.0)
+# Has failures come soon.
+SOON = 1.0
 
 
 # Ends
@@ -61,7 +60,7 @@ def test_one_whose_end_the_test_has_waited_for_is_none(app):
 
 
 def test_an_application_whose_agent_does_not_come_leaves_the_port_to_the_next(monkeypatch):
-    impatiently(monkeypatch)
+    monkeypatch.setattr(hostapp, "DEADLINE", SOON)
     with pytest.raises(AssertionError, match="no agent connects"):
         HostApp("corehost", "--late")
     listen().close()
@@ -117,7 +116,7 @@ LEFT_BEHIND = {
 
 
 @pytest.mark.parametrize("name", LEFT_BEHIND)
-def test_what_a_test_leaves_behind_is_told_and_the_application_not_used_again(shared, monkeypatch, name):
+def test_what_a_test_leaves_behind_is_told_and_the_application_not_used_again(shared, name):
     line, told = LEFT_BEHIND[name]
     app = shared.take("corehost")
     app.wait_until("main", "isActiveWindow", "true")
@@ -128,28 +127,25 @@ def test_what_a_test_leaves_behind_is_told_and_the_application_not_used_again(sh
         return any(re.search(told, change) for change in shared.changes())
 
     eventually(is_left, True)
-    impatiently(monkeypatch)
     with pytest.raises(AssertionError, match=told):
-        shared.give_back()
+        shared.give_back(seconds=SOON)
     assert shared.app is None
 
 
-def test_another_current_item_is_told(shared, monkeypatch):
+def test_another_current_item_is_told(shared):
     app = shared.take("listviewhost", "--scenario", "letters")
     assert app.activate("Lists", "list", "s:Cat") == "0,QListView"
-    impatiently(monkeypatch)
     with pytest.raises(AssertionError, match="list current was '-1;-1', is '2;0'"):
-        shared.give_back()
+        shared.give_back(seconds=SOON)
 
 
-def test_an_item_that_is_selected_is_told(shared, monkeypatch):
+def test_an_item_that_is_selected_is_told(shared):
     app = shared.take("itemviewhost")
     assert app.activate("Views", "own", "s:2;3/1", "s:Select") == "0,QAbstractItemView"
-    impatiently(monkeypatch)
     with pytest.raises(
         AssertionError, match="own items/1;2/0;0 was .*deep1c1.* selected 0 .* is .* selected 1"
     ):
-        shared.give_back()
+        shared.give_back(seconds=SOON)
 
 
 @pytest.mark.parametrize("line", [b"8,Editor\n", b"8,Edi"], ids=["a reply", "half a request"])
