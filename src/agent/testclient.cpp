@@ -24,6 +24,16 @@ namespace {
 
 const quint16 serverPort = 4242;
 
+// The registry of an agent that has ended, for the next one.
+STApplicationProxy* unusedProxies = nullptr;
+
+STApplicationProxy* takeProxies()
+{
+    STApplicationProxy* const taken = unusedProxies;
+    unusedProxies = nullptr;
+    return taken ? taken : new STApplicationProxy;
+}
+
 } // namespace
 
 TestClient::TestClient()
@@ -39,7 +49,7 @@ TestClient::TestClient()
     requests = std::make_unique<agent::RequestLoop>(
         *this, [this](const QByteArray& request) { return agent::executeCommand(request, *applicationProxy); });
     connectToHost(QHostAddress(QHostAddress::LocalHost), serverPort);
-    applicationProxy = new STApplicationProxy; // never deleted, see ~TestClient()
+    applicationProxy = takeProxies(); // never deleted, see ~TestClient()
 }
 
 TestClient::~TestClient()
@@ -50,6 +60,8 @@ TestClient::~TestClient()
         compat::sleepMilliseconds(1);
         flush();
     }
+    if (!requests->isExecuting())
+        unusedProxies = applicationProxy;
 }
 
 void TestClient::close()

@@ -35,7 +35,7 @@ public:
     // Sends what is still to be sent, however long the server takes to read it; call abort() first not to wait. The
     // proxy registry is kept until the process ends, since a command that uses it may still be on the stack: the agent
     // may be deleted at any time in its thread, even in a slot that one of its commands runs. That command has no reply
-    // then.
+    // then. Where none is on the stack, the next agent uses the registry.
     ~TestClient() override;
 
     void close() override;

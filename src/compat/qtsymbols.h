@@ -11,6 +11,7 @@ const char threadOfSymbol[] = "?thread@QObject@@QEBAPEAVQThread@@XZ";
 const char addPostRoutineSymbol[] = "?qAddPostRoutine@@YAXP6AXXZ@Z";
 const char blockSignalsSymbol[] = "?blockSignals@QObject@@QEAA_N_N@Z";
 const char abortSymbol[] = "?abort@QAbstractSocket@@QEAAXXZ";
+const char socketStateSymbol[] = "?state@QAbstractSocket@@QEBA?AW4SocketState@1@XZ";
 #else
 const char applicationInstanceSymbol[] = "_ZN16QCoreApplication4selfE";
 const char currentThreadSymbol[] = "_ZN7QThread13currentThreadEv";
@@ -18,6 +19,7 @@ const char threadOfSymbol[] = "_ZNK7QObject6threadEv";
 const char addPostRoutineSymbol[] = "_Z15qAddPostRoutinePFvvE";
 const char blockSignalsSymbol[] = "_ZN7QObject12blockSignalsEb";
 const char abortSymbol[] = "_ZN15QAbstractSocket5abortEv";
+const char socketStateSymbol[] = "_ZNK15QAbstractSocket5stateEv";
 #endif
 
 } // namespace compat

@@ -23,6 +23,7 @@ struct RunningAgent
     unsigned long long thread;
     bool (*blockSignals)(QObject*, bool);
     void (*abort)(QAbstractSocket*);
+    QAbstractSocket::SocketState (*state)(const QAbstractSocket*);
 };
 
 RunningAgent agent = {};
@@ -31,13 +32,20 @@ std::atomic<bool> isStarted(false);
 // How long the end of an application waits for a test server that does not read the last replies.
 const int replyFlushTimeoutMs = 1000;
 
-bool runsWidgetsApplication(const LoadedLibrary& qt)
+// Null where the process has no application object.
+QCoreApplication* applicationOf(const LoadedLibrary& qt)
 {
     const auto instance = qt.variable<QCoreApplication*>(compat::applicationInstanceSymbol);
+    return instance ? *instance : nullptr;
+}
+
+bool runsWidgetsApplication(const LoadedLibrary& qt)
+{
+    const QCoreApplication* const application = applicationOf(qt);
     const auto currentThread = qt.function<QThread* (*)()>(compat::currentThreadSymbol);
     const auto threadOf = qt.function<QThread* (*)(const QObject*)>(compat::threadOfSymbol);
-    return instance && *instance && currentThread && threadOf && threadOf(*instance) == currentThread()
-        && (*instance)->inherits("QApplication");
+    return application && currentThread && threadOf && threadOf(application) == currentThread()
+        && application->inherits("QApplication");
 }
 
 // An application may bring its own Qt. The libraries that the agent needs beyond those it has loaded must come from the
@@ -115,13 +123,38 @@ void startAgent()
     const auto addPostRoutine = library.function<void (*)(void (*)())>(compat::addPostRoutineSymbol);
     agent.blockSignals = library.function<decltype(agent.blockSignals)>(compat::blockSignalsSymbol);
     agent.abort = library.function<decltype(agent.abort)>(compat::abortSymbol);
-    if (!create || !addPostRoutine || !agent.blockSignals || !agent.abort) {
+    agent.state = library.function<decltype(agent.state)>(compat::socketStateSymbol);
+    if (!create || !addPostRoutine || !agent.blockSignals || !agent.abort || !agent.state) {
         explain("functions are missing in its library: ", path);
         return;
     }
     agent.thread = currentThreadId();
     agent.client = create();
-    addPostRoutine(deleteAgent);
+    static bool isEndAwaited = false;
+    if (!isEndAwaited)
+        addPostRoutine(deleteAgent);
+    isEndAwaited = true;
+}
+
+void restartAgent()
+{
+    if (!runsWidgetsApplication(LoadedLibrary(LoadedLibrary::pathOf(QTDRIVER_WIDGETS_LIBRARY))))
+        return;
+    isStarted = true; // by this library, no agent is created in another way any more
+    deleteAgent();
+    startAgent();
+}
+
+bool hasWidgetsApplication()
+{
+    const char* const widgetsLibrary = LoadedLibrary::pathOf(QTDRIVER_WIDGETS_LIBRARY);
+    const QCoreApplication* const application = widgetsLibrary ? applicationOf(LoadedLibrary(widgetsLibrary)) : nullptr;
+    return application && application->inherits("QApplication");
+}
+
+bool isAgentConnected()
+{
+    return agent.client && agent.state(agent.client) != QAbstractSocket::UnconnectedState;
 }
 
 } // namespace preload

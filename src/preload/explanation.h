@@ -6,4 +6,7 @@ namespace preload {
 // the same twice in a row. Otherwise applications get no output from here.
 void explain(const char* reason, const char* detail = "");
 
+// Has explain() call a function from now on, and write nothing.
+void explainTo(void (*listener)(const char* reason, const char* detail));
+
 } // namespace preload

@@ -1,10 +1,13 @@
 """How `qtdriver inspect` starts an application, and how all ends."""
 
 import os
+import re
 import subprocess
 from pathlib import Path
 
 import psutil
+
+from qtdriver import eventually
 
 from inspecting import AGENTS, PROGRAM, QTDRIVER, holding, inspecting
 
@@ -57,3 +60,21 @@ def test_without_an_application_it_says_how_to_start_one(tmp_path, monkeypatch):
     command = [QTDRIVER, "inspect", "--build", str(AGENTS)]
     done = subprocess.run(command, capture_output=True, text=True, timeout=60)
     assert done.returncode == 6 and "no application is held" in done.stderr
+
+
+def test_a_program_that_runs_already_is_inspected_and_runs_on():
+    with subprocess.Popen([str(PROGRAM)]) as showcase:
+        libraries = Path(f"/proc/{showcase.pid}/maps")
+        eventually(libraries.read_text, timeout=60).satisfies(
+            lambda told: re.search("libQt(.Widgets|Gui)", told)
+        )
+        with inspecting("--pid", str(showcase.pid)) as running:
+            assert running.interrupt()[0] == 130
+        assert showcase.poll() is None
+        showcase.kill()
+
+
+def test_a_program_that_runs_and_one_to_start_are_not_asked_for_at_once():
+    command = [QTDRIVER, "inspect", "--pid", "1", "--", "speedcrunch"]
+    done = subprocess.run(command, capture_output=True, text=True, timeout=60)
+    assert done.returncode == 2 and "takes --pid or an application, not both" in done.stderr

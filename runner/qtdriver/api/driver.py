@@ -7,6 +7,7 @@ from functools import partial
 from pathlib import Path
 from typing import Dict, List, Mapping, Optional, Tuple
 
+from ..attaching.loading import load_agent as load_agent_into
 from ..desktop.desktop import Desktop
 from ..desktop.session import session_settings
 from ..errors import NoClientError
@@ -22,7 +23,7 @@ from ..protocol.server import Server
 from ..protocol.waiting import Deadline
 from ..surroundings.home import IsolatedHome, write_settings
 from ..surroundings.inifile import SettingsFiles
-from ..surroundings.look import look_of_attached, look_of_launched
+from ..surroundings.look import display_of_attached, look_of_attached, look_of_launched
 from ..surroundings.plainlook import prepare_plain_look, with_changes
 from .app import DEFAULT_WAIT, App
 from .steps import StepListener
@@ -179,21 +180,31 @@ class Driver(ClosedOnLeaving):
         self,
         *,
         pid: Optional[int] = None,
+        load_agent: bool = False,
         start_timeout: Optional[float] = None,
         timeout: Optional[float] = None,
         request_timeout: Optional[float] = None,
     ) -> App:
         """Waits for an application that loads the agent itself, or was started elsewhere with the agent inside.
 
-        It is not ended with the driver: it only loses its connection.
+        It is not ended with the driver, nor by its close(): it only loses its connection.
 
         Args:
             pid: its process id, or that of a process that starts it; None takes the first application of this user.
+            load_agent: whether the application `pid` runs without an agent, and gets one now, by gdb. It may have had one
+                that is not connected any more.
             start_timeout, timeout, request_timeout: seconds, in place of the driver's attributes.
 
-        Raises NoClientError when none comes in `start_timeout` seconds.
+        Raises NoClientError when none comes in `start_timeout` seconds; with `load_agent` also LoadingError and other
+        ProgramError subclasses, and AgentNotBuiltError: the application goes on as it was then.
+
+        Example: driver.attach(pid=4711, load_agent=True)
         """
         seconds = self.start_timeout if start_timeout is None else start_timeout
+        if load_agent:
+            if pid is None:
+                raise ValueError("load_agent needs the process: attach(pid=..., load_agent=True)")
+            load_agent_into(pid, self._build, timeout=seconds)
         wanted = None if pid is None else partial(is_within, pid)
         with Progress("waiting for an application with an agent") as shown:
             connection = self._pending_agents.wait_for(
@@ -209,9 +220,9 @@ class Driver(ClosedOnLeaving):
                 context=self._pending_agents.others(),
                 hint="An agent looks for its server once, when it is created: start the driver first",
             )
-        look = look_of_attached(connection.pid)
+        look, display = look_of_attached(connection.pid), display_of_attached(connection.pid)
         return self._register(
-            App(connection, timeout=self.timeout if timeout is None else timeout, look=look)
+            App(connection, timeout=self.timeout if timeout is None else timeout, display=display, look=look)
         )
 
     def _register(self, app: App) -> App:

@@ -13,7 +13,7 @@ from ..launch.loading import LOAD_WAYS
 from ..mcp.arguments import add_mcp_arguments
 from ..project.initialising import add_init_arguments
 from ..protocol.channel import DEFAULT_TIMEOUT
-from .control import DEFAULT_NAME, STOP, valid_name
+from .control import DEFAULT_NAME, DETACH, STOP, valid_name
 from .outcome import EXIT_STATUSES
 from .reporting import add_report_arguments
 from .versions import describe_versions
@@ -122,6 +122,8 @@ def parse_arguments(arguments: Sequence[str]) -> argparse.Namespace:
     if parsed.command and application:
         application.insert(0, "--")  # behind the application's name it is one of the application's arguments
     parsed.command = [*parsed.command, *application]
+    if parsed.action == "inspect" and parsed.command and parsed.pid is not None:
+        parser.error("inspect takes --pid or an application, not both")
     if parsed.action == "run" and not parsed.command:
         run.error("name the application to start: qtdriver run [options] -- APP ARGS...")
     if parsed.action == "init" and not parsed.command:
@@ -150,6 +152,8 @@ def parsers() -> Tuple[_Parser, _Parser]:
         _add_holder(one_shot)
         verb.add_arguments(one_shot)
     _add_holder(_add(commands, STOP, "ends what run --background holds", "stop"))
+    _add_attach(commands)
+    _add_holder(_add(commands, DETACH, "lets go what attach holds, which runs on without an agent", "detach"))
     _add_doctor(commands)
     _add_init(commands)
     _add_trace(commands)
@@ -175,6 +179,21 @@ def _add(commands: "argparse._SubParsersAction[_Parser]", name: str, summary: st
     )
     _add_json(parser)
     return parser
+
+
+def _add_attach(commands: "argparse._SubParsersAction[_Parser]") -> None:
+    summary = "loads the agent into a program that runs, and holds it for the other commands"
+    attach = _add(commands, "attach", summary, "attach 4711")
+    _add_holder(attach)
+    _add_build(attach)
+    attach.add_argument("pid", type=int, metavar="PID", help="the process, of a Qt widgets program of Linux")
+    attach.add_argument(
+        "--timeout",
+        type=_positive_seconds,
+        default=DEFAULT_TIMEOUT,
+        metavar="SECONDS",
+        help="how long the program may be busy first, and take for each request (default: %(default)g)",
+    )
 
 
 def _add_doctor(commands: "argparse._SubParsersAction[_Parser]") -> None:

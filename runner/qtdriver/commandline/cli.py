@@ -125,6 +125,10 @@ def _run(parsed: argparse.Namespace) -> int:
     return run_dialogue(parsed)
 
 
+def _attach(parsed: argparse.Namespace) -> int:
+    return _finish(holding.start_attached(parsed), as_json=parsed.json)
+
+
 def _continue_headless(parsed: argparse.Namespace) -> None:
     """Replaces this process by the same run on a desktop of its own."""
     arguments: List[str] = [str(desktop.SCRIPT), sys.executable, "-c", holding.START, holding.RUNNER]
@@ -180,6 +184,7 @@ def _mcp(parsed: argparse.Namespace) -> int:
 
 _ACTIONS: Dict[str, Callable[[argparse.Namespace], int]] = {
     "run": _run,
+    "attach": _attach,
     "doctor": _doctor,
     "init": _init,
     "trace": _trace,

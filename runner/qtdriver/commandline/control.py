@@ -26,6 +26,7 @@ from .verbs import Arguments
 
 DEFAULT_NAME = "default"
 STOP = "stop"
+DETACH = "detach"
 COMPLETE = "complete"
 INSPECT = "inspect"
 _NAME = re.compile(r"[A-Za-z0-9_.-]{1,40}")

@@ -45,7 +45,7 @@ _TOOLS = (
     ("unshare", "util-linux", "networks of their own for runs"),
     ("ip", "iproute2", "networks of their own for runs"),
     ("xclip", "xclip", "reading the clipboard"),
-    ("gdb", "gdb", "the stacks of applications that crash or hang"),
+    ("gdb", "gdb", "the stacks of applications that crash or hang, and attaching to those that run"),
 )
 _OWN_NETWORK = "; 'scripts/with-desktop.sh COMMAND' and 'qtdriver run --headless' have a network of their own"
 
@@ -217,10 +217,13 @@ def _stacks(_: Optional[Path]) -> Iterator[Finding]:
     scope = _setting("yama/ptrace_scope")
     if scope not in ("", "0") and sys.platform != "win32" and os.geteuid() != 0:
         yield Finding(
-            "stacks of hangs",
+            "gdb",
             "note",
-            f"the system does not let gdb look into applications (kernel.yama.ptrace_scope is {scope})",
-            "sysctl kernel.yama.ptrace_scope=0",
+            "the system does not let it look into applications, for the stacks of those that hang, nor load the agent into "
+            f"those that run, for 'qtdriver attach' (kernel.yama.ptrace_scope is {scope})",
+            "sysctl kernel.yama.ptrace_scope=0"
+            if scope != "3"
+            else "start the machine with kernel.yama.ptrace_scope=0",
         )
     problem, remedy = core_problem()
     if problem:

@@ -9,7 +9,7 @@ import signal
 import subprocess
 import sys
 from pathlib import Path
-from typing import List
+from typing import List, Sequence
 
 from ..api.app import App
 from ..api.driver import Driver
@@ -20,7 +20,7 @@ from ..errors.internal import GivenUpError
 from ..launch.progress import is_readable_within
 from ..protocol.waiting import given_up_when
 from .console import LineCompleter
-from .control import COMPLETE, INSPECT, STOP, ControlSocket, Request, socket_path
+from .control import COMPLETE, DETACH, INSPECT, STOP, ControlSocket, Request, socket_path
 from .outcome import OK, Outcome
 from .verbs import FAILURES, Arguments, verb_named
 
@@ -33,12 +33,27 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
 
     Returns its outcome. Raises QtDriverError when the process ends without one.
     """
-    path = socket_path(parsed.name)
-    options = {"name": parsed.name, "socket": str(path), "qt": parsed.qt, "timeout": parsed.timeout}
-    options["load_by"] = parsed.load_by
+    more = {"qt": parsed.qt, "load_by": parsed.load_by}
+    return _start_holder(parsed, more, parsed.command, parsed.command[0], headless=parsed.headless)
+
+
+def start_attached(parsed: argparse.Namespace) -> Outcome:
+    """As start_holding(), for a program that runs already, the process `parsed.pid`."""
+    return _start_holder(parsed, {"pid": parsed.pid}, (), f"process {parsed.pid}")
+
+
+def _start_holder(
+    parsed: argparse.Namespace, more: Arguments, program: Sequence[str], name: str, *, headless: bool = False
+) -> Outcome:
+    options = {
+        "name": parsed.name,
+        "socket": str(socket_path(parsed.name)),
+        "timeout": parsed.timeout,
+        **more,
+    }
     options["build"] = None if parsed.build is None else str(parsed.build)
-    command = [sys.executable, "-c", START, RUNNER, HOLD, json.dumps(options), *parsed.command]
-    if parsed.headless:
+    command = [sys.executable, "-c", START, RUNNER, HOLD, json.dumps(options), *program]
+    if headless:
         command.insert(0, str(desktop.SCRIPT))
     with subprocess.Popen(
         command,
@@ -47,11 +62,11 @@ def start_holding(parsed: argparse.Namespace) -> Outcome:
         stderr=subprocess.PIPE,
         text=True,
         start_new_session=True,
-        env=desktop.environment_for_own_network() if parsed.headless else None,
+        env=desktop.environment_for_own_network() if headless else None,
     ) as process:
         assert process.stdout is not None and process.stderr is not None
         try:
-            is_readable_within(process.stdout, None, f"waiting for the agent in {parsed.command[0]}")
+            is_readable_within(process.stdout, None, f"waiting for the agent in {name}")
             line = process.stdout.readline()
         except BaseException:
             if sys.platform != "win32":
@@ -91,11 +106,16 @@ def _hold(options: Arguments, command: List[str]) -> int:
     path = Path(options["socket"])
     build = None if options["build"] is None else Path(options["build"])
     with ControlSocket(path) as control, Driver(
-        qt=options["qt"], build=build, load_by=options["load_by"], request_timeout=options["timeout"]
+        qt=options.get("qt"),
+        build=build,
+        load_by=options.get("load_by"),
+        request_timeout=options["timeout"],
+        start_timeout=options["timeout"],
     ) as driver:
-        app = driver.launch(*command, start_timeout=options["timeout"])
+        app = driver.launch(*command) if command else driver.attach(pid=options["pid"], load_agent=True)
         data = {"name": options["name"], "pid": app.pid, "holder": os.getpid(), "socket": str(path)}
-        text = f'process {app.pid} is held under the name "{options["name"]}"; end it with: qtdriver stop'
+        end = "end it with: qtdriver stop" if command else "let it go with: qtdriver detach"
+        text = f'process {app.pid} is held under the name "{options["name"]}"; {end}'
         if options["name"] != "default":
             text += f' --name {options["name"]}'
         print(Outcome(text, data).to_line(), flush=True)
@@ -123,6 +143,10 @@ def _serve(control: ControlSocket, app: App) -> None:
             app.terminate()
             request.answer(Outcome("stopped", {}))
             return
+        if request.verb == DETACH and app.process is None:
+            app.terminate()  # which ends nothing but the connection
+            request.answer(Outcome(f"process {app.pid} runs on without an agent", {"pid": app.pid}))
+            return
         request.answer(_run(app, request, control))
 
 
@@ -131,6 +155,10 @@ def _run(app: App, request: Request, control: ControlSocket) -> Outcome:
         return Outcome("", LineCompleter(app).candidates(list(request.values.get("words", ()))))
     if request.verb == INSPECT:
         return _inspect(app, request.values)
+    if request.verb == DETACH:
+        return Outcome.of_error(
+            QtDriverError('"run --background" has started it: end it with "qtdriver stop"')
+        )
     verb = verb_named(request.verb)
     if verb is None:
         return Outcome.of_error(QtDriverError(f"no such command: {request.verb}"))

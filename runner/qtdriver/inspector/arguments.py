@@ -20,6 +20,9 @@ def add_inspect_arguments(parser: argparse.ArgumentParser) -> None:
         "--no-browser", action="store_true", help="print the address only, and open no browser"
     )
     parser.add_argument(
+        "--pid", type=int, help="attach to this process, a program that runs, and let it go at the end"
+    )
+    parser.add_argument(
         "--qt", type=int, choices=QT_MAJORS, help="Qt version of APP, where its file does not tell"
     )
     parser.add_argument("--load-by", choices=LOAD_WAYS, help="as for run")

@@ -26,6 +26,11 @@ def inspect(parsed: argparse.Namespace, ask_holder: AskHolder, tell: Callable[[s
     Returns how the application ended. Raises QtDriverError.
     """
     require_aiohttp()
+    if parsed.pid is not None:
+        with Driver(
+            build=parsed.build, request_timeout=parsed.timeout, start_timeout=parsed.timeout
+        ) as driver:
+            return _serve(LaunchedTarget(driver.attach(pid=parsed.pid, load_agent=True)), parsed, tell)
     if not parsed.command:
         return _serve(HeldTarget(ask_holder), parsed, tell)
     is_private = not parsed.headed and sys.platform != "win32"

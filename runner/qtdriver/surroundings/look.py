@@ -76,6 +76,16 @@ def look_of_attached(pid: int) -> Look:
     return Look(next(majors, None), platform=platform)
 
 
+def display_of_attached(pid: int) -> Optional[str]:
+    """The X display that a program that came by itself was started with; None where it had none, or that is hidden."""
+    psutil = load_psutil()
+    try:
+        environment: Mapping[str, str] = psutil.Process(pid).environ()
+    except psutil.Error:
+        return None
+    return environment.get("DISPLAY")
+
+
 def _asked_style(arguments: Sequence[str]) -> str:
     """The style that the program's arguments ask for, as Qt reads them."""
     for number, argument in enumerate(arguments):

@@ -1,4 +1,4 @@
-// Runs an event loop without QApplication, then waits for a line.
+// Runs an event loop without QApplication: for ever with an argument, otherwise once, and then waits for a line.
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
@@ -9,6 +9,8 @@
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
+    if (argc > 1)
+        return QCoreApplication::exec();
     QEventLoop loop;
     QTimer::singleShot(0, &loop, SLOT(quit()));
     loop.exec();

@@ -14,9 +14,11 @@
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -44,6 +46,46 @@ void runChild()
     report("child " + child.readLine().trimmed());
 }
 
+// Timer events that have been delivered while Working lives.
+int ticks = 0;
+
+// Works by itself: a timer ticks, and a thread allocates memory all the time.
+class Working : public QThread
+{
+public:
+    Working()
+    {
+        startTimer(1);
+        start();
+    }
+
+    ~Working() override
+    {
+        isOver = true;
+        wait();
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override { ++ticks; }
+
+    void run() override
+    {
+        while (!isOver) {
+            std::free(std::malloc(64));
+            usleep(100);
+        }
+    }
+
+private:
+    std::atomic<bool> isOver{false};
+};
+
+// Ticks so far, and bytes of the heap.
+void reportWork()
+{
+    report(QByteArray::number(ticks) + ' ' + QByteArray::number(qulonglong(mallinfo2().uordblks)));
+}
+
 struct Order
 {
     const char* name;
@@ -56,6 +98,8 @@ const Order orders[] = {
     {"exit", [] { std::exit(7); }},
     {"_exit", [] { _exit(8); }},
     {"child", runChild},
+    {"work", reportWork},
+    {"wait", [] { report("waited for " + readOrder()); }},
 };
 
 void obey()
@@ -109,6 +153,11 @@ struct Way
 
 const Way ways[] = {
     {"plain", [] { runLoop("loop"); }},
+    {"working",
+        [] {
+            Working working;
+            runLoop("loop");
+        }},
     {"dialogFirst",
         [] {
             runDialog();

@@ -1,0 +1,1 @@
+"""Loads the agent into a program that runs already."""

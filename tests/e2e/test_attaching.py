@@ -1,0 +1,83 @@
+"""The agent in programs that run already: attached, let go, attached again."""
+
+import os
+import re
+from pathlib import Path
+
+import pytest
+
+from attached import app, attach, driver, start, work_of  # noqa: F401: fixtures
+from preloaded import AGENT, SANITIZER, WIDGETS_HOST, serves, wait_for
+from qtdriver import LoadingError
+
+ROUNDS = int(os.environ.get("QTDRIVER_ATTACH_ROUNDS", "3"))
+BYTES_OF_NO_LEAK = 5000
+"""Far more than the heap of the host breathes, and less than what an agent leaves in some rounds if it is not deleted."""
+
+
+def sockets_of(program):
+    """How many files and sockets the process has open."""
+    return len(os.listdir(f"/proc/{program.process.pid}/fd"))
+
+
+def test_a_running_application_is_driven_and_runs_on(driver, app):
+    attached = attach(driver, app)
+    assert attached.connection.greeting.pid == app.process.pid and serves(attached.connection)
+    attached.close()
+    app.tell("quit")
+    assert app.end() == (0, "end loop\ntorn down\n", "")
+
+
+def test_an_application_that_ends_while_it_is_attached_ends_in_order(driver, app):
+    attached = attach(driver, app)
+    app.tell("quit")
+    assert app.end() == (0, "end loop\ntorn down\n", "")
+    wait_for(attached.connection.is_closed)
+
+
+def test_an_application_without_glib_is_attached(driver, start):
+    program = start(WIDGETS_HOST, "working", QT_NO_GLIB="1")
+    assert program.next_line() == "start loop"
+    assert serves(attach(driver, program).connection)
+
+
+def test_attaching_again_and_again_loses_nothing_and_leaks_nothing(driver, app):
+    for _ in range(2):  # what is allocated once
+        attach(driver, app).close()
+    ticks, heap = work_of(app)
+    files = sockets_of(app)
+    for _ in range(ROUNDS):
+        attached = attach(driver, app)
+        assert serves(attached.connection)
+        attached.close()
+    wait_for(lambda: sockets_of(app) <= files)
+    now, grown = work_of(app)
+    assert now > ticks
+    print(f"the heap has grown by {grown - heap} bytes in {ROUNDS} rounds")
+    assert SANITIZER or grown - heap < BYTES_OF_NO_LEAK
+    app.tell("quit")
+    assert app.end() == (0, "end loop\ntorn down\n", "")
+
+
+def test_an_application_that_is_driven_already_gets_no_second_agent(driver, app):
+    attached = attach(driver, app)
+    with pytest.raises(LoadingError, match="it has an agent, which is connected"):
+        attach(driver, app)
+    assert serves(attached.connection)
+
+
+def test_an_application_is_attached_while_it_shows_a_dialog(driver, start):
+    program = start(WIDGETS_HOST, "dialogFirst")
+    assert program.next_line() == "start dialog"
+    attached = attach(driver, program)
+    assert [window.title for window in attached.windows() if window.modal] == ["Dialog"]
+
+
+def test_an_application_with_widgets_but_without_qapplication_runs_on(driver, start):
+    program = start(WIDGETS_HOST.with_name("host_preload_core_widgets"), "run")
+    libraries = Path(f"/proc/{program.process.pid}/maps")
+    wait_for(lambda: re.search("libQt(.Widgets|Gui)", libraries.read_text()))
+    with pytest.raises(LoadingError, match=r"process \d+ gets no agent: it has no QApplication of lib"):
+        attach(driver, program)
+    assert AGENT.name not in {path.name for path in program.mapped_files()}
+    assert program.process.poll() is None
