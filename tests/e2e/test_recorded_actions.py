@@ -177,6 +177,22 @@ CASES = {
         ],
         ['shop.widget("roast").select("Dark")'],
     ),
+    "a choice by keys": (
+        [
+            key(BOX, "Down", value="Light"),
+            key(BOX, "Down", value="Medium"),
+            *click(BUTTON, tree=tree(roast="Dark")),
+        ],
+        ['shop.widget("roast").select("Dark")', 'shop.widget("brew").click()'],
+    ),
+    "a choice by a letter": (
+        [*keys(BOX, "d", before="Light"), *click(BUTTON, tree=tree(roast="Dark"))],
+        ['shop.widget("roast").select("Dark")', 'shop.widget("brew").click()'],
+    ),
+    "a choice by keys that nothing tells": (
+        [key(BOX, "Down", value="Light"), key(BOX, "Down", value="Medium")],
+        ['shop.widget("roast").press("Down", "Down")'],
+    ),
     "a double click": (
         double_click(LIST, item=row("Tea")),
         ['shop.widget("drinks").item("Tea").double_click()'],

@@ -1,11 +1,19 @@
 """The text of the editor as it grows: what the user has edited stays; and the checks that a widget offers."""
 
+import gc
+import os
+import weakref
+from types import SimpleNamespace
+
 import pytest
 
+from qtdriver import App
+from qtdriver.inspector.operations import perform
 from qtdriver.lookup.snapshot import SnapshotNode
 from qtdriver.recording.checks import checks_of
 from qtdriver.recording.code import Needs
 from qtdriver.recording.editing import Edited, with_needs, with_steps
+from qtdriver.recording.files import TestFileError, write_below, write_by_path
 
 END = 99
 """The number of a line that is not there: the cursor is at the end."""
@@ -170,3 +178,38 @@ def test_what_is_so_can_be_checked(case):
     widget, words = OFFERED[case]
     of_window = ['the window\'s title is "Shop"', "the outline of the whole window"]
     assert [check.words for check in checks_of(widget, "Shop")] == [*words, *of_window]
+
+
+def test_where_no_folder_can_be_held_open_a_file_is_written_by_its_path(tmp_path, monkeypatch):
+    monkeypatch.setattr("sys.platform", "win32")
+    write_below(tmp_path, "a/test_a.py", "first\n", overwrite=False)
+    with pytest.raises(TestFileError, match="is there already"):
+        write_below(tmp_path, "a/test_a.py", "second", overwrite=False)
+    write_below(tmp_path, "a/test_a.py", "2", overwrite=True)
+    assert (tmp_path / "a" / "test_a.py").read_text() == "2"
+
+
+@pytest.mark.parametrize(
+    "parts", [["out", "test_a.py"], ["out", "deeper", "test_a.py"], ["test_link.py"], ["C:", "test_a.py"]]
+)
+def test_a_path_leads_to_no_other_folder_and_no_other_drive(tmp_path, parts):
+    folder, elsewhere = tmp_path / "tests", tmp_path / "elsewhere"
+    folder.mkdir()
+    elsewhere.mkdir()
+    (folder / "out").symlink_to(elsewhere)
+    (folder / "test_link.py").symlink_to(elsewhere / "test_there.py")
+    with pytest.raises(OSError):
+        write_by_path(folder, parts, "text", overwrite=True)
+    assert list(elsewhere.iterdir()) == [] and not (folder / "C:").exists()
+
+
+def test_what_a_page_keeps_of_an_application_does_not_keep_the_application():
+    connection = SimpleNamespace(pid=os.getpid(), require=lambda name: None, record=lambda: None)
+    app = App(connection)
+    perform(app, "record", {"on": True})
+    perform(app, "python", {"text": "mine = app"})
+    assert perform(app, "plan", {"text": "app"})["error"] == ""
+    gone = weakref.ref(app)
+    del app
+    gc.collect()
+    assert gone() is None

@@ -6,7 +6,7 @@ import os
 import time
 from contextlib import suppress
 from pathlib import Path
-from typing import Callable, ClassVar, List, Optional, Tuple, Type, TypeVar
+from typing import Any, Callable, ClassVar, Dict, List, Optional, Tuple, Type, TypeVar
 
 from ..crashes.stacks import Stacks, stacks_of_process
 from ..errors import (
@@ -64,6 +64,7 @@ class App(ClosedOnLeaving):
         display: the X display of the application, None for that of this process.
         look: its Qt, style and platform, by which picture snapshots are told apart.
         listeners: the StepListeners that are notified of every step that begins or ends.
+        companions: what other packages keep as long as the application, each under a name of its own.
         end_is_known: whether the test knows that the application has ended: the test has waited for that or ended it, or
             a call has raised an error for it.
     """
@@ -86,6 +87,7 @@ class App(ClosedOnLeaving):
         self.display = display
         self.look = look
         self.listeners: List[StepListener] = []
+        self.companions: Dict[str, Any] = {}
         self._listed = 0.0
         self._stacks: Optional[Stacks] = None
         self.end_is_known: bool = False

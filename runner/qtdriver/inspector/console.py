@@ -9,7 +9,6 @@ import re
 import traceback
 from contextlib import redirect_stdout
 from typing import Any, Dict, Mapping
-from weakref import WeakKeyDictionary
 
 from ..api.app import App
 from ..errors import QtDriverError
@@ -20,7 +19,7 @@ _FILE = "<console>"
 _MAX_LENGTH = 20_000
 """Characters of an answer that are kept."""
 
-_NAMES: "WeakKeyDictionary[App, Dict[str, Any]]" = WeakKeyDictionary()
+_NAMES = "names of the console"
 
 
 def run_python(app: App, values: Dict[str, Any]) -> Any:
@@ -48,9 +47,9 @@ def offer_names(app: App, names: Mapping[str, Any]) -> None:
 
 
 def _names(app: App) -> Dict[str, Any]:
-    if app not in _NAMES:
-        _NAMES[app] = {"app": app, "eventually": eventually, "containing": containing, "re": re}
-    return _NAMES[app]
+    first = {"app": app, "eventually": eventually, "containing": containing, "re": re}
+    names: Dict[str, Any] = app.companions.setdefault(_NAMES, first)
+    return names
 
 
 def _run(text: str, names: Dict[str, Any]) -> Any:

@@ -8,8 +8,7 @@ import traceback
 from contextlib import redirect_stdout
 from io import StringIO
 from pathlib import Path
-from typing import Any, Dict, List
-from weakref import WeakKeyDictionary
+from typing import Any, Dict, List, Optional
 
 from ..api.app import App
 from ..errors import QtDriverError
@@ -52,7 +51,7 @@ class _Play:
         self.names: Dict[str, Any] = {"app": app, _DRIVER: _Driver(app), "__name__": "recorded"}
 
 
-_PLAYS: "WeakKeyDictionary[App, _Play]" = WeakKeyDictionary()
+_PLAY = "play"
 
 
 def plan(app: App, values: Values) -> Any:
@@ -65,7 +64,7 @@ def plan(app: App, values: Values) -> Any:
         play = _Play(app, str(values["text"]))
     except SyntaxError as error:
         return {"steps": [], "error": f"{type(error).__name__}: {error.msg}", "line": (error.lineno or 1) - 1}
-    _PLAYS[app] = play
+    app.companions[_PLAY] = play
     steps = [[_first_line(one), (one.end_lineno or one.lineno) - 1] for one in play.statements]
     return {"steps": steps, "error": "", "line": 0}
 
@@ -75,7 +74,7 @@ def play(app: App, values: Values) -> Any:
 
     Returns {"failed", "text"}: the explanation of what went wrong, empty for nothing.
     """
-    current = _PLAYS.get(app)
+    current: Optional[_Play] = app.companions.get(_PLAY)
     if current is None:
         raise QtDriverError("there is no test to play")
     statement = current.statements[int(values["number"])]

@@ -5,7 +5,6 @@ from __future__ import annotations
 import os
 import shutil
 from typing import Any, Callable, Dict, List, Optional, Tuple, Union
-from weakref import WeakKeyDictionary
 
 from ..api.app import App
 from ..errors import QtDriverError
@@ -211,27 +210,28 @@ class _LiveNames(Names):
         return None if found is None else found.call
 
 
-_RECORDINGS: "WeakKeyDictionary[App, _Recording]" = WeakKeyDictionary()
+_RECORDING = "recording"
 
 
 def _recording(app: App) -> _Recording:
     app.connection.require("+record")
-    if app not in _RECORDINGS:
-        _RECORDINGS[app] = _Recording(app)
-    return _RECORDINGS[app]
+    recording: Optional[_Recording] = app.companions.get(_RECORDING)
+    if recording is None:
+        recording = app.companions[_RECORDING] = _Recording(app)
+    return recording
 
 
 def is_recording(app: App) -> bool:
     """Whether the agent records for a page."""
-    return app in _RECORDINGS and _RECORDINGS[app].is_on
+    return _RECORDING in app.companions and bool(app.companions[_RECORDING].is_on)
 
 
 def move_recording(before: App, after: App) -> None:
     """Has the recording of an application go on with the one that was started in its place."""
-    recording = _RECORDINGS.pop(before, None)
+    recording: Optional[_Recording] = before.companions.pop(_RECORDING, None)
     if recording is not None:
         recording.go_on_with(after)
-        _RECORDINGS[after] = recording
+        after.companions[_RECORDING] = recording
 
 
 def _command_of(app: App) -> Tuple[str, ...]:

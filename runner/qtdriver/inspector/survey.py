@@ -2,27 +2,27 @@
 
 from __future__ import annotations
 
-from typing import Any, Dict, List
-from weakref import WeakKeyDictionary
+from typing import Any, Dict, List, Optional
 
 from ..api.app import App
 from ..lookup.snapshot import SnapshotNode, describe_briefly
 from ..lookup.survey import Survey, SurveyedWindow, take_survey
 
-_SURVEYS: "WeakKeyDictionary[App, Survey]" = WeakKeyDictionary()
+_SURVEY = "survey"
 
 
 def look(app: App) -> Survey:
     """All windows as they are now."""
     app.connection.require("+2")
-    survey = take_survey(app.connection, _SURVEYS.get(app))
-    _SURVEYS[app] = survey
+    survey = take_survey(app.connection, app.companions.get(_SURVEY))
+    app.companions[_SURVEY] = survey
     return survey
 
 
 def last_survey(app: App) -> Survey:
     """All windows as they were when they were looked at last."""
-    return _SURVEYS.get(app) or look(app)
+    survey: Optional[Survey] = app.companions.get(_SURVEY)
+    return survey or look(app)
 
 
 def survey(app: App, values: Dict[str, Any]) -> Any:

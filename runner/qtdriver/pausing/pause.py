@@ -7,8 +7,7 @@ import linecache
 import sys
 import threading
 from types import FrameType
-from typing import Any, Callable, Dict
-from weakref import WeakKeyDictionary
+from typing import Any, Callable, Dict, Optional
 
 from ..api.app import App
 from ..inspector.program import open_browser
@@ -17,7 +16,7 @@ from ..protocol.callers import calling_frame
 from . import terminal
 from .target import STEP, PausedTarget, Place
 
-_TARGETS: "WeakKeyDictionary[App, PausedTarget]" = WeakKeyDictionary()
+_TARGET = "paused target"
 
 
 def pause(app: App) -> None:
@@ -66,12 +65,13 @@ def _stop_at_next_line(frame: FrameType, stop: Callable[[], None]) -> None:
 
 def _target_of(app: App, place: Place) -> PausedTarget:
     """The target of the application; its page is served from the first pause to the end of the application."""
-    if app not in _TARGETS:
+    target: Optional[PausedTarget] = app.companions.get(_TARGET)
+    if target is None:
         require_aiohttp()
         target = PausedTarget(app)
         _serve(target, place)
-        _TARGETS[app] = target
-    return _TARGETS[app]
+        app.companions[_TARGET] = target
+    return target
 
 
 def _serve(target: PausedTarget, place: Place) -> None:

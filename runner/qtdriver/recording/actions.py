@@ -11,7 +11,7 @@ from .events import Event, EventItem
 from .file_dialogs import with_files
 from .names import Names
 from .steps import Argument, Secret, Step
-from .typing_runs import FIELDS, edits, is_text, text_after
+from .typing_runs import FIELDS, edits, in_tree, is_editable, is_text, text_after, value_after
 
 _PASSIVE = (
     "scroll bar",
@@ -224,7 +224,7 @@ class _StepBuilder:
 
     def _set_slider(self, press: Event) -> None:
         following = self._events_from(self._events.index(press) + 1)
-        node = next((one for event in following if (one := _in_tree(event, press.ref))), None)
+        node = next((one for event in following if (one := in_tree(event, press.ref))), None)
         if node is not None and isinstance(node.value, int):
             self._add(press, "slider", "select", node.value)
 
@@ -295,13 +295,16 @@ class _StepBuilder:
         if node.role not in FIELDS:
             self._add(first, "type", "type", "".join(event.text for event in run))
             return
+        if node.role == "combo box" and not is_editable(node):
+            self._choose(run, number)
+            return
         if any(event.is_hidden for event in run):
             secret = self._secrets.setdefault(first.ref, Secret(len(self._secrets) + 1))
             self._add(first, "fill", "fill", secret)
             return
         following = self._events_from(number)[:1]
         same = following[0] if following and following[0].ref == first.ref else None
-        told = _in_tree(following[0], first.ref) if following else None
+        told = in_tree(following[0], first.ref) if following else None
         text = text_after(run, same, told)
         if text is None and not any(map(is_text, run)):
             return
@@ -309,6 +312,19 @@ class _StepBuilder:
         self._drop_last("fill", first.ref)
         method = "enter" if node.role == "date edit" else "fill"
         self._add(first, "fill", method, text)
+
+    def _choose(self, run: List[Event], number: int) -> None:
+        """Adds what keys have chosen in a combo box that takes no text; where nothing tells it, the keys themselves."""
+        first = run[0]
+        following = self._events_from(number)[:1]
+        chosen = value_after(following[0] if following else None, first.ref)
+        if chosen is None:
+            for event in run:
+                if event.key:
+                    self._press_key(event, event.key)
+            return
+        self._drop_last("select", first.ref)
+        self._add(first, "select", "select", chosen)
 
     def _handle_shortcut(self, event: Event) -> None:
         self._end_right_click()
@@ -351,10 +367,6 @@ class _StepBuilder:
             menu = f"context_menu({_python('/'.join(item.path))})"
             part = ".".join(filter(None, [self._part(press, node), menu]))
             self._add(press, "menu", "choose", part=part)
-
-
-def _in_tree(event: Event, ref: int) -> Optional[SnapshotNode]:
-    return None if event.tree is None else next((node for node in event.tree.walk() if node.ref == ref), None)
 
 
 def _modifier(event: Event) -> Dict[str, Argument]:

@@ -2,9 +2,11 @@
 
 from __future__ import annotations
 
+import errno
 import os
-from pathlib import PurePosixPath
-from typing import List
+import sys
+from pathlib import Path, PurePosixPath
+from typing import List, Sequence
 
 from ..errors import QtDriverError
 
@@ -34,7 +36,48 @@ def write_below(folder: "str | os.PathLike[str]", path: str, text: str, *, overw
 
     Raises TestFileError where that cannot be done.
     """
-    *folders, name = parts_below(path)
+    parts = parts_below(path)
+    try:
+        if sys.platform == "win32":
+            write_by_path(Path(folder), parts, text, overwrite=overwrite)
+        else:
+            _write_by_folders(folder, parts, text, overwrite=overwrite)
+    except FileExistsError:
+        raise TestFileExistsError(
+            f"{path} is there already: choose another name, or give overwrite"
+        ) from None
+    except OSError as error:
+        raise TestFileError(f"{path} cannot be written: {error.strerror}") from None
+
+
+def write_by_path(folder: Path, parts: Sequence[str], text: str, *, overwrite: bool) -> None:
+    """Writes the file where the system opens no files within an open folder, as Windows. Raises OSError.
+
+    Who can change the folders meanwhile could lead it elsewhere; nobody but the user can change the user's own there.
+    """
+    *folders, name = parts
+    if any(":" in part for part in parts):
+        raise OSError(errno.EINVAL, "a name has a colon, which begins another drive")
+    at = folder.resolve()
+    for part in folders:
+        at = at / part
+        at.mkdir(exist_ok=True)
+        _check_no_link(at)
+    _check_no_link(at / name)
+    with (at / name).open("w" if overwrite else "x", encoding="utf-8", newline="\n") as file:
+        file.write(text)
+
+
+def _check_no_link(path: Path) -> None:
+    if path.resolve() != path:
+        raise OSError(errno.ELOOP, f"{path.name} is a link")
+
+
+def _write_by_folders(
+    folder: "str | os.PathLike[str]", parts: Sequence[str], text: str, *, overwrite: bool
+) -> None:
+    """Writes the file within folders that are open, so that none of them can become a link meanwhile. Raises OSError."""
+    *folders, name = parts
     at = os.open(folder, os.O_RDONLY | os.O_DIRECTORY)
     try:
         for part in folders:
@@ -48,12 +91,6 @@ def write_below(folder: "str | os.PathLike[str]", path: str, text: str, *, overw
             encoding="utf-8",
         ) as file:
             file.write(text)
-    except FileExistsError:
-        raise TestFileExistsError(
-            f"{path} is there already: choose another name, or give overwrite"
-        ) from None
-    except OSError as error:
-        raise TestFileError(f"{path} cannot be written: {error.strerror}") from None
     finally:
         os.close(at)
 

@@ -37,6 +37,26 @@ def takes_lines(node: SnapshotNode) -> bool:
     return any(child.name == "qt_scrollarea_viewport" for child in node.children)
 
 
+def is_editable(node: SnapshotNode) -> bool:
+    """Whether a combo box takes text, by a field within it."""
+    return any(child.role == "edit" for child in node.children)
+
+
+def in_tree(event: Event, ref: int) -> Optional[SnapshotNode]:
+    """The widget in the window that an event tells; None where it is not there, or no window is told."""
+    return None if event.tree is None else next((node for node in event.tree.walk() if node.ref == ref), None)
+
+
+def value_after(following: Optional[Event], ref: int) -> Optional[str]:
+    """The text of a field as the event that follows tells it; None where it does not."""
+    if following is None:
+        return None
+    if following.ref == ref and following.kind in ("key", "text"):
+        return _as_text(following.value)
+    told = in_tree(following, ref)
+    return None if told is None or _as_text(told.value).endswith("…") else _as_text(told.value)
+
+
 def text_after(run: List[Event], following: Optional[Event], told: Optional[SnapshotNode]) -> Optional[str]:
     """The text of a field after a run of keys.
 
