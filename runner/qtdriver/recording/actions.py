@@ -9,9 +9,10 @@ from ..lookup.snapshot import SnapshotNode
 from ..protocol.locators import as_python
 from .events import Event, EventItem
 from .file_dialogs import with_files
+from .mouse_places import is_click, modifier_of, share_of
 from .names import Names
 from .steps import Argument, Secret, Step
-from .typing_runs import FIELDS, edits, in_tree, is_editable, is_text, text_after, value_after
+from .typing_runs import FIELDS, edits, in_tree, is_editable, is_text, sending_return, text_after, value_after
 
 _PASSIVE = (
     "scroll bar",
@@ -28,8 +29,6 @@ _PASSIVE = (
 _SCROLLED = ("list", "tree", "table", "view", "scroll area", "scroll bar", "edit")
 """The wheel only scrolls these: a test finds what is out of sight by itself."""
 _BUTTONS = ("button", "radio button", "checkbox")
-_MODIFIERS = {"Shift": "shift", "Ctrl": "control", "Alt": "alt"}
-_MAX_CLICK_DISTANCE = 10
 _WHEEL_STEP = 120
 
 
@@ -146,14 +145,14 @@ class _StepBuilder:
             return
         if node.role == "slider":
             self._set_slider(press)
-        elif max(abs(a - b) for a, b in zip(press.at, event.at)) <= _MAX_CLICK_DISTANCE:
+        elif is_click(press, event):
             self._click(press, node)
 
     def _click(self, press: Event, node: SnapshotNode) -> None:
         if press.button == "right":
             self._right_click = press
             return
-        keywords = _modifier(press)
+        keywords = modifier_of(press)
         button: Tuple[Argument, ...] = () if press.button == "left" else (press.button,)
         is_plain = press.button == "left" and not keywords
         part = self._part(press, node)
@@ -164,7 +163,7 @@ class _StepBuilder:
         elif node.role in _BUTTONS or not is_plain:
             self._add(press, "click", "click", *button, part="", **keywords)
         elif node.role not in (*_PASSIVE, *FIELDS, "menu bar"):
-            self._add(press, "click", "click", at=_share(press))
+            self._add(press, "click", "click", at=share_of(press))
 
     def _click_item(
         self,
@@ -212,8 +211,8 @@ class _StepBuilder:
         node = self._names.nodes.get(event.ref)
         if node is not None and node.role not in (*FIELDS, "scroll bar"):
             part = self._part(event, node)
-            place: Dict[str, Argument] = {} if part or node.role != "widget" else {"at": _share(event)}
-            place.update(_modifier(event))
+            place: Dict[str, Argument] = {} if part or node.role != "widget" else {"at": share_of(event)}
+            place.update(modifier_of(event))
             self._add(event, "double click", "double_click", part=part or "", **place)
 
     def _end_right_click(self) -> None:
@@ -241,7 +240,7 @@ class _StepBuilder:
             else ("left" if horizontal > 0 else "right", abs(horizontal))
         )
         before = 0
-        modifier = _modifier(event)
+        modifier = modifier_of(event)
         if self._origins and self._origins[-1] == (f"wheel {word} {modifier}", event.ref):
             before = int(str(self._steps[-1].keywords[word]))
             self._drop_last(f"wheel {word} {modifier}", event.ref)
@@ -303,15 +302,27 @@ class _StepBuilder:
             self._add(first, "fill", "fill", secret)
             return
         following = self._events_from(number)[:1]
+        sent = sending_return(run, value_after(following[0] if following else None, first.ref))
+        if sent is not None:
+            if sent > 0:
+                self._fill(first, str(run[sent].value or ""))
+            self._press_key(first, "Return")
+            self._run = run[sent + 1 :]
+            self._end_run(number)
+            return
         same = following[0] if following and following[0].ref == first.ref else None
         told = in_tree(following[0], first.ref) if following else None
         text = text_after(run, same, told)
         if text is None and not any(map(is_text, run)):
             return
-        text = text if text is not None else "".join(event.text for event in run if is_text(event))
-        self._drop_last("fill", first.ref)
-        method = "enter" if node.role == "date edit" else "fill"
-        self._add(first, "fill", method, text)
+        self._fill(
+            first, text if text is not None else "".join(event.text for event in run if is_text(event))
+        )
+
+    def _fill(self, event: Event, text: str) -> None:
+        self._drop_last("fill", event.ref)
+        method = "enter" if self._names.nodes[event.ref].role == "date edit" else "fill"
+        self._add(event, "fill", method, text)
 
     def _choose(self, run: List[Event], number: int) -> None:
         """Adds what keys have chosen in a combo box that takes no text; where nothing tells it, the keys themselves."""
@@ -367,17 +378,6 @@ class _StepBuilder:
             menu = f"context_menu({_python('/'.join(item.path))})"
             part = ".".join(filter(None, [self._part(press, node), menu]))
             self._add(press, "menu", "choose", part=part)
-
-
-def _modifier(event: Event) -> Dict[str, Argument]:
-    words = [_MODIFIERS[word] for word in event.modifiers if word in _MODIFIERS]
-    return {"modifier": words[0]} if words else {}
-
-
-def _share(event: Event) -> Tuple[float, float]:
-    """The place of an event as shares of the widget's width and height."""
-    (x, y), (width, height) = event.at, event.size
-    return round(x / max(width, 1), 2), round(y / max(height, 1), 2)
 
 
 def _has_slash(node: SnapshotNode, item: EventItem) -> bool:

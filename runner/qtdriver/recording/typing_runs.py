@@ -57,6 +57,22 @@ def value_after(following: Optional[Event], ref: int) -> Optional[str]:
     return None if told is None or _as_text(told.value).endswith("…") else _as_text(told.value)
 
 
+def sending_return(run: List[Event], after: Optional[str]) -> Optional[int]:
+    """The number of the first Return in a run of keys that has sent the text off, as in a console, and begun no new line.
+
+    Args:
+        run: the keys that a field got.
+        after: the text of the field after them; None where that is not known.
+    """
+    values: List[Optional[str]] = [*(_as_text(event.value) for event in run[1:]), after]
+    for number, (event, then) in enumerate(zip(run, values)):
+        if event.key != "Return" or then is not None and then.endswith("…"):
+            continue
+        if then is None or then.count("\n") <= _as_text(event.value).count("\n"):
+            return number
+    return None
+
+
 def text_after(run: List[Event], following: Optional[Event], told: Optional[SnapshotNode]) -> Optional[str]:
     """The text of a field after a run of keys.
 
