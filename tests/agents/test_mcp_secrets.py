@@ -9,6 +9,8 @@ from qtdriver.mcp import offer
 from qtdriver.mcp.calls import Call
 from qtdriver.mcp.messages import Message, RpcError
 from qtdriver.protocol.secrets import Secrets
+from qtdriver.recording.code import test_code as code_of
+from qtdriver.recording.steps import Launch, Part
 from qtdriver.tools.failures import answer_to
 from qtdriver.tools.options import Options
 from qtdriver.tools.session import Session
@@ -70,6 +72,22 @@ def test_a_fault_of_a_tool_is_told_without_the_password(session, monkeypatch):
 def test_an_error_of_the_runner_is_told_without_the_password(session, monkeypatch):
     result = call_of_a_tool_that_raises(session, monkeypatch, QtDriverError(f"the field has {PIN!r}"))
     assert result == {"content": [{"type": "text", "text": "the field has '***'"}], "isError": True}
+
+
+@pytest.mark.parametrize(
+    "method, argument",
+    [("type", f"Ada\t{PIN}"), ("has_property", Part(f"is {PIN}")), ("equals", ("Ada", PIN))],
+)
+def test_a_step_with_a_password_and_other_text_is_not_saved(session, method, argument):
+    running = SimpleNamespace(
+        name="app", app=SimpleNamespace(connection=SimpleNamespace(secrets=Secrets(["7"])))
+    )
+    note = session.record(running, 'window("Login")', "", method, [argument])
+    assert note == "\n(this step will not be in a saved test: it has a password and other text)"
+    assert session.record(running, 'window("Login")', "", "type", [PIN]) == ""
+    assert session.record(running, 'window("Login")', "", "enter", [7]) == "", "a number is no password"
+    code = code_of("it", [Launch("app", ("editor",)), *session.recorded])
+    assert "login.type(SECRET_1)" in code and PIN not in code
 
 
 @pytest.mark.parametrize("before", [2992, 2998])

@@ -51,8 +51,20 @@ def titles(tmp_path):
         lambda window: (window.widget("passwordEdit").focus(), window.type(PASSWORD)),
         lambda window: (window.widget("passwordEdit").focus(), window.focus_widget().enter(PASSWORD)),
         lambda window: window.app.connection.enter_widget("Widget:showcase", "passwordEdit", PASSWORD),
+        lambda window: window.widget("postcodeEdit").type(f"7\t\t{PASSWORD}"),
+        lambda window: window.widget("postcodeEdit").fill(f"7\t\t{PASSWORD}\n"),
     ],
-    ids=["enter", "enter and Return", "type", "fill", "window", "focus widget", "command"],
+    ids=[
+        "enter",
+        "enter and Return",
+        "type",
+        "fill",
+        "window",
+        "focus widget",
+        "command",
+        "type Tab",
+        "fill Tab",
+    ],
 )
 def test_a_typed_password_is_in_no_trace_and_no_transcript(recorded, type_it):
     def type_and_read(window):

@@ -2,9 +2,10 @@
 
 from __future__ import annotations
 
+import re
 from abc import ABC, abstractmethod
 from contextlib import contextmanager
-from typing import TYPE_CHECKING, Callable, Iterator, Optional, Tuple
+from typing import TYPE_CHECKING, Callable, Iterator, List, Optional, Tuple
 
 from ..errors import CommandError, ConditionError
 from ..lookup.windows import POPUP
@@ -79,7 +80,8 @@ class KeyInput(ABC):
     def type(self, text: str, *, timeout: Optional[float] = None) -> None:
         """Types a text where the caret is: all of Unicode, a line break as Return, a tab as Tab.
 
-        A long text is sent in parts of 500 characters; those after the first go to what has the focus then.
+        A long text is sent in parts of 500 characters, and one with tabs in parts that end with these; those after the first go
+        to what has the focus then.
         """
         self.send_keys(f"type({text!r})", _typing(text), timeout)
 
@@ -199,8 +201,7 @@ def _place(window: str, path: Address) -> Tuple[str, Address]:
 
 def _typing(text: str) -> Send:
     """Sends a text in parts; a repetition goes on with the part that was refused."""
-    normalized = text.replace("\r\n", "\n")  # one Return, also where two parts meet
-    remaining = [normalized[at : at + _PART] for at in range(0, len(normalized), _PART)] or [""]
+    remaining = _parts(text.replace("\r\n", "\n")) or [""]  # one Return, also where two parts meet
     count = len(remaining)
 
     def send(connection: Connection, window: str, locator: Address) -> None:
@@ -209,6 +210,15 @@ def _typing(text: str) -> Send:
             del remaining[0]
 
     return send
+
+
+def _parts(text: str) -> List[str]:
+    """The parts of a text. Each ends with its tabs, behind which there may be a password field."""
+    return [
+        one[at : at + _PART]
+        for one in re.findall(r"[^\t]*\t+|[^\t]+", text)
+        for at in range(0, len(one), _PART)
+    ]
 
 
 def _shown(keys: Tuple[str, ...]) -> str:

@@ -118,6 +118,8 @@ class Session:
         self._learn(running.app.connection.secrets)
         hidden = tuple(map(self._hidden, arguments))
         options = {key: self._hidden(value) for key, value in (keywords or {}).items()}
+        if any(self._shows_secret(value) for value in (*hidden, *options.values())):
+            return "\n(this step will not be in a saved test: it has a password and other text)"
         window = target if isinstance(target, str) else target.window.call
         step = Step(running.name, window, widget, method, hidden, options, is_check, reads)
         if not is_check or step not in self.recorded[-3:]:
@@ -131,6 +133,12 @@ class Session:
         if isinstance(argument, str) and argument.rstrip("\r\n\t") in self._secrets:
             return Secret(self._secrets.index(argument.rstrip("\r\n\t")) + 1)
         return argument
+
+    def _shows_secret(self, argument: Argument) -> bool:
+        is_number = isinstance(
+            argument, (int, float)
+        )  # it is no text, though it may look like a short password
+        return not is_number and Secrets(self._secrets).hide(repr(argument)) != repr(argument)
 
     def secret_texts(self) -> Mapping[int, str]:
         """The texts of the secrets by their numbers."""
