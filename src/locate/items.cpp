@@ -1,11 +1,13 @@
 #include "locate/items.h"
 
 #include "locate/shown.h"
+#include "locate/values.h"
 #include "locate/viewrows.h"
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
@@ -45,7 +47,7 @@ Items tabsOf(QWidget* widget)
 Items choicesOf(QWidget* widget)
 {
     const QPointer<QComboBox> box(static_cast<QComboBox*>(widget));
-    const QString current = box->currentText();
+    const QString current = box->lineEdit() ? shownOf(*box->lineEdit()) : box->currentText();
     if (!box)
         return Items();
     Items items = itemsUpTo(box->count(), [&box](int i, Item& choice) {

@@ -17,8 +17,8 @@ namespace locate {
 
 namespace {
 
-// JsonObject::addUnlessEmpty() cuts longer texts.
-const int maximumCharacters = 1000;
+// One more than JsonObject::addUnlessEmpty() takes, so that it shows a longer text as cut.
+const int maximumCharacters = 1001;
 
 // Not QTextDocument::toPlainText(), which copies the whole text.
 QString beginningOf(QTextDocument* document)
@@ -48,9 +48,7 @@ void addDocument(JsonObject& object, const QWidget* widget)
 
 void addLine(JsonObject& object, const QWidget* widget)
 {
-    const auto* line = static_cast<const QLineEdit*>(widget);
-    const bool isSecret = line->echoMode() != QLineEdit::Normal && !line->text().isEmpty();
-    object.addUnlessEmpty("value", isSecret ? QString(QLatin1String("***")) : line->text());
+    object.addUnlessEmpty("value", shownOf(*static_cast<const QLineEdit*>(widget)));
 }
 
 // Dates and times, and boxes of the application's own.
@@ -79,6 +77,12 @@ const ValueRow valueRows[] = {
 };
 
 } // namespace
+
+QString shownOf(const QLineEdit& line)
+{
+    const bool isSecret = line.echoMode() != QLineEdit::Normal && !line.text().isEmpty();
+    return isSecret ? QString(QLatin1String("***")) : line.text();
+}
 
 ValueWriter valueWriterFor(const QWidget* widget)
 {

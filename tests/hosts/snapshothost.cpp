@@ -3,15 +3,24 @@
 #include "testhost.h"
 
 #include <QAction>
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCommandLinkButton>
+#include <QDateEdit>
+#include <QDial>
+#include <QDialogButtonBox>
+#include <QDockWidget>
 #include <QFormLayout>
+#include <QGraphicsView>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QLCDNumber>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -19,11 +28,22 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSizeGrip>
 #include <QSlider>
 #include <QSpinBox>
+#include <QSplitter>
+#include <QStackedWidget>
 #include <QStandardItemModel>
+#include <QStatusBar>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QTableWidget>
+#include <QTextBrowser>
+#include <QToolBar>
+#include <QToolBox>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -194,6 +214,90 @@ void addDeadlyWindow(TestHost& host)
     });
 }
 
+QString roleName(const char* role)
+{
+    return QLatin1String("role ") + QLatin1String(role);
+}
+
+// A widget of each kind that the main window has none of; its name tells the role that a snapshot has to tell.
+void addKinds(QWidget* parent)
+{
+    const struct
+    {
+        const char* role;
+        QWidget* widget;
+    } kinds[] = {
+        {"widget", new QFrame},
+        {"scroll area", new QScrollArea},
+        {"slider", new QDial},
+        {"scroll bar", new QScrollBar},
+        {"spin box", new QDoubleSpinBox},
+        {"calendar", new QCalendarWidget},
+        {"button", new QCommandLinkButton(QLatin1String("Go"))},
+        {"date edit", new QTimeEdit},
+        {"button box", new QDialogButtonBox(QDialogButtonBox::Ok)},
+        {"dock", new QDockWidget(QLatin1String("Files"))},
+        {"graphics view", new QGraphicsView},
+        {"display", new QLCDNumber},
+        {"workspace", new QMdiArea},
+        {"edit", new QTextBrowser},
+        {"size grip", new QSizeGrip(parent)},
+        {"splitter", new QSplitter},
+        {"stack", new QStackedWidget},
+        {"status bar", new QStatusBar},
+        {"tabs", new QTabWidget},
+        {"tool bar", new QToolBar},
+        {"tool box", new QToolBox},
+        {"tree", new QTreeView},
+        {"table", new QTableView},
+        {"list", new QListView},
+    };
+    int number = 0;
+    for (const auto& kind : kinds) {
+        kind.widget->setParent(parent);
+        kind.widget->setObjectName(roleName(kind.role));
+        kind.widget->setGeometry(10 + 110 * (number % 8), 10 + 60 * (number / 8), 100, 50);
+        ++number;
+    }
+}
+
+// Fields whose values are told in a way of their own.
+void addFields(QWidget* parent)
+{
+    auto* pin = named(new QComboBox(parent), "pin");
+    pin->setEditable(true);
+    pin->lineEdit()->setEchoMode(QLineEdit::Password);
+    pin->lineEdit()->setText(QLatin1String("secret"));
+    auto* unseen = named(new QLineEdit(QLatin1String("secret"), parent), "unseen");
+    unseen->setEchoMode(QLineEdit::NoEcho);
+    named(new QDoubleSpinBox(parent), "weight")->setValue(2.5);
+    named(new QDateEdit(QDate(2024, 3, 12), parent), "day")->setDisplayFormat(QLatin1String("yyyy-MM-dd"));
+    named(new QLCDNumber(parent), "digits")->display(42);
+    named(new QTextEdit(parent), "story")->setPlainText(QString(3000, QLatin1Char('x')));
+    auto* many = named(new QComboBox(parent), "many");
+    for (int i = 0; i < 250; ++i)
+        many->addItem(QString::fromLatin1("choice %1").arg(i));
+    auto* open = named(new QToolButton(parent), "open");
+    auto* action = named(new QAction(QLatin1String("&Open\tignored"), open), "openAction");
+    action->setToolTip(QLatin1String("Opens a file"));
+    open->setDefaultAction(action);
+    named(new QPushButton(QLatin1String("Go"), parent), "go")->setDefault(true);
+    auto* locked = named(new QGroupBox(QLatin1String("Locked"), parent), "locked");
+    locked->setCheckable(true);
+    named(new QPlainTextEdit(parent), "fixedText")->setReadOnly(true);
+}
+
+void addMoreWindow()
+{
+    auto* window = new QWidget;
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setWindowTitle(QLatin1String("More"));
+    window->resize(900, 300);
+    addKinds(window);
+    addFields(window);
+    window->show();
+}
+
 void build(TestHost& host)
 {
     auto* window = named(new QMainWindow, "main");
@@ -214,6 +318,7 @@ void build(TestHost& host)
     window->show();
 
     host.onRequest(QLatin1String("showDeadly"), [&host] { addDeadlyWindow(host); });
+    host.onRequest(QLatin1String("showMore"), addMoreWindow);
     host.onRequest(QLatin1String("focusNotes"), [&host] { host.findWidget(QLatin1String("notes"))->setFocus(); });
     host.onRequest(QLatin1String("deleteBuy"), [&host] { delete host.findWidget(QLatin1String("buy")); });
     host.onRequest(QLatin1String("hideFirstColumns"), [&host] {

@@ -96,6 +96,50 @@ def test_a_password_is_not_told(app):
     assert by_name(root)["password"]["value"] == "***"
 
 
+ROLES = """widget, scroll area, slider, scroll bar, spin box, calendar, button, date edit, button box, dock, graphics view,
+display, workspace, edit, size grip, splitter, stack, status bar, tabs, tool bar, tool box, tree, table, list"""
+
+FIELDS = {
+    "pin": {"value": "***"},
+    "unseen": {"value": "***"},
+    "weight": {"value": 2.5},
+    "day": {"value": "2024-03-12"},
+    "digits": {"value": 42},
+    "story": {"value": 1000 * "x" + "…"},
+    "many": {"value": "choice 0", "more": 50},
+    "open": {"text": "Open", "action": "openAction", "tip": "Opens a file"},
+    "go": {"text": "Go", "states": ["default"]},
+    "locked": {"title": "Locked", "states": ["checked"]},
+    "fixedText": {"states": ["readonly"]},
+    "role dock": {"title": "Files"},
+}
+
+
+def test_every_kind_of_widget_has_its_role_and_its_fields(app):
+    app.do("showMore")
+    window = snapshot(app, "More")
+    assert "secret" not in json.dumps(window)
+    found = by_name(window)
+    roles = {name[5:]: node["role"] for name, node in found.items() if name.startswith("role ")}
+    assert roles == {role: role for role in ROLES.replace("\n", " ").split(", ")}
+    for name, fields in FIELDS.items():
+        told = {key: found[name].get(key) for key in fields}
+        told["states"] = [state for state in told.get("states") or () if state != "hovered"]
+        assert told == {"states": [], **fields}, name
+    assert len(found["many"]["items"]) == 200 and found["many"]["items"][199] == {"texts": ["choice 199"]}
+
+
+def test_the_widget_under_the_mouse_is_told(app):
+    assert app.request(extension("+4", WINDOW, "name=milk")) == "0,QCheckBox"
+    eventually(lambda: "hovered" in by_name(snapshot(app))["milk"]["states"], True)
+
+
+def test_a_combo_box_whose_list_is_open_is_expanded(app):
+    assert "expanded" not in by_name(snapshot(app))["roast"].get("states", ())
+    assert app.request(extension("+press", WINDOW, "name=roast", "Alt+Down", "")) == "0,QComboBox"
+    eventually(lambda: "expanded" in by_name(snapshot(app))["roast"].get("states", ()), True)
+
+
 @pytest.mark.shared
 @pytest.mark.parametrize(
     "name, states",
@@ -145,6 +189,7 @@ def test_hidden_rows_and_columns_of_a_table_are_left_out(widgets):
     table = widgets["table"]
     assert table["header"] == ["A", "C"]
     assert [row["texts"] for row in table["items"][:2]] == [["0.0", "0.2"], ["2.0", "2.2"]]
+    assert "disabled" in table["items"][0]["states"] and "states" not in table["items"][1]
     assert len(table["items"]) + table["more"] == 100
 
 
