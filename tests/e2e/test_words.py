@@ -269,6 +269,27 @@ def test_items_without_a_place_are_clicked_and_say_what_they_cannot(window):
         hopper.item("Hopper B").double_click()
 
 
+def hovered_in_list(app):
+    """The texts of the rows that are current in an open list."""
+    rows = app.popup().find("QAbstractItemView").first().snapshot().root.items
+    return [row.texts[0] for row in rows if "current" in row.states]
+
+
+def test_an_item_of_a_combo_box_is_hovered_in_its_list_and_chosen_from_it(app, window):
+    hopper = window.widget("hopperCombo")
+    for text in ("Hopper C", "Hopper B"):
+        hopper.item(text).hover()
+        eventually(lambda text=text: hovered_in_list(app)).equals([text])
+    hopper.item("Hopper B").click()
+    eventually(app.popup()).is_closed()
+    assert hopper.read("currentText") == "Hopper B"
+    hopper.item(2).scroll_to()
+    assert app.popup().is_open()
+    hopper.choose("Hopper A")
+    eventually(app.popup()).is_closed()
+    assert hopper.read("currentText") == "Hopper A"
+
+
 def test_tabs_and_pages_have_a_place(window):
     window.tab("Lists").hover()
     assert window.app.widget_at_cursor().path.endswith("qt_tabwidget_tabbar")
@@ -296,7 +317,14 @@ def test_with_an_older_agent_items_of_views_have_a_place_and_others_not(window, 
 
 def test_entries_of_a_menu_are_clicked_chosen_checked_and_unchecked(window):
     lamp = window.menu("Roast/Heat lamp")
-    for act, state in ((lamp.click, True), (lamp.choose, False), (lamp.check, True), (lamp.uncheck, False)):
+    for act, state in (
+        (lamp.click, True),
+        (lamp.choose, False),
+        (lamp.select, True),
+        (lamp.uncheck, False),
+        (lamp.check, True),
+        (lamp.activate, False),
+    ):
         act()
         eventually(lamp.is_checked).equals(state)
 

@@ -26,8 +26,8 @@ class WidgetItem(ItemKeys):
     """The name of an item in a widget: each call finds widget and item anew.
 
     The mouse goes to the item's centre: of a row, a cell, a tab, the header of a page in a tool box. Before that a view
-    scrolls to the item, a tree opens the items above it, a tab bar is scrolled with its arrow buttons. Items of a combo
-    box can only be chosen; a click does that, too.
+    scrolls to the item, a tree opens the items above it, a tab bar is scrolled with its arrow buttons. A combo box's list is
+    closed: a click chooses the item, hover() and scroll_to() open the list, and the rest is refused.
 
     Each call waits until the item is there, enabled and not covered, unless with `force`. An agent that does not know
     items checks nothing, and knows the places of the items of lists, trees and tables only.
@@ -90,12 +90,17 @@ class WidgetItem(ItemKeys):
         return Menu.of_popup(self.widget.window.app, path, f"{self}.context_menu", self.right_click)
 
     def hover(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
-        """Moves the mouse onto it."""
-        self._play("MouseMove", "", "", timeout, force=force)
+        """Moves the mouse onto it. The list of a combo box stays open, until an item is chosen or press("Escape")."""
+        if self._is_in_list(timeout):
+            self._in_open_list(timeout).hover(force=force, timeout=timeout)
+        else:
+            self._play("MouseMove", "", "", timeout, force=force)
 
     def scroll_to(self, *, timeout: Optional[float] = None) -> None:
-        """Scrolls until it is in sight; opens the items above it in a tree."""
-        if self._is_known():
+        """Scrolls until it is in sight; opens the items above it in a tree, and the list of a combo box, as hover()."""
+        if self._is_in_list(timeout):
+            self._in_open_list(timeout).scroll_to(timeout=timeout)
+        elif self._is_known():
             self._rect(timeout)
         else:
             self._place(timeout)
@@ -169,6 +174,16 @@ class WidgetItem(ItemKeys):
         if self._is_known():
             return self._told(timeout)[0]
         return str(self._read_in_view("itemData", timeout))
+
+    def _is_in_list(self, timeout: Optional[float]) -> bool:
+        return self._is_known() and self._served(timeout) == COMBO_BOX
+
+    def _in_open_list(self, timeout: Optional[float]) -> "WidgetItem":
+        """The same item in the list of its combo box, which is opened by the keyboard unless it is open."""
+        popup = self.widget.window.app.popup()
+        if not popup.is_open():
+            self.widget.press("Alt+Down", timeout=timeout)
+        return popup.find("QAbstractItemView").first().item(self.address)
 
     def _drag(self, target: "Widget", place: Callable[[], Position], timeout: Optional[float]) -> None:
         """Presses the left button on the item, then moves to a place of the target and releases it there.

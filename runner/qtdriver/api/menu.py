@@ -75,6 +75,10 @@ class Menu:
         """As activate()."""
         self.activate(force=force, timeout=timeout)
 
+    def select(self, *, force: bool = False, timeout: Optional[float] = None) -> None:
+        """As activate()."""
+        self.activate(force=force, timeout=timeout)
+
     def hover(self, *, timeout: Optional[float] = None) -> None:
         """Moves the mouse onto the entry, which shows its tool tip and status tip, and opens its submenu.
 
