@@ -222,6 +222,8 @@ def test_a_closed_desktop_is_gone(environment, monkeypatch):
         monkeypatch.setenv(name, environment[name])
     desktop = Desktop()
     assert not is_gone(environment, desktop.environment["DISPLAY"])
+    assert repr(desktop) == f'<desktop {desktop.environment["DISPLAY"]}, running>'
     desktop.close()
+    assert repr(desktop) == f'<desktop {desktop.environment["DISPLAY"]}, closed>'
     assert is_gone(environment, desktop.environment["DISPLAY"])
     desktop.close()

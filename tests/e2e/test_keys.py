@@ -1,7 +1,13 @@
 """Keys, typed text, the wheel, the focus and the clipboard, as tests write them, in the showcase."""
 
+import sys
+from pathlib import Path
+
 import pytest
 
+sys.path.append(str(Path(__file__).resolve().parents[1] / "protocol"))
+
+from hostapp import HostApp
 from qtdriver import errors, eventually
 from showcase import running
 
@@ -9,9 +15,14 @@ FIELDS = "Entry fields"
 
 
 @pytest.fixture(scope="module")
-def app():
-    with running() as (_, app):
-        yield app
+def started():
+    with running() as pair:
+        yield pair
+
+
+@pytest.fixture(scope="module")
+def app(started):
+    return started[1]
 
 
 @pytest.fixture
@@ -51,6 +62,18 @@ def test_a_long_text_is_typed_in_parts_each_of_which_is_answered(app, window, me
     requests = [exchange.request for exchange in app.connection.transcript.exchanges()[before:]]
     assert sum(request.startswith("+type,") for request in requests) == 2
     note.fill("")
+
+
+def test_five_thousand_characters_arrive_in_a_plain_editor(started):
+    """The showcase's field is slower: it reads the whole text at each character."""
+    host = HostApp("keyhost", serve=False)
+    app = started[0].attach(pid=host.process.pid)
+    plain = app.window("Keys").widget("plain")
+    text = "".join(f"{line:03d} Grüße, and no character is lost on the way: €\n" for line in range(100))
+    plain.type(text)
+    eventually(plain).has(plainText=text)
+    assert len(text) == 5000
+    assert host.close() == 0
 
 
 @pytest.mark.parametrize(

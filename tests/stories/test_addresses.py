@@ -4,12 +4,13 @@ import os
 
 import pytest
 
-from qtdriver import errors, eventually
+from qtdriver import SnapshotNode, errors, eventually
 from qtdriver.lookup.stable_locators import StableLocators
 
 QT = int(os.environ.get("QTDRIVER_QT", "5"))
 KEPT = 0.9
 """The share of the addresses that have to be true of the next start of a program, too."""
+BUTTONS = ("button", "checkbox", "radio button")
 
 PROGRAMS = {
     5: {
@@ -34,7 +35,7 @@ def test_every_visible_widget_has_an_address_that_is_kept(start, program, menu):
 
     def without_address():
         addresses[:] = addresses_of(window)
-        return [f"{role} ({kind})" for role, kind, found in addresses if found is None]
+        return [f"{role} ({kind})" for role, kind, found, _ in addresses if found is None]
 
     eventually(without_address).equals([])  # a window may still change when it has just appeared
     first.terminate()
@@ -65,20 +66,27 @@ def main_windows(app):
 
 
 def addresses_of(window):
-    """Role, class and locator of each visible widget."""
+    """Role, class, locator and what is told of each visible widget that tells it apart."""
     connection = window.app.connection
     root = window.snapshot().root
     locators = StableLocators(connection, window.address, root)
-    return [(node.role, node.class_name, locators.of(node)) for node in root.walk()]
+    return [(node.role, node.class_name, locators.of(node), seen(node)) for node in root.walk()]
+
+
+def seen(node):
+    """By this a user knows a widget again. Other texts than those of buttons can be of the time, of files, of this start."""
+    fields = ["name", "label", "action"] + (["text"] if node.role in BUTTONS else [])
+    return node.class_name, node.role, *(node.details.get(field) for field in fields)
 
 
 def lost(window, addresses):
-    """The addresses that do not find a widget of the class that they found."""
-    return [str(found) for _, kind, found in addresses if not finds(window, found, kind)]
+    """The addresses that do not find the widget that they found, or one that looks the same."""
+    return [str(found) for _, _, found, told in addresses if not finds(window, found, told)]
 
 
-def finds(window, found, kind):
+def finds(window, found, told):
+    connection = window.app.connection
     try:
-        return window.app.connection.read(window.address, found, "className") == kind
+        return seen(SnapshotNode.of(connection.snapshot(window.address, found))) == told
     except errors.ReplyError:
         return False
