@@ -135,7 +135,10 @@ QByteArray activateLocated(const Request& request, STApplicationProxy& registry)
     const int forceSection = 6;
     return actOnLocated(windowForAction(request), request, forceSection, registry, itemPlace,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
-            registry.activate(widget, className, value, option);
+            if (isForced(request, forceSection))
+                registry.activate(widget, className, value, option);
+            else
+                registry.activateFound(widget, className, value, option);
         });
 }
 

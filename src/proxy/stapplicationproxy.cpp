@@ -64,6 +64,12 @@ void STApplicationProxy::activate(
     prepareProxy(widget, className)->activate(value, option);
 }
 
+void STApplicationProxy::activateFound(
+    QWidget* widget, const QString& className, const QVariant& value, const QVariant& option)
+{
+    prepareProxy(widget, className)->activateFound(value, option);
+}
+
 void STApplicationProxy::enter(QWidget* widget, const QString& className, const QVariant& value)
 {
     prepareProxy(widget, className)->enter(value);

@@ -28,6 +28,8 @@ public:
 
     // The acting operations refuse a disabled widget, then prepare it, then have the proxy act.
     void activate(QWidget* widget, const QString& className, const QVariant& value, const QVariant& option);
+    // For a value whose item has been looked for.
+    void activateFound(QWidget* widget, const QString& className, const QVariant& value, const QVariant& option);
     void enter(QWidget* widget, const QString& className, const QVariant& value);
     void mouseAction(QWidget* widget, const QString& className, const QVariant& command);
     // Scrolls to an item, or opens the menus that lead to it, and returns where it is: possibly in another widget,

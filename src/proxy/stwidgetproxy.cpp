@@ -108,6 +108,11 @@ void STWidgetProxy::activate(const QVariant&, const QVariant&)
     proxy::raiseError(notImplementedMessage, "activate", widget ? widget->metaObject()->className() : "unknown");
 }
 
+void STWidgetProxy::activateFound(const QVariant& value, const QVariant& option)
+{
+    activate(value, option);
+}
+
 void STWidgetProxy::enter(const QVariant&)
 {
     proxy::raiseError(notImplementedMessage, "enter", widget ? widget->metaObject()->className() : "unknown");

@@ -20,6 +20,9 @@ public:
 
     // The widget's natural action. The base refuses: "\"activate\" is not implemented for widget of class ...".
     virtual void activate(const QVariant& value, const QVariant& option);
+    // The same for a value whose item lookForItem() has found. Where activate() can choose another item, as its keys are
+    // those that a test of the commands relies on, this one chooses the item or raises an error. The base: activate().
+    virtual void activateFound(const QVariant& value, const QVariant& option);
     // Entering a value. The base refuses likewise.
     virtual void enter(const QVariant& value);
     // Plays a mouse command, the text "type:button:x:y:modifier". x and y are shares of the widget's width and height

@@ -10,8 +10,10 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStandardItemModel>
 #include <QStyle>
 #include <QStyleOptionSlider>
 #include <QTextCursor>
@@ -321,8 +323,28 @@ private:
         });
         addChoice("closed", new ClosedComboBox);
         addChangingComboBoxes();
+        addComboBoxesWithGaps();
         host.onRequest(QLatin1String("endDoubleClickInterval"), [] { QApplication::setDoubleClickInterval(0); });
         host.onRequest(QLatin1String("animateComboBoxes"), [] { QApplication::setEffectEnabled(Qt::UI_AnimateCombo); });
+    }
+
+    // The second item is disabled and the fourth not in the list, so that arrow keys skip both.
+    QComboBox* addGaps(const char* name, bool isEditable)
+    {
+        QComboBox* box = addChoice(name, new QComboBox);
+        box->setEditable(isEditable);
+        box->setCurrentIndex(0);
+        qobject_cast<QStandardItemModel*>(box->model())->item(1)->setEnabled(false);
+        return box;
+    }
+
+    void addComboBoxesWithGaps()
+    {
+        qobject_cast<QListView*>(addGaps("gaps", false)->view())->setRowHidden(3, true);
+        addGaps("editableGaps", true);
+        auto* lone = add("lone", 4, new QComboBox);
+        lone->addItem(QLatin1String("only"));
+        lone->setEditable(true);
     }
 
     void addChangingComboBoxes()

@@ -19,6 +19,10 @@
 #include <QTimer>
 #include <QTreeWidget>
 
+#include <functional>
+#include <memory>
+#include <vector>
+
 namespace {
 
 template <class Widget>
@@ -44,6 +48,27 @@ void buildMovingButton(TestHost& host, QWidget* parent)
     host.onSignal(timer, SIGNAL(timeout()), [button] { button->move((button->x() - 9) % 50 + 10, button->y()); });
     host.onRequest(QLatin1String("move"), [timer] { timer->start(0); });
     host.onRequest(QLatin1String("stop"), [timer] { timer->stop(); });
+}
+
+// A button that everything is in the way of: "obstruct" sets it in motion, each "clear" takes the next obstacle away.
+void buildObstructedButton(TestHost& host, QWidget* parent)
+{
+    auto* frame = named(new QFrame(parent), "frame");
+    frame->setGeometry(340, 110, 120, 40);
+    auto* button = addButton(host, frame, "obstructed", QRect(200, 5, 100, 30));
+    button->setEnabled(false);
+    button->hide();
+    auto* cover = named(new QFrame(frame), "cover");
+    cover->setGeometry(frame->rect());
+    cover->setAutoFillBackground(true);
+    auto* timer = named(new QTimer(button), "obstructedMover");
+    host.onSignal(timer, SIGNAL(timeout()), [button] { button->move((button->x() - 199) % 50 + 200, button->y()); });
+    const std::vector<std::function<void()>> steps
+        = {[button] { button->show(); }, [button] { button->setEnabled(true); }, [timer] { timer->stop(); },
+            [button] { button->move(10, 5); }, [cover] { cover->hide(); }};
+    const auto next = std::make_shared<std::size_t>(0);
+    host.onRequest(QLatin1String("obstruct"), [timer] { timer->start(0); });
+    host.onRequest(QLatin1String("clear"), [steps, next] { steps.at((*next)++)(); });
 }
 
 // Shows a ghost of itself where it may be dropped, over the button "ready", as soon as it is pressed.
@@ -147,6 +172,7 @@ void buildControls(TestHost& host)
     addButton(host, clip, "clipped", QRect(100, 0, 100, 30));
     addButton(host, central, "hidden", QRect(410, 10, 100, 30))->hide();
     buildMovingButton(host, central);
+    buildObstructedButton(host, central);
     host.onRequest(QLatin1String("enable"),
         [central] { central->findChild<QWidget*>(QLatin1String("disabled"))->setEnabled(true); });
     host.onRequest(QLatin1String("show"), [central] { central->findChild<QWidget*>(QLatin1String("hidden"))->show(); });

@@ -79,7 +79,9 @@ Widget* add(QWidget* parent, const char* name)
 void addViews(TestHost& host, QWidget* content)
 {
     auto* list = add<QListWidget>(content, "list");
-    list->addItem(QLatin1String("Early"));
+    list->addItems(QStringList() << QLatin1String("Early") << QLatin1String("Blocked") << QLatin1String("Hidden"));
+    list->item(1)->setFlags(Qt::ItemIsSelectable);
+    list->setRowHidden(2, true);
     host.journalSignal(list, SIGNAL(itemSelectionChanged()), QLatin1String("felt selection"));
     auto* tree = add<QTreeWidget>(content, "tree");
     auto* outer = new QTreeWidgetItem(tree, QStringList(QLatin1String("Outer")));
@@ -92,11 +94,15 @@ void addViews(TestHost& host, QWidget* content)
     table->setRowCount(2);
     table->setColumnCount(2);
     table->setRowHidden(1, true);
+    table->setItem(0, 1, new QTableWidgetItem(QLatin1String("Blocked")));
+    table->item(0, 1)->setFlags(Qt::ItemIsSelectable);
     host.journalSignal(table, SIGNAL(itemSelectionChanged()), QLatin1String("felt selection"));
     auto* plain = add<QListView>(content, "plain");
     plain->setModel(new QStandardItemModel(1, 1, plain));
     add<QComboBox>(content, "combo")->addItem(QLatin1String("Early"));
-    add<QTabBar>(content, "tabs")->addTab(QLatin1String("Early"));
+    auto* tabs = add<QTabBar>(content, "tabs");
+    tabs->addTab(QLatin1String("Early"));
+    tabs->setTabEnabled(tabs->addTab(QLatin1String("Blocked")), false);
     auto* box = add<QToolBox>(content, "box");
     box->addItem(new QWidget, QLatin1String("Early"));
     box->setItemEnabled(box->addItem(new QWidget, QLatin1String("Blocked")), false);

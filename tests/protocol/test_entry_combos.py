@@ -17,6 +17,8 @@ from entryfields import (
     styled_app,
     type_error,
 )  # noqa: F401
+from extensions import extension
+from hostapp import eventually
 from refusals import nothing_happens
 
 
@@ -199,6 +201,91 @@ def test_an_empty_editable_combo_box_is_not_cleared(app):
     app.settle()
     assert keys(app, "editableUnset") == ["m", "a", "u", "v", "e"]
     assert app.get("editableUnset", "currentText") == "mauve"
+
+
+# Extensions, which choose the item that they are asked for, or none. In "gaps" the items 1 and 3 are skipped by the keys.
+
+
+def choose(app, name, value, force=""):
+    return app.request(extension("+5", WINDOW, f"name={name}", "", value, "", force))
+
+
+@pytest.mark.parametrize(
+    "items", [("i:2", "i:4", "i:0", "i:4", "i:2"), ("s:blue", "s:Red", "s:blue", "s:red")]
+)
+def test_an_item_behind_one_that_cannot_be_chosen_is_chosen(app, items):
+    indexes = {"s:red": 0, "s:blue": 2, "s:Red": 4}
+    for item in items:
+        index = indexes[item] if item in indexes else int(item[2:])
+        assert choose(app, "gaps", item) == "0,QComboBox"
+        app.wait_for(f"chosen gaps {index}")
+        assert app.events("chosen") == [f"chosen gaps {index}"]
+        app.forget()
+
+
+def test_the_command_counts_items_that_cannot_be_chosen_and_so_does_force(plain):
+    for act in (plain.activate, lambda _, name, value: choose(plain, name, value, "force")):
+        assert act(WINDOW, "gaps", "i:2") == "0,QComboBox"
+        plain.wait_for("chosen gaps 4")
+        assert choose(plain, "gaps", "i:0") == "0,QComboBox"
+        plain.wait_for("chosen gaps 0")
+        plain.forget()
+
+
+@pytest.mark.shared
+@pytest.mark.parametrize(
+    "name, value, reason",
+    [
+        ("gaps", "s:green", "disabled"),
+        ("gaps", "i:1", "disabled"),
+        ("gaps", "i:3", "hidden"),
+        ("editableGaps", "i:1", "disabled"),
+    ],
+)
+def test_an_item_that_cannot_be_chosen_is_not_and_opens_no_list(plain, name, value, reason):
+    assert choose(plain, name, value) == f'9,item "{value[2:]}" {reason}'
+    assert input_events(plain) == [] and plain.get(name, "currentIndex") == "0"
+
+
+@pytest.mark.parametrize("name, before", [("unset", "-1"), ("editableUnset", "-1"), ("editableGaps", "0")])
+def test_an_item_is_chosen_whatever_is_current_before(plain, name, before):
+    assert plain.get(name, "currentIndex") == before
+    for index in (2, 0, 4):
+        assert choose(plain, name, f"i:{index}") == "0,QComboBox"
+        eventually(lambda index=index: plain.get(name, "currentIndex"), str(index))
+
+
+@pytest.mark.parametrize("name, index", [("editable", "2"), ("editableGaps", "0")])
+def test_the_text_of_the_current_item_is_shown_again_after_another_was_typed(plain, name, index):
+    text = plain.get(name, "currentText")
+    assert plain.enter(WINDOW, name, "s:mauve") == "0,QComboBox"
+    plain.wait_until(name, "currentText", "mauve")
+    assert choose(plain, name, f"i:{index}") == "0,QComboBox"
+    plain.wait_until(name, "currentText", text)
+
+
+@pytest.mark.parametrize("name", ["choice", "editable"])
+def test_a_list_that_is_open_is_chosen_from_and_closed(plain, name):
+    for index in (0, 4, 4):
+        assert plain.request(extension("+press", WINDOW, f"name={name}", "Alt+Down", "")) == "0,QComboBox"
+        plain.wait_until(f"{name}List", "visible", "true")
+        plain.forget()
+        assert choose(plain, name, f"i:{index}") == "0,QComboBox"
+        plain.wait_until(f"{name}List", "visible", "false")
+        assert plain.get(name, "currentIndex") == str(index)
+        assert plain.events("chosen") == [f"chosen {name} {index}"] and plain.events("press") == []
+
+
+def test_an_item_that_no_key_leads_to_is_an_error(plain):
+    assert plain.enter(WINDOW, "lone", "s:mauve") == "0,QComboBox"
+    plain.wait_until("lone", "currentText", "mauve")
+    message = "activate, QComboBox item only is not reached by the arrow keys"
+    assert choose(plain, "lone", "s:only") == f"8,Exception : {message}"
+
+
+def test_an_item_that_is_taken_away_while_the_list_is_open_is_not_there_yet(plain):
+    assert choose(plain, "refilled", "i:4") == '9,item "4" not there yet'
+    eventually(lambda: plain.get("refilledList", "visible"), "false")
 
 
 # Refusals

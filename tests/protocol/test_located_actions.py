@@ -70,6 +70,15 @@ def test_the_first_obstacle_is_the_one_that_is_told(app):
     app.wait_for("clicked hidden")
 
 
+def test_obstacles_are_told_in_their_order(app):
+    app.do("obstruct")
+    for reason in ("hidden", "disabled", "moving", "outside QFrame frame", "covered by QFrame cover"):
+        assert click(app, "obstructed") == f"9,{reason}"
+        app.do("clear")
+    assert click(app, "obstructed") == "0,QPushButton"
+    eventually(lambda: app.events("clicked"), ["clicked obstructed"])
+
+
 def test_what_covers_a_widget_stops_being_an_obstacle_when_it_is_gone(app):
     assert click(app, "covered") == "9,covered by QFrame overlay"
     app.do("uncover")

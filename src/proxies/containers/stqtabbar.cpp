@@ -82,7 +82,9 @@ void STQTabBar::activate(const QVariant& value, const QVariant&)
 
 void STQTabBar::lookForItem(const QVariant& value)
 {
-    indexOf(value);
+    const int index = indexOf(value);
+    if (!tabBar()->isTabEnabled(index))
+        rangeNotYet(proxy::disabledItem(value.toString()), indexRange, tabBar()->count() - 1);
 }
 
 int STQTabBar::indexOf(const QVariant& value)

@@ -10,12 +10,15 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
 #include <QPointer>
 
 namespace {
 
 const char unknownItemMessage[] = "activate, QComboBox unknown item %s";
 const char invalidIndexMessage[] = "activate, QComboBox invalid index %d";
+const char disabledItemMessage[] = "activate, QComboBox item %s is disabled";
+const char unreachedItemMessage[] = "activate, QComboBox item %s is not reached by the arrow keys";
 const char readOnlyMessage[] = "enter, QComboBox is read only";
 
 // How long a list may take to open and to unroll. An editable combo box opens none, so it gets less.
@@ -61,7 +64,7 @@ private:
 };
 
 // The row where the arrow keys start, in the list rather than the box: a mouse move may have changed it already.
-int currentRow(const QComboBox* box, QWidget* popup)
+int currentRow(const QComboBox* box, const QWidget* popup)
 {
     const auto* list = popup ? compat::findChild<QAbstractItemView>(popup) : nullptr;
     const QModelIndex current = list ? list->currentIndex() : QModelIndex();
@@ -103,9 +106,42 @@ void STQComboBox::activate(const QVariant& value, const QVariant&)
         confirm();
 }
 
+void STQComboBox::activateFound(const QVariant& value, const QVariant&)
+{
+    const int index = indexOf(value);
+    QWidget* outerPopup = compat::popupInFrontOf(comboBox());
+    const bool isOpen = outerPopup && outerPopup->parentWidget() == comboBox();
+    const bool takesKeysItself = comboBox()->isEditable() && !isOpen;
+    QPointer<QWidget> list(isOpen ? outerPopup : nullptr);
+    if (takesKeysItself) {
+        clickText();
+    } else if (!isOpen) {
+        if (comboBox()->currentIndex() == index)
+            return;
+        clickForList();
+        list = waitForPopup(comboBox(), outerPopup, listMilliseconds);
+    }
+    const MouseMoveStop stop(list);
+    if (!walkTo(index, list)) {
+        if (list)
+            keyClick(Qt::Key_Escape, Qt::NoModifier);
+        lookForItem(value); // the application may have taken it away
+        proxy::raiseError(unreachedItemMessage, value.toString());
+    }
+    if (!takesKeysItself)
+        confirm();
+}
+
 void STQComboBox::lookForItem(const QVariant& value)
 {
-    indexOf(value);
+    const int index = indexOf(value);
+    const QComboBox* box = comboBox();
+    // The box has no view before one is asked for: then no row is hidden.
+    const auto* list = compat::findChild<QListView>(box);
+    if (list && list->model() == box->model() && list->isRowHidden(index))
+        proxy::raiseNotYet(proxy::hiddenItem(value.toString()), unreachedItemMessage, value.toString());
+    if (!(box->model()->index(index, box->modelColumn(), box->rootModelIndex()).flags() & Qt::ItemIsEnabled))
+        proxy::raiseNotYet(proxy::disabledItem(value.toString()), disabledItemMessage, value.toString());
 }
 
 int STQComboBox::indexOf(const QVariant& value)
@@ -145,6 +181,44 @@ void STQComboBox::move(int current, int index)
     const int steps = current == -1 ? index : index - current;
     for (int i = 0; i < qAbs(steps); ++i)
         keyClick(steps < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::NoModifier);
+}
+
+int STQComboBox::rowNow(const QWidget* popup)
+{
+    return currentRow(comboBox(), popup);
+}
+
+// The current item of an editable combo box whose text was edited gets its own text by being left and reached again.
+// Returns whether no key is needed, or one has left it.
+bool STQComboBox::leaveEditedItem(int index)
+{
+    const QComboBox* box = comboBox();
+    if (!box->isEditable() || box->currentIndex() != index || box->currentText() == box->itemText(index))
+        return true;
+    keyClick(Qt::Key_Down, Qt::NoModifier);
+    if (rowNow(nullptr) == index)
+        keyClick(Qt::Key_Up, Qt::NoModifier);
+    return rowNow(nullptr) != index;
+}
+
+bool STQComboBox::walkTo(int index, const QPointer<QWidget>& popup)
+{
+    const int maximumTurns = 2; // past the item: where a list begins without a current one, or the mouse has moved it
+    syncEvents();
+    if (!popup && !leaveEditedItem(index))
+        return false;
+    int lastKey = 0;
+    for (int turns = 0, before = rowNow(popup); before != index;) {
+        const int key = before < index ? Qt::Key_Down : Qt::Key_Up;
+        turns += lastKey != 0 && key != lastKey ? 1 : 0;
+        lastKey = key;
+        keyClick(key, Qt::NoModifier);
+        const int now = rowNow(popup);
+        if (now == before || turns > maximumTurns)
+            return false;
+        before = now;
+    }
+    return true;
 }
 
 void STQComboBox::enter(const QVariant& value)

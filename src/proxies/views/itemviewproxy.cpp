@@ -22,6 +22,7 @@ namespace {
 
 const char noCurrentMessage[] = "No item is current";
 const char notCheckableMessage[] = "Current item is not checkable";
+const char disabledMessage[] = "Item \"%s\" is disabled";
 const char notVisibleMessage[] = "Current item not visible";
 const char longTerminatorMessage[] = "terminating key is more than one character";
 const char lineEditMessage[] = "enter, QLineEdit validate error\n";
@@ -108,6 +109,12 @@ void ItemViewProxy::requireCheckable(const QModelIndex& current)
 {
     if (!(current.flags() & Qt::ItemIsUserCheckable))
         proxy::raiseError(notCheckableMessage);
+}
+
+void ItemViewProxy::requireEnabled(const QModelIndex& item, const QVariant& name)
+{
+    if (!(item.flags() & Qt::ItemIsEnabled))
+        proxy::raiseNotYet(proxy::disabledItem(compat::textOf(name)), disabledMessage, compat::textOf(name));
 }
 
 void ItemViewProxy::playMouseAtCurrentItem(const QVariant& command, Visibility visibility)

@@ -50,6 +50,9 @@ protected:
     // Raises "Current item is not checkable" for an item whose check state is not the user's.
     static void requireCheckable(const QModelIndex& current);
 
+    // Raises an error that clears when the item is enabled. `name` is the item as the request names it.
+    static void requireEnabled(const QModelIndex& item, const QVariant& name);
+
     // Plays a mouse command at the centre of the current item, or of the viewport when no item is current. An item that
     // is out of sight raises "Current item not visible" with Visibility::Required. With Ignored the mouse goes to the
     // centre of the empty rectangle, near the viewport's corner: tests of trees and tables were written so.

@@ -64,7 +64,10 @@ void STQListView::activate(const QVariant& value, const QVariant& option)
 void STQListView::lookForItem(const QVariant& value)
 {
     requireItemType(value);
-    rowOf(value);
+    const int row = rowOf(value);
+    if (listView()->isRowHidden(row))
+        proxy::raiseNotYet(proxy::hiddenItem(compat::textOf(value)), invalidIndexMessage, row);
+    requireEnabled(itemInRow(*listView(), row), value);
 }
 
 void STQListView::requireItemType(const QVariant& value)

@@ -69,9 +69,7 @@ void STQTable::activate(const QVariant& value, const QVariant&)
 
 void STQTable::lookForItem(const QVariant& value)
 {
-    const Cell cell = resolveCell(value, HiddenSections::Named);
-    requireShown(Qt::Vertical, cell.row);
-    requireShown(Qt::Horizontal, cell.column);
+    requireEnabled(itemIndex(value), value);
 }
 
 void STQTable::enter(const QVariant& value)
