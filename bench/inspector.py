@@ -1,0 +1,196 @@
+"""Measures what the inspector costs: bench/inspector.py BUILD, such as build/qt5. It is no part of the table.
+
+Run it on a desktop: scripts/with-desktop.sh --nestable /usr/bin/python3 bench/inspector.py build/qt5. It measures
+
+- how much slower the showcase takes keys and clicks while it is recorded: pairs of the same input, one recorded and one not;
+- the processor time of `qtdriver inspect` while nothing changes, as a share of one processor;
+- how many pictures a second a page gets while a part or all of the screen changes, and the processor time of that.
+"""
+
+import asyncio
+import os
+import re
+import statistics
+import subprocess
+import sys
+import time
+from contextlib import contextmanager
+from pathlib import Path
+from typing import Callable, Dict, Iterator, List, Tuple
+
+import aiohttp
+import psutil
+
+ROOT = Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(ROOT / "runner"))
+
+from qtdriver import App, Driver  # noqa: E402: from the checkout
+
+PAIRS = int(os.environ.get("QTDRIVER_PAIRS", "40"))
+KEYS = "Grind, tamp and brew. " * 10
+CLICKS = 10
+SECONDS = 10.0
+SIZES = {"a part changes": "300 200", "all changes": "1280 1024"}
+CHANGING = """
+import itertools, sys, time
+from Xlib import X, display
+connection = display.Display()
+screen = connection.screen()
+size = map(int, sys.argv[1:])
+window = screen.root.create_window(0, 0, *size, 0, screen.root_depth, override_redirect=True, background_pixel=0)
+window.map()
+for pixel in itertools.cycle((0x402030, 0x304020)):
+    window.change_attributes(background_pixel=pixel)
+    window.clear_area()
+    connection.sync()
+    time.sleep(1 / 30)
+"""
+MOST_SLOWER, MOST_AT_REST, FEWEST_PICTURES = 5.0, 10.0, 10.0
+
+
+def timed(call: Callable[[], object]) -> float:
+    began = time.monotonic()
+    call()
+    return time.monotonic() - began
+
+
+def type_keys(app: App) -> None:
+    """Types a text that replaces what is there."""
+    field = app.window(name="showcase").widget("customerEdit")
+    field.press("Ctrl+A")
+    field.type(KEYS)
+
+
+def click_button(app: App) -> None:
+    for _ in range(CLICKS):
+        app.window(name="showcase").widget("brewButton").click()
+
+
+def slowed_by_recording(app: App, act: Callable[[App], None]) -> "List[Tuple[float, float]]":
+    """By how many percent, and by how many milliseconds, each of some pairs was slower while it was recorded.
+
+    Which one of a pair comes first alternates. Asking for what was recorded counts, as the page does it.
+    """
+
+    def act_recorded() -> None:
+        act(app)
+        app.connection.events()
+
+    act(app)
+    slower = []
+    for pair in range(PAIRS):
+        taken = {}
+        for recorded in (True, False) if pair % 2 else (False, True):
+            if recorded:
+                app.connection.record()
+            taken[recorded] = timed(act_recorded if recorded else lambda: act(app))
+            if recorded:
+                app.connection.stop_recording()
+        slower.append(((taken[True] / taken[False] - 1) * 100, (taken[True] - taken[False]) * 1000))
+    return slower
+
+
+def measure_recording(build: Path) -> "Dict[str, List[Tuple[float, float]]]":
+    """The slowing down of a text and of some clicks."""
+    with Driver(build=build / "agents") as driver:
+        app = driver.launch(build / "bin" / "showcase")
+        clicks = slowed_by_recording(app, click_button)
+        app.window(name="showcase").tab("Entry fields").click()
+        return {
+            f"text of {len(KEYS)} keys": slowed_by_recording(app, type_keys),
+            f"{CLICKS} clicks": clicks,
+        }
+
+
+def processor_seconds(process: psutil.Process) -> float:
+    """Those of a process and of all that it has started, but for the application and its desktop."""
+    own = [one for one in [process, *process.children(recursive=True)] if one.name().startswith("python")]
+    times = [one.cpu_times() for one in own]
+    return sum(one.user + one.system for one in times)
+
+
+async def watch(address: str, process: psutil.Process, seconds: float) -> "tuple[float, float]":
+    """Pictures a second that a page gets, and the share of one processor in percent. The page draws each at once."""
+    origin = address.rpartition("/" + address.split("/")[3])[0]
+    async with aiohttp.ClientSession() as session:
+        async with session.ws_connect(f"{address}live", origin=origin, max_msg_size=0) as socket:
+
+            async def pictures_for(duration: float) -> int:
+                count, end = 0, time.monotonic() + duration
+                while (left := end - time.monotonic()) > 0:
+                    try:
+                        message = await socket.receive(left)
+                    except asyncio.TimeoutError:
+                        break
+                    if message.type == aiohttp.WSMsgType.BINARY:
+                        count += 1
+                        await socket.send_json({"shown": True})
+                return count
+
+            assert await pictures_for(3), "no picture came"  # the first, and the one without a loss
+            before, began = processor_seconds(process), time.monotonic()
+            count = await pictures_for(seconds)
+            taken = time.monotonic() - began
+            return count / taken, (processor_seconds(process) - before) / taken * 100
+
+
+@contextmanager
+def changing_window(environment: "Dict[str, str]", size: str) -> Iterator[None]:
+    """Within it a window of this size, "width height", in front of all others has another colour 30 times a second."""
+    with subprocess.Popen([sys.executable, "-c", CHANGING, *size.split()], env=environment) as running:
+        try:
+            yield
+            assert running.poll() is None, "the window did not change any more"
+        finally:
+            running.kill()
+
+
+def measure_picture(build: Path) -> "dict[str, tuple[float, float]]":
+    """Pictures a second and processor time, at rest and while the screen changes."""
+    command = [ROOT / "scripts" / "qtdriver", "inspect", "--no-browser", "--build", build / "agents", "--"]
+    with subprocess.Popen(
+        [*command, build / "bin" / "showcase"], stdout=subprocess.PIPE, text=True
+    ) as inspect:
+        try:
+            assert inspect.stdout is not None
+            address = re.search(r"http://\S+", inspect.stdout.readline())[0]
+            process = psutil.Process(inspect.pid)
+            showcase = next(one for one in process.children(recursive=True) if one.name() == "showcase")
+            rest = asyncio.run(watch(address, process, SECONDS))
+            told = {"at rest": rest}
+            for name, size in SIZES.items():
+                with changing_window(showcase.environ(), size):
+                    told[name] = asyncio.run(watch(address, process, SECONDS))
+            return told
+        finally:
+            inspect.terminate()
+
+
+def main() -> None:
+    """Prints a line for each; the exit status tells whether all of them meet their targets."""
+    build = Path(sys.argv[1]).absolute()
+    missed = False
+    for name, slower in measure_recording(build).items():
+        percent, milliseconds = (statistics.median(column) for column in zip(*slower))
+        missed |= percent >= MOST_SLOWER
+        print(
+            f"recorded, {name}: {percent:+.1f} %, {milliseconds:+.2f} ms (medians of {len(slower)} pairs), "
+            f"target below {MOST_SLOWER:g} %",
+            flush=True,
+        )
+    told = measure_picture(build)
+    pictures, share = told["at rest"]
+    missed |= share >= MOST_AT_REST
+    print(
+        f"at rest: {share:.1f} % of a processor, {pictures:.1f} pictures a second, target below {MOST_AT_REST:g} %"
+    )
+    for name in SIZES:
+        pictures, share = told[name]
+        missed |= name == "a part changes" and pictures < FEWEST_PICTURES
+        print(f"{name}: {pictures:.1f} pictures a second, {share:.1f} % of a processor")
+    print(f"target {FEWEST_PICTURES:g} pictures a second of a part; those of all are fewer, not to cost more")
+    sys.exit(missed)
+
+
+if __name__ == "__main__":
+    main()
