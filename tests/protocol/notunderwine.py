@@ -20,18 +20,9 @@ KEY_HANDLER = "a fault within Qt 4.8 for Windows, when the handler of a key dele
 SCREENS = "Qt gives a window on the second screen of the tests' desktops the scale of the first under Wine"
 MASKS = "Qt 5 and 6 for Windows find a window by its rectangle, even where its mask has a hole"
 
-DRAGGING = (
-    "a_dialog",
-    "a_drag",
-    "a_row",
-    "a_selected_text",
-    "an_agent",
-    "nothing_is_dropped",
-    "requests",
-    "the_end",
-    "the_picture",
-    "with_ctrl",
-)
+DRAGGING = ["an_agent", "nothing_is_dropped", "requests_are_answered", "the_end", "with_ctrl"]
+if QT != 5:  # whose drags see enough of the mouse under Wine to be dropped
+    DRAGGING += ["a_dialog", "a_drag", "a_row", "a_selected_text", "requests_that_arrive", "the_picture"]
 
 TABLE = [
     (
