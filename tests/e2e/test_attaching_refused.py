@@ -17,6 +17,7 @@ from qtdriver import AgentNotBuiltError, Driver, LoadingError, NoQtError, NoWidg
 from qtdriver.attaching import loading
 from qtdriver.attaching import process as processes
 from qtdriver.attaching.process import RunningProgram
+from qtdriver.commandline import doctor
 from showcase import AGENTS
 
 
@@ -154,3 +155,14 @@ def test_what_was_started_is_not_let_go():
     with holding() as told:
         assert 'end it with "qtdriver stop"' in qtdriver("detach", status=1)
         assert is_running(told["pid"]) and "Roastery" in qtdriver("windows")
+
+
+@pytest.mark.parametrize(
+    "scope, remedy", [("1", "sysctl kernel.yama.ptrace_scope=0"), ("3", "start the machine with")]
+)
+def test_the_doctor_says_where_the_system_forbids_it(monkeypatch, scope, remedy):
+    monkeypatch.setattr(doctor, "_setting", lambda name: scope)
+    monkeypatch.setattr(os, "geteuid", lambda: 4711)
+    finding = next(doctor._stacks(None))
+    assert (finding.check, finding.result) == ("gdb", "note")
+    assert "'qtdriver attach'" in finding.text and finding.remedy.startswith(remedy)
