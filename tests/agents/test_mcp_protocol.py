@@ -175,8 +175,9 @@ def test_a_tool_that_cannot_do_it_tells_the_model_why(shared, tool, arguments, p
     assert problem in shared.refusal(tool, **arguments)
 
 
-def test_nobody_reaches_the_server_by_a_network(shared):
-    assert psutil.Process(shared.process.pid).connections("inet") == []
+def test_nobody_reaches_the_server_by_a_network(fresh):
+    fresh.initialize()
+    assert psutil.Process(fresh.process.pid).connections("inet") == []
 
 
 def test_windows_without_an_application_says_how_to_get_one(shared):

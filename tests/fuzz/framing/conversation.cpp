@@ -56,7 +56,7 @@ Conversation::~Conversation()
 {
     server->close();
     delete client.data();
-    delete registryOfAgent; // which the agent keeps until the process ends
+    delete unusedRegistry;
 }
 
 void Conversation::run()
@@ -171,7 +171,6 @@ bool Conversation::handleEvents()
 QByteArray Conversation::execute(const QByteArray& request, STApplicationProxy& registry)
 {
     check(!isExecuting, "one command at a time", QString::fromLatin1(printableInput()));
-    registryOfAgent = &registry;
     requests.append(request);
     isExecuting = true;
     const bool deletes = request == "delete";
@@ -191,6 +190,8 @@ QByteArray Conversation::execute(const QByteArray& request, STApplicationProxy& 
     if (deletes)
         delete client.data();
     wasDeleted = wasDeleted || !client || request == "later";
+    if (!client)
+        unusedRegistry = &registry;
     const bool isLarge = request == "big" && largeReplies++ < mostLargeReplies;
     const QByteArray reply = "0," + (isLarge ? QByteArray(largeReply, 'x') : request);
     if (client)

@@ -53,7 +53,7 @@ private:
     int position = 0;
     QPointer<TestClient> client;
     std::unique_ptr<LocalServer> server;
-    STApplicationProxy* registryOfAgent = nullptr;
+    STApplicationProxy* unusedRegistry = nullptr; // of an agent that its own command has deleted
     QByteArray piece; // of what goes out next
     QByteArray sent;
     QList<QByteArray> requests; // as they were executed
