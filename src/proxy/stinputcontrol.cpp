@@ -95,6 +95,9 @@ void STInputControl::postInputEvent(QWidget* target, QEvent* event)
 void STInputControl::postKeyEvent(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
 {
     syncEvents();
+    // The window of the widget that the keys are for can lose the focus for a moment, as when a dialog has just closed.
+    if (keysAreDedicated && keyOwner && !keyTarget())
+        compat::waitUntilActive(keyOwner);
     if (isKeyOwnerGone()) {
         if (type == QEvent::KeyRelease)
             return; // handling the press may have deleted the owner

@@ -1,9 +1,11 @@
-// Widgets that a click gives the focus to, or not; see tests/protocol/test_mouse.py.
+// Widgets that a click gives the focus to, or not; see tests/protocol/test_mouse.py and test_entry_texts.py.
 
 #include "testhost.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -17,6 +19,21 @@ QLabel* add(TestHost& host, QWidget* window, const QString& name)
     return label;
 }
 
+// Another window is active for a moment, as a notice that nobody has asked for.
+void showNotice()
+{
+    auto* notice = new QWidget;
+    notice->setAttribute(Qt::WA_DeleteOnClose);
+    notice->setGeometry(500, 500, 100, 100);
+    notice->show();
+    while (!notice->isActiveWindow()) {
+        notice->activateWindow();
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    }
+    const int milliseconds = 100;
+    QTimer::singleShot(milliseconds, notice, SLOT(close()));
+}
+
 void build(TestHost& host)
 {
     auto* window = new QWidget;
@@ -26,6 +43,10 @@ void build(TestHost& host)
     auto* edit = new QLineEdit;
     edit->setObjectName(QLatin1String("edit"));
     window->layout()->addWidget(edit);
+    host.onSignal(edit, SIGNAL(textEdited(QString)), [edit] {
+        if (edit->text() == QLatin1String("A"))
+            showNotice();
+    });
 
     const struct
     {

@@ -113,6 +113,12 @@ def test_a_constrained_line_edit_that_keeps_another_text_is_an_error(app, name, 
     assert app.events("returned") == []
 
 
+def test_typing_waits_while_the_window_has_lost_the_focus_for_a_moment(launch):
+    app = launch("focushost")
+    assert app.enter("Focus", "edit", "s:A-12") == "0,QLineEdit"
+    app.wait_until("edit", "text", "A-12")
+
+
 @pytest.mark.shared
 def test_a_read_only_line_edit_is_refused_before_any_input(app):
     assert app.enter(WINDOW, "readOnlyLine", "s:abc") == "8,Exception : enter, QLineEdit is read only"
