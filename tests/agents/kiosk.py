@@ -1,6 +1,6 @@
-"""An application with all that a server for models has to stand: kiosk.py [many | once FILE].
+"""An application with all that a server for models has to stand: kiosk.py [many | login | once FILE].
 
-With "many" it has very many widgets; with "once" a button that is there only as long as there is no such file.
+With "many" it has very many widgets; with "login" a field from which Return leads to that of the PIN; with "once" a button that is there only as long as there is no such file.
 """
 
 import os
@@ -68,9 +68,14 @@ class Kiosk(QWidget):
         add_button(layout, "Leave", QApplication.quit)
         add_button(layout, "Make anew", self.make_anew)
         add_button(layout, "Ask", self.ask)
+        user = QLineEdit()
+        user.setObjectName("user")
         self.pin = QLineEdit()
         self.pin.setObjectName("pin")
         self.pin.setEchoMode(QLineEdit.Password)
+        if "login" in sys.argv:
+            user.returnPressed.connect(self.pin.setFocus)
+            layout.addWidget(user)
         layout.addWidget(self.pin)
         add_button(layout, "Show the PIN", lambda: self.state.setText(self.pin.text()))
         add_button(layout, "Tell and crash", self.tell_and_crash)

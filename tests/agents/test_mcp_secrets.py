@@ -1,5 +1,6 @@
 """`qtdriver mcp` and passwords: no error and no fault of a tool shows one that was typed."""
 
+import re
 from types import SimpleNamespace
 
 import pytest
@@ -49,6 +50,23 @@ def test_the_last_output_of_an_application_that_crashes_is_told_without_the_pass
     assert PIN not in kiosk()
     problem = client.refusal("click", target=f"OK {PIN}")
     assert "'OK ***'" in problem and PIN not in problem, "it stays hidden when its application is gone"
+
+
+def test_a_password_behind_a_return_or_key_by_key_is_in_no_answer_and_no_saved_test(client, kiosk, folder):
+    kiosk("login")
+    told = [
+        client.call("type", app="kiosk", target="user", text=f"ada\n{PIN}"),
+        client.call("press", app="kiosk", target="pin", keys=list(PIN)),
+        client.call("press", app="kiosk", target="pin", keys=[*PIN, "Return"]),
+        client.call("click", app="kiosk", target="Show the PIN"),
+    ]
+    assert ["will not be in a saved test" in one for one in told] == [True, False, True, False]
+    assert "pressed ***, ***" in told[1] and "***, Return" in told[2] and "***" in told[3]
+    saved = client.call("save_test", path="test_login.py")
+    variables = re.findall("TEST_SECRET_[0-9]+", saved.splitlines()[1])
+    assert len(variables) == 1 and f'widget("pin").type({variables[0][len("TEST_"):]})' in saved
+    told += [saved, (folder / "test_login.py").read_text()]
+    assert [form for form in (PIN, ", ".join(PIN), "', '".join(PIN)) if form in "".join(told)] == []
 
 
 def test_a_long_password_that_the_application_shows_is_hidden_also_where_it_is_shortened(client, kiosk):

@@ -12,7 +12,7 @@ from qtdriver.protocol.secrets import Secrets
 from qtdriver.protocol.transcript import KEPT_REPLY
 from qtdriver.trace.recorder import Recorder
 
-from showcase import running
+from showcase import PROGRAM, QT, running
 
 PASSWORD = "corr3ct-horse"
 FORMS = [PASSWORD, PASSWORD.encode().hex()]
@@ -109,7 +109,9 @@ def test_a_failure_in_pytest_is_told_without_the_password(tmp_path):
     project = Project(tmp_path)
     project.write(
         """
-        def test_login(app):
+        def test_login(qtdriver):
+            command = f'echo "no user has the PIN $PASSWORD"; exec {os.environ["SHOWCASE"]}'
+            app = qtdriver.launch("/bin/sh", "-c", command, qt=int(os.environ["QTDRIVER_QT"]))
             window = app.window(name="showcase")
             window.widget("pages/qt_tabwidget_tabbar").select("Entry fields")
             window.widget("passwordEdit").enter(os.environ["PASSWORD"])
@@ -117,13 +119,18 @@ def test_a_failure_in_pytest_is_told_without_the_password(tmp_path):
             assert window.widget("passwordEdit").text() == "nothing"
         """
     )
-    project.environment["PASSWORD"] = PASSWORD
+    project.environment.update(PASSWORD=PASSWORD, SHOWCASE=str(PROGRAM), QTDRIVER_QT=str(QT))
     run = project.run("--showlocals")
     assert run.outcomes == "1 failed" and "assert '***' == 'nothing'" in run.output
     files = [path for path in [project.junit, *project.results.rglob("*")] if path.is_file()]
-    assert {"error.txt", "junit.xml", "report.html", "trace.json", "transcript.txt"} <= {
-        path.name for path in files
-    }
+    assert {
+        "error.txt",
+        "junit.xml",
+        "report.html",
+        "stdout.txt",
+        "trace.json",
+        "transcript.txt",
+    } <= {path.name for path in files}
     found = [path.name for path in files for form in FORMS if form.encode() in path.read_bytes()]
     assert found == [] and PASSWORD not in run.output
 
@@ -134,6 +141,15 @@ def test_a_short_password_is_left_out_where_it_stands_alone():
     assert secrets.hide(f"type({'a' + chr(92) + 'b'!r})") == "type('***')"
     assert secrets.hide_in_line("0,u:37") == f"0,u:{'***'.encode().hex()}"
     assert secrets.hide_in_line("0,u:3737") == "0,u:3737"
+
+
+@pytest.mark.parametrize("secret", ['it\'s "1"', 'pä"s\\s-w', "tab\there", "\U0001f600-smile"])
+def test_a_password_is_left_out_as_python_and_json_write_it(secret):
+    secrets = Secrets([secret])
+    texts = [secret, f"'{secret}\" {secret}"]
+    for text in texts:
+        for write in (str, repr, ascii, json.dumps, lambda one: json.dumps(one, ensure_ascii=False)):
+            assert secrets.hide(write(text)) == write(text.replace(secret, "***")), write(text)
 
 
 def test_the_beginning_of_a_password_is_left_out_where_a_text_is_cut():

@@ -5,7 +5,7 @@ from __future__ import annotations
 import re
 from abc import ABC, abstractmethod
 from contextlib import contextmanager
-from typing import TYPE_CHECKING, Callable, Iterator, List, Optional, Tuple
+from typing import TYPE_CHECKING, Callable, Iterator, Optional, Tuple
 
 from ..errors import CommandError, ConditionError
 from ..lookup.windows import POPUP
@@ -24,6 +24,9 @@ _TEXT_PROPERTIES = ("plainText", "cleanText", "text", "currentText")
 
 _PART = 500
 """How many characters one request types: the application does nothing else meanwhile, and has to answer in time."""
+
+_TABS = re.compile(r"[^\t]*\t*")
+_LINES = re.compile(r"[^\t\r\n]*[\t\r\n]*")
 
 _CLICK = mouse_command("MouseClick", "left", None, "")
 
@@ -80,8 +83,8 @@ class KeyInput(ABC):
     def type(self, text: str, *, timeout: Optional[float] = None) -> None:
         """Types a text where the caret is: all of Unicode, a line break as Return, a tab as Tab.
 
-        A long text is sent in parts of 500 characters, and one with tabs in parts that end with these; those after the first go
-        to what has the focus then.
+        A long text is sent in parts of 500 characters. A part also ends with its tabs and, but in text editors, with its line
+        breaks; those after the first go to what has the focus then.
         """
         self.send_keys(f"type({text!r})", _typing(text), timeout)
 
@@ -200,25 +203,31 @@ def _place(window: str, path: Address) -> Tuple[str, Address]:
 
 
 def _typing(text: str) -> Send:
-    """Sends a text in parts; a repetition goes on with the part that was refused."""
-    remaining = _parts(text.replace("\r\n", "\n")) or [""]  # one Return, also where two parts meet
-    count = len(remaining)
+    """Sends a text in parts; a repetition goes on with the part that was refused.
+
+    A part ends with its tabs, and with its line breaks unless these stay in a text editor: behind them there may be a
+    password field, and only requests of its own tell what is typed into that. The question before a later part gives the
+    application the time to move the focus.
+    """
+    remaining = [text.replace("\r\n", "\n")]  # one Return, also where two parts meet
+    count = len(remaining[0])
 
     def send(connection: Connection, window: str, locator: Address) -> None:
         while remaining:
-            connection.type_text(window, remaining[0], locator if len(remaining) == count else "")
-            del remaining[0]
+            rest = remaining[0]
+            is_first = len(rest) == count
+            place = locator if is_first else ""
+            asks = not is_first or _has_inner_break(rest)
+            divides = _LINES if asks and not connection.keeps_returns(window, place) else _TABS
+            part = divides.match(rest[:_PART])[0]  # type: ignore[index]
+            connection.type_text(window, part, place)
+            remaining[:] = [rest[len(part) :]] if len(part) < len(rest) else []
 
     return send
 
 
-def _parts(text: str) -> List[str]:
-    """The parts of a text. Each ends with its tabs, behind which there may be a password field."""
-    return [
-        one[at : at + _PART]
-        for one in re.findall(r"[^\t]*\t+|[^\t]+", text)
-        for at in range(0, len(one), _PART)
-    ]
+def _has_inner_break(text: str) -> bool:
+    return "\n" in text.rstrip("\n") or "\r" in text.rstrip("\r")
 
 
 def _shown(keys: Tuple[str, ...]) -> str:

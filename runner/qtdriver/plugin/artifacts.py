@@ -100,7 +100,7 @@ class TestArtifacts:
 
     def secrets(self) -> Secrets:
         """The passwords that the test has typed."""
-        return Secrets(text for app in self._driver.apps for text in app.connection.secrets)
+        return Secrets.of_all(app.connection.secrets for app in self._driver.apps)
 
     def describe(self, shown: str) -> str:
         """A text on the bundle: its path as `shown` to the user, its files, and what could not be written."""

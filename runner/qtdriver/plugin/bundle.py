@@ -16,6 +16,7 @@ from ..errors.endings import describe_exit
 from ..lookup.windows import describe_windows, last_windows, walk_windows
 from ..protocol.extensions import readable_request
 from ..protocol.records import WidgetRecord
+from ..protocol.secrets import Secrets
 from ..protocol.waiting import Deadline
 from ..protocol.wire import LIST_MARK
 from .failed_starts import SeenStart
@@ -45,22 +46,25 @@ def write_bundle(
     for number, display in enumerate(displays, 1):
         path = folder / _numbered("screenshot", number, "png")
         _attempt(notes, f"no {path.name}", lambda: _save_screenshot(path, display))
+    secrets = Secrets.of_all(app.connection.secrets for app in apps)
     for number, app in enumerate(apps, 1):
         stacks = folder / _numbered("stack", number, "txt")
         writers: _Writers = {
-            "transcript": lambda: _describe_transcript(app, began),
+            "transcript": lambda: _describe_transcript(app, secrets, began),
             "windows": lambda: _describe_windows(app, notes),
             "stdout": lambda: () if app.process is None else app.process.output.lines(),
             "stderr": lambda: () if app.process is None else app.process.errors.lines(),
         }
-        _write_all(writers, folder, number, notes)
-        _attempt(notes, f"no {stacks.name}", lambda: _write_stacks(stacks, app.stacks(), notes))
+        _write_all(writers, folder, number, notes, secrets)
+        _attempt(notes, f"no {stacks.name}", lambda: _write_stacks(stacks, app.stacks(), notes, secrets))
     for number, seen in enumerate(failed_starts, 1):
-        _write_failed_start(seen, folder, (len(displays) + number, len(apps) + number), notes)
-    return notes
+        _write_failed_start(seen, folder, (len(displays) + number, len(apps) + number), notes, secrets)
+    return [secrets.hide(note) for note in notes]
 
 
-def _write_failed_start(seen: SeenStart, folder: Path, numbers: Tuple[int, int], notes: List[str]) -> None:
+def _write_failed_start(
+    seen: SeenStart, folder: Path, numbers: Tuple[int, int], notes: List[str], secrets: Secrets
+) -> None:
     notes += [f"{seen.start.program} was started, but its agent did not connect", *seen.notes]
     if seen.screenshot:
         path = folder / _numbered("screenshot", numbers[0], "png")
@@ -70,25 +74,27 @@ def _write_failed_start(seen: SeenStart, folder: Path, numbers: Tuple[int, int],
         "stdout": seen.start.process.output.lines,
         "stderr": seen.start.process.errors.lines,
     }
-    _write_all(writers, folder, numbers[1], notes)
+    _write_all(writers, folder, numbers[1], notes, secrets)
     stacks = folder / _numbered("stack", numbers[1], "txt")
-    _attempt(notes, f"no {stacks.name}", lambda: _write_stacks(stacks, seen.start.process.crash(), notes))
+    _attempt(
+        notes, f"no {stacks.name}", lambda: _write_stacks(stacks, seen.start.process.crash(), notes, secrets)
+    )
 
 
-def _write_stacks(path: Path, stacks: Optional[Stacks], notes: List[str]) -> None:
+def _write_stacks(path: Path, stacks: Optional[Stacks], notes: List[str], secrets: Secrets) -> None:
     """Writes the stacks of an application that has crashed or hangs."""
     if stacks is None:
         return
     if stacks.note:
         notes.append(stacks.note)
     if stacks.threads:
-        _write(path, stacks.lines())
+        _write(path, stacks.lines(), secrets)
 
 
-def _write_all(writers: "_Writers", folder: Path, number: int, notes: List[str]) -> None:
+def _write_all(writers: "_Writers", folder: Path, number: int, notes: List[str], secrets: Secrets) -> None:
     for name, write in writers.items():
         path = folder / _numbered(name, number, "txt")
-        _attempt(notes, f"no {path.name}", lambda: _write(path, write()))
+        _attempt(notes, f"no {path.name}", lambda: _write(path, write(), secrets))
 
 
 def _numbered(name: str, number: int, ending: str) -> str:
@@ -103,8 +109,10 @@ def _attempt(notes: List[str], failure: str, action: Callable[[], object]) -> No
         notes.append(f"{failure}: {error}")
 
 
-def _write(path: Path, lines: Iterable[str]) -> None:
-    path.write_text("".join(f"{line}\n" for line in lines), encoding="utf-8", errors="backslashreplace")
+def _write(path: Path, lines: Iterable[str], secrets: Secrets) -> None:
+    path.write_text(
+        "".join(f"{secrets.hide(line)}\n" for line in lines), encoding="utf-8", errors="backslashreplace"
+    )
 
 
 def _save_screenshot(path: Path, display: Optional[str]) -> None:
@@ -150,12 +158,12 @@ def _describe_widget(record: WidgetRecord) -> str:
     return f"    {'  ' * record.depth}{name}({record.class_name}{hidden})"
 
 
-def _describe_transcript(app: App, began: float) -> Iterable[str]:
+def _describe_transcript(app: App, secrets: Secrets, began: float) -> Iterable[str]:
     """Lines with each request and when it was sent, and its reply and how long that took, in seconds."""
     yield f"process {app.pid}; > request, < reply, ! no reply; seconds since the test began, and of waiting for a reply"
     for refusal in app.connection.transcript.refusals:
         yield f"refused before it: {refusal}"
-    hide = app.connection.secrets.hide_in_line
+    hide = secrets.hide_in_line
     for exchange in app.connection.transcript.exchanges():
         request = readable_request(hide(exchange.request))
         yield f"{exchange.started - began:10.3f}  > {_on_one_line(request)}"

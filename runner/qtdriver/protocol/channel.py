@@ -13,7 +13,7 @@ from .extensions import readable_request
 from .greeting import Greeting
 from .lines import LineSocket
 from .peers import Peer
-from .secrets import Secrets, is_for_password, typed_text
+from .secrets import Secrets, TypedSecrets
 from .transcript import KEPT_REPLY, Exchange, Transcript
 from .waiting import bounded
 from .wire import Reply, encode_line
@@ -52,6 +52,7 @@ class Channel(ClosedOnLeaving):
         self.timeout = timeout
         self.transcript = Transcript()
         self.secrets = Secrets()
+        self._typed = TypedSecrets(self)
         self._lines = lines
         self._unanswered: Optional[str] = None
 
@@ -117,29 +118,27 @@ class Channel(ClosedOnLeaving):
         """
         encode_line(line)
         started = time.monotonic()
-        answer, failure = None, ""
+        answer, failure, kept_line = None, "", line
         try:
-            self._learn_secret(line)
+            kept_line = self._without_new_secrets(line)
             answer = self.exchange(line, timeout)
-            return Reply.parse(answer)
+            reply = Reply.parse(answer)
+            if not reply.ok:
+                self._typed.refused()
+            return reply
         except QtDriverError as error:
             failure = str(error)
             raise
         finally:
             kept = None if answer is None else self.secrets.hide_in_beginning(answer, KEPT_REPLY)
-            shown = self.secrets.hide_in_line(line)
+            shown = self.secrets.hide_in_line(kept_line)
             self.transcript.add(Exchange(shown, kept, started, time.monotonic() - started, failure))
 
-    def _learn_secret(self, line: str) -> None:
-        """Notes the text that a request types, if it is for a password field, or nobody knows for what."""
-        typed = typed_text(line)
+    def _without_new_secrets(self, line: str) -> str:
+        """The request as it may be kept, but for the secrets, which it adds to."""
         try:
-            if typed and is_for_password(self, line):
-                self.secrets.add(typed)
-        except ConnectionClosed:
-            self.secrets.add(typed)  # the request itself, which follows, raises the error
+            return self._typed.learn(line)
         except RequestTimeout:
-            self.secrets.add(typed)
             raise self._timeout(line, self.timeout) from None
 
     def exchange(self, line: str, timeout: Optional[float] = None) -> str:

@@ -8,6 +8,7 @@ from ..errors import CommandError, OldAgentError, ProtocolError
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
 from .locators import Address, Locator
+from .secrets import keeps_line_breaks
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -156,6 +157,11 @@ class ExtendedChannel(Channel):
     def type_text(self, window: str, text: str, locator: Address = "") -> str:
         """Types the text, a line break as Return and a tab as Tab. Returns the class of the widget that had the focus."""
         return self._extended("+type", window, locator, text).payload
+
+    def keeps_returns(self, window: str, locator: Address = "") -> bool:
+        """Whether a typed line break stays in what takes the keys, since that is a text editor. No part of the transcript."""
+        self.require("+type")
+        return keeps_line_breaks(self, window, locator.text if isinstance(locator, Locator) else locator)
 
     def turn_wheel(self, window: str, locator: Address, command: str) -> str:
         """Plays a wheel command "x:y:modifier:horizontal:vertical", the last two in steps, up and left being positive.

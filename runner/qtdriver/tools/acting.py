@@ -7,6 +7,7 @@ from typing import Any, Dict, Iterator, List, NamedTuple, Optional, Tuple
 from ..api.widget import Widget
 from ..errors import NotReadyError
 from ..lookup.snapshot import headline_with_ref
+from ..protocol.secrets import HIDDEN
 from ..recording.code import call_code
 from ..recording.steps import Argument
 from .answers import MAX_CHARACTERS, Answer, ToolError, cut
@@ -162,7 +163,9 @@ def _press(session: Session, call: Call, arguments: Arguments) -> Answer:
     running.look()
     subject = _subject(running, arguments)
     note = _call_and_record(session, running, subject, "press", *arguments["keys"])
-    return _answer_after(running, subject, f"pressed {', '.join(arguments['keys'])}", note)
+    secrets = running.app.connection.secrets
+    keys = (HIDDEN if secrets.has_key(key) else key for key in arguments["keys"])
+    return _answer_after(running, subject, f"pressed {', '.join(keys)}", note)
 
 
 def _select(session: Session, call: Call, arguments: Arguments) -> Answer:

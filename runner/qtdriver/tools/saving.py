@@ -52,16 +52,17 @@ def _save_test(session: Session, call: Call, arguments: Arguments) -> Answer:
         session.begin_anew()
     ran = "it could not be run" if refusal else f"run once on a fresh start it {_RESULTS[trial.passed]}"
     head = f"saved {path}; {ran}: {trial.summary}"
-    return Answer("\n".join([head, _advice(session, checks), cut(code, MAX_OF_A_PART)]))
+    return Answer("\n".join([head, _advice(session, code, checks), cut(code, MAX_OF_A_PART)]))
 
 
-def _advice(session: Session, checks: int) -> str:
+def _advice(session: Session, code: str, checks: int) -> str:
     words = (
         f"{checks} {'check' if checks == 1 else 'checks'}"
         if checks
         else "it has no checks: use wait or read where something should come true"
     )
-    secrets = [secret_variable(Secret(number)) for number in session.secret_texts()]
+    numbers = [number for number in session.secret_texts() if f"SECRET_{number} = " in code]
+    secrets = [secret_variable(Secret(number)) for number in numbers]
     return words + (
         f"; it needs the variables {', '.join(secrets)}, which have the passwords" if secrets else ""
     )

@@ -15,6 +15,8 @@ from .running import RunningApplication, Target
 
 DEFAULT_NAME = "app"
 
+_NOT_SAVED = "\n(this step will not be in a saved test: it has a password and other text)"
+
 _WAIT_SECONDS = 3.0
 """How long an action waits until a user could do it. A model that waits costs more than one that asks again."""
 
@@ -33,6 +35,7 @@ class Session:
         self._driver: Optional[Driver] = None
         self._running: Dict[str, RunningApplication] = {}
         self._secrets: List[str] = []
+        self._hidden_texts = Secrets()
 
     def __repr__(self) -> str:
         return f"<session with {', '.join(self._running) or 'no applications'}>"
@@ -116,10 +119,14 @@ class Session:
         if widget is None:
             return "\n(this step will not be in a saved test: no address finds that widget alone)"
         self._learn(running.app.connection.secrets)
+        if method == "press" and any(self._hidden_texts.has_key(str(key)) for key in arguments):
+            method, arguments = "type", ("".join(map(str, arguments)),)
+            if arguments[0] not in self._secrets:
+                return _NOT_SAVED
         hidden = tuple(map(self._hidden, arguments))
         options = {key: self._hidden(value) for key, value in (keywords or {}).items()}
         if any(self._shows_secret(value) for value in (*hidden, *options.values())):
-            return "\n(this step will not be in a saved test: it has a password and other text)"
+            return _NOT_SAVED
         window = target if isinstance(target, str) else target.window.call
         step = Step(running.name, window, widget, method, hidden, options, is_check, reads)
         if not is_check or step not in self.recorded[-3:]:
@@ -128,6 +135,7 @@ class Session:
 
     def _learn(self, secrets: Secrets) -> None:
         self._secrets += [text for text in secrets if text not in self._secrets]
+        self._hidden_texts = Secrets.of_all((self._hidden_texts, secrets))
 
     def _hidden(self, argument: Argument) -> Argument:
         if isinstance(argument, str) and argument.rstrip("\r\n\t") in self._secrets:
@@ -138,7 +146,7 @@ class Session:
         is_number = isinstance(
             argument, (int, float)
         )  # it is no text, though it may look like a short password
-        return not is_number and Secrets(self._secrets).hide(repr(argument)) != repr(argument)
+        return not is_number and self._hidden_texts.hide(repr(argument)) != repr(argument)
 
     def secret_texts(self) -> Mapping[int, str]:
         """The texts of the secrets by their numbers."""
@@ -148,7 +156,7 @@ class Session:
         """The text without the secrets."""
         for running in self._running.values():
             self._learn(running.app.connection.secrets)
-        return Secrets(self._secrets).hide(text)
+        return self._hidden_texts.hide(text)
 
     def close(self) -> None:
         """Ends all applications."""

@@ -242,9 +242,8 @@ class Recorder(StepListener):
                 (self._folder / files[kind]).write_bytes(data)
         return files
 
-    def _hide_passwords(self) -> None:
+    def _hide_passwords(self, secrets: Secrets) -> None:
         for entry in self._entries:  # a text that was typed in vain at first may be a password
-            secrets = entry.app.connection.secrets
             entry.step.title = secrets.hide(entry.step.title)
             entry.step.action = secrets.hide(entry.step.action)
             entry.step.error = secrets.hide(entry.step.error)
@@ -263,7 +262,9 @@ class Recorder(StepListener):
         def name(picture: Optional[Pending]) -> str:
             return saved[picture.number].name if picture is not None and picture.number in saved else ""
 
-        self._hide_passwords()
+        apps = list({id(entry.app): entry.app for entry in self._entries}.values())
+        secrets = Secrets.of_all(app.connection.secrets for app in apps)
+        self._hide_passwords(secrets)
         steps = [
             RecordedStep(
                 entry.step,
@@ -271,7 +272,6 @@ class Recorder(StepListener):
                 name(entry.before),
                 name(entry.after),
                 entry.widgets,
-                entry.app.connection.secrets,
                 entry.place,
                 self._save_comparison(entry.step.comparison),
             )
@@ -280,8 +280,6 @@ class Recorder(StepListener):
         wanted = {entry.widgets for entry in self._entries}
         trees = {key: zlib.decompress(data).decode() for key, data in self._trees.items() if key in wanted}
         seconds = time.monotonic() - self._began
-        apps = list({id(entry.app): entry.app for entry in self._entries}.values())
-        secrets = Secrets(text for app in apps for text in app.connection.secrets)
         return Trace(
             self._began,
             self._began_at,

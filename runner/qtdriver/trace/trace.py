@@ -43,7 +43,6 @@ class RecordedStep:
         before: file name of the picture before it, empty for none.
         after: file name of the picture after it, empty for none.
         widgets: key of the widgets after it in the trace's trees, empty for none.
-        secrets: what is left out of its requests and replies.
         place: the widget that it is about: left, top, width and height in pixels of the screen; None where it is not known.
         comparison: file names of the pictures that it has compared: "expected", "actual", "difference"; empty for none.
     """
@@ -53,7 +52,6 @@ class RecordedStep:
     before: str
     after: str
     widgets: str
-    secrets: Secrets
     place: Optional[Place] = None
     comparison: Mapping[str, str] = field(default_factory=dict)
 
@@ -88,7 +86,7 @@ class Trace:
         output: what the applications have written, in the order of its times.
         notes: what went wrong with the recording, for a person.
         pictures: the parts of the screen that pictures show, by their file names.
-        secrets: what is left out of sources and output.
+        secrets: what is left out of all texts.
     """
 
     began: float
@@ -108,13 +106,13 @@ class Trace:
             "format": FORMAT,
             "began_at": self.began_at,
             "seconds": round(self.seconds, 6),
-            "notes": self.notes,
+            "notes": [self.secrets.hide(note) for note in self.notes],
             "steps": [self._step(recorded, groups) for recorded in self.steps],
             "groups": [self._group(group, groups) for group in groups],
             "output": [self._output_line(line) for line in self.output],
             "pictures": self.pictures,
             "sources": self._sources(),
-            "trees": self.trees,
+            "trees": {key: self.secrets.hide(text) for key, text in self.trees.items()},
         }
         write_trace(folder, data)
 
@@ -162,7 +160,7 @@ class Trace:
             "start": round(step.started - self.began, 6),
             "seconds": round(step.seconds or 0.0, 6),
             "error": step.error,
-            "exchanges": [self._exchange(exchange, recorded.secrets) for exchange in step.exchanges],
+            "exchanges": [self._exchange(exchange) for exchange in step.exchanges],
             "skipped": step.skipped,
             "before": recorded.before,
             "after": recorded.after,
@@ -170,9 +168,9 @@ class Trace:
             "comparison": recorded.comparison,
         }
 
-    def _exchange(self, exchange: Exchange, secrets: Secrets) -> Dict[str, object]:
-        request = secrets.hide_in_line(exchange.request)
-        reply = None if exchange.reply is None else secrets.hide_in_line(exchange.reply)
+    def _exchange(self, exchange: Exchange) -> Dict[str, object]:
+        request = self.secrets.hide_in_line(exchange.request)
+        reply = None if exchange.reply is None else self.secrets.hide_in_line(exchange.reply)
         return {
             "request": request,
             "asks": describe_request(request),
@@ -180,7 +178,7 @@ class Trace:
             "answers": "" if reply is None else _readable(request, reply),
             "start": round(exchange.started - self.began, 6),
             "seconds": round(exchange.seconds, 6),
-            "error": exchange.error,
+            "error": self.secrets.hide(exchange.error),
         }
 
 

@@ -1,0 +1,147 @@
+"""Passwords that reach a field in other ways than by a text for that field are in no trace either."""
+
+import json
+import sys
+from pathlib import Path
+
+import pytest
+
+from qtdriver import Driver, eventually
+from qtdriver.trace.recorder import Recorder
+
+from showcase import AGENTS
+
+sys.path.append(str(Path(__file__).resolve().parents[1] / "protocol"))
+
+from hostapp import HostApp
+
+FIELDS = ("userEdit", "slowEdit", "pinEdit", "vault", "pinBox")
+
+
+@pytest.fixture(scope="module")
+def logging_in():
+    """An application whose password fields get what was typed in other ways than by a click or the Tab key."""
+    with Driver(build=AGENTS, timeout=10) as driver:
+        host = HostApp("loginhost", serve=False)
+        yield driver, host, driver.attach(pid=host.process.pid)
+        assert host.close() == 0
+
+
+@pytest.fixture
+def login(logging_in, tmp_path):
+    """Runs a test on the fields, which are empty; answers the trace of it as a text."""
+    driver, host, app = logging_in
+    window = app.window(name="login")
+    for name in FIELDS:
+        window.widget(name).fill("")
+
+    def run(test):
+        recorder = Recorder(tmp_path / "trace", screenshots=False)
+        driver.listeners.append(recorder)
+        try:
+            test(window, host)
+        finally:
+            driver.listeners.remove(recorder)
+            recorder.close(keep=True)
+        return (tmp_path / "trace" / "trace.json").read_text()
+
+    return run
+
+
+def forms_of(password):
+    """The ways in which a trace could have a text."""
+    return [
+        password,
+        password.encode().hex(),
+        json.dumps(password)[1:-1],
+        "', '".join(password),
+        '", "'.join(password),
+    ]
+
+
+def titles(trace):
+    return [step["title"].rpartition(".")[2] for step in json.loads(trace)["steps"]]
+
+
+@pytest.mark.parametrize(
+    "password, type_it, field",
+    [
+        ("alder-4711", lambda window, text: window.widget("userEdit").type(f"ada\n{text}"), "pinEdit"),
+        ("birch-4712", lambda window, text: window.widget("userEdit").fill(f"ada\r\n{text}\n"), "pinEdit"),
+        ("cedar-4713", lambda window, text: window.widget("slowEdit").type(f"ada\n{text}\n"), "pinEdit"),
+        ("ebony-4714", lambda window, text: window.widget("vault").type(text), "vault/vaultEdit"),
+        ("hazel-4715", lambda window, text: window.widget("vault").fill(text), "vault/vaultEdit"),
+        ("larch-4716", lambda window, text: window.widget("pinBox").enter(text), "pinBox/pinBoxEdit"),
+        ("maple-4717", lambda window, text: window.widget("pinBox").type(text), "pinBox/pinBoxEdit"),
+        ("olive-4718", lambda window, text: window.widget("pinEdit").press(*text), "pinEdit"),
+        ("'\"()-4719", lambda window, text: [window.widget("pinEdit").press(key) for key in text], "pinEdit"),
+        (
+            "yucca-4721",
+            lambda window, text: (window.app.clipboard.set(text), window.widget("pinEdit").press("Ctrl+V")),
+            "pinEdit",
+        ),
+        (
+            "aspen-4722",
+            lambda window, text: (
+                window.widget("userEdit").focus(),
+                window.app.connection.type_text("Widget:login", f"ada\n{text}"),
+            ),
+            "pinEdit",
+        ),
+        ("rowan-4720", lambda window, text: [window.widget("pinEdit").type(key) for key in text], "pinEdit"),
+    ],
+    ids=[
+        "Return",
+        "fill Return",
+        "focus moves later",
+        "field within a widget",
+        "fill within a widget",
+        "box",
+        "type box",
+        "keys",
+        "key by key",
+        "pasted",
+        "one request",
+        "text by text",
+    ],
+)
+def test_a_password_that_comes_in_another_way_is_in_no_trace(login, password, type_it, field):
+    def type_and_read(window, host):
+        type_it(window, password)
+        assert window.widget(field).text() == password, "the application has got it"
+
+    kept = login(type_and_read)
+    assert [form for form in forms_of(password) if form in kept] == []
+    assert "***" in kept
+
+
+def test_a_password_for_a_window_that_is_not_in_front_is_in_no_trace(login):
+    def type_into_second(window, host):
+        second = window.app.window(name="second")
+        host.do("showSecond")
+        eventually(second.widget("behindEdit")).has(isActiveWindow=True)
+        window.widget("userEdit").click()
+        eventually(window.widget("userEdit")).has(isActiveWindow=True)
+        second.type("poplar-4723")
+        eventually(second.widget("behindEdit")).has(text="poplar-4723")
+
+    kept = login(type_into_second)
+    assert [form for form in forms_of("poplar-4723") if form in kept] == [] and "***" in kept
+
+
+def test_keys_and_line_breaks_elsewhere_are_kept(login):
+    def type_and_press(window, host):
+        window.widget("pinEdit").press("x", "7")
+        window.widget("notesEdit").type("one\ntwo")
+        window.widget("notesEdit").press("Ctrl+A", "x")
+        window.widget("userEdit").fill("ada\n")
+
+    kept = login(type_and_press)
+    assert [title for title in titles(kept) if "text()" not in title] == [
+        "press('***', '***')",
+        "type('one\\ntwo')",
+        "press('Ctrl+A', '***')",
+        "fill('ada\\n')",
+    ]
+    typed = [step["exchanges"][-1]["request"] for step in json.loads(kept)["steps"]]
+    assert typed[1].endswith("one\ntwo".encode().hex()), "an editor gets it in one request"
