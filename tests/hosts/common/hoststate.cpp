@@ -255,12 +255,22 @@ void HostState::restore() const
 QStringList HostState::changesSince(const Values& before) const
 {
     const Values now = values();
-    QStringList names = before.keys() + now.keys();
-    names.removeDuplicates();
     QStringList changes;
-    for (const QString& name : names) {
-        if (before.value(name) != now.value(name) || before.contains(name) != now.contains(name))
-            changes.append(QString::fromLatin1("%1 was '%2', is '%3'").arg(name, before.value(name), now.value(name)));
+    // Both are in the order of their names.
+    Values::const_iterator old = before.constBegin();
+    Values::const_iterator current = now.constBegin();
+    while (old != before.constEnd() || current != now.constEnd()) {
+        const bool isGone = current == now.constEnd() || (old != before.constEnd() && old.key() < current.key());
+        const bool isNew = old == before.constEnd() || (current != now.constEnd() && current.key() < old.key());
+        const QString name = isNew ? current.key() : old.key();
+        const QString was = isNew ? QString() : old.value();
+        const QString is = isGone ? QString() : current.value();
+        if (isGone || isNew || was != is)
+            changes.append(QString::fromLatin1("%1 was '%2', is '%3'").arg(name, was, is));
+        if (!isNew)
+            ++old;
+        if (!isGone)
+            ++current;
     }
     return changes;
 }
