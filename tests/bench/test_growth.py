@@ -1,4 +1,6 @@
-"""The times that the benchmarks measure grow as they should. No figure of a clock is tested, only growths."""
+"""The times that the benchmarks measure grow as they should.
+
+No figure of a clock is tested, only growths of the processor's time, which other programs beside them hardly change."""
 
 import os
 import sys
