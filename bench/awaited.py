@@ -1,87 +1,74 @@
 """A click and its awaited effect in the showcase: by the runner, and over a bare socket that asks without a pause."""
 
 import os
+import socket
 import statistics
-import subprocess
 import sys
 import time
 from contextlib import closing
 from pathlib import Path
 from typing import Any, Callable, Dict, List
 
-from wire import Line, listen, wait_until_ready
+from wire import Line
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "runner"))
 
-from qtdriver import Driver, eventually  # noqa: E402
+from qtdriver import App, Driver, eventually  # noqa: E402
 
 WARM_UP = 5
+CLICK = "+5,%s,%s,,,," % (b"Roastery".hex(), b'path="brewButton"'.hex())
+COUNT = b"7,Roastery,clickCount,,text,"
+Click = Callable[[int], None]
 
 
-def click_times(click: Callable[[int], None], rounds: int) -> List[float]:
-    """Microseconds of each click until the cups that were brewed are as many as expected."""
-    taken = []
-    for number in range(1, WARM_UP + rounds + 1):
-        start = time.perf_counter_ns()
-        click(number)
-        taken.append((time.perf_counter_ns() - start) / 1000)
-    return taken[WARM_UP:]
+def by_runner(app: App) -> Click:
+    """Clicks once and returns when as many cups have been brewed as expected."""
+    window = app.window("Roastery")
+    button, cups = window.widget("brewButton"), window.widget("clickCount")
+
+    def click(number: int) -> None:
+        button.activate()
+        eventually(cups).has(text=str(number))
+
+    return click
 
 
-def by_runner(build: Path, rounds: int) -> List[float]:
-    with closing(Driver(build=build.parent)) as driver:
-        window = driver.launch(build / "bin" / "showcase").window("Roastery")
-        button, cups = window.widget("brewButton"), window.widget("clickCount")
+def over_socket(agent: Line) -> Click:
+    """The same, with no more than the bytes that have to be sent."""
 
-        def click(number: int) -> None:
-            button.activate()
-            eventually(cups).has(text=str(number))
+    def click(number: int) -> None:
+        expected = b"0,u:" + str(number).encode().hex().encode()
+        assert agent.ask(CLICK.encode()).startswith(b"0,")
+        while agent.ask(COUNT) != expected:
+            pass
 
-        return click_times(click, rounds)
+    return click
 
 
-def over_socket(build: Path, rounds: int) -> List[float]:
-    library = build / "lib" / "libqtdriver-preload.so"
-    with closing(listen(4242)) as server:
-        host = subprocess.Popen(
-            [build / "bin" / "showcase"],
-            env={**os.environ, "LD_PRELOAD": str(library)},
-            stdout=subprocess.DEVNULL,
-        )
-        try:
-            agent = Line(server)
-            assert agent.read().startswith(b"+client+")
-            while not agent.ask(b"7,Roastery,clickCount,,text,").startswith(b"0,"):
-                time.sleep(0.01)
-            activation = "+5,%s,%s,,,," % (b"Roastery".hex(), b'path="brewButton"'.hex())
-            wait_until_ready(agent, activation, "0,")
-
-            def click(number: int) -> None:
-                expected = b"0,u:" + str(1 + number).encode().hex().encode()
-                assert agent.ask(activation.encode()).startswith(b"0,")
-                while agent.ask(b"7,Roastery,clickCount,,text,") != expected:
-                    pass
-
-            return click_times(click, rounds)
-        finally:
-            host.kill()
-            host.wait()
+def microseconds(click: Click, number: int) -> float:
+    start = time.perf_counter_ns()
+    click(number)
+    return (time.perf_counter_ns() - start) / 1000
 
 
 def measure(build: Path, quick: bool) -> List[Dict[str, Any]]:
-    """One result. The two take turns with a showcase of their own each, for two would cover each other."""
-    turns, rounds = (1, 5) if quick else (4, 50)
+    """One result. The two take turns over one connection: two starts of the same program differ by more than they do."""
+    rounds = WARM_UP + (5 if quick else 200)
     ours: List[float] = []
     floor: List[float] = []
-    for _ in range(turns):
-        ours += by_runner(build, rounds)
-        floor += over_socket(build, rounds)
+    with closing(Driver(build=build.parent)) as driver:
+        app = driver.launch(build / "bin" / "showcase")
+        with socket.socket(fileno=os.dup(app.connection.fileno())) as connected:
+            runner, bare = by_runner(app), over_socket(Line(connected))
+            for number in range(1, 2 * rounds, 2):
+                ours.append(microseconds(runner, number))
+                floor.append(microseconds(bare, number + 1))
     return [
         {
             "name": "awaited_click",
             "what": "a click and its awaited effect in the showcase",
             "unit": "µs",
-            "ours": statistics.median(ours),
-            "floor": statistics.median(floor),
+            "ours": statistics.median(ours[WARM_UP:]),
+            "floor": statistics.median(floor[WARM_UP:]),
         }
     ]

@@ -6,7 +6,7 @@ import subprocess
 from typing import Any, Dict, List
 
 from rows import TRIPS_OF_COMMANDS, Trip
-from wire import Line, listen, wait_until_ready
+from wire import Line, accept, listen, wait_until_ready
 
 # Events that were only posted are handled before the reply to this.
 SETTLING = b"8,Bench"
@@ -79,7 +79,7 @@ def measure(command: List[str], quick: bool, counts_memory: bool = True) -> List
     host = subprocess.Popen([*command, str(floors.getsockname()[1])])
     rounds = 20 if quick else 400
     try:
-        floor, agent = Line(floors), Line(agents)
+        floor, agent = accept(floors), accept(agents)
         assert agent.read().startswith(b"+client+")
         results = []
         for trip in TRIPS_OF_COMMANDS:

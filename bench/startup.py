@@ -7,7 +7,7 @@ import subprocess
 from pathlib import Path
 from typing import Any, Dict, List, Optional, Sequence
 
-from wire import Line, listen
+from wire import accept, listen
 
 FIGURES = {"time": "µs", "resident memory": "KiB", "heap": "KiB"}
 
@@ -26,7 +26,7 @@ def run(command: Sequence[str], preload: str, server: Optional[socket.socket]) -
         assert host.stdout and host.stdin
         figures = host.stdout.readline()
         if server:
-            connection = Line(server)
+            connection = accept(server)
             assert not preload or connection.read().startswith(b"+client+"), "the agent did not start"
         host.stdin.close()
     assert host.returncode == 0, f"the host ended with {host.returncode}"

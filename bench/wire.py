@@ -9,8 +9,8 @@ READY_SECONDS = 20
 class Line:
     """One connection, a line there and a line back."""
 
-    def __init__(self, server: socket.socket) -> None:
-        self._socket, _ = server.accept()
+    def __init__(self, connected: socket.socket) -> None:
+        self._socket = connected
         self._socket.settimeout(30)
         self._socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self._reader = self._socket.makefile("rb")
@@ -35,6 +35,11 @@ def listen(port: int) -> socket.socket:
     server = socket.create_server(("127.0.0.1", port))
     server.settimeout(30)
     return server
+
+
+def accept(server: socket.socket) -> Line:
+    """The next connection to a server."""
+    return Line(server.accept()[0])
 
 
 def wait_until_ready(agent: Line, request: str, expected: str) -> None:
