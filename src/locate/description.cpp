@@ -88,7 +88,43 @@ const StateRow stateRows[] = {
     {"hovered", [](const QWidget* widget) { return widget->underMouse(); }},
 };
 
+void addStates(JsonObject& object, const QWidget* widget)
+{
+    QByteArray states;
+    for (const StateRow& row : stateRows) {
+        if (row.holds(widget))
+            states.append(states.isEmpty() ? "\"" : ",\"").append(row.name).append('"');
+    }
+    if (!states.isEmpty())
+        object.field("states").append('[').append(states).append(']');
+}
+
+void addClass(JsonObject& object, const QWidget* widget, const WidgetKind& kind)
+{
+    object.add("class", widget->metaObject()->className());
+    object.addUnlessEmpty("name", widget->objectName());
+    object.add("role", roleOf(widget, kind));
+    if (kind.isOneText)
+        object.addUnlessEmpty("text", firstShownText(widget, kind.readTexts));
+}
+
+void addOtherTexts(JsonObject& object, const QWidget* widget)
+{
+    object.addUnlessEmpty("title", firstShownText(widget, readTitle));
+    object.addUnlessEmpty("placeholder", firstShownText(widget, readPlaceholder));
+    object.addUnlessEmpty("tip", firstShownText(widget, readToolTip));
+    object.addUnlessEmpty("action", firstShownText(widget, readAction));
+}
+
 } // namespace
+
+void addOwnFields(JsonObject& object, const QWidget* widget)
+{
+    const WidgetKinds kinds;
+    addClass(object, widget, kinds.of(widget));
+    addOtherTexts(object, widget);
+    addStates(object, widget);
+}
 
 WidgetDescriber::WidgetDescriber(const QWidget* describedWindow)
     : window(describedWindow)
@@ -99,18 +135,10 @@ WidgetDescriber::WidgetDescriber(const QWidget* describedWindow)
 
 void WidgetDescriber::addFields(JsonObject& object, const QWidget* widget) const
 {
-    const WidgetKind& kind = kinds.of(widget);
     object.add("ref", References::all().numberOf(widget));
-    object.add("class", widget->metaObject()->className());
-    object.addUnlessEmpty("name", widget->objectName());
-    object.add("role", roleOf(widget, kind));
-    if (kind.isOneText)
-        object.addUnlessEmpty("text", firstShownText(widget, kind.readTexts));
+    addClass(object, widget, kinds.of(widget));
     object.addUnlessEmpty("label", labels.of(widget));
-    object.addUnlessEmpty("title", firstShownText(widget, readTitle));
-    object.addUnlessEmpty("placeholder", firstShownText(widget, readPlaceholder));
-    object.addUnlessEmpty("tip", firstShownText(widget, readToolTip));
-    object.addUnlessEmpty("action", firstShownText(widget, readAction));
+    addOtherTexts(object, widget);
     addStates(object, widget);
     addRect(object, widget);
 }
@@ -119,17 +147,6 @@ void WidgetDescriber::append(QByteArray& json, const QWidget* widget) const
 {
     JsonObject object(json);
     addFields(object, widget);
-}
-
-void WidgetDescriber::addStates(JsonObject& object, const QWidget* widget) const
-{
-    QByteArray states;
-    for (const StateRow& row : stateRows) {
-        if (row.holds(widget))
-            states.append(states.isEmpty() ? "\"" : ",\"").append(row.name).append('"');
-    }
-    if (!states.isEmpty())
-        object.field("states").append('[').append(states).append(']');
 }
 
 void WidgetDescriber::addRect(JsonObject& object, const QWidget* widget) const

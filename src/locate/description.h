@@ -10,6 +10,10 @@ namespace locate {
 
 class JsonObject;
 
+// Adds "class", "name", "role", "text", "title", "placeholder", "tip", "action" and "states", as far as they apply: what a
+// widget tells of itself, without a look at others.
+void addOwnFields(JsonObject& object, const QWidget* widget);
+
 // Describes the widgets of one window as objects of JSON in ASCII. Only for one request: it reads labels and the
 // window's place when it is constructed.
 class WidgetDescriber
@@ -26,7 +30,6 @@ public:
     void append(QByteArray& json, const QWidget* widget) const;
 
 private:
-    void addStates(JsonObject& object, const QWidget* widget) const;
     void addRect(JsonObject& object, const QWidget* widget) const;
 
     const QWidget* const window;

@@ -29,6 +29,11 @@ QWidget* References::widgetOf(qint64 number) const
     return found != entries.constEnd() ? found->widget.data() : nullptr;
 }
 
+bool References::isKnown(const QObject* object) const
+{
+    return entries.contains(static_cast<const QWidget*>(object));
+}
+
 void References::forgetTheDead()
 {
     for (auto entry = entries.begin(); entry != entries.end();) {

@@ -18,6 +18,8 @@ public:
     qint64 numberOf(const QWidget* widget);
     // Null when there is no such widget any more, or there never was.
     QWidget* widgetOf(qint64 number) const;
+    // Whether a widget at this address has got a number; it may be in its destructor.
+    bool isKnown(const QObject* object) const;
 
 private:
     References() = default;

@@ -1,6 +1,7 @@
 #include "record/eventwriter.h"
 
 #include "compat/widgets.h"
+#include "locate/description.h"
 #include "locate/json.h"
 #include "locate/references.h"
 #include "locate/values.h"
@@ -93,11 +94,7 @@ bool hidesText(const QWidget* receiver)
 // Adds the value that the field has before the event.
 void addFieldValue(locate::JsonObject& object, QWidget* receiver)
 {
-    const QWidget* holder = targetOf(receiver, QPoint()).widget;
-    if (const auto* box = qobject_cast<const QComboBox*>(holder))
-        holder = box->lineEdit();
-    if (const locate::ValueWriter add = holder ? locate::valueWriterFor(holder) : nullptr)
-        add(object, holder);
+    addValue(object, targetOf(receiver, QPoint()).widget, QString());
 }
 
 bool isPrintable(const QString& text)
@@ -178,6 +175,31 @@ void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEv
     }
     object.addUnlessEmpty("text", event.commitString());
     addFieldValue(object, receiver);
+}
+
+void addFacts(locate::JsonObject& object, QWidget* widget)
+{
+    locate::JsonObject facts(object.field("widget"));
+    locate::addOwnFields(facts, widget);
+    addValue(facts, widget, QString());
+}
+
+QString choiceIn(const QWidget* widget)
+{
+    const auto* box = qobject_cast<const QComboBox*>(widget);
+    return box && !box->lineEdit() ? box->currentText() : QString();
+}
+
+void addValue(locate::JsonObject& object, QWidget* widget, const QString& choice)
+{
+    const QWidget* holder = widget;
+    if (const auto* box = qobject_cast<const QComboBox*>(widget)) {
+        holder = box->lineEdit();
+        if (!holder)
+            object.addUnlessEmpty("value", choice);
+    }
+    if (const locate::ValueWriter add = holder ? locate::valueWriterFor(holder) : nullptr)
+        add(object, holder);
 }
 
 void addFocus(locate::JsonObject& object, const QFocusEvent& event)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QPoint>
+#include <QtCore/QString>
 
 class QInputMethodEvent;
 class QKeyEvent;
@@ -33,5 +34,12 @@ void addWheel(locate::JsonObject& object, const Target& target, const QWheelEven
 void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool withPasswords);
 void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool withPasswords);
 void addFocus(locate::JsonObject& object, const QFocusEvent& event);
+// Adds "widget", what the widget tells of itself now.
+void addFacts(locate::JsonObject& object, QWidget* widget);
+
+// The text that is chosen in a combo box; empty for other widgets. Code of the application runs.
+QString choiceIn(const QWidget* widget);
+// Adds "value", what the widget holds; `choice` is that of choiceIn().
+void addValue(locate::JsonObject& object, QWidget* widget, const QString& choice);
 
 } // namespace record

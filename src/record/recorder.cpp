@@ -21,7 +21,7 @@ namespace record {
 
 namespace {
 
-enum class Family { None, Input, Shortcut, Window };
+enum class Family { None, Input, Shortcut, Window, Structure };
 
 struct KindRow
 {
@@ -41,6 +41,8 @@ const KindRow kindRows[] = {
     {QEvent::Shortcut, Family::Shortcut, "shortcut"},
     {QEvent::Show, Family::Window, "shown"},
     {QEvent::Hide, Family::Window, "closed"},
+    {QEvent::ChildRemoved, Family::Structure, ""},
+    {QEvent::WindowTitleChange, Family::Structure, ""},
 };
 
 const KindRow* rowOf(QEvent::Type type)
@@ -69,6 +71,17 @@ bool isHint(const QWidget* window)
     return window->windowType() == Qt::ToolTip || window->windowType() == Qt::SplashScreen;
 }
 
+bool isInputKind(const QByteArray& kind)
+{
+    return kind == "press" || kind == "double click" || kind == "wheel" || kind == "key" || kind == "text"
+        || kind == "shortcut";
+}
+
+bool isKeyKind(const QByteArray& kind)
+{
+    return kind == "key" || kind == "text";
+}
+
 } // namespace
 
 Recorder& Recorder::instance()
@@ -86,6 +99,7 @@ void Recorder::start(Passwords passwords)
         if (window->isVisible())
             windows.insert(window, locate::References::all().numberOf(window));
     }
+    describeShownWindows();
     clock.start();
     isRecording = true;
     QCoreApplication::instance()->installEventFilter(this);
@@ -97,7 +111,8 @@ void Recorder::stop()
         QCoreApplication::instance()->removeEventFilter(this);
     isRecording = false;
     lastDelivery = Delivery();
-    lastDescribed = nullptr;
+    lastUsed = nullptr;
+    described.clear();
     windows.clear();
 }
 
@@ -105,6 +120,7 @@ void Recorder::abandon()
 {
     stop();
     queue.clear();
+    shownAtStart.clear();
 }
 
 QByteArray Recorder::take()
@@ -115,6 +131,9 @@ QByteArray Recorder::take()
         object.add("dropped", queue.dropped());
         object.field("recording") += isRecording ? "true" : "false";
         object.field("events") += queue.take();
+        if (!shownAtStart.isEmpty())
+            object.field("windows").append('[').append(shownAtStart).append(']');
+        shownAtStart.clear();
     }
     return json;
 }
@@ -139,6 +158,8 @@ void Recorder::observe(QObject* watched, QEvent* event)
         observeShortcut(watched, event);
     else if (family == Family::Window && watched->isWidgetType() && !event->spontaneous())
         observeWindow(watched, event);
+    else if (family == Family::Structure && watched->isWidgetType())
+        observeStructure(watched, event);
     else if (family == Family::Input && watched->isWidgetType())
         observeInput(static_cast<QWidget*>(watched), event);
 }
@@ -236,7 +257,11 @@ void Recorder::observeShortcut(QObject* receiver, QEvent* event)
 void Recorder::observeWindow(QObject* watched, QEvent* event)
 {
     auto* const window = static_cast<QWidget*>(watched);
-    if (!window->isWindow() || isHint(window))
+    if (!window->isWindow()) {
+        forgetDescriptionOf(window->window());
+        return;
+    }
+    if (isHint(window))
         return;
     if (event->type() == QEvent::Show) {
         windows.insert(window, locate::References::all().numberOf(window));
@@ -252,6 +277,7 @@ void Recorder::observeWindow(QObject* watched, QEvent* event)
     const qint64 number = windows.take(window);
     if (!number)
         return;
+    described.remove(number);
     QByteArray json;
     {
         locate::JsonObject object(json);
@@ -283,8 +309,12 @@ void Recorder::recordAction(QWidget* menu, const QAction* action)
 
 void Recorder::recordEvent(const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item)
 {
+    const bool isInput = isInputKind(kind);
+    const QPointer<QWidget> guard(widget);
+    const QString choice = isInput && lastUsed && lastUsed != widget ? choiceIn(lastUsed) : QString();
+    if (!guard)
+        return;
     QByteArray json;
-    bool hasWindow = false;
     {
         locate::JsonObject object(json);
         object.add("kind", kind);
@@ -293,28 +323,75 @@ void Recorder::recordEvent(const char* kind, QWidget* widget, const AddFields& a
         addFields(object);
         if (!item.isEmpty())
             object.field("item") += item;
-        hasWindow = addWindow(object, widget, kind);
+        if (isInput)
+            addSurroundings(object, widget, choice, isKeyKind(kind));
     }
-    if (hasWindow)
-        lastDescribed = widget;
+    if (isInput)
+        lastUsed = widget;
     if (queue.append(json))
-        lastDescribed = nullptr;
+        described.clear();
 }
 
-// Adds a description of the window before each press, and when keys or the wheel come to another widget than before:
-// the window may be closed by the time the server takes the event.
-bool Recorder::addWindow(locate::JsonObject& object, QWidget* widget, const char* kind)
+// The widget may be gone, or have got other texts, by the time the server takes the event; so may its window, which is
+// described only where its last description is out of date, since that takes long in a window of many widgets.
+void Recorder::addSurroundings(locate::JsonObject& object, QWidget* widget, const QString& previousChoice, bool isKey)
 {
-    const QByteArray name(kind);
-    const bool isInput = name == "press" || name == "double click"
-        || ((name == "wheel" || name == "key" || name == "text" || name == "shortcut") && widget != lastDescribed);
-    if (!isInput || widget->window()->windowType() == Qt::Popup)
-        return false;
-    const QByteArray contents = locate::snapshotWithoutItems(widget->window());
-    if (contents.isEmpty() || contents.size() > maximumWindowBytes)
-        return false;
-    object.field("tree") += contents;
-    return true;
+    const bool isSame = lastUsed == widget;
+    if (lastUsed && !isSame)
+        addPrevious(object, previousChoice);
+    QWidget* const window = widget->window();
+    if (window->windowType() == Qt::Popup)
+        return;
+    if (described.contains(locate::References::all().numberOf(window))) {
+        if (!isSame || !isKey)
+            addFacts(object, widget);
+        return;
+    }
+    const QByteArray contents = describe(window);
+    if (!contents.isEmpty())
+        object.field("tree") += contents;
+}
+
+void Recorder::addPrevious(locate::JsonObject& object, const QString& choice)
+{
+    locate::JsonObject previous(object.field("previous"));
+    previous.add("ref", locate::References::all().numberOf(lastUsed));
+    addValue(previous, lastUsed, choice);
+}
+
+// The description of a window; nothing where it is too large.
+QByteArray Recorder::describe(QWidget* window)
+{
+    described.insert(locate::References::all().numberOf(window)); // also one that is left out: it would be so again
+    const QByteArray contents = locate::snapshotWithoutItems(window);
+    return contents.size() <= maximumWindowBytes ? contents : QByteArray();
+}
+
+// As the recording starts, so that the first input does not have to wait for it.
+void Recorder::describeShownWindows()
+{
+    for (auto shown = windows.constBegin(); shown != windows.constEnd(); ++shown) {
+        QWidget* const window = locate::References::all().widgetOf(shown.value());
+        if (!window || window->windowType() == Qt::Popup || shownAtStart.size() > maximumWindowBytes)
+            continue;
+        const QByteArray contents = describe(window);
+        if (!contents.isEmpty())
+            shownAtStart.append(shownAtStart.isEmpty() ? "" : ",").append(contents);
+    }
+}
+
+void Recorder::observeStructure(QObject* watched, QEvent* event)
+{
+    // A child that is being deleted says no more that it is a widget.
+    const auto* child = event->type() == QEvent::ChildRemoved ? static_cast<QChildEvent*>(event)->child() : nullptr;
+    if (!child || locate::References::all().isKnown(child))
+        forgetDescriptionOf(static_cast<QWidget*>(watched)->window());
+}
+
+void Recorder::forgetDescriptionOf(const QWidget* window)
+{
+    if (!described.isEmpty())
+        described.remove(locate::References::all().numberOf(window));
 }
 
 } // namespace record

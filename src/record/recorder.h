@@ -8,6 +8,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
 #include <QtCore/QPointer>
+#include <QtCore/QSet>
 
 #include <functional>
 
@@ -37,7 +38,8 @@ public:
     void stop();
     // Stops, and drops all events.
     void abandon();
-    // Takes the events, as an object of JSON in ASCII: "events", the oldest first, "dropped" and "recording".
+    // Takes the events, as an object of JSON in ASCII: "events", the oldest first, "dropped" and "recording"; at first the
+    // "windows" that were shown when it started, too.
     QByteArray take();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -66,14 +68,21 @@ private:
     void recordAction(QWidget* menu, const QAction* action);
     void recordEvent(
         const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item = QByteArray());
-    bool addWindow(locate::JsonObject& object, QWidget* widget, const char* kind);
+    void describeShownWindows();
+    void addSurroundings(locate::JsonObject& object, QWidget* widget, const QString& previousChoice, bool isKey);
+    QByteArray describe(QWidget* window);
+    void addPrevious(locate::JsonObject& object, const QString& choice);
+    void observeStructure(QObject* watched, QEvent* event);
+    void forgetDescriptionOf(const QWidget* window);
 
     EventQueue queue;
+    QByteArray shownAtStart; // descriptions of windows, separated by commas
     QElapsedTimer clock;
     Passwords passwordsAre = Passwords::Hidden;
     bool isRecording = false;
     Delivery lastDelivery{QEvent::None, QPointer<QWidget>(), QPoint()};
-    QPointer<QWidget> lastDescribed; // the widget of the last event that has a description of its window
+    QPointer<QWidget> lastUsed; // the widget of the last input
+    QSet<qint64> described; // the windows that an event has told, and in which no widget has come or gone since
     QHash<const QObject*, qint64> windows; // those that are shown: one that is being deleted has no reference any more
 };
 

@@ -8,138 +8,43 @@ from qtdriver.recording.code import test_code as code_of
 from qtdriver.recording.events import Event, EventItem, parse_events
 from qtdriver.recording.steps import Launch
 
-(
-    BUTTON,
-    LINE,
-    LIST,
-    TREE,
-    TABLE,
-    TABS,
-    BOX,
+from recordedevents import (
     BAR,
+    BOX,
+    BUTTON,
     CANVAS,
-    SECRET,
-    NOTES,
-    SLIDER,
+    CELL,
     CHECK,
     COLUMNS,
-    TOOL,
+    DIALOG,
     FILE,
+    LINE,
+    LIST,
+    MILK,
+    MILK_BOX,
+    NOTES,
     SAVE,
-) = range(2, 19)
-NAMED = (
-    (BUTTON, "QPushButton", "button", {"name": "brew"}),
-    (LINE, "QLineEdit", "edit", {"label": "Customer:"}),
-    (LIST, "QListWidget", "list", {"name": "drinks"}),
-    (TREE, "QTreeWidget", "tree", {"name": "files"}),
-    (TABLE, "QTableWidget", "table", {"name": "prices"}),
-    (TABS, "QTabBar", "tab bar", {"name": "qt_tabwidget_tabbar"}),
-    (BOX, "QComboBox", "combo box", {"name": "roast"}),
-    (BAR, "QMenuBar", "menu bar", {}),
-    (CANVAS, "Canvas", "widget", {"name": "canvas"}),
-    (SECRET, "QLineEdit", "edit", {"name": "password"}),
-    (NOTES, "QTextEdit", "edit", {"name": "notes"}),
-    (SLIDER, "QSlider", "slider", {"name": "heat"}),
-    (CHECK, "QCheckBox", "checkbox", {"text": "Milk"}),
-    (TOOL, "QToolButton", "button", {"name": "more"}),
-    (FILE, "QLineEdit", "edit", {"name": "fileNameEdit"}),
-    (SAVE, "QPushButton", "button", {"text": "Save"}),
+    SAVE_BUTTON,
+    SECRET,
+    SECTION,
+    SLIDER,
+    TABLE,
+    TABS,
+    TOOL,
+    TREE,
+    chosen,
+    click,
+    double_click,
+    entry,
+    event,
+    held,
+    key,
+    keys,
+    mouse,
+    row,
+    tree,
+    wheel,
 )
-
-
-def tree(**values):
-    """The window Shop; keywords are values of its widgets, by their names."""
-    children = [
-        {"ref": ref, "class": kind, "role": role, "rect": [0, 0, 100, 20], **told}
-        for ref, kind, role, told in NAMED
-    ]
-    for child in children:
-        if child.get("name") in values:
-            child["value"] = values[child["name"]]
-        if child.get("label") == "Customer:" and "customer" in values:
-            child["value"] = values["customer"]
-        if child["ref"] == CHECK and values.get("milk"):
-            child["states"] = ["checked"]
-        inner = {"class": "QWidget", "role": "widget", "rect": [0, 0, 1, 1]}
-        if child["ref"] == NOTES:
-            child["children"] = [{**inner, "ref": 90, "name": "qt_scrollarea_viewport"}]
-        if child["ref"] == TREE:
-            child["children"] = [{**inner, "ref": COLUMNS, "class": "QHeaderView", "role": "header"}]
-    root = {"ref": 1, "class": "QMainWindow", "role": "window", "name": "shop", "rect": [0, 0, 500, 500]}
-    return {**root, "title": "Shop", "children": children}
-
-
-def event(kind, ref, window=1, **told):
-    return {"kind": kind, "ref": ref, "window": window, "time": 0, **told}
-
-
-def mouse(kind, ref, button="left", **told):
-    place = {"at": [50, 10], "size": [100, 20], "button": button}
-    return event(kind, ref, **{**place, **({"tree": tree()} if kind != "release" else {}), **told})
-
-
-def click(ref, **told):
-    return [
-        mouse("press", ref, **told),
-        mouse("release", ref, **{k: v for k, v in told.items() if k != "tree"}),
-    ]
-
-
-def double_click(ref, **told):
-    return [*click(ref, **told), mouse("double click", ref, **told), mouse("release", ref, **told)]
-
-
-def keys(ref, text, before="", **told):
-    """A key for each character; the first one tells the window."""
-    events = []
-    for number, character in enumerate(text):
-        name = {"\r": "Return", "\b": "Backspace"}.get(character, character.upper())
-        value = {"value": before} if before else {}
-        extra = {"tree": tree()} if number == 0 else {}
-        events.append(event("key", ref, key=name, text=character, **value, **extra, **told))
-        before = before[:-1] if character == "\b" else before + character.replace("\r", "\n")
-    return events
-
-
-def key(ref, name, **told):
-    return event("key", ref, key=name, tree=tree(), **told)
-
-
-def wheel(ref, angle, **told):
-    return event("wheel", ref, angle=angle, at=[1, 1], size=[2, 2], tree=tree(), **told)
-
-
-def row(*path, **told):
-    return {"path": list(path), "text": path[-1], "row": 0, "column": 0, **told}
-
-
-def entry(*path, opener=BAR, window=1):
-    return {"path": list(path), **({"opener": opener, "window": window} if opener else {})}
-
-
-def chosen(*path, **options):
-    item = entry(*path, **options)
-    return [
-        event("press", 50, 50, at=[1, 1], size=[9, 9], button="left", item=item),
-        event("release", 50, 50, at=[1, 1], size=[9, 9], button="left", item=item),
-        event("action", 50, 50, item=item),
-    ]
-
-
-DIALOG = {
-    "ref": 70,
-    "class": "QDialog",
-    "role": "dialog",
-    "rect": [0, 0, 9, 9],
-    "title": "Pay",
-    "children": [
-        {"ref": 71, "class": "QPushButton", "role": "button", "rect": [0, 0, 9, 9], "text": "OK"},
-        {"ref": 72, "class": "QPushButton", "role": "button", "rect": [0, 0, 9, 9], "text": "Cancel"},
-    ],
-}
-SECTION = {"section": 1, "orientation": "horizontal", "text": "Size"}
-CELL = row("1.80", headers=["3", "Price"])
-MILK = {"tree": tree(milk=True)}
 
 CASES = {
     "a button": (click(BUTTON), ['shop.widget("brew").click()']),
@@ -201,6 +106,33 @@ CASES = {
     "a slider": (
         [mouse("press", SLIDER), mouse("release", SLIDER, at=[90, 1]), *click(BUTTON, tree=tree(heat=80))],
         ['shop.widget("heat").select(80)', 'shop.widget("brew").click()'],
+    ),
+    "a slider whose value the next event tells": (
+        [mouse("press", SLIDER), mouse("release", SLIDER), *click(BUTTON, previous=held(SLIDER, 80))],
+        ['shop.widget("heat").select(80)', 'shop.widget("brew").click()'],
+    ),
+    "a choice by keys that the next event tells": (
+        [key(BOX, "Down"), *click(BUTTON, previous=held(BOX, "Dark"))],
+        ['shop.widget("roast").select("Dark")', 'shop.widget("brew").click()'],
+    ),
+    "a text that the application changes": (
+        [*keys(LINE, "ada"), *click(BUTTON, previous=held(LINE, "Ada"))],
+        ['shop.find(label="Customer:").fill("Ada")', 'shop.widget("brew").click()'],
+    ),
+    "a box that was checked since its window was told": (
+        [*click(CHECK), *click(CHECK, tree=None, widget={**MILK_BOX, "states": ["checked"]})],
+        ['shop.find(text="Milk").check()', 'shop.find(text="Milk").uncheck()'],
+    ),
+    "a button that has got another text": (
+        [*click(SAVE), *click(SAVE, tree=None, widget={**SAVE_BUTTON, "text": "Close"})],
+        ['shop.find(text="Save").click()', 'shop.find(text="Close").click()'],
+    ),
+    "a window that was there at the beginning": (
+        [
+            event("window", 1, tree=tree()),
+            *click(BUTTON, tree=None, widget={"class": "QPushButton", "role": "button", "name": "brew"}),
+        ],
+        ['shop.widget("brew").click()'],
     ),
     "the wheel": (
         [wheel(CANVAS, [0, -120]), wheel(CANVAS, [0, -120]), wheel(CANVAS, [120, 0])],

@@ -29,6 +29,7 @@ class Recording:
     def __init__(self, app, *options):
         self.app = app
         self._events = []
+        self.windows = {}
         assert app.request(extension("+record", "start", *options)) == "0,"
 
     def ask(self):
@@ -38,7 +39,9 @@ class Recording:
         """The events since the last call, without those of the focus, once there have been so many; their kinds are these."""
 
         def told():
-            self._events += [event for event in self.ask()["events"] if event["kind"] != "focus"]
+            told = self.ask()
+            self.windows.update((tree["ref"], tree) for tree in told.get("windows", []))
+            self._events += [event for event in told["events"] if event["kind"] != "focus"]
             return len(self._events) >= len(kinds)
 
         eventually(told, True)
@@ -55,8 +58,8 @@ class Recording:
         return describe(self.app.request(extension("+2", window, f"path={name}" if name else "")))["ref"]
 
 
-def tree_names(event):
-    waiting, names = [event["tree"]], {}
+def tree_names(tree):
+    waiting, names = [tree], {}
     while waiting:
         node = waiting.pop()
         names[node.get("name", "")] = node
@@ -74,7 +77,7 @@ def items(launch):
     return launch("itemhost")
 
 
-def test_clicks_are_told_with_their_widget_and_the_window_as_it_was_before(keys):
+def test_clicks_are_told_with_their_widget_as_it_was_before(keys):
     recording = Recording(keys)
     ref, window = recording.ref("Keys", "button"), recording.ref("Keys", "")
     recording.click("Keys", "button")
@@ -93,8 +96,9 @@ def test_clicks_are_told_with_their_widget_and_the_window_as_it_was_before(keys)
         assert abs(press["at"][0] - width // 2) <= 1 and abs(press["at"][1] - height // 2) <= 1
         assert (release["ref"], release["button"], release.get("buttons")) == (ref, "left", None)
         assert release["time"] >= press["time"] >= 0
-        assert tree_names(press)["button"]["ref"] == ref and press["tree"]["ref"] == window
-        assert "tree" not in release
+        assert tree_names(recording.windows[window])["button"]["ref"] == ref
+        assert press["widget"]["name"] == "button" and press["widget"]["role"] == "button"
+        assert "tree" not in press and "tree" not in release and "widget" not in release
 
 
 def test_double_clicks_and_modifiers_are_told(items):
@@ -182,7 +186,7 @@ def test_keys_shortcuts_and_dialogs_are_told(keys):
     assert [event.get("value", "") for event in typed] == ["", "a", "aB"]
     assert [event["key"] for event in typed] == ["A", "Shift+B", "Return"]
     assert {event["ref"] for event in typed} == {recording.ref("Keys", "line")}
-    assert ["tree" in event for event in typed] == [True, False, False]
+    assert ["widget" in event for event in typed] == [True, False, False]
     xdotool("key", "ctrl+s")
     (shortcut,) = recording.until("shortcut")
     assert (shortcut["key"], shortcut["action"], shortcut["text"]) == ("Ctrl+S", "saveAction", "Save")
@@ -197,7 +201,31 @@ def test_keys_shortcuts_and_dialogs_are_told(keys):
     assert keys.request(extension("+type", "Name", "path=name", "Ada\n"))[:2] == "0,"
     *typed, closed = recording.until("key", "key", "key", "key", "closed")
     assert "".join(event["text"] for event in typed) == "Ada\r"
+    assert tree_names(typed[0]["tree"])["name"]["ref"] == typed[0]["ref"]
+    assert typed[0]["previous"] == {"ref": recording.ref("Keys", "line"), "value": "aB"}
     assert closed["ref"] == shown["ref"]
+
+
+def test_a_window_is_told_again_only_after_a_widget_in_it_has_gone(launch):
+    app = launch("snapshothost")
+    recording = Recording(app)
+    telling = []
+    for gone in (False, False, True):
+        if gone:
+            app.do("deleteBuy")
+        assert app.request(extension("+type", "", "path=customer", "x"))[:2] == "0,"
+        assert app.request(extension("+type", "", "path=password", "x"))[:2] == "0,"
+        telling.append(recording.until("key", "key"))
+    names = [tree_names(tree) for tree in recording.windows.values()]
+    assert any("buy" in found for found in names)
+    assert [["tree" in event for event in events] for events in telling] == [
+        [False, False],
+        [False, False],
+        [True, False],
+    ]
+    assert "buy" not in tree_names(telling[2][0]["tree"])
+    assert telling[1][0]["widget"]["value"] == "Ada €x"
+    assert telling[1][1]["previous"] == {"ref": telling[1][0]["ref"], "value": "Ada €xx"}
 
 
 def test_a_key_that_a_widget_ignores_is_told_once(keys):

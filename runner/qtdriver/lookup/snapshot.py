@@ -129,6 +129,21 @@ class SnapshotNode:
         number = self.header.index(title)
         return tuple(item.texts[number] for item in self.items if number < len(item.texts))
 
+    def with_fields(self, told: Mapping[str, Any]) -> "SnapshotNode":
+        """This node with other fields, as a part of the agent's JSON has them; the place, the label and the children stay."""
+        kept = {key: self.details[key] for key in ("ref", "rect", "label") if key in self.details}
+        changed = SnapshotNode.of({**told, **kept})
+        changed.children = self.children
+        return changed
+
+    def with_node(self, node: "SnapshotNode") -> "SnapshotNode":
+        """This node, with another one in the place of that with the same number below it."""
+        if self.ref == node.ref:
+            return node
+        children = [child.with_node(node) for child in self.children]
+        is_same = all(before is now for before, now in zip(self.children, children))
+        return self if is_same else replace(self, children=children)
+
     def walk(self) -> Iterator["SnapshotNode"]:
         """This node and all below it, each before its children."""
         yield self

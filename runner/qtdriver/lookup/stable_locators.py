@@ -158,6 +158,11 @@ def unchecked_locator(root: SnapshotNode, node: SnapshotNode) -> Optional[Locato
     return None
 
 
+def known_by(node: SnapshotNode) -> Tuple[Tuple[str, str], ...]:
+    """The texts by which a locator can know a node, each after its key."""
+    return tuple(_texts(node.details))
+
+
 def _is_only_of_role(root: SnapshotNode, node: SnapshotNode) -> bool:
     return sum(one.role == node.role for one in root.walk()) == 1
 

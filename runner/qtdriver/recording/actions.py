@@ -11,8 +11,18 @@ from .events import Event, EventItem
 from .file_dialogs import with_files
 from .mouse_places import is_click, modifier_of, share_of
 from .names import Names
+from .parts import part_of
 from .steps import Argument, Secret, Step
-from .typing_runs import FIELDS, edits, in_tree, is_editable, is_text, sending_return, text_after, value_after
+from .typing_runs import (
+    FIELDS,
+    edits,
+    is_editable,
+    is_text,
+    sending_return,
+    text_after,
+    value_after,
+    value_told,
+)
 
 _PASSIVE = (
     "scroll bar",
@@ -155,7 +165,7 @@ class _StepBuilder:
         keywords = modifier_of(press)
         button: Tuple[Argument, ...] = () if press.button == "left" else (press.button,)
         is_plain = press.button == "left" and not keywords
-        part = self._part(press, node)
+        part = part_of(press, node)
         if part is not None:
             self._click_item(press, node, part, is_plain, button, keywords)
         elif node.role == "checkbox" and is_plain and "partly checked" not in node.states:
@@ -189,28 +199,12 @@ class _StepBuilder:
         around = self._names.parent(node.ref) if node.role == "header" else None
         return press if around is None else Event(press.kind, around.ref, press.window)
 
-    def _part(self, press: Event, node: SnapshotNode) -> Optional[str]:
-        """The call on the widget for the item under the mouse; None where there is none that a test can name."""
-        item = press.item
-        if item is None:
-            return None
-        if item.section is not None:
-            kind = "column_header" if item.orientation == "horizontal" else "row_header"
-            return f"{kind}({_python(item.text or item.section + 1)})"
-        if node.role == "tab bar":
-            return f"tab({_python(item.text)})"
-        if node.role == "table" and len(item.headers) == 2:
-            row, column = (_section(text) for text in item.headers)
-            return f"cell({_python(row)}, {_python(column)})"
-        is_named = node.role in ("list", "tree") and all(item.path) and not _has_slash(node, item)
-        return f"item({_python('/'.join(item.path))})" if is_named else None
-
     def _handle_double_click(self, event: Event) -> None:
         self._press = None
         self._drop_last("click", event.ref)
         node = self._names.nodes.get(event.ref)
         if node is not None and node.role not in (*FIELDS, "scroll bar"):
-            part = self._part(event, node)
+            part = part_of(event, node)
             place: Dict[str, Argument] = {} if part or node.role != "widget" else {"at": share_of(event)}
             place.update(modifier_of(event))
             self._add(event, "double click", "double_click", part=part or "", **place)
@@ -219,13 +213,13 @@ class _StepBuilder:
         press, self._right_click = self._right_click, None
         node = None if press is None else self._names.nodes.get(press.ref)
         if press is not None and node is not None:
-            self._add(press, "right click", "right_click", part=self._part(press, node) or "")
+            self._add(press, "right click", "right_click", part=part_of(press, node) or "")
 
     def _set_slider(self, press: Event) -> None:
         following = self._events_from(self._events.index(press) + 1)
-        node = next((one for event in following if (one := in_tree(event, press.ref))), None)
-        if node is not None and isinstance(node.value, int):
-            self._add(press, "slider", "select", node.value)
+        value = next((told for event in following if (told := value_told(event, press.ref))), None)
+        if value is not None:
+            self._add(press, "slider", "select", int(value))
 
     def _handle_wheel(self, event: Event) -> None:
         node = self._names.nodes.get(event.ref)
@@ -311,7 +305,7 @@ class _StepBuilder:
             self._end_run(number)
             return
         same = following[0] if following and following[0].ref == first.ref else None
-        told = in_tree(following[0], first.ref) if following else None
+        told = value_told(following[0], first.ref) if following else None
         text = text_after(run, same, told)
         if text is None and not any(map(is_text, run)):
             return
@@ -357,7 +351,7 @@ class _StepBuilder:
         node = self._names.nodes.get(item.opener)
         if node is not None and node.role != "menu bar":
             self._drop_last("click", item.opener)
-            self._add(opener, "menu", "choose", part=f"menu({_python('/'.join(item.path))})")
+            self._add(opener, "menu", "choose", part=f"menu({as_python('/'.join(item.path))})")
             return
         if (
             self._steps
@@ -367,7 +361,7 @@ class _StepBuilder:
             self._drop_last("shortcut", item.window)
         window = self._names.window(item.window)
         if window is not None:
-            call = f"menu({_python('/'.join(item.path))})"
+            call = f"menu({as_python('/'.join(item.path))})"
             self._steps.append(Step(self._app, window, call, "choose"))
             self._origins.append(("menu", item.opener))
 
@@ -375,18 +369,6 @@ class _StepBuilder:
         press, self._right_click = self._right_click, None
         node = None if press is None else self._names.nodes.get(press.ref)
         if press is not None and node is not None:
-            menu = f"context_menu({_python('/'.join(item.path))})"
-            part = ".".join(filter(None, [self._part(press, node), menu]))
+            menu = f"context_menu({as_python('/'.join(item.path))})"
+            part = ".".join(filter(None, [part_of(press, node), menu]))
             self._add(press, "menu", "choose", part=part)
-
-
-def _has_slash(node: SnapshotNode, item: EventItem) -> bool:
-    return node.role == "tree" and any("/" in text for text in item.path)
-
-
-def _section(text: str) -> "str | int":
-    return int(text) if text.isdigit() else text
-
-
-def _python(value: "str | int") -> str:
-    return as_python(value) if isinstance(value, str) else repr(value)

@@ -46,7 +46,8 @@ class Event:
     """Something that a user has done, or that the application has made of it.
 
     Attributes:
-        kind: "press", "release", "double click", "wheel", "key", "text", "shortcut", "action", "focus", "shown", "closed".
+        kind: "press", "release", "double click", "wheel", "key", "text", "shortcut", "action", "focus", "shown", "closed"; and
+            "window" for one that was there when the recording began.
         ref, window: the reference numbers of the widget and its window.
         time: milliseconds since the recording began.
         at, size: the place in the widget, and its width and height, in pixels.
@@ -59,6 +60,8 @@ class Event:
         is_in_list: whether the place is in the open list of a combo box.
         item: the item there.
         tree: the window before the event, where it is told.
+        widget: what the widget tells of itself before the event, by the names of a snapshot, where the window is not told.
+        previous: the number of the widget that had the last input before, and what it holds now; None where it is the same one.
         class_name, name, title, is_modal: those of a window that is shown.
     """
 
@@ -78,6 +81,8 @@ class Event:
     is_in_list: bool = False
     item: Optional[EventItem] = None
     tree: Optional[SnapshotNode] = field(default=None, repr=False, compare=False)
+    widget: Optional[Mapping[str, Any]] = field(default=None, repr=False, compare=False)
+    previous: "Optional[Tuple[int, str | int | float | None]]" = None
     class_name: str = ""
     name: str = ""
     title: str = ""
@@ -102,7 +107,8 @@ class Events:
 def parse_events(told: Mapping[str, Any]) -> Events:
     """The reply of Connection.events() as objects. Raises ProtocolError for anything else."""
     try:
-        events = tuple(map(_event, told["events"]))
+        windows = (_window(SnapshotNode.of(tree)) for tree in told.get("windows", ()))
+        events = (*windows, *map(_event, told["events"]))
         return Events(events, int(told["dropped"]), bool(told["recording"]))
     except (KeyError, TypeError, ValueError) as error:
         raise ProtocolError(f"not recorded events: {error!r}") from None
@@ -127,6 +133,8 @@ def _event(told: Mapping[str, Any]) -> Event:
         is_in_list=get("list", False),
         item=_item(told["item"]) if "item" in told else None,
         tree=SnapshotNode.of(told["tree"]) if "tree" in told else None,
+        widget=dict(told["widget"]) if "widget" in told else None,
+        previous=_previous(get("previous")),
         class_name=get("class", ""),
         name=get("name", ""),
         title=get("title", ""),
@@ -134,11 +142,19 @@ def _event(told: Mapping[str, Any]) -> Event:
     )
 
 
+def _window(tree: SnapshotNode) -> Event:
+    return Event("window", tree.ref, tree.ref, tree=tree)
+
+
 def _pair(told: Any) -> Tuple[int, int]:
     if told is None:
         return 0, 0
     first, second = told
     return int(first), int(second)
+
+
+def _previous(told: Any) -> "Optional[Tuple[int, str | int | float | None]]":
+    return None if told is None else (int(told["ref"]), told.get("value"))
 
 
 def _item(told: Mapping[str, Any]) -> EventItem:

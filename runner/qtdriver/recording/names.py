@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Dict, Iterable, Optional, Tuple
 
 from ..lookup.snapshot import SnapshotNode
-from ..lookup.stable_locators import unchecked_locator
+from ..lookup.stable_locators import known_by, unchecked_locator
 from ..protocol.locators import as_python
 from .events import Event
 
@@ -30,6 +30,11 @@ class Names:
         if event.tree is not None:
             self._roots[event.window] = event.tree
             self.nodes.update((node.ref, node) for node in event.tree.walk())
+        elif event.widget is not None and event.ref in self.nodes:
+            before = self.nodes[event.ref]
+            now = self.nodes[event.ref] = before.with_fields(event.widget)
+            if event.window in self._roots and known_by(now) != known_by(before):
+                self._roots[event.window] = self._roots[event.window].with_node(now)
 
     def window(self, ref: int) -> Optional[str]:
         """The call on the application for a window, such as 'window("Orders")'; None where nothing tells it from others."""

@@ -47,14 +47,22 @@ def in_tree(event: Event, ref: int) -> Optional[SnapshotNode]:
     return None if event.tree is None else next((node for node in event.tree.walk() if node.ref == ref), None)
 
 
+def value_told(event: Event, ref: int) -> Optional[str]:
+    """The value of a widget before an event for another one; None where that does not tell it."""
+    if event.previous is not None and event.previous[0] == ref:
+        return _as_text(event.previous[1])
+    told = in_tree(event, ref)
+    return None if told is None else _as_text(told.value)
+
+
 def value_after(following: Optional[Event], ref: int) -> Optional[str]:
     """The text of a field as the event that follows tells it; None where it does not."""
     if following is None:
         return None
     if following.ref == ref and following.kind in ("key", "text"):
         return _as_text(following.value)
-    told = in_tree(following, ref)
-    return None if told is None or _as_text(told.value).endswith("…") else _as_text(told.value)
+    told = value_told(following, ref)
+    return None if told is None or told.endswith("…") else told
 
 
 def sending_return(run: List[Event], after: Optional[str]) -> Optional[int]:
@@ -73,20 +81,20 @@ def sending_return(run: List[Event], after: Optional[str]) -> Optional[int]:
     return None
 
 
-def text_after(run: List[Event], following: Optional[Event], told: Optional[SnapshotNode]) -> Optional[str]:
+def text_after(run: List[Event], following: Optional[Event], told: Optional[str]) -> Optional[str]:
     """The text of a field after a run of keys.
 
     Args:
         run: the keys that it got.
         following: the next event for the same field, which tells its value before; None where there is none.
-        told: the field in the next window that was told; None where there is none.
+        told: what it held later, where something tells that.
 
     Returns None where nobody can know it, since the caret was moved at last.
     """
     if following is not None and following.kind in ("key", "text"):
         return _as_text(following.value)
-    if told is not None and not _as_text(told.value).endswith("…"):
-        return _as_text(told.value)
+    if told is not None and not told.endswith("…"):
+        return told
     last = run[-1]
     is_replaced = len(run) > 1 and run[-2].key == "Ctrl+A"
     value = "" if is_replaced else _as_text(last.value)
