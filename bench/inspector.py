@@ -4,6 +4,7 @@ Run it on a desktop: scripts/with-desktop.sh --nestable /usr/bin/python3 bench/i
 
 - how much slower the showcase takes keys and clicks while it is recorded: pairs of the same input, one recorded and one not;
 - the processor time of `qtdriver inspect` while nothing changes, as a share of one processor;
+- how long pointing at a widget takes in Chromium, from the move of the mouse until the mark is on the page;
 - how many pictures a second a page gets while a part or all of the screen changes, and the processor time of that.
 """
 
@@ -16,13 +17,14 @@ import sys
 import time
 from contextlib import contextmanager
 from pathlib import Path
+from tempfile import TemporaryDirectory
 from typing import Callable, Dict, Iterator, List, Tuple
 
 import aiohttp
 import psutil
 
 ROOT = Path(__file__).resolve().parents[1]
-sys.path.insert(0, str(ROOT / "runner"))
+sys.path[:0] = [str(ROOT / "runner"), str(ROOT / "tests" / "e2e")]
 
 from qtdriver import App, Driver  # noqa: E402: from the checkout
 
@@ -45,7 +47,23 @@ for pixel in itertools.cycle((0x402030, 0x304020)):
     connection.sync()
     time.sleep(1 / 30)
 """
-MOST_SLOWER, MOST_AT_REST, FEWEST_PICTURES = 5.0, 10.0, 10.0
+MOST_SLOWER, MOST_AT_REST, FEWEST_PICTURES, MOST_POINTING = 5.0, 10.0, 10.0, 50.0
+PLACES = 40
+KIOSK = ROOT / "tests" / "agents" / "kiosk.py"
+POINTING = """
+window.answers = [];
+document.getElementById("picture").addEventListener("pointermove", (event) => requestAnimationFrame(() => {
+    const painted = new MessageChannel();
+    painted.port1.onmessage = () => window.answers.push(
+        [performance.now() - event.timeStamp, document.getElementById("hovered").textContent]);
+    painted.port2.postMessage(0);
+}));"""
+FIRST_WINDOW = """document.querySelector("#tree [role=treeitem]").dispatchEvent(new PointerEvent("pointerover", {bubbles: true}));
+const mark = document.querySelector("#marks .hovered").getBoundingClientRect();
+const picture = document.getElementById("picture").getBoundingClientRect();
+const left = Math.max(mark.left, picture.left), top = Math.max(mark.top, picture.top);
+return [left, top, Math.min(mark.right, picture.right) - left, Math.min(mark.bottom, picture.bottom) - top];"""
+"""Its place in the page: that which is marked when the mouse is above its row in the tree."""
 
 
 def timed(call: Callable[[], object]) -> float:
@@ -69,10 +87,12 @@ def click_button(app: App) -> None:
 def slowed_by_recording(app: App, act: Callable[[App], None]) -> "List[Tuple[float, float]]":
     """By how many percent, and by how many milliseconds, each of some pairs was slower while it was recorded.
 
-    Which one of a pair comes first alternates. Asking for what was recorded counts, as the page does it.
+    Which one of a pair comes first alternates. Asking for what was recorded counts, as the page does it; it is asked without a
+    recording, too, since the answer waits for what the application has still to do. What is asked as the recording starts
+    does not count.
     """
 
-    def act_recorded() -> None:
+    def act_and_ask() -> None:
         act(app)
         app.connection.events()
 
@@ -83,7 +103,8 @@ def slowed_by_recording(app: App, act: Callable[[App], None]) -> "List[Tuple[flo
         for recorded in (True, False) if pair % 2 else (False, True):
             if recorded:
                 app.connection.record()
-            taken[recorded] = timed(act_recorded if recorded else lambda: act(app))
+                app.connection.events()
+            taken[recorded] = timed(act_and_ask)
             if recorded:
                 app.connection.stop_recording()
         slower.append(((taken[True] / taken[False] - 1) * 100, (taken[True] - taken[False]) * 1000))
@@ -145,25 +166,61 @@ def changing_window(environment: "Dict[str, str]", size: str) -> Iterator[None]:
             running.kill()
 
 
-def measure_picture(build: Path) -> "dict[str, tuple[float, float]]":
-    """Pictures a second and processor time, at rest and while the screen changes."""
-    command = [ROOT / "scripts" / "qtdriver", "inspect", "--no-browser", "--build", build / "agents", "--"]
-    with subprocess.Popen(
-        [*command, build / "bin" / "showcase"], stdout=subprocess.PIPE, text=True
-    ) as inspect:
+@contextmanager
+def inspected(build: Path, *program: "str | Path") -> "Iterator[tuple[str, psutil.Process]]":
+    """Within it `qtdriver inspect` runs: the address of its page, and its process."""
+    command = [ROOT / "scripts" / "qtdriver", "inspect", "--no-browser", "--build", build / "agents"]
+    with subprocess.Popen([*command, *program], stdout=subprocess.PIPE, text=True) as inspect:
         try:
             assert inspect.stdout is not None
-            address = re.search(r"http://\S+", inspect.stdout.readline())[0]
-            process = psutil.Process(inspect.pid)
-            showcase = next(one for one in process.children(recursive=True) if one.name() == "showcase")
-            rest = asyncio.run(watch(address, process, SECONDS))
-            told = {"at rest": rest}
-            for name, size in SIZES.items():
-                with changing_window(showcase.environ(), size):
-                    told[name] = asyncio.run(watch(address, process, SECONDS))
-            return told
+            yield re.search(r"http://\S+", inspect.stdout.readline())[0], psutil.Process(inspect.pid)
         finally:
             inspect.terminate()
+
+
+def measure_picture(build: Path) -> "dict[str, tuple[float, float]]":
+    """Pictures a second and processor time, at rest and while the screen changes."""
+    with inspected(build, "--", build / "bin" / "showcase") as (address, process):
+        showcase = next(one for one in process.children(recursive=True) if one.name() == "showcase")
+        told = {"at rest": asyncio.run(watch(address, process, SECONDS))}
+        for name, size in SIZES.items():
+            with changing_window(showcase.environ(), size):
+                told[name] = asyncio.run(watch(address, process, SECONDS))
+        return told
+
+
+def measure_pointing(build: Path) -> "dict[str, list[float]]":
+    """How many milliseconds each of some moves of the mouse took until its mark was there."""
+    from chromium import running_browser
+
+    told = {}
+    programs = {
+        "showcase": ["--", build / "bin" / "showcase"],
+        "5,000 widgets": ["--qt", "5", "--", "/usr/bin/python3", KIOSK, "many"],
+    }
+    for name, program in programs.items():
+        with inspected(build, *program) as (address, _), TemporaryDirectory() as profile:
+            with running_browser(Path(profile)) as browser:
+                browser.size(1800, 1250)  # so that the picture is not scaled
+                browser.go(address)
+                browser.wait_until(
+                    "return Number(document.getElementById('picture').dataset.count) > 0", seconds=60
+                )
+                browser.click("#point")
+                browser.wait_until(
+                    "return document.querySelector('#tree [role=treeitem]') !== null", seconds=60
+                )
+                left, top, width, height = browser.run(FIRST_WINDOW)
+                browser.run(POINTING)
+                for number in range(PLACES):
+                    share = (number + 0.5) / PLACES
+                    browser.mouse(("move", left + share * width, top + share * height))
+                    browser.wait_until(f"return window.answers.length > {number}")
+                told[name] = [
+                    milliseconds for milliseconds, hovered in browser.run("return window.answers") if hovered
+                ]
+                assert len(told[name]) > PLACES / 2, "the mouse was hardly above a widget"
+    return told
 
 
 def main() -> None:
@@ -176,6 +233,13 @@ def main() -> None:
         print(
             f"recorded, {name}: {percent:+.1f} %, {milliseconds:+.2f} ms (medians of {len(slower)} pairs), "
             f"target below {MOST_SLOWER:g} %",
+            flush=True,
+        )
+    for name, taken in measure_pointing(build).items():
+        missed |= statistics.median(taken) >= MOST_POINTING
+        print(
+            f"pointing, {name}: {statistics.median(taken):.1f} ms, slowest {max(taken):.1f} ms of {len(taken)}, "
+            f"target below {MOST_POINTING:g} ms",
             flush=True,
         )
     told = measure_picture(build)
