@@ -6,7 +6,7 @@ from pathlib import Path
 
 import pytest
 
-from qtdriver import Driver, eventually
+from qtdriver import Driver, errors, eventually
 from qtdriver.trace.recorder import Recorder
 
 from showcase import AGENTS
@@ -113,6 +113,41 @@ def test_a_password_that_comes_in_another_way_is_in_no_trace(login, password, ty
     kept = login(type_and_read)
     assert [form for form in forms_of(password) if form in kept] == []
     assert "***" in kept
+
+
+@pytest.mark.parametrize(
+    "password, type_it",
+    [
+        ("alder-5711", lambda window, text: window.widget("greyEdit").fill(text, timeout=0)),
+        ("birch-5712", lambda window, text: window.widget("greyEdit").enter(text, timeout=0)),
+        ("cedar-5713", lambda window, text: window.widget("unlitEdit").fill(text, timeout=0)),
+        ("ebony-5714", lambda window, text: window.widget("unlitEdit").type(text, timeout=0)),
+        ("hazel-5715", lambda window, text: window.find(label="PIN:").type(text, timeout=0)),
+        ("larch-5716", lambda window, text: window.widget("passwordField").enter(text, timeout=0)),
+        (
+            "maple-5717",
+            lambda window, text: window.app.window("Vault").widget("pinEdit").fill(text, timeout=0),
+        ),
+    ],
+    ids=["fill disabled", "enter disabled", "fill hidden", "type hidden", "no label", "no name", "no window"],
+)
+def test_a_password_whose_field_cannot_be_used_is_in_no_trace(login, password, type_it):
+    def type_in_vain(window, host):
+        with pytest.raises(errors.ReplyError):
+            type_it(window, password)
+
+    kept = login(type_in_vain)
+    assert [form for form in forms_of(password) if form in kept] == [] and "***" in kept
+
+
+def test_a_text_for_another_field_that_is_not_found_is_kept(login):
+    def type_in_vain(window, host):
+        for name in ("spinEdit", "opinionEdit", "pinboardEdit"):
+            with pytest.raises(errors.WidgetNotFoundError):
+                window.widget(name).fill("Ada Lovelace", timeout=0)
+
+    kept = login(type_in_vain)
+    assert [title.partition(",")[0] for title in titles(kept)] == ["fill('Ada Lovelace'"] * 3
 
 
 def test_a_password_for_a_window_that_is_not_in_front_is_in_no_trace(login):

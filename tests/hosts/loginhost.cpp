@@ -69,6 +69,8 @@ void build(TestHost& host)
     window->layout()->addWidget(notes);
     addComposite(window);
     addBox(window);
+    addField(window, "unlitEdit", QLineEdit::Password)->hide();
+    addField(window, "greyEdit", QLineEdit::Password)->setEnabled(false);
     addSecondWindow(host);
     window->move(60, 60);
     window->show();

@@ -168,8 +168,9 @@ class WidgetInput(KeyInput):
         deadline = Deadline(self.window.app.timeout if timeout is None else timeout)
 
         def enter(path: Address) -> None:
-            connection.mouse_widget(self.window.address, path, _CLICK, widget_class="QWidget")
-            connection.press(address, "Ctrl+A, Del", locator)
+            with connection.guarding(text, address, locator):
+                connection.mouse_widget(self.window.address, path, _CLICK, widget_class="QWidget")
+                connection.press(address, "Ctrl+A, Del", locator)
             _typing(text)(connection, address, locator)
             if locator:  # what has the focus now may be another widget
                 self._check_filled(text, deadline)

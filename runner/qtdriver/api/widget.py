@@ -154,9 +154,10 @@ class Widget(Finder, WidgetValues, Verbs, WidgetInput):
         connection, address = self._connection, self.window.address
 
         def act(path: Address) -> str:
-            if not force:
-                refuse_without_editor(connection, address, path, value, self.as_class)
-            return connection.enter_widget(address, path, value, widget_class=self.as_class, force=force)
+            with connection.guarding(value, address, path):
+                if not force:
+                    refuse_without_editor(connection, address, path, value, self.as_class)
+                return connection.enter_widget(address, path, value, widget_class=self.as_class, force=force)
 
         return self._act(f"enter({_listed([repr(value)], force)})", act, timeout, force=force)
 

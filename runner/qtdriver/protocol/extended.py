@@ -2,12 +2,13 @@
 
 from __future__ import annotations
 
-from typing import FrozenSet, Mapping, Optional, Tuple
+from contextlib import contextmanager, suppress
+from typing import FrozenSet, Iterator, Mapping, Optional, Tuple
 
-from ..errors import CommandError, OldAgentError, ProtocolError
+from ..errors import CommandError, OldAgentError, ProtocolError, QtDriverError, ReplyError
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
-from .locators import Address, Locator
+from .locators import Address, Locator, is_special, path_locator
 from .secrets import keeps_line_breaks
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
@@ -157,6 +158,25 @@ class ExtendedChannel(Channel):
     def type_text(self, window: str, text: str, locator: Address = "") -> str:
         """Types the text, a line break as Return and a tab as Tab. Returns the class of the widget that had the focus."""
         return self._extended("+type", window, locator, text).payload
+
+    @contextmanager
+    def guarding(self, text: object, window: str, locator: Address) -> Iterator[None]:
+        """A context in which a text is to be typed: if that is refused before it is sent, it may be a password all the same."""
+        try:
+            yield
+        except ReplyError:
+            found = (
+                locator.text
+                if isinstance(locator, Locator)
+                else path_locator(locator).text
+                if locator
+                else ""
+            )
+            if isinstance(text, str) and not is_special(locator):
+                with suppress(QtDriverError):
+                    self._typed.learn(EXTENSION_BY_NAME["+type"].compose(window, found, text))
+                    self._typed.refused()
+            raise
 
     def keeps_returns(self, window: str, locator: Address = "") -> bool:
         """Whether a typed line break stays in what takes the keys, since that is a text editor. No part of the transcript."""

@@ -46,7 +46,9 @@ _MOVING = ("5", "+5", "9", "+9", "+focus")
 """The requests besides keys after which another field may have the focus."""
 
 _NORMAL = 0  # QLineEdit::Normal
+_NOT_VISIBLE = "6"
 _NO_PROPERTY = "8"
+_PASSWORD_NAME = re.compile(r"(?i:passw|passphrase|pwd|secret|kennwort)|\b[Pp]in(?![a-z])|PIN(?![A-Z])")
 _HAS_FOCUS = ".focus=true"
 _HIDES = ".echoMode~=^[1-3]$"
 _TYPING: Dict[str, Tuple[int, Callable[[str], str]]] = {
@@ -303,7 +305,8 @@ def _field_that_hides(channel: "Channel", line: str) -> str:
     """The question that has found a field with an echo mode other than Normal, into which a request types; else "".
 
     A widget that has no echo mode counts as the fields that are in it, as that of an editable combo box. Where nothing in
-    the window has the focus yet, any of its fields may get it. Raises ConnectionClosed and RequestTimeout.
+    the window has the focus yet, any of its fields may get it. A widget that is not found counts by its name. Raises
+    ConnectionClosed and RequestTimeout.
     """
     number, window, place = [*line.split(","), "", ""][:3]
     if number == "6" and place.rpartition("/")[2] != "FocusWidget":
@@ -315,11 +318,15 @@ def _field_that_hides(channel: "Channel", line: str) -> str:
         window, place = encode_utf8_hex(window), ""
     if not place:
         return _focused_field(channel, window)
-    reply = _asked_for(channel, window, _decoded(place))
-    if _hides(reply):
+    locator = _decoded(place)
+    reply = _asked_for(channel, window, locator)
+    if reply.code == _NOT_VISIBLE:
+        reply = _asked_for(channel, window, f"{locator} visible=any")
+    if reply.code == _NO_PROPERTY:
+        reply = _asked_for(channel, window, f"{locator} >> {_HIDES} first")
+    elif not reply.ok and _PASSWORD_NAME.search(locator):
         return place
-    inner = _decoded(place) + f" >> {_HIDES} first"
-    return place if reply.code == _NO_PROPERTY and _hides(_asked_for(channel, window, inner)) else ""
+    return place if _hides(reply) else ""
 
 
 def keeps_line_breaks(channel: "Channel", window: str, place: str) -> bool:
