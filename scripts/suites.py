@@ -6,7 +6,7 @@ A BUILD is the name of a folder below build/ that CMake has configured, such as 
   - suites.json, the same as a list, by which count_tests.py sees that none is missing.
 A suite labelled "once" does not depend on the Qt, runs for the first build only, and waits for no build but one that it
 names itself. Builds with sanitizers run the suites that talk to the agent where there are plain builds beside them, else
-all. Several files of protocol/ are one suite, "qt5/protocol/test_a+test_b". --only leaves the suites whose names the
+all. Several files of protocol/ or e2e/ are one suite, "qt5/protocol/test_a+test_b". --only leaves the suites whose names the
 expression is found in, and their builds.
 """
 
@@ -27,8 +27,8 @@ BUILD_SECONDS = 3600
 CORES = str(os.cpu_count())
 ONCE = "once for all Qts"
 # Small files of tests share a desktop and a pytest, which take half a second of a processor to start.
-SHARING = "/protocol/test_"
-SHARED_BYTES = 20000  # as large as one of the longer files
+SHARING = re.compile("/(?:protocol|e2e)/test_")
+SHARED_BYTES = 30000  # about two of the longer files
 
 
 def group_of(build):
@@ -86,7 +86,7 @@ def put_together(suites):
     result, sizes = [], []
     for suite in suites:
         size = sum(Path(word).stat().st_size for word in suite["command"] if word.endswith(".py"))
-        last = result[-1] if result and SHARING in suite["name"] else None
+        last = result[-1] if result and SHARING.search(suite["name"]) else None
         if last and how_it_runs(last) == how_it_runs(suite) and sizes[-1] + size <= SHARED_BYTES:
             last["name"] += "+" + suite["name"].rpartition("/")[2]
             last["command"].append(suite["command"][-1])

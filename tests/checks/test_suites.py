@@ -181,12 +181,15 @@ def made_up_suites(folder, *wanted):
 
 def test_small_files_that_run_alike_are_one_suite_as_long_as_one_of_the_longer(tmp_path):
     wanted = (
-        ("qt5/protocol/test_a", 9000, 600),
-        ("qt5/protocol/test_b", 9000, 600),
-        ("qt5/protocol/test_c", 9000, 600),  # too long for the first two
+        ("qt5/protocol/test_a", 12000, 600),
+        ("qt5/protocol/test_b", 12000, 600),
+        ("qt5/protocol/test_c", 12000, 600),  # too long for the first two
         ("qt5/protocol/test_d", 30, 1200),  # another time-out
         ("qt5/unit/test_e", 30, 1200),  # another folder
-        ("qt5/unit/test_f", 30, 1200),  # not of protocol/
+        ("qt5/unit/test_f", 30, 1200),  # not of protocol/ or e2e/
+        ("qt5/e2e/test_a", 30, 600),
+        ("qt5/e2e/test_b", 30, 600),
+        ("e2e/test_c", 30, 600),  # of no build
         ("qt6/protocol/test_a", 30, 600),
         ("qt6/protocol/test_b", 30, 600),
     )
@@ -199,6 +202,8 @@ def test_small_files_that_run_alike_are_one_suite_as_long_as_one_of_the_longer(t
         "qt5/protocol/test_d",
         "qt5/unit/test_e",
         "qt5/unit/test_f",
+        "qt5/e2e/test_a+test_b",
+        "e2e/test_c",
         "qt6/protocol/test_a+test_b",
     ]
     assert [file for suite in together for file in suite["command"][1:]] == files
