@@ -60,6 +60,28 @@ CASES = {
         [mouse("press", BUTTON), mouse("release", BUTTON, at=[300, 300])],
         [],
     ),
+    "a selection of text": (
+        [mouse("press", LINE), mouse("release", LINE, at=[90, 10])],
+        ['# not recorded: a drag with the mouse, from find(label="Customer:")'],
+    ),
+    "a column that is moved": (
+        [mouse("press", COLUMNS, item=SECTION), mouse("release", COLUMNS, at=[5, 10])],
+        ['# not recorded: a drag with the mouse, from widget("files").column_header("Size")'],
+    ),
+    "a row that is dragged": (
+        [mouse("press", LIST, item=row("Tea")), *click(BUTTON)],
+        [
+            '# not recorded: a drag with the mouse, from widget("drinks").item("Tea")',
+            'shop.widget("brew").click()',
+        ],
+    ),
+    "with two modifiers": (
+        click(LIST, item=row("Tea"), modifiers=["Ctrl", "Shift"]),
+        [
+            "# Ctrl+Shift was held: the mouse of a test takes one of Shift, Ctrl and Alt",
+            'shop.widget("drinks").item("Tea").click(modifier="control")',
+        ],
+    ),
     "a click into a field": (click(LINE), []),
     "a row": (click(LIST, item=row("Tea")), ['shop.widget("drinks").select("Tea")']),
     "a row of a tree": (click(TREE, item=row("2026", "May")), ['shop.widget("files").select("2026/May")']),
@@ -80,6 +102,14 @@ CASES = {
             mouse("press", BOX, list=True, item=row("Dark")),
             mouse("release", BOX, list=True, item=row("Dark")),
         ],
+        ['shop.widget("roast").select("Dark")'],
+    ),
+    "a list that is only opened": (
+        [mouse("press", BOX), mouse("release", BOX, list=True, item=row("Light"), time=100)],
+        [],
+    ),
+    "a choice with the button held": (
+        [mouse("press", BOX), mouse("release", BOX, list=True, item=row("Dark"), time=900)],
         ['shop.widget("roast").select("Dark")'],
     ),
     "a choice by keys": (
@@ -249,9 +279,11 @@ def lines_of(events):
         return []
     code = code_of("it", [Launch("app", ("app",)), *steps])
     body = [line.strip() for line in code.splitlines() if line.startswith("    ")]
-    assert body[:2] == ['app = qtdriver.launch("app")', 'shop = app.window(name="shop")']
+    opening = 'shop = app.window(name="shop")'
+    assert body[0] == 'app = qtdriver.launch("app")'
+    assert next((line for line in body[1:] if not line.startswith("#")), opening) == opening
     compile(code, "test", "exec")
-    return body[2:]
+    return [line for line in body[1:] if line != opening]
 
 
 @pytest.mark.parametrize("name", CASES)

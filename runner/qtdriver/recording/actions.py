@@ -9,7 +9,15 @@ from ..lookup.snapshot import SnapshotNode
 from ..protocol.locators import as_python
 from .events import Event, EventItem
 from .file_dialogs import with_files
-from .mouse_places import is_click, modifier_of, share_of
+from .mouse_places import (
+    NEVER_DRAGGED,
+    VIEWS,
+    chooses_in_list,
+    is_click,
+    modifier_of,
+    share_of,
+    unplayed_modifiers,
+)
 from .names import Names
 from .parts import part_of
 from .steps import Argument, Secret, Step
@@ -115,7 +123,8 @@ class _StepBuilder:
         if window is None or widget is None:
             return
         call = ".".join(filter(None, [widget, part]))
-        self._steps.append(Step(self._app, window, call, method, arguments, keywords))
+        comment = unplayed_modifiers(event)
+        self._steps.append(Step(self._app, window, call, method, arguments, keywords, comment=comment))
         self._origins.append((origin, event.ref))
 
     def _handle_step(self, step: Step, number: int) -> None:
@@ -138,12 +147,15 @@ class _StepBuilder:
     def _handle_press(self, event: Event) -> None:
         if event.item is None or not event.item.is_entry:
             self._end_right_click()
-        self._press = event
+        before, self._press = self._press, event
+        node = None if before is None else self._names.nodes.get(before.ref)
+        if before is not None and before.item is not None and node is not None and node.role in VIEWS:
+            self._note_drag(before, node)  # drag and drop has kept the release
 
     def _handle_release(self, event: Event) -> None:
         press, self._press = self._press, None
         if event.is_in_list:
-            if event.item is not None and press is not None:
+            if event.item is not None and press is not None and chooses_in_list(press, event):
                 self._add(event, "select", "select", event.item.text)
             return
         if press is None or (press.ref, press.button) != (event.ref, event.button):
@@ -157,6 +169,18 @@ class _StepBuilder:
             self._set_slider(press)
         elif is_click(press, event):
             self._click(press, node)
+        elif node.role not in (*NEVER_DRAGGED, *_BUTTONS):
+            self._note_drag(press, node)
+
+    def _note_drag(self, press: Event, node: SnapshotNode) -> None:
+        """Adds a comment: where the mouse has let go, in which item or between which, is not told."""
+        holder = self._holder(press, node)
+        widget = self._names.widget(holder.window, holder.ref)
+        call = ".".join(filter(None, [widget, part_of(press, node)])) or node.role
+        self._steps.append(
+            Step(self._app, "", "", "", comment=f"not recorded: a drag with the mouse, from {call}")
+        )
+        self._origins.append(("drag", press.ref))
 
     def _click(self, press: Event, node: SnapshotNode) -> None:
         if press.button == "right":
@@ -189,7 +213,8 @@ class _StepBuilder:
         elif node.role == "tab bar":
             window = self._names.window(press.window)
             if window is not None:
-                self._steps.append(Step(self._app, window, part, "click", button, keywords))
+                comment = unplayed_modifiers(press)
+                self._steps.append(Step(self._app, window, part, "click", button, keywords, comment=comment))
                 self._origins.append(("click", press.ref))
         else:
             self._add(self._holder(press, node), "click", "click", *button, part=part, **keywords)
@@ -197,7 +222,7 @@ class _StepBuilder:
     def _holder(self, press: Event, node: SnapshotNode) -> Event:
         """The event for the view that a header is of."""
         around = self._names.parent(node.ref) if node.role == "header" else None
-        return press if around is None else Event(press.kind, around.ref, press.window)
+        return press if around is None else replace(press, ref=around.ref)
 
     def _handle_double_click(self, event: Event) -> None:
         self._press = None

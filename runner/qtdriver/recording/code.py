@@ -125,6 +125,10 @@ def _body(steps: Sequence[Recorded]) -> Iterator[str]:
             given = call_code("qtdriver.launch", step.command, {} if step.qt is None else {"qt": step.qt})
             yield f"{apps[step.app]} = {given}"
             continue
+        if step.comment:
+            yield f"# {step.comment}"
+        if not step.method:
+            continue
         key = (step.app, step.window)
         if key not in windows:
             windows[key] = _variable(_words_of_call(step.window), "window", taken)

@@ -7,8 +7,24 @@ from typing import Dict, Tuple
 from .events import Event
 from .steps import Argument
 
+NEVER_DRAGGED = (
+    "scroll bar",
+    "size grip",
+    "label",
+    "group",
+    "window",
+    "dialog",
+    "scroll area",
+    "tabs",
+    "menu bar",
+)
+"""A drag that begins on these does nothing that a test has to repeat."""
+VIEWS = ("list", "tree", "table", "view")
+"""Their rows can be dragged and dropped."""
 _MODIFIERS = {"Shift": "shift", "Ctrl": "control", "Alt": "alt"}
 _MAX_CLICK_DISTANCE = 10
+_OPENING_MILLISECONDS = 400
+"""Qt's interval of double clicks, for which the list takes no release after it was opened."""
 
 
 def is_click(press: Event, release: Event) -> bool:
@@ -16,10 +32,23 @@ def is_click(press: Event, release: Event) -> bool:
     return max(abs(a - b) for a, b in zip(press.at, release.at)) <= _MAX_CLICK_DISTANCE
 
 
+def chooses_in_list(press: Event, release: Event) -> bool:
+    """Whether a release in the open list of a combo box chooses there, and does not belong to the click that has opened it."""
+    return press.is_in_list or release.time - press.time > _OPENING_MILLISECONDS
+
+
 def modifier_of(event: Event) -> Dict[str, Argument]:
     """The keyword for the modifier that was held; nothing without one. The mouse of a test takes one, the first of several."""
     words = [_MODIFIERS[word] for word in event.modifiers if word in _MODIFIERS]
     return {"modifier": words[0]} if words else {}
+
+
+def unplayed_modifiers(event: Event) -> str:
+    """A comment about modifiers that were held and that modifier_of() leaves out; empty without such."""
+    is_of_mouse = event.kind in ("press", "double click", "wheel")
+    if not is_of_mouse or len(event.modifiers) <= len(modifier_of(event)):
+        return ""
+    return f"{'+'.join(event.modifiers)} was held: the mouse of a test takes one of Shift, Ctrl and Alt"
 
 
 def share_of(event: Event) -> Tuple[float, float]:

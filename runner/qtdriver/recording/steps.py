@@ -50,6 +50,7 @@ class Step:
         arguments, keywords: those of the method.
         is_check: whether it is a condition that is waited for.
         reads: for a check of what the widget's method returns: the call of that method; empty otherwise.
+        comment: a line about it, which is written before it; alone where there is no method.
     """
 
     app: str
@@ -60,6 +61,7 @@ class Step:
     keywords: Dict[str, Argument] = field(default_factory=dict)
     is_check: bool = False
     reads: str = ""
+    comment: str = ""
 
 
 Recorded = Union[Launch, Step]
