@@ -18,7 +18,8 @@
     TOOL,
     FILE,
     SAVE,
-) = range(2, 19)
+    CUPS,
+) = range(2, 20)
 NAMED = (
     (BUTTON, "QPushButton", "button", {"name": "brew"}),
     (LINE, "QLineEdit", "edit", {"label": "Customer:"}),
@@ -36,6 +37,7 @@ NAMED = (
     (TOOL, "QToolButton", "button", {"name": "more"}),
     (FILE, "QLineEdit", "edit", {"name": "fileNameEdit"}),
     (SAVE, "QPushButton", "button", {"text": "Save"}),
+    (CUPS, "QSpinBox", "spin box", {"name": "cups", "value": 0}),
 )
 
 
@@ -79,7 +81,7 @@ def held(ref, value):
 def click(ref, **told):
     return [
         mouse("press", ref, **told),
-        mouse("release", ref, **{k: v for k, v in told.items() if k != "tree"}),
+        mouse("release", ref, **{k: v for k, v in told.items() if k not in ("tree", "widget", "previous")}),
     ]
 
 
@@ -137,6 +139,7 @@ DIALOG = {
 }
 SECTION = {"section": 1, "orientation": "horizontal", "text": "Size"}
 CELL = row("1.80", headers=["3", "Price"])
+CUPS_BOX = {"class": "QSpinBox", "role": "spin box", "name": "cups"}
 MILK_BOX = {"class": "QCheckBox", "role": "checkbox", "text": "Milk"}
 SAVE_BUTTON = {"class": "QPushButton", "role": "button"}
 MILK = {"tree": tree(milk=True)}

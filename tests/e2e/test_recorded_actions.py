@@ -15,6 +15,8 @@ from recordedevents import (
     CANVAS,
     CELL,
     CHECK,
+    CUPS,
+    CUPS_BOX,
     COLUMNS,
     DIALOG,
     FILE,
@@ -184,6 +186,28 @@ CASES = {
     "a context menu": (
         [*click(LIST, button="right", item=row("Tea")), *chosen("Copy", opener=None)],
         ['shop.widget("drinks").item("Tea").context_menu("Copy").choose()'],
+    ),
+    "a context menu that is open before the release": (
+        [
+            mouse("press", LIST, button="right", item=row("Tea")),
+            event("shown", 50, 50, **{"class": "QMenu"}),
+            mouse("release", 50, button="right", item=entry("Copy", opener=None)),
+            event("key", 50, 50, key="Return"),
+            event("action", 50, 50, item=entry("Copy", opener=None)),
+        ],
+        ['shop.widget("drinks").item("Tea").context_menu("Copy").choose()'],
+    ),
+    "the arrows of a spin box": (
+        [
+            *click(CUPS),
+            *click(CUPS, tree=None, widget={**CUPS_BOX, "value": 1}),
+            *click(BUTTON, tree=None, previous=held(CUPS, 2)),
+        ],
+        ['shop.widget("cups").fill("2")', 'shop.widget("brew").click()'],
+    ),
+    "a click into a spin box": (
+        [*click(CUPS), *click(BUTTON, tree=None, previous=held(CUPS, 0))],
+        ['shop.widget("brew").click()'],
     ),
     "a right click without a menu": (
         [*click(CANVAS, button="right"), *click(BUTTON)],

@@ -11,6 +11,7 @@ from .events import Event, EventItem
 from .file_dialogs import with_files
 from .mouse_places import (
     NEVER_DRAGGED,
+    PASSIVE,
     VIEWS,
     chooses_in_list,
     is_click,
@@ -29,21 +30,10 @@ from .typing_runs import (
     sending_return,
     text_after,
     value_after,
+    value_later,
     value_told,
 )
 
-_PASSIVE = (
-    "scroll bar",
-    "size grip",
-    "splitter handle",
-    "label",
-    "group",
-    "window",
-    "dialog",
-    "scroll area",
-    "tabs",
-)
-"""A click on these does nothing that a test has to repeat."""
 _SCROLLED = ("list", "tree", "table", "view", "scroll area", "scroll bar", "edit")
 """The wheel only scrolls these: a test finds what is out of sight by itself."""
 _BUTTONS = ("button", "radio button", "checkbox")
@@ -158,6 +148,8 @@ class _StepBuilder:
             if event.item is not None and press is not None and chooses_in_list(press, event):
                 self._add(event, "select", "select", event.item.text)
             return
+        if press is not None and press.button == event.button == "right" and press.ref != event.ref:
+            self._right_click = press  # its menu is open already
         if press is None or (press.ref, press.button) != (event.ref, event.button):
             return
         if press.item is not None and press.item.is_entry:
@@ -194,9 +186,13 @@ class _StepBuilder:
             self._click_item(press, node, part, is_plain, button, keywords)
         elif node.role == "checkbox" and is_plain and "partly checked" not in node.states:
             self._add(press, "click", "uncheck" if "checked" in node.states else "check")
+        elif node.role in ("spin box", "date edit") and is_plain:
+            value = self._value_after(press)
+            if value is not None and value != str(node.value):  # by an arrow
+                self._fill(press, value)
         elif node.role in _BUTTONS or not is_plain:
             self._add(press, "click", "click", *button, part="", **keywords)
-        elif node.role not in (*_PASSIVE, *FIELDS, "menu bar"):
+        elif node.role not in (*PASSIVE, *FIELDS, "menu bar"):
             self._add(press, "click", "click", at=share_of(press))
 
     def _click_item(
@@ -240,10 +236,13 @@ class _StepBuilder:
         if press is not None and node is not None:
             self._add(press, "right click", "right_click", part=part_of(press, node) or "")
 
+    def _value_after(self, press: Event) -> Optional[str]:
+        number = next(n for n, event in enumerate(self._events) if event is press)
+        return value_later(self._events_from(number + 1), press.ref)
+
     def _set_slider(self, press: Event) -> None:
-        following = self._events_from(self._events.index(press) + 1)
-        value = next((told for event in following if (told := value_told(event, press.ref))), None)
-        if value is not None:
+        value = self._value_after(press)
+        if value:
             self._add(press, "slider", "select", int(value))
 
     def _handle_wheel(self, event: Event) -> None:

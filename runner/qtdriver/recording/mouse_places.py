@@ -7,6 +7,18 @@ from typing import Dict, Tuple
 from .events import Event
 from .steps import Argument
 
+PASSIVE = (
+    "scroll bar",
+    "size grip",
+    "splitter handle",
+    "label",
+    "group",
+    "window",
+    "dialog",
+    "scroll area",
+    "tabs",
+)
+"""A click on these does nothing that a test has to repeat."""
 NEVER_DRAGGED = (
     "scroll bar",
     "size grip",

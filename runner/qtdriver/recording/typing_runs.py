@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import List, Optional
+from typing import Iterable, List, Optional
 
 from ..lookup.snapshot import SnapshotNode
 from .events import Event
@@ -48,9 +48,11 @@ def in_tree(event: Event, ref: int) -> Optional[SnapshotNode]:
 
 
 def value_told(event: Event, ref: int) -> Optional[str]:
-    """The value of a widget before an event for another one; None where that does not tell it."""
+    """The value of a widget before an event; None where that does not tell it."""
     if event.previous is not None and event.previous[0] == ref:
         return _as_text(event.previous[1])
+    if event.widget is not None and event.ref == ref:
+        return _as_text(event.widget.get("value"))
     told = in_tree(event, ref)
     return None if told is None else _as_text(told.value)
 
@@ -63,6 +65,11 @@ def value_after(following: Optional[Event], ref: int) -> Optional[str]:
         return _as_text(following.value)
     told = value_told(following, ref)
     return None if told is None or told.endswith("…") else told
+
+
+def value_later(following: Iterable[Event], ref: int) -> Optional[str]:
+    """The value of a widget as the first of some events tells it that does; None where none does."""
+    return next((told for event in following if (told := value_after(event, ref)) is not None), None)
 
 
 def sending_return(run: List[Event], after: Optional[str]) -> Optional[int]:
