@@ -164,6 +164,19 @@ def test_a_password_for_a_window_that_is_not_in_front_is_in_no_trace(login):
     assert [form for form in forms_of("poplar-4723") if form in kept] == [] and "***" in kept
 
 
+def test_a_blank_that_opens_a_dialog_does_not_hold_the_rest_of_a_text(login):
+    def type_on_button(window, host):
+        window.widget("askButton").focus()
+        with pytest.raises(errors.WindowBlockedError):
+            window.type("no such", timeout=0)
+        dialog = window.app.window(name="asked")
+        eventually(dialog).is_open()
+        dialog.press("Escape")
+        eventually(dialog).is_closed()
+
+    login(type_on_button)
+
+
 def test_keys_and_line_breaks_elsewhere_are_kept(login):
     def type_and_press(window, host):
         window.widget("pinEdit").press("x", "7")

@@ -4,8 +4,10 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -41,6 +43,19 @@ void addBox(QWidget* window)
     window->layout()->addWidget(box);
 }
 
+// Its dialog runs an event loop of its own, within the key that presses the button.
+void addAskingButton(TestHost& host, QWidget* window)
+{
+    auto* button = new QPushButton(QLatin1String("Ask"));
+    button->setObjectName(QLatin1String("askButton"));
+    window->layout()->addWidget(button);
+    host.onSignal(button, SIGNAL(clicked()), [window] {
+        QDialog dialog(window);
+        dialog.setObjectName(QLatin1String("asked"));
+        dialog.exec();
+    });
+}
+
 // The window with one field is in front, and the other one has the fields that hide their text.
 void addSecondWindow(TestHost& host)
 {
@@ -71,6 +86,7 @@ void build(TestHost& host)
     addBox(window);
     addField(window, "unlitEdit", QLineEdit::Password)->hide();
     addField(window, "greyEdit", QLineEdit::Password)->setEnabled(false);
+    addAskingButton(host, window);
     addSecondWindow(host);
     window->move(60, 60);
     window->show();

@@ -26,6 +26,7 @@ _PART = 500
 """How many characters one request types: the application does nothing else meanwhile, and has to answer in time."""
 
 _TABS = re.compile(r"[^\t]*\t*")
+_BLANKS = re.compile(r"[^\t\r\n ]*[\t\r\n ]?")
 _LINES = re.compile(r"[^\t\r\n]*[\t\r\n]*")
 
 _CLICK = mouse_command("MouseClick", "left", None, "")
@@ -220,6 +221,8 @@ def _typing(text: str) -> Send:
             place = locator if is_first else ""
             asks = not is_first or _has_inner_break(rest)
             divides = _LINES if asks and not connection.keeps_returns(window, place) else _TABS
+            if not place and " " in rest.rstrip(" ") and connection.is_button_focused(window):
+                divides = _BLANKS  # a blank presses the button, which may open a dialog that holds the reply
             part = divides.match(rest[:_PART])[0]  # type: ignore[index]
             connection.type_text(window, part, place)
             remaining[:] = [rest[len(part) :]] if len(part) < len(rest) else []

@@ -9,7 +9,7 @@ from ..errors import CommandError, OldAgentError, ProtocolError, QtDriverError, 
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
 from .locators import Address, Locator, is_special, path_locator
-from .secrets import keeps_line_breaks
+from .secrets import has_focused_button, keeps_line_breaks
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -182,6 +182,11 @@ class ExtendedChannel(Channel):
         """Whether a typed line break stays in what takes the keys, since that is a text editor. No part of the transcript."""
         self.require("+type")
         return keeps_line_breaks(self, window, locator.text if isinstance(locator, Locator) else locator)
+
+    def is_button_focused(self, window: str) -> bool:
+        """Whether a button has the keyboard focus. No part of the transcript."""
+        self.require("+type")
+        return has_focused_button(self, window)
 
     def turn_wheel(self, window: str, locator: Address, command: str) -> str:
         """Plays a wheel command "x:y:modifier:horizontal:vertical", the last two in steps, up and left being positive.

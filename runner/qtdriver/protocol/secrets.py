@@ -340,6 +340,13 @@ def keeps_line_breaks(channel: "Channel", window: str, place: str) -> bool:
         return _stays(channel, encode_utf8_hex(window), place)
 
 
+def has_focused_button(channel: "Channel", window: str) -> bool:
+    """Whether a button in a window has the focus. Asks outside the transcript."""
+    with channel.transcript.paused():
+        button = f"QAbstractButton {_HAS_FOCUS} first"
+        return _asked_for(channel, encode_utf8_hex(window), button, "enabled").ok
+
+
 def _stays(channel: "Channel", window: str, place: str) -> bool:
     editor = place or f"{_HAS_FOCUS} .tabChangesFocus~=. first"
     return _asked_for(channel, window, editor, "tabChangesFocus").ok
