@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import time
 from typing import Any, Dict, Optional, Set, Tuple
 
 from ..errors import QtDriverError
@@ -12,6 +13,8 @@ _BUTTONS = {0: 1, 1: 2, 2: 3}
 
 _WHEEL_UP, _WHEEL_DOWN, _WHEEL_LEFT, _WHEEL_RIGHT = 4, 5, 6, 7
 _MAX_STEPS = 20
+_MAX_SECONDS_WITHOUT_WINDOW = 1.0
+_SECONDS_BETWEEN_LOOKS = 0.01
 _NEEDS_XLIB = "install it: apt install python3-xlib, or pip install python-xlib"
 
 
@@ -46,6 +49,7 @@ class Input:
         self._buttons: Set[int] = set()
         self._spare = _spare_keycodes(display)
         self._given: Dict[int, int] = {}
+        self._had_active_window = True
 
     def play(self, told: Dict[str, Any]) -> None:
         """Plays one event.
@@ -111,12 +115,31 @@ class Input:
             if is_modifier(key):
                 self._hold(modifiers)
             return
+        self._wait_for_active_window()
         keycode, needs_shift = self._keycode(symbol)
         if is_text(key):
             modifiers = (modifiers - {SHIFT}) | ({SHIFT} if needs_shift else set())
         self._hold(modifiers)
         self._press(keycode, True)
         self._press(keycode, False)
+
+    def _wait_for_active_window(self) -> None:
+        """Waits while the window manager has taken the keyboard from a window that closes, and given it to no other one yet.
+
+        Where no window gets it for a second, the next keys do not wait again.
+        """
+        end = time.monotonic() + _MAX_SECONDS_WITHOUT_WINDOW
+        while not (has := self._has_active_window()) and self._had_active_window and time.monotonic() < end:
+            time.sleep(_SECONDS_BETWEEN_LOOKS)
+        self._had_active_window = has
+
+    def _has_active_window(self) -> bool:
+        """Whether a window has the keyboard; true without a window manager that tells."""
+        from Xlib import X
+
+        active = self._display.intern_atom("_NET_ACTIVE_WINDOW")
+        told = self._display.screen().root.get_full_property(active, X.AnyPropertyType)
+        return told is None or not len(told.value) or told.value[0] != X.NONE
 
     def _hold(self, modifiers: Set[str]) -> None:
         """Holds these modifiers and no others."""
