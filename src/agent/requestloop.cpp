@@ -5,6 +5,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
+#include <QtCore/QSocketNotifier>
 #include <QtCore/QTimer>
 #include <QtCore/QTimerEvent>
 #include <QtNetwork/QAbstractSocket>
@@ -100,7 +101,7 @@ void RequestLoop::timerEvent(QTimerEvent* event)
     if (event->timerId() != pause.timerId())
         return;
     pause.stop();
-    socket.setReadBufferSize(readAheadBytes);
+    resumeReading();
     state = State::Idle;
     runSlice();
 }
@@ -166,6 +167,19 @@ void RequestLoop::startPause()
     socket.setReadBufferSize(socket.bytesAvailable());
     pause.start(pauseMilliseconds, this);
     state = State::Paused;
+}
+
+// Windows tells of bytes that have arrived once, and again when some have been read, or the notifier is enabled. Qt 4.8
+// takes such a message while its buffer is full, reads nothing, and leaves the notifier enabled: no other would come.
+void RequestLoop::resumeReading()
+{
+    for (QSocketNotifier* notifier : socket.findChildren<QSocketNotifier*>()) {
+        if (notifier->type() == QSocketNotifier::Read && notifier->isEnabled()) {
+            notifier->setEnabled(false);
+            notifier->setEnabled(true);
+        }
+    }
+    socket.setReadBufferSize(readAheadBytes);
 }
 
 } // namespace agent

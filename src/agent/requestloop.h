@@ -54,6 +54,7 @@ private:
     bool takeRequest(QByteArray& request);
     void writeReply(const QByteArray& reply);
     void startPause();
+    void resumeReading();
     void endSlice();
 
     QAbstractSocket& socket;
