@@ -48,6 +48,9 @@ def environment():
         "WINEPATH": ";".join(map(windows_path, folders)),
         "QT_PLUGIN_PATH": windows_path(qt / "plugins"),
         "QT_QPA_PLATFORM": "windows",
+        # Without OpenGL, which Qt 5 and 6 look for by Direct3D, an application starts in half the time.
+        "WINE_D3D_CONFIG": "renderer=no3d",
+        "XENVIRONMENT": str(ROOT / "tests" / "windows" / "xresources"),
     }
 
 

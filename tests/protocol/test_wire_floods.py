@@ -6,11 +6,13 @@ import threading
 import pytest
 
 from faultapp import CLICK, MEBIBYTE, PRESS, RELEASE, UNKNOWN, FaultApp
-from hostapp import eventually, hexed
+from hostapp import WINDOWS, eventually, hexed
 
 READ_AHEAD = 64 * 1024
 LONGEST_REQUEST = 16 * MEBIBYTE
 UNREAD_REPLIES = 4 * MEBIBYTE
+MANY = 10_000 if WINDOWS else 100_000
+"""Requests in one write. Under Wine each takes ten times as long."""
 KERNEL_BUFFERS = 16 * MEBIBYTE
 """More than the sockets of both ends hold."""
 
@@ -97,11 +99,11 @@ def test_the_work_for_a_line_in_pieces_grows_with_its_length_alone(app):
     assert long < 8 * short, "four times the length takes four times the work"
 
 
-def test_100_000_requests_in_one_write_are_all_answered_in_order(app):
-    requests = b"".join(b"8,%d\n" % number for number in range(100000))
+def test_many_requests_in_one_write_are_all_answered_in_order(app):
+    requests = b"".join(b"8,%d\n" % number for number in range(MANY))
     with app.undisturbed():
         writer = in_background(lambda: app.send(requests))
-        for number in range(100000):
+        for number in range(MANY):
             assert app.read_line() == f"2,Window ({number}) not found"
         writer.join()
 
@@ -115,10 +117,10 @@ def test_clicks_sent_together_are_all_delivered(app):
         app.forget()
 
 
-def test_a_hundred_thousand_line_feeds_are_as_many_unknown_commands(app):
+def test_line_feeds_are_as_many_unknown_commands(app):
     with app.undisturbed():
-        writer = in_background(lambda: app.send(b"\n" * 100000))
-        for _ in range(100000):
+        writer = in_background(lambda: app.send(b"\n" * MANY))
+        for _ in range(MANY):
             assert app.read_line() == "8,Command not found"
         writer.join()
 
