@@ -6,7 +6,9 @@ import subprocess
 
 import pefile
 import pytest
-from hostplatform import BUILD, QT, ROOT, environment
+from agentserver import listen
+from hostapp import DEADLINE
+from hostplatform import BUILD, QT, ROOT, environment, windows_path
 
 
 def library(name):
@@ -53,7 +55,7 @@ def test_the_agent_is_found_on_the_path_by_its_bare_name(name):
     assert (process.wait(120), answer) == (0, b"agent loaded\n")
 
 
-def test_a_host_is_built_against_the_installed_package(tmp_path):
+def test_a_host_is_built_against_the_installed_package_and_driven(tmp_path):
     prefix, build = tmp_path / "installed", tmp_path / "build"
     qt = os.environ[f"QT{QT}_WINDOWS"]
     options = {
@@ -75,3 +77,28 @@ def test_a_host_is_built_against_the_installed_package(tmp_path):
     assert {path.name for path in (prefix / "bin").iterdir()} == {"qtdriver.dll", "qttestability.dll"}
     host = pefile.PE(str(build / "linkinghost.exe"))
     assert b"qtdriver.dll" in {entry.dll for entry in host.DIRECTORY_ENTRY_IMPORT}
+    assert_is_driven(build / "linkinghost.exe", prefix / "bin")
+
+
+def assert_is_driven(host, agent):
+    """Starts the host with the agent of this folder. Without a connection it ends."""
+    variables = {**os.environ, **environment()}
+    folders = variables["WINEPATH"].split(";")
+    assert folders[0] == windows_path(BUILD / "bin")
+    variables["WINEPATH"] = ";".join([windows_path(agent), *folders[1:]])
+    with listen() as server:
+        server.settimeout(DEADLINE)
+        process = subprocess.Popen(["wine", str(host)], env=variables)
+        try:
+            connection, _ = server.accept()
+            connection.settimeout(DEADLINE)
+            with connection, connection.makefile("rwb") as lines:
+                assert lines.readline().startswith(b"+client+ ")
+                lines.write(b"8,Linked\n")
+                lines.flush()
+                assert lines.readline() == b"0,Linked\n"
+            assert process.wait(DEADLINE) == 0
+        finally:
+            if process.poll() is None:
+                process.kill()
+                process.wait()
