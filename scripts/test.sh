@@ -73,7 +73,7 @@ rm -f "$queue"/results.xml "$queue"/suites.json
 /usr/bin/python3 scripts/suites.py "$queue" --only "$only" "${builds[@]}"
 status=0
 # A suite waits for its applications and its desktop more than half of its time, so more run at a time than there are cores.
-ctest --test-dir "$queue" --parallel $(($(nproc) * 3)) --output-on-failure --no-label-summary --no-tests=error \
+ctest --test-dir "$queue" --parallel $(($(nproc) * 5 / 2)) --output-on-failure --no-label-summary --no-tests=error \
     --output-junit results.xml --test-output-size-passed 100000000 --test-output-size-failed 100000000 || status=$?
 for note in ${notes[@]+"${notes[@]}"}; do echo "test: $note"; done
 exec /usr/bin/python3 scripts/count_tests.py "$queue/suites.json" "$queue/results.xml" "$status"
