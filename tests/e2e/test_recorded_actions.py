@@ -64,7 +64,7 @@ CASES = {
     ),
     "a selection of text": (
         [mouse("press", LINE), mouse("release", LINE, at=[90, 10])],
-        ['# not recorded: a drag with the mouse, from find(label="Customer:")'],
+        [],
     ),
     "a column that is moved": (
         [mouse("press", COLUMNS, item=SECTION), mouse("release", COLUMNS, at=[5, 10])],

@@ -29,8 +29,12 @@ NEVER_DRAGGED = (
     "scroll area",
     "tabs",
     "menu bar",
+    "edit",
+    "spin box",
+    "combo box",
+    "date edit",
 )
-"""A drag that begins on these does nothing that a test has to repeat."""
+"""A drag that begins on these does nothing that a test has to repeat: a field is filled whatever was selected in it."""
 VIEWS = ("list", "tree", "table", "view")
 """Their rows can be dragged and dropped."""
 _MODIFIERS = {"Shift": "shift", "Ctrl": "control", "Alt": "alt"}
