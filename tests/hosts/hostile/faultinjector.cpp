@@ -169,9 +169,12 @@ void FaultInjector::connectSignalsOf(Stage& stage, QObject* sender)
     for (const SignalRow& row : signalRows) {
         if (!sender->inherits(row.className))
             continue;
-        stage.host.onSignal(sender, row.signal, [&stage, sender, row] {
-            if (!stage.isQuiet() && !WatchfulApplication::isDestroying() && stage.chance.oneIn(signalRarity))
-                doHarm(stage, sender, placeOf(row, sender));
+        // The stage is gone before what is deleted at the very end.
+        const QPointer<Stage> guarded(&stage);
+        stage.host.onSignal(sender, row.signal, [guarded, sender, row] {
+            if (guarded && !guarded->isQuiet() && !WatchfulApplication::isDestroying()
+                && guarded->chance.oneIn(signalRarity))
+                doHarm(*guarded, sender, placeOf(row, sender));
         });
     }
 }
