@@ -131,8 +131,8 @@ class Session:
 
     def write(self, text, **wanted):
         """Clicks a field and types a text, once more where the window manager has not let the keys through."""
-        self.click_into(**wanted)
         for seconds in (15, 60):
+            self.click_into(**wanted)
             self.page.chord(CONTROL, "a")
             self.page.press(*text)
             with suppress(ConditionError):
