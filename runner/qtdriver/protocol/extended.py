@@ -8,7 +8,7 @@ from typing import FrozenSet, Iterator, Mapping, Optional, Tuple
 from ..errors import CommandError, OldAgentError, ProtocolError, QtDriverError, ReplyError
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
-from .locators import Address, Locator, is_special, path_locator
+from .locators import Address, Locator, as_locator, is_special
 from .secrets import has_focused_button, keeps_line_breaks
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
@@ -165,13 +165,7 @@ class ExtendedChannel(Channel):
         try:
             yield
         except ReplyError:
-            found = (
-                locator.text
-                if isinstance(locator, Locator)
-                else path_locator(locator).text
-                if locator
-                else ""
-            )
+            found = as_locator(locator).text if locator else ""
             if isinstance(text, str) and not is_special(locator):
                 with suppress(QtDriverError):
                     self._typed.learn(EXTENSION_BY_NAME["+type"].compose(window, found, text))

@@ -6,34 +6,12 @@ from typing import Dict, Tuple
 
 from .events import Event
 from .steps import Argument
+from .typing_runs import FIELDS
 
-PASSIVE = (
-    "scroll bar",
-    "size grip",
-    "splitter handle",
-    "label",
-    "group",
-    "window",
-    "dialog",
-    "scroll area",
-    "tabs",
-)
+_STILL = ("scroll bar", "size grip", "label", "group", "window", "dialog", "scroll area", "tabs")
+PASSIVE = (*_STILL, "splitter handle")
 """A click on these does nothing that a test has to repeat."""
-NEVER_DRAGGED = (
-    "scroll bar",
-    "size grip",
-    "label",
-    "group",
-    "window",
-    "dialog",
-    "scroll area",
-    "tabs",
-    "menu bar",
-    "edit",
-    "spin box",
-    "combo box",
-    "date edit",
-)
+NEVER_DRAGGED = (*_STILL, "menu bar", *FIELDS)
 """A drag that begins on these does nothing that a test has to repeat: a field is filled whatever was selected in it."""
 VIEWS = ("list", "tree", "table", "view")
 """Their rows can be dragged and dropped."""
