@@ -63,9 +63,9 @@ if(UNIX)
 endif()
 find_program(CCACHE ccache)
 if(CCACHE)
-  # ccache goes by the lists of headers that the compiler writes: its other way is to preprocess first, by which GCC 12 crashes
-  # for half of the sources with precompiled headers, so that they were never cached. The first two kinds of sloppiness are
-  # needed for precompiled headers. The locale changes only the language of warnings, and packages are made in another one.
+  # ccache goes by the lists of headers that the compiler writes. Its other way is to have the compiler preprocess first, and
+  # without such a list, with which -fpch-deps (see below) has GCC 12 crash. The first two kinds of sloppiness are needed for
+  # precompiled headers. The locale changes only the language of warnings, and packages are made in another one.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_DEPEND=1 CCACHE_SLOPPINESS=pch_defines,time_macros,locale ${CCACHE})
 endif()
 # Some fifty programs are linked for each Qt, and GNU ld takes five times as long.
