@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
 #include <malloc.h>
 #include <unistd.h>
 
@@ -86,6 +87,15 @@ void reportWork()
     report(QByteArray::number(ticks) + ' ' + QByteArray::number(qulonglong(mallinfo2().uordblks)));
 }
 
+// Loads the library whose path is the next line, and calls its function as a debugger does; reports what that returns.
+void attach()
+{
+    void* const library = dlopen(readOrder().constData(), RTLD_NOW);
+    using Attach = const char* (*)();
+    const auto call = reinterpret_cast<Attach>(library ? dlsym(library, "qtdriver_attach") : nullptr);
+    report(QByteArray("attached: ") + (call ? call() : dlerror()));
+}
+
 struct Order
 {
     const char* name;
@@ -99,6 +109,7 @@ const Order orders[] = {
     {"_exit", [] { _exit(8); }},
     {"child", runChild},
     {"work", reportWork},
+    {"attach", attach},
     {"wait", [] { report("waited for " + readOrder()); }},
 };
 
