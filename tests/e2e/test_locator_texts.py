@@ -39,6 +39,8 @@ def test_a_call_becomes_the_text_of_a_locator(found, text):
     "found, shown",
     [
         (locator("QPushButton", text="Save"), 'find("QPushButton", text="Save")'),
+        (locator(text="two\nlines, it's"), r"""find(text="two\nlines, it's")"""),
+        (locator(text='say "hi"'), """find(text='say "hi"')"""),
         (locator(text=containing("Sa")), 'find(text=containing("Sa"))'),
         (locator(text=re.compile("^sa", re.I)), "find(text=re.compile('^sa', re.IGNORECASE))"),
         (locator(properties={"readOnly": True}, ref=3), "find(properties={'readOnly': True}, ref=3)"),

@@ -266,7 +266,7 @@ CASES = {
         ],
         ['shop.file("a.txt")', 'shop.file("b.txt")'],
     ),
-    "lines": (keys(NOTES, "a\rb"), [r"shop.widget('notes').fill('a\nb')".replace("'notes'", '"notes"')]),
+    "lines": (keys(NOTES, "a\rb"), [r'shop.widget("notes").fill("a\nb")']),
     "an input method": (
         [event("text", LINE, text="日本", tree=tree())],
         ['shop.find(label="Customer:").fill("日本")'],

@@ -27,7 +27,7 @@ CASES = {
             event("key", NOTES, key="Return", text="\r", value="a"),
             *click(BUTTON, tree=tree(notes="a\n")),
         ],
-        [r"""shop.widget("notes").fill('a\n')""", 'shop.widget("brew").click()'],
+        [r'shop.widget("notes").fill("a\n")', 'shop.widget("brew").click()'],
     ),
     "a Return after which nothing has happened yet": (
         [*keys(NOTES, "a"), event("key", NOTES, key="Return", text="\r", value="a")],

@@ -22,7 +22,7 @@ NOTES = "Milk 1 €\nBread 2 €"
 FEATHERPAD = """def test_recorded(qtdriver):
     app = qtdriver.launch("featherpad", "--standalone", "FILE")
     fpwin = app.window(name="FPwin")
-    fpwin.find("FeatherPad::TextEdit").fill('Milk 1 €\\nBread 2 €')
+    fpwin.find("FeatherPad::TextEdit").fill("Milk 1 €\\nBread 2 €")
     fpwin.press("Ctrl+R")
     fpwin.widget("lineEditFind").fill("€")
     fpwin.widget("lineEditReplace").fill("euros")

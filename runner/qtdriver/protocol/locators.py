@@ -150,7 +150,8 @@ def as_address(found: Locator) -> str:
 def as_python(text: Text) -> str:
     """The argument in Python, in double quotes where it contains none."""
     if isinstance(text, str):
-        return repr(text) if '"' in text or not text.isprintable() or "\\" in text else f'"{text}"'
+        # repr() takes double quotes for a text with an apostrophe.
+        return repr(text) if '"' in text else '"' + repr("'" + text)[2:]
     if isinstance(text, Containing):
         return f"containing({as_python(text.part)})"
     return f"re.compile({text.pattern!r}{', re.IGNORECASE' if text.flags & re.IGNORECASE else ''})"

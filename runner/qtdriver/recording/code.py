@@ -6,6 +6,7 @@ import keyword
 import re
 from typing import Dict, Iterable, Iterator, List, NamedTuple, Sequence, Tuple
 
+from ..protocol.locators import as_python
 from .steps import Argument, Launch, Part, Recorded, Secret, Step
 
 _WORD = re.compile(r"[A-Za-z0-9]+")
@@ -77,14 +78,12 @@ def call_code(method: str, arguments: Iterable[Argument], keywords: Dict[str, Ar
 
 
 def python_value(value: Argument) -> str:
-    """A value in Python; texts in double quotes where they contain none."""
+    """A value in Python."""
     if isinstance(value, Secret):
         return f"SECRET_{value.number}"
     if isinstance(value, Part):
         return f"re.compile({_pattern(value.text)})"
-    if isinstance(value, str) and '"' not in value and "\\" not in value and value.isprintable():
-        return f'"{value}"'
-    return repr(value)
+    return as_python(value) if isinstance(value, str) else repr(value)
 
 
 def _pattern(text: str) -> str:
