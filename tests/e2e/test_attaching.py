@@ -2,6 +2,7 @@
 
 import os
 import re
+import subprocess
 from pathlib import Path
 
 import pytest
@@ -45,6 +46,16 @@ def test_an_application_without_glib_is_attached(driver, start):
     program = start(WIDGETS_HOST, "working", QT_NO_GLIB="1")
     assert program.next_line() == "start loop"
     assert serves(attach(driver, program).connection)
+
+
+def test_an_application_with_the_address_sanitizer_is_attached(driver, start):
+    asked = ["gcc", "-print-file-name=libasan.so"]
+    runtime = Path(subprocess.run(asked, capture_output=True, text=True, check=True).stdout.strip()).resolve()
+    program = start(WIDGETS_HOST, "working", LD_PRELOAD=str(runtime))
+    assert program.next_line() == "start loop" and runtime in program.mapped_files()
+    assert serves(attach(driver, program).connection)
+    program.tell("quit")
+    assert program.end() == (0, "end loop\ntorn down\n", "")
 
 
 def test_attaching_again_and_again_loses_nothing_and_leaks_nothing(driver, app):

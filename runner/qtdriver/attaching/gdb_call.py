@@ -9,7 +9,8 @@ import importlib
 import json
 import os
 import re
-from typing import Any, Tuple
+from itertools import takewhile
+from typing import Any, List, Tuple
 
 MARK = "qtdriver-attach "
 ORDER = "QTDRIVER_ATTACH"
@@ -19,27 +20,34 @@ CALLED, REFUSED, BUSY, FORBIDDEN, FAILED = "called", "refused", "busy", "forbidd
 """The ends: the function was called; it, or the loader, said why not; the main thread does something; gdb may not look into
 the program; anything else."""
 
-_LIBRARIES = r"/(ld-|libc[.-]|libpthread|libdl|libglib-2|libQt(5|6)?Core)"
+_LIBRARIES = r"/\(ld-\|libc[.-]\|libpthread\|libdl\|libasan\)"
+"""Those of which gdb needs symbols, as a basic regular expression, which is what its command takes."""
 _C_LIBRARY = re.compile(r"/lib(c|pthread)[.-][^/]*$")
 _EVENT_LOOP = re.compile(r"/lib(glib-2|Qt[56]?Core)[^/]*$")
 _WAITING = re.compile(r"(__GI_)?_*(p?poll|p?select)(64)?(_nocancel|_chk)?|\?\?")
+_ADDRESS_SANITIZER = re.compile(r"/libasan\.[^/]*$")
+_INTERCEPTOR = re.compile(r"_*interceptor_(trampoline_)?_*(p?poll|p?select)(64)?(_chk)?|p?poll|p?select")
 _RTLD_NOW = 2
 _MAX_FRAMES = 8
 
 
 def is_waiting(frame: Any) -> bool:
-    """Whether the innermost calls are those of an event loop that waits: of the C library, and that by GLib or QtCore."""
+    """Whether the innermost calls are those of an event loop that waits: of the C library, and that by GLib or QtCore.
+
+    With AddressSanitizer its runtime is between them, which holds no lock while it calls the C library to wait. That of
+    ThreadSanitizer takes note of what the thread does meanwhile, and is therefore not passed over.
+    """
     gdb: Any = importlib.import_module("gdb")
-    for _ in range(_MAX_FRAMES):
-        library = gdb.solib_name(frame.pc()) or ""
-        if not _C_LIBRARY.search(library):
-            return bool(_EVENT_LOOP.search(library))
-        if not _WAITING.fullmatch(frame.name() or "??"):
-            return False
+    calls: List[Tuple[str, str]] = []
+    while frame is not None and len(calls) < _MAX_FRAMES:
+        calls.append((frame.name() or "??", gdb.solib_name(frame.pc()) or ""))
         frame = frame.older()
-        if frame is None:
-            break
-    return False
+    inner = list(takewhile(lambda call: _C_LIBRARY.search(call[1]), calls))
+    outer = calls[len(inner) :]
+    if outer and _ADDRESS_SANITIZER.search(outer[0][1]) and _INTERCEPTOR.fullmatch(outer[0][0]):
+        del outer[0]
+    waits = bool(inner) and all(_WAITING.fullmatch(name) for name, _ in inner)
+    return waits and bool(outer and _EVENT_LOOP.search(outer[0][1]))
 
 
 def _call(function: str, kind: str, *arguments: int) -> Any:
