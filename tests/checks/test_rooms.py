@@ -16,7 +16,8 @@ MAXIMUM_FILES = 20
 # The packages of the runner, and which ones each stands on. It may import those, and what they stand on in turn.
 STANDS_ON = {
     "errors": (),
-    "protocol": ("errors",),
+    "callers": (),
+    "protocol": ("errors", "callers"),
     "lookup": ("protocol",),
     "crashes": ("errors",),
     "launch": ("protocol", "crashes"),

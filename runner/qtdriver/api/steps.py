@@ -7,8 +7,8 @@ import time
 from contextlib import contextmanager
 from typing import TYPE_CHECKING, Iterator, List, Optional, Tuple
 
+from ..callers.callers import Caller, RunningCall, running_call
 from ..launch.process import FailedStart
-from ..protocol.callers import Caller, RunningCall, running_call
 from ..protocol.locators import Locator
 from ..protocol.transcript import Group, Step
 from ..protocol.waiting import bounded_by

@@ -9,7 +9,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Callable, Iterable, Iterator, List, Optional
 
-from ..protocol.callers import calling_frame
+from ..callers.callers import calling_frame
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

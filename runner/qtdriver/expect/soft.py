@@ -7,8 +7,8 @@ from contextvars import ContextVar
 from pathlib import Path
 from typing import List, NamedTuple, Optional
 
+from ..callers.callers import calling_frame
 from ..errors import ConditionError
-from ..protocol.callers import calling_frame
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
 

@@ -10,9 +10,9 @@ from types import FrameType
 from typing import Any, Callable, Dict, Optional
 
 from ..api.app import App
+from ..callers.callers import calling_frame
 from ..inspector.program import open_browser
 from ..inspector.server import PageServer, require_aiohttp
-from ..protocol.callers import calling_frame
 from . import terminal
 from .target import STEP, PausedTarget, Place
 

@@ -8,7 +8,7 @@ from contextlib import contextmanager
 from dataclasses import dataclass, field
 from typing import Deque, Iterator, List, NamedTuple, Optional, Tuple
 
-from .callers import RunningCall
+from ..callers.callers import RunningCall
 from .locators import Locator
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own

@@ -1,0 +1,1 @@
+"""The line of the test that made a call."""
