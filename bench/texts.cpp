@@ -3,7 +3,7 @@
 
 #include "onscreen.h"
 #include "pairs.h"
-#include "proxy/keyboard.h"
+#include "proxy/keysequence.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QKeyEvent>
@@ -11,6 +11,8 @@
 #include <QTextEdit>
 #include <QVBoxLayout>
 #include <QValidator>
+
+#include <memory>
 
 namespace {
 
@@ -110,9 +112,12 @@ Measured makeTypedText(int size)
         QTextEdit* edit = &textWindow().text;
         edit->clear();
         edit->setFocus();
-        proxy::Keyboard keyboard(edit);
-        for (int position = 0; position < text.size();)
-            keyboard.send(proxy::Keyboard::type(proxy::takeKeyStroke(text, position)));
+        int position = 0;
+        const auto keys = std::make_shared<proxy::KeySequence>(edit, [&] {
+            return position < text.size() ? proxy::Keyboard::type(proxy::takeKeyStroke(text, position))
+                                          : proxy::KeyEvents();
+        });
+        keys->run([] {});
     };
 }
 

@@ -49,8 +49,13 @@ QByteArray executeRequest(const Request& request, STApplicationProxy& registry)
 
 QByteArray executeCommand(const QByteArray& line, STApplicationProxy& registry)
 {
+    return replyOf([&] { return executeRequest(Request(line), registry); });
+}
+
+QByteArray replyOf(const std::function<QByteArray()>& execute)
+{
     try {
-        return executeRequest(Request(line), registry);
+        return execute();
     } catch (const STError& error) {
         return "8,Exception : " + error.message.toLatin1();
     } catch (...) {

@@ -1,12 +1,14 @@
 #include "agent/inputextensions.h"
 
+#include "agent/commands.h"
 #include "agent/keyboardfocus.h"
 #include "agent/locatedwidget.h"
 #include "agent/readiness.h"
 #include "agent/request.h"
+#include "agent/requestloop.h"
 #include "agent/wirevalue.h"
 #include "compat/systeminput.h"
-#include "proxy/keyboard.h"
+#include "proxy/keysequence.h"
 #include "proxy/mousecommand.h"
 #include "proxy/stapplicationproxy.h"
 #include "proxy/sterror.h"
@@ -19,6 +21,7 @@
 #include <QWidget>
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace agent {
@@ -43,9 +46,33 @@ QByteArray withWidget(const Request& request, Act act)
     return access.widget->isEnabled() ? act(access.widget) : notYet(QLatin1String("disabled"));
 }
 
-// The same, but first prepares the window for keys, and gives the focus to the widget that a locator names.
-template <class Act>
-QByteArray withKeyboard(const Request& request, STApplicationProxy& registry, Act act)
+// The class of the widget, and the strokes that nobody is to see.
+QByteArray replyAfter(const proxy::KeySequence& keys, const QByteArray& classReply)
+{
+    if (keys.hasLostWidget())
+        proxy::raiseError(proxy::deadWidgetMessage);
+    QByteArray reply = classReply;
+    const char* separator = ",hidden:";
+    for (const proxy::KeySequence::Range& range : keys.hiddenStrokes()) {
+        reply += separator + QByteArray::number(range.first) + '-' + QByteArray::number(range.second);
+        separator = ";";
+    }
+    return reply;
+}
+
+QByteArray send(QWidget* widget, const proxy::KeySequence::NextStroke& nextStroke)
+{
+    const QByteArray className = classReply(compat::keyReceiver(widget->window()));
+    const RequestLoop::Reply replyEarly = RequestLoop::replyToCurrent();
+    const auto keys = std::make_shared<proxy::KeySequence>(widget, nextStroke);
+    const proxy::KeySequence& handled = *keys;
+    keys->run([&] { replyEarly(replyOf([&] { return replyAfter(handled, className); })); });
+    return replyAfter(handled, className);
+}
+
+// Sends keys to a widget, but first prepares the window for them, and gives the focus to the widget that a locator names.
+QByteArray withKeyboard(
+    const Request& request, STApplicationProxy& registry, const proxy::KeySequence::NextStroke& nextStroke)
 {
     return withWidget(request, [&](QWidget* found) {
         const QPointer<QWidget> widget(found);
@@ -59,10 +86,7 @@ QByteArray withKeyboard(const Request& request, STApplicationProxy& registry, Ac
             proxy::raiseError(proxy::deadWidgetMessage);
         if (!isFocused)
             return notYet(QLatin1String(focusLostReason));
-        const QByteArray reply = classReply(compat::keyReceiver(widget->window()));
-        proxy::Keyboard keyboard(widget);
-        act(keyboard);
-        return reply;
+        return send(widget, nextStroke);
     });
 }
 
@@ -97,11 +121,9 @@ QByteArray pressKeys(const Request& request, STApplicationProxy& registry)
     const MakeEvents make = modeNamed(request.utf8Text(4));
     if (make != proxy::Keyboard::click && strokes.size() > 1)
         proxy::raiseError("Only one key stroke can be held");
-    return withKeyboard(request, registry, [&](proxy::Keyboard& keyboard) {
-        for (std::size_t i = 0; i + 1 < strokes.size(); ++i)
-            keyboard.send(make(strokes[i]));
-        keyboard.post(make(strokes.back()));
-    });
+    std::size_t position = 0;
+    return withKeyboard(
+        request, registry, [&] { return position < strokes.size() ? make(strokes[position++]) : proxy::KeyEvents(); });
 }
 
 QByteArray typeText(const Request& request, STApplicationProxy& registry)
@@ -109,14 +131,10 @@ QByteArray typeText(const Request& request, STApplicationProxy& registry)
     const QString text = request.utf8Text(3);
     if (text.size() > maximumCharacters)
         proxy::raiseError("At most %d characters are typed at a time", maximumCharacters);
-    return withKeyboard(request, registry, [&](proxy::Keyboard& keyboard) {
-        for (int position = 0; position < text.size();) {
-            const proxy::KeyEvents events = proxy::Keyboard::type(proxy::takeKeyStroke(text, position));
-            if (position < text.size())
-                keyboard.send(events);
-            else
-                keyboard.post(events);
-        }
+    int position = 0;
+    return withKeyboard(request, registry, [&] {
+        return position < text.size() ? proxy::Keyboard::type(proxy::takeKeyStroke(text, position))
+                                      : proxy::KeyEvents();
     });
 }
 

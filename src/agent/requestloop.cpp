@@ -52,6 +52,12 @@ private:
     const QPointer<RequestLoop> loop;
 };
 
+QPointer<RequestLoop>& executingLoop()
+{
+    static QPointer<RequestLoop> loop;
+    return loop;
+}
+
 } // namespace
 
 RequestLoop::RequestLoop(QAbstractSocket& connection, const Execute& executeRequest)
@@ -115,9 +121,13 @@ void RequestLoop::runSlice()
     slice.start();
     QByteArray request;
     while (takeRequest(request)) {
-        const QByteArray reply = executeRequest(request) + '\n';
-        if (!self)
-            return;
+        const quint64 number = ++lastRequest;
+        unanswered = number;
+        executingLoop() = this;
+        const QByteArray reply = executeRequest(request);
+        if (!self || unanswered != number)
+            return; // an event loop within the request has gone on with the others
+        unanswered = 0;
         // A request that comes after the reply waits for the event loop: the application first handles the events that
         // the command has posted.
         const bool isLast = socket.bytesAvailable() == 0;
@@ -130,6 +140,32 @@ void RequestLoop::runSlice()
         if (slice.hasExpired(sliceMilliseconds) || proxy::HeldMouse::instance().hasUnhandled())
             startPause();
     }
+    endRequests();
+}
+
+RequestLoop::Reply RequestLoop::replyToCurrent()
+{
+    const QPointer<RequestLoop> loop = executingLoop();
+    const quint64 number = loop ? loop->unanswered : 0;
+    return [loop, number](const QByteArray& reply) {
+        if (loop && number && loop->unanswered == number)
+            loop->replyEarly(reply);
+    };
+}
+
+void RequestLoop::replyEarly(const QByteArray& reply)
+{
+    const QPointer<RequestLoop> self(this);
+    unanswered = 0;
+    writeReply(reply);
+    if (self)
+        endRequests();
+    if (self)
+        schedule();
+}
+
+void RequestLoop::endRequests()
+{
     if (state == State::Ending)
         delete &socket;
     else if (state == State::Executing)
@@ -155,7 +191,7 @@ void RequestLoop::writeReply(const QByteArray& reply)
 {
     if (!socket.isOpen())
         return;
-    socket.write(reply);
+    socket.write(reply + '\n');
     socket.flush();
 }
 

@@ -24,7 +24,13 @@ public:
     // The socket is not owned, but see deleteSocketAfterReply(). The loop must not outlive it.
     RequestLoop(QAbstractSocket& connection, const Execute& executeRequest);
 
-    // A request is on the stack.
+    // Writes the reply to a request that is on the stack; see replyToCurrent().
+    using Reply = std::function<void(const QByteArray& reply)>;
+    // The function with which the request that is being executed can have its reply before it returns, as when it runs an
+    // event loop of the application: later requests are executed there then, and what it returns is dropped.
+    static Reply replyToCurrent();
+
+    // A request without a reply is on the stack.
     bool isExecuting() const { return state == State::Executing || state == State::Ending; }
     // After the server has ended the connection: has the requests that arrived before executed, without replies, and
     // then closes the socket. Returns false if there are none, or one is on the stack: then the caller has to close it.
@@ -52,15 +58,19 @@ private:
 
     void runSlice();
     bool takeRequest(QByteArray& request);
+    void replyEarly(const QByteArray& reply);
     void writeReply(const QByteArray& reply);
     void startPause();
     void resumeReading();
+    void endRequests();
     void endSlice();
 
     QAbstractSocket& socket;
     const Execute execute;
     RequestReader reader;
     State state = State::Idle;
+    quint64 lastRequest = 0; // their number
+    quint64 unanswered = 0; // the number of the request that is executed and has no reply yet, 0 for none
     bool isClosing = false;
     QBasicTimer pause;
 };

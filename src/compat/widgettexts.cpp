@@ -8,6 +8,7 @@
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QTextEdit>
 #else
+#include <QtGui/QComboBox>
 #include <QtGui/QLineEdit>
 #endif
 
@@ -38,6 +39,14 @@ QString accessibleName(const QWidget* widget)
     Q_UNUSED(widget)
     return QString();
 #endif
+}
+
+bool hidesText(const QWidget* widget)
+{
+    const auto* line = qobject_cast<const QLineEdit*>(widget);
+    if (const auto* box = qobject_cast<const QComboBox*>(widget))
+        line = box->lineEdit();
+    return (line && line->echoMode() != QLineEdit::Normal) || widget->inputMethodHints() & Qt::ImhHiddenText;
 }
 
 } // namespace compat

@@ -1,12 +1,5 @@
 #include "proxy/keyboard.h"
 
-#include "compat/systeminput.h"
-#include "proxy/postedcall.h"
-#include "proxy/sterror.h"
-
-#include <QApplication>
-#include <QWidget>
-
 namespace proxy {
 
 namespace {
@@ -49,11 +42,6 @@ void appendRelease(KeyEvents& events, const KeyStroke& stroke, Qt::KeyboardModif
 
 } // namespace
 
-Keyboard::Keyboard(QWidget* widget)
-    : target(new Target{widget, widget->window(), widget->isActiveWindow()})
-{
-}
-
 KeyEvents Keyboard::click(const KeyStroke& stroke)
 {
     KeyEvents events;
@@ -83,38 +71,6 @@ KeyEvents Keyboard::type(const KeyStroke& stroke)
     append(events, QEvent::KeyPress, stroke, stroke.modifiers | heldModifiers);
     append(events, QEvent::KeyRelease, stroke, stroke.modifiers | heldModifiers);
     return events;
-}
-
-void Keyboard::send(const KeyEvents& events)
-{
-    for (const KeyEvent& event : events) {
-        if (!target->widget && event.type == QEvent::KeyPress)
-            raiseError(deadWidgetMessage);
-        target->send(event);
-    }
-    syncEvents();
-}
-
-void Keyboard::post(const KeyEvents& events)
-{
-    const std::shared_ptr<const Target> receiver = target;
-    for (const KeyEvent& event : events)
-        postCall([receiver, event] { receiver->send(event); });
-}
-
-void Keyboard::Target::send(const KeyEvent& event) const
-{
-    if (!widget && event.type == QEvent::KeyPress)
-        return;
-    QWidget* const active = QApplication::activeWindow();
-    QWidget* const modal = QApplication::activeModalWidget();
-    QWidget* receiver = window;
-    if (modal && modal != window)
-        receiver = modal; // the windowing system may not have given it the focus yet
-    else if (active && (followsFocus || !window))
-        receiver = active;
-    if (receiver)
-        compat::sendKeyEvent(receiver, event.type, event.key, event.modifiers, event.text);
 }
 
 } // namespace proxy

@@ -1,6 +1,7 @@
 #include "record/eventwriter.h"
 
 #include "compat/widgets.h"
+#include "compat/widgettexts.h"
 #include "locate/description.h"
 #include "locate/json.h"
 #include "locate/references.h"
@@ -83,14 +84,6 @@ void addPlace(locate::JsonObject& object, const Target& target)
         object.field("list") += "true";
 }
 
-bool hidesText(const QWidget* receiver)
-{
-    const auto* line = qobject_cast<const QLineEdit*>(receiver);
-    if (const auto* box = qobject_cast<const QComboBox*>(receiver))
-        line = box->lineEdit();
-    return (line && line->echoMode() != QLineEdit::Normal) || receiver->inputMethodHints() & Qt::ImhHiddenText;
-}
-
 // Adds the value that the field has before the event.
 void addFieldValue(locate::JsonObject& object, QWidget* receiver)
 {
@@ -154,7 +147,7 @@ void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& even
     addFlags(object, "modifiers", modifierRows, event.modifiers());
     if (event.isAutoRepeat())
         object.field("repeated") += "true";
-    if (!withPasswords && hidesText(receiver) && isPrintable(event.text())) {
+    if (!withPasswords && compat::hidesText(receiver) && isPrintable(event.text())) {
         object.field("hidden") += "true";
         return;
     }
@@ -169,7 +162,7 @@ void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& even
 
 void addText(locate::JsonObject& object, QWidget* receiver, const QInputMethodEvent& event, bool withPasswords)
 {
-    if (!withPasswords && hidesText(receiver)) {
+    if (!withPasswords && compat::hidesText(receiver)) {
         object.field("hidden") += "true";
         return;
     }

@@ -4,6 +4,8 @@ import os
 from contextlib import contextmanager
 from pathlib import Path
 
+from qtdriver.protocol.extensions import EXTENSION_BY_NAME
+
 from showcase import AGENTS, PROGRAM, QT
 from terminal import in_terminal
 
@@ -33,6 +35,11 @@ def test_a_session_in_a_terminal_completes_answers_and_remembers(tmp_path):
     assert "get Roastery brewButton text" in (tmp_path / "qtdriver" / "history").read_text()
 
 
+def pressing(name, key):
+    """A request that presses a key in a widget."""
+    return EXTENSION_BY_NAME["+press"].compose("Roastery", f"name={name}", key)
+
+
 def test_the_history_is_without_passwords(tmp_path):
     with session(tmp_path) as screen:
         for line, answer in (
@@ -40,6 +47,9 @@ def test_the_history_is_without_passwords(tmp_path):
             ("enter Roastery passwordEdit corr3ct-horse", "QLineEdit"),
             ("6,Roastery,passwordEdit,,=s:corr3ct-horse,", "QLineEdit"),
             ("enter Roastery customerEdit Ada", "QLineEdit"),
+            (pressing("passwordEdit", "w"), "QLineEdit"),
+            (pressing("passwordEdit", "z"), "QLineEdit"),
+            (pressing("customerEdit", "v"), "QLineEdit"),
         ):
             screen.type(f"{line}\r")
             screen.wait_for(answer)
@@ -47,3 +57,5 @@ def test_the_history_is_without_passwords(tmp_path):
     history = (tmp_path / "qtdriver" / "history").read_text()
     assert "enter Roastery passwordEdit ***" in history and "6,Roastery,passwordEdit,,=s:***," in history
     assert "enter Roastery customerEdit Ada" in history and "horse" not in history
+    assert pressing("passwordEdit", "***") in history and pressing("customerEdit", "v") in history
+    assert pressing("passwordEdit", "w") not in history and pressing("passwordEdit", "z") not in history

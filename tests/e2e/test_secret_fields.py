@@ -166,13 +166,34 @@ def test_a_password_for_a_window_that_is_not_in_front_is_in_no_trace(login):
     assert [form for form in forms_of("poplar-4723") if form in kept] == [] and "***" in kept
 
 
-def test_a_blank_that_opens_a_dialog_does_not_hold_the_rest_of_a_text(login):
+def test_a_password_for_an_editor_that_its_first_key_opens_is_in_no_trace(login):
+    ways = [
+        ("acacia-6711", lambda window, text: window.widget("keyList").type(f"{text}\n")),
+        ("brazil-6712", lambda window, text: window.widget("keyList").press(*text, "Return")),
+        (
+            "clover-6713",
+            lambda window, text: [window.widget("keyList").item(0).type(k) for k in (text, "\n")],
+        ),
+        ("daphne-6714", lambda window, text: (window.widget("keyList").focus(), window.type(f"{text}\n"))),
+    ]
+
+    def type_and_read(window, host):
+        for password, type_it in ways:
+            type_it(window, password)
+            eventually(window.widget("keyList").item(0).text).equals(password)
+
+    kept = login(type_and_read)
+    assert [form for password, _ in ways for form in forms_of(password) if form in kept] == []
+    assert kept.count("***") >= len(ways)
+
+
+@pytest.mark.parametrize("text", ["no such", "qsuch"], ids=["button", "shortcut"])
+def test_the_rest_of_a_text_goes_to_the_dialog_that_its_middle_opens(login, text):
     def type_on_button(window, host):
         window.widget("askButton").focus()
-        with pytest.raises(errors.WindowBlockedError):
-            window.type("no such", timeout=0)
-        dialog = window.app.window(name="asked")
-        eventually(dialog).is_open()
+        window.type(text)
+        dialog = window.app.window(name="asked0")
+        eventually(dialog.widget("askedEdit")).has(text="such")
         dialog.press("Escape")
         eventually(dialog).is_closed()
 

@@ -5,9 +5,12 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QItemDelegate>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -43,17 +46,54 @@ void addBox(QWidget* window)
     window->layout()->addWidget(box);
 }
 
-// Its dialog runs an event loop of its own, within the key that presses the button.
+// A dialog with an event loop of its own, within the key that opens it; its button opens another one.
+void ask(TestHost& host, QWidget* parent, int number)
+{
+    QDialog dialog(parent);
+    dialog.setObjectName(QString::fromLatin1("asked%1").arg(number));
+    new QVBoxLayout(&dialog);
+    addField(&dialog, "askedEdit")->setFocus(); // or it would wait for the windowing system, which may take its time
+    auto* button = new QPushButton(QLatin1String("Ask again"));
+    dialog.layout()->addWidget(button);
+    host.onSignal(button, SIGNAL(clicked()), [&host, &dialog, number] { ask(host, &dialog, number + 1); });
+    dialog.exec();
+}
+
+// A blank on the button opens the dialog, and so does the letter q where no field takes it.
 void addAskingButton(TestHost& host, QWidget* window)
 {
     auto* button = new QPushButton(QLatin1String("Ask"));
     button->setObjectName(QLatin1String("askButton"));
     window->layout()->addWidget(button);
-    host.onSignal(button, SIGNAL(clicked()), [window] {
-        QDialog dialog(window);
-        dialog.setObjectName(QLatin1String("asked"));
-        dialog.exec();
-    });
+    host.onSignal(button, SIGNAL(clicked()), [&host, window] { ask(host, window, 0); });
+    auto* shortcut = new QShortcut(QKeySequence(QLatin1String("Q")), window);
+    host.onSignal(shortcut, SIGNAL(activated()), [&host, window] { ask(host, window, 0); });
+}
+
+// Its editors hide their text.
+class SecretDelegate : public QItemDelegate
+{
+public:
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override
+    {
+        auto* editor = new QLineEdit(parent);
+        editor->setEchoMode(QLineEdit::Password);
+        return editor;
+    }
+};
+
+void addList(QWidget* window)
+{
+    auto* list = new QListWidget;
+    list->setObjectName(QLatin1String("keyList"));
+    list->setMaximumHeight(60);
+    list->addItem(QLatin1String("key"));
+    list->item(0)->setFlags(list->item(0)->flags() | Qt::ItemIsEditable);
+    list->setEditTriggers(QAbstractItemView::AnyKeyPressed);
+    list->setItemDelegate(new SecretDelegate);
+    list->itemDelegate()->setParent(list);
+    list->setCurrentRow(0);
+    window->layout()->addWidget(list);
 }
 
 // The window with one field is in front, and the other one has the fields that hide their text.
@@ -87,6 +127,7 @@ void build(TestHost& host)
     addField(window, "unlitEdit", QLineEdit::Password)->hide();
     addField(window, "greyEdit", QLineEdit::Password)->setEnabled(false);
     addAskingButton(host, window);
+    addList(window);
     addSecondWindow(host);
     window->move(60, 60);
     window->show();

@@ -2,7 +2,7 @@
 
 import pytest
 
-from extensions import extension
+from extensions import extension, hexadecimal
 from hostapp import eventually
 from replies import error
 
@@ -130,3 +130,39 @@ def test_thousands_of_characters_arrive_as_they_are(app):
     app.settle()
     assert app.get("custom", "typed") == text
     app.forget()
+
+
+@pytest.fixture
+def login(launch):
+    return launch("loginhost")
+
+
+def to_login(login, name, locator, text, window="Widget:login"):
+    return login.request(extension(name, window, locator, text))
+
+
+def test_the_reply_tells_which_keys_went_to_a_field_that_hides_its_text(login):
+    assert to_login(login, "+type", "path=userEdit", "ada\npin\t!") == "0,QLineEdit,hidden:4-7"
+    assert to_login(login, "+type", "path=userEdit", "one") == "0,QLineEdit"
+    assert to_login(login, "+type", "path=pinEdit", "\U0001f600e\r\n") == "0,QLineEdit,hidden:0-2"
+    assert to_login(login, "+press", "path=pinEdit", "Shift+A, Tab, B") == "0,QLineEdit,hidden:0-1"
+    assert to_login(login, "+press", "path=pinBox", "A") == "0,QComboBox,hidden:0-0"
+
+
+def test_an_editor_that_the_first_key_opens_hides_that_key_too(login):
+    assert to_login(login, "+type", "path=keyList", "s") == "0,QListWidget,hidden:0-0"
+    assert to_login(login, "+type", "", "ecret\nx").endswith(",hidden:0-6")
+    assert to_login(login, "+press", "path=keyList", "Escape, Down") == "0,QLineEdit,hidden:0-0"
+
+
+def test_a_dialog_that_opens_in_the_middle_of_a_text_gets_the_rest_and_holds_no_reply(login):
+    assert to_login(login, "+type", "path=askButton", "xqone\t two") == "0,QPushButton"
+    for dialog, text in (("asked1", "two"), ("asked0", "one")):
+        window = f"Widget:{dialog}"
+        eventually(
+            lambda: login.request(extension("+7", window, "name=askedEdit", "", "text", "")),
+            f"0,u:{hexadecimal(text)}",
+        )
+        assert to_login(login, "+press", "", "Escape", window)[:2] == "0,"
+    assert to_login(login, "+type", "path=userEdit", "ada") == "0,QLineEdit"
+    login.wait_until("userEdit", "text", "ada")

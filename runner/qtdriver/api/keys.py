@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import re
 from abc import ABC, abstractmethod
 from contextlib import contextmanager
 from typing import TYPE_CHECKING, Callable, Iterator, Optional, Tuple
@@ -24,10 +23,6 @@ _TEXT_PROPERTIES = ("plainText", "cleanText", "text", "currentText")
 
 _PART = 500
 """How many characters one request types: the application does nothing else meanwhile, and has to answer in time."""
-
-_TABS = re.compile(r"[^\t]*\t*")
-_BLANKS = re.compile(r"[^\t\r\n ]*[\t\r\n ]?")
-_LINES = re.compile(r"[^\t\r\n]*[\t\r\n]*")
 
 _CLICK = mouse_command("MouseClick", "left", None, "")
 
@@ -84,8 +79,7 @@ class KeyInput(ABC):
     def type(self, text: str, *, timeout: Optional[float] = None) -> None:
         """Types a text where the caret is: all of Unicode, a line break as Return, a tab as Tab.
 
-        A long text is sent in parts of 500 characters. A part also ends with its tabs and, but in text editors, with its line
-        breaks; those after the first go to what has the focus then.
+        A key that moves the focus, such as a tab, or that opens a dialog, leads the rest of the text there.
         """
         self.send_keys(f"type({text!r})", _typing(text), timeout)
 
@@ -205,33 +199,18 @@ def _place(window: str, path: Address) -> Tuple[str, Address]:
 
 
 def _typing(text: str) -> Send:
-    """Sends a text in parts; a repetition goes on with the part that was refused.
-
-    A part ends with its tabs, and with its line breaks unless these stay in a text editor: behind them there may be a
-    password field, and only requests of its own tell what is typed into that. The question before a later part gives the
-    application the time to move the focus.
-    """
+    """Sends a text in parts; a repetition goes on with the part that was refused."""
     remaining = [text.replace("\r\n", "\n")]  # one Return, also where two parts meet
     count = len(remaining[0])
 
     def send(connection: Connection, window: str, locator: Address) -> None:
         while remaining:
-            rest = remaining[0]
-            is_first = len(rest) == count
-            place = locator if is_first else ""
-            asks = not is_first or _has_inner_break(rest)
-            divides = _LINES if asks and not connection.keeps_returns(window, place) else _TABS
-            if not place and " " in rest.rstrip(" ") and connection.is_button_focused(window):
-                divides = _BLANKS  # a blank presses the button, which may open a dialog that holds the reply
-            part = divides.match(rest[:_PART])[0]  # type: ignore[index]
-            connection.type_text(window, part, place)
-            remaining[:] = [rest[len(part) :]] if len(part) < len(rest) else []
+            part, rest = remaining[0][:_PART], remaining[0][_PART:]
+            is_first = len(remaining[0]) == count  # later parts are for what has the focus by then
+            connection.type_text(window, part, locator if is_first else "")
+            remaining[:] = [rest] if rest else []
 
     return send
-
-
-def _has_inner_break(text: str) -> bool:
-    return "\n" in text.rstrip("\n") or "\r" in text.rstrip("\r")
 
 
 def _shown(keys: Tuple[str, ...]) -> str:

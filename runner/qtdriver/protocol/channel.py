@@ -4,7 +4,8 @@ from __future__ import annotations
 
 import socket
 import time
-from typing import Optional, Type, TypeVar
+from contextlib import contextmanager
+from typing import Iterator, Optional, Type, TypeVar
 
 from ..errors import ConnectionClosed, QtDriverError, RequestTimeout
 from ..errors.internal import NoReplyYet
@@ -13,8 +14,9 @@ from .extensions import readable_request
 from .greeting import Greeting
 from .lines import LineSocket
 from .peers import Peer
-from .secrets import Secrets, TypedSecrets
+from .secrets import Secrets
 from .transcript import KEPT_REPLY, Exchange, Transcript
+from .typed_secrets import TypedSecrets
 from .waiting import bounded
 from .wire import Reply, encode_line
 
@@ -118,26 +120,28 @@ class Channel(ClosedOnLeaving):
         """
         encode_line(line)
         started = time.monotonic()
-        answer, failure, kept_line = None, "", line
+        answer, failure = None, ""
         try:
-            kept_line = self._without_new_secrets(line)
+            with self._asking_for(line):
+                expected = self._typed.expect(line)
             answer = self.exchange(line, timeout)
             reply = Reply.parse(answer)
-            if not reply.ok:
-                self._typed.refused()
+            with self._asking_for(line):
+                self._typed.learn(line, reply, expected)
             return reply
         except QtDriverError as error:
             failure = str(error)
             raise
         finally:
             kept = None if answer is None else self.secrets.hide_in_beginning(answer, KEPT_REPLY)
-            shown = self.secrets.hide_in_line(kept_line)
+            shown = self.secrets.hide_in_line(line)
             self.transcript.add(Exchange(shown, kept, started, time.monotonic() - started, failure))
 
-    def _without_new_secrets(self, line: str) -> str:
-        """The request as it may be kept, but for the secrets, which it adds to."""
+    @contextmanager
+    def _asking_for(self, line: str) -> Iterator[None]:
+        """A context of questions on behalf of a request, whose errors name that."""
         try:
-            return self._typed.learn(line)
+            yield
         except RequestTimeout:
             raise self._timeout(line, self.timeout) from None
 

@@ -9,7 +9,6 @@ from ..errors import CommandError, OldAgentError, ProtocolError, QtDriverError, 
 from .channel import Channel
 from .extensions import EXTENSION_BY_NAME, decode_json, refusal
 from .locators import Address, Locator, as_locator, is_special
-from .secrets import has_focused_button, keeps_line_breaks
 from .wire import Argument, Rect, Reply, Value, encode_argument
 
 __tracebackhide__ = True  # pytest shows the line of the test, not the runner's own
@@ -153,11 +152,11 @@ class ExtendedChannel(Channel):
 
         Returns the class of the widget that had the focus.
         """
-        return self._extended("+press", window, locator, keys, mode).payload
+        return _class_of(self._extended("+press", window, locator, keys, mode))
 
     def type_text(self, window: str, text: str, locator: Address = "") -> str:
         """Types the text, a line break as Return and a tab as Tab. Returns the class of the widget that had the focus."""
-        return self._extended("+type", window, locator, text).payload
+        return _class_of(self._extended("+type", window, locator, text))
 
     @contextmanager
     def guarding(self, text: object, window: str, locator: Address) -> Iterator[None]:
@@ -168,19 +167,8 @@ class ExtendedChannel(Channel):
             found = as_locator(locator).text if locator else ""
             if isinstance(text, str) and not is_special(locator):
                 with suppress(QtDriverError):
-                    self._typed.learn(EXTENSION_BY_NAME["+type"].compose(window, found, text))
-                    self._typed.refused()
+                    self._typed.learn_unsent(EXTENSION_BY_NAME["+type"].compose(window, found, text))
             raise
-
-    def keeps_returns(self, window: str, locator: Address = "") -> bool:
-        """Whether a typed line break stays in what takes the keys, since that is a text editor. No part of the transcript."""
-        self.require("+type")
-        return keeps_line_breaks(self, window, locator.text if isinstance(locator, Locator) else locator)
-
-    def is_button_focused(self, window: str) -> bool:
-        """Whether a button has the keyboard focus. No part of the transcript."""
-        self.require("+type")
-        return has_focused_button(self, window)
 
     def turn_wheel(self, window: str, locator: Address, command: str) -> str:
         """Plays a wheel command "x:y:modifier:horizontal:vertical", the last two in steps, up and left being positive.
@@ -231,3 +219,8 @@ class ExtendedChannel(Channel):
         if not reply.ok:
             raise refusal(reply, str(located[0]) if located else "")
         return reply
+
+
+def _class_of(reply: Reply) -> str:
+    """The class in a reply to keys, which may tell more behind a comma."""
+    return reply.payload.partition(",")[0]

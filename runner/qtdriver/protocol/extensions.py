@@ -62,17 +62,18 @@ def readable_request(line: str) -> str:
     name, *sections = line.split(",")
     if name not in EXTENSION_BY_NAME:
         return line
-    texts = [_decoded_or_raw(digits) for digits in sections]
+    texts = [decode_or_nothing(digits) or digits for digits in sections]
     while texts and not texts[-1]:
         texts.pop()
     return ",".join([name, *texts])
 
 
-def _decoded_or_raw(digits: str) -> str:
+def decode_or_nothing(digits: str) -> str:
+    """The text of a section of an extension's request, empty for anything else."""
     try:
         return decode_utf8_hex(digits)
     except ValueError:
-        return digits
+        return ""
 
 
 def refusal(reply: Reply, shown: str = "") -> ReplyError:
