@@ -155,6 +155,8 @@ def test_a_recorded_session_is_the_test_that_a_person_would_write_and_passes(pag
     assert code(page) == STORY
     page.click("#save")
     page.wait_until("return document.getElementById('told').textContent.startsWith('Saved.')")
+    told = "Saved. Run it with: pytest test_recorded.py (and -n 1 while this page is open)"
+    assert page.text("#told") == told
     assert (folder / "test_recorded.py").read_text(encoding="utf-8") == STORY
     for _ in range(RUNS):
         assert "1 passed" in run_saved_test(folder)

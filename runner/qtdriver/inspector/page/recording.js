@@ -122,7 +122,7 @@ export class Recording {
       const path = byId("path").value;
       const {saved, exists} = await this.connection.ask("save", {path, text: this.editor.text, overwrite});
       byId("replace").hidden = !exists;
-      this.tell(exists ? `${path} is there already.` : `Saved. Run it with: pytest ${saved}`);
+      this.tell(exists ? `${path} is there already.` : `Saved. Run it with: pytest ${saved} (and -n 1 while this page is open)`);
     });
   }
 
