@@ -2,6 +2,10 @@
 
 #include "compat/systeminput.h"
 
+#include <QAbstractItemView>
+#include <QDropEvent>
+#include <QStyle>
+#include <QStyleOption>
 #include <QtGui/QCursor>
 #include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
@@ -88,6 +92,11 @@ QPoint globalPositionOf(const QMouseEvent& event)
     return event.globalPosition().toPoint();
 }
 
+QPoint positionOf(const QDropEvent& event)
+{
+    return event.position().toPoint();
+}
+
 QList<QWidget*> widgetsOf(const QAction& action)
 {
     QList<QWidget*> widgets;
@@ -109,6 +118,11 @@ QPoint positionOf(const QMouseEvent& event)
 QPoint globalPositionOf(const QMouseEvent& event)
 {
     return event.globalPos();
+}
+
+QPoint positionOf(const QDropEvent& event)
+{
+    return event.pos();
 }
 
 QList<QWidget*> widgetsOf(const QAction& action)
@@ -223,6 +237,21 @@ const char* socketErrorSignal()
 #else
     return SIGNAL(error(QAbstractSocket::SocketError));
 #endif
+}
+
+#if QT_VERSION >= 0x050000
+using ItemOption = QStyleOptionViewItem;
+#else
+using ItemOption = QStyleOptionViewItemV4;
+#endif
+
+QRect checkBoxOfItem(const QAbstractItemView& view, const QRect& item)
+{
+    ItemOption option;
+    option.initFrom(&view);
+    option.rect = item;
+    option.features |= ItemOption::HasCheckIndicator;
+    return view.style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &view);
 }
 
 } // namespace compat

@@ -7,7 +7,9 @@
 #include <QtCore/QSize>
 #include <QtCore/QString>
 
+class QAbstractItemView;
 class QAction;
+class QDropEvent;
 class QIcon;
 class QMouseEvent;
 class QPixmap;
@@ -25,6 +27,7 @@ QMouseEvent* newMouseEvent(QEvent::Type type, const QWidget* target, const QPoin
 // Positions in the widget, and on the screen.
 QPoint positionOf(const QMouseEvent& event);
 QPoint globalPositionOf(const QMouseEvent& event);
+QPoint positionOf(const QDropEvent& event);
 QPoint positionOf(const QWheelEvent& event);
 QPoint globalPositionOf(const QWheelEvent& event);
 
@@ -48,6 +51,10 @@ QRect availableGeometry(const QWidget* widget);
 // Without it, an item view of Qt 5 or 6 would take the space key for a search for the empty text, and move to the next
 // item.
 QString keyCodeText(int key);
+
+// The rectangle of the check box of a checkable item whose own rectangle this is, in the view's viewport, as Qt's own delegate
+// draws it.
+QRect checkBoxOfItem(const QAbstractItemView& view, const QRect& item);
 
 // The SIGNAL() text of QAbstractSocket's error signal.
 const char* socketErrorSignal();

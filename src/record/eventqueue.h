@@ -16,6 +16,7 @@ public:
     // Removes all events and returns them as an array of JSON. The count of dropped events begins anew.
     QByteArray take();
     void clear();
+    bool isEmpty() const { return events.empty(); }
 
     // How many have been dropped since the last take().
     int dropped() const { return lost; }

@@ -76,14 +76,6 @@ void addPair(locate::JsonObject& object, const char* key, int first, int second)
     json += ']';
 }
 
-void addPlace(locate::JsonObject& object, const Target& target)
-{
-    addPair(object, "at", target.position.x(), target.position.y());
-    addPair(object, "size", target.widget->width(), target.widget->height());
-    if (target.isInList)
-        object.field("list") += "true";
-}
-
 // Adds the value that the field has before the event.
 void addFieldValue(locate::JsonObject& object, QWidget* receiver)
 {
@@ -101,28 +93,50 @@ Target targetIn(QWidget* outer, const QWidget* receiver, const QPoint& position)
     return {outer, receiver->mapTo(outer, position), false};
 }
 
+// The combo box whose open list the widget is; null for others.
+QComboBox* boxOfList(QWidget* widget)
+{
+    QWidget* const container = qobject_cast<QAbstractItemView*>(widget) ? widget->parentWidget() : widget;
+    const bool isList = container && container->inherits("QComboBoxPrivateContainer");
+    return isList ? qobject_cast<QComboBox*>(container->parentWidget()) : nullptr;
+}
+
 } // namespace
 
 Target targetOf(QWidget* receiver, const QPoint& position)
 {
     QWidget* parent = receiver->parentWidget();
     const auto* area = qobject_cast<QAbstractScrollArea*>(parent);
-    if (area && area->viewport() == receiver) {
-        QWidget* container = qobject_cast<QAbstractItemView*>(parent) ? parent->parentWidget() : nullptr;
-        auto* box = container && container->inherits("QComboBoxPrivateContainer")
-            ? qobject_cast<QComboBox*>(container->parentWidget())
-            : nullptr;
-        return box ? Target{box, position, true} : targetIn(parent, receiver, position);
-    }
+    const bool isViewport = area && area->viewport() == receiver;
+    QWidget* box = boxOfList(isViewport ? parent : receiver);
+    if (!box && receiver->window()->inherits("QCalendarPopup"))
+        box = qobject_cast<QAbstractSpinBox*>(receiver->window()->parentWidget()); // a date edit
+    if (box)
+        return {box, position, true};
+    if (isViewport)
+        return targetIn(parent, receiver, position);
     const bool isInBox = qobject_cast<QLineEdit*>(receiver) && parent
         && (qobject_cast<QAbstractSpinBox*>(parent) || qobject_cast<QComboBox*>(parent));
     return isInBox ? targetIn(parent, receiver, position) : Target{receiver, position, false};
+}
+
+QWidget* askedFor(QWidget* receiver, const Target& target)
+{
+    return receiver->parentWidget() && target.widget != receiver ? receiver->parentWidget() : receiver;
 }
 
 void addWidget(locate::JsonObject& object, const QWidget* widget)
 {
     object.add("ref", locate::References::all().numberOf(widget));
     object.add("window", locate::References::all().numberOf(widget->window()));
+}
+
+void addPlace(locate::JsonObject& object, const Target& target)
+{
+    addPair(object, "at", target.position.x(), target.position.y());
+    addPair(object, "size", target.widget->width(), target.widget->height());
+    if (target.isInList)
+        object.field("list") += "true";
 }
 
 void addMouse(locate::JsonObject& object, const Target& target, const QMouseEvent& event)
@@ -193,6 +207,12 @@ void addValue(locate::JsonObject& object, QWidget* widget, const QString& choice
     }
     if (const locate::ValueWriter add = holder ? locate::valueWriterFor(holder) : nullptr)
         add(object, holder);
+}
+
+void addHeld(locate::JsonObject& object, QWidget* widget, const QString& choice)
+{
+    object.add("ref", locate::References::all().numberOf(widget));
+    addValue(object, widget, choice);
 }
 
 void addFocus(locate::JsonObject& object, const QFocusEvent& event)

@@ -3,11 +3,11 @@
 #include <QtCore/QPoint>
 #include <QtCore/QString>
 
+class QFocusEvent;
 class QInputMethodEvent;
 class QKeyEvent;
 class QMouseEvent;
 class QWheelEvent;
-class QFocusEvent;
 class QWidget;
 
 namespace locate {
@@ -22,13 +22,16 @@ struct Target
 {
     QWidget* widget;
     QPoint position;
-    bool isInList; // of a combo box
+    bool isInList; // of a combo box, or in the calendar of a date edit
 };
 
 Target targetOf(QWidget* receiver, const QPoint& position);
+// The widget that knows the item at a place of the receiver: an item view is asked itself, with places in its viewport.
+QWidget* askedFor(QWidget* receiver, const Target& target);
 
 // Each adds the fields of an event to its object. `withPasswords`: also the keys for a field that hides its text.
 void addWidget(locate::JsonObject& object, const QWidget* widget);
+void addPlace(locate::JsonObject& object, const Target& target);
 void addMouse(locate::JsonObject& object, const Target& target, const QMouseEvent& event);
 void addWheel(locate::JsonObject& object, const Target& target, const QWheelEvent& event);
 void addKey(locate::JsonObject& object, QWidget* receiver, const QKeyEvent& event, bool withPasswords);
@@ -41,5 +44,7 @@ void addFacts(locate::JsonObject& object, QWidget* widget);
 QString choiceIn(const QWidget* widget);
 // Adds "value", what the widget holds; `choice` is that of choiceIn().
 void addValue(locate::JsonObject& object, QWidget* widget, const QString& choice);
+// Adds which widget it is, and its value.
+void addHeld(locate::JsonObject& object, QWidget* widget, const QString& choice);
 
 } // namespace record

@@ -7,12 +7,15 @@
 #include "locate/shown.h"
 
 #include <QAbstractButton>
+#include <QGroupBox>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPersistentModelIndex>
 #include <QPointer>
 #include <QStringList>
+#include <QStyle>
+#include <QStyleOption>
 #include <QTabBar>
 #include <QTableView>
 #include <QTreeView>
@@ -35,6 +38,48 @@ void addTexts(locate::JsonObject& object, const char* key, const QStringList& te
     json += ']';
 }
 
+// The place in the item, in percent of its width and height.
+void addPlaceWithin(locate::JsonObject& object, const QRect& item, const QPoint& position)
+{
+    const QPoint place = position - item.topLeft();
+    QByteArray& json = object.field("within");
+    json += '[';
+    locate::appendNumber(json, 100 * place.x() / qMax(1, item.width()));
+    json += ',';
+    locate::appendNumber(json, 100 * place.y() / qMax(1, item.height()));
+    json += ']';
+}
+
+// Whether a press there changes the size of a section: the header shows the cursor for that.
+bool isAtEdge(const QHeaderView& header)
+{
+    const Qt::CursorShape shape = header.cursor().shape();
+    return shape == Qt::SplitHCursor || shape == Qt::SplitVCursor;
+}
+
+const char* const checkWords[] = {"unchecked", "partly checked", "checked"};
+
+// The state of the check box of an item; null where none is at the position. The model is asked last, since that runs its code.
+const char* checkAt(const QAbstractItemView& view, const QModelIndex& index, const QRect& rect, const QPoint& position)
+{
+    if (!compat::checkBoxOfItem(view, rect).contains(position))
+        return nullptr;
+    const QVariant state = index.data(Qt::CheckStateRole);
+    const Qt::ItemFlags needed = Qt::ItemIsUserCheckable | Qt::ItemIsEnabled;
+    return state.isValid() && (index.flags() & needed) == needed ? checkWords[qBound(0, state.toInt(), 2)] : nullptr;
+}
+
+// Whether the arrow beside an item of a tree, which opens and closes it, is at the position; null where it is not.
+const char* branchAt(const QAbstractItemView& view, const QModelIndex& index, const QRect& rect, const QPoint& position)
+{
+    const auto* tree = qobject_cast<const QTreeView*>(&view);
+    const int distance = qMax(rect.left() - position.x(), position.x() - rect.right());
+    if (!tree || index.column() != tree->header()->logicalIndex(0) || distance <= 0 || distance > tree->indentation())
+        return nullptr;
+    const char* const state = tree->isExpanded(index) ? "open" : "closed";
+    return index.model()->hasChildren(index) ? state : nullptr;
+}
+
 QByteArray sectionAt(QHeaderView* header, const QPoint& position)
 {
     const QPointer<QHeaderView> guard(header);
@@ -48,6 +93,8 @@ QByteArray sectionAt(QHeaderView* header, const QPoint& position)
         object.add("section", section);
         object.add("orientation", header->orientation() == Qt::Horizontal ? "horizontal" : "vertical");
         object.addUnlessEmpty("text", text);
+        if (isAtEdge(*guard))
+            object.field("edge") += "true";
     }
     return json;
 }
@@ -68,7 +115,7 @@ QStringList pathTo(const QAbstractItemView& view, const QModelIndex& index, cons
     return path;
 }
 
-QByteArray rowAt(QAbstractItemView* view, const QPoint& position)
+QByteArray rowAt(QAbstractItemView* view, const QPoint& position, ItemPlace place)
 {
     const QPointer<QAbstractItemView> guard(view);
     const QPersistentModelIndex index = view->indexAt(position);
@@ -83,6 +130,9 @@ QByteArray rowAt(QAbstractItemView* view, const QPoint& position)
         headers.append(
             model && index.isValid() ? compat::textOf(model->headerData(index.column(), Qt::Horizontal)) : QString());
     }
+    const QRect rect = guard && index.isValid() ? view->visualRect(index) : QRect();
+    const char* const check = guard && index.isValid() ? checkAt(*view, index, rect, position) : nullptr;
+    const char* const branch = guard && index.isValid() ? branchAt(*view, index, rect, position) : nullptr;
     if (!guard || !index.isValid())
         return QByteArray();
     QByteArray json;
@@ -94,18 +144,48 @@ QByteArray rowAt(QAbstractItemView* view, const QPoint& position)
         object.add("column", index.column());
         if (!headers.isEmpty())
             addTexts(object, "headers", headers);
+        if (check)
+            object.add("check", check);
+        if (branch)
+            object.add("branch", branch);
+        if (place == ItemPlace::Told)
+            addPlaceWithin(object, rect, position);
     }
     return json;
 }
 
-QByteArray tabAt(const QTabBar& bar, const QPoint& position)
+// At the end of a drag: the tab that was dragged, and those beside it, since it has moved with the mouse.
+QByteArray tabAt(const QTabBar& bar, const QPoint& position, ItemPlace place)
 {
-    const int tab = bar.tabAt(position);
+    const bool isEnd = place == ItemPlace::Told;
+    const int tab = isEnd ? bar.currentIndex() : bar.tabAt(position);
+    const auto textOf = [&bar](int index) { return locate::shownText(bar.tabText(index), locate::Markup::Mnemonics); };
     QByteArray json;
     if (tab >= 0) {
         locate::JsonObject object(json);
-        object.addUnlessEmpty("text", locate::shownText(bar.tabText(tab), locate::Markup::Mnemonics));
+        object.addUnlessEmpty("text", textOf(tab));
         object.add("row", tab);
+        if (isEnd)
+            addTexts(object, "beside", QStringList() << textOf(tab - 1) << textOf(tab + 1));
+    }
+    return json;
+}
+
+// The check box of a group with its title, which belongs to it.
+QByteArray checkOf(const QGroupBox& group, const QPoint& position)
+{
+    QByteArray json;
+    if (!group.isCheckable())
+        return json;
+    QStyleOptionGroupBox option;
+    option.initFrom(&group);
+    option.text = group.title();
+    option.textAlignment = group.alignment();
+    option.subControls = QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxCheckBox | QStyle::SC_GroupBoxLabel;
+    const QStyle::SubControl hit = group.style()->hitTestComplexControl(QStyle::CC_GroupBox, &option, position, &group);
+    if (hit == QStyle::SC_GroupBoxCheckBox || hit == QStyle::SC_GroupBoxLabel) {
+        locate::JsonObject object(json);
+        object.add("check", checkWords[group.isChecked() ? 2 : 0]);
     }
     return json;
 }
@@ -164,14 +244,16 @@ QByteArray menuItem(QWidget* holder, const QAction* action)
     return json;
 }
 
-QByteArray itemAt(QWidget* widget, const QPoint& position)
+QByteArray itemAt(QWidget* widget, const QPoint& position, ItemPlace place)
 {
     if (auto* header = qobject_cast<QHeaderView*>(widget))
         return sectionAt(header, position);
     if (auto* view = qobject_cast<QAbstractItemView*>(widget))
-        return rowAt(view, position);
+        return rowAt(view, position, place);
     if (const auto* bar = qobject_cast<QTabBar*>(widget))
-        return tabAt(*bar, position);
+        return tabAt(*bar, position, place);
+    if (const auto* group = qobject_cast<QGroupBox*>(widget))
+        return checkOf(*group, position);
     const QAction* action = nullptr;
     if (const auto* menu = qobject_cast<QMenu*>(widget))
         action = menu->actionAt(position);

@@ -5,12 +5,15 @@
 #include "locate/json.h"
 #include "locate/references.h"
 #include "locate/shown.h"
-#include "locate/snapshot.h"
+#include "record/eventkinds.h"
 #include "record/eventwriter.h"
 #include "record/itemat.h"
 #include "record/menuaction.h"
+#include "record/mouseplace.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -20,39 +23,6 @@
 namespace record {
 
 namespace {
-
-enum class Family { None, Input, Shortcut, Window, Structure };
-
-struct KindRow
-{
-    QEvent::Type type;
-    Family family;
-    const char* kind;
-};
-
-const KindRow kindRows[] = {
-    {QEvent::MouseButtonPress, Family::Input, "press"},
-    {QEvent::MouseButtonRelease, Family::Input, "release"},
-    {QEvent::MouseButtonDblClick, Family::Input, "double click"},
-    {QEvent::Wheel, Family::Input, "wheel"},
-    {QEvent::KeyPress, Family::Input, "key"},
-    {QEvent::InputMethod, Family::Input, "text"},
-    {QEvent::FocusIn, Family::Input, "focus"},
-    {QEvent::Shortcut, Family::Shortcut, "shortcut"},
-    {QEvent::Show, Family::Window, "shown"},
-    {QEvent::Hide, Family::Window, "closed"},
-    {QEvent::ChildRemoved, Family::Structure, ""},
-    {QEvent::WindowTitleChange, Family::Structure, ""},
-};
-
-const KindRow* rowOf(QEvent::Type type)
-{
-    for (const KindRow& row : kindRows) {
-        if (type == row.type)
-            return &row;
-    }
-    return nullptr;
-}
 
 bool isOfUser(const QEvent* event)
 {
@@ -71,17 +41,6 @@ bool isHint(const QWidget* window)
     return window->windowType() == Qt::ToolTip || window->windowType() == Qt::SplashScreen;
 }
 
-bool isInputKind(const QByteArray& kind)
-{
-    return kind == "press" || kind == "double click" || kind == "wheel" || kind == "key" || kind == "text"
-        || kind == "shortcut";
-}
-
-bool isKeyKind(const QByteArray& kind)
-{
-    return kind == "key" || kind == "text";
-}
-
 } // namespace
 
 Recorder& Recorder::instance()
@@ -94,12 +53,7 @@ void Recorder::start(Passwords passwords)
 {
     abandon();
     passwordsAre = passwords;
-    const QWidgetList topLevels = QApplication::topLevelWidgets();
-    for (const QWidget* window : topLevels) {
-        if (window->isVisible())
-            windows.insert(window, locate::References::all().numberOf(window));
-    }
-    describeShownWindows();
+    windows.start();
     clock.start();
     isRecording = true;
     QCoreApplication::instance()->installEventFilter(this);
@@ -107,33 +61,62 @@ void Recorder::start(Passwords passwords)
 
 void Recorder::stop()
 {
+    if (!isRecording)
+        return;
+    const QByteArray value = valueOfLast();
+    end();
+    lastValue = value;
+}
+
+void Recorder::end()
+{
     if (isRecording && QCoreApplication::instance())
         QCoreApplication::instance()->removeEventFilter(this);
     isRecording = false;
     lastDelivery = Delivery();
     lastUsed = nullptr;
-    described.clear();
+    toldValue.clear();
     windows.clear();
 }
 
 void Recorder::abandon()
 {
-    stop();
+    end();
     queue.clear();
-    shownAtStart.clear();
+    windows.takeFirst();
+    lastValue.clear();
+}
+
+// The widget that had the last input, and what it holds now.
+QByteArray Recorder::valueOfLast() const
+{
+    const QPointer<QWidget> widget(lastUsed);
+    const QString choice = choiceIn(widget);
+    QByteArray json;
+    if (widget) {
+        locate::JsonObject object(json);
+        addHeld(object, widget, choice);
+    }
+    return json;
 }
 
 QByteArray Recorder::take()
 {
+    const QByteArray value = isRecording ? valueOfLast() : lastValue;
+    const bool isNews = !value.isEmpty() && (!queue.isEmpty() || value != toldValue);
+    toldValue = value;
+    lastValue.clear();
     QByteArray json;
     {
         locate::JsonObject object(json);
         object.add("dropped", queue.dropped());
         object.field("recording") += isRecording ? "true" : "false";
         object.field("events") += queue.take();
-        if (!shownAtStart.isEmpty())
-            object.field("windows").append('[').append(shownAtStart).append(']');
-        shownAtStart.clear();
+        const QByteArray shown = windows.takeFirst();
+        if (!shown.isEmpty())
+            object.field("windows").append('[').append(shown).append(']');
+        if (isNews)
+            object.field("last") += value;
     }
     return json;
 }
@@ -158,6 +141,8 @@ void Recorder::observe(QObject* watched, QEvent* event)
         observeShortcut(watched, event);
     else if (family == Family::Window && watched->isWidgetType() && !event->spontaneous())
         observeWindow(watched, event);
+    else if (family == Family::Close && watched->isWidgetType() && event->spontaneous())
+        recordEvent("close", static_cast<QWidget*>(watched), [](locate::JsonObject&) {});
     else if (family == Family::Structure && watched->isWidgetType())
         observeStructure(watched, event);
     else if (family == Family::Input && watched->isWidgetType())
@@ -177,6 +162,17 @@ void Recorder::observeInput(QWidget* receiver, QEvent* event)
             recordEvent("text", targetOf(receiver, QPoint()).widget, [&](locate::JsonObject& object) {
                 addText(object, receiver, input, passwordsAre == Passwords::Recorded);
             });
+        break;
+    }
+    case QEvent::Drop: {
+        observePlace("drop", receiver, compat::positionOf(*static_cast<QDropEvent*>(event)), ItemPlace::Told);
+        break;
+    }
+    case QEvent::ContextMenu: { // that of the mouse follows a press or a release
+        const auto& menu = *static_cast<QContextMenuEvent*>(event);
+        if (menu.reason() == QContextMenuEvent::Keyboard
+            && !rememberAndDetectPropagation({event->type(), receiver, menu.globalPos()}))
+            observePlace("context menu", receiver, menu.pos(), ItemPlace::Untold);
         break;
     }
     case QEvent::KeyPress:
@@ -203,9 +199,12 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
     const QAction* chosen = nullptr;
     if (const auto* menu = qobject_cast<QMenu*>(receiver))
         chosen = event->type() == QEvent::MouseButtonRelease ? actionChosenBy(mouse, *menu) : nullptr;
-    // An item view is asked itself, with positions in its viewport, which is the receiver.
-    QWidget* const asked = receiver->parentWidget() && target.widget != receiver ? receiver->parentWidget() : receiver;
-    const QByteArray item = isWheel ? QByteArray() : itemAt(asked, position);
+    const QByteArray item = isWheel ? QByteArray() : itemAt(askedFor(receiver, target), position);
+    if (event->type() == QEvent::MouseButtonPress)
+        pressedAt = place;
+    const bool isDrag = event->type() == QEvent::MouseButtonRelease
+        && (place - pressedAt).manhattanLength() >= QApplication::startDragDistance();
+    const QByteArray over = guard && isDrag ? endOfDrag(receiver, place) : QByteArray();
     if (!guard || !isRecording)
         return;
     recordEvent(
@@ -215,10 +214,24 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
                 addWheel(object, target, wheel);
             else
                 addMouse(object, target, mouse);
+            if (!over.isEmpty())
+                object.field("over") += over;
         },
         item);
     if (chosen)
         recordAction(receiver, chosen);
+}
+
+// For events that only have a place: a drop, since drag and drop keeps the release from the widget that was pressed, and a
+// context menu that a key opens.
+void Recorder::observePlace(const char* kind, QWidget* receiver, const QPoint& position, ItemPlace place)
+{
+    const Target target = targetOf(receiver, position);
+    const QPointer<QWidget> guard(receiver);
+    const QByteArray item = itemAt(askedFor(receiver, target), position, place);
+    if (guard && isRecording)
+        recordEvent(
+            kind, target.widget, [&target](locate::JsonObject& object) { addPlace(object, target); }, item);
 }
 
 void Recorder::observeKey(QWidget* receiver, QEvent* event)
@@ -227,8 +240,12 @@ void Recorder::observeKey(QWidget* receiver, QEvent* event)
     if (isModifier(key.key())
         || rememberAndDetectPropagation({event->type(), receiver, QPoint(key.key(), int(key.modifiers()))}))
         return;
-    recordEvent("key", targetOf(receiver, QPoint()).widget,
-        [&](locate::JsonObject& object) { addKey(object, receiver, key, passwordsAre == Passwords::Recorded); });
+    const Target target = targetOf(receiver, QPoint());
+    recordEvent("key", target.widget, [&](locate::JsonObject& object) {
+        addKey(object, receiver, key, passwordsAre == Passwords::Recorded);
+        if (target.isInList)
+            object.field("list") += "true";
+    });
     if (const auto* menu = qobject_cast<QMenu*>(receiver)) {
         if (const QAction* chosen = actionChosenBy(key, *menu))
             recordAction(receiver, chosen);
@@ -258,13 +275,13 @@ void Recorder::observeWindow(QObject* watched, QEvent* event)
 {
     auto* const window = static_cast<QWidget*>(watched);
     if (!window->isWindow()) {
-        forgetDescriptionOf(window->window());
+        windows.forgetDescription(window->window());
         return;
     }
     if (isHint(window))
         return;
     if (event->type() == QEvent::Show) {
-        windows.insert(window, locate::References::all().numberOf(window));
+        windows.add(window);
         recordEvent("shown", window, [window](locate::JsonObject& object) {
             object.add("class", window->metaObject()->className());
             object.addUnlessEmpty("name", window->objectName());
@@ -274,10 +291,9 @@ void Recorder::observeWindow(QObject* watched, QEvent* event)
         });
         return;
     }
-    const qint64 number = windows.take(window);
+    const qint64 number = windows.remove(window);
     if (!number)
         return;
-    described.remove(number);
     QByteArray json;
     {
         locate::JsonObject object(json);
@@ -329,7 +345,7 @@ void Recorder::recordEvent(const char* kind, QWidget* widget, const AddFields& a
     if (isInput)
         lastUsed = widget;
     if (queue.append(json))
-        described.clear();
+        windows.forgetDescriptions();
 }
 
 // The widget may be gone, or have got other texts, by the time the server takes the event; so may its window, which is
@@ -337,47 +353,21 @@ void Recorder::recordEvent(const char* kind, QWidget* widget, const AddFields& a
 void Recorder::addSurroundings(locate::JsonObject& object, QWidget* widget, const QString& previousChoice, bool isKey)
 {
     const bool isSame = lastUsed == widget;
-    if (lastUsed && !isSame)
-        addPrevious(object, previousChoice);
+    if (lastUsed && !isSame) {
+        locate::JsonObject previous(object.field("previous"));
+        addHeld(previous, lastUsed, previousChoice);
+    }
     QWidget* const window = widget->window();
     if (window->windowType() == Qt::Popup)
         return;
-    if (described.contains(locate::References::all().numberOf(window))) {
+    if (windows.isDescribed(window)) {
         if (!isSame || !isKey)
             addFacts(object, widget);
         return;
     }
-    const QByteArray contents = describe(window);
+    const QByteArray contents = windows.describe(window);
     if (!contents.isEmpty())
         object.field("tree") += contents;
-}
-
-void Recorder::addPrevious(locate::JsonObject& object, const QString& choice)
-{
-    locate::JsonObject previous(object.field("previous"));
-    previous.add("ref", locate::References::all().numberOf(lastUsed));
-    addValue(previous, lastUsed, choice);
-}
-
-// The description of a window; nothing where it is too large.
-QByteArray Recorder::describe(QWidget* window)
-{
-    described.insert(locate::References::all().numberOf(window)); // also one that is left out: it would be so again
-    const QByteArray contents = locate::snapshotWithoutItems(window);
-    return contents.size() <= maximumWindowBytes ? contents : QByteArray();
-}
-
-// As the recording starts, so that the first input does not have to wait for it.
-void Recorder::describeShownWindows()
-{
-    for (auto shown = windows.constBegin(); shown != windows.constEnd(); ++shown) {
-        QWidget* const window = locate::References::all().widgetOf(shown.value());
-        if (!window || window->windowType() == Qt::Popup || shownAtStart.size() > maximumWindowBytes)
-            continue;
-        const QByteArray contents = describe(window);
-        if (!contents.isEmpty())
-            shownAtStart.append(shownAtStart.isEmpty() ? "" : ",").append(contents);
-    }
 }
 
 void Recorder::observeStructure(QObject* watched, QEvent* event)
@@ -385,13 +375,7 @@ void Recorder::observeStructure(QObject* watched, QEvent* event)
     // A child that is being deleted says no more that it is a widget.
     const auto* child = event->type() == QEvent::ChildRemoved ? static_cast<QChildEvent*>(event)->child() : nullptr;
     if (!child || locate::References::all().isKnown(child))
-        forgetDescriptionOf(static_cast<QWidget*>(watched)->window());
-}
-
-void Recorder::forgetDescriptionOf(const QWidget* window)
-{
-    if (!described.isEmpty())
-        described.remove(locate::References::all().numberOf(window));
+        windows.forgetDescription(static_cast<QWidget*>(watched)->window());
 }
 
 } // namespace record

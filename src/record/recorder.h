@@ -1,14 +1,13 @@
 #pragma once
 
 #include "record/eventqueue.h"
+#include "record/shownwindows.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEvent>
-#include <QtCore/QHash>
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
 #include <QtCore/QPointer>
-#include <QtCore/QSet>
 
 #include <functional>
 
@@ -21,6 +20,7 @@ class JsonObject;
 
 namespace record {
 
+enum class ItemPlace;
 struct Target;
 
 // Records what a user does with the application, and what the agent does with the mouse and the keyboard. While it
@@ -39,7 +39,7 @@ public:
     // Stops, and drops all events.
     void abandon();
     // Takes the events, as an object of JSON in ASCII: "events", the oldest first, "dropped" and "recording"; at first the
-    // "windows" that were shown when it started, too.
+    // "windows" that were shown when it started, too; and "last", the widget that had the last input, with its value now.
     QByteArray take();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -61,6 +61,7 @@ private:
     void observe(QObject* watched, QEvent* event);
     void observeInput(QWidget* receiver, QEvent* event);
     void observeMouse(QWidget* receiver, QEvent* event);
+    void observePlace(const char* kind, QWidget* receiver, const QPoint& position, ItemPlace place);
     void observeKey(QWidget* receiver, QEvent* event);
     void observeShortcut(QObject* receiver, QEvent* event);
     void observeWindow(QObject* watched, QEvent* event);
@@ -68,22 +69,21 @@ private:
     void recordAction(QWidget* menu, const QAction* action);
     void recordEvent(
         const char* kind, QWidget* widget, const AddFields& addFields, const QByteArray& item = QByteArray());
-    void describeShownWindows();
     void addSurroundings(locate::JsonObject& object, QWidget* widget, const QString& previousChoice, bool isKey);
-    QByteArray describe(QWidget* window);
-    void addPrevious(locate::JsonObject& object, const QString& choice);
     void observeStructure(QObject* watched, QEvent* event);
-    void forgetDescriptionOf(const QWidget* window);
+    void end();
+    QByteArray valueOfLast() const;
 
     EventQueue queue;
-    QByteArray shownAtStart; // descriptions of windows, separated by commas
     QElapsedTimer clock;
     Passwords passwordsAre = Passwords::Hidden;
     bool isRecording = false;
     Delivery lastDelivery{QEvent::None, QPointer<QWidget>(), QPoint()};
+    QPoint pressedAt; // on the screen
     QPointer<QWidget> lastUsed; // the widget of the last input
-    QSet<qint64> described; // the windows that an event has told, and in which no widget has come or gone since
-    QHash<const QObject*, qint64> windows; // those that are shown: one that is being deleted has no reference any more
+    QByteArray lastValue; // what that held as the recording was stopped
+    QByteArray toldValue; // what was told of it
+    ShownWindows windows;
 };
 
 } // namespace record

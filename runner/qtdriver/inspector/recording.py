@@ -7,7 +7,7 @@ import shutil
 from typing import Any, Callable, Dict, List, Optional, Tuple, Union
 
 from ..api.app import App
-from ..errors import QtDriverError
+from ..errors import QtDriverError, ReplyError
 from ..lookup.snapshot import SnapshotNode
 from ..lookup.stable_locators import StableLocators, count_of
 from ..lookup.survey import SurveyedWindow
@@ -127,6 +127,7 @@ class _Recording:
     def forget(self) -> None:
         """Begins with nothing."""
         self._made: List[Union[Event, Step]] = []
+        self._last: Optional[Event] = None
         self.dropped = 0
 
     @property
@@ -136,7 +137,7 @@ class _Recording:
 
     def go_on_with(self, app: App) -> None:
         """Keeps what was done with an application that has ended; a recording ends with its application."""
-        self._made = list(self.steps())
+        self._made, self._last = list(self.steps()), None
         self._known.clear()
         self._app = app
         self._is_on = False
@@ -159,6 +160,8 @@ class _Recording:
         if self._is_on:
             told = parse_events(self._app.connection.events())
             self._made += told.events
+            if told.events or told.last is not None:
+                self._last = told.last
             self.dropped += told.dropped
             self._is_on = told.is_recording
 
@@ -169,7 +172,8 @@ class _Recording:
 
     def steps(self) -> List[Step]:
         """All that was done."""
-        return steps_of(_APP, self._made, _LiveNames(self._app, self._known))
+        made = self._made if self._last is None else [*self._made, self._last]
+        return steps_of(_APP, made, _LiveNames(self._app, self._known))
 
 
 class _LiveNames(Names):
@@ -194,8 +198,11 @@ class _LiveNames(Names):
     ) -> Optional[str]:
         key = (kind, node.ref)
         if key not in self._known:
-            found = last_survey(self._app).found.get(node.ref) or look(self._app).found.get(node.ref)
-            self._known[key] = None if found is None else ask(*found)
+            try:
+                found = last_survey(self._app).found.get(node.ref) or look(self._app).found.get(node.ref)
+                self._known[key] = None if found is None else ask(*found)
+            except ReplyError:  # its window has closed: what else was recorded is told all the same
+                self._known[key] = None
         return self._known[key]
 
     def _ask_for_class(self, node: SnapshotNode, window: SurveyedWindow) -> Optional[str]:

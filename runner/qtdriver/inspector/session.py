@@ -97,4 +97,6 @@ class PageSession:
             answer = {"answers": number, "result": await self._worker.run(ask)}
         except QtDriverError as error:
             answer = {"answers": number, "error": str(error)}
+        except Exception as error:  # a question without an answer would have the page wait for ever
+            answer = {"answers": number, "error": f"{operation}: {error!r}"}
         await self.tell(answer)

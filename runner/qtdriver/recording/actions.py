@@ -6,9 +6,12 @@ from dataclasses import replace
 from typing import Dict, List, Optional, Sequence, Set, Tuple, Union
 
 from ..lookup.snapshot import SnapshotNode
-from ..protocol.locators import as_python
+from .choosing import choice_told, last_choice, makes_choice, typed_in
+from .dragging import drag_step
+from .edited_items import with_edited_items
 from .events import Event, EventItem
 from .file_dialogs import with_files
+from .menu_steps import MenuSteps
 from .mouse_places import (
     NEVER_DRAGGED,
     PASSIVE,
@@ -17,10 +20,12 @@ from .mouse_places import (
     is_click,
     modifier_of,
     share_of,
+    turn_of,
     unplayed_modifiers,
 )
 from .names import Names
-from .parts import part_of
+from .parts import holder_of, part_of
+from .step_list import StepList
 from .steps import Argument, Secret, Step
 from .typing_runs import (
     FIELDS,
@@ -37,7 +42,8 @@ from .typing_runs import (
 _SCROLLED = ("list", "tree", "table", "view", "scroll area", "scroll bar", "edit")
 """The wheel only scrolls these: a test finds what is out of sight by itself."""
 _BUTTONS = ("button", "radio button", "checkbox")
-_WHEEL_STEP = 120
+_LISTS = ("ListView", "QComboBoxPrivateContainer")
+"""The classes of windows with a list of completions, or that of a combo box."""
 
 
 Recorded = Union[Event, Step]
@@ -57,7 +63,17 @@ def steps_of(app: str, events: Sequence[Recorded], names: Optional[Names] = None
     Returns the steps. Input that no address is found for is left out.
     """
     builder = _StepBuilder(app, events, names or Names())
-    return with_files(builder.build())
+    return with_edited_items(with_files(builder.build()))
+
+
+def _stays_within(press: Event, release: Event, node: SnapshotNode) -> bool:
+    """Whether a press that was moved is a click all the same, since it was let go on the same button or item."""
+    if release.over is None or release.over.ref != press.ref:
+        return False
+    item = press.item
+    return (
+        node.role in _BUTTONS or item is not None and not item.is_at_edge and item.is_same(release.over.item)
+    )
 
 
 class _StepBuilder:
@@ -65,12 +81,12 @@ class _StepBuilder:
 
     def __init__(self, app: str, events: Sequence[Recorded], names: Names) -> None:
         self._app = app
+        self._made = StepList(app, names)
+        self._add, self._drop_last = self._made.add, self._made.drop_last
         self._events = [event for event in events if isinstance(event, Step) or event.kind != "focus"]
         self._names = names
-        self._steps: List[Step] = []
-        self._origins: List[Tuple[str, int]] = []  # of each step: the kind of gesture, and the widget
         self._press: Optional[Event] = None
-        self._right_click: Optional[Event] = None
+        self._menus = MenuSteps(app, self._made, names)
         self._run: List[Event] = []
         self._secrets: Dict[int, Secret] = {}
         self._lists: Set[int] = set()  # of completions, which get the keys of a field while they are open
@@ -80,11 +96,14 @@ class _StepBuilder:
             "press": self._handle_press,
             "release": self._handle_release,
             "double click": self._handle_double_click,
+            "drop": self._handle_drop,
             "wheel": self._handle_wheel,
             "key": self._handle_key,
             "text": self._handle_key,
             "shortcut": self._handle_shortcut,
-            "action": self._handle_action,
+            "action": lambda event: None if event.item is None else self._menus.choose(event.item),
+            "context menu": self._menus.open_by_key,
+            "close": self._handle_close,
         }
         for number, event in enumerate(self._events):
             if isinstance(event, Step):
@@ -97,37 +116,14 @@ class _StepBuilder:
             if event.kind in handlers:
                 handlers[event.kind](event)
         self._end_run(len(self._events))
-        self._end_right_click()
-        return self._steps
-
-    def _add(
-        self,
-        event: Event,
-        origin: str,
-        method: str,
-        *arguments: Argument,
-        part: str = "",
-        **keywords: Argument,
-    ) -> None:
-        window, widget = self._names.window(event.window), self._names.widget(event.window, event.ref)
-        if window is None or widget is None:
-            return
-        call = ".".join(filter(None, [widget, part]))
-        comment = unplayed_modifiers(event)
-        self._steps.append(Step(self._app, window, call, method, arguments, keywords, comment=comment))
-        self._origins.append((origin, event.ref))
+        self._menus.end_right_click()
+        return self._made.steps
 
     def _handle_step(self, step: Step, number: int) -> None:
         self._end_run(number)
-        self._end_right_click()
+        self._menus.end_right_click()
         self._press = None
-        self._steps.append(step)
-        self._origins.append(("step", 0))
-
-    def _drop_last(self, origin: str, ref: int) -> None:
-        if self._origins and self._origins[-1] == (origin, ref):
-            self._steps.pop()
-            self._origins.pop()
+        self._made.append(step, "step", 0)
 
     def _events_from(self, number: int) -> List[Event]:
         return [event for event in self._events[number:] if isinstance(event, Event)]
@@ -136,20 +132,27 @@ class _StepBuilder:
 
     def _handle_press(self, event: Event) -> None:
         if event.item is None or not event.item.is_entry:
-            self._end_right_click()
+            self._menus.end_right_click()
+            self._made.settle_click()
         before, self._press = self._press, event
         node = None if before is None else self._names.nodes.get(before.ref)
         if before is not None and before.item is not None and node is not None and node.role in VIEWS:
-            self._note_drag(before, node)  # drag and drop has kept the release
+            self._drag(
+                before, None
+            )  # drag and drop has kept the release, and nothing has taken what was dragged
 
     def _handle_release(self, event: Event) -> None:
         press, self._press = self._press, None
         if event.is_in_list:
-            if event.item is not None and press is not None and chooses_in_list(press, event):
+            node = self._names.nodes.get(event.ref)
+            if press is not None and node is not None and node.role == "date edit":
+                self._step_value(press, node)
+            elif event.item is not None and press is not None and chooses_in_list(press, event):
+                self._drop_last("select", event.ref)
                 self._add(event, "select", "select", event.item.text)
             return
         if press is not None and press.button == event.button == "right" and press.ref != event.ref:
-            self._right_click = press  # its menu is open already
+            self._menus.remember(press)  # its menu is open already
         if press is None or (press.ref, press.button) != (event.ref, event.button):
             return
         if press.item is not None and press.item.is_entry:
@@ -159,24 +162,30 @@ class _StepBuilder:
             return
         if node.role == "slider":
             self._set_slider(press)
-        elif is_click(press, event):
+        elif is_click(press, event) and event.over is None or _stays_within(press, event, node):
             self._click(press, node)
         elif node.role not in (*NEVER_DRAGGED, *_BUTTONS):
-            self._note_drag(press, node)
+            self._drag(press, event.over)
 
-    def _note_drag(self, press: Event, node: SnapshotNode) -> None:
-        """Adds a comment: where the mouse has let go, in which item or between which, is not told."""
-        holder = self._holder(press, node)
-        widget = self._names.widget(holder.window, holder.ref)
-        call = ".".join(filter(None, [widget, part_of(press, node)])) or node.role
-        self._steps.append(
-            Step(self._app, "", "", "", comment=f"not recorded: a drag with the mouse, from {call}")
-        )
-        self._origins.append(("drag", press.ref))
+    def _handle_close(self, event: Event) -> None:
+        title = self._names.window(event.ref) or "a window"
+        self._made.append(self._made.comment(f"{title} was closed by its frame"), "close", event.ref)
+
+    def _handle_drop(self, event: Event) -> None:
+        press, self._press = self._press, None
+        if press is not None:
+            self._drag(press, event)
+            return
+        target = self._names.widget(event.window, event.ref) or "a widget"
+        told = self._made.comment(f"what was dropped from another application, on {target}")
+        self._made.append(told, "drag", event.ref)
+
+    def _drag(self, press: Event, end: Optional[Event]) -> None:
+        self._made.append(drag_step(self._app, press, end, self._names), "drag", press.ref)
 
     def _click(self, press: Event, node: SnapshotNode) -> None:
         if press.button == "right":
-            self._right_click = press
+            self._menus.remember(press)
             return
         keywords = modifier_of(press)
         button: Tuple[Argument, ...] = () if press.button == "left" else (press.button,)
@@ -186,10 +195,10 @@ class _StepBuilder:
             self._click_item(press, node, part, is_plain, button, keywords)
         elif node.role == "checkbox" and is_plain and "partly checked" not in node.states:
             self._add(press, "click", "uncheck" if "checked" in node.states else "check")
+        elif node.role == "group" and is_plain and press.item is not None and press.item.check:
+            self._use_part_of_item(press, "", press.item)
         elif node.role in ("spin box", "date edit") and is_plain:
-            value = self._value_after(press)
-            if value is not None and value != str(node.value):  # by an arrow
-                self._fill(press, value)
+            self._step_value(press, node)
         elif node.role in _BUTTONS or not is_plain:
             self._add(press, "click", "click", *button, part="", **keywords)
         elif node.role not in (*PASSIVE, *FIELDS, "menu bar"):
@@ -204,21 +213,26 @@ class _StepBuilder:
         button: Tuple[Argument, ...],
         keywords: Dict[str, Argument],
     ) -> None:
-        if is_plain and node.role in ("list", "tree") and press.item is not None:
+        item = press.item
+        if is_plain and item is not None and (item.check or item.branch or item.is_at_edge):
+            self._use_part_of_item(press, part, item)
+        elif is_plain and node.role in ("list", "tree") and press.item is not None:
             self._add(press, "click", "select", "/".join(press.item.path))
         elif node.role == "tab bar":
             window = self._names.window(press.window)
             if window is not None:
                 comment = unplayed_modifiers(press)
-                self._steps.append(Step(self._app, window, part, "click", button, keywords, comment=comment))
-                self._origins.append(("click", press.ref))
+                step = Step(self._app, window, part, "click", button, keywords, comment=comment)
+                self._made.append(step, "click", press.ref)
         else:
-            self._add(self._holder(press, node), "click", "click", *button, part=part, **keywords)
+            self._add(holder_of(press, node, self._names), "click", "click", *button, part=part, **keywords)
 
-    def _holder(self, press: Event, node: SnapshotNode) -> Event:
-        """The event for the view that a header is of."""
-        around = self._names.parent(node.ref) if node.role == "header" else None
-        return press if around is None else replace(press, ref=around.ref)
+    def _use_part_of_item(self, press: Event, part: str, item: EventItem) -> None:
+        """A click on the check box of an item, on the arrow that opens it, or on the edge of a section, which does nothing."""
+        if item.check:
+            self._add(press, "check", "uncheck" if item.check == "checked" else "check", part=part)
+        elif item.branch:
+            self._add(press, "branch", "press", "Left" if item.branch == "open" else "Right", part=part)
 
     def _handle_double_click(self, event: Event) -> None:
         self._press = None
@@ -230,15 +244,15 @@ class _StepBuilder:
             place.update(modifier_of(event))
             self._add(event, "double click", "double_click", part=part or "", **place)
 
-    def _end_right_click(self) -> None:
-        press, self._right_click = self._right_click, None
-        node = None if press is None else self._names.nodes.get(press.ref)
-        if press is not None and node is not None:
-            self._add(press, "right click", "right_click", part=part_of(press, node) or "")
-
     def _value_after(self, press: Event) -> Optional[str]:
         number = next(n for n, event in enumerate(self._events) if event is press)
         return value_later(self._events_from(number + 1), press.ref)
+
+    def _step_value(self, press: Event, node: SnapshotNode) -> None:
+        """Adds the value that an arrow of a field, or its calendar, has made."""
+        value = self._value_after(press)
+        if value is not None and value != str(node.value):
+            self._fill(press, value)
 
     def _set_slider(self, press: Event) -> None:
         value = self._value_after(press)
@@ -249,27 +263,22 @@ class _StepBuilder:
         node = self._names.nodes.get(event.ref)
         if node is None or node.role in _SCROLLED:
             return
-        horizontal, vertical = event.angle[0] // _WHEEL_STEP, event.angle[1] // _WHEEL_STEP
-        if not horizontal and not vertical:
+        turn = turn_of(event)
+        if turn is None:
             return
-        word, steps = (
-            ("up" if vertical > 0 else "down", abs(vertical))
-            if vertical
-            else ("left" if horizontal > 0 else "right", abs(horizontal))
-        )
-        before = 0
+        word, steps = turn
         modifier = modifier_of(event)
-        if self._origins and self._origins[-1] == (f"wheel {word} {modifier}", event.ref):
-            before = int(str(self._steps[-1].keywords[word]))
-            self._drop_last(f"wheel {word} {modifier}", event.ref)
-        keywords: Dict[str, Argument] = {word: steps + before, **modifier}
-        self._add(event, f"wheel {word} {modifier}", "wheel", part="", **keywords)
+        origin = f"wheel {word} {modifier}"
+        before = self._drop_last(origin, event.ref)
+        turned = 0 if before is None or word not in before.keywords else int(str(before.keywords[word]))
+        keywords: Dict[str, Argument] = {word: steps + turned, **modifier}
+        self._add(event, origin, "wheel", part="", **keywords)
 
     # The keyboard
 
     def _for_field(self, event: Event) -> Event:
         """A key that an open list of completions got, as one of its field, to which the list hands it on."""
-        if event.kind == "shown" and event.class_name.endswith("ListView"):
+        if event.kind == "shown" and event.class_name.endswith(_LISTS):
             self._lists.add(event.ref)
         if not self._run or event.kind not in ("key", "text") or event.ref not in self._lists:
             return event
@@ -287,7 +296,7 @@ class _StepBuilder:
         node = self._names.nodes.get(event.ref)
         if node is None:
             return  # in a menu, or an open list: their actions are told
-        self._end_right_click()
+        self._menus.end_right_click()
         is_field = node.role in FIELDS
         if edits(event, node) if is_field else is_text(event):
             self._run.append(event)
@@ -295,12 +304,8 @@ class _StepBuilder:
             self._press_key(event, event.key)
 
     def _press_key(self, event: Event, key: str) -> None:
-        if self._origins and self._origins[-1] == ("key", event.ref):
-            keys = (*self._steps[-1].arguments, key)
-            self._drop_last("key", event.ref)
-            self._add(event, "key", "press", *keys)
-        else:
-            self._add(event, "key", "press", key)
+        before = self._drop_last("key", event.ref)
+        self._add(event, "key", "press", *(before.arguments if before is not None else ()), key)
 
     def _end_run(self, number: int) -> None:
         """Adds what the keys until an event have entered."""
@@ -310,11 +315,12 @@ class _StepBuilder:
         first = run[0]
         node = self._names.nodes[first.ref]
         if node.role not in FIELDS:
-            self._add(first, "type", "type", "".join(event.text for event in run))
+            self._type(run)
             return
-        if node.role == "combo box" and not is_editable(node):
-            self._choose(run, number)
-            return
+        if node.role == "combo box":
+            run = self._choose(run, node, number)
+            if not run:
+                return
         if any(event.is_hidden for event in run):
             secret = self._secrets.setdefault(first.ref, Secret(len(self._secrets) + 1))
             self._add(first, "fill", "fill", secret)
@@ -342,57 +348,35 @@ class _StepBuilder:
         method = "enter" if self._names.nodes[event.ref].role == "date edit" else "fill"
         self._add(event, "fill", method, text)
 
-    def _choose(self, run: List[Event], number: int) -> None:
-        """Adds what keys have chosen in a combo box that takes no text; where nothing tells it, the keys themselves."""
-        first = run[0]
-        following = self._events_from(number)[:1]
-        chosen = value_after(following[0] if following else None, first.ref)
-        if chosen is None:
+    def _type(self, run: List[Event]) -> None:
+        """Adds the characters that something else than a field got; blanks press a button, or the check box of an item."""
+        typed = "".join(event.text for event in run)
+        if not typed.isspace():
+            self._add(run[0], "type", "type", typed)
+            return
+        for event in run:
+            self._press_key(event, "Space")
+
+    def _choose(self, run: List[Event], node: SnapshotNode, number: int) -> List[Event]:
+        """Adds what keys have chosen in a combo box; where nothing tells it, the keys. Returns those that type a text after it."""
+        ref, chosen = node.ref, last_choice(run)
+        if is_editable(node) and chosen is None:
+            return typed_in(run)
+        if not makes_choice(run):
+            return []
+        typed = typed_in(run[chosen + 1 :]) if is_editable(node) and chosen is not None else []
+        told = str(typed[0].value or "") if typed else choice_told(self._events_from(number), ref)
+        if told is not None:
+            self._drop_last("select", ref)
+            self._add(run[0], "select", "select", told)
+        else:
             for event in run:
                 if event.key:
                     self._press_key(event, event.key)
-            return
-        self._drop_last("select", first.ref)
-        self._add(first, "select", "select", chosen)
+        return typed
 
     def _handle_shortcut(self, event: Event) -> None:
-        self._end_right_click()
+        self._menus.end_right_click()
         window = self._names.window(event.window)
         if event.key and window is not None:
-            self._steps.append(Step(self._app, window, "", "press", (event.key,)))
-            self._origins.append(("shortcut", event.window))
-
-    # Menus
-
-    def _handle_action(self, event: Event) -> None:
-        item = event.item
-        if item is None:
-            return
-        if item.opener is None or item.window is None:
-            self._choose_from_context_menu(item)
-            return
-        opener = Event("action", item.opener, item.window)
-        node = self._names.nodes.get(item.opener)
-        if node is not None and node.role != "menu bar":
-            self._drop_last("click", item.opener)
-            self._add(opener, "menu", "choose", part=f"menu({as_python('/'.join(item.path))})")
-            return
-        if (
-            self._steps
-            and self._steps[-1].method == "press"
-            and str(self._steps[-1].arguments[0]).startswith("Alt+")
-        ):
-            self._drop_last("shortcut", item.window)
-        window = self._names.window(item.window)
-        if window is not None:
-            call = f"menu({as_python('/'.join(item.path))})"
-            self._steps.append(Step(self._app, window, call, "choose"))
-            self._origins.append(("menu", item.opener))
-
-    def _choose_from_context_menu(self, item: EventItem) -> None:
-        press, self._right_click = self._right_click, None
-        node = None if press is None else self._names.nodes.get(press.ref)
-        if press is not None and node is not None:
-            menu = f"context_menu({as_python('/'.join(item.path))})"
-            part = ".".join(filter(None, [part_of(press, node), menu]))
-            self._add(press, "menu", "choose", part=part)
+            self._made.append(Step(self._app, window, "", "press", (event.key,)), "shortcut", event.window)

@@ -4,10 +4,10 @@ from __future__ import annotations
 
 import keyword
 import re
-from typing import Dict, Iterable, Iterator, List, NamedTuple, Sequence, Tuple
+from typing import Dict, Iterable, Iterator, List, Mapping, NamedTuple, Optional, Sequence, Tuple
 
 from ..protocol.locators import as_python
-from .steps import Argument, Launch, Part, Recorded, Secret, Step
+from .steps import Argument, Launch, Part, Recorded, Secret, Step, Target
 
 _WORD = re.compile(r"[A-Za-z0-9]+")
 _TEXT_IN_CALL = re.compile(r"\"([^\"]*)\"|'([^']*)'")
@@ -70,9 +70,17 @@ def needs_of(steps: Sequence[Recorded], body: Sequence[str]) -> Needs:
     return Needs(tuple(modules), tuple(names), tuple(constants))
 
 
-def call_code(method: str, arguments: Iterable[Argument], keywords: Dict[str, Argument]) -> str:
-    """A call in Python."""
-    given = [python_value(argument) for argument in arguments]
+def call_code(
+    method: str,
+    arguments: Iterable[Argument],
+    keywords: Dict[str, Argument],
+    windows: Optional[Mapping[str, str]] = None,
+) -> str:
+    """A call in Python; `windows` are the variables of windows by their calls, where a target is among the arguments."""
+    given = [
+        f"{(windows or {})[one.window]}.{one.call}" if isinstance(one, Target) else python_value(one)
+        for one in arguments
+    ]
     given += [f"{key}={python_value(value)}" for key, value in keywords.items()]
     return f"{method}({', '.join(given)})"
 
@@ -128,16 +136,19 @@ def _body(steps: Sequence[Recorded]) -> Iterator[str]:
             yield f"# {step.comment}"
         if not step.method:
             continue
-        key = (step.app, step.window)
-        if key not in windows:
-            windows[key] = _variable(_words_of_call(step.window), "window", taken)
-            yield f"{windows[key]} = {apps[step.app]}.{step.window}"
-        yield _statement(step, windows[key])
+        targets = [one.window for one in step.arguments if isinstance(one, Target)]
+        for call in (step.window, *targets):
+            if (step.app, call) not in windows:
+                windows[step.app, call] = _variable(_words_of_call(call), "window", taken)
+                yield f"{windows[step.app, call]} = {apps[step.app]}.{call}"
+        yield _statement(step, {call: name for (app, call), name in windows.items() if app == step.app})
 
 
-def _statement(step: Step, window: str) -> str:
+def _statement(step: Step, windows: Dict[str, str]) -> str:
+    """The line for a step; `windows` are the variables of windows by their calls."""
+    window = windows[step.window]
     subject = f"{window}.{step.widget}" if step.widget else window
-    call = call_code(step.method, step.arguments, step.keywords)
+    call = call_code(step.method, step.arguments, step.keywords, windows)
     if not step.is_check:
         return f"{subject}.{call}"
     subject = f"lambda: {subject}.{step.reads}" if step.reads else subject

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Dict, Tuple
+from typing import Dict, Optional, Tuple
 
 from .events import Event
 from .steps import Argument
@@ -17,6 +17,7 @@ VIEWS = ("list", "tree", "table", "view")
 """Their rows can be dragged and dropped."""
 _MODIFIERS = {"Shift": "shift", "Ctrl": "control", "Alt": "alt"}
 _MAX_CLICK_DISTANCE = 10
+_WHEEL_STEP = 120
 _OPENING_MILLISECONDS = 400
 """Qt's interval of double clicks, for which the list takes no release after it was opened."""
 
@@ -49,3 +50,11 @@ def share_of(event: Event) -> Tuple[float, float]:
     """The place of an event as shares of the widget's width and height."""
     (x, y), (width, height) = event.at, event.size
     return round(x / max(width, 1), 2), round(y / max(height, 1), 2)
+
+
+def turn_of(event: Event) -> Optional[Tuple[str, int]]:
+    """The direction and the steps in which a wheel was turned; None for less than a step."""
+    horizontal, vertical = event.angle[0] // _WHEEL_STEP, event.angle[1] // _WHEEL_STEP
+    if vertical:
+        return "up" if vertical > 0 else "down", abs(vertical)
+    return ("left" if horizontal > 0 else "right", abs(horizontal)) if horizontal else None

@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
+from dataclasses import replace
 from typing import Optional
 
 from ..lookup.snapshot import SnapshotNode
 from ..protocol.locators import as_python
 from .events import Event, EventItem
+from .names import Names
 
 
 def part_of(press: Event, node: SnapshotNode) -> Optional[str]:
@@ -24,6 +26,12 @@ def part_of(press: Event, node: SnapshotNode) -> Optional[str]:
         return f"cell({_python(row)}, {_python(column)})"
     is_named = node.role in ("list", "tree") and all(item.path) and not _has_slash(node, item)
     return f"item({_python('/'.join(item.path))})" if is_named else None
+
+
+def holder_of(event: Event, node: SnapshotNode, names: Names) -> Event:
+    """The event for the view that a header is of; the event itself for other widgets."""
+    around = names.parent(node.ref) if node.role == "header" else None
+    return event if around is None else replace(event, ref=around.ref)
 
 
 def _has_slash(node: SnapshotNode, item: EventItem) -> bool:

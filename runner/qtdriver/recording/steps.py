@@ -35,7 +35,15 @@ class Part:
     text: str
 
 
-Argument = Union[str, int, float, bool, None, Secret, Part, Tuple[str, ...], Tuple[float, float]]
+@dataclass(frozen=True)
+class Target:
+    """A widget or an item of it as an argument: the call that makes its window, and the call on that."""
+
+    window: str
+    call: str
+
+
+Argument = Union[str, int, float, bool, None, Secret, Part, Target, Tuple[str, ...], Tuple[float, float]]
 
 
 @dataclass(frozen=True)

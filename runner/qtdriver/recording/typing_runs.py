@@ -10,8 +10,13 @@ from .events import Event
 FIELDS = ("edit", "spin box", "combo box", "date edit")
 """The roles of widgets whose text is edited."""
 
+OPENING = ("F4", "Alt+Down", "Alt+Up")
+"""They open the list of a combo box; in the list they close it without a choice."""
+
 _EDITING = ("Backspace", "Del", "Left", "Right", "Up", "Down", "Home", "End")
 _EDITING_SHORTCUTS = ("Ctrl+A", "Ctrl+C", "Ctrl+V", "Ctrl+X", "Ctrl+Z", "Ctrl+Y")
+
+_STEPPING = {"spin box": ("Up", "Down"), "combo box": OPENING}
 
 
 def is_text(event: Event) -> bool:
@@ -24,8 +29,8 @@ def is_text(event: Event) -> bool:
 
 
 def edits(event: Event, node: SnapshotNode) -> bool:
-    """Whether a key changes the text of a field, or moves the caret in it."""
-    if node.role == "spin box" and event.key in ("Up", "Down"):
+    """Whether a key changes the text of a field, moves the caret in it, or is for the list of a combo box."""
+    if event.is_in_list or event.key in _STEPPING.get(node.role, ()):
         return True
     plain = event.key.replace("Shift+", "")
     lines = node.role == "edit" and takes_lines(node) and plain == "Return"
