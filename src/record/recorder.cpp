@@ -90,12 +90,11 @@ void Recorder::abandon()
 // The widget that had the last input, and what it holds now.
 QByteArray Recorder::valueOfLast() const
 {
-    const QPointer<QWidget> widget(lastUsed);
-    const QString choice = choiceIn(widget);
+    const QString choice = choiceIn(lastUsed);
     QByteArray json;
-    if (widget) {
+    if (lastUsed) { // the model of a combo box may have deleted it
         locate::JsonObject object(json);
-        addHeld(object, widget, choice);
+        addHeld(object, lastUsed, choice);
     }
     return json;
 }

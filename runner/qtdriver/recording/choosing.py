@@ -29,7 +29,7 @@ def typed_in(run: List[Event]) -> List[Event]:
 
 
 def choice_told(following: Iterable[Event], ref: int) -> Optional[str]:
-    """What is chosen in a combo box as the first of some events tells it that does; None where none does."""
+    """The choice in a combo box, as the first event tells it that does; None where none does."""
     for event in following:
         node = in_tree(event, ref)
         told = event.previous[1] if event.previous is not None and event.previous[0] == ref else None

@@ -1,4 +1,4 @@
-"""What was chosen in menus, as steps."""
+"""Choices in menus, as steps."""
 
 from __future__ import annotations
 
