@@ -8,6 +8,7 @@
 #include "agent/wirevalue.h"
 #include "compat/variant.h"
 #include "locate/snapshot.h"
+#include "proxy/hiddenkeys.h"
 #include "proxy/stapplicationproxy.h"
 #include "proxy/sterror.h"
 
@@ -145,10 +146,12 @@ QByteArray activateLocated(const Request& request, STApplicationProxy& registry)
 QByteArray enterLocated(const Request& request, STApplicationProxy& registry)
 {
     const int forceSection = 5;
-    return actOnLocated(windowForAction(request), request, forceSection, registry, fieldPlace,
+    const proxy::HiddenKeys hiddenKeys; // the editor of an item view is not there before
+    const QByteArray reply = actOnLocated(windowForAction(request), request, forceSection, registry, fieldPlace,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
             registry.enter(widget, className, value);
         });
+    return hiddenKeys.areThere() && reply.startsWith("0,") ? reply + ",hidden" : reply;
 }
 
 QByteArray mouseLocated(const Request& request, STApplicationProxy& registry)

@@ -174,6 +174,8 @@ def test_a_password_for_an_editor_that_its_first_key_opens_is_in_no_trace(login)
             "clover-6713",
             lambda window, text: [window.widget("keyList").item(0).type(k) for k in (text, "\n")],
         ),
+        ("eryngo-6715", lambda window, text: window.widget("keyList").enter(text)),
+        ("fescue-6716", lambda window, text: window.widget("keyList").item(0).enter(text)),
         ("daphne-6714", lambda window, text: (window.widget("keyList").focus(), window.type(f"{text}\n"))),
     ]
 
@@ -185,6 +187,18 @@ def test_a_password_for_an_editor_that_its_first_key_opens_is_in_no_trace(login)
     kept = login(type_and_read)
     assert [form for password, _ in ways for form in forms_of(password) if form in kept] == []
     assert kept.count("***") >= len(ways)
+
+
+def test_a_password_that_the_editor_of_a_view_refuses_is_in_no_trace(login):
+    password = "ginger-6717-longer-than-the-editor-takes-which-is-forty"
+
+    def enter(window, host):
+        with pytest.raises(errors.CommandError, match="validate error"):
+            window.widget("keyList").enter(password)
+        window.press("Escape")
+
+    kept = login(enter)
+    assert [form for form in forms_of(password) if form in kept] == [] and "***" in kept
 
 
 @pytest.mark.parametrize("text", ["no such", "qsuch"], ids=["button", "shortcut"])

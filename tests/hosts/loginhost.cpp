@@ -78,6 +78,7 @@ public:
     {
         auto* editor = new QLineEdit(parent);
         editor->setEchoMode(QLineEdit::Password);
+        editor->setMaxLength(40);
         return editor;
     }
 };
@@ -89,7 +90,7 @@ void addList(QWidget* window)
     list->setMaximumHeight(60);
     list->addItem(QLatin1String("key"));
     list->item(0)->setFlags(list->item(0)->flags() | Qt::ItemIsEditable);
-    list->setEditTriggers(QAbstractItemView::AnyKeyPressed);
+    list->setEditTriggers(QAbstractItemView::AnyKeyPressed | QAbstractItemView::EditKeyPressed);
     list->setItemDelegate(new SecretDelegate);
     list->itemDelegate()->setParent(list);
     list->setCurrentRow(0);

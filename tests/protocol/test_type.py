@@ -149,6 +149,15 @@ def test_the_reply_tells_which_keys_went_to_a_field_that_hides_its_text(login):
     assert to_login(login, "+press", "path=pinBox", "A") == "0,QComboBox,hidden:0-0"
 
 
+def test_the_reply_to_a_value_tells_whether_it_went_to_a_field_that_hides_its_text(login):
+    def enter(locator, text):
+        return login.request(extension("+6", "Widget:login", locator, "", f"s:{text}"))
+
+    assert enter("path=keyList", "secret") == "0,QListView,hidden"
+    assert enter("path=pinEdit", "secret") == "0,QLineEdit,hidden"
+    assert enter("path=userEdit", "ada") == "0,QLineEdit"
+
+
 def test_an_editor_that_the_first_key_opens_hides_that_key_too(login):
     assert to_login(login, "+type", "path=keyList", "s") == "0,QListWidget,hidden:0-0"
     assert to_login(login, "+type", "", "ecret\nx").endswith(",hidden:0-6")

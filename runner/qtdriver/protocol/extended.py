@@ -91,7 +91,7 @@ class ExtendedChannel(Channel):
     ) -> str:
         """As Connection.enter_widget(), for what the locator finds."""
         texts = (widget_class, encode_argument(value), _FORCE if force else "")
-        return self._extended("+6", window, locator, *texts).payload
+        return _class_of(self._extended("+6", window, locator, *texts))
 
     def read(
         self,
@@ -222,5 +222,5 @@ class ExtendedChannel(Channel):
 
 
 def _class_of(reply: Reply) -> str:
-    """The class in a reply to keys, which may tell more behind a comma."""
+    """The class in a reply, which may tell more behind a comma."""
     return reply.payload.partition(",")[0]

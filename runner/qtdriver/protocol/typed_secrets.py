@@ -52,15 +52,28 @@ class TypedSecrets:
         if _name(line) == "+press" and self._spelled and self._field == _place(line):
             self._add_keys(pressed_keys(_section(line, 3)))
         new = self._secrets.add_new(self._typed_texts(line))
-        if new and _name(line) in _ENTERING and not self._is_hiding(line):
-            self._secrets.drop(new)
+        if new and _name(line) in _ENTERING:
+            return self._expect_entered(line, new)
         return new
+
+    def _expect_entered(self, line: str, new: Set[str]) -> Set[str]:
+        """Keeps or drops what a request that enters a value may type. Returns what depends on the reply.
+
+        The editor of an item view does not exist before, and the reply to the command cannot tell what it was.
+        """
+        if self._is_hiding(line):
+            return set()
+        if _name(line) == "+6":
+            return new
+        self._secrets.drop(new)
+        return set()
 
     def learn(self, line: str, reply: Reply, expected: Set[str]) -> None:
         """Keeps or drops what was expected of a request, by the reply to it."""
         name, section = _name(line), _section(line, 3)
         if name in _ENTERING:
             self._field = ""
+            self._learn_entered(reply, expected)
         elif not reply.ok:
             if not (expected and self._is_hiding(line)):
                 self._secrets.drop(expected)
@@ -90,6 +103,14 @@ class TypedSecrets:
             return [self._clipboard] if _pastes(pressed_keys(section)) else ()
         value = _ENTERING[name](_section(line, 4)) if name in _ENTERING else ""
         return [value[2:].rstrip("\r\n\t")] if value.startswith("s:") else ()
+
+    def _learn_entered(self, reply: Reply, expected: Set[str]) -> None:
+        """Keeps what went to an editor that hides its text, in a tree also without the column in front of it."""
+        if reply.payload.endswith(",hidden"):
+            for text in expected:
+                self._secrets.add(text.partition(":")[2])
+        else:
+            self._secrets.drop(expected)
 
     def _learn_text(self, place: str, text: str, hidden: Set[int]) -> None:
         """Adds the lines of a text of which a character was hidden; the first one also behind what was typed before."""
