@@ -4,6 +4,7 @@ import pytest
 
 from hostapp import HostApp
 from hostplatform import WINDOWS, wine
+from keptprocesses import KeptProcesses, are_kept_for
 import notunderwine
 from sharedhost import SharedHost
 
@@ -13,6 +14,9 @@ _FAILED = pytest.StashKey[bool]()
 def pytest_configure(config):
     config.addinivalue_line(
         "markers", "shared: the application is as it was after the test, and the next one uses it"
+    )
+    config.addinivalue_line(
+        "markers", "own_process: the application has a process that was never another one's"
     )
 
 
@@ -57,8 +61,16 @@ def shared_host():
     shared.end()
 
 
+@pytest.fixture(scope="module")
+def kept_processes():
+    """Processes that one test after the other has an application of its own in."""
+    kept = KeptProcesses()
+    yield kept
+    kept.end()
+
+
 @pytest.fixture
-def launch(request, shared_host):
+def launch(request, shared_host, kept_processes):
     """Starts host programs; at the end of the test each must end in order, with exit status 0, if the test has not seen
     it end. A test that is marked "shared" may get one that ran for others, and must leave it as it was."""
     if request.node.get_closest_marker("shared"):
@@ -66,13 +78,18 @@ def launch(request, shared_host):
         shared_host.give_back(failed=request.node.stash.get(_FAILED, False))
         return
     shared_host.end()  # two applications on one desktop take the focus from each other
+    keeps = WINDOWS and are_kept_for(request.path.name) and not request.node.get_closest_marker("own_process")
     apps = []
 
     def start(program, *arguments, **options):
-        app = HostApp(program, *arguments, **options)
-        apps.append(app)
-        return app
+        begin = kept_processes.start if keeps else HostApp
+        apps.append(begin(program, *arguments, **options))
+        return apps[-1]
 
     yield start
+    failed = request.node.stash.get(_FAILED, False)
     for app in apps:
-        app.end()
+        if keeps and not failed and not app.ends_as_expected():
+            kept_processes.keep(app)
+        else:
+            app.end()

@@ -27,15 +27,19 @@ class HostApp:
     """A running host program. `request` talks to the agent; `events`, `do` and `get` to the program itself."""
 
     def __init__(self, program, *arguments, env=None, agent=True, serve=True):
+        self._serves, self._accepts = serve, serve and agent
         self.server = listen() if serve else None
         self._command = [*command(program), *arguments]
         self._environment = {**os.environ, **as_programs_take_them({**environment(), **(env or {})})}
         self._end_is_expected = False
         self.journal = []
         self._start()
+        self._meet()
+
+    def _meet(self):
         self.greeting = None
         self.socket = None
-        if serve and agent:
+        if self._accepts:
             try:
                 self.accept()
             except BaseException:  # the next test needs the port
@@ -225,11 +229,33 @@ class HostApp:
             assert early is None, f"the application ended by itself, with status {early}"
             assert status == 0, f"the application ended with status {status}"
 
-    def close(self):
-        """Ends the application, if it has not ended yet, and returns its exit status."""
+    def ends_as_expected(self):
+        """Whether a test waits, or has waited, for its end."""
+        return self._end_is_expected
+
+    def pause(self):
+        """Ends the application in order, but for its process, which `resume` makes a new application."""
+        early = self.process.poll()
+        assert early is None, f"the application ended by itself, with status {early}"
+        self._close_sockets()
+        self._tell("again")
+        self._wait_for_next("without windows")
+
+    def resume(self):
+        """Builds the application anew in the process that `pause` has left."""
+        self.server = listen() if self._serves else None
+        self.journal = []
+        self._tell("again")
+        self._meet()
+
+    def _close_sockets(self):
         for closing in (self.socket, self.server):
             if closing:
                 closing.close()
+
+    def close(self):
+        """Ends the application, if it has not ended yet, and returns its exit status."""
+        self._close_sockets()
         if self.process.poll() is None:
             self.process.stdin.close()
         try:

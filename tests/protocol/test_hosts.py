@@ -173,3 +173,17 @@ def test_an_application_that_a_failed_test_has_used_is_not_used_again(shared):
     first = shared.take("corehost")
     shared.give_back(failed=True)
     assert shared.take("corehost") is not first
+
+
+def test_a_process_that_is_kept_has_a_new_application_with_a_new_agent():
+    app = HostApp("buttonhost")
+    process = app.process
+    app.do("rememberState")
+    app.pause()
+    assert process.poll() is None
+    app.resume()
+    assert app.process is process and app.greeting
+    assert app.request("13") == "8,Command not found"
+    assert app.get("buttons", "visible") == "true"
+    app.end()
+    assert process.poll() == 0

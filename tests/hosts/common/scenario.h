@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <cstddef>
+#include <memory>
 
 // A host of views runs one of its scenarios, by the option "--scenario NAME". A stage is the host and its window.
 template <class Stage>
@@ -32,10 +33,11 @@ void runScenario(TestHost& host, const Scenario<Stage> (&scenarios)[count], cons
     auto* other = new QLineEdit;
     other->setObjectName(QLatin1String("other"));
     window->layout()->addWidget(other);
-    static Stage stage = {host, window}; // requests come later
+    static std::unique_ptr<Stage> stage; // stays, because requests come later
+    stage.reset(new Stage{host, window});
     for (const Scenario<Stage>& scenario : scenarios) {
         if (wanted == QLatin1String(scenario.name))
-            scenario.build(stage);
+            scenario.build(*stage);
     }
     window->setGeometry(QRect(QPoint(60, 60), size));
     window->show();

@@ -16,9 +16,16 @@
 #include <QtCore/QLibrary>
 #include <QtCore/QStringList>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
+
+StandardInput* standardInput()
+{
+    static auto* const input = new StandardInput;
+    return input;
+}
 
 QString valueText(const QVariant& value)
 {
@@ -61,23 +68,62 @@ int TestHost::run(int argc, char** argv, const std::function<void(TestHost&)>& b
 
 int TestHost::run(QApplication&, const std::function<void(TestHost&)>& build)
 {
-    const QStringList arguments = QCoreApplication::arguments();
-    TestHost host(arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1));
-    new InputCounter; // the application's
-    build(host);
-    if (!arguments.contains(QLatin1String("--late")))
-        QTimer::singleShot(0, &host, SLOT(loadAgentWhenActive()));
-    const int result = QApplication::exec();
-    host.journal(QLatin1String("exec returned"));
-    delete host.client;
+    const int doubleClickInterval = QApplication::doubleClickInterval();
+    const bool isComboAnimated = QApplication::isEffectEnabled(Qt::UI_AnimateCombo);
+    int result = 0;
+    for (bool isWanted = true; isWanted;) {
+        std::unique_ptr<TestHost> host(new TestHost);
+        result = host->runOnce(build);
+        isWanted = host->isWantedAgain && host->waitForNextTest();
+        if (isWanted)
+            host.release()->setParent(QCoreApplication::instance()); // objects that outlive the windows may call it
+        QApplication::setDoubleClickInterval(doubleClickInterval);
+        QApplication::setEffectEnabled(Qt::UI_AnimateCombo, isComboAnimated);
+    }
     return result;
 }
 
-TestHost::TestHost(const QString& library)
-    : agentLibrary(library)
+int TestHost::runOnce(const std::function<void(TestHost&)>& build)
 {
-    static auto* const input = new StandardInput; // which stays
-    connect(input, SIGNAL(arrived(QByteArray)), SLOT(readRequest(QByteArray)));
+    const QStringList arguments = QCoreApplication::arguments();
+    agentLibrary = arguments.value(arguments.indexOf(QLatin1String("--agent")) + 1);
+    const std::unique_ptr<InputCounter> counter(new InputCounter);
+    build(*this);
+    if (!arguments.contains(QLatin1String("--late")))
+        QTimer::singleShot(0, this, SLOT(loadAgentWhenActive()));
+    const int result = QApplication::exec();
+    journal(QLatin1String("exec returned"));
+    deleteAgent();
+    return result;
+}
+
+// Removes the windows, and returns whether there is a next test.
+bool TestHost::waitForNextTest()
+{
+    isWantedAgain = false;
+    QApplication::setQuitOnLastWindowClosed(false);
+    const auto belongsToOthers = [](const QWidget* window) {
+        // Qt 4's own style for Windows has such a widget, and deletes it when the process ends.
+        const bool isOfStyle = window->objectName().isEmpty() && !window->testAttribute(Qt::WA_WState_ExplicitShowHide);
+        return window->parentWidget() || isOfStyle;
+    };
+    QWidgetList windows;
+    do { // as one may take others with it
+        windows = QApplication::topLevelWidgets();
+        windows.erase(std::remove_if(windows.begin(), windows.end(), belongsToOthers), windows.end());
+        delete windows.value(0);
+    } while (windows.size() > 1);
+    journal(QLatin1String("without windows"));
+    QApplication::exec();
+    disconnect(standardInput(), nullptr, this, nullptr);
+    isMute = true;
+    QApplication::setQuitOnLastWindowClosed(true);
+    return isWantedAgain;
+}
+
+TestHost::TestHost()
+{
+    connect(standardInput(), SIGNAL(arrived(QByteArray)), SLOT(readRequest(QByteArray)));
     onRequest(QLatin1String("loadAgent"), [this] { loadAgent(); });
     onRequest(QLatin1String("quit"), [] { QCoreApplication::quit(); });
     onRequest(
@@ -150,6 +196,8 @@ void TestHost::retireAgent()
 
 void TestHost::journal(const QString& line)
 {
+    if (isMute)
+        return;
     QString escaped = line;
     escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\n'), QLatin1String("\\n"));
     std::puts(escaped.toUtf8().constData());
@@ -253,6 +301,9 @@ void TestHost::execute(const QString& request)
     if (word == QLatin1String("do") && actions.contains(name)) {
         actions.value(name)();
         journal(QLatin1String("done ") + name);
+    } else if (request == QLatin1String("again")) {
+        isWantedAgain = true;
+        QCoreApplication::exit();
     } else if (word == QLatin1String("get")) {
         const QObject* object = find(name);
         const QByteArray property = request.section(QLatin1Char(' '), 2).toLatin1();

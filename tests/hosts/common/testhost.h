@@ -18,6 +18,8 @@ class QWidget;
 //                     PROPERTY" prints a property of the object with that name as "value TEXT"
 //                     "do rememberState", "do restore" and "do changes" are for tests that share a host: the last one
 //                     prints each difference between the remembered state and now as "changed NAME was VALUE, is VALUE"
+//                     "again" ends all that there is but the process, and the next "again" builds it anew: where a process
+//                     takes long to start, the next test has it
 // Options: --agent PATH, the agent's library, loaded once a window is active; --late, load it at "do loadAgent" only;
 // the rest is Qt's.
 class TestHost : public QObject
@@ -64,7 +66,9 @@ private Q_SLOTS:
     void loadAgent();
 
 private:
-    explicit TestHost(const QString& agentLibrary);
+    TestHost();
+    int runOnce(const std::function<void(TestHost&)>& build);
+    bool waitForNextTest();
     void execute(const QString& request);
     void activateAgain();
     void journalChanges();
@@ -74,6 +78,8 @@ private:
     QMap<QString, std::function<void()>> actions;
     QObject* client = nullptr;
     int retries = 0;
+    bool isWantedAgain = false;
+    bool isMute = false;
     std::unique_ptr<HostState> state;
     HostState::Values remembered;
 };
