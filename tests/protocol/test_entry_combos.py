@@ -264,7 +264,7 @@ def test_the_text_of_the_current_item_is_shown_again_after_another_was_typed(pla
     plain.wait_until(name, "currentText", text)
 
 
-# Where an earlier application of the process has chosen in an editable one, Qt 4.8 for Windows lets no key to the list.
+# Where an earlier application of the process has chosen in an editable one, no key gets to the list; it is not known why.
 @pytest.mark.own_process
 @pytest.mark.parametrize("name", ["choice", "editable"])
 def test_a_list_that_is_open_is_chosen_from_and_closed(plain, name):
