@@ -175,6 +175,7 @@ def test_a_password_for_an_editor_that_its_first_key_opens_is_in_no_trace(login)
             lambda window, text: [window.widget("keyList").item(0).type(k) for k in (text, "\n")],
         ),
         ("eryngo-6715", lambda window, text: window.widget("keyList").enter(text)),
+        ("hyssop-6718", lambda window, text: window.widget("keyList").enter(text, force=True)),
         ("fescue-6716", lambda window, text: window.widget("keyList").item(0).enter(text)),
         ("daphne-6714", lambda window, text: (window.widget("keyList").focus(), window.type(f"{text}\n"))),
     ]

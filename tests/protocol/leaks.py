@@ -182,7 +182,7 @@ EXTENSIONS = {
     "+record and +events": [
         Request(extension("+record", "start")),
         extended("+9", "name=list", "", "s:MouseClick:LeftButton:::", "", "s:item 2"),
-        extended("+type", "name=line", "a"),
+        extended("+press", "name=line", "Ctrl+A, A"),  # replaces: a text that grows would take memory, too
         Request("+events"),
         Request(extension("+record", "stop")),
     ],
