@@ -37,6 +37,21 @@ def test_only_the_part_that_has_changed_is_sent():
     )
 
 
+def test_a_change_from_one_side_to_the_other_is_sent_in_its_rows():
+    changes = PictureChanges()
+    changes.update(screen())
+    wide = changes.update(screen((320, 200), (0, 24, 1, 40), (319, 31, 320, 32)))
+    assert wide.box == (0, 24, 320, 40)
+    assert (
+        wide.image.tobytes()
+        == screen((320, 200), (0, 24, 1, 40), (319, 31, 320, 32)).image().crop(wide.box).tobytes()
+    )
+    changes.update(screen())
+    assert changes.update(screen((320, 200), (0, 24, 319, 40))).box == (0, 24, 319, 40)
+    changes.update(screen())
+    assert changes.update(screen((320, 200), (1, 24, 320, 40))).box == (1, 24, 320, 40)
+
+
 def test_bytes_of_pixels_without_a_meaning_are_no_change():
     changes = PictureChanges()
     pixels = screen()

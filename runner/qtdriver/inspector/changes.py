@@ -76,6 +76,8 @@ class PictureChanges:
         if rows is None:
             return None
         now = self._image(rows, data)
+        if self._has_changed_sides(before, data, rows):
+            return self._part((0, rows[0], self._size[0], rows[1]), now)
         columns = _changed_columns(self._image(rows, before), now)
         if columns is None:
             return None  # in the byte of each pixel that has no meaning
@@ -90,6 +92,18 @@ class PictureChanges:
         left, top, right, bottom = box
         rows = self._image((top, bottom), self._last)
         return ChangedPart(self._size, box, rows.crop((left, 0, right, bottom - top)), False)
+
+    def _has_changed_sides(self, before: bytes, now: bytes, rows: Tuple[int, int]) -> bool:
+        """Whether some rows have changed in the first column and in the last: then there is no need to look between them."""
+        end, last = rows[1] * self._row, 4 * (self._size[0] - 1)
+        starts = [rows[0] * self._row + side for side in (0, last)]
+        return all(
+            any(
+                before[byte : end : self._row] != now[byte : end : self._row]
+                for byte in range(start, start + 3)
+            )
+            for start in starts
+        )
 
     def _part(self, box: Box, image: "Image") -> ChangedPart:
         left, top, right, bottom = box
@@ -124,7 +138,8 @@ def _changed_rows(before: bytes, now: bytes, row: int) -> Optional[Tuple[int, in
 def _changed_columns(before: "Image", now: "Image") -> Optional[Box]:
     from PIL import ImageChops
 
-    box: Optional[Box] = ImageChops.difference(before, now).getbbox()
+    # Not 0 where they differ, as the difference is, which takes twice as long.
+    box: Optional[Box] = ImageChops.subtract_modulo(now, before).getbbox()
     return box
 
 
