@@ -34,7 +34,9 @@ def make_elsewhere(kind, folder):
             (checkout / name).chmod(0o775 if os.access(ROOT / name, os.X_OK) else 0o664)
     date = run("git", "-C", ROOT, "log", "-1", "--format=%ct").strip()
     cache = str(folder / "cache")
-    return make(kind, checkout, SOURCE_DATE_EPOCH=date, TZ="Asia/Tokyo", LANG="C", USER="somebody", CCACHE_DIR=cache)
+    return make(
+        kind, checkout, SOURCE_DATE_EPOCH=date, TZ="Asia/Tokyo", LANG="C", USER="somebody", CCACHE_DIR=cache
+    )
 
 
 def differing(pattern, first, second):
