@@ -10,6 +10,7 @@ const KindRow kindRows[] = {
     {QEvent::MouseButtonDblClick, Family::Input, "double click"},
     {QEvent::Wheel, Family::Input, "wheel"},
     {QEvent::KeyPress, Family::Input, "key"},
+    {QEvent::KeyRelease, Family::KeyRelease, ""},
     {QEvent::InputMethod, Family::Input, "text"},
     {QEvent::FocusIn, Family::Input, "focus"},
     {QEvent::Drop, Family::Input, "drop"},

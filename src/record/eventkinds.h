@@ -5,7 +5,7 @@
 
 namespace record {
 
-enum class Family { Input, Shortcut, Window, Close, Structure };
+enum class Family { Input, KeyRelease, Shortcut, Window, Close, Structure };
 
 // A type of events that a recording looks at, and the word that tells of it.
 struct KindRow

@@ -63,6 +63,7 @@ void Recorder::stop()
 {
     if (!isRecording)
         return;
+    recordEndOfDrag();
     const QByteArray value = valueOfLast();
     end();
     lastValue = value;
@@ -75,6 +76,7 @@ void Recorder::end()
     isRecording = false;
     lastDelivery = Delivery();
     lastUsed = nullptr;
+    pressed = nullptr;
     toldValue.clear();
     windows.clear();
 }
@@ -101,6 +103,7 @@ QByteArray Recorder::valueOfLast() const
 
 QByteArray Recorder::take()
 {
+    recordEndOfDrag();
     const QByteArray value = isRecording ? valueOfLast() : lastValue;
     const bool isNews = !value.isEmpty() && (!queue.isEmpty() || value != toldValue);
     toldValue = value;
@@ -136,7 +139,9 @@ bool Recorder::eventFilter(QObject* watched, QEvent* event)
 void Recorder::observe(QObject* watched, QEvent* event)
 {
     const Family family = rowOf(event->type())->family;
-    if (family == Family::Shortcut)
+    if (family == Family::KeyRelease)
+        lastDelivery = Delivery(); // what comes next is pressed anew
+    else if (family == Family::Shortcut)
         observeShortcut(watched, event);
     else if (family == Family::Window && watched->isWidgetType() && !event->spontaneous())
         observeWindow(watched, event);
@@ -163,10 +168,10 @@ void Recorder::observeInput(QWidget* receiver, QEvent* event)
             });
         break;
     }
-    case QEvent::Drop: {
+    case QEvent::Drop:
+        pressed = nullptr;
         observePlace("drop", receiver, compat::positionOf(*static_cast<QDropEvent*>(event)), ItemPlace::Told);
         break;
-    }
     case QEvent::ContextMenu: { // that of the mouse follows a press or a release
         const auto& menu = *static_cast<QContextMenuEvent*>(event);
         if (menu.reason() == QContextMenuEvent::Keyboard
@@ -206,6 +211,8 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
     const QByteArray over = guard && isDrag ? endOfDrag(receiver, place) : QByteArray();
     if (!guard || !isRecording)
         return;
+    if (!isWheel) // Qt counts the buttons that the windowing system tells, not those that the agent holds
+        pressed = event->type() == QEvent::MouseButtonPress && event->spontaneous() ? target.widget : nullptr;
     recordEvent(
         rowOf(event->type())->kind, target.widget,
         [&](locate::JsonObject& object) {
@@ -219,6 +226,17 @@ void Recorder::observeMouse(QWidget* receiver, QEvent* event)
         item);
     if (chosen)
         recordAction(receiver, chosen);
+}
+
+// Drag and drop keeps the release from the widget that was pressed, and where nothing takes what is dragged there is no event
+// at all.
+void Recorder::recordEndOfDrag()
+{
+    if (!pressed || QApplication::mouseButtons() != Qt::NoButton)
+        return;
+    QWidget* const source = pressed;
+    pressed = nullptr;
+    recordEvent("drag end", source, [](locate::JsonObject&) {});
 }
 
 // For events that only have a place: a drop, since drag and drop keeps the release from the widget that was pressed, and a

@@ -61,6 +61,7 @@ private:
     void observe(QObject* watched, QEvent* event);
     void observeInput(QWidget* receiver, QEvent* event);
     void observeMouse(QWidget* receiver, QEvent* event);
+    void recordEndOfDrag();
     void observePlace(const char* kind, QWidget* receiver, const QPoint& position, ItemPlace place);
     void observeKey(QWidget* receiver, QEvent* event);
     void observeShortcut(QObject* receiver, QEvent* event);
@@ -80,6 +81,7 @@ private:
     bool isRecording = false;
     Delivery lastDelivery{QEvent::None, QPointer<QWidget>(), QPoint()};
     QPoint pressedAt; // on the screen
+    QPointer<QWidget> pressed; // by the user, until its release, a drop, or the event that tells the end without either
     QPointer<QWidget> lastUsed; // the widget of the last input
     QByteArray lastValue; // what that held as the recording was stopped
     QByteArray toldValue; // what was told of it

@@ -78,6 +78,10 @@ DRAGS = {
         drop(LIST, {"ref": LIST, "item": row("Milk", within=[20, 90])}, item=row("Tea")),
         ['shop.widget("drinks").item("Tea").drag_to(shop.widget("drinks").item("Milk"), to=(0.5, 0.9))'],
     ),
+    "a row that nothing has taken": (
+        [mouse("press", LIST, tree=wide(), item=row("Tea")), event("drag end", LIST)],
+        ['# not recorded: a drag with the mouse, from widget("drinks").item("Tea")'],
+    ),
     "a row into an empty place": (
         drop(LIST, {"ref": TREE}, item=row("Tea")),
         ['shop.widget("drinks").item("Tea").drag_to(shop.widget("files"), to=(0.5, 0.75))'],

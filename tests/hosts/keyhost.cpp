@@ -171,6 +171,8 @@ void addFields(TestHost& host, QMainWindow* window)
     });
     window->setCentralWidget(centre);
     host.onRequest(latin1("focusCustom"), [custom] { custom->setFocus(); });
+    centre->setObjectName(latin1("centre"));
+    host.onRequest(latin1("focusCentre"), [centre] { centre->setFocus(); });
     host.onRequest(latin1("focusLine"), [line] { line->setFocus(); });
     host.onRequest(latin1("enable"), [disabled] { disabled->setEnabled(true); });
 }

@@ -113,6 +113,16 @@ def test_double_clicks_and_modifiers_are_told(items):
     assert kinds.count("double click") == 1 and kinds[0] == "press"
 
 
+def test_the_same_key_is_told_again_of_a_widget_around_the_one_that_took_it(keys):
+    """A key that a widget ignores comes to those around it as well, and is told once."""
+    recording = Recording(keys)
+    assert keys.request(extension("+press", "Keys", "path=button", "Space"))[:2] == "0,"
+    keys.do("focusCentre")
+    assert keys.request(extension("+press", "Keys", "", "Space"))[:2] == "0,"
+    inner, outer = recording.until("key", "key")
+    assert (inner["ref"], outer["ref"]) == (recording.ref("Keys", "button"), recording.ref("Keys", "centre"))
+
+
 def wait_for_last_release(recording, count):
     events = []
 

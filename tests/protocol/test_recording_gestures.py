@@ -86,6 +86,24 @@ def test_a_drop_is_told_with_the_item_that_it_goes_to(launch):
     assert all(40 <= percent <= 60 for percent in drop["item"]["within"])
 
 
+def test_the_end_of_a_drag_that_nothing_takes_is_told_when_the_button_is_up(launch):
+    app = launch("draghost")
+    recording = Recording(app)
+    left, top, right, bottom = app.rect(DRAGS, "source")
+    xdotool("mousemove", (left + right) // 2, (top + bottom) // 2, "mousedown", 1)
+    xdotool("mousemove_relative", 30, 0)
+    app.wait_for("drag began")
+    told = recording.ask()["events"]
+    assert "drag end" not in kinds(told)
+    xdotool("mouseup", 1)
+    app.wait_for("drag over 0")
+    told += recording.ask()["events"]
+    press, end = [event for event in told if event["kind"] not in ("focus", "shown", "closed")]
+    assert kinds([press, end]) == ["press", "drag end"]
+    assert press["ref"] == end["ref"] == recording.ref(DRAGS, "source")
+    assert recording.ask()["events"] == []
+
+
 def test_the_end_of_a_drag_without_a_drop_is_told(launch):
     app = launch("draghost")
     recording = Recording(app)

@@ -97,6 +97,7 @@ class _StepBuilder:
             "release": self._handle_release,
             "double click": self._handle_double_click,
             "drop": self._handle_drop,
+            "drag end": lambda event: self._end_drag(),
             "wheel": self._handle_wheel,
             "key": self._handle_key,
             "text": self._handle_key,
@@ -134,12 +135,15 @@ class _StepBuilder:
         if event.item is None or not event.item.is_entry:
             self._menus.end_right_click()
             self._made.settle_click()
-        before, self._press = self._press, event
-        node = None if before is None else self._names.nodes.get(before.ref)
-        if before is not None and before.item is not None and node is not None and node.role in VIEWS:
-            self._drag(
-                before, None
-            )  # drag and drop has kept the release, and nothing has taken what was dragged
+        self._end_drag()
+        self._press = event
+
+    def _end_drag(self) -> None:
+        """Drag and drop has kept the release, and nothing has taken what was dragged."""
+        press, self._press = self._press, None
+        node = None if press is None else self._names.nodes.get(press.ref)
+        if press is not None and press.item is not None and node is not None and node.role in VIEWS:
+            self._drag(press, None)
 
     def _handle_release(self, event: Event) -> None:
         press, self._press = self._press, None

@@ -61,9 +61,9 @@ class Event:
     """Something that a user has done, or that the application has made of it.
 
     Attributes:
-        kind: "press", "release", "double click", "wheel", "key", "text", "shortcut", "action", "drop", "context menu" (by a
-            key), "focus", "shown", "close" (by its frame), "closed"; "window" for one that was there when the recording began; "last" for what a widget holds now, and "over" for
-            the end of a drag.
+        kind: "press", "release", "double click", "wheel", "key", "text", "shortcut", "action", "drop", "drag end" (of one that
+            nothing took), "context menu" (by a key), "focus", "shown", "close" (by its frame), "closed"; "window" for one
+            that was there when the recording began; "last" for what a widget holds now, and "over" for the end of a drag.
         ref, window: the reference numbers of the widget and its window.
         time: milliseconds since the recording began.
         at, size: the place in the widget, and its width and height, in pixels.
