@@ -19,20 +19,18 @@ export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/n
 export LC_ALL=C.UTF-8 TZ=UTC
 # The system's tools, and no other Python than its own.
 export PATH=/usr/sbin:/usr/bin:/sbin:/bin
+# Objects of a cache may name their sources by other paths, as ccache gave them to the compiler at the time.
+export CCACHE_DISABLE=1
 umask 022
 
-# copy_sources FOLDER: a fresh FOLDER with the sources of what is installed. It has the same layout as a checkout, whose
-# objects ccache has. Dates and modes are those of a fresh checkout everywhere.
+# copy_sources FOLDER: a fresh FOLDER with the sources of what is installed, laid out as in a checkout. Dates and modes are
+# those of a fresh checkout everywhere.
 copy_sources() {
     rm -rf "$1"
     mkdir -p "$1"
     tar --create --mtime="@$SOURCE_DATE_EPOCH" --mode=u+rw,go=rX --exclude=__pycache__ --exclude='*.egg-info' \
         --exclude=.mypy_cache --exclude=runner/build CMakeLists.txt CMakePresets.json LICENSE CHANGELOG.md README.md cmake docs \
         packaging runner scripts/build.sh scripts/together.py src | tar --extract --no-same-owner --directory "$1"
-    if command -v ccache >/dev/null; then
-        CCACHE_DIR=$(ccache --get-config cache_dir) # Debian's tools have a home of their own
-        export CCACHE_DIR CCACHE_BASEDIR=$1 CCACHE_NOHASHDIR=1
-    fi
 }
 
 # logged NAME COMMAND...: its output goes to a file, and is shown if it fails.

@@ -24,7 +24,7 @@ def make(kind, checkout=ROOT, **variables):
 
 
 def make_elsewhere(kind, folder):
-    """The same from a copy of the sources in a folder: later, by a user with other habits, without a history."""
+    """The same from a copy of the sources in a folder: later, by a user with other habits, without a history or a cache."""
     checkout = folder / "elsewhere"
     tracked = run("git", "-C", ROOT, "ls-files", "--cached", "--others", "--exclude-standard").splitlines()
     for name in reversed(tracked):
@@ -33,7 +33,10 @@ def make_elsewhere(kind, folder):
             shutil.copyfile(ROOT / name, checkout / name)
             (checkout / name).chmod(0o775 if os.access(ROOT / name, os.X_OK) else 0o664)
     date = run("git", "-C", ROOT, "log", "-1", "--format=%ct").strip()
-    return make(kind, checkout, SOURCE_DATE_EPOCH=date, TZ="Asia/Tokyo", LANG="C", USER="somebody")
+    cache = str(folder / "cache")
+    return make(
+        kind, checkout, SOURCE_DATE_EPOCH=date, TZ="Asia/Tokyo", LANG="C", USER="somebody", CCACHE_DIR=cache
+    )
 
 
 def differing(pattern, first, second):

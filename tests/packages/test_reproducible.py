@@ -18,8 +18,13 @@ def test_two_folders_make_the_same_bytes(made, elsewhere, pattern):
     assert differing(pattern, made, elsewhere) == []
 
 
+def test_the_objects_come_from_no_cache(elsewhere):
+    """It has those of other folders, and hides what depends on the folder."""
+    cache = elsewhere.parents[2] / "cache"
+    assert [path for path in cache.rglob("*") if path.is_file() and path.name.endswith("R")] == []
+
+
 def test_no_package_has_the_path_of_the_folder_that_made_it(made, tmp_path):
-    """Objects of a cache would hide that: they are those of the first folder."""
     for package in made.glob("*.deb"):
         run("dpkg-deb", "--raw-extract", package, tmp_path / package.name)
     for symbols in tmp_path.rglob("*.debug"):
