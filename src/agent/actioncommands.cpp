@@ -6,6 +6,7 @@
 #include "agent/wirevalue.h"
 #include "identify/widgetlookup.h"
 #include "identify/widgetpath.h"
+#include "proxy/hiddenkeys.h"
 #include "proxy/stapplicationproxy.h"
 
 #include <QApplication>
@@ -67,6 +68,7 @@ QByteArray activateWidget(const Request& request, STApplicationProxy& registry)
 
 QByteArray enterWidget(const Request& request, STApplicationProxy& registry)
 {
+    const proxy::HiddenKeys hiddenKeys; // for a later +hidden
     return actOnWidget(reachableWindow(request.section(1), QApplication::activeWindow()), request, registry,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
             registry.enter(widget, className, value);

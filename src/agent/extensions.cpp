@@ -5,6 +5,7 @@
 #include "agent/locatedactions.h"
 #include "agent/request.h"
 #include "agent/wirevalue.h"
+#include "proxy/hiddenkeys.h"
 #include "proxy/sterror.h"
 #include "record/recorder.h"
 
@@ -16,6 +17,7 @@ namespace agent {
 namespace {
 
 QByteArray listExtensions(const Request& request, STApplicationProxy& registry);
+QByteArray tellHiddenKeys(const Request& request, STApplicationProxy& registry);
 QByteArray recordEvents(const Request& request, STApplicationProxy& registry);
 QByteArray takeEvents(const Request& request, STApplicationProxy& registry);
 
@@ -40,6 +42,7 @@ const ExtensionRow extensionRows[] = {
     {"+wheel", turnWheel},
     {"+clipboard", clipboardText},
     {"+focus", focusWidget},
+    {"+hidden", tellHiddenKeys},
     {"+record", recordEvents},
     {"+events", takeEvents},
 };
@@ -51,6 +54,13 @@ QByteArray listExtensions(const Request&, STApplicationProxy&)
     for (const ExtensionRow& row : extensionRows)
         names.append(QLatin1String(row.name));
     return replyForValue(names);
+}
+
+// Sections: none. Whether the last request that enters a value has typed into a field that hides its text, as the editor of
+// an item view can be, which is not there before.
+QByteArray tellHiddenKeys(const Request&, STApplicationProxy&)
+{
+    return replyForValue(proxy::HiddenKeys::wereSeen());
 }
 
 // Section 1: "start" or "stop"; section 2: empty, or "passwords" to record keys in fields that hide their text, too.

@@ -146,12 +146,12 @@ QByteArray activateLocated(const Request& request, STApplicationProxy& registry)
 QByteArray enterLocated(const Request& request, STApplicationProxy& registry)
 {
     const int forceSection = 5;
-    const proxy::HiddenKeys hiddenKeys; // the editor of an item view is not there before
+    const proxy::HiddenKeys hiddenKeys;
     const QByteArray reply = actOnLocated(windowForAction(request), request, forceSection, registry, fieldPlace,
         [&](QWidget* widget, const QString& className, const QVariant& value) {
             registry.enter(widget, className, value);
         });
-    return hiddenKeys.areThere() && reply.startsWith("0,") ? reply + ",hidden" : reply;
+    return proxy::HiddenKeys::wereSeen() && reply.startsWith("0,") ? reply + ",hidden" : reply;
 }
 
 QByteArray mouseLocated(const Request& request, STApplicationProxy& registry)

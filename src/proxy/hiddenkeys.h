@@ -4,20 +4,21 @@
 
 namespace proxy {
 
-// Sees, as long as it lives, whether keys go to a widget that hides what is typed.
+// Whether the event is a key for a widget that hides what is typed.
+bool isHiddenKey(const QObject* receiver, const QEvent* event);
+
+// Sees, as long as it lives, whether there are such keys. One at a time.
 class HiddenKeys : public QObject
 {
 public:
     // Needs an application object.
     HiddenKeys();
 
-    bool areThere() const { return isSeen; }
+    // Whether the last one that was made has seen some.
+    static bool wereSeen();
 
 protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
-
-private:
-    bool isSeen = false;
 };
 
 } // namespace proxy

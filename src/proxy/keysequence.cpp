@@ -2,7 +2,7 @@
 
 #include "compat/reachable.h"
 #include "compat/systeminput.h"
-#include "compat/widgettexts.h"
+#include "proxy/hiddenkeys.h"
 #include "proxy/postedcall.h"
 
 #include <QApplication>
@@ -100,12 +100,11 @@ QWidget* KeySequence::receiver() const
 // while it works on a key gets no further key meanwhile, as it does not expect one; the last one is posted in any case.
 bool KeySequence::eventFilter(QObject* object, QEvent* event)
 {
-    if (!isSending || !object->isWidgetType())
+    if (!isSending)
         return false;
-    const auto* target = static_cast<const QWidget*>(object);
-    if (event->type() == QEvent::Show && target->isWindow())
+    if (event->type() == QEvent::Show && object->isWidgetType() && static_cast<const QWidget*>(object)->isWindow())
         postContinuation();
-    if (event->type() == QEvent::KeyPress && compat::hidesText(target)) {
+    if (isHiddenKey(object, event)) {
         if (hidden.empty() || hidden.back().second < number - 1)
             hidden.emplace_back(number, number);
         hidden.back().second = number;

@@ -5,6 +5,7 @@ import socket
 import threading
 
 GREETING = b"+client+ 2.1.0 4711 -1 fake\n"
+ECHO_MODE = (b"echoMode", b"echoMode".hex().encode("ascii"))
 
 
 @contextlib.contextmanager
@@ -29,19 +30,22 @@ def connected_agent(server, serve=lambda agent: None, greeting=GREETING, timeout
 def answering(*replies):
     """A `serve` that reads a request before each reply; it keeps the requests in its attribute.
 
-    It has no echo mode to tell, for which the runner asks before it types; those requests are not kept.
+    It has nothing to tell of passwords, for which the runner asks around each text; those requests are not kept.
     """
 
+    def is_about_passwords(request):
+        is_after_text = bool(serve.requests) and serve.requests[-1].startswith(b"6,")
+        return any(word in request for word in ECHO_MODE) or (is_after_text and request == b"+hidden\n")
+
     def serve(agent):
+        remaining = list(replies)
         with agent.makefile("rb") as requests:
-            for reply in replies:
-                request = requests.readline()
-                while b"echoMode" in request or b"echoMode".hex().encode() in request:
-                    agent.sendall(b"8,Property not found\n")
-                    request = requests.readline()
-                serve.requests.append(request)
-                agent.sendall(reply)
-            requests.read()
+            for request in requests:
+                if is_about_passwords(request):
+                    agent.sendall(b"8,Command not found\n")
+                elif remaining:
+                    serve.requests.append(request)
+                    agent.sendall(remaining.pop(0))
 
     serve.requests = []
     return serve

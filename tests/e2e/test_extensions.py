@@ -95,6 +95,7 @@ REQUESTS = [
     (lambda agent: agent.clipboard(), ("+clipboard",), b"0,u:e282ac\n", "€"),
     (lambda agent: agent.set_clipboard(""), ("+clipboard", ""), b"0,u:\n", None),
     (lambda agent: agent.focus("w", "l"), ("+focus", "w", "l"), b"0,X\n", "X"),
+    (lambda agent: agent.typed_hidden(), ("+hidden",), b"0,b:true\n", True),
     (lambda agent: agent.record(), ("+record", "start"), b"0,\n", None),
     (lambda agent: agent.record(passwords=True), ("+record", "start", "passwords"), b"0,\n", None),
     (lambda agent: agent.stop_recording(), ("+record", "stop"), b"0,\n", None),
@@ -275,3 +276,27 @@ def test_texts_that_a_command_can_carry_ask_for_no_extension(server):
     with connected_agent(server, serve) as agent:
         agent.enter_widget("w", "a", "\xe4,\n")
     assert [request.split(b",")[0] for request in serve.requests] == [b"6"]
+
+
+@pytest.mark.parametrize(
+    "answer, secrets",
+    [
+        (b"0,b:true\n", {"Ada Lovelace"}),
+        (b"0,b:false\n", set()),
+        (b"8,Command not found\n", set()),
+        (None, {"Ada Lovelace"}),
+    ],
+    ids=["hidden", "seen", "older agent", "ended"],
+)
+def test_a_text_is_a_password_unless_the_agent_tells_otherwise(server, answer, secrets):
+    def serve(agent):
+        replies = {b"6": b"0,QListView\n", b"+hidden": answer}
+        for request in agent.makefile("rb"):
+            reply = replies.get(request.rstrip().split(b",")[0], b"8,Property not found\n")
+            if reply is None:
+                return
+            agent.sendall(reply)
+
+    with connected_agent(server, serve) as agent:
+        assert agent.enter_widget("w", "FocusWidget", "Ada Lovelace") == "QListView"
+        assert set(agent.secrets) == secrets

@@ -60,6 +60,15 @@ def forms_of(password):
     ]
 
 
+def raw(window):
+    return window.app.connection
+
+
+def typed(text):
+    """A text as a command has it."""
+    return f"s:{text}".encode("latin-1").hex()
+
+
 def titles(trace):
     return [step["title"].rpartition(".")[2] for step in json.loads(trace)["steps"]]
 
@@ -178,6 +187,19 @@ def test_a_password_for_an_editor_that_its_first_key_opens_is_in_no_trace(login)
         ("hyssop-6718", lambda window, text: window.widget("keyList").enter(text, force=True)),
         ("fescue-6716", lambda window, text: window.widget("keyList").item(0).enter(text)),
         ("daphne-6714", lambda window, text: (window.widget("keyList").focus(), window.type(f"{text}\n"))),
+        (
+            "ginkgo-6719",
+            lambda window, text: (window.widget("keyList").focus(), window.focus_widget().enter(text)),
+        ),
+        (
+            "jasmin-6720",
+            lambda window, text: (
+                window.widget("keyList").focus(),
+                window.focus_widget().enter(text, force=True),
+            ),
+        ),
+        ("lupine-6721", lambda window, text: raw(window).enter_widget("Widget:login", "keyList", text)),
+        ("mallow-6722", lambda window, text: raw(window).request(f"6,Widget:login,keyList,,{typed(text)},")),
     ]
 
     def type_and_read(window, host):
@@ -190,12 +212,21 @@ def test_a_password_for_an_editor_that_its_first_key_opens_is_in_no_trace(login)
     assert kept.count("***") >= len(ways)
 
 
-def test_a_password_that_the_editor_of_a_view_refuses_is_in_no_trace(login):
+@pytest.mark.parametrize(
+    "enter_it",
+    [
+        lambda view, text: view.enter(text),
+        lambda view, text: (view.focus(), view.window.focus_widget().enter(text)),
+        lambda view, text: raw(view.window).enter_widget("Widget:login", "keyList", text),
+    ],
+    ids=["widget", "focus widget", "command"],
+)
+def test_a_password_that_the_editor_of_a_view_refuses_is_in_no_trace(login, enter_it):
     password = "ginger-6717-longer-than-the-editor-takes-which-is-forty"
 
     def enter(window, host):
         with pytest.raises(errors.CommandError, match="validate error"):
-            window.widget("keyList").enter(password)
+            enter_it(window.widget("keyList"), password)
         window.press("Escape")
 
     kept = login(enter)

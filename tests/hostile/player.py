@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import itertools
 import random
 import time
 from typing import Callable, Container, Dict, List, Sequence, Tuple
@@ -146,6 +147,7 @@ class Player:
         self._targets: List[Tuple[str, str, str]] = []
         self._until_look = 0
         self._rest_of_drag: List[str] = []
+        self._told = itertools.cycle(("+events", "+hidden"))
         self._makers: Sequence[Tuple[int, Callable[[], str]]] = (
             (3, lambda: "1"),
             (3, lambda: "3"),
@@ -165,7 +167,7 @@ class Player:
             (2, self._focus),
             (1, self._clipboard),
             (1, self._record),
-            (3, lambda: "+events"),
+            (3, lambda: next(self._told)),
             (4, lambda: self._extension("+2")),
             (1, lambda: "+extensions"),
             (8, self._mouse_on_item),

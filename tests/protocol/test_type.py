@@ -158,6 +158,27 @@ def test_the_reply_to_a_value_tells_whether_it_went_to_a_field_that_hides_its_te
     assert enter("path=userEdit", "ada") == "0,QLineEdit"
 
 
+def test_the_agent_tells_whether_the_last_value_went_to_a_field_that_hides_its_text(login):
+    def was_hidden():
+        return login.request("+hidden")
+
+    window = "Widget:login"
+    assert was_hidden() == "0,b:false"
+    assert login.enter(window, "keyList", "s:secret") == "0,QListView"
+    login.request(extension("+type", window, "path=notesEdit", "kept"))
+    assert [was_hidden(), was_hidden()] == ["0,b:true", "0,b:true"]
+    assert login.enter(window, "userEdit", "s:ada") == "0,QLineEdit"
+    assert was_hidden() == "0,b:false"
+    login.request(extension("+focus", window, "path=keyList"))
+    assert login.enter(window, "FocusWidget", "s:" + "x" * 41) == error("enter, QLineEdit validate error")
+    assert login.read_line() == "", "that message ends in a line break"
+    assert was_hidden() == "0,b:true", "the keys of a value that fails count too"
+    assert login.enter(window, "nothing", "s:ada").startswith("5,")
+    assert was_hidden() == "0,b:false"
+    assert login.request(extension("+6", window, "path=pinEdit", "", "s:pin")) == "0,QLineEdit,hidden"
+    assert was_hidden() == "0,b:true"
+
+
 def test_an_editor_that_the_first_key_opens_hides_that_key_too(login):
     assert to_login(login, "+type", "path=keyList", "s") == "0,QListWidget,hidden:0-0"
     assert to_login(login, "+type", "", "ecret\nx").endswith(",hidden:0-6")

@@ -93,6 +93,10 @@ class ExtendedChannel(Channel):
         texts = (widget_class, encode_argument(value), _FORCE if force else "")
         return _class_of(self._extended("+6", window, locator, *texts))
 
+    def typed_hidden(self) -> bool:
+        """Whether the last value that was entered, by enter() or enter_widget(), went to a field that hides its text."""
+        return self._extended("+hidden").value() is True
+
     def read(
         self,
         window: str,

@@ -141,6 +141,9 @@ EXTENSIONS: Tuple[Extension, ...] = (
     ),
     Extension("+clipboard", ("text",), Answer.VALUE, "reads the text on the clipboard, or sets it"),
     Extension("+focus", _WIDGET, Answer.TEXT, "gives a widget the keyboard focus"),
+    Extension(
+        "+hidden", (), Answer.VALUE, "tells whether the last value was entered into a field that hides it"
+    ),
     Extension("+record", ("mode", "option"), Answer.TEXT, "begins or ends the recording of what a user does"),
     Extension("+events", (), Answer.JSON, "tells what a user has done since the last time"),
 )

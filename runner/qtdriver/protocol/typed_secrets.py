@@ -6,7 +6,7 @@ import re
 from contextlib import suppress
 from typing import TYPE_CHECKING, Callable, Dict, Iterable, Iterator, List, Set, Tuple
 
-from ..errors import ConnectionClosed, ProtocolError, ReplyError
+from ..errors import ConnectionClosed, ProtocolError, QtDriverError, ReplyError
 from .extensions import decode_or_nothing, encode_utf8_hex
 from .locators import path_locator
 from .secrets import pressed_keys
@@ -25,7 +25,8 @@ _HIDDEN = re.compile(r",hidden:([0-9;-]+)$")
 
 _NORMAL = 0  # QLineEdit::Normal
 _NOT_VISIBLE = "6"
-_NO_PROPERTY = "8"
+_FAILED = "8"
+_YES = "0,b:true"
 _PASSWORD_NAME = re.compile(r"(?i:passw|passphrase|pwd|secret|kennwort)|\b[Pp]in(?![a-z])|PIN(?![A-Z])")
 _HAS_FOCUS = ".focus=true"
 _HIDES = ".echoMode~=^[1-3]$"
@@ -34,10 +35,10 @@ _HIDES = ".echoMode~=^[1-3]$"
 class TypedSecrets:
     """Learns the secrets that a connection's requests type.
 
-    The agent tells in its reply which keys went to a field that hides its text. As long as there is no reply, all that a
-    request types may be secret. A request that enters a value has no such reply: its widget is asked for its echo mode
-    before. Questions to the agent are no part of the transcript; those who ask get the errors of Channel.exchange() but for
-    ConnectionClosed.
+    The agent tells in its reply which keys went to a field that hides its text; for a request that enters a value, whose
+    reply cannot always tell that, it is asked before for the echo mode and afterwards for the keys. As long as it has not
+    told, all that a request types may be secret. Questions to the agent are no part of the transcript; those before a request
+    raise the errors of Channel.exchange() but for ConnectionClosed.
     """
 
     def __init__(self, channel: "Channel") -> None:
@@ -52,28 +53,16 @@ class TypedSecrets:
         if _name(line) == "+press" and self._spelled and self._field == _place(line):
             self._add_keys(pressed_keys(_section(line, 3)))
         new = self._secrets.add_new(self._typed_texts(line))
-        if new and _name(line) in _ENTERING:
-            return self._expect_entered(line, new)
-        return new
-
-    def _expect_entered(self, line: str, new: Set[str]) -> Set[str]:
-        """Keeps or drops what a request that enters a value may type. Returns what depends on the reply.
-
-        The editor of an item view does not exist before, and the reply to the command cannot tell what it was.
-        """
-        if self._is_hiding(line):
+        if new and _name(line) in _ENTERING and self._is_hiding(line):
             return set()
-        if _name(line) == "+6":
-            return new
-        self._secrets.drop(new)
-        return set()
+        return new
 
     def learn(self, line: str, reply: Reply, expected: Set[str]) -> None:
         """Keeps or drops what was expected of a request, by the reply to it."""
         name, section = _name(line), _section(line, 3)
         if name in _ENTERING:
             self._field = ""
-            self._learn_entered(reply, expected)
+            self._learn_entered(name, reply, expected)
         elif not reply.ok:
             if not (expected and self._is_hiding(line)):
                 self._secrets.drop(expected)
@@ -104,13 +93,25 @@ class TypedSecrets:
         value = _ENTERING[name](_section(line, 4)) if name in _ENTERING else ""
         return [value[2:].rstrip("\r\n\t")] if value.startswith("s:") else ()
 
-    def _learn_entered(self, reply: Reply, expected: Set[str]) -> None:
+    def _learn_entered(self, name: str, reply: Reply, expected: Set[str]) -> None:
         """Keeps what went to an editor that hides its text, in a tree also without the column in front of it."""
-        if reply.payload.endswith(",hidden"):
+        if expected and self._was_hidden(name, reply):
             for text in expected:
                 self._secrets.add(text.partition(":")[2])
         else:
             self._secrets.drop(expected)
+
+    def _was_hidden(self, name: str, reply: Reply) -> bool:
+        """Whether a request that enters a value has typed into a field that hides its text, such as an item view's editor."""
+        if not reply.ok and reply.code != _FAILED:
+            return False  # it has typed nothing
+        if name == "+6" and reply.ok:
+            return reply.payload.endswith(",hidden")
+        try:
+            with self._channel.transcript.paused():
+                return Reply.parse(self._channel.exchange("+hidden")).raw == _YES
+        except QtDriverError:
+            return True  # the next request raises it again
 
     def _learn_text(self, place: str, text: str, hidden: Set[int]) -> None:
         """Adds the lines of a text of which a character was hidden; the first one also behind what was typed before."""
@@ -225,7 +226,7 @@ def _is_for_hiding_field(channel: "Channel", line: str) -> bool:
     reply = _asked_for(channel, window, locator)
     if reply.code == _NOT_VISIBLE:
         reply = _asked_for(channel, window, f"{locator} visible=any")
-    if reply.code == _NO_PROPERTY:
+    if reply.code == _FAILED:
         reply = _asked_for(channel, window, f"{locator} >> {_HIDES} first")
     elif not reply.ok:
         return bool(_PASSWORD_NAME.search(locator))

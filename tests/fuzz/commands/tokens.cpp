@@ -6,7 +6,7 @@ namespace {
 
 const QList<QByteArray> numbers = {"1", "2", "3", "4", "5", "5", "5", "5", "6", "6", "6", "7", "7", "8", "9", "9", "9",
     "10", "11", "12", "", "13", "+extensions", "+2", "+4", "+5", "+5", "+6", "+7", "+9", "+press", "+press", "+type",
-    "+wheel", "+clipboard", "+focus", "+scroll", "+item", "+record", "+events"};
+    "+wheel", "+clipboard", "+focus", "+scroll", "+item", "+hidden", "+record", "+events"};
 
 const QList<QByteArray> windows = {"Widget:main", "Widget:main", "Widget:main", "Widget:main", "Fuzz host",
     "Fuzz host - second", "Widget:second", "Widget:ActivePopupWidget", "Widget:ActiveModalWidget",
