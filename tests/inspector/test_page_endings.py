@@ -33,6 +33,15 @@ def test_ctrl_c_ends_the_application_and_its_own_desktop():
     assert not showcase.is_running() and not socket.exists()
 
 
+def test_the_end_of_the_pipe_that_it_writes_to_ends_all():
+    """As when the connection of an ssh without a terminal is cut."""
+    with inspecting("--headed", "--", str(PROGRAM)) as running:
+        showcase = showcase_of(running)
+        running.process.stdout.close()
+        assert running.process.wait(timeout=60) == 129
+        assert not showcase.is_running() and running.process.stderr.read() == ""
+
+
 def test_an_application_that_ends_ends_the_page_and_its_status_is_told():
     with inspecting("--headed", "--", str(PROGRAM)) as running:
         showcase = showcase_of(running)

@@ -5,8 +5,12 @@ from __future__ import annotations
 import argparse
 import asyncio
 import os
+import select
+import signal
+import stat
 import subprocess
 import sys
+import threading
 from typing import Callable, Mapping
 
 from ..api.app import App
@@ -59,7 +63,29 @@ def _serve(target: Target, parsed: argparse.Namespace, tell: Callable[[str], Non
     async def serve() -> str:
         return await PageServer(target).serve(announce)
 
+    if sys.__stdout__ is not None:
+        end_with_reader(sys.__stdout__.fileno())
     return asyncio.run(serve())
+
+
+def end_with_reader(descriptor: int) -> None:
+    """Ends this program by SIGHUP, as the end of its terminal does, once nobody can read any more what it writes to a pipe.
+
+    Without it a program that was started by ssh without a terminal would run on when the connection is cut.
+    """
+    if sys.platform == "win32":
+        return
+    kind = os.fstat(descriptor).st_mode
+    if not (stat.S_ISFIFO(kind) or stat.S_ISSOCK(kind)):
+        return
+
+    def watch() -> None:
+        poll = select.poll()
+        poll.register(descriptor, 0)  # its end is told nevertheless
+        poll.poll()
+        signal.pthread_kill(threading.main_thread().ident or 0, signal.SIGHUP)
+
+    threading.Thread(target=watch, daemon=True).start()
 
 
 def open_browser(address: str, environment: Mapping[str, str]) -> bool:
