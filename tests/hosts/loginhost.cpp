@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QEventLoop>
 #include <QItemDelegate>
 #include <QLineEdit>
 #include <QListWidget>
@@ -70,6 +71,21 @@ void addAskingButton(TestHost& host, QWidget* window)
     host.onSignal(shortcut, SIGNAL(activated()), [&host, window] { ask(host, window, 0); });
 }
 
+// A text that ends in a w waits in an event loop, as for a server, until it is told to go on.
+void addWaitingField(TestHost& host, QWidget* window)
+{
+    QLineEdit* field = addField(window, "waitEdit");
+    auto* loop = new QEventLoop(field);
+    host.onSignal(field, SIGNAL(textChanged(QString)), [&host, field, loop] {
+        if (!field->text().endsWith(QLatin1Char('w')))
+            return;
+        host.journal(QLatin1String("waiting"));
+        loop->exec();
+        host.journal(QString::fromLatin1("waited '%1'").arg(field->text()));
+    });
+    host.onRequest(QLatin1String("goOn"), [loop] { loop->quit(); });
+}
+
 // Its editors hide their text.
 class SecretDelegate : public QItemDelegate
 {
@@ -128,6 +144,7 @@ void build(TestHost& host)
     addField(window, "unlitEdit", QLineEdit::Password)->hide();
     addField(window, "greyEdit", QLineEdit::Password)->setEnabled(false);
     addAskingButton(host, window);
+    addWaitingField(host, window);
     addList(window);
     addSecondWindow(host);
     window->move(60, 60);

@@ -196,3 +196,22 @@ def test_a_dialog_that_opens_in_the_middle_of_a_text_gets_the_rest_and_holds_no_
         assert to_login(login, "+press", "", "Escape", window)[:2] == "0,"
     assert to_login(login, "+type", "path=userEdit", "ada") == "0,QLineEdit"
     login.wait_until("userEdit", "text", "ada")
+
+
+def test_the_keys_behind_one_for_which_the_application_waits_come_when_it_has_waited(login):
+    """Nobody can tell a wait for a server from one for a user; only a window shows that the keys are to go on."""
+    login.send(extension("+type", "Widget:login", "path=waitEdit", "wxy").encode("ascii") + b"\n")
+    login.wait_for("waiting")
+    assert login.get("waitEdit", "text") == "w"
+    login.do("goOn")
+    assert login.read_line() == "0,QLineEdit"
+    assert "waited 'w'" in login.events()
+    assert login.get("waitEdit", "text") == "wxy"
+
+
+def test_a_last_key_for_which_the_application_waits_holds_no_reply(login):
+    assert to_login(login, "+type", "path=waitEdit", "xw") == "0,QLineEdit"
+    login.wait_for("waiting")
+    assert to_login(login, "+type", "path=userEdit", "ada") == "0,QLineEdit"
+    login.do("goOn")
+    login.wait_for("waited 'xw'")
