@@ -1,5 +1,6 @@
 """Messages for a showcase that dies or hangs under a test."""
 
+import ctypes
 import os
 import signal
 import subprocess
@@ -11,6 +12,8 @@ from qtdriver.api import disconnection
 from qtdriver.api.steps import StepListener
 
 from showcase import running
+
+PIDFD_GETFD = 438  # a number of Linux, the same on every processor; Python has no function for it
 
 
 def said(kind, call):
@@ -53,6 +56,37 @@ def test_a_dead_application_tells_its_end_and_the_call_as_the_test_wrote_it(writ
         os.kill(app.pid, signal.SIGABRT)
         message = said(ApplicationEndedError, lambda: CALLS[written](window))
     assert message.startswith(f"the application ended (signal SIGABRT) at {written}, ")
+
+
+def sockets_of(pid):
+    """Duplicates of the sockets of a process, for this one to hold as well."""
+    process, libc = os.pidfd_open(pid), ctypes.CDLL(None, use_errno=True)
+    try:
+        for name in os.listdir(f"/proc/{pid}/fd"):
+            if os.readlink(f"/proc/{pid}/fd/{name}").startswith("socket:"):
+                copy = libc.syscall(PIDFD_GETFD, process, int(name), 0)
+                assert copy >= 0, os.strerror(ctypes.get_errno())
+                yield copy
+    finally:
+        os.close(process)
+
+
+def test_a_dead_application_whose_socket_another_process_holds_does_not_hang():
+    """As Wine's server holds the sockets of its programs."""
+    with running() as (_, app):
+        window = app.window(name="showcase")
+        window.title()
+        held = list(sockets_of(app.pid))
+        try:
+            os.kill(app.pid, signal.SIGKILL)
+            assert app.process.wait(60) is not None
+            app.connection.timeout = 0.5
+            assert said(ApplicationEndedError, window.title).startswith(
+                'the application ended (signal SIGKILL) at window(name="showcase").title()'
+            )
+        finally:
+            for descriptor in held:
+                os.close(descriptor)
 
 
 @pytest.mark.parametrize("listens", [False, True])

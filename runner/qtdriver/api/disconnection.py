@@ -51,12 +51,18 @@ def error_for(app: "App", error: QtDriverError) -> QtDriverError:
     """The error to raise in place of a ConnectionClosed or a RequestTimeout. Ends an application that does not answer."""
     if isinstance(error, (ApplicationEndedError, ApplicationHangsError)):
         return error
-    if not isinstance(error, RequestTimeout):
+    if not isinstance(error, RequestTimeout) or _has_ended(app):
         return ended_error(app)
     seen = last_windows(app.connection.transcript.exchanges())
     windows = [] if seen is None else describe_windows(seen)
     where = _where(app.stacks(hangs=True))
     return endings.hangs(_describe_silence(app, error), app.pid, _end_process(app), windows, where)
+
+
+def _has_ended(app: "App") -> bool:
+    """Whether the application's own process has ended. Its connection need not: another process can hold the socket too."""
+    process = app.process
+    return process is not None and process.pid == app.connection.process and process.status() is not None
 
 
 def _where(stacks: Optional[Stacks]) -> str:
